@@ -1,0 +1,19 @@
+# kavidex_room(NAME [DEPENDS ...]): a static library of one room. Its portable sources lie in the
+# room and its folders; those under posix/, odbc/ and win32/ belong to the builds that have them.
+# The native build sees no Windows header, so a stray one ends the build.
+function(kavidex_room name)
+  cmake_parse_arguments(room "" "" "DEPENDS" ${ARGN})
+  file(GLOB_RECURSE sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
+  if(WIN32)
+    list(FILTER sources EXCLUDE REGEX "/posix/")
+  else()
+    list(FILTER sources EXCLUDE REGEX "/win32/")
+  endif()
+  add_library(kavidex_${name} STATIC ${sources})
+  target_include_directories(kavidex_${name} PUBLIC ${PROJECT_SOURCE_DIR})
+  target_link_libraries(kavidex_${name} PUBLIC ${room_DEPENDS} PRIVATE kavidex_warnings)
+  if(WIN32)
+    target_compile_definitions(kavidex_${name} PRIVATE
+      UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601 STRICT)
+  endif()
+endfunction()

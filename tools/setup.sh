@@ -1,0 +1,146 @@
+#!/usr/bin/env bash
+# Installs what building and testing need (Debian 12, as root or with sudo) and cross-builds the
+# static libraries that Debian has no Windows package for. Quick when nothing is missing.
+set -euo pipefail
+here=$(cd "$(dirname "$0")/.." && pwd)
+deps=$here/build/deps
+stateFile=$deps/wine32.state
+codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
+
+native=(build-essential cmake ninja-build ccache pkg-config dpkg-dev tcl
+        clang clang-format clang-tidy libclang-rt-14-dev
+        libsqlite3-dev libgtest-dev googletest libbenchmark-dev
+        unixodbc-dev odbc-mariadb mariadb-server
+        imagemagick libtiff-tools)
+cross=(g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev libz-mingw-w64-dev)
+desktop=(xvfb xauth x11-utils openbox xdotool fonts-wine fonts-liberation)
+wine=(wine wine32:i386)
+
+say() { printf 'setup: %s\n' "$*"; }
+asRoot() { if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi; }
+installed() { [ "$(dpkg-query -W -f='${db:Status-Abbrev}' "$1" 2>/dev/null | cut -c1-2)" = ii ]; }
+
+missing() {
+  local name
+  for name in "$@"; do installed "$name" || echo "$name"; done
+}
+
+# A stale index of one architecture is no reason to stop: what cannot be installed says so below.
+updated=
+update() {
+  [ -n "$updated" ] && return
+  asRoot apt-get update >/dev/null 2>&1 || say "some package indexes could not be refreshed; going on with the rest"
+  updated=1
+}
+
+# The plain install first. Where an index of one architecture is stale, the versions of the two
+# architectures disagree: then the release's own versions are taken, for what is needed only.
+install() {
+  [ $# -gt 0 ] || return 0
+  say "installing $*"
+  update
+  local log pin; log=$(mktemp); pin=$(mktemp)
+  printf 'Package: *\nPin: release n=%s\nPin-Priority: 1001\n' "$codename" >"$pin"; chmod 644 "$pin"
+  local apt=(asRoot env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends)
+  local agreeing=(--allow-downgrades -o Dir::Etc::Preferences="$pin" -o Dir::Etc::PreferencesParts=/dev/null)
+  keepServicesDown
+  local rc=0
+  "${apt[@]}" "$@" >"$log" 2>&1 ||
+    { say "again, with the versions of $codename itself"; "${apt[@]}" "${agreeing[@]}" "$@" >"$log" 2>&1; } || rc=$?
+  letServicesStart
+  [ $rc = 0 ] || tail -n 15 "$log" >&2
+  rm -f "$log" "$pin"
+  return $rc
+}
+
+# No service that a package brings starts by itself: the tests start their own, on loopback.
+policy=/usr/sbin/policy-rc.d
+policyIsOurs=
+keepServicesDown() {
+  [ ! -e $policy ] || return 0
+  printf '#!/bin/sh\nexit 101\n' | asRoot tee $policy >/dev/null
+  asRoot chmod +x $policy
+  policyIsOurs=1
+}
+letServicesStart() { [ -z "$policyIsOurs" ] || asRoot rm -f $policy; policyIsOurs=; }
+
+setupPackages() {
+  local names
+  mapfile -t names < <(missing "${native[@]}" "${cross[@]}" "${desktop[@]}")
+  install "${names[@]}"
+}
+
+# Wine for 32-bit programs needs the i386 architecture. Without it the native tests still run.
+setupWine() {
+  local names
+  mapfile -t names < <(missing "${wine[@]}")
+  if [ ${#names[@]} -gt 0 ]; then
+    dpkg --print-foreign-architectures | grep -qx i386 || { asRoot dpkg --add-architecture i386; updated=; }
+    if ! install "${names[@]}"; then
+      say "32-bit Wine cannot be installed here: the Windows tests will be counted as skipped"
+      echo "skipped: 32-bit Wine cannot be installed here" >"$stateFile"
+      return 0
+    fi
+  fi
+  echo ready >"$stateFile"
+}
+
+# SQLite for Windows, from the source package of the release that the native build links against.
+buildSqlite() {
+  local prefix=$deps/win32
+  [ -f "$prefix/lib/libsqlite3.a" ] && return 0
+  say "cross-building SQLite"
+  local work; work=$(mktemp -d)
+  fetchSource sqlite3 "$work"
+  local tree; tree=$(find "$work" -maxdepth 1 -type d -name 'sqlite3-*' | head -n 1)
+  ( cd "$tree" && ./configure >/dev/null && make -s sqlite3.c sqlite3.h >/dev/null ) 2>"$work/log" ||
+    { tail -n 20 "$work/log" >&2; return 1; }
+  mkdir -p "$prefix/lib" "$prefix/include"
+  ccache i686-w64-mingw32-gcc-posix -O2 -DSQLITE_THREADSAFE=1 -DSQLITE_OMIT_LOAD_EXTENSION \
+    -DSQLITE_DEFAULT_MEMSTATUS=0 -DSQLITE_ENABLE_COLUMN_METADATA \
+    -c "$tree/sqlite3.c" -o "$work/sqlite3.o"
+  i686-w64-mingw32-ar rcs "$work/libsqlite3.a" "$work/sqlite3.o"
+  cp "$tree/sqlite3.h" "$tree/src/sqlite3ext.h" "$prefix/include/" 2>/dev/null || cp "$tree/sqlite3.h" "$prefix/include/"
+  mv "$work/libsqlite3.a" "$prefix/lib/libsqlite3.a"
+  rm -rf "$work"
+}
+
+# GoogleTest for Windows, from the sources that Debian installs.
+buildGoogleTest() {
+  local prefix=$deps/win32
+  [ -f "$prefix/lib/libgtest.a" ] && return 0
+  say "cross-building GoogleTest"
+  local work; work=$(mktemp -d)
+  cmake -S /usr/src/googletest -B "$work" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/cmake/mingw-i686.cmake" \
+    -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_BUILD_TYPE=Release -DBUILD_GMOCK=OFF \
+    -Dgtest_disable_pthreads=ON -DCMAKE_INSTALL_PREFIX="$prefix" >"$work/log"
+  cmake --build "$work" --target install >>"$work/log" || { tail -n 20 "$work/log" >&2; return 1; }
+  rm -rf "$work"
+}
+
+# fetchSource NAME DIR: unpacks Debian's source package there, through a sources list of its own.
+fetchSource() {
+  local lists; lists=$(mktemp -d)
+  local mirror; mirror=$(mirrorOf)
+  mkdir -p "$lists/lists/partial" "$lists/cache/archives/partial"
+  echo "deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] $mirror $codename main" >"$lists/sources.list"
+  local options=(-o Dir::Etc::SourceList="$lists/sources.list" -o Dir::Etc::SourceParts=/dev/null
+                 -o Dir::State::Lists="$lists/lists" -o Dir::Cache="$lists/cache" -o APT::Sandbox::User=root)
+  apt-get -q "${options[@]}" update >/dev/null 2>&1 || true
+  ( cd "$2" && apt-get -q "${options[@]}" source "$1" >/dev/null 2>"$lists/log" ) ||
+    { tail -n 5 "$lists/log" >&2; say "the source package of $1 cannot be fetched"; return 1; }
+  rm -rf "$lists"
+}
+
+# The archive that this machine already uses for its own packages.
+mirrorOf() {
+  apt-get indextargets --format '$(SITE) $(CODENAME) $(COMPONENT)' 2>/dev/null |
+    awk -v c="$codename" '$2 == c && $3 == "main" {print $1; exit}'
+}
+
+mkdir -p "$deps"
+setupPackages
+setupWine
+buildSqlite
+buildGoogleTest
+say "ready"
