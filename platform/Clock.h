@@ -1,0 +1,23 @@
+// The local date and time, and the number and text forms that the records keep.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace kavidex::platform {
+
+struct DateTime {
+    int year = 0, month = 0, day = 0, hour = 0, minute = 0, second = 0, millisecond = 0;
+};
+
+class Clock {
+public:
+    virtual ~Clock() = default;
+    virtual DateTime Now() = 0;
+};
+
+std::string DateNumber(const DateTime& when);  // yyyymmdd
+std::string TimeNumber(const DateTime& when);  // hhmm
+std::string DayFirst(const DateTime& when);    // dd-mm-yyyy
+
+} // namespace kavidex::platform

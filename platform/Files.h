@@ -1,0 +1,57 @@
+// The file system. Paths are UTF-8 with backslashes on every platform; the posix side translates.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavidex::platform {
+
+// Attribute bits as Windows numbers them; normal means none.
+namespace attributes {
+constexpr std::uint32_t readOnly = 1, hidden = 2, system = 4, directory = 16, archive = 32;
+constexpr std::uint32_t normal = 128;
+} // namespace attributes
+
+// Every failing operation throws platform::Error whose text names the path and the cause.
+class Files {
+public:
+    virtual ~Files() = default;
+
+    virtual bool FileExists(std::string_view path) = 0;
+    virtual bool DirectoryExists(std::string_view path) = 0;
+    // Makes the folder and its missing parents; no error when it is there already.
+    virtual void CreateDirectories(std::string_view path) = 0;
+
+    // Copies through a temporary name beside the target, flushed to disk, compared in size with the
+    // source and then renamed, so that the target is whole or absent. An existing target is
+    // replaced, or refused with errors::alreadyExists when `failIfExists`.
+    virtual void Copy(std::string_view source, std::string_view target, bool failIfExists) = 0;
+    virtual void Rename(std::string_view from, std::string_view to) = 0;
+    virtual void Remove(std::string_view path) = 0;
+
+    virtual std::uint64_t Size(std::string_view path) = 0;
+    virtual std::uint32_t Attributes(std::string_view path) = 0;
+    virtual void SetAttributes(std::string_view path, std::uint32_t attributes) = 0;
+
+    virtual std::string ReadAll(std::string_view path) = 0;
+    // Whole or not at all: temporary name, flush, rename.
+    virtual void WriteAll(std::string_view path, std::string_view bytes) = 0;
+
+    // Names (not paths) in `folder` that match `pattern` (* and ?, without case), files first met
+    // first; subfolders only where `folders` says so. A folder that does not exist has no entries.
+    virtual std::vector<std::string> List(std::string_view folder, std::string_view pattern,
+                                          bool folders = false) = 0;
+
+    virtual std::string TemporaryFolder() = 0; // ends in a backslash
+};
+
+std::string JoinPath(std::string_view folder, std::string_view name);
+std::string FileName(std::string_view path);   // after the last separator
+std::string FolderOf(std::string_view path);   // before the last separator, empty when there is none
+std::string Extension(std::string_view path);  // without the dot, as written; empty when none
+std::string WithoutExtension(std::string_view fileName);
+
+} // namespace kavidex::platform

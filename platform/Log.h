@@ -1,0 +1,16 @@
+// The optional text log, for what the failure rules swallow. Off unless the workstation asks for it
+// (section "DebugFlags", key "LogFile": the file's full path).
+#pragma once
+
+#include <string_view>
+
+namespace kavidex::platform {
+
+class Log {
+public:
+    virtual ~Log() = default;
+    // One line: time, `where` (the routine), `what`. Never throws.
+    virtual void Write(std::string_view where, std::string_view what) noexcept = 0;
+};
+
+} // namespace kavidex::platform
