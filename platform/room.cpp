@@ -1,0 +1,1 @@
+// Keeps the room a library until its first source arrives.
