@@ -1,0 +1,234 @@
+// The logic of the folder tree control: one dossier's tree, and what the user does with its items.
+// It works without a window; a window that is attached shows the state as it is.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
+
+#include "controls/common/Event.h"
+#include "controls/common/Translator.h"
+#include "controls/tree/TreeEvents.h"
+#include "controls/tree/TreeProperties.h"
+#include "controls/tree/TreeWindow.h"
+#include "data/Connection.h"
+
+namespace kavidex::platform {
+struct Workstation;
+}
+namespace kavidex::model {
+class clsItem;
+class clsItemCol;
+class clsTree;
+class clsUserAuth;
+} // namespace kavidex::model
+
+namespace kavidex::controls {
+
+using ItemPtr = std::shared_ptr<model::clsItem>;
+
+class ctrlTree {
+public:
+    // Loads the workstation options; the window comes later, or never.
+    explicit ctrlTree(const platform::Workstation& workstation);
+    ~ctrlTree();
+    ctrlTree(const ctrlTree&) = delete;
+    ctrlTree& operator=(const ctrlTree&) = delete;
+
+    // --- Properties -----------------------------------------------------------------------------
+
+    // Name() and SetName(value) of one saved property; a change is reported and takes effect.
+#define KAVIDEX_TREE_PROPERTY(Type, Name)                                                          \
+    const Type& Name() const { return lclState.Name; }                                             \
+    void Set##Name(const Type& value) { Change(&TreeProperties::Name, value); }
+
+    KAVIDEX_TREE_PROPERTY(bool, ShowExternalViewer)
+    KAVIDEX_TREE_PROPERTY(std::int32_t, BackColor)
+    KAVIDEX_TREE_PROPERTY(std::int32_t, ForeColor)
+    KAVIDEX_TREE_PROPERTY(bool, Enabled)
+    KAVIDEX_TREE_PROPERTY(std::int16_t, BackStyle)
+    KAVIDEX_TREE_PROPERTY(std::int16_t, BorderStyle)
+    KAVIDEX_TREE_PROPERTY(bool, AllowCreateFolders)
+    KAVIDEX_TREE_PROPERTY(bool, AllowAddExternal)
+    KAVIDEX_TREE_PROPERTY(bool, UpdateEnabled)
+    KAVIDEX_TREE_PROPERTY(bool, DeleteEnabled)
+    KAVIDEX_TREE_PROPERTY(bool, NewEnabled)
+    KAVIDEX_TREE_PROPERTY(bool, ReadOnly)
+    KAVIDEX_TREE_PROPERTY(std::string, Description)
+    KAVIDEX_TREE_PROPERTY(std::string, AllowedTypes)
+    KAVIDEX_TREE_PROPERTY(bool, ShowParentsOnly)
+    KAVIDEX_TREE_PROPERTY(std::string, ShowParentsOnlyTypes)
+    KAVIDEX_TREE_PROPERTY(bool, SelectItems)
+    KAVIDEX_TREE_PROPERTY(std::string, NameForInsert)
+    KAVIDEX_TREE_PROPERTY(std::string, TypeForInsert)
+    KAVIDEX_TREE_PROPERTY(std::string, DossierType)
+    KAVIDEX_TREE_PROPERTY(bool, FullExpand)
+    KAVIDEX_TREE_PROPERTY(bool, OrderByName)
+    KAVIDEX_TREE_PROPERTY(bool, FoldersAndDocs)
+    KAVIDEX_TREE_PROPERTY(bool, AllwaysShowExt)
+    KAVIDEX_TREE_PROPERTY(bool, AllwaysShowOrg)
+    KAVIDEX_TREE_PROPERTY(bool, ShowMail)
+    KAVIDEX_TREE_PROPERTY(bool, ShowPrint)
+    KAVIDEX_TREE_PROPERTY(bool, ShowProperties)
+    KAVIDEX_TREE_PROPERTY(bool, ShowDescriptionsInToolTip)
+    KAVIDEX_TREE_PROPERTY(bool, ShowNumberOfChildren)
+    KAVIDEX_TREE_PROPERTY(std::string, ValueFile)
+    KAVIDEX_TREE_PROPERTY(std::string, EmailAddress)
+    KAVIDEX_TREE_PROPERTY(bool, OpenDoubleClick)
+    KAVIDEX_TREE_PROPERTY(bool, ShowDeleted)
+#undef KAVIDEX_TREE_PROPERTY
+
+    // Setting the id loads that tree and shows it; 0 empties the control.
+    std::int32_t TreeId() const { return lclState.TreeId; }
+    void SetTreeId(std::int32_t id);
+
+    const data::ConnectionPtr& DbConnection() const { return lclConnection; }
+    void SetDbConnection(data::ConnectionPtr connection);
+    const std::shared_ptr<model::clsUserAuth>& UserAuth() const { return lclUserAuth; }
+    void SetUserAuth(std::shared_ptr<model::clsUserAuth> rights);
+    const std::shared_ptr<Translator>& Translate() const { return lclTranslator; }
+    void SetTranslate(std::shared_ptr<Translator> translator);
+    const std::optional<FontFace>& Font() const { return lclFont; }
+    void SetFont(std::optional<FontFace> font);
+
+    void LoadProperties(PropertyBag& bag);
+    void SaveProperties(PropertyBag& bag) const;
+
+    // --- Operations -----------------------------------------------------------------------------
+
+    // Reads the tree again from the database and shows it; keeps the selection where it still is.
+    void Refresh();
+
+    // Writes a new tree for DossierType with its default folders and shows it; false on failure.
+    bool CreateNew(std::string_view description, std::string_view listOfDefaultTabs);
+    // Makes the folders that the list names ("a;b;c", or "Dossiertype=" and a type) below the item;
+    // the number of folders made, negative on failure.
+    std::int32_t fncGetAndCreateTabs(std::string_view listOfTabs, std::int32_t parentId);
+
+    // A new folder below the selected folder, or below `parentId` where it is not 0. Null on refusal.
+    ItemPtr AddTab(std::string_view description, std::int32_t parentId = 0);
+    // A new item, inserted when `id` is 0; an `id` that is given exists in the database already.
+    ItemPtr Add(std::int32_t id, std::string_view type,
+                const std::shared_ptr<model::clsItemCol>& children, std::int32_t itemId,
+                std::string_view description, std::int32_t parentId = 0);
+    // Shows an item that stands in the model already; selects it when asked, with the events of
+    // a new item.
+    void AddItem(const ItemPtr& item, std::int32_t parentId, bool select);
+
+    bool RenameItem(std::int32_t id, std::string_view description);
+    // Deletes the item with all below it; with id 0 the collected selection, or the selected item.
+    bool DeleteItem(std::int32_t id = 0);
+    // Null when the model refuses.
+    ItemPtr MoveItem(std::int32_t id, std::int32_t newParentId);
+
+    // The item of a shown node, null when there is none.
+    ItemPtr GetNode(std::int32_t id) const;
+    ItemPtr GetItem(std::int32_t id, std::string_view description = {}) const;
+    ItemPtr GetItemWithinTree(const ItemPtr& start, std::int32_t id,
+                              std::string_view description = {}) const;
+    ItemPtr GetParent(std::int32_t id) const;
+    ItemPtr SelectedItem() const;                // null: nothing is selected
+    std::vector<ItemPtr> SelectedItems() const;  // collected ones in the order of selection
+    std::vector<ItemPtr> AllItems() const;       // in the order of the tree, without the root
+    void ClearSelectedItems();
+    void fncResetSelectedItems(); // as above, and selects the node where the selection began
+    bool ContainsDocuments() const;
+    std::int32_t CountDocuments(std::string_view type) const; // empty: of every type
+
+    // Selects the next or previous document in the order of the tree; false at the end.
+    bool SetNextChildItem();
+    bool SetPreviousChildItem();
+    bool SetHighLightToItem(std::int32_t id);
+    void fncShowStatusBar(bool show);
+    bool StatusBarVisible() const { return lclShowStatusBar; }
+
+    // Descriptions from the root on, joined by backslashes.
+    std::string NodeFullPath(std::int32_t id) const;
+    std::shared_ptr<model::clsTree> Tree() const { return lclTree; }
+
+    // --- Events ---------------------------------------------------------------------------------
+
+    Event<> Click, DblClick;
+    Event<std::int16_t&, std::int16_t> KeyDown, KeyUp; // key code (0: handled), shift state
+    Event<std::int16_t&> KeyPress;
+    Event<std::int16_t, std::int16_t, float, float> MouseDown, MouseMove, MouseUp; // twips
+
+    Event<const TreeItemInfo&> EvItemSelected, EvItemSelectedExternal, EvItemSelectedRightMouse;
+    Event<const DropEvent&> EvItemDropped;
+    Event<> EvItemDroppedAndHandled;
+    Event<const std::vector<std::string>&, std::int32_t> EvItemPastedSpecial;
+    Event<DragState, std::int32_t> EvItemDragOver; // the id of the item under the cursor, 0: none
+    Event<const TreeItemInfo&> EvItemCreated, EvItemDelete;
+    Event<> EvItemCopy, EvItemCut, EvItemPaste;
+    Event<const TreeItemInfo&, const std::string&> EvItemRenamed; // and the old description
+    Event<> EvCompleteDrag;
+    Event<std::string_view> PropertyChanged; // the saved item's name, for the container
+
+    // --- The window and what it reports -----------------------------------------------------------
+
+    // Fills the window with what there is; null detaches. The window must detach before it dies.
+    void AttachWindow(TreeWindow* window);
+
+    void NodeSelected(std::int32_t id);
+    void NodeActivated(std::int32_t id); // double click or Enter
+    void NodeChecked(std::int32_t id, bool checked);
+    void NodeToggled(std::int32_t id);   // taken into or out of the collected selection
+    bool IsCollected(std::int32_t id) const { return lclCollected.contains(id); }
+    bool CanEditLabel(std::int32_t id) const;
+    bool LabelEdited(std::int32_t id, std::string_view text); // false: the old text stays
+    std::string ToolTip(std::int32_t id) const;
+    // At a screen point, over a node or over empty space.
+    void ContextMenu(std::optional<std::int32_t> id, int x, int y);
+    // F2, Delete and the clipboard keys; true when the key was used.
+    bool CommandKey(int key, bool control, bool shift);
+
+    bool BeginDrag(std::int32_t id); // whether a drag of the item (or the collected ones) may start
+    std::int32_t DragOver(DragState state, const DropData& data, std::int32_t targetId);
+    std::int32_t Dropped(const DropData& data, std::int32_t targetId);
+    void CompleteDrag();
+    void HoverExpanded(std::int32_t id);
+
+    // The menu as it would open over the node; ContextMenu shows it.
+    PopupMenu PrepareMenu(std::optional<std::int32_t> id);
+    void ChooseMenu(const MenuEntry& entry);
+
+private:
+    struct Node {
+        ItemPtr item;
+        std::int32_t parent = 0; // 0: a root
+        NodeHandle handle = 0;   // 0: there is no window
+    };
+    struct IconEntry {
+        std::string lclType, lclIconName;
+        int image = -1;
+    };
+
+    template <class Type>
+    void Change(Type TreeProperties::*member, const Type& value);
+    void Report(std::string_view name);
+    void TakeEffect(const void* member);
+
+    const platform::Workstation& lclWorkstation;
+    TreeProperties lclState;
+    data::ConnectionPtr lclConnection;
+    std::shared_ptr<model::clsUserAuth> lclUserAuth;
+    std::shared_ptr<Translator> lclTranslator;
+    std::optional<FontFace> lclFont;
+    std::shared_ptr<model::clsTree> lclTree;
+    TreeWindow* lclWindow = nullptr;
+    bool lclShowStatusBar = true;
+
+    std::unordered_map<std::int32_t, Node> lclNodes;
+    std::unordered_set<std::int32_t> lclCollected;
+    std::vector<std::int32_t> lclCollectedOrder;
+    std::int32_t lclSelected = 0;
+    std::vector<IconEntry> lclIcons;
+};
+
+} // namespace kavidex::controls
