@@ -1,0 +1,236 @@
+#include "host/HostWindow.h"
+
+#include <commctrl.h>
+
+#include "host/Dialogs.h"
+#include "host/resources.h"
+#include "platform/Error.h"
+#include "platform/win32/Variant.h"
+
+namespace kavidex::host {
+
+using platform::win32::ToWide;
+
+namespace {
+
+constexpr wchar_t className[] = L"KavidexHost";
+constexpr UINT startMessage = WM_APP + 1;
+constexpr UINT_PTR closeTimer = 1;
+
+void Complain(HWND owner, const platform::Error& error) {
+    MessageBoxW(owner, ToWide(error.what()).c_str(), ToWide(error.Source()).c_str(),
+                MB_OK | MB_ICONEXCLAMATION);
+}
+
+} // namespace
+
+HostWindow::HostWindow(Options options) : lclOptions(std::move(options)) {}
+
+HostWindow::~HostWindow() {
+    lclSession.reset();
+    if (lclSite) lclSite->Release();
+}
+
+int HostWindow::Run() {
+    Create();
+    ShowWindow(lclWindow, SW_SHOWDEFAULT);
+    UpdateWindow(lclWindow);
+    PostMessageW(lclWindow, startMessage, 0, 0);
+    Loop();
+    return lclExitCode;
+}
+
+void HostWindow::Create() {
+    const HINSTANCE module = GetModuleHandleW(nullptr);
+    WNDCLASSEXW windowClass{};
+    windowClass.cbSize = sizeof windowClass;
+    windowClass.lpfnWndProc = Procedure;
+    windowClass.hInstance = module;
+    windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
+    windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
+    windowClass.lpszMenuName = MAKEINTRESOURCEW(IDR_MAIN_MENU);
+    windowClass.lpszClassName = className;
+    RegisterClassExW(&windowClass);
+    HDC screen = GetDC(nullptr);
+    const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
+    ReleaseDC(nullptr, screen);
+    lclWindow = CreateWindowExW(0, className, L"Kavidex host", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+                                CW_USEDEFAULT, CW_USEDEFAULT, MulDiv(1000, dpi, 96),
+                                MulDiv(680, dpi, 96), nullptr, nullptr, module, this);
+    if (!lclWindow) throw platform::Error(platform::errors::fail, "no window", "kavidex-host");
+}
+
+LRESULT CALLBACK HostWindow::Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
+    if (message == WM_NCCREATE) {
+        auto* self = static_cast<HostWindow*>(
+            reinterpret_cast<CREATESTRUCTW*>(lparam)->lpCreateParams);
+        self->lclWindow = window;
+        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
+    }
+    auto* self = reinterpret_cast<HostWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (!self) return DefWindowProcW(window, message, wparam, lparam);
+    try {
+        return self->Handle(message, wparam, lparam);
+    } catch (const platform::Error& error) {
+        self->Report("error " + std::string(error.what()));
+        self->lclExitCode = 1;
+        if (self->lclOptions.closeWhen.empty()) Complain(window, error);
+        return 0;
+    }
+}
+
+LRESULT HostWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
+    switch (message) {
+    case WM_CREATE:
+        lclStatus = CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP,
+                                    0, 0, 0, 0, lclWindow, nullptr, GetModuleHandleW(nullptr),
+                                    nullptr);
+        return 0;
+    case startMessage: Start(); return 0;
+    case WM_SIZE: Arrange(); return 0;
+    case WM_COMMAND: Command(LOWORD(wparam)); return 0;
+    case WM_ACTIVATE:
+        lclActive = LOWORD(wparam) != WA_INACTIVE;
+        break;
+    case WM_SETFOCUS:
+        if (lclSite) lclSite->Focus();
+        return 0;
+    case WM_TIMER:
+        if (wparam == closeTimer &&
+            GetFileAttributesW(ToWide(lclOptions.closeWhen).c_str()) != INVALID_FILE_ATTRIBUTES)
+            DestroyWindow(lclWindow);
+        return 0;
+    case WM_CLOSE: DestroyWindow(lclWindow); return 0;
+    case WM_DESTROY:
+        if (lclSession) lclSession->CloseDossier();
+        lclSession.reset();
+        if (lclSite) lclSite->Close();
+        PostQuitMessage(0);
+        return 0;
+    default: break;
+    }
+    return DefWindowProcW(lclWindow, message, wparam, lparam);
+}
+
+void HostWindow::Start() {
+    if (!lclOptions.closeWhen.empty()) SetTimer(lclWindow, closeTimer, 250, nullptr);
+    lclSite = new ControlSite(lclWindow, [this](const std::string& name,
+                                                const std::vector<std::string>& arguments) {
+        OnEvent(name, arguments);
+    });
+    RECT client;
+    GetClientRect(lclWindow, &client);
+    lclSite->Open(L"Kavidex.ctrlCorrespondence", client);
+    lclSession = std::make_unique<Session>(lclSite->Control());
+    Arrange();
+    if (!lclOptions.database.empty()) {
+        lclSession->Connect(lclOptions.database, lclOptions.store);
+        Report("database " + lclOptions.database);
+    }
+    if (!lclOptions.key.empty()) OpenDossier(lclOptions.key, lclOptions.description);
+    if (!lclOptions.files.empty()) AddFiles(lclOptions.files);
+    lclSite->Focus();
+    Report("ready");
+}
+
+void HostWindow::Arrange() {
+    RECT client, bar;
+    GetClientRect(lclWindow, &client);
+    SendMessageW(lclStatus, WM_SIZE, 0, 0);
+    GetWindowRect(lclStatus, &bar);
+    client.bottom -= bar.bottom - bar.top;
+    if (lclSite && client.bottom > client.top) lclSite->Place(client);
+}
+
+void HostWindow::Command(int id) {
+    switch (id) {
+    case ID_OPEN: AskDossier(); break;
+    case ID_ADD_FILES: AskFiles(); break;
+    case ID_CLOSE_DOSSIER:
+        if (lclSession) lclSession->CloseDossier();
+        Say("No dossier");
+        break;
+    case ID_CONNECTION: AskConnection(); break;
+    case ID_EXIT: DestroyWindow(lclWindow); break;
+    default: break;
+    }
+}
+
+void HostWindow::AskDossier() {
+    if (!lclSession || lclSession->Database().empty()) AskConnection();
+    if (!lclSession || lclSession->Database().empty()) return;
+    std::string key = lclSession->Key(), description;
+    if (AskTexts(lclWindow, IDD_OPEN, {{IDC_KEY, &key}, {IDC_DESCRIPTION, &description}}) &&
+        !key.empty())
+        OpenDossier(key, description.empty() ? key : description);
+}
+
+void HostWindow::AskFiles() {
+    if (!lclSession || lclSession->Key().empty()) AskDossier();
+    if (!lclSession || lclSession->Key().empty()) return;
+    const auto files = ChooseFiles(lclWindow);
+    if (!files.empty()) AddFiles(files);
+}
+
+void HostWindow::AskConnection() {
+    if (!lclSession) return;
+    std::string database = lclSession->Database(), store = lclSession->Store();
+    if (AskTexts(lclWindow, IDD_CONNECTION, {{IDC_DATABASE, &database}, {IDC_STORE, &store}}) &&
+        !database.empty())
+        lclSession->Connect(database, store);
+}
+
+void HostWindow::OpenDossier(const std::string& key, const std::string& description) {
+    const int result = lclSession->Open(key, description, lclOptions.folders);
+    Report("dossier " + key + " result " + std::to_string(result));
+    Say(result == 0 ? "Dossier " + key : "The dossier cannot be opened: " + std::to_string(result));
+    if (result != 0) lclExitCode = 1;
+    SetWindowTextW(lclWindow, ToWide(result == 0 ? key + " - Kavidex host" : "Kavidex host").c_str());
+}
+
+void HostWindow::AddFiles(const std::vector<std::string>& files) {
+    const int result = lclSession->AddFiles(files, lclFolder);
+    Report("added " + std::to_string(files.size()) + " result " + std::to_string(result));
+    if (result != 0) {
+        lclExitCode = 1;
+        Say("Not all files were added: " + std::to_string(result));
+    }
+}
+
+void HostWindow::OnEvent(const std::string& name, const std::vector<std::string>& arguments) {
+    if (name != "EvItemSelected" || arguments.size() < 5) return;
+    const bool folder = arguments[1] == "tab";
+    lclFolder = folder ? std::stol(arguments[2]) : 0;
+    Say((folder ? "Folder " : "Document ") + arguments[3]);
+}
+
+void HostWindow::Say(const std::string& text) {
+    SendMessageW(lclStatus, SB_SETTEXTW, 0, reinterpret_cast<LPARAM>(ToWide(text).c_str()));
+}
+
+void HostWindow::Report(const std::string& line) {
+    if (lclOptions.report.empty()) return;
+    const HANDLE file = CreateFileW(ToWide(lclOptions.report).c_str(), FILE_APPEND_DATA,
+                                    FILE_SHARE_READ, nullptr, OPEN_ALWAYS, 0, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return;
+    const std::string text = line + "\n";
+    DWORD written = 0;
+    WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &written, nullptr);
+    CloseHandle(file);
+}
+
+// Keys go to the control first, as the protocol of in-place objects has it; then to the menu.
+void HostWindow::Loop() {
+    const HACCEL keys = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_KEYS));
+    MSG message;
+    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+        const bool key = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
+        if (key && lclSite && lclSite->TranslateKey(message)) continue;
+        if (TranslateAcceleratorW(lclWindow, keys, &message)) continue;
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+}
+
+} // namespace kavidex::host

@@ -1,0 +1,49 @@
+// The frame of the sample host: menu, status bar, and the binder control filling the rest.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "host/ControlSite.h"
+#include "host/Options.h"
+#include "host/Session.h"
+
+namespace kavidex::host {
+
+class HostWindow {
+public:
+    explicit HostWindow(Options options);
+    ~HostWindow();
+
+    // Shows the frame, does what the options ask, runs until the frame closes; the exit code.
+    int Run();
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam);
+    LRESULT Handle(UINT message, WPARAM wparam, LPARAM lparam);
+    void Create();
+    void Start();
+    void Arrange();
+    void Command(int id);
+    void AskDossier();
+    void AskFiles();
+    void AskConnection();
+    void OpenDossier(const std::string& key, const std::string& description);
+    void AddFiles(const std::vector<std::string>& files);
+    void OnEvent(const std::string& name, const std::vector<std::string>& arguments);
+    void Say(const std::string& text);    // the status bar
+    void Report(const std::string& line); // the report file
+    void Loop();
+
+    Options lclOptions;
+    HWND lclWindow = nullptr;
+    HWND lclStatus = nullptr;
+    ControlSite* lclSite = nullptr;
+    std::unique_ptr<Session> lclSession;
+    long lclFolder = 0; // the folder selected last; 0: the top
+    bool lclActive = false;
+    int lclExitCode = 0;
+};
+
+} // namespace kavidex::host
