@@ -29,7 +29,9 @@ public:
     // source and then renamed, so that the target is whole or absent. An existing target is
     // replaced, or refused with errors::alreadyExists when `failIfExists`.
     virtual void Copy(std::string_view source, std::string_view target, bool failIfExists) = 0;
+    // Within one volume; an existing target is refused with errors::alreadyExists.
     virtual void Rename(std::string_view from, std::string_view to) = 0;
+    // A file; a read-only one is refused with errors::accessDenied, as by Copy and WriteAll.
     virtual void Remove(std::string_view path) = 0;
 
     virtual std::uint64_t Size(std::string_view path) = 0;
@@ -40,8 +42,8 @@ public:
     // Whole or not at all: temporary name, flush, rename.
     virtual void WriteAll(std::string_view path, std::string_view bytes) = 0;
 
-    // Names (not paths) in `folder` that match `pattern` (* and ?, without case), files first met
-    // first; subfolders only where `folders` says so. A folder that does not exist has no entries.
+    // Names (not paths) in `folder` that match `pattern` (* and ?, without case), sorted by name
+    // without case; subfolders too where `folders` says so. A missing folder has no entries.
     virtual std::vector<std::string> List(std::string_view folder, std::string_view pattern,
                                           bool folders = false) = 0;
 
@@ -53,5 +55,11 @@ std::string FileName(std::string_view path);   // after the last separator
 std::string FolderOf(std::string_view path);   // before the last separator, empty when there is none
 std::string Extension(std::string_view path);  // without the dot, as written; empty when none
 std::string WithoutExtension(std::string_view fileName);
+
+// * and ? against a whole name, without case; "*.*" matches every name.
+bool MatchesPattern(std::string_view name, std::string_view pattern);
+
+// The path as this system's own calls and libraries take it, in UTF-8.
+std::string NativePath(std::string_view path);
 
 } // namespace kavidex::platform

@@ -1,0 +1,77 @@
+#include "platform/Files.h"
+
+#include "platform/text.h"
+#include "platform/utf8.h"
+
+namespace kavidex::platform {
+
+namespace {
+
+constexpr std::string_view separators = "\\/";
+
+// The part after the last separator.
+std::size_t NameStart(std::string_view path) {
+    const auto last = path.find_last_of(separators);
+    return last == std::string_view::npos ? 0 : last + 1;
+}
+
+// The dot of the extension; one that begins the name begins no extension.
+std::size_t ExtensionDot(std::string_view name) {
+    const auto dot = name.rfind('.');
+    return dot == 0 ? std::string_view::npos : dot;
+}
+
+} // namespace
+
+std::string JoinPath(std::string_view folder, std::string_view name) {
+    std::string path(folder);
+    if (!path.empty() && separators.find(path.back()) == std::string_view::npos) path += '\\';
+    return path.append(name);
+}
+
+std::string FileName(std::string_view path) { return std::string(path.substr(NameStart(path))); }
+
+std::string FolderOf(std::string_view path) {
+    const auto start = NameStart(path);
+    return std::string(path.substr(0, start == 0 ? 0 : start - 1));
+}
+
+std::string Extension(std::string_view path) {
+    const std::string_view name = path.substr(NameStart(path));
+    const auto dot = ExtensionDot(name);
+    return dot == std::string_view::npos ? std::string() : std::string(name.substr(dot + 1));
+}
+
+std::string WithoutExtension(std::string_view fileName) {
+    const auto start = NameStart(fileName);
+    const auto dot = ExtensionDot(fileName.substr(start));
+    return std::string(dot == std::string_view::npos ? fileName : fileName.substr(0, start + dot));
+}
+
+bool MatchesPattern(std::string_view name, std::string_view pattern) {
+    if (pattern == "*.*") return true;
+    constexpr auto none = std::string_view::npos;
+    std::size_t n = 0, p = 0, star = none, retry = 0;
+    while (n < name.size()) {
+        const CodePoint c = DecodeUtf8(name, n);
+        const CodePoint want = p < pattern.size() ? DecodeUtf8(pattern, p) : CodePoint{0, 0, false};
+        if (want.length != 0 && want.value == '*') {
+            star = ++p;
+            retry = n;
+        } else if (want.length != 0 &&
+                   (want.value == '?' || LowerCodePoint(want.value) == LowerCodePoint(c.value))) {
+            n += c.length;
+            p += want.length;
+        } else if (star != none) {
+            retry += DecodeUtf8(name, retry).length;
+            n = retry;
+            p = star;
+        } else {
+            return false;
+        }
+    }
+    while (p < pattern.size() && pattern[p] == '*') ++p;
+    return p == pattern.size();
+}
+
+} // namespace kavidex::platform

@@ -1,0 +1,214 @@
+#include "platform/posix/PosixFiles.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <memory>
+
+#include "platform/posix/NewFile.h"
+#include "platform/posix/OpenFile.h"
+#include "platform/posix/paths.h"
+#include "platform/text.h"
+
+namespace kavidex::platform::posix {
+
+namespace {
+
+using FileInfo = struct stat;
+
+// A path that the system would cut short or take for the current folder is refused.
+std::string Checked(std::string_view path, std::string_view action) {
+    if (path.empty() || path.find('\0') != std::string_view::npos) Fail(EINVAL, action, path);
+    return ToNative(path);
+}
+
+bool Find(std::string_view path, FileInfo& info) {
+    if (path.empty() || path.find('\0') != std::string_view::npos) return false;
+    return ::stat(ToNative(path).c_str(), &info) == 0;
+}
+
+FileInfo InfoOf(std::string_view path, std::string_view action) {
+    FileInfo info{};
+    if (::stat(Checked(path, action).c_str(), &info) != 0) Fail(errno, action, path);
+    return info;
+}
+
+// Read-only protects a file as it does on Windows; here the folder's permissions alone would not.
+void RefuseReadOnly(std::string_view path, std::string_view action) {
+    FileInfo info{};
+    if (!Find(path, info)) return;
+    if (S_ISDIR(info.st_mode)) Fail(EISDIR, action, path);
+    if (!(info.st_mode & S_IWUSR)) Fail(EACCES, action, path);
+}
+
+OpenFile OpenForReading(std::string_view path, std::string_view action, FileInfo& info) {
+    OpenFile file(::open(Checked(path, action).c_str(), O_RDONLY | O_CLOEXEC));
+    if (!file || ::fstat(file.Get(), &info) != 0) Fail(errno, action, path);
+    if (S_ISDIR(info.st_mode)) Fail(EISDIR, action, path);
+    return file;
+}
+
+// 0 or an errno.
+int CopyBytes(int from, int to) {
+    constexpr std::size_t block = 256 * 1024;
+    const std::unique_ptr<char[]> buffer(new char[block]);
+    for (;;) {
+        const ssize_t got = ::read(from, buffer.get(), block);
+        if (got == 0) return 0;
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) return errno;
+        if (const int failed = WriteFully(to, {buffer.get(), static_cast<std::size_t>(got)})) return failed;
+    }
+}
+
+} // namespace
+
+bool PosixFiles::FileExists(std::string_view path) {
+    FileInfo info{};
+    return Find(path, info) && !S_ISDIR(info.st_mode);
+}
+
+bool PosixFiles::DirectoryExists(std::string_view path) {
+    FileInfo info{};
+    return Find(path, info) && S_ISDIR(info.st_mode);
+}
+
+void PosixFiles::CreateDirectories(std::string_view path) {
+    constexpr std::string_view action = "create the folder";
+    const std::string native = Checked(path, action);
+    for (std::size_t end = native.find('/', 1);; end = native.find('/', end + 1)) {
+        const std::string part = native.substr(0, end);
+        if (::mkdir(part.c_str(), 0777) != 0) {
+            const int cause = errno;
+            FileInfo info{};
+            const bool there = ::stat(part.c_str(), &info) == 0;
+            if (!there) Fail(cause, action, path);
+            if (!S_ISDIR(info.st_mode)) Fail(EEXIST, action, path);
+        }
+        if (end == std::string::npos) return;
+    }
+}
+
+void PosixFiles::Copy(std::string_view source, std::string_view target, bool failIfExists) {
+    constexpr std::string_view action = "copy";
+    const std::string native = Checked(target, action);
+    FileInfo before{}, after{}, written{};
+    const OpenFile from = OpenForReading(source, action, before);
+    if (!failIfExists) RefuseReadOnly(target, "replace");
+
+    NewFile copy(native, before.st_mode & 0777);
+    int failed = copy.Error();
+    if (!failed) failed = CopyBytes(from.Get(), copy.Descriptor());
+    if (!failed && (::fstat(from.Get(), &after) != 0 || ::fstat(copy.Descriptor(), &written) != 0))
+        failed = errno;
+    if (!failed && written.st_size != after.st_size) failed = EIO;
+    if (!failed) {
+        const timespec times[] = {after.st_atim, after.st_mtim};
+        ::futimens(copy.Descriptor(), times); // a kindness; the copy is good without
+        failed = copy.PutInPlace(failIfExists);
+    }
+    if (failed) Fail(failed, action, source, target);
+}
+
+void PosixFiles::Rename(std::string_view from, std::string_view to) {
+    constexpr std::string_view action = "rename";
+    const std::string nativeFrom = Checked(from, action), nativeTo = Checked(to, action);
+    int failed = RenameNew(nativeFrom, nativeTo);
+    if (!failed) failed = FlushFolder(NativeFolder(nativeTo));
+    if (failed) Fail(failed, action, from, to);
+}
+
+void PosixFiles::Remove(std::string_view path) {
+    constexpr std::string_view action = "delete";
+    RefuseReadOnly(path, action);
+    if (::unlink(Checked(path, action).c_str()) != 0) Fail(errno, action, path);
+}
+
+std::uint64_t PosixFiles::Size(std::string_view path) {
+    return static_cast<std::uint64_t>(InfoOf(path, "find the size of").st_size);
+}
+
+std::uint32_t PosixFiles::Attributes(std::string_view path) {
+    const FileInfo info = InfoOf(path, "find the attributes of");
+    std::uint32_t bits = 0;
+    if (S_ISDIR(info.st_mode)) bits |= attributes::directory;
+    if (!(info.st_mode & S_IWUSR)) bits |= attributes::readOnly;
+    return bits ? bits : attributes::normal;
+}
+
+void PosixFiles::SetAttributes(std::string_view path, std::uint32_t bits) {
+    constexpr std::string_view action = "change the attributes of";
+    const FileInfo info = InfoOf(path, action);
+    constexpr mode_t anyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
+    const mode_t permissions = info.st_mode & 07777;
+    const mode_t wanted = bits & attributes::readOnly ? permissions & ~anyWrite : permissions | S_IWUSR;
+    if (wanted != permissions && ::chmod(ToNative(path).c_str(), wanted) != 0) Fail(errno, action, path);
+}
+
+std::string PosixFiles::ReadAll(std::string_view path) {
+    constexpr std::string_view action = "read";
+    FileInfo info{};
+    const OpenFile file = OpenForReading(path, action, info);
+    std::string bytes(static_cast<std::size_t>(info.st_size), '\0');
+    std::size_t filled = 0;
+    // The size is a first guess: the file may grow or shrink meanwhile, or have none to tell.
+    for (;;) {
+        if (filled == bytes.size()) bytes.resize(filled + 4096);
+        const ssize_t got = ::read(file.Get(), bytes.data() + filled, bytes.size() - filled);
+        if (got < 0 && errno == EINTR) continue;
+        if (got < 0) Fail(errno, action, path);
+        if (got == 0) break;
+        filled += static_cast<std::size_t>(got);
+    }
+    bytes.resize(filled);
+    return bytes;
+}
+
+void PosixFiles::WriteAll(std::string_view path, std::string_view bytes) {
+    constexpr std::string_view action = "write";
+    const std::string native = Checked(path, action);
+    RefuseReadOnly(path, action);
+    FileInfo old{};
+    NewFile file(native, Find(path, old) ? old.st_mode & 0777 : 0666);
+    int failed = file.Error();
+    if (!failed) failed = WriteFully(file.Descriptor(), bytes);
+    if (!failed) failed = file.PutInPlace(false);
+    if (failed) Fail(failed, action, path);
+}
+
+std::vector<std::string> PosixFiles::List(std::string_view folder, std::string_view pattern,
+                                          bool folders) {
+    constexpr std::string_view action = "list";
+    const std::string native = Checked(folder, action);
+    const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(native.c_str()), &::closedir);
+    if (!open && errno == ENOENT) return {};
+    if (!open) Fail(errno, action, folder);
+
+    std::vector<std::string> names;
+    errno = 0;
+    while (const dirent* entry = ::readdir(open.get())) {
+        const std::string name = entry->d_name;
+        if (name == "." || name == ".." || !MatchesPattern(name, pattern)) continue;
+        if (!folders && DirectoryExists(JoinPath(folder, name))) continue;
+        names.push_back(name);
+        errno = 0;
+    }
+    if (errno != 0) Fail(errno, action, folder);
+    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
+        const int order = CompareNoCase(a, b);
+        return order != 0 ? order < 0 : a < b;
+    });
+    return names;
+}
+
+std::string PosixFiles::TemporaryFolder() {
+    const char* named = std::getenv("TMPDIR");
+    return FromNative(JoinPath(named && *named ? named : "/tmp", ""));
+}
+
+} // namespace kavidex::platform::posix
