@@ -1,0 +1,57 @@
+// What happens when a binder control gets its connection: hand-over to the children, database
+// check, template path, schema upgrade. The control owns one and forwards its DbConnection to it.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+
+#include "data/Connection.h"
+#include "data/Texts.h"
+#include "data/clsSettings.h"
+
+namespace kavidex::platform {
+struct Workstation;
+}
+
+namespace kavidex::data {
+
+// Called in this order while a connection is assigned; each may be empty.
+struct ConnectionListeners {
+    std::function<void()> changed; // property "DbConnection" changed
+    // To the folder tree and the checklist; before the schema is checked. Null on release.
+    std::function<void(const ConnectionPtr&)> handOver;
+    // After check, template path and upgrade; not called for a null connection.
+    std::function<void(const ConnectionPtr&)> ready;
+};
+
+class ConnectionAssignment {
+public:
+    ConnectionAssignment(const platform::Workstation& workstation, ConnectionListeners listeners,
+                         Translation translation = {});
+
+    const ConnectionPtr& DbConnection() const { return lclConnection; }
+    // False, and nothing done, when both are null or both have the same DefaultDatabase.
+    bool SetDbConnection(const ConnectionPtr& connection);
+    // Without a word to anybody, for the end of the control.
+    void Release();
+
+    // Null until the first connection came.
+    clsSettings* Settings() { return lclSettings.get(); }
+    const std::string& TemplatePath() const { return lclTemplatePath; }
+    void SetTemplatePath(std::string_view path) { lclTemplatePath = path; }
+    // Reads the setting "Template"/"Path" again.
+    void ReadTemplatePath();
+
+private:
+    void CheckDatabase();
+
+    const platform::Workstation& lclWorkstation;
+    ConnectionListeners lclListeners;
+    Translation lclTranslation;
+    ConnectionPtr lclConnection;
+    std::unique_ptr<clsSettings> lclSettings;
+    std::string lclTemplatePath;
+};
+
+} // namespace kavidex::data

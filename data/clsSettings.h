@@ -1,0 +1,63 @@
+// The database-wide settings: rows of section, key and value in tblSettings.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "data/Connection.h"
+
+namespace kavidex::platform {
+struct Workstation;
+}
+
+namespace kavidex::data {
+
+// One recordset, reused: the last query stays open so that the "next" members can walk on.
+// Failures read as "not found"; they leave a trace in the log only.
+class clsSettings {
+public:
+    explicit clsSettings(const platform::Workstation& workstation);
+    ~clsSettings();
+    clsSettings(const clsSettings&) = delete;
+    clsSettings& operator=(const clsSettings&) = delete;
+
+    void SetDbConnection(ConnectionPtr connection);
+    const ConnectionPtr& DbConnection() const { return lclConnection; }
+
+    // `value` is trimmed; empty when the row's value is null or there is no row.
+    bool GetSetting(std::string_view section, std::string_view key, std::string& value);
+    // The patterns bring their own wildcards.
+    bool GetSettingLike(std::string_view sectionPattern, std::string_view keyPattern,
+                        std::string& value, std::string& section, std::string& key, bool close);
+    bool GetNextSetting(std::string& value);
+    bool GetNextSettingLike(std::string& value, std::string& section, std::string& key);
+
+    // Inserts or updates. Key and value go into the statement with their single quotes as they
+    // are: a quote in them makes it fail, and the setting stays as it was.
+    void SetSetting(std::string_view section, std::string_view key, std::string_view value);
+
+    bool DeleteSetting(std::string_view section, std::string_view key);
+    bool DeleteCurrentSetting();
+    std::int32_t Id(); // of the current row, 0 without one
+    void CloseSettings();
+
+private:
+    bool Query(const std::string& statement);
+    bool LookUp(std::string_view section, std::string_view key);
+    bool HasSKey();
+    void MigrateKeyColumn();
+    bool ReadCurrent(std::string& value, std::string* section, std::string* key);
+    void Insert(std::string_view section, std::string_view key, std::string_view value);
+    void DeleteRows(std::string_view section, std::string_view key);
+
+    const platform::Workstation& lclWorkstation;
+    ConnectionPtr lclConnection;
+    RecordsetPtr lclRecordset;
+};
+
+// The root folder of the document files (section "Storage", key "DocumentPath"), ending in a
+// backslash; empty, after a message box, when the setting is not there.
+std::string DocumentRoot(const platform::Workstation& workstation, const ConnectionPtr& connection);
+
+} // namespace kavidex::data

@@ -1,0 +1,60 @@
+// Brings a database of any dialect and version to the current schema, one version at a time.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "data/Connection.h"
+#include "data/Texts.h"
+#include "data/clsSettings.h"
+
+namespace kavidex::platform {
+struct Workstation;
+}
+
+namespace kavidex::data {
+
+inline constexpr std::string_view currentVersion = "1.1.8";
+
+// Each step's statements are issued in every dialect's form; what the database refuses is logged
+// and skipped. The version is recorded after each step, so that an interrupted upgrade goes on at
+// the first step not recorded; a step may run again without harm.
+class clsUpdateDb {
+public:
+    explicit clsUpdateDb(const platform::Workstation& workstation, Translation translation = {});
+
+    void SetDbConnection(ConnectionPtr connection);
+
+    // The result of the last step run, 0 when there was none to run.
+    std::int32_t fncUpdateDb();
+
+    // Each runs its step and puts the version it reached into `reached`; 0.
+    std::int32_t fncUp101(std::string& reached);
+    std::int32_t fncUpTo102(std::string& reached);
+    std::int32_t fncUpTo103(std::string& reached);
+    std::int32_t fncUpTo104(std::string& reached);
+    std::int32_t fncUpTo105(std::string& reached);
+    std::int32_t fncUpTo106(std::string& reached);
+    std::int32_t fncUpTo107(std::string& reached);
+    std::int32_t fncUpTo108(std::string& reached);
+    std::int32_t fncUpTo109(std::string& reached);
+    std::int32_t fncUpTo110(std::string& reached);
+    std::int32_t fncUpTo111(std::string& reached);
+    std::int32_t fncUpTo112(std::string& reached);
+    std::int32_t fncUpTo113(std::string& reached);
+    std::int32_t fncUpTo114(std::string& reached);
+    std::int32_t fncUpTo115(std::string& reached);
+    std::int32_t fncUpTo116(std::string& reached);
+    std::int32_t fncUpTo117(std::string& reached);
+    std::int32_t fncUpTo118(std::string& reached);
+
+private:
+    std::int32_t Run(std::string_view from, std::string& reached);
+
+    const platform::Workstation& lclWorkstation;
+    Translation lclTranslation;
+    ConnectionPtr lclConnection;
+    clsSettings lclSettings;
+};
+
+} // namespace kavidex::data
