@@ -96,6 +96,16 @@ Variant::Variant(const VARIANT& value) : Variant() {
     Check(VariantCopyInd(&lclValue, const_cast<VARIANT*>(from)), source);
 }
 
+Variant::Variant(const Variant& other) : Variant() {
+    Check(VariantCopy(&lclValue, const_cast<VARIANT*>(&other.lclValue)), source);
+}
+
+Variant Variant::Reference(Variant& target) noexcept {
+    Variant result;
+    result.Tag(VT_BYREF | VT_VARIANT).pvarVal = target.Address();
+    return result;
+}
+
 Variant Variant::Null() noexcept {
     Variant result;
     result.Tag(VT_NULL);

@@ -69,7 +69,7 @@ public:
     Variant(const ComPtr<Interface>& object) noexcept : Variant(object.Get()) {}
     // A copy of what the value is, references followed (VariantCopyInd).
     Variant(const VARIANT& value);
-    Variant(const Variant& other) : Variant(other.lclValue) {}
+    Variant(const Variant& other); // a reference stays a reference
     Variant(Variant&& other) noexcept : lclValue(other.lclValue) { VariantInit(&other.lclValue); }
     ~Variant() { VariantClear(&lclValue); }
     Variant& operator=(Variant other) noexcept {
@@ -80,6 +80,8 @@ public:
     static Variant Null() noexcept;
     static Variant Missing() noexcept; // an optional argument left out
     static Variant Big(std::int64_t value) noexcept; // VT_I4 where it fits, else VT_R8
+    // An argument through which a callee gives a value back; `target` outlives the call.
+    static Variant Reference(Variant& target) noexcept;
     // Takes the contents over without a copy.
     static Variant Attach(VARIANT value) noexcept;
     [[nodiscard]] VARIANT Detach() noexcept;

@@ -1,0 +1,164 @@
+#include "data/win32/AdoConnection.h"
+
+#include "data/Error.h"
+#include "data/win32/AdoRecordset.h"
+#include "data/win32/Convert.h"
+#include "data/win32/Guard.h"
+#include "platform/text.h"
+
+namespace kavidex::data::win32 {
+
+namespace {
+
+using platform::win32::Late;
+using platform::win32::Variant;
+
+constexpr int clientCursor = 3, staticCursor = 3, readOnly = 1, optimistic = 3, unspecified = -1;
+
+// The settings in the order that the system documents; all of Open's arguments are left open.
+void OpenClientSide(const Late& recordset, const Late& command) {
+    recordset.Put(L"CursorLocation", {clientCursor});
+    recordset.Put(L"LockType", {readOnly});
+    recordset.Put(L"CacheSize", {1});
+    recordset.PutRef(L"Source", {command.Object()});
+    recordset.Put(L"CursorType", {staticCursor});
+    recordset.Put(L"LockType", {optimistic});
+    recordset.Call(L"Open", {Variant::Missing(), Variant::Missing(), unspecified, unspecified, unspecified});
+}
+
+void AppendParameters(const Late& command, const std::vector<Parameter>& parameters) {
+    if (parameters.empty()) return;
+    const Late list = command.Child(L"Parameters");
+    for (const Parameter& parameter : parameters)
+        list.Call(L"Append", {command.Call(L"CreateParameter",
+                                           {parameter.name, static_cast<int>(parameter.type),
+                                            parameter.direction, Variant::Big(parameter.size),
+                                            ToVariant(parameter.value, parameter.type)})});
+}
+
+} // namespace
+
+bool AdoConnection::IsOpen() const {
+    return Guarded({}, [&] { return (lclConnection.Get(L"State").ToInt32() & 1) != 0; });
+}
+
+void AdoConnection::NeedOpen() const {
+    if (!IsOpen())
+        throw Error(errors::objectClosed, "The connection is closed.", "Kavidex.AdoConnection");
+}
+
+void AdoConnection::Close() {
+    lclTransactions = 0;
+    lclDbmsName.clear();
+    if (IsOpen()) Guarded({}, [&] { lclConnection.Call(L"Close"); });
+}
+
+Late AdoConnection::NewObject(const wchar_t* member, const char* progId) const {
+    return lclMeans == Means::OwnObjects ? lclConnection.Child(member) : Late::Create(progId);
+}
+
+void AdoConnection::ChooseMeans() {
+    lclMeans = Means::ExecuteOnly;
+    if (lclConnection.Has(L"NewCommand") && lclConnection.Has(L"NewRecordset")) {
+        lclMeans = Means::OwnObjects;
+    } else if (const Late command = Late::TryCreate("ADODB.Command");
+               command && Late::TryCreate("ADODB.Recordset")) {
+        try {
+            command.PutRef(L"ActiveConnection", {lclConnection.Object()});
+            lclMeans = Means::AdoClasses;
+        } catch (const platform::Error&) {
+            // ADO's command takes only ADO's connections: the object's own Execute serves it.
+        }
+    }
+}
+
+Late AdoConnection::NewCommand(const Command& command) const {
+    const Late made = NewObject(L"NewCommand", "ADODB.Command");
+    made.PutRef(L"ActiveConnection", {lclConnection.Object()});
+    made.Put(L"CommandType", {static_cast<int>(command.type)});
+    made.Put(L"CommandText", {command.text});
+    AppendParameters(made, command.parameters);
+    return made;
+}
+
+Late AdoConnection::RunByExecute(const Command& command) const {
+    if (!command.parameters.empty())
+        throw Error(errors::featureNotAvailable, "This connection offers no commands with parameters.",
+                    "Kavidex.AdoConnection", command.text);
+    return Late(lclConnection.Call(L"Execute", {command.text, Variant::Missing(), static_cast<int>(command.type)}));
+}
+
+RecordsetPtr AdoConnection::Open(const Command& command) {
+    return Guarded(command.text, [&] {
+        NeedOpen();
+        if (lclMeans == Means::Unknown) ChooseMeans();
+        if (lclMeans == Means::ExecuteOnly) return std::make_unique<AdoRecordset>(RunByExecute(command));
+        const Late made = NewCommand(command);
+        const Late recordset = NewObject(L"NewRecordset", "ADODB.Recordset");
+        OpenClientSide(recordset, made);
+        return std::make_unique<AdoRecordset>(recordset);
+    });
+}
+
+std::int64_t AdoConnection::Execute(std::string_view statement) {
+    return Guarded(statement, [&]() -> std::int64_t {
+        NeedOpen();
+        Variant touched;
+        lclConnection.Call(L"Execute", {statement, Variant::Reference(touched), unspecified});
+        return touched.IsNumber() ? touched.ToInt64() : -1;
+    });
+}
+
+Value AdoConnection::Property(std::string_view name) const {
+    const bool dbmsName = platform::EqualAsciiNoCase(name, "DBMS Name");
+    if (dbmsName && !lclDbmsName.empty()) return lclDbmsName;
+    return Guarded({}, [&] {
+        const Late property = lclConnection.Child(L"Properties").Child(L"Item", {name});
+        Value value = FromVariant(property.Get(L"Value").Get());
+        if (dbmsName) lclDbmsName = ToText(value);
+        return value;
+    });
+}
+
+std::string AdoConnection::DefaultDatabase() const {
+    return Guarded({}, [&] { return lclConnection.Get(L"DefaultDatabase").ToText(); });
+}
+
+RecordsetPtr AdoConnection::OpenSchema(Schema schema) {
+    return Guarded("OpenSchema", [&] {
+        NeedOpen();
+        return std::make_unique<AdoRecordset>(Late(lclConnection.Call(L"OpenSchema", {static_cast<int>(schema)})));
+    });
+}
+
+std::vector<ErrorDetail> AdoConnection::Errors() const {
+    return Guarded({}, [&] {
+        std::vector<ErrorDetail> details;
+        const Late list = lclConnection.Child(L"Errors");
+        const int count = list.Get(L"Count").ToInt32();
+        for (int i = 0; i < count; ++i) {
+            const Late error = list.Child(L"Item", {i});
+            details.push_back({error.Get(L"Number").ToInt32(), error.Get(L"Description").ToText(),
+                               error.Get(L"Source").ToText()});
+        }
+        return details;
+    });
+}
+
+// Not every provider nests transactions; counted here, only the outermost pair reaches it.
+void AdoConnection::BeginTrans() {
+    if (lclTransactions == 0) Guarded("BeginTrans", [&] { lclConnection.Call(L"BeginTrans"); });
+    ++lclTransactions;
+}
+
+void AdoConnection::CommitTrans() {
+    if (lclTransactions <= 1) Guarded("CommitTrans", [&] { lclConnection.Call(L"CommitTrans"); });
+    if (lclTransactions > 0) --lclTransactions;
+}
+
+void AdoConnection::RollbackTrans() {
+    if (lclTransactions <= 1) Guarded("RollbackTrans", [&] { lclConnection.Call(L"RollbackTrans"); });
+    if (lclTransactions > 0) --lclTransactions;
+}
+
+} // namespace kavidex::data::win32

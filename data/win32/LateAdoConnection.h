@@ -1,0 +1,52 @@
+// The ADO engine: any object with the surface of ADODB.Connection, called by the names of its
+// members. This is how a connection that a host opened itself is served.
+//
+// Where commands and recordsets come from is decided once a connection, by its first Open:
+//   1. An object that offers NewCommand and NewRecordset makes its own: it knows best, and needs no
+//      ADO on the machine.
+//   2. Otherwise ADODB.Command and ADODB.Recordset are made, where they are registered and the
+//      command accepts the object as its ActiveConnection. ADO's own connections end here.
+//   3. Otherwise the object's Execute runs the statement; its recordset may be forward-only, is
+//      then read into memory whole, and refuses writes. Parameters need one of the first two.
+#pragma once
+
+#include "data/Connection.h"
+#include "platform/win32/Late.h"
+
+namespace kavidex::data::win32 {
+
+class AdoConnection : public Connection {
+public:
+    explicit AdoConnection(platform::win32::Late connection) : lclConnection(std::move(connection)) {}
+
+    // The object that was handed over, for giving it back.
+    const platform::win32::ComPtr<IDispatch>& Object() const { return lclConnection.Object(); }
+
+    bool IsOpen() const override;
+    void Close() override;
+    RecordsetPtr Open(const Command& command) override;
+    std::int64_t Execute(std::string_view statement) override;
+    Value Property(std::string_view name) const override;
+    std::string DefaultDatabase() const override;
+    RecordsetPtr OpenSchema(Schema schema) override;
+    std::vector<ErrorDetail> Errors() const override;
+    void BeginTrans() override;
+    void CommitTrans() override;
+    void RollbackTrans() override;
+
+private:
+    enum class Means { Unknown, OwnObjects, AdoClasses, ExecuteOnly };
+
+    void NeedOpen() const;
+    void ChooseMeans();
+    platform::win32::Late NewCommand(const Command& command) const;
+    platform::win32::Late NewObject(const wchar_t* member, const char* progId) const;
+    platform::win32::Late RunByExecute(const Command& command) const;
+
+    platform::win32::Late lclConnection;
+    Means lclMeans = Means::Unknown;
+    int lclTransactions = 0;
+    mutable std::string lclDbmsName; // asked before every statement, never changing while open
+};
+
+} // namespace kavidex::data::win32
