@@ -48,11 +48,6 @@ void AdoRecordset::Close() {
     Guarded({}, [&] { lclRecordset.Call(L"Close"); });
 }
 
-const platform::win32::ComPtr<IDispatch>& AdoRecordset::Object() {
-    if (IsOpen() && !lclForwardOnly) PlaceObject();
-    return lclRecordset.Object();
-}
-
 void AdoRecordset::NeedOpen() const {
     if (!IsOpen()) throw Error(errors::objectClosed, "The recordset is closed.", source);
 }
@@ -63,7 +58,8 @@ void AdoRecordset::NeedRow() const {
 }
 
 void AdoRecordset::NeedField(std::size_t field) const {
-    if (field >= Fields().size()) throw Error(errors::itemNotFound, "There is no such field.", source);
+    if (field >= Fields().size())
+        throw Error(errors::itemNotFound, "There is no such field.", source);
 }
 
 bool AdoRecordset::Eof() const {
@@ -80,11 +76,13 @@ bool AdoRecordset::Bof() const {
 
 std::int64_t AdoRecordset::RecordCount() const {
     NeedOpen();
-    return lclEditing ? Guarded({}, [&] { return lclRecordset.Get(L"RecordCount").ToInt64(); }) : lclCount;
+    return lclEditing ? Guarded({}, [&] { return lclRecordset.Get(L"RecordCount").ToInt64(); })
+                      : lclCount;
 }
 
 std::int64_t AdoRecordset::AbsolutePosition() const {
-    if (lclEditing) return Guarded({}, [&] { return lclRecordset.Get(L"AbsolutePosition").ToInt64(); });
+    if (lclEditing)
+        return Guarded({}, [&] { return lclRecordset.Get(L"AbsolutePosition").ToInt64(); });
     NeedOpen();
     if (lclCount == 0) return -1;
     if (lclPosition < 1) return -2;
@@ -96,9 +94,12 @@ void AdoRecordset::ReadState() {
     lclBlock.clear();
     lclEdited.clear();
     lclCount = lclRecordset.Get(L"RecordCount").ToInt64();
-    if (lclRecordset.Get(L"EOF").ToBool()) lclPosition = lclCount + 1;
-    else if (lclRecordset.Get(L"BOF").ToBool()) lclPosition = 0;
-    else lclPosition = lclRecordset.Get(L"AbsolutePosition").ToInt64();
+    if (lclRecordset.Get(L"EOF").ToBool())
+        lclPosition = lclCount + 1;
+    else if (lclRecordset.Get(L"BOF").ToBool())
+        lclPosition = 0;
+    else
+        lclPosition = lclRecordset.Get(L"AbsolutePosition").ToInt64();
 }
 
 void AdoRecordset::GoTo(std::int64_t position) {
@@ -108,8 +109,10 @@ void AdoRecordset::GoTo(std::int64_t position) {
 // With a row under change the object moves, which writes or drops the change as ADO does.
 void AdoRecordset::MoveDirect(const wchar_t* member, std::int64_t rows) {
     Guarded({}, [&] {
-        if (rows) lclRecordset.Call(member, {Variant::Big(rows)});
-        else lclRecordset.Call(member);
+        if (rows)
+            lclRecordset.Call(member, {Variant::Big(rows)});
+        else
+            lclRecordset.Call(member);
         ReadState();
     });
 }
@@ -131,8 +134,10 @@ void AdoRecordset::SetAbsolutePosition(std::int64_t position) {
 void AdoRecordset::Move(std::int64_t rows) {
     if (lclEditing && rows) return MoveDirect(L"Move", rows);
     NeedOpen();
-    if (rows > 0 && lclPosition > lclCount) throw Error(errors::badEof, "The recordset is at its end.", source);
-    if (rows < 0 && lclPosition < 1) throw Error(errors::badEof, "The recordset is before its start.", source);
+    if (rows > 0 && lclPosition > lclCount)
+        throw Error(errors::badEof, "The recordset is at its end.", source);
+    if (rows < 0 && lclPosition < 1)
+        throw Error(errors::badEof, "The recordset is before its start.", source);
     if (lclCount == 0 && rows) throw Error(errors::badEof, "The recordset has no rows.", source);
     GoTo(lclPosition + rows);
 }
@@ -170,10 +175,15 @@ const std::vector<Field>& AdoRecordset::Fields() const {
         const int count = list.Get(L"Count").ToInt32();
         for (int i = 0; i < count; ++i) {
             const Late field = list.Child(L"Item", {i});
-            const int attributes = field.Has(L"Attributes") ? field.Get(L"Attributes").ToInt32() : nullableAttribute;
-            fields.push_back({field.Get(L"Name").ToText(), static_cast<AdoType>(field.Get(L"Type").ToInt32()),
-                                 field.Get(L"DefinedSize").ToInt64(), {}, {}, (attributes & keyAttribute) != 0,
-                                 (attributes & (nullableAttribute | maybeNullAttribute)) != 0});
+            const int attributes =
+                field.Has(L"Attributes") ? field.Get(L"Attributes").ToInt32() : nullableAttribute;
+            fields.push_back({field.Get(L"Name").ToText(),
+                              static_cast<AdoType>(field.Get(L"Type").ToInt32()),
+                              field.Get(L"DefinedSize").ToInt64(),
+                              {},
+                              {},
+                              (attributes & keyAttribute) != 0,
+                              (attributes & (nullableAttribute | maybeNullAttribute)) != 0});
         }
         lclFields = std::move(fields);
     });
@@ -232,24 +242,14 @@ const Value& AdoRecordset::Get(std::size_t field) const {
     }
     if (!lclForwardOnly && !IsOpen()) NeedOpen();
     const std::int64_t end = lclBlockFirst + static_cast<std::int64_t>(lclBlock.size());
-    if (lclBlock.empty() || lclPosition < lclBlockFirst || lclPosition >= end) ReadBlock(lclPosition);
+    if (lclBlock.empty() || lclPosition < lclBlockFirst || lclPosition >= end)
+        ReadBlock(lclPosition);
     return lclBlock[static_cast<std::size_t>(lclPosition - lclBlockFirst)][field];
 }
 
 void AdoRecordset::PlaceObject() {
-    if (lclEditing) return;
-    Guarded({}, [&] {
-        if (lclCount == 0) return;
-        if (lclPosition >= 1 && lclPosition <= lclCount) {
-            lclRecordset.Put(L"AbsolutePosition", {Variant::Big(lclPosition)});
-        } else if (lclPosition < 1) {
-            lclRecordset.Call(L"MoveFirst");
-            lclRecordset.Call(L"MovePrevious");
-        } else {
-            lclRecordset.Call(L"MoveLast");
-            lclRecordset.Call(L"MoveNext");
-        }
-    });
+    if (!lclEditing)
+        Guarded({}, [&] { lclRecordset.Put(L"AbsolutePosition", {Variant::Big(lclPosition)}); });
 }
 
 void AdoRecordset::Set(std::size_t field, Value value) {
@@ -259,7 +259,8 @@ void AdoRecordset::Set(std::size_t field, Value value) {
         throw Error(errors::featureNotAvailable, "This recordset is read-only.", source);
     PlaceObject();
     lclEditing = true;
-    Guarded({}, [&] { FieldObject(field).Put(L"Value", {ToVariant(value, lclFields[field].type)}); });
+    Guarded({},
+            [&] { FieldObject(field).Put(L"Value", {ToVariant(value, lclFields[field].type)}); });
 }
 
 void AdoRecordset::AddNew() {
@@ -328,8 +329,10 @@ void AdoRecordset::SetFilter(std::string_view criteria) {
     NeedOpen();
     Guarded({}, [&] {
         // No filter is a number to ADO (adFilterNone), not the empty text.
-        if (criteria.empty()) lclRecordset.Put(L"Filter", {0});
-        else lclRecordset.Put(L"Filter", {criteria});
+        if (criteria.empty())
+            lclRecordset.Put(L"Filter", {0});
+        else
+            lclRecordset.Put(L"Filter", {criteria});
         ReadState();
     });
 }

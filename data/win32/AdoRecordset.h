@@ -16,9 +16,6 @@ public:
     AdoRecordset(const AdoRecordset&) = delete;
     AdoRecordset& operator=(const AdoRecordset&) = delete;
 
-    // For handing the host's own object back to it, on the row that is current here.
-    const platform::win32::ComPtr<IDispatch>& Object();
-
     bool IsOpen() const override;
     void Close() override;
 
@@ -56,25 +53,25 @@ private:
     void NeedOpen() const;
     void NeedRow() const;
     void NeedField(std::size_t field) const;
-    void GoTo(std::int64_t position);            // local; clamped to BOF and EOF
+    void GoTo(std::int64_t position); // local; clamped to BOF and EOF
     void MoveDirect(const wchar_t* member, std::int64_t rows = 0);
-    void ReadState();                            // count and position from the object
-    void ReadAll();                              // a forward-only recordset, to its end
-    void PlaceObject();                          // the object onto the current row
+    void ReadState();   // count and position from the object
+    void ReadAll();     // a forward-only recordset, to its end
+    void PlaceObject(); // the object onto the current row
     void ReadBlock(std::int64_t first) const;
     std::vector<Row> ReadRows(std::int64_t count) const;
     const platform::win32::Late& FieldObject(std::size_t field) const;
 
     platform::win32::Late lclRecordset;
-    bool lclForwardOnly = false;                 // every row is in the block
-    bool lclEditing = false;                     // the object holds the current row, maybe changed
+    bool lclForwardOnly = false; // every row is in the block
+    bool lclEditing = false;     // the object holds the current row, maybe changed
     std::int64_t lclCount = 0;
-    std::int64_t lclPosition = 0;                // 0 before the first row, count + 1 after the last
+    std::int64_t lclPosition = 0; // 0 before the first row, count + 1 after the last
     mutable std::vector<Field> lclFields;
     mutable std::vector<platform::win32::Late> lclFieldObjects;
     mutable std::vector<Row> lclBlock;
-    mutable std::int64_t lclBlockFirst = 0;      // position of the block's first row
-    mutable Row lclEdited;                       // values last read of a row under change
+    mutable std::int64_t lclBlockFirst = 0; // position of the block's first row
+    mutable Row lclEdited;                  // values last read of a row under change
 };
 
 } // namespace kavidex::data::win32

@@ -69,7 +69,8 @@ Variant Fitted(Variant number, AdoType type) {
     const auto wanted = NumberType(type);
     if (!wanted) return number;
     Variant fitted;
-    const HRESULT result = VariantChangeType(fitted.Address(), const_cast<VARIANT*>(&number.Get()), 0, *wanted);
+    const HRESULT result =
+        VariantChangeType(fitted.Address(), const_cast<VARIANT*>(&number.Get()), 0, *wanted);
     return SUCCEEDED(result) ? fitted : number;
 }
 
@@ -85,9 +86,14 @@ std::string DateText(DATE date) {
 
 bool IsWhole(AdoType type) {
     switch (type) {
-    case AdoType::SmallInt: case AdoType::Integer: case AdoType::TinyInt:
-    case AdoType::UnsignedTinyInt: case AdoType::UnsignedSmallInt: case AdoType::UnsignedInt:
-    case AdoType::BigInt: case AdoType::UnsignedBigInt: return true;
+    case AdoType::SmallInt:
+    case AdoType::Integer:
+    case AdoType::TinyInt:
+    case AdoType::UnsignedTinyInt:
+    case AdoType::UnsignedSmallInt:
+    case AdoType::UnsignedInt:
+    case AdoType::BigInt:
+    case AdoType::UnsignedBigInt: return true;
     default: return false;
     }
 }
@@ -116,18 +122,31 @@ Value FromVariant(const VARIANT& given, AdoType type) {
     Variant value(given);
     if (value.Type() == VT_DISPATCH) value = value.As(VT_VARIANT);
     switch (value.Type()) {
-    case VT_EMPTY: case VT_NULL: case VT_ERROR: return {};
+    case VT_EMPTY:
+    case VT_NULL:
+    case VT_ERROR: return {};
     case VT_BOOL: return value.ToBool();
-    case VT_I1: case VT_UI1: case VT_I2: case VT_UI2: case VT_I4: case VT_UI4: case VT_INT:
-    case VT_UINT: case VT_I8: case VT_UI8: return value.ToInt64();
-    case VT_R4: case VT_R8: return value.ToDouble();
-    case VT_CY: case VT_DECIMAL: return FromDecimal(value, type);
+    case VT_I1:
+    case VT_UI1:
+    case VT_I2:
+    case VT_UI2:
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_I8:
+    case VT_UI8: return value.ToInt64();
+    case VT_R4:
+    case VT_R8: return value.ToDouble();
+    case VT_CY:
+    case VT_DECIMAL: return FromDecimal(value, type);
     case VT_DATE: return DateText(value.Get().date);
     case VT_BSTR: return value.ToText();
     default: break;
     }
     if (value.Type() == (VT_ARRAY | VT_UI1)) return platform::win32::BytesOf(value.Get());
-    throw Error(DISP_E_TYPEMISMATCH, "This kind of value cannot be stored in a column.", "Kavidex.Value");
+    throw Error(DISP_E_TYPEMISMATCH, "This kind of value cannot be stored in a column.",
+                "Kavidex.Value");
 }
 
 } // namespace kavidex::data::win32

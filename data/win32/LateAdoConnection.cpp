@@ -1,4 +1,4 @@
-#include "data/win32/AdoConnection.h"
+#include "data/win32/LateAdoConnection.h"
 
 #include "data/Error.h"
 #include "data/win32/AdoRecordset.h"
@@ -23,7 +23,8 @@ void OpenClientSide(const Late& recordset, const Late& command) {
     recordset.PutRef(L"Source", {command.Object()});
     recordset.Put(L"CursorType", {staticCursor});
     recordset.Put(L"LockType", {optimistic});
-    recordset.Call(L"Open", {Variant::Missing(), Variant::Missing(), unspecified, unspecified, unspecified});
+    recordset.Call(L"Open",
+                   {Variant::Missing(), Variant::Missing(), unspecified, unspecified, unspecified});
 }
 
 void AppendParameters(const Late& command, const std::vector<Parameter>& parameters) {
@@ -38,26 +39,26 @@ void AppendParameters(const Late& command, const std::vector<Parameter>& paramet
 
 } // namespace
 
-bool AdoConnection::IsOpen() const {
+bool LateAdoConnection::IsOpen() const {
     return Guarded({}, [&] { return (lclConnection.Get(L"State").ToInt32() & 1) != 0; });
 }
 
-void AdoConnection::NeedOpen() const {
+void LateAdoConnection::NeedOpen() const {
     if (!IsOpen())
         throw Error(errors::objectClosed, "The connection is closed.", "Kavidex.AdoConnection");
 }
 
-void AdoConnection::Close() {
+void LateAdoConnection::Close() {
     lclTransactions = 0;
     lclDbmsName.clear();
     if (IsOpen()) Guarded({}, [&] { lclConnection.Call(L"Close"); });
 }
 
-Late AdoConnection::NewObject(const wchar_t* member, const char* progId) const {
+Late LateAdoConnection::NewObject(const wchar_t* member, const char* progId) const {
     return lclMeans == Means::OwnObjects ? lclConnection.Child(member) : Late::Create(progId);
 }
 
-void AdoConnection::ChooseMeans() {
+void LateAdoConnection::ChooseMeans() {
     lclMeans = Means::ExecuteOnly;
     if (lclConnection.Has(L"NewCommand") && lclConnection.Has(L"NewRecordset")) {
         lclMeans = Means::OwnObjects;
@@ -72,7 +73,7 @@ void AdoConnection::ChooseMeans() {
     }
 }
 
-Late AdoConnection::NewCommand(const Command& command) const {
+Late LateAdoConnection::NewCommand(const Command& command) const {
     const Late made = NewObject(L"NewCommand", "ADODB.Command");
     made.PutRef(L"ActiveConnection", {lclConnection.Object()});
     made.Put(L"CommandType", {static_cast<int>(command.type)});
@@ -81,18 +82,21 @@ Late AdoConnection::NewCommand(const Command& command) const {
     return made;
 }
 
-Late AdoConnection::RunByExecute(const Command& command) const {
+Late LateAdoConnection::RunByExecute(const Command& command) const {
     if (!command.parameters.empty())
-        throw Error(errors::featureNotAvailable, "This connection offers no commands with parameters.",
-                    "Kavidex.AdoConnection", command.text);
-    return Late(lclConnection.Call(L"Execute", {command.text, Variant::Missing(), static_cast<int>(command.type)}));
+        throw Error(errors::featureNotAvailable,
+                    "This connection offers no commands with parameters.", "Kavidex.AdoConnection",
+                    command.text);
+    return Late(lclConnection.Call(
+        L"Execute", {command.text, Variant::Missing(), static_cast<int>(command.type)}));
 }
 
-RecordsetPtr AdoConnection::Open(const Command& command) {
+RecordsetPtr LateAdoConnection::Open(const Command& command) {
     return Guarded(command.text, [&] {
         NeedOpen();
         if (lclMeans == Means::Unknown) ChooseMeans();
-        if (lclMeans == Means::ExecuteOnly) return std::make_unique<AdoRecordset>(RunByExecute(command));
+        if (lclMeans == Means::ExecuteOnly)
+            return std::make_unique<AdoRecordset>(RunByExecute(command));
         const Late made = NewCommand(command);
         const Late recordset = NewObject(L"NewRecordset", "ADODB.Recordset");
         OpenClientSide(recordset, made);
@@ -100,7 +104,7 @@ RecordsetPtr AdoConnection::Open(const Command& command) {
     });
 }
 
-std::int64_t AdoConnection::Execute(std::string_view statement) {
+std::int64_t LateAdoConnection::Execute(std::string_view statement) {
     return Guarded(statement, [&]() -> std::int64_t {
         NeedOpen();
         Variant touched;
@@ -109,7 +113,7 @@ std::int64_t AdoConnection::Execute(std::string_view statement) {
     });
 }
 
-Value AdoConnection::Property(std::string_view name) const {
+Value LateAdoConnection::Property(std::string_view name) const {
     const bool dbmsName = platform::EqualAsciiNoCase(name, "DBMS Name");
     if (dbmsName && !lclDbmsName.empty()) return lclDbmsName;
     return Guarded({}, [&] {
@@ -120,18 +124,19 @@ Value AdoConnection::Property(std::string_view name) const {
     });
 }
 
-std::string AdoConnection::DefaultDatabase() const {
+std::string LateAdoConnection::DefaultDatabase() const {
     return Guarded({}, [&] { return lclConnection.Get(L"DefaultDatabase").ToText(); });
 }
 
-RecordsetPtr AdoConnection::OpenSchema(Schema schema) {
+RecordsetPtr LateAdoConnection::OpenSchema(Schema schema) {
     return Guarded("OpenSchema", [&] {
         NeedOpen();
-        return std::make_unique<AdoRecordset>(Late(lclConnection.Call(L"OpenSchema", {static_cast<int>(schema)})));
+        return std::make_unique<AdoRecordset>(
+            Late(lclConnection.Call(L"OpenSchema", {static_cast<int>(schema)})));
     });
 }
 
-std::vector<ErrorDetail> AdoConnection::Errors() const {
+std::vector<ErrorDetail> LateAdoConnection::Errors() const {
     return Guarded({}, [&] {
         std::vector<ErrorDetail> details;
         const Late list = lclConnection.Child(L"Errors");
@@ -146,19 +151,29 @@ std::vector<ErrorDetail> AdoConnection::Errors() const {
 }
 
 // Not every provider nests transactions; counted here, only the outermost pair reaches it.
-void AdoConnection::BeginTrans() {
+void LateAdoConnection::BeginTrans() {
     if (lclTransactions == 0) Guarded("BeginTrans", [&] { lclConnection.Call(L"BeginTrans"); });
     ++lclTransactions;
 }
 
-void AdoConnection::CommitTrans() {
+void LateAdoConnection::CommitTrans() {
     if (lclTransactions <= 1) Guarded("CommitTrans", [&] { lclConnection.Call(L"CommitTrans"); });
     if (lclTransactions > 0) --lclTransactions;
 }
 
-void AdoConnection::RollbackTrans() {
-    if (lclTransactions <= 1) Guarded("RollbackTrans", [&] { lclConnection.Call(L"RollbackTrans"); });
+void LateAdoConnection::RollbackTrans() {
+    if (lclTransactions <= 1)
+        Guarded("RollbackTrans", [&] { lclConnection.Call(L"RollbackTrans"); });
     if (lclTransactions > 0) --lclTransactions;
+}
+
+void LateAdoConnection::SetMode(std::int32_t mode) {
+    Guarded({}, [&] { lclConnection.Put(L"Mode", {mode}); });
+}
+
+// The connection string may hold a password: errors do not repeat it.
+void LateAdoConnection::OpenDatabase(std::string_view connectionString) {
+    Guarded({}, [&] { lclConnection.Call(L"Open", {connectionString, "", "", unspecified}); });
 }
 
 } // namespace kavidex::data::win32

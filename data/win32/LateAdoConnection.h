@@ -10,14 +10,15 @@
 //      then read into memory whole, and refuses writes. Parameters need one of the first two.
 #pragma once
 
-#include "data/Connection.h"
+#include "data/AdoFactory.h"
 #include "platform/win32/Late.h"
 
 namespace kavidex::data::win32 {
 
-class AdoConnection : public Connection {
+class LateAdoConnection : public AdoConnection {
 public:
-    explicit AdoConnection(platform::win32::Late connection) : lclConnection(std::move(connection)) {}
+    explicit LateAdoConnection(platform::win32::Late connection)
+        : lclConnection(std::move(connection)) {}
 
     // The object that was handed over, for giving it back.
     const platform::win32::ComPtr<IDispatch>& Object() const { return lclConnection.Object(); }
@@ -33,6 +34,9 @@ public:
     void BeginTrans() override;
     void CommitTrans() override;
     void RollbackTrans() override;
+
+    void SetMode(std::int32_t mode) override;
+    void OpenDatabase(std::string_view connectionString) override;
 
 private:
     enum class Means { Unknown, OwnObjects, AdoClasses, ExecuteOnly };

@@ -23,7 +23,7 @@ std::string CallName(const wchar_t* name) { return name && *name ? FromWide(name
     *description.Put() = info.bstrDescription;
     *help.Put() = info.bstrHelpFile;
     // A number in wCode is a Basic error number; Basic's facility makes an HRESULT of it.
-    const HRESULT number = info.scode ? info.scode
+    const HRESULT number = info.scode   ? info.scode
                            : info.wCode ? static_cast<HRESULT>(0x800A0000u | info.wCode)
                                         : E_FAIL;
     std::string text = description.Text();
@@ -140,19 +140,22 @@ Variant Late::Invoke(DISPID id, WORD kind, std::span<const Variant> arguments,
     EXCEPINFO info = {};
     UINT badArgument = 0;
     Variant result;
-    const HRESULT outcome = lclObject->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
-                                              put ? nullptr : result.Address(), &info, &badArgument);
+    const HRESULT outcome =
+        lclObject->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &parameters,
+                          put ? nullptr : result.Address(), &info, &badArgument);
     if (FAILED(outcome)) Raise(outcome, info, name);
     return result;
 }
 
 std::vector<Variant> Enumerate(const ComPtr<IDispatch>& collection) {
-    const Variant made = Late(collection).Invoke(
-        DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {}, L"_NewEnum");
+    const Variant made =
+        Late(collection)
+            .Invoke(DISPID_NEWENUM, DISPATCH_METHOD | DISPATCH_PROPERTYGET, {}, L"_NewEnum");
     ComPtr<IEnumVARIANT> walker;
     if (made.IsObject() && made.Get().punkVal)
         walker = ComPtr<IUnknown>(made.Get().punkVal).Query<IEnumVARIANT>();
-    if (!walker) throw Error(DISP_E_TYPEMISMATCH, "The object is not a collection.", "Kavidex.Late");
+    if (!walker)
+        throw Error(DISP_E_TYPEMISMATCH, "The object is not a collection.", "Kavidex.Late");
     std::vector<Variant> elements;
     Variant element;
     while (walker->Next(1, element.Put(), nullptr) == S_OK) elements.push_back(std::move(element));

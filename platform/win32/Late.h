@@ -1,5 +1,6 @@
 // Automation objects called by the names of their members, as a script calls them. Used for every
-// component that is not ours: the database objects of a host, the mail client, the letter generator.
+// component that is not ours: the database objects of a host, the mail client, the letter
+// generator.
 #pragma once
 
 #include <initializer_list>

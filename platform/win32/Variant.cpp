@@ -37,8 +37,10 @@ private:
 
 SAFEARRAY* ArrayIn(const VARIANT& value, UINT dimensions) {
     SAFEARRAY* array = nullptr;
-    if (value.vt & VT_ARRAY) array = value.vt & VT_BYREF ? *value.pparray : value.parray;
-    else if (value.vt == (VT_BYREF | VT_VARIANT)) return ArrayIn(*value.pvarVal, dimensions);
+    if (value.vt & VT_ARRAY)
+        array = value.vt & VT_BYREF ? *value.pparray : value.parray;
+    else if (value.vt == (VT_BYREF | VT_VARIANT))
+        return ArrayIn(*value.pvarVal, dimensions);
     if (!array || SafeArrayGetDim(array) != dimensions)
         throw Error(DISP_E_TYPEMISMATCH, "An array was expected.", source);
     return array;
@@ -141,9 +143,20 @@ bool Variant::IsMissing() const noexcept {
 
 bool Variant::IsNumber() const noexcept {
     switch (Type()) {
-    case VT_I1: case VT_I2: case VT_I4: case VT_I8: case VT_INT:
-    case VT_UI1: case VT_UI2: case VT_UI4: case VT_UI8: case VT_UINT:
-    case VT_R4: case VT_R8: case VT_CY: case VT_DECIMAL: return true;
+    case VT_I1:
+    case VT_I2:
+    case VT_I4:
+    case VT_I8:
+    case VT_INT:
+    case VT_UI1:
+    case VT_UI2:
+    case VT_UI4:
+    case VT_UI8:
+    case VT_UINT:
+    case VT_R4:
+    case VT_R8:
+    case VT_CY:
+    case VT_DECIMAL: return true;
     default: return false;
     }
 }
@@ -175,9 +188,7 @@ std::int64_t Variant::ToInt64() const {
     return IsEmpty() || IsNull() ? 0 : As(VT_I8).lclValue.llVal;
 }
 
-double Variant::ToDouble() const {
-    return IsEmpty() || IsNull() ? 0 : As(VT_R8).lclValue.dblVal;
-}
+double Variant::ToDouble() const { return IsEmpty() || IsNull() ? 0 : As(VT_R8).lclValue.dblVal; }
 
 bool Variant::ToBool() const {
     return !IsEmpty() && !IsNull() && As(VT_BOOL).lclValue.boolVal != VARIANT_FALSE;
@@ -206,23 +217,39 @@ bool StoreByRef(const VARIANT& target, const Variant& value) {
     const VARTYPE type = static_cast<VARTYPE>(target.vt & ~VT_BYREF);
     Variant copy = value.As(type);
     switch (type) {
-    case VT_BSTR: SysFreeString(*target.pbstrVal); *target.pbstrVal = copy.Detach().bstrVal; break;
+    case VT_BSTR:
+        SysFreeString(*target.pbstrVal);
+        *target.pbstrVal = copy.Detach().bstrVal;
+        break;
     case VT_DISPATCH:
     case VT_UNKNOWN:
         if (*target.ppunkVal) (*target.ppunkVal)->Release();
         *target.ppunkVal = copy.Detach().punkVal;
         break;
-    case VT_I1: case VT_UI1: *target.pbVal = copy.Get().bVal; break;
-    case VT_I2: case VT_UI2: case VT_BOOL: *target.piVal = copy.Get().iVal; break;
-    case VT_I4: case VT_UI4: case VT_INT: case VT_UINT: case VT_R4: *target.plVal = copy.Get().lVal; break;
-    case VT_I8: case VT_UI8: case VT_R8: case VT_DATE: case VT_CY: *target.pllVal = copy.Get().llVal; break;
-    default: throw Error(DISP_E_BADVARTYPE, "This kind of by-reference argument is not served.", source);
+    case VT_I1:
+    case VT_UI1: *target.pbVal = copy.Get().bVal; break;
+    case VT_I2:
+    case VT_UI2:
+    case VT_BOOL: *target.piVal = copy.Get().iVal; break;
+    case VT_I4:
+    case VT_UI4:
+    case VT_INT:
+    case VT_UINT:
+    case VT_R4: *target.plVal = copy.Get().lVal; break;
+    case VT_I8:
+    case VT_UI8:
+    case VT_R8:
+    case VT_DATE:
+    case VT_CY: *target.pllVal = copy.Get().llVal; break;
+    default:
+        throw Error(DISP_E_BADVARTYPE, "This kind of by-reference argument is not served.", source);
     }
     return true;
 }
 
 Variant ArrayOf(const std::vector<Variant>& elements) {
-    Variant result = Owned(VT_VARIANT, SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(elements.size())));
+    Variant result = Owned(
+        VT_VARIANT, SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(elements.size())));
     Access<VARIANT> data(result.Get().parray);
     for (std::size_t i = 0; i < elements.size(); ++i) data[i] = Variant(elements[i]).Detach();
     return result;
@@ -248,7 +275,8 @@ std::vector<Variant> ElementsOf(const VARIANT& value) {
 }
 
 Variant ByteArray(const std::vector<std::uint8_t>& bytes) {
-    Variant result = Owned(VT_UI1, SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size())));
+    Variant result =
+        Owned(VT_UI1, SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(bytes.size())));
     if (!bytes.empty()) {
         Access<std::uint8_t> data(result.Get().parray);
         std::memcpy(data.Data(), bytes.data(), bytes.size());
@@ -283,7 +311,8 @@ std::vector<std::vector<Variant>> ColumnsOf(const VARIANT& value) {
 }
 
 Variant TableOf(const std::vector<std::vector<Variant>>& columns, std::size_t rows) {
-    SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(columns.size()), 0}, {static_cast<ULONG>(rows), 0}};
+    SAFEARRAYBOUND bounds[2] = {{static_cast<ULONG>(columns.size()), 0},
+                                {static_cast<ULONG>(rows), 0}};
     Variant result = Owned(VT_VARIANT, SafeArrayCreate(VT_VARIANT, 2, bounds));
     if (columns.empty() || rows == 0) return result;
     Access<VARIANT> data(result.Get().parray);

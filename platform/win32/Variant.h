@@ -7,8 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include <windows.h>
 #include <oleauto.h>
+#include <windows.h>
 
 #include "platform/win32/ComPtr.h"
 
@@ -49,7 +49,9 @@ private:
 class Variant {
 public:
     Variant() noexcept { VariantInit(&lclValue); } // VT_EMPTY
-    Variant(bool value) noexcept : Variant() { Tag(VT_BOOL).boolVal = value ? VARIANT_TRUE : VARIANT_FALSE; }
+    Variant(bool value) noexcept : Variant() {
+        Tag(VT_BOOL).boolVal = value ? VARIANT_TRUE : VARIANT_FALSE;
+    }
     Variant(std::int16_t value) noexcept : Variant() { Tag(VT_I2).iVal = value; }
     Variant(std::int32_t value) noexcept : Variant() { Tag(VT_I4).lVal = value; }
     Variant(long value) noexcept : Variant() { Tag(VT_I4).lVal = value; }
@@ -78,7 +80,7 @@ public:
     }
 
     static Variant Null() noexcept;
-    static Variant Missing() noexcept; // an optional argument left out
+    static Variant Missing() noexcept;               // an optional argument left out
     static Variant Big(std::int64_t value) noexcept; // VT_I4 where it fits, else VT_R8
     // An argument through which a callee gives a value back; `target` outlives the call.
     static Variant Reference(Variant& target) noexcept;
