@@ -7,8 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include <oleauto.h>
 #include <windows.h>
+
+#include <oleauto.h>
 
 #include "platform/win32/ComPtr.h"
 
