@@ -1,5 +1,7 @@
 #include "platform/Files.h"
 
+#include <algorithm>
+
 #include "platform/text.h"
 #include "platform/utf8.h"
 
@@ -72,6 +74,13 @@ bool MatchesPattern(std::string_view name, std::string_view pattern) {
     }
     while (p < pattern.size() && pattern[p] == '*') ++p;
     return p == pattern.size();
+}
+
+void SortNames(std::vector<std::string>& names) {
+    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
+        const int order = CompareNoCase(a, b);
+        return order != 0 ? order < 0 : a < b;
+    });
 }
 
 } // namespace kavidex::platform

@@ -59,6 +59,9 @@ std::string WithoutExtension(std::string_view fileName);
 // * and ? against a whole name, without case; "*.*" matches every name.
 bool MatchesPattern(std::string_view name, std::string_view pattern);
 
+// As List orders them.
+void SortNames(std::vector<std::string>& names);
+
 // The path as this system's own calls and libraries take it, in UTF-8.
 std::string NativePath(std::string_view path);
 

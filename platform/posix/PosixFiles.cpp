@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
@@ -13,7 +12,6 @@
 #include "platform/posix/NewFile.h"
 #include "platform/posix/OpenFile.h"
 #include "platform/posix/paths.h"
-#include "platform/text.h"
 
 namespace kavidex::platform::posix {
 
@@ -199,10 +197,7 @@ std::vector<std::string> PosixFiles::List(std::string_view folder, std::string_v
         errno = 0;
     }
     if (errno != 0) Fail(errno, action, folder);
-    std::sort(names.begin(), names.end(), [](const std::string& a, const std::string& b) {
-        const int order = CompareNoCase(a, b);
-        return order != 0 ? order < 0 : a < b;
-    });
+    SortNames(names);
     return names;
 }
 

@@ -1,0 +1,81 @@
+#include "platform/win32/NewFile.h"
+
+#include <algorithm>
+#include <vector>
+
+#include <objbase.h>
+
+#include "platform/win32/Variant.h"
+
+namespace kavidex::platform::win32 {
+
+namespace {
+
+// Short, so that a target of the longest allowed name has room for it.
+std::wstring TemporaryBeside(const std::wstring& target) {
+    GUID guid{};
+    wchar_t name[40] = L"{0}";
+    if (SUCCEEDED(CoCreateGuid(&guid))) StringFromGUID2(guid, name, 40);
+    const auto last = target.find_last_of(L"\\/");
+    const std::wstring folder = last == std::wstring::npos ? L"" : target.substr(0, last + 1);
+    return folder + L"kavidex-" + std::wstring(name).substr(1, 18) + L".tmp";
+}
+
+} // namespace
+
+NewFile::NewFile(std::wstring target)
+    : lclTarget(std::move(target)), lclTemporary(TemporaryBeside(lclTarget)),
+      lclFile(CreateFileW(lclTemporary.c_str(), GENERIC_WRITE | GENERIC_READ, 0, nullptr, CREATE_NEW,
+                          FILE_ATTRIBUTE_NORMAL, nullptr)) {
+    if (!lclFile) {
+        lclError = GetLastError();
+        lclTemporary.clear();
+    }
+}
+
+NewFile::~NewFile() {
+    lclFile.Close();
+    if (lclTemporary.empty()) return;
+    SetFileAttributesW(lclTemporary.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(lclTemporary.c_str());
+}
+
+DWORD NewFile::PutInPlace(bool failIfExists, DWORD attributes) {
+    if (!FlushFileBuffers(lclFile.Get())) return GetLastError();
+    lclFile.Close();
+    constexpr DWORD kept = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+    if (attributes & kept) SetFileAttributesW(lclTemporary.c_str(), attributes & kept);
+    const DWORD how = MOVEFILE_WRITE_THROUGH | (failIfExists ? 0 : MOVEFILE_REPLACE_EXISTING);
+    if (!MoveFileExW(lclTemporary.c_str(), lclTarget.c_str(), how)) return GetLastError();
+    lclTemporary.clear();
+    return 0;
+}
+
+DWORD WriteFully(HANDLE file, std::string_view bytes) {
+    constexpr std::size_t most = 1 << 20;
+    while (!bytes.empty()) {
+        DWORD written = 0;
+        if (!WriteFile(file, bytes.data(), static_cast<DWORD>(std::min(bytes.size(), most)), &written, nullptr))
+            return GetLastError();
+        if (written == 0) return ERROR_HANDLE_DISK_FULL;
+        bytes.remove_prefix(written);
+    }
+    return 0;
+}
+
+std::wstring WidePath(std::string_view path) {
+    if (path.empty() || path.find('\0') != std::string_view::npos) return {};
+    std::wstring wide = ToWide(path);
+    const DWORD needed = GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr);
+    std::vector<wchar_t> buffer(needed + 1);
+    const DWORD length = GetFullPathNameW(wide.c_str(), needed + 1, buffer.data(), nullptr);
+    if (length == 0 || length > needed) return wide;
+    wide.assign(buffer.data(), length);
+    // Short paths stay as they are; the folder calls allow 12 characters less than MAX_PATH, and a
+    // temporary name may be longer than its target.
+    constexpr DWORD comfortable = MAX_PATH - 12 - 40;
+    if (length <= comfortable || wide.rfind(L"\\\\?\\", 0) == 0 || wide.rfind(L"\\\\.\\", 0) == 0) return wide;
+    return wide.rfind(L"\\\\", 0) == 0 ? L"\\\\?\\UNC\\" + wide.substr(2) : L"\\\\?\\" + wide;
+}
+
+} // namespace kavidex::platform::win32

@@ -1,0 +1,18 @@
+// The window that message boxes and the busy dialog belong to: the host's.
+#pragma once
+
+#include <windows.h>
+
+namespace kavidex::platform::win32 {
+
+// A control hands over its window when it is activated, and null when it is destroyed. The top
+// window around it is taken.
+void SetOwner(HWND window);
+
+// Null when there is none, or it is gone.
+HWND Owner();
+
+// The module that this code lies in: the DLL's, not the host program's.
+HINSTANCE OwnModule();
+
+} // namespace kavidex::platform::win32

@@ -1,0 +1,209 @@
+#include "platform/win32/WindowsFiles.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "platform/text.h"
+#include "platform/win32/Failure.h"
+#include "platform/win32/NewFile.h"
+#include "platform/win32/Variant.h"
+
+namespace kavidex::platform::win32 {
+
+namespace {
+
+std::wstring Checked(std::string_view path, std::string_view action) {
+    std::wstring wide = WidePath(path);
+    if (wide.empty()) Fail(ERROR_INVALID_NAME, action, path);
+    return wide;
+}
+
+DWORD AttributesOf(std::string_view path) {
+    const std::wstring wide = WidePath(path);
+    return wide.empty() ? INVALID_FILE_ATTRIBUTES : GetFileAttributesW(wide.c_str());
+}
+
+bool Is(DWORD attributes, DWORD bit) {
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & bit) != 0;
+}
+
+void RefuseReadOnly(std::string_view path, std::string_view action) {
+    constexpr DWORD protecting = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY;
+    if (Is(AttributesOf(path), protecting)) Fail(ERROR_ACCESS_DENIED, action, path);
+}
+
+// Whoever else works with the file is not kept from it.
+FileHandle OpenForReading(std::string_view path, std::string_view action) {
+    constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+    FileHandle file(CreateFileW(Checked(path, action).c_str(), GENERIC_READ, sharing, nullptr,
+                                OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
+    if (!file) Fail(GetLastError(), action, path);
+    return file;
+}
+
+std::uint64_t SizeOf(HANDLE file, std::string_view path, std::string_view action) {
+    LARGE_INTEGER size{};
+    if (!GetFileSizeEx(file, &size)) Fail(GetLastError(), action, path);
+    return static_cast<std::uint64_t>(size.QuadPart);
+}
+
+// 0 or a GetLastError number.
+DWORD CopyBytes(HANDLE from, HANDLE to) {
+    constexpr DWORD block = 256 * 1024;
+    const std::unique_ptr<char[]> buffer(new char[block]);
+    for (;;) {
+        DWORD got = 0;
+        if (!ReadFile(from, buffer.get(), block, &got, nullptr)) return GetLastError();
+        if (got == 0) return 0;
+        if (const DWORD failed = WriteFully(to, {buffer.get(), got})) return failed;
+    }
+}
+
+} // namespace
+
+bool WindowsFiles::FileExists(std::string_view path) {
+    const DWORD found = AttributesOf(path);
+    return found != INVALID_FILE_ATTRIBUTES && !(found & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+bool WindowsFiles::DirectoryExists(std::string_view path) {
+    return Is(AttributesOf(path), FILE_ATTRIBUTE_DIRECTORY);
+}
+
+void WindowsFiles::CreateDirectories(std::string_view path) {
+    constexpr std::string_view action = "create the folder";
+    if (DirectoryExists(path)) return;
+    const std::wstring wide = Checked(path, action);
+    if (CreateDirectoryW(wide.c_str(), nullptr)) return;
+    DWORD cause = GetLastError();
+    if (cause == ERROR_PATH_NOT_FOUND) {
+        const std::string parent = FolderOf(path.substr(0, path.find_last_not_of("\\/") + 1));
+        if (parent.empty()) Fail(cause, action, path);
+        CreateDirectories(parent);
+        if (CreateDirectoryW(wide.c_str(), nullptr)) return;
+        cause = GetLastError();
+    }
+    // Another process may have been quicker.
+    if (cause != ERROR_ALREADY_EXISTS || !DirectoryExists(path)) Fail(cause, action, path);
+}
+
+void WindowsFiles::Copy(std::string_view source, std::string_view target, bool failIfExists) {
+    constexpr std::string_view action = "copy";
+    const std::wstring wide = Checked(target, action);
+    const FileHandle from = OpenForReading(source, action);
+    if (!failIfExists) RefuseReadOnly(target, "replace");
+
+    NewFile copy(wide);
+    DWORD failed = copy.Error();
+    if (!failed) failed = CopyBytes(from.Get(), copy.Handle());
+    if (!failed && SizeOf(from.Get(), source, action) != SizeOf(copy.Handle(), target, action))
+        failed = ERROR_WRITE_FAULT;
+    if (!failed) {
+        FILETIME written{};
+        if (GetFileTime(from.Get(), nullptr, nullptr, &written))
+            SetFileTime(copy.Handle(), nullptr, nullptr, &written);
+        const DWORD attributes = AttributesOf(source);
+        failed = copy.PutInPlace(failIfExists, attributes == INVALID_FILE_ATTRIBUTES ? 0 : attributes);
+    }
+    if (failed) Fail(failed, action, source, target);
+}
+
+void WindowsFiles::Rename(std::string_view from, std::string_view to) {
+    constexpr std::string_view action = "rename";
+    if (!MoveFileExW(Checked(from, action).c_str(), Checked(to, action).c_str(), MOVEFILE_WRITE_THROUGH))
+        Fail(GetLastError(), action, from, to);
+}
+
+void WindowsFiles::Remove(std::string_view path) {
+    constexpr std::string_view action = "delete";
+    RefuseReadOnly(path, action);
+    if (!DeleteFileW(Checked(path, action).c_str())) Fail(GetLastError(), action, path);
+}
+
+std::uint64_t WindowsFiles::Size(std::string_view path) {
+    constexpr std::string_view action = "find the size of";
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    if (!GetFileAttributesExW(Checked(path, action).c_str(), GetFileExInfoStandard, &data))
+        Fail(GetLastError(), action, path);
+    return static_cast<std::uint64_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
+}
+
+std::uint32_t WindowsFiles::Attributes(std::string_view path) {
+    constexpr std::string_view action = "find the attributes of";
+    const DWORD found = GetFileAttributesW(Checked(path, action).c_str());
+    if (found == INVALID_FILE_ATTRIBUTES) Fail(GetLastError(), action, path);
+    return found;
+}
+
+void WindowsFiles::SetAttributes(std::string_view path, std::uint32_t bits) {
+    constexpr std::string_view action = "change the attributes of";
+    if (!SetFileAttributesW(Checked(path, action).c_str(), bits ? bits : FILE_ATTRIBUTE_NORMAL))
+        Fail(GetLastError(), action, path);
+}
+
+std::string WindowsFiles::ReadAll(std::string_view path) {
+    constexpr std::string_view action = "read";
+    constexpr DWORD block = 1 << 20;
+    const FileHandle file = OpenForReading(path, action);
+    std::string bytes(static_cast<std::size_t>(SizeOf(file.Get(), path, action)), '\0');
+    std::size_t filled = 0;
+    // The size is a first guess: the file may grow or shrink meanwhile.
+    for (;;) {
+        if (filled == bytes.size()) bytes.resize(filled + 4096);
+        const DWORD room = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - filled, block));
+        DWORD got = 0;
+        if (!ReadFile(file.Get(), bytes.data() + filled, room, &got, nullptr))
+            Fail(GetLastError(), action, path);
+        if (got == 0) break;
+        filled += got;
+    }
+    bytes.resize(filled);
+    return bytes;
+}
+
+void WindowsFiles::WriteAll(std::string_view path, std::string_view bytes) {
+    constexpr std::string_view action = "write";
+    const std::wstring wide = Checked(path, action);
+    RefuseReadOnly(path, action);
+    const DWORD old = AttributesOf(path);
+    NewFile file(wide);
+    DWORD failed = file.Error();
+    if (!failed) failed = WriteFully(file.Handle(), bytes);
+    if (!failed) failed = file.PutInPlace(false, old == INVALID_FILE_ATTRIBUTES ? 0 : old);
+    if (failed) Fail(failed, action, path);
+}
+
+std::vector<std::string> WindowsFiles::List(std::string_view folder, std::string_view pattern,
+                                            bool folders) {
+    constexpr std::string_view action = "list";
+    // All names are asked for: Windows' own patterns would match short names (8.3) too.
+    const std::wstring all = Checked(JoinPath(folder, "*"), action);
+    WIN32_FIND_DATAW entry{};
+    const HANDLE search = FindFirstFileW(all.c_str(), &entry);
+    if (search == INVALID_HANDLE_VALUE) {
+        const DWORD cause = GetLastError();
+        if (cause == ERROR_FILE_NOT_FOUND || cause == ERROR_PATH_NOT_FOUND) return {};
+        Fail(cause, action, folder);
+    }
+    const std::unique_ptr<void, BOOL(WINAPI*)(HANDLE)> closing(search, &FindClose);
+
+    std::vector<std::string> names;
+    do {
+        std::string name = FromWide(entry.cFileName);
+        if (name == "." || name == ".." || !MatchesPattern(name, pattern)) continue;
+        if (!folders && (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) continue;
+        names.push_back(std::move(name));
+    } while (FindNextFileW(search, &entry));
+    if (const DWORD cause = GetLastError(); cause != ERROR_NO_MORE_FILES) Fail(cause, action, folder);
+    SortNames(names);
+    return names;
+}
+
+std::string WindowsFiles::TemporaryFolder() {
+    wchar_t path[MAX_PATH + 2];
+    const DWORD length = GetTempPathW(MAX_PATH + 1, path);
+    if (length == 0 || length > MAX_PATH + 1) Fail(GetLastError(), "find", "the folder for temporary files");
+    return JoinPath(FromWide({path, length}), "");
+}
+
+} // namespace kavidex::platform::win32
