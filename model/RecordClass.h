@@ -1,0 +1,90 @@
+// What the record classes share: one table, one open recordset, a current row, moves, and one way
+// to report a failure.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <string>
+#include <string_view>
+
+#include "data/Connection.h"
+
+namespace kavidex::platform {
+struct Workstation;
+}
+
+namespace kavidex::model {
+
+// Operations that return bool report a failure in a message box and return false. Moves without an
+// open recordset do nothing; MoveFirst, MoveLast and MoveNext swallow errors, Move and MovePrevious
+// pass them on.
+class RecordClass {
+public:
+    virtual ~RecordClass();
+    RecordClass(const RecordClass&) = delete;
+    RecordClass& operator=(const RecordClass&) = delete;
+
+    const data::ConnectionPtr& DbConnection() const { return lclConnection; }
+    void SetDbConnection(data::ConnectionPtr connection) { lclConnection = std::move(connection); }
+    const std::string& TableName() const { return lclTableName; }
+    void SetTableName(std::string_view name) { lclTableName = name; }
+    const std::string& Ordering() const { return lclOrdering; }
+    void SetOrdering(std::string_view ordering) { lclOrdering = ordering; }
+    bool Connected() const { return lclConnected; }
+
+    bool OpenDataSource();
+    void CloseDataSource();
+    void ReQuery();
+    // Copies the current row into the properties; false at BOF and EOF.
+    bool LoadData();
+    virtual bool SaveNewRow() = 0;
+    virtual bool UpdateCurrentRow() = 0;
+    virtual bool DeleteCurrentRow() = 0;
+
+    std::int64_t RecordCount() const;
+    std::int64_t AbsolutePosition() const;
+    void SetAbsolutePosition(std::int64_t position); // values below 1 are ignored
+    bool Eof() const;                                // also true for a recordset without rows
+    bool Bof() const;
+    void Move(std::int64_t rows);
+    void MoveFirst();
+    void MoveLast();
+    void MoveNext();
+    void MovePrevious();
+
+protected:
+    // `title` is the first half of the message's caption, the class name the second.
+    RecordClass(const platform::Workstation& workstation, std::string_view table,
+                std::string_view title, std::string_view className);
+
+    virtual std::string SelectStatement() const = 0;
+    virtual void ReadRow(const data::Recordset& row) = 0;
+    // After an open or a move put another row in place.
+    virtual void RowChanged() {}
+
+    bool AtRow() const;
+    const data::Recordset* Current() const { return AtRow() ? lclRecordset.get() : nullptr; }
+    std::int64_t FieldSize(std::string_view column) const; // 0 when there is no current row
+    // Runs the work; a failure is shown and logged, and gives false.
+    template <class Work>
+    bool Guarded(std::string_view where, Work work) {
+        try {
+            return work();
+        } catch (const std::exception& error) {
+            Report(where, error);
+            return false;
+        }
+    }
+    void Report(std::string_view where, const std::exception& error) const;
+    const platform::Workstation& Machine() const { return lclWorkstation; }
+
+private:
+    const platform::Workstation& lclWorkstation;
+    data::ConnectionPtr lclConnection;
+    data::RecordsetPtr lclRecordset;
+    std::string lclTableName, lclOrdering;
+    std::string lclTitle, lclClassName;
+    bool lclConnected = false;
+};
+
+} // namespace kavidex::model

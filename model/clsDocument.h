@@ -1,0 +1,120 @@
+// One document: its row, its mail-like extra information, and where its file lies in the store.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "model/RecordClass.h"
+
+namespace kavidex::model {
+
+// InsertDate is the text yyyymmdd, InsertTime hhmm, DocType the file extension.
+class clsDocument : public RecordClass {
+public:
+    explicit clsDocument(const platform::Workstation& workstation);
+
+    const data::ConnectionPtr& DatabaseObject() const { return DbConnection(); }
+    void SetDatabaseObject(data::ConnectionPtr connection) {
+        SetDbConnection(std::move(connection));
+    }
+    const std::string& Criteria() const { return lclCriteria; }
+    void SetCriteria(std::string_view criteria) { lclCriteria = criteria; }
+    // The root of the document store; when empty, the installation's setting counts.
+    const std::string& BaseSaveDirectory() const { return lclBaseSaveDirectory; }
+    void SetBaseSaveDirectory(std::string_view folder) { lclBaseSaveDirectory = folder; }
+
+    std::int32_t Id() const { return lclId; }
+    void SetId(std::int32_t id) { lclId = id; }
+    std::int32_t DocId() const { return lclDocId; }
+    void SetDocId(std::int32_t id) { lclDocId = id; }
+    const std::string& ExternalId() const { return lclExternalId; }
+    void SetExternalId(std::string_view id) { lclExternalId = id; }
+    const std::string& InsertedBy() const { return lclInsertedBy; }
+    void SetInsertedBy(std::string_view user) { lclInsertedBy = user; }
+    const std::string& InsertDate() const { return lclInsertDate; }
+    void SetInsertDate(std::string_view date) { lclInsertDate = date; }
+    const std::string& InsertTime() const { return lclInsertTime; }
+    void SetInsertTime(std::string_view time) { lclInsertTime = time; }
+    const std::string& Description() const { return lclDescription; }
+    void SetDescription(std::string_view description) { lclDescription = description; }
+    bool ReadOnly() const { return lclReadOnly; }
+    void SetReadOnly(bool readOnly) { lclReadOnly = readOnly; }
+    const std::string& DocType() const { return lclDocType; }
+    void SetDocType(std::string_view type) { lclDocType = type; }
+
+    const std::string& RecievedFrom() const { return lclRecievedFrom; } // column SendFrom
+    void SetRecievedFrom(std::string_view from) { lclRecievedFrom = from; }
+    const std::string& SendTo() const { return lclSendTo; }
+    void SetSendTo(std::string_view to) { lclSendTo = to; }
+    const std::string& SendOn() const { return lclSendOn; }
+    void SetSendOn(std::string_view on) { lclSendOn = on; }
+    const std::string& RecievedOn() const { return lclRecievedOn; }
+    void SetRecievedOn(std::string_view on) { lclRecievedOn = on; }
+    std::int32_t NumberOfAttatchements() const { return lclNumberOfAttatchements; }
+    void SetNumberOfAttatchements(std::int32_t count) { lclNumberOfAttatchements = count; }
+
+    // Widths of the columns of the current row; 0 without one. The extra information's columns
+    // are those of the row that LoadData read.
+    std::int64_t Id_Size() const { return FieldSize("Id"); }
+    std::int64_t DocId_Size() const { return FieldSize("DocId"); }
+    std::int64_t ExternalId_Size() const { return FieldSize("ExternalId"); }
+    std::int64_t InsertedBy_Size() const { return FieldSize("InsertedBy"); }
+    std::int64_t InsertDate_Size() const { return FieldSize("InsertDate"); }
+    std::int64_t InsertTime_Size() const { return FieldSize("InsertTime"); }
+    std::int64_t Description_Size() const { return FieldSize("Description"); }
+    std::int64_t ReadOnly_Size() const { return FieldSize("ReadOnly"); }
+    std::int64_t DocType_Size() const { return FieldSize("Type"); }
+    std::int64_t RecievedFrom_Size() const { return lclExtraSizes.from; }
+    std::int64_t SendTo_Size() const { return lclExtraSizes.to; }
+    std::int64_t SendOn_Size() const { return lclExtraSizes.sendOn; }
+    std::int64_t RecievedOn_Size() const { return lclExtraSizes.recievedOn; }
+    std::int64_t NumberOfAttatchements_Size() const { return lclExtraSizes.attachments; }
+
+    // A row whose file is there already is marked ("Document allready exists", DocId 0) and told
+    // by AllreadyExists.
+    bool SaveNewRow() override;
+    bool UpdateCurrentRow() override;
+    // Negates the row's Id; the file stays.
+    bool DeleteCurrentRow() override;
+    bool AllreadyExists() const { return lclAllreadyExists; }
+
+    // Copies the file into the store as this document's file; true when it was copied. The source
+    // is deleted only after the copy is whole and as long as the source.
+    bool AddDocument(std::string_view source, bool failIfExists, bool deleteSource);
+    // Where this document's file belongs; the folder of the day is made, no file is written.
+    bool CreateEmptyDoc(std::string& path);
+
+    // base\InsertDate\DocType\DocId.DocType; the type folder is made when `createFolders`. Throws
+    // platform::Error when it cannot be made.
+    std::string StorePath(bool createFolders);
+
+protected:
+    std::string SelectStatement() const override;
+    void ReadRow(const data::Recordset& row) override;
+
+private:
+    struct ExtraSizes {
+        std::int64_t from = 0, to = 0, sendOn = 0, recievedOn = 0, attachments = 0;
+    };
+    std::string BaseFolder();
+    std::string PathOf(std::int32_t id, bool createFolders);
+    void LoadExtraInfo();
+    void InsertExtraInfo();
+
+    std::string lclCriteria, lclBaseSaveDirectory;
+    std::int32_t lclId = 0, lclDocId = 0;
+    std::string lclExternalId, lclInsertedBy, lclInsertDate, lclInsertTime, lclDescription;
+    std::string lclDocType;
+    bool lclReadOnly = false;
+    std::string lclRecievedFrom, lclSendTo, lclSendOn, lclRecievedOn;
+    std::int32_t lclNumberOfAttatchements = 0;
+    std::int32_t lclExtraInfoId = 0; // the document's row in tblDocExtraInfo, 0 when unknown
+    ExtraSizes lclExtraSizes;
+    bool lclAllreadyExists = false;
+};
+
+// Makes the folder named by today's date (yyyymmdd) under `path`, and returns it.
+std::string MakeDateFolder(const platform::Workstation& workstation, std::string_view path);
+
+} // namespace kavidex::model

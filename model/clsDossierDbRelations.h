@@ -1,0 +1,44 @@
+// The dossier number that belongs to a key of the host's own.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "model/RecordClass.h"
+
+namespace kavidex::model {
+
+// OpenDataSource filters on the properties that the caller has set and loads the first row; moves
+// load theirs.
+class clsDossierDbRelations : public RecordClass {
+public:
+    explicit clsDossierDbRelations(const platform::Workstation& workstation);
+
+    const std::string& DbKey() const { return lclRow.dbKey; }
+    void SetDbKey(std::string_view key) { lclRow.dbKey = lclFilter.dbKey = key; }
+    std::int32_t DossierId() const { return lclRow.dossierId; } // column DbRelId
+    void SetDossierId(std::int32_t id) { lclRow.dossierId = lclFilter.dossierId = id; }
+
+    std::int64_t DbKey_Size() const { return FieldSize("dbKey"); }
+    std::int64_t DossierId_Size() const { return FieldSize("DbRelId"); }
+
+    bool SaveNewRow() override;
+    bool UpdateCurrentRow() override;
+    bool DeleteCurrentRow() override;
+
+protected:
+    std::string SelectStatement() const override;
+    void ReadRow(const data::Recordset& row) override;
+    void RowChanged() override { LoadData(); }
+
+private:
+    struct Row {
+        std::string dbKey;
+        std::int32_t dossierId = 0;
+    };
+    Row lclRow;    // what the properties show
+    Row lclFilter; // what the caller set, without what was loaded
+};
+
+} // namespace kavidex::model

@@ -1,0 +1,66 @@
+// One node of a folder tree: a folder, or the place of a document, a note, a user.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "data/Connection.h"
+
+namespace kavidex::model {
+
+class clsItem;
+class clsItemCol;
+using clsItemPtr = std::shared_ptr<clsItem>;
+using clsItemColPtr = std::shared_ptr<clsItemCol>;
+
+// The working id of a node: equal to the row's key while it lives, negated once it is deleted.
+// Every reference between rows uses it; 0 means none.
+using NodeId = std::int32_t;
+
+// Always held by a clsItemPtr. A tree of any depth is released without deep recursion.
+class clsItem : public std::enable_shared_from_this<clsItem> {
+public:
+    clsItem() = default;
+    // A node as it was read; nothing is written.
+    clsItem(NodeId id, std::string type, std::int32_t itemId, std::string description,
+            data::ConnectionPtr connection);
+    clsItem(const clsItem&) = delete;
+    clsItem& operator=(const clsItem&) = delete;
+
+    NodeId Id() const { return lclId; }
+    void SetId(NodeId id);
+
+    const std::string& ItemType() const { return lclItemType; }
+    void SetItemType(std::string_view type) { lclItemType = type; }
+
+    // The object that the node stands for, such as a document's DocId; 0 for a pure folder.
+    std::int32_t ItemId() const { return lclItemId; }
+    void SetItemId(std::int32_t itemId) { lclItemId = itemId; }
+
+    const std::string& Description() const { return lclDescription; }
+    // Renames the node in the database when it had a description, has a connection and lives
+    // (Id of at least 1). Throws data::Error, and keeps the old text, when the store refuses.
+    void SetDescription(std::string_view description);
+
+    bool AllowChildren() const { return lclAllowChildren; }
+    void SetAllowChildren(bool allow) { lclAllowChildren = allow; }
+
+    const clsItemColPtr& ChildCollection() const { return lclChildren; } // null without children
+    void SetChildCollection(clsItemColPtr children);
+
+    void SetDbConnection(data::ConnectionPtr connection) { lclConnection = std::move(connection); }
+
+private:
+    friend class clsItemCol;
+
+    std::string lclItemType, lclDescription;
+    clsItemColPtr lclChildren;
+    data::ConnectionPtr lclConnection;
+    NodeId lclId = 0;
+    std::int32_t lclItemId = 0;
+    bool lclAllowChildren = false;
+};
+
+} // namespace kavidex::model

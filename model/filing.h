@@ -1,0 +1,58 @@
+// Filing a file: its document row, its copy in the store and its place in the tree, as one whole.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "model/clsItem.h"
+
+namespace kavidex::platform {
+struct Workstation;
+}
+
+namespace kavidex::model {
+
+class clsTree;
+
+struct MailInfo {
+    std::string sendTo, recievedFrom, sendOn, recievedOn;
+    std::int32_t numberOfAttatchements = 0;
+};
+
+struct FilingRequest {
+    std::string source;            // full path of the file
+    NodeId folderId = 0;           // a node of the tree that takes children
+    std::string externalId;        // the host's key of the dossier
+    std::string description;       // empty: the file's name without its extension
+    std::string insertedBy;        // empty: the workstation's user
+    std::string baseSaveDirectory; // empty: the installation's store
+    std::optional<MailInfo> mail;
+    bool readOnly = false;
+    bool deleteSource = false; // once everything is in place
+};
+
+struct FilingResult {
+    bool filed = false;
+    clsItemPtr item; // the new node
+    std::int32_t docId = 0;
+    std::string path;        // the file in the store
+    std::int32_t number = 0; // of the error, when not filed
+    std::string error;       // names the file; also told when a filed source could not be deleted
+    explicit operator bool() const { return filed; }
+};
+
+// Never throws. When it fails, what it had written is taken back and the source is untouched. A
+// stop at any step leaves the source in place, and what else it leaves is found by CheckIntegrity.
+FilingResult FileDocument(const platform::Workstation& workstation, clsTree& tree,
+                          const FilingRequest& request);
+
+// The document type of a file: its extension in lower case, or "bin" when there is none or it
+// cannot name a folder of the store.
+std::string DocumentTypeOf(std::string_view fileName);
+
+// A text cut to what a column of 255 characters holds, never within a character.
+std::string ColumnText(std::string_view text);
+
+} // namespace kavidex::model
