@@ -1,0 +1,266 @@
+// The logic of the binder control: one dossier's folder tree, its documents, and the toolbar above
+// them. It works without a window; a window that is attached shows the state as it is.
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "controls/binder/BinderProperties.h"
+#include "controls/binder/Toolbar.h"
+#include "controls/common/Appearance.h"
+#include "controls/common/Event.h"
+#include "controls/common/PopupMenu.h"
+#include "controls/common/Translator.h"
+#include "controls/tree/TreeEvents.h"
+#include "data/Connection.h"
+
+namespace kavidex::platform {
+struct Workstation;
+}
+namespace kavidex::data {
+class AccessRepair;
+class AdoFactory;
+class ConnectionAssignment;
+class clsSettings;
+} // namespace kavidex::data
+namespace kavidex::model {
+class clsItem;
+class clsItemCol;
+class clsUserAuth;
+} // namespace kavidex::model
+
+namespace kavidex::controls {
+
+class BinderWindow;
+class DocumentPanel;
+class OwnTranslator;
+class ctlSplitPanel;
+class ctrlTree;
+
+// Numbers of the layouts; 0 leaves the splitter's orientation as it is.
+namespace layouts {
+constexpr std::int16_t none = 0, treeOnly = 1, viewerOnly = 2, treeLeft = 3, treeTop = 4;
+}
+
+// Results of AddFiles. Every file that was filed before a failure stays filed.
+namespace addFiles {
+constexpr std::int32_t done = 0;
+constexpr std::int32_t noDossier = -1;  // no dossier is open, or there is no connection
+constexpr std::int32_t noFolder = -2;   // no folder of that id in this dossier
+constexpr std::int32_t noStore = -3;    // the document store is not set up
+constexpr std::int32_t noFile = -4;     // a file is missing or cannot be read
+constexpr std::int32_t notFiled = -5;   // the store or the database refused
+} // namespace addFiles
+
+class ctrlCorrespondence {
+public:
+    // `ado` and `repair` serve DbOpenConnection only; without `ado` it reports a failure.
+    explicit ctrlCorrespondence(const platform::Workstation& workstation,
+                                std::shared_ptr<data::AdoFactory> ado = nullptr,
+                                std::shared_ptr<data::AccessRepair> repair = nullptr);
+    ~ctrlCorrespondence(); // ends the work on the dossier as CloseObject does
+    ctrlCorrespondence(const ctrlCorrespondence&) = delete;
+    ctrlCorrespondence& operator=(const ctrlCorrespondence&) = delete;
+
+    // --- Properties -----------------------------------------------------------------------------
+
+    // Name() and SetName(value); setting reports the change to the container and takes effect.
+#define KAVIDEX_BINDER_PROPERTY(Type, Name)                                                        \
+    const Type& Name() const { return lclState.Name; }                                             \
+    void Set##Name(const Type& value) { Change(&BinderProperties::Name, value); }
+
+    KAVIDEX_BINDER_PROPERTY(std::int32_t, Language)
+    KAVIDEX_BINDER_PROPERTY(bool, ShowDescriptionsInToolTip)
+    KAVIDEX_BINDER_PROPERTY(std::int32_t, BackColor)
+    KAVIDEX_BINDER_PROPERTY(std::int32_t, ForeColor)
+    KAVIDEX_BINDER_PROPERTY(bool, Enabled)
+    KAVIDEX_BINDER_PROPERTY(std::int16_t, BackStyle)
+    KAVIDEX_BINDER_PROPERTY(std::int16_t, BorderStyle)
+    KAVIDEX_BINDER_PROPERTY(std::int16_t, OLEDropMode)
+    KAVIDEX_BINDER_PROPERTY(std::int32_t, ColWidth)
+    KAVIDEX_BINDER_PROPERTY(std::string, IniFile)
+    KAVIDEX_BINDER_PROPERTY(std::string, NameForInsert)
+    KAVIDEX_BINDER_PROPERTY(std::string, TypeForInsert)
+    KAVIDEX_BINDER_PROPERTY(std::string, DossierType)
+    KAVIDEX_BINDER_PROPERTY(std::string, ExternalId)
+    KAVIDEX_BINDER_PROPERTY(std::string, InitString)
+    KAVIDEX_BINDER_PROPERTY(std::string, Description)
+    KAVIDEX_BINDER_PROPERTY(std::string, DbPassWord)
+    KAVIDEX_BINDER_PROPERTY(std::string, DbUserId)
+    KAVIDEX_BINDER_PROPERTY(bool, ShowParentsOnly)
+    KAVIDEX_BINDER_PROPERTY(bool, ShowTreeOnly)
+    KAVIDEX_BINDER_PROPERTY(bool, ShowExternalViewer)
+    KAVIDEX_BINDER_PROPERTY(bool, AllowSettings)
+    KAVIDEX_BINDER_PROPERTY(bool, ShowAddButton)
+    KAVIDEX_BINDER_PROPERTY(std::string, ValueFile)
+    KAVIDEX_BINDER_PROPERTY(std::string, AlternateScanSetting)
+    KAVIDEX_BINDER_PROPERTY(std::string, ShowCheckList)
+    KAVIDEX_BINDER_PROPERTY(std::string, DossierStatus)
+    KAVIDEX_BINDER_PROPERTY(bool, SelectItems)
+    KAVIDEX_BINDER_PROPERTY(std::string, EmailAddress)
+#undef KAVIDEX_BINDER_PROPERTY
+
+    // The one that is set second of these two opens the database.
+    const std::string& DbProvider() const { return lclState.DbProvider; }
+    void SetDbProvider(const std::string& provider);
+    const std::string& DbPath() const { return lclState.DbPath; }
+    void SetDbPath(const std::string& path);
+
+    // The id of the folder tree shown; setting it loads that tree, 0 empties the control.
+    std::int32_t Id() const;
+    void SetId(std::int32_t id);
+
+    const std::shared_ptr<Translator>& Translate() const { return lclTranslator; }
+    void SetTranslate(std::shared_ptr<Translator> translator);
+    const std::shared_ptr<model::clsUserAuth>& UserAuth() const { return lclUserAuth; }
+    void SetUserAuth(std::shared_ptr<model::clsUserAuth> rights);
+    const std::optional<FontFace>& Font() const { return lclFont; }
+    void SetFont(std::optional<FontFace> font); // null: the system's
+
+    // A connection to the database in use already changes nothing. A connection that is handed
+    // over belongs to the host: the control never closes it.
+    const data::ConnectionPtr& DbConnection() const;
+    void SetDbConnection(const data::ConnectionPtr& connection);
+
+    // The key under which documents waiting in the scan queue and the backlog are looked for.
+    void SetCheckDocumentQueueId(std::string_view id) { lclQueueExternalId = id; }
+
+    void LoadProperties(PropertyBag& bag);
+    void SaveProperties(PropertyBag& bag) const;
+
+    // --- Operations: negative results and false are failures -------------------------------------
+
+    // data::OpenResult: 0, -1 no path, -2 no provider, -3 unknown provider, -99 an error was shown.
+    std::int32_t DbOpenConnection();
+
+    // 0; -1 key look-up, -2 new key row, -3 new tree, -4 new dossier row, -5 saving it, -6 dossier
+    // rows of a known key.
+    std::int32_t OpenOrCreate(std::string_view prmExternalId, std::string_view prmDescription,
+                              std::string_view prmListOfDefaultTabs,
+                              std::string_view prmOldExternalId,
+                              std::string_view prmExIdForBacklogAndQueue);
+    bool CreateNew(std::string_view prmDescription, std::string_view prmListOfDefaultTabs);
+    // Files what is pending at the top level, empties the control and closes the connection when
+    // the control opened it. 0, or an addFiles result when documents could not be filed.
+    std::int32_t CloseObject();
+
+    // Files every name of `data` into the folder `IntoId` (0: the selected folder), or
+    // at the top level. `IntoDescription` finds the folder by its name when `IntoId` is 0.
+    // An addFiles number; below 0 the user was told.
+    std::int32_t AddFiles(const std::vector<std::string>& data, std::string_view IntoDescription,
+                          std::int32_t IntoId, bool prmScannedDoc, bool prmAddToTop);
+    // Below the tree item `prmInto`, or the selected folder when it is 0. Null on refusal.
+    std::shared_ptr<model::clsItem> AddItem(std::int32_t prmId, std::string_view prmItemType,
+                                            const std::shared_ptr<model::clsItemCol>& prmChildCollection,
+                                            std::int32_t prmItemId, std::string_view prmDescription,
+                                            std::int16_t prmInto);
+    bool ExistItem(std::int32_t ItemId) const; // by the id of the tree item
+
+    std::int32_t ContainsDocuments(std::string_view prmType) const; // empty: of every type
+    // The number of documents copied, below 0 when one of them or the folder failed.
+    std::int32_t ExportFiles(std::string_view prmDirectory);
+    // Copies the documents of the selected items into a temporary folder; the copies' full names.
+    std::vector<std::string> ExportSelectedFiles(bool Merge, bool AddDescriptionPage);
+
+    // 0; looks for documents that wait in the scan queue under that key.
+    std::int32_t fncCheckDocumentQueue(std::string_view prmExternalId);
+
+    void Refresh();
+    void OLEDrag(); // starts a drag of the tree's selected item
+
+    // --- Events ---------------------------------------------------------------------------------
+
+    Event<> Click, DblClick;
+    Event<std::int16_t&, std::int16_t> KeyDown, KeyUp; // key code (0: handled), shift state
+    Event<std::int16_t&> KeyPress;
+    Event<std::int16_t, std::int16_t, float, float> MouseDown, MouseMove, MouseUp; // twips
+    Event<std::int32_t&> OLEStartDrag;                  // allowed effects
+    Event<std::int16_t&> OLESetData;                    // clipboard format
+    Event<std::int32_t, bool&> OLEGiveFeedback;         // effect, default cursors
+    Event<DragState, std::int32_t> OLEDragOver;         // the id of the item under the cursor
+    Event<const DropData&, std::int32_t&> OLEDragDrop;  // effect
+    Event<> OLECompleteDrag;
+
+    Event<const TreeItemInfo&> ItemSelected; // declared for older hosts, never raised
+    Event<const TreeItemInfo&> EvItemSelected, EvItemCreated, EvItemDelete;
+    Event<> ItemDropped, EvCompleteDrag, EvChecklistChanged;
+    Event<const std::string&, const std::string&> EvOpenDossier; // prmKey, prmType
+
+    Event<std::string_view> PropertyChanged; // the saved item's name, for the container
+
+    // --- Parts, and what the window reports --------------------------------------------------------
+
+    ctrlTree& treCorr() { return *lclTree; }
+    DocumentPanel& Viewer() { return *lclViewer; }
+    ctlSplitPanel& SplitPanel() { return *lclSplitPanel; }
+
+    // Null detaches. The window must detach before it dies.
+    void AttachWindow(BinderWindow* window);
+
+    std::vector<ButtonState> Toolbar() const; // in the order of the table, hidden ones included
+    bool ToolbarVisible() const { return !lclState.ShowTreeOnly; }
+    void ButtonClicked(std::string_view key);
+    PopupMenu ButtonMenu(std::string_view key); // what the button drops down
+    void MenuChosen(const MenuEntry& entry);
+
+    std::int16_t LastUsedLayout() const { return lclState.LastUsedLayout; }
+    void SetLayout(std::int16_t layout);
+    bool Usable() const; // a dossier is open
+    bool HasRight(std::string_view right) const;
+
+private:
+    struct Pending {
+        std::string file;
+        bool scanned = false;
+    };
+
+    template <class Type>
+    void Change(Type BinderProperties::*member, const Type& value);
+    void TakeEffect(const void* member);
+    void ApplyAll();
+
+    void SubscribeToChildren();
+    void OnItemSelected(const TreeItemInfo& item);
+    void OnItemDropped(const DropEvent& drop);
+    void ShowItem(const TreeItemInfo& item);
+
+    void EnsureTranslator();
+    void HandDownTranslator();
+    void HandDownRights();
+    std::string Text(std::string_view text, const std::vector<std::string>& values = {}) const;
+    void ReportError(std::string_view where, const std::exception& error) const;
+
+    std::int32_t CreateDossier(std::int32_t dossierId, std::string_view description,
+                               std::string_view tabs);
+    std::string DefaultTabs(std::string_view listOfTabs) const;
+    void CheckBacklog();
+    void ApplyLayout();
+    void ToolbarChanged();
+    void InsertNew(std::size_t which);
+    std::int32_t FilePending();
+
+    const platform::Workstation& lclWorkstation;
+    std::shared_ptr<data::AdoFactory> lclAdo;
+    std::shared_ptr<data::AccessRepair> lclRepair;
+    BinderProperties lclState;
+    std::optional<FontFace> lclFont;
+    std::shared_ptr<Translator> lclTranslator;
+    std::shared_ptr<OwnTranslator> lclOwnTranslator; // null while the host's is in use
+    std::shared_ptr<model::clsUserAuth> lclUserAuth;
+    std::unique_ptr<data::ConnectionAssignment> lclAssignment;
+    std::string lclQueueExternalId;
+    std::vector<Pending> lclPending;
+
+    std::unique_ptr<ctrlTree> lclTree;
+    std::unique_ptr<DocumentPanel> lclViewer;
+    std::unique_ptr<ctlSplitPanel> lclSplitPanel;
+    BinderWindow* lclWindow = nullptr;
+    std::vector<std::shared_ptr<void>> lclSubscriptions;
+};
+
+} // namespace kavidex::controls

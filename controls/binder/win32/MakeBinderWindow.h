@@ -1,0 +1,21 @@
+// The native window of the binder control.
+#pragma once
+
+#include <memory>
+
+#include "controls/common/win32/ControlWindow.h"
+
+namespace kavidex::platform {
+struct Workstation;
+}
+namespace kavidex::controls {
+class ctrlCorrespondence;
+}
+
+namespace kavidex::controls::win32 {
+
+// `logic` and `workstation` must outlive the window.
+std::unique_ptr<ControlWindow> MakeBinderWindow(ctrlCorrespondence& logic,
+                                                const platform::Workstation& workstation);
+
+} // namespace kavidex::controls::win32
