@@ -1,0 +1,130 @@
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "platform/win32/Owner.h"
+#include "platform/win32/SettingsRegistry.h"
+#include "platform/win32/Variant.h"
+#include "platform/win32/WindowsBusyDialog.h"
+#include "tests/fakes/FakeWorkstation.h"
+
+namespace kavidex::platform::win32 {
+
+namespace {
+
+constexpr wchar_t testKey[] = L"Software\\VB and VBA Program Settings\\KavidexTest";
+
+struct RegistryTest : testing::Test {
+    SettingsRegistry registry;
+    void SetUp() override { RegDeleteTreeW(HKEY_CURRENT_USER, testKey); }
+    void TearDown() override { RegDeleteTreeW(HKEY_CURRENT_USER, testKey); }
+};
+
+std::string TextOf(HWND window) {
+    wchar_t text[512];
+    return FromWide({text, static_cast<std::size_t>(GetWindowTextW(window, text, 512))});
+}
+
+} // namespace
+
+TEST_F(RegistryTest, OptionsLieWhereHostsKeepTheirs) {
+    EXPECT_EQ(registry.Read("KavidexTest", "S", "K"), std::nullopt);
+    const std::string value = "één 文 📁 " + std::string(600, 'x');
+    registry.Write("KavidexTest", "S", "K", value);
+    registry.Write("KavidexTest", "S", "leeg", "");
+    EXPECT_EQ(registry.Read("kavidextest", "s", "k"), value);
+    EXPECT_EQ(registry.Read("KavidexTest", "S", "leeg"), "");
+    EXPECT_EQ(registry.Read("KavidexTest", "S", "ander"), std::nullopt);
+
+    wchar_t stored[700];
+    DWORD size = sizeof stored;
+    const std::wstring section = std::wstring(testKey) + L"\\S";
+    ASSERT_EQ(RegGetValueW(HKEY_CURRENT_USER, section.c_str(), L"K", RRF_RT_REG_SZ, nullptr, stored, &size), 0);
+    EXPECT_EQ(FromWide(stored), value);
+}
+
+TEST_F(RegistryTest, ValuesOfOtherWritersAreRead) {
+    HKEY key = nullptr;
+    const std::wstring section = std::wstring(testKey) + L"\\S";
+    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, section.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr), 0);
+    const DWORD number = 1;
+    const BYTE unterminated[] = {'h', 0, 'i', 0};
+    RegSetValueExW(key, L"number", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number);
+    RegSetValueExW(key, L"text", 0, REG_SZ, unterminated, sizeof unterminated);
+    RegCloseKey(key);
+    EXPECT_EQ(registry.Read("KavidexTest", "S", "number"), "1");
+    EXPECT_EQ(registry.Read("KavidexTest", "S", "text"), "hi");
+}
+
+TEST(BusyDialog, ShowsItsTextsOverTheOwnerWithoutTakingTheFocus) {
+    const HWND host = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100,
+                                      600, 400, nullptr, nullptr, OwnModule(), nullptr);
+    ASSERT_NE(host, nullptr);
+    SetForegroundWindow(host);
+    SetFocus(host);
+    const HWND active = GetActiveWindow(), focus = GetFocus();
+    SetOwner(host);
+    {
+        WindowsBusyDialog dialog;
+        BusyScope scope(dialog, "Controle database", "Bezig met het contróleren &\r\nvan de database.");
+        const HWND window = dialog.Handle();
+        ASSERT_NE(window, nullptr);
+        EXPECT_TRUE(IsWindowVisible(window));
+        EXPECT_EQ(GetWindow(window, GW_OWNER), host);
+        EXPECT_EQ(GetActiveWindow(), active);
+        EXPECT_EQ(GetFocus(), focus);
+        EXPECT_EQ(TextOf(window), "Controle database");
+        const HWND text = FindWindowExW(window, nullptr, L"STATIC", nullptr);
+        EXPECT_EQ(TextOf(text), "Bezig met het contróleren &\r\nvan de database.");
+
+        RECT around{}, own{};
+        GetWindowRect(host, &around);
+        GetWindowRect(window, &own);
+        EXPECT_NEAR((around.left + around.right) / 2, (own.left + own.right) / 2, 2);
+
+        const HWND bar = FindWindowExW(window, nullptr, PROGRESS_CLASSW, nullptr);
+        scope.Progress(3, 10);
+        EXPECT_EQ(SendMessageW(bar, PBM_GETPOS, 0, 0), 3);
+        scope.Text("Controle database", "twee");
+        EXPECT_EQ(TextOf(text), "twee");
+        SendMessageW(window, WM_CLOSE, 0, 0);
+        EXPECT_TRUE(IsWindow(window));
+    }
+    WNDCLASSW left{};
+    EXPECT_FALSE(GetClassInfoW(OwnModule(), L"KavidexBusy", &left)) << "the class must go with the window";
+    SetOwner(nullptr);
+    DestroyWindow(host);
+}
+
+TEST(BusyDialog, PumpingHandlesWhatIsPostedAndLeavesTheEndOfTheHostToTheHost) {
+    const HWND host = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPED, 0, 0, 100, 100, nullptr,
+                                      nullptr, OwnModule(), nullptr);
+    SetOwner(host);
+    WindowsBusyDialog dialog;
+    dialog.Show("c", "t");
+    PostMessageW(host, WM_SETREDRAW, TRUE, 0); // gives a hidden window the visible style
+    dialog.PumpMessages();
+    EXPECT_TRUE(IsWindowVisible(host)) << "a posted message was not handled";
+    PostQuitMessage(7);
+    dialog.PumpMessages();
+    MSG message{};
+    bool quit = false;
+    while (!quit && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) quit = message.message == WM_QUIT;
+    EXPECT_TRUE(quit);
+    EXPECT_EQ(message.wParam, 7u);
+
+    DestroyWindow(host); // takes the dialog with it
+    EXPECT_EQ(dialog.Handle(), nullptr);
+    dialog.Progress(1, 2);
+    dialog.Close();
+    SetOwner(nullptr);
+}
+
+TEST(Shell, AFileThatIsNotThereIsAClearError) {
+    EXPECT_THROW(TheWorkstation().shell.OpenDefault("C:\\nergens\\niets.kvx"), Error);
+    TheWorkstation().shell.HasPrinters(); // whichever the answer, it returns
+}
+
+} // namespace kavidex::platform::win32
