@@ -13,6 +13,7 @@
 #include "platform/Guids.h"
 #include "platform/Messages.h"
 #include "platform/Shell.h"
+#include "platform/UnattendedMessages.h"
 #include "platform/User.h"
 #include "platform/Workstation.h"
 #include "platform/win32/Failure.h"
@@ -113,10 +114,11 @@ struct Machine {
     LocalClock clock;
     AccountUser user;
     SystemGuids guids;
-    MessageBoxes messages;
+    MessageBoxes boxes;
     WindowsBusyDialog busy;
     Desktop shell;
     FileLog log{registry, clock, files};
+    UnattendedMessages messages{boxes, registry, log};
     Workstation workstation{registry, files, clock, user, guids, messages, busy, shell, log};
 };
 

@@ -31,6 +31,9 @@ oddNames() {
   printf 'no ending\n' >"$work/README"
 }
 
+# Nobody is there to answer a message box.
+run reg add 'HKCU\Software\VB and VBA Program Settings\Kavidex\DebugFlags' /v Unattended /d True /f >/dev/null
+
 case $case in
 restart) # a dossier made by a script, its documents found again by the next run
   printf 'inhoud\n' >"$work/brief.txt"
