@@ -7,7 +7,12 @@ case=$1 bin=$2
 here=$(cd "$(dirname "$0")" && pwd)
 root=$(cd "$here/../../.." && pwd)
 work=$(mktemp -d "${TMPDIR:-/tmp}/kavidex-road.XXXXXX")
-trap 'rm -rf "$work"' EXIT
+options='HKCU\Software\VB and VBA Program Settings\Kavidex\DebugFlags'
+finish() {
+  rm -rf "$work"
+  run reg delete "$options" /v Unattended /f >/dev/null 2>&1 || true
+}
+trap finish EXIT
 
 windows() { printf 'Z:%s' "$(realpath -m "$1" | tr / '\\')"; }
 run() { KAVIDEX_WINE_SECONDS=120 "$root/tools/wine-run.sh" "$@"; }
@@ -32,7 +37,7 @@ oddNames() {
 }
 
 # Nobody is there to answer a message box.
-run reg add 'HKCU\Software\VB and VBA Program Settings\Kavidex\DebugFlags' /v Unattended /d True /f >/dev/null
+run reg add "$options" /v Unattended /d True /f >/dev/null
 
 case $case in
 restart) # a dossier made by a script, its documents found again by the next run
