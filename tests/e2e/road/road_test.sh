@@ -30,7 +30,6 @@ script() {
 stored() { find "$work/d/store" -type f | wc -l; }
 
 oddNames() {
-  printf 'quote\n' >"$work/O'Brien \"%1%\" 100%.txt" 2>/dev/null || true
   printf 'per cent\n' >"$work/O'Brien 100% zeker.txt"
   printf 'beyond the code page\n' >"$work/Ωmega 文書 ń.txt"
   printf 'no ending\n' >"$work/README"
