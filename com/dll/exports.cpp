@@ -1,0 +1,40 @@
+// What Windows, regsvr32 and hosts call in Kavidex.ocx.
+#include <windows.h>
+#include <olectl.h>
+
+#include "com/ClassFactory.h"
+#include "com/Module.h"
+#include "com/class_table.h"
+#include "com/registration/Registration.h"
+
+using namespace kavidex::com;
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
+    if (!object) return E_POINTER;
+    *object = nullptr;
+    const ClassRow* row = FindClass(clsid);
+    return row ? MakeClassFactory(*row, iid, object) : CLASS_E_CLASSNOTAVAILABLE;
+}
+
+STDAPI DllCanUnloadNow() {
+    return CanUnload() ? S_OK : S_FALSE;
+}
+
+STDAPI DllRegisterServer() {
+    return Register(Scope::Machine);
+}
+
+STDAPI DllUnregisterServer() {
+    return Unregister(Scope::Machine);
+}
+
+// regsvr32 /n /i:user registers for the current user alone, without an administrator.
+STDAPI DllInstall(BOOL install, LPCWSTR command) {
+    const Scope scope = command && _wcsicmp(command, L"user") == 0 ? Scope::User : Scope::Machine;
+    return install ? Register(scope) : Unregister(scope);
+}
+
+BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*) {
+    if (reason == DLL_PROCESS_ATTACH) DisableThreadLibraryCalls(module);
+    return TRUE;
+}
