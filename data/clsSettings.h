@@ -45,7 +45,6 @@ public:
 private:
     bool Query(const std::string& statement);
     bool LookUp(std::string_view section, std::string_view key);
-    bool HasSKey();
     void MigrateKeyColumn();
     bool ReadCurrent(std::string& value, std::string* section, std::string* key);
     void Insert(std::string_view section, std::string_view key, std::string_view value);

@@ -15,6 +15,7 @@ enum class ColumnType {
     Integer,
     OwnId, // the row's working id: INTEGER, BIGINT on MySQL
     Bit,
+    Text38, // a GUID's text
     Text50,
     Text100,
     Text255,

@@ -1,0 +1,79 @@
+// The work that assigning a connection sets off, in its order.
+#include "data/ConnectionAssignment.h"
+
+#include "data/clsUpdateDb.h"
+#include "data/modData.h"
+#include "data/modDataBase.h"
+#include "platform/General.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+
+namespace kavidex::data {
+namespace {
+
+std::string DatabaseOf(const Connection& connection) {
+    try {
+        return connection.DefaultDatabase();
+    } catch (const std::exception&) {
+        return {}; // not open
+    }
+}
+
+bool SameDatabase(const ConnectionPtr& a, const ConnectionPtr& b) {
+    if (!a || !b) return !a && !b;
+    return DatabaseOf(*a) == DatabaseOf(*b);
+}
+
+} // namespace
+
+ConnectionAssignment::ConnectionAssignment(const platform::Workstation& workstation,
+                                           ConnectionListeners listeners, Translation translation)
+    : lclWorkstation(workstation), lclListeners(std::move(listeners)),
+      lclTranslation(std::move(translation)) {}
+
+bool ConnectionAssignment::SetDbConnection(const ConnectionPtr& connection) {
+    if (SameDatabase(connection, lclConnection)) return false;
+    lclConnection = connection;
+    if (lclListeners.changed) lclListeners.changed();
+    if (lclListeners.handOver) lclListeners.handOver(connection);
+    if (!connection) {
+        if (lclSettings) lclSettings->SetDbConnection(nullptr);
+        return true;
+    }
+    if (!lclSettings) lclSettings = std::make_unique<clsSettings>(lclWorkstation);
+    lclSettings->SetDbConnection(connection);
+    if (connection->IsOpen()) {
+        CheckDatabase();
+        ReadTemplatePath();
+        clsUpdateDb update(lclWorkstation, lclTranslation);
+        update.SetDbConnection(connection);
+        update.fncUpdateDb();
+    } else {
+        lclTemplatePath.clear();
+        lclWorkstation.log.Write("DbConnection", "assigned a connection that is not open");
+    }
+    if (lclListeners.ready) lclListeners.ready(connection);
+    return true;
+}
+
+// Once per user and machine, and never for an Access file.
+void ConnectionAssignment::CheckDatabase() {
+    constexpr std::string_view section = "CorrespSetting", key = "DbCheck";
+    if (platform::GetRegSetting(lclWorkstation, platform::applicationName, section, key, "1") !=
+            "1" ||
+        IsAccessConnection(lclConnection))
+        return;
+    CheckAndCreateDatabase(lclWorkstation, lclConnection, *lclSettings, false, lclTranslation);
+    platform::SaveRegSetting(lclWorkstation, platform::applicationName, section, key, "0");
+}
+
+void ConnectionAssignment::ReadTemplatePath() {
+    if (lclSettings) lclSettings->GetSetting("Template", "Path", lclTemplatePath);
+}
+
+void ConnectionAssignment::Release() {
+    lclSettings.reset();
+    lclConnection.reset();
+}
+
+} // namespace kavidex::data

@@ -1,0 +1,102 @@
+// Walks the table of upgrade steps from the version that the database records.
+#include "data/clsUpdateDb.h"
+
+#include <algorithm>
+
+#include "data/upgradeSteps.h"
+#include "platform/BusyDialog.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::data {
+
+bool UpgradeContext::Execute(std::string_view statement) const {
+    try {
+        connection->Execute(statement);
+        return true;
+    } catch (const std::exception& error) {
+        workstation.log.Write("clsUpdateDb", std::string(statement) + ": " + error.what());
+        return false;
+    }
+}
+
+bool UpgradeContext::HasTable(std::string_view name) const {
+    try {
+        const RecordsetPtr tables = connection->OpenSchema(Schema::Tables);
+        for (; !tables->Eof(); tables->MoveNext())
+            if (platform::EqualAsciiNoCase(
+                    platform::Trim(ToText(tables->Get("TABLE_NAME"))), name))
+                return true;
+    } catch (const std::exception& error) {
+        workstation.log.Write("clsUpdateDb", error.what());
+    }
+    return false;
+}
+
+clsUpdateDb::clsUpdateDb(const platform::Workstation& workstation, Translation translation)
+    : lclWorkstation(workstation), lclTranslation(std::move(translation)),
+      lclSettings(workstation) {}
+
+void clsUpdateDb::SetDbConnection(ConnectionPtr connection) {
+    lclConnection = std::move(connection);
+    lclSettings.SetDbConnection(lclConnection);
+}
+
+std::int32_t clsUpdateDb::fncUpdateDb() {
+    if (!lclConnection) return 0;
+    const bool dossiers =
+        UpgradeContext{lclWorkstation, lclConnection}.HasTable("tblDossierTypes");
+    std::string version;
+    if (!lclSettings.GetSetting("Build", "DbVersion", version)) version = "0";
+    version = platform::LowerCase(version);
+    std::int32_t result = 0;
+    for (const UpgradeStep& step : UpgradeSteps()) {
+        if (step.from != version) continue;
+        version = step.to;
+        if (dossiers || !step.needsDossierTables) result = Run(step.from, version);
+        lclSettings.SetSetting("Build", "DbVersion", version);
+    }
+    return result;
+}
+
+std::int32_t clsUpdateDb::Run(std::string_view from, std::string& reached) {
+    const auto step =
+        std::find_if(UpgradeSteps().begin(), UpgradeSteps().end(),
+                     [&](const UpgradeStep& candidate) { return candidate.from == from; });
+    const auto say = [&](std::string_view text) { return Translated(lclTranslation, text); };
+    const UpgradeContext context{lclWorkstation, lclConnection};
+    std::string caption = say(step->phases.front().caption);
+    platform::BusyScope busy(lclWorkstation.busy, caption, say(step->phases.front().text));
+    for (const UpgradePhase& phase : step->phases) {
+        if (!phase.caption.empty()) caption = say(phase.caption);
+        busy.Text(caption, say(phase.text));
+        lclWorkstation.busy.PumpMessages();
+        for (const std::string& statement : phase.statements) context.Execute(statement);
+        if (phase.function) phase.function(context);
+    }
+    busy.Text(caption, say("Bezig met bijwerken van versienummer"));
+    reached = step->to;
+    return 0;
+}
+
+std::int32_t clsUpdateDb::fncUp101(std::string& reached) { return Run("0", reached); }
+std::int32_t clsUpdateDb::fncUpTo102(std::string& reached) { return Run("1.0.1", reached); }
+std::int32_t clsUpdateDb::fncUpTo103(std::string& reached) { return Run("1.0.2", reached); }
+std::int32_t clsUpdateDb::fncUpTo104(std::string& reached) { return Run("1.0.3", reached); }
+std::int32_t clsUpdateDb::fncUpTo105(std::string& reached) { return Run("1.0.4", reached); }
+std::int32_t clsUpdateDb::fncUpTo106(std::string& reached) { return Run("1.0.5", reached); }
+std::int32_t clsUpdateDb::fncUpTo107(std::string& reached) { return Run("1.0.6", reached); }
+std::int32_t clsUpdateDb::fncUpTo108(std::string& reached) { return Run("1.0.7", reached); }
+std::int32_t clsUpdateDb::fncUpTo109(std::string& reached) { return Run("1.0.8", reached); }
+std::int32_t clsUpdateDb::fncUpTo110(std::string& reached) { return Run("1.0.9", reached); }
+std::int32_t clsUpdateDb::fncUpTo111(std::string& reached) { return Run("1.1.0", reached); }
+std::int32_t clsUpdateDb::fncUpTo112(std::string& reached) { return Run("1.1.1", reached); }
+std::int32_t clsUpdateDb::fncUpTo113(std::string& reached) { return Run("1.1.2", reached); }
+std::int32_t clsUpdateDb::fncUpTo114(std::string& reached) { return Run("1.1.3", reached); }
+std::int32_t clsUpdateDb::fncUpTo115(std::string& reached) { return Run("1.1.4", reached); }
+std::int32_t clsUpdateDb::fncUpTo116(std::string& reached) { return Run("1.1.5", reached); }
+std::int32_t clsUpdateDb::fncUpTo117(std::string& reached) { return Run("1.1.6", reached); }
+std::int32_t clsUpdateDb::fncUpTo118(std::string& reached) { return Run("1.1.7", reached); }
+
+} // namespace kavidex::data

@@ -1,0 +1,243 @@
+// Rows that the upgrade chain copies, numbers and fills, in one transaction where there are any.
+#include "data/upgradeConversions.h"
+
+#include <algorithm>
+#include <functional>
+#include <string>
+
+#include "data/modData.h"
+#include "platform/BusyDialog.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+#include "platform/modCreateGuid.h"
+#include "platform/text.h"
+
+namespace kavidex::data::upgrade {
+namespace {
+
+bool HasField(const Recordset& rows, std::string_view name) {
+    return std::any_of(rows.Fields().begin(), rows.Fields().end(), [&](const Field& field) {
+        return platform::EqualAsciiNoCase(field.name, name);
+    });
+}
+
+// Runs `change` on every row and writes it where that returns true. False when a row was refused.
+bool ForEachRow(const UpgradeContext& context, const std::string& statement,
+                const std::vector<std::string>& neededFields,
+                const std::function<bool(Recordset&)>& change) {
+    const RecordsetPtr rows =
+        OpenRecordset(context.workstation, statement, context.connection);
+    if (!rows->IsOpen()) return false;
+    for (const std::string& field : neededFields)
+        if (!HasField(*rows, field)) return false;
+    const int total = static_cast<int>(rows->RecordCount());
+    bool whole = true;
+    Transaction transaction(context);
+    for (int done = 0; !rows->Eof(); rows->MoveNext(), ++done) {
+        if (done % 64 == 0) context.workstation.busy.Progress(done, total);
+        try {
+            if (change(*rows)) rows->Update();
+        } catch (const std::exception& error) {
+            context.workstation.log.Write("clsUpdateDb", statement + ": " + error.what());
+            rows->CancelUpdate();
+            whole = false;
+        }
+    }
+    return transaction.Commit() && whole;
+}
+
+// `Order`, a reserved word, becomes intOrder; the old column goes once every row was copied.
+void RenameOrder(const UpgradeContext& context, const std::string& table) {
+    context.Execute("ALTER TABLE " + table + " ADD COLUMN intOrder LONG");
+    const bool copied =
+        ForEachRow(context, "Select * from " + table, {"Order", "intOrder"}, [](Recordset& row) {
+            row.Set("intOrder", Value(row.Get("Order")));
+            return true;
+        });
+    if (copied) context.Execute("ALTER TABLE " + table + " DROP COLUMN [Order]");
+}
+
+// Rows that have a working id keep it: it may be negated, for a deleted row.
+void FillOwnIds(const UpgradeContext& context, const std::string& table, const std::string& key,
+                const std::string& column) {
+    ForEachRow(context, "Select * from " + table, {key, column}, [&](Recordset& row) {
+        if (ToInt64(row.Get(column)) != 0) return false;
+        row.Set(column, Value(row.Get(key)));
+        return true;
+    });
+}
+
+void AddOwnIds(const UpgradeContext& context, const std::string& table, const std::string& column,
+               const std::string& key = "Id") {
+    context.Execute("ALTER TABLE " + table + " ADD COLUMN " + column + " LONG");
+    FillOwnIds(context, table, key, column);
+}
+
+void FillGuids(const UpgradeContext& context, const std::string& statement,
+               const std::string& column) {
+    ForEachRow(context, statement, {column}, [&](Recordset& row) {
+        std::string guid;
+        if (platform::CreateGuid(context.workstation, guid) != 0) return false;
+        row.Set(column, std::move(guid));
+        return true;
+    });
+}
+
+} // namespace
+
+Transaction::Transaction(const UpgradeContext& context) : lclContext(context) {
+    try {
+        lclContext.connection->BeginTrans();
+        lclOpen = true;
+    } catch (const std::exception& error) { // an engine without: each statement for itself
+        lclContext.workstation.log.Write("clsUpdateDb", error.what());
+    }
+}
+
+bool Transaction::Commit() {
+    if (!lclOpen) return true;
+    lclOpen = false;
+    try {
+        lclContext.connection->CommitTrans();
+        return true;
+    } catch (const std::exception& error) {
+        lclContext.workstation.log.Write("clsUpdateDb", error.what());
+        RollBack();
+        return false;
+    }
+}
+
+Transaction::~Transaction() {
+    if (lclOpen) RollBack();
+}
+
+void Transaction::RollBack() {
+    try {
+        lclContext.connection->RollbackTrans();
+    } catch (const std::exception& error) {
+        lclContext.workstation.log.Write("clsUpdateDb", error.what());
+    }
+}
+
+// The second form of each statement is for databases that refuse the reserved word or the bare
+// words of the first.
+void CreateDossierTabs(const UpgradeContext& context) {
+    if (context.HasTable("tblDossierTabs")) return;
+    for (const std::string table : {"tblDossierTabs", "tblDossierRefTabs"}) {
+        const std::string head =
+            "CREATE TABLE " + table + " (Id COUNTER CONSTRAINT IdConst PRIMARY KEY," +
+            (table == "tblDossierTabs" ? "DossierTypeId" : "DossierReferenceId") +
+            " LONG,TabDescription TEXT(50),TabType TEXT(50),";
+        if (!context.Execute(head + "Order LONG)")) context.Execute(head + "[Order] LONG)");
+    }
+    ForEachRow(context, "Select * from tblDossierTypes", {}, [&](Recordset& row) {
+        // Own ids came with 1.0.6; until then the key was the type's id.
+        const std::string id =
+            ToText(row.Get(HasField(row, "TypeId") ? "TypeId" : "Id"));
+        if (!context.Execute("insert into tblDossierTabs (DossierTypeId ,TabDescription ,TabType "
+                             ",Order ) VALUES (" +
+                             id + ",Dossier,Dossiertype,1)"))
+            context.Execute("insert into tblDossierTabs (DossierTypeId ,TabDescription ,TabType "
+                            ",[Order] ) VALUES (" +
+                            id + ",'Dossier','Dossiertype',1)");
+        return false;
+    });
+}
+
+void ConvertSettings(const UpgradeContext& context) {
+    context.Execute("ALTER TABLE tblSettings ADD COLUMN SKey TEXT(255)");
+    const bool copied =
+        ForEachRow(context, "Select * from tblSettings", {"Key", "SKey"}, [](Recordset& row) {
+            if (IsNull(row.Get("Key"))) return false; // written since the column is there
+            row.Set("SKey", Value(row.Get("Key")));
+            return true;
+        });
+    if (copied) context.Execute("ALTER TABLE tblSettings DROP COLUMN [Key]");
+}
+
+void ConvertRefTabs(const UpgradeContext& context) {
+    RenameOrder(context, "tblDossierRefTabs");
+    AddOwnIds(context, "tblDossierRefTabs", "RefTabId");
+}
+
+void ConvertDbRelations(const UpgradeContext& context) {
+    AddOwnIds(context, "tblDossierDbRelation", "DbRelId", "DossierId");
+}
+
+void ConvertCheckListFields(const UpgradeContext& context) {
+    RenameOrder(context, "tblCheckListFields");
+}
+
+void ConvertCheckListRefFields(const UpgradeContext& context) {
+    RenameOrder(context, "tblCheckListRefFields");
+}
+
+void ConvertDossierFields(const UpgradeContext& context) {
+    RenameOrder(context, "tblDossierFields");
+}
+
+void ConvertDossierTabs(const UpgradeContext& context) {
+    RenameOrder(context, "tblDossierTabs");
+    AddOwnIds(context, "tblDossierTabs", "TabId");
+}
+
+void ConvertScreens(const UpgradeContext& context) { AddOwnIds(context, "tblScreens", "ScreenId"); }
+
+void ConvertScreenSettings(const UpgradeContext& context) {
+    AddOwnIds(context, "tblScreenSettings", "ScreenSettingsId");
+}
+
+void ConvertReferences(const UpgradeContext& context) {
+    AddOwnIds(context, "tblDossierReference", "RefId");
+}
+
+void ConvertRelations(const UpgradeContext& context) {
+    AddOwnIds(context, "tblDossierRelations", "RelId");
+}
+
+void ConvertTypes(const UpgradeContext& context) {
+    AddOwnIds(context, "tblDossierTypes", "TypeId");
+}
+
+void ConvertDocuments(const UpgradeContext& context) { AddOwnIds(context, "tblDocument", "DocId"); }
+
+void ConvertTrees(const UpgradeContext& context) { AddOwnIds(context, "tblTree", "TreeId"); }
+
+void ConvertItems(const UpgradeContext& context) {
+    AddOwnIds(context, "tblTreeItem", "TreeItemId");
+}
+
+// All relations again, whatever they have, save those that are deleted (their key, negated).
+void FillRelationIds(const UpgradeContext& context) {
+    ForEachRow(context, "Select * from tblDossierRelations", {"Id", "RelId"}, [](Recordset& row) {
+        const std::int64_t id = ToInt64(row.Get("Id"));
+        const std::int64_t now = ToInt64(row.Get("RelId"));
+        if (now == id || now == -id) return false;
+        row.Set("RelId", id);
+        return true;
+    });
+}
+
+// The statements of the step end in a parenthesis that most databases refuse; what is missing
+// after them is added column by column.
+void CompleteRights(const UpgradeContext& context) {
+    const RecordsetPtr types = OpenRecordset(
+        context.workstation, "Select * from tblDossierTypes where TypeId = 0", context.connection);
+    if (!types->IsOpen()) return;
+    for (const std::string column : {"ShowCabinet", "CreateDossier", "OpenDossier"}) {
+        if (HasField(*types, column)) continue;
+        for (const std::string form : {"ADD COLUMN " + column + " MEMO", "ADD " + column + " NTEXT",
+                                       "ADD " + column + " LONGTEXT"})
+            if (context.Execute("ALTER TABLE tblDossierTypes " + form)) break;
+    }
+}
+
+void FillCheckListGuids(const UpgradeContext& context) {
+    FillGuids(context, "Select * from tblChecklistReffields", "CLGuid");
+}
+
+void FillDocumentGuids(const UpgradeContext& context) {
+    FillGuids(context, "Select * from tblDocument where DocGuid is null", "DocGuid");
+}
+
+} // namespace kavidex::data::upgrade

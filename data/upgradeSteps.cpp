@@ -1,0 +1,213 @@
+// The rows of the upgrade chain. A change is issued in each dialect's form, one after the other; the
+// form that the database knows takes effect, the others are refused without harm.
+#include "data/upgradeSteps.h"
+
+#include <algorithm>
+#include <initializer_list>
+
+#include "data/schema.h"
+#include "data/upgradeConversions.h"
+
+namespace kavidex::data {
+namespace {
+
+using Statements = std::vector<std::string>;
+using Name = std::string;
+
+Statements Together(std::initializer_list<Statements> parts) {
+    Statements all;
+    for (const Statements& part : parts) all.insert(all.end(), part.begin(), part.end());
+    return all;
+}
+
+// Access first: MySQL takes its words too, and then indexes the column by a prefix.
+Statements AddText(const Name& table, const Name& column, int width) {
+    const Name size = "(" + std::to_string(width) + ")";
+    return {"ALTER TABLE " + table + " ADD COLUMN " + column + " Text" + size,
+            "ALTER TABLE " + table + " ADD " + column + " Char" + size};
+}
+
+Statements GuidIndex(const Name& index, const Name& table, const Name& column) {
+    return {"CREATE INDEX " + index + " on " + table + " (" + column + " )",
+            "CREATE INDEX " + index + " on " + table + " (" + column + "(38) )"};
+}
+
+Statements GuidColumn(const Name& table, const Name& column) {
+    return Together({AddText(table, column, 38), GuidIndex("ind" + column, table, column)});
+}
+
+Statements CreateInAllForms(const schema::Table& table) {
+    using schema::Dialect;
+    return {schema::CreateTable(table, Dialect::Access),
+            schema::CreateTable(table, Dialect::SqlServer),
+            schema::CreateTable(table, Dialect::MySql)};
+}
+
+schema::Table BaseTable(std::string_view name) {
+    return *std::find_if(schema::Tables().begin(), schema::Tables().end(),
+                         [&](const schema::Table& table) { return table.name == name; });
+}
+
+Statements CreateForAccess(std::string_view name) {
+    return {schema::CreateTable(BaseTable(name), schema::Dialect::Access)};
+}
+
+// As the tables were before intOrder took the place of the reserved word.
+Statements CreateWithOrder(std::string_view name) {
+    schema::Table table = BaseTable(name);
+    for (schema::Column& column : table.columns)
+        if (column.name == "IntOrder") column.name = "Order";
+    return {schema::CreateTable(table, schema::Dialect::Access)};
+}
+
+Statements UpLink(std::string_view name) {
+    using enum schema::ColumnType;
+    const Name table(name), plain = table.substr(3), constraint = "Id" + plain;
+    return Together({CreateInAllForms({name, "Id", constraint,
+                                       {{"RefGuid", Text38}, {"RefId", Integer},
+                                        {"ServerRefId", Integer}}}),
+                     {"CREATE INDEX ind" + plain + " on " + table + " (RefGuid, RefId)"}});
+}
+
+Statements TranslationTable() {
+    using enum schema::ColumnType;
+    return CreateInAllForms({"tblTranslations", "Id", "IdTranslations",
+                             {{"strKey", Text255}, {"NL", Text255}, {"UK", Text255},
+                              {"GE", Text255}, {"FR", Text255}}});
+}
+
+Statements ExtraInfoTable() {
+    using enum schema::ColumnType;
+    return Together({CreateInAllForms({"tblDocExtraInfo", "Id", "IdDocExtraInfo",
+                                       {{"DocId", Integer}, {"SendTo", Text255},
+                                        {"SendFrom", Text255}, {"SendOn", Text255},
+                                        {"RecievedOn", Text255},
+                                        {"NrOfAttatchements", Integer}}}),
+                     {"CREATE INDEX indDocExId on tblDocExtraInfo(DocId )"}});
+}
+
+// Closing parenthesis and all; see CompleteRights.
+Statements RightsColumns() {
+    Statements statements;
+    for (const Name type : {"MEMO", "NTEXT", "LONGTEXT"})
+        statements.push_back("ALTER TABLE tblDossiertypes ADD COLUMN ShowCabinet " + type +
+                             ", CreateDossier " + type + ", OpenDossier " + type + ")");
+    return statements;
+}
+
+Statements IndexesOf111() {
+    return {"CREATE INDEX indChecklistFields on tblChecklistFields (Id)",
+            "CREATE INDEX indChecklistRefFields on tblChecklistRefFields (Id)",
+            "CREATE INDEX indTabChecklistRefFields on tblChecklistRefFields (TabRefId)",
+            "CREATE INDEX indDossierFields on tblDossierFields (DossierId)",
+            "CREATE INDEX indDossierRefTabs on tblDossierReftabs (DossierReferenceId)",
+            "CREATE INDEX indRelDossierId on tblDossierRelations (DossierId)",
+            "CREATE INDEX indRelTreeId on tblDossierRelations (TreeId)",
+            "CREATE INDEX indtabdossierid on tblDossierTabs (DossierTypeId)",
+            "CREATE INDEX indscreensettingsScreenId on tblscreensettings (ScreenId)",
+            "CREATE INDEX indstrKey on tblTranslations (strKey)",
+            "CREATE INDEX indParentId on tblTreeItem (parentId)"};
+}
+
+Statements UpLinks() {
+    return Together({UpLink("tblCheckListRefFieldsUpLink"), UpLink("tblDocumentUpLink"),
+                     UpLink("tblDossierDbRelationUpLink"), UpLink("tblDossierReferenceUpLink"),
+                     UpLink("tblDossierRefTabsUpLink"), UpLink("tblDossierRelationsUpLink"),
+                     UpLink("tblTreeUpLink"), UpLink("tblTreeItemUpLink"),
+                     AddText("tblDossierReference", "DossierIdText", 100)});
+}
+
+Statements GuidColumns() {
+    return Together({GuidColumn("tblTreeItem", "TreeItemGuid"),
+                     GuidColumn("tblDocument", "DocGuid"),
+                     GuidColumn("tblDossierDbRelation", "DbRelGuid"),
+                     GuidColumn("tblDossierReference", "RefGuid"),
+                     GuidColumn("tblDossierRefTabs", "RefTabGuid"),
+                     GuidColumn("tblDossierTabs", "TabGuid"),
+                     GuidColumn("tblDossierTypes", "TypeGuid"),
+                     GuidColumn("tblScreens", "ScreenGuid"),
+                     GuidColumn("tblScreenSettings", "ScreenSettingsGuid"),
+                     GuidColumn("tblDossierRelations", "RelGuid"),
+                     GuidColumn("tblTree", "TreeGuid"),
+                     {"DROP INDEX indRefVal10 on tblDossierReference",
+                      "DROP INDEX tblDossierReference.indRefVal10"}});
+}
+
+constexpr std::string_view update = "Bezig met bijwerken van database";
+constexpr std::string_view moving = "Bezig met overzetten van gegevens";
+constexpr std::string_view fillingTexts = "Bezig met vullen van vertaaltabel";
+constexpr std::string_view fillingGuids = "Vullen GUID field";
+
+std::vector<UpgradePhase> Conversion() {
+    using namespace upgrade;
+    return {{moving, "Bezig met omvormen van tab's", {}, ConvertRefTabs},
+            {{}, "Bezig met omvormen van instellingen", {}, ConvertSettings},
+            {{}, "Bezig met omvormen van DbRelaties", {}, ConvertDbRelations},
+            {{}, "Bezig met omvormen van checklistvelden", {}, ConvertCheckListFields},
+            {{}, "Bezig met omvormen van referentievelden", {}, ConvertCheckListRefFields},
+            {{}, "Bezig met omvormen van velden", {}, ConvertDossierFields},
+            {{}, "Bezig met omvormen van Tab's", {}, ConvertDossierTabs},
+            {{}, "Bezig met omvormen van schermen", {}, ConvertScreens},
+            {{}, "Bezig met omvormen van scherminstellingen", {}, ConvertScreenSettings},
+            {{}, "Bezig met omvormen van referenties", {}, ConvertReferences},
+            {{}, "Bezig met omvormen van Relaties", {}, ConvertRelations},
+            {{}, "Bezig met omvormen van types", {}, ConvertTypes},
+            {{}, "Bezig met omvormen van documenten", {}, ConvertDocuments},
+            {{}, "Bezig met omvormen van Tree's", {}, ConvertTrees},
+            {{}, "Bezig met omvormen van Items", {}, ConvertItems},
+            {{}, "Bezig met aanmaken van indexes", schema::CreateIndexes()}};
+}
+
+} // namespace
+
+const std::vector<UpgradeStep>& UpgradeSteps() {
+    using namespace upgrade;
+    static const std::vector<UpgradeStep> steps = {
+        {"0", "1.0.1", true, {{update, "Bezig met aanmaken van tabellen", {}, CreateDossierTabs}}},
+        {"1.0.1", "1.0.2", true,
+         {{update, "Bezig met omvormen van referenties",
+           {"ALTER TABLE tblDossierReference ADD COLUMN SaveSettings TEXT(50)"}}}},
+        {"1.0.2", "1.0.3", false,
+         {{update, "Bezig met aanmaken van tabellen",
+           Together({CreateWithOrder("tblCheckListFields"),
+                     CreateWithOrder("tblCheckListRefFields")})}}},
+        {"1.0.3", "1.0.4", true,
+         {{update, "Bezig met omvormen van tab's",
+           {"ALTER TABLE tblDossierTabs ADD COLUMN AutoCreate TEXT(3)"}}}},
+        {"1.0.4", "1.0.5", true,
+         {{update, "Bezig met aanmaken van tabellen",
+           Together({CreateForAccess("tblScreens"), CreateForAccess("tblScreenSettings")})}}},
+        {"1.0.5", "1.0.6", false, Conversion()},
+        {"1.0.6", "1.0.7", false,
+         {{moving, "Bezig met omvormen van Relaties", {}, FillRelationIds}}},
+        {"1.0.7", "1.0.8", false,
+         {{update, "Bezig met toevoegen rechten", RightsColumns(), CompleteRights}}},
+        {"1.0.8", "1.0.9", false,
+         {{update, "Bezig met aanmaken vertaaltabel", TranslationTable()},
+          {{}, fillingTexts, {}, Translations109}}},
+        {"1.0.9", "1.1.0", false, {{update, fillingTexts, {}, Translations110}}},
+        {"1.1.0", "1.1.1", false,
+         {{update, fillingTexts, {}, Translations111},
+          {{}, "Bezig met aanmaken van indexes", IndexesOf111()}}},
+        {"1.1.1", "1.1.2", false,
+         {{update, "Aanmaken upload", AddText("tblDossierRefTabs", "TabChanged", 1)}}},
+        {"1.1.2", "1.1.3", false,
+         {{update, "Aanmaken upload tabellen", UpLinks()},
+          {{}, fillingTexts, {}, Translations113}}},
+        {"1.1.3", "1.1.4", false,
+         {{update, "Bezig met aanmaken van vertalingen", {}, Translations114}}},
+        {"1.1.4", "1.1.5", false, {{update, "Toevoegen Id field", GuidColumns()}}},
+        {"1.1.5", "1.1.6", false,
+         {{"Bezig met bijwerken van checklist", "Toevoegen Id field",
+           Together({AddText("tblCheckListRefFields", "clGuid", 38),
+                     GuidIndex("indCheckGuid", "tblCheckListRefFields", "clGuid")})},
+          {{}, fillingGuids, {}, FillCheckListGuids}}},
+        {"1.1.6", "1.1.7", false,
+         {{"Bezig met bijwerken van Documenten", fillingGuids, {}, FillDocumentGuids}}},
+        {"1.1.7", "1.1.8", false,
+         {{"Bezig met aanmaken van Document Extra Info", "Tabel aanmaken", ExtraInfoTable()}}},
+    };
+    return steps;
+}
+
+} // namespace kavidex::data
