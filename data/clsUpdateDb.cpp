@@ -25,8 +25,7 @@ bool UpgradeContext::HasTable(std::string_view name) const {
     try {
         const RecordsetPtr tables = connection->OpenSchema(Schema::Tables);
         for (; !tables->Eof(); tables->MoveNext())
-            if (platform::EqualAsciiNoCase(
-                    platform::Trim(ToText(tables->Get("TABLE_NAME"))), name))
+            if (platform::EqualAsciiNoCase(platform::Trim(ToText(tables->Get("TABLE_NAME"))), name))
                 return true;
     } catch (const std::exception& error) {
         workstation.log.Write("clsUpdateDb", error.what());
@@ -45,8 +44,7 @@ void clsUpdateDb::SetDbConnection(ConnectionPtr connection) {
 
 std::int32_t clsUpdateDb::fncUpdateDb() {
     if (!lclConnection) return 0;
-    const bool dossiers =
-        UpgradeContext{lclWorkstation, lclConnection}.HasTable("tblDossierTypes");
+    const bool dossiers = UpgradeContext{lclWorkstation, lclConnection}.HasTable("tblDossierTypes");
     std::string version;
     if (!lclSettings.GetSetting("Build", "DbVersion", version)) version = "0";
     version = platform::LowerCase(version);
@@ -73,7 +71,11 @@ std::int32_t clsUpdateDb::Run(std::string_view from, std::string& reached) {
         busy.Text(caption, say(phase.text));
         lclWorkstation.busy.PumpMessages();
         for (const std::string& statement : phase.statements) context.Execute(statement);
-        if (phase.function) phase.function(context);
+        try {
+            if (phase.function) phase.function(context);
+        } catch (const std::exception& error) {
+            lclWorkstation.log.Write("clsUpdateDb", error.what());
+        }
     }
     busy.Text(caption, say("Bezig met bijwerken van versienummer"));
     reached = step->to;

@@ -21,18 +21,15 @@ bool HasField(const Recordset& rows, std::string_view name) {
     });
 }
 
-// Runs `change` on every row and writes it where that returns true. False when a row was refused.
-bool ForEachRow(const UpgradeContext& context, const std::string& statement,
+bool ChangeRows(const UpgradeContext& context, const std::string& statement,
                 const std::vector<std::string>& neededFields,
                 const std::function<bool(Recordset&)>& change) {
-    const RecordsetPtr rows =
-        OpenRecordset(context.workstation, statement, context.connection);
+    const RecordsetPtr rows = OpenRecordset(context.workstation, statement, context.connection);
     if (!rows->IsOpen()) return false;
     for (const std::string& field : neededFields)
         if (!HasField(*rows, field)) return false;
     const int total = static_cast<int>(rows->RecordCount());
     bool whole = true;
-    Transaction transaction(context);
     for (int done = 0; !rows->Eof(); rows->MoveNext(), ++done) {
         if (done % 64 == 0) context.workstation.busy.Progress(done, total);
         try {
@@ -43,7 +40,17 @@ bool ForEachRow(const UpgradeContext& context, const std::string& statement,
             whole = false;
         }
     }
-    return transaction.Commit() && whole;
+    return whole;
+}
+
+// Runs `change` on every row and writes it where that returns true. False when there is no such
+// table or field, or a row was refused.
+bool ForEachRow(const UpgradeContext& context, const std::string& statement,
+                const std::vector<std::string>& neededFields,
+                const std::function<bool(Recordset&)>& change) {
+    bool whole = false;
+    InTransaction(context, [&] { whole = ChangeRows(context, statement, neededFields, change); });
+    return whole;
 }
 
 // `Order`, a reserved word, becomes intOrder; the old column goes once every row was copied.
@@ -85,38 +92,21 @@ void FillGuids(const UpgradeContext& context, const std::string& statement,
 
 } // namespace
 
-Transaction::Transaction(const UpgradeContext& context) : lclContext(context) {
-    try {
-        lclContext.connection->BeginTrans();
-        lclOpen = true;
-    } catch (const std::exception& error) { // an engine without: each statement for itself
-        lclContext.workstation.log.Write("clsUpdateDb", error.what());
-    }
-}
-
-bool Transaction::Commit() {
-    if (!lclOpen) return true;
-    lclOpen = false;
-    try {
-        lclContext.connection->CommitTrans();
-        return true;
-    } catch (const std::exception& error) {
-        lclContext.workstation.log.Write("clsUpdateDb", error.what());
-        RollBack();
-        return false;
-    }
-}
-
-Transaction::~Transaction() {
-    if (lclOpen) RollBack();
-}
-
-void Transaction::RollBack() {
-    try {
-        lclContext.connection->RollbackTrans();
-    } catch (const std::exception& error) {
-        lclContext.workstation.log.Write("clsUpdateDb", error.what());
-    }
+void InTransaction(const UpgradeContext& context, const std::function<void()>& work) {
+    Connection& connection = *context.connection;
+    const auto tried = [&](const std::function<void()>& call) {
+        try {
+            call();
+            return true;
+        } catch (const std::exception& error) {
+            context.workstation.log.Write("clsUpdateDb", error.what());
+            return false;
+        }
+    };
+    if (!tried([&] { connection.BeginTrans(); })) return work();
+    if (tried(work) && tried([&] { connection.CommitTrans(); })) return;
+    tried([&] { connection.RollbackTrans(); });
+    work();
 }
 
 // The second form of each statement is for databases that refuse the reserved word or the bare
@@ -132,8 +122,7 @@ void CreateDossierTabs(const UpgradeContext& context) {
     }
     ForEachRow(context, "Select * from tblDossierTypes", {}, [&](Recordset& row) {
         // Own ids came with 1.0.6; until then the key was the type's id.
-        const std::string id =
-            ToText(row.Get(HasField(row, "TypeId") ? "TypeId" : "Id"));
+        const std::string id = ToText(row.Get(HasField(row, "TypeId") ? "TypeId" : "Id"));
         if (!context.Execute("insert into tblDossierTabs (DossierTypeId ,TabDescription ,TabType "
                              ",Order ) VALUES (" +
                              id + ",Dossier,Dossiertype,1)"))
@@ -226,8 +215,8 @@ void CompleteRights(const UpgradeContext& context) {
     if (!types->IsOpen()) return;
     for (const std::string column : {"ShowCabinet", "CreateDossier", "OpenDossier"}) {
         if (HasField(*types, column)) continue;
-        for (const std::string form : {"ADD COLUMN " + column + " MEMO", "ADD " + column + " NTEXT",
-                                       "ADD " + column + " LONGTEXT"})
+        for (const std::string& form : {"ADD COLUMN " + column + " MEMO",
+                                        "ADD " + column + " NTEXT", "ADD " + column + " LONGTEXT"})
             if (context.Execute("ALTER TABLE tblDossierTypes " + form)) break;
     }
 }

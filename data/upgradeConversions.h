@@ -2,29 +2,18 @@
 // Each may be broken off anywhere and run again.
 #pragma once
 
+#include <functional>
+
 #include "data/upgradeSteps.h"
 
 namespace kavidex::data::upgrade {
 
-// Work on many rows belongs together where the engine has transactions; where it has none, each
-// statement stands for itself. Rolled back unless committed.
-class Transaction {
-public:
-    explicit Transaction(const UpgradeContext& context);
-    ~Transaction();
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-    bool Commit(); // false when the database refused and nothing was kept
+// Work on many rows belongs together where the engine has transactions; where it has none, or
+// refuses to keep what was done, each statement stands for itself. `work` may be run twice.
+void InTransaction(const UpgradeContext& context, const std::function<void()>& work);
 
-private:
-    void RollBack();
-
-    const UpgradeContext& lclContext;
-    bool lclOpen = false;
-};
-
-void CreateDossierTabs(const UpgradeContext& context);    // 1.0.1
-void ConvertSettings(const UpgradeContext& context);      // 1.0.6, and all that follow
+void CreateDossierTabs(const UpgradeContext& context); // 1.0.1
+void ConvertSettings(const UpgradeContext& context);   // 1.0.6, and all that follow
 void ConvertRefTabs(const UpgradeContext& context);
 void ConvertDbRelations(const UpgradeContext& context);
 void ConvertCheckListFields(const UpgradeContext& context);
@@ -39,14 +28,14 @@ void ConvertTypes(const UpgradeContext& context);
 void ConvertDocuments(const UpgradeContext& context);
 void ConvertTrees(const UpgradeContext& context);
 void ConvertItems(const UpgradeContext& context);
-void FillRelationIds(const UpgradeContext& context);      // 1.0.7
-void CompleteRights(const UpgradeContext& context);       // 1.0.8
+void FillRelationIds(const UpgradeContext& context); // 1.0.7
+void CompleteRights(const UpgradeContext& context);  // 1.0.8
 void Translations109(const UpgradeContext& context);
 void Translations110(const UpgradeContext& context);
 void Translations111(const UpgradeContext& context);
 void Translations113(const UpgradeContext& context);
 void Translations114(const UpgradeContext& context);
-void FillCheckListGuids(const UpgradeContext& context);   // 1.1.6
-void FillDocumentGuids(const UpgradeContext& context);    // 1.1.7
+void FillCheckListGuids(const UpgradeContext& context); // 1.1.6
+void FillDocumentGuids(const UpgradeContext& context);  // 1.1.7
 
 } // namespace kavidex::data::upgrade

@@ -1,5 +1,5 @@
-// The rows of the upgrade chain. A change is issued in each dialect's form, one after the other; the
-// form that the database knows takes effect, the others are refused without harm.
+// The rows of the upgrade chain. A change is issued in each dialect's form, one after the other;
+// the form that the database knows takes effect, the others are refused without harm.
 #include "data/upgradeSteps.h"
 
 #include <algorithm>
@@ -63,24 +63,35 @@ Statements CreateWithOrder(std::string_view name) {
 Statements UpLink(std::string_view name) {
     using enum schema::ColumnType;
     const Name table(name), plain = table.substr(3), constraint = "Id" + plain;
-    return Together({CreateInAllForms({name, "Id", constraint,
-                                       {{"RefGuid", Text38}, {"RefId", Integer},
-                                        {"ServerRefId", Integer}}}),
-                     {"CREATE INDEX ind" + plain + " on " + table + " (RefGuid, RefId)"}});
+    return Together(
+        {CreateInAllForms({name,
+                           "Id",
+                           constraint,
+                           {{"RefGuid", Text38}, {"RefId", Integer}, {"ServerRefId", Integer}}}),
+         {"CREATE INDEX ind" + plain + " on " + table + " (RefGuid, RefId)"}});
 }
 
 Statements TranslationTable() {
     using enum schema::ColumnType;
-    return CreateInAllForms({"tblTranslations", "Id", "IdTranslations",
-                             {{"strKey", Text255}, {"NL", Text255}, {"UK", Text255},
-                              {"GE", Text255}, {"FR", Text255}}});
+    return CreateInAllForms({"tblTranslations",
+                             "Id",
+                             "IdTranslations",
+                             {{"strKey", Text255},
+                              {"NL", Text255},
+                              {"UK", Text255},
+                              {"GE", Text255},
+                              {"FR", Text255}}});
 }
 
 Statements ExtraInfoTable() {
     using enum schema::ColumnType;
-    return Together({CreateInAllForms({"tblDocExtraInfo", "Id", "IdDocExtraInfo",
-                                       {{"DocId", Integer}, {"SendTo", Text255},
-                                        {"SendFrom", Text255}, {"SendOn", Text255},
+    return Together({CreateInAllForms({"tblDocExtraInfo",
+                                       "Id",
+                                       "IdDocExtraInfo",
+                                       {{"DocId", Integer},
+                                        {"SendTo", Text255},
+                                        {"SendFrom", Text255},
+                                        {"SendOn", Text255},
                                         {"RecievedOn", Text255},
                                         {"NrOfAttatchements", Integer}}}),
                      {"CREATE INDEX indDocExId on tblDocExtraInfo(DocId )"}});
@@ -164,47 +175,77 @@ const std::vector<UpgradeStep>& UpgradeSteps() {
     using namespace upgrade;
     static const std::vector<UpgradeStep> steps = {
         {"0", "1.0.1", true, {{update, "Bezig met aanmaken van tabellen", {}, CreateDossierTabs}}},
-        {"1.0.1", "1.0.2", true,
-         {{update, "Bezig met omvormen van referenties",
+        {"1.0.1",
+         "1.0.2",
+         true,
+         {{update,
+           "Bezig met omvormen van referenties",
            {"ALTER TABLE tblDossierReference ADD COLUMN SaveSettings TEXT(50)"}}}},
-        {"1.0.2", "1.0.3", false,
+        {"1.0.2",
+         "1.0.3",
+         false,
          {{update, "Bezig met aanmaken van tabellen",
            Together({CreateWithOrder("tblCheckListFields"),
                      CreateWithOrder("tblCheckListRefFields")})}}},
-        {"1.0.3", "1.0.4", true,
-         {{update, "Bezig met omvormen van tab's",
+        {"1.0.3",
+         "1.0.4",
+         true,
+         {{update,
+           "Bezig met omvormen van tab's",
            {"ALTER TABLE tblDossierTabs ADD COLUMN AutoCreate TEXT(3)"}}}},
-        {"1.0.4", "1.0.5", true,
+        {"1.0.4",
+         "1.0.5",
+         true,
          {{update, "Bezig met aanmaken van tabellen",
            Together({CreateForAccess("tblScreens"), CreateForAccess("tblScreenSettings")})}}},
         {"1.0.5", "1.0.6", false, Conversion()},
-        {"1.0.6", "1.0.7", false,
+        {"1.0.6",
+         "1.0.7",
+         false,
          {{moving, "Bezig met omvormen van Relaties", {}, FillRelationIds}}},
-        {"1.0.7", "1.0.8", false,
+        {"1.0.7",
+         "1.0.8",
+         false,
          {{update, "Bezig met toevoegen rechten", RightsColumns(), CompleteRights}}},
-        {"1.0.8", "1.0.9", false,
+        {"1.0.8",
+         "1.0.9",
+         false,
          {{update, "Bezig met aanmaken vertaaltabel", TranslationTable()},
           {{}, fillingTexts, {}, Translations109}}},
         {"1.0.9", "1.1.0", false, {{update, fillingTexts, {}, Translations110}}},
-        {"1.1.0", "1.1.1", false,
+        {"1.1.0",
+         "1.1.1",
+         false,
          {{update, fillingTexts, {}, Translations111},
           {{}, "Bezig met aanmaken van indexes", IndexesOf111()}}},
-        {"1.1.1", "1.1.2", false,
+        {"1.1.1",
+         "1.1.2",
+         false,
          {{update, "Aanmaken upload", AddText("tblDossierRefTabs", "TabChanged", 1)}}},
-        {"1.1.2", "1.1.3", false,
+        {"1.1.2",
+         "1.1.3",
+         false,
          {{update, "Aanmaken upload tabellen", UpLinks()},
           {{}, fillingTexts, {}, Translations113}}},
-        {"1.1.3", "1.1.4", false,
+        {"1.1.3",
+         "1.1.4",
+         false,
          {{update, "Bezig met aanmaken van vertalingen", {}, Translations114}}},
         {"1.1.4", "1.1.5", false, {{update, "Toevoegen Id field", GuidColumns()}}},
-        {"1.1.5", "1.1.6", false,
+        {"1.1.5",
+         "1.1.6",
+         false,
          {{"Bezig met bijwerken van checklist", "Toevoegen Id field",
            Together({AddText("tblCheckListRefFields", "clGuid", 38),
                      GuidIndex("indCheckGuid", "tblCheckListRefFields", "clGuid")})},
           {{}, fillingGuids, {}, FillCheckListGuids}}},
-        {"1.1.6", "1.1.7", false,
+        {"1.1.6",
+         "1.1.7",
+         false,
          {{"Bezig met bijwerken van Documenten", fillingGuids, {}, FillDocumentGuids}}},
-        {"1.1.7", "1.1.8", false,
+        {"1.1.7",
+         "1.1.8",
+         false,
          {{"Bezig met aanmaken van Document Extra Info", "Tabel aanmaken", ExtraInfoTable()}}},
     };
     return steps;

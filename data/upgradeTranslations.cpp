@@ -16,9 +16,8 @@ namespace {
 // with `lacking`, those without a German text.
 std::set<std::string> KeysPresent(const UpgradeContext& context, std::set<std::string>* lacking) {
     std::set<std::string> keys;
-    const RecordsetPtr rows =
-        OpenRecordset(context.workstation, "Select strKey,GE from tblTranslations",
-                      context.connection);
+    const RecordsetPtr rows = OpenRecordset(
+        context.workstation, "Select strKey,GE from tblTranslations", context.connection);
     if (!rows->IsOpen()) return keys;
     for (; !rows->Eof(); rows->MoveNext()) {
         std::string key = platform::Trim(ToText(rows->Get("strKey")));
@@ -29,21 +28,20 @@ std::set<std::string> KeysPresent(const UpgradeContext& context, std::set<std::s
 }
 
 std::string InsertOf(const TranslatedText& text, bool allLanguages) {
-    const std::string start = SqlValue(text.key) + "," + SqlValue(text.dutch) + "," +
-                              SqlValue(text.english);
-    if (!allLanguages)
-        return "insert into tblTranslations (strKey,NL,UK) values(" + start + ")";
+    const std::string start =
+        SqlValue(text.key) + "," + SqlValue(text.dutch) + "," + SqlValue(text.english);
+    if (!allLanguages) return "insert into tblTranslations (strKey,NL,UK) values(" + start + ")";
     return "insert into tblTranslations (strKey,NL,UK,GE,FR) values(" + start + "," +
            SqlValue(text.german) + "," + SqlValue(text.french) + ")";
 }
 
 void Insert(const UpgradeContext& context, std::string_view since, bool allLanguages = true) {
     const std::set<std::string> present = KeysPresent(context, nullptr);
-    Transaction transaction(context);
-    for (const TranslatedText& text : Translations())
-        if (text.since == since && !present.count(platform::Trim(text.key)))
-            context.Execute(InsertOf(text, allLanguages));
-    transaction.Commit();
+    InTransaction(context, [&] {
+        for (const TranslatedText& text : Translations())
+            if (text.since == since && !present.count(platform::Trim(text.key)))
+                context.Execute(InsertOf(text, allLanguages));
+    });
 }
 
 } // namespace
@@ -58,13 +56,13 @@ void Translations114(const UpgradeContext& context) {
     Insert(context, "1.1.4");
     std::set<std::string> lacking;
     KeysPresent(context, &lacking);
-    Transaction transaction(context);
-    for (const TranslatedText& text : Translations())
-        if (lacking.count(platform::Trim(text.key)))
-            context.Execute("update tblTranslations set GE = " + SqlValue(text.german) +
-                            ", FR = " + SqlValue(text.french) +
-                            " where strKey = " + SqlValue(text.key));
-    transaction.Commit();
+    InTransaction(context, [&] {
+        for (const TranslatedText& text : Translations())
+            if (lacking.count(platform::Trim(text.key)))
+                context.Execute("update tblTranslations set GE = " + SqlValue(text.german) +
+                                ", FR = " + SqlValue(text.french) +
+                                " where strKey = " + SqlValue(text.key));
+    });
 }
 
 } // namespace kavidex::data::upgrade
