@@ -10,7 +10,8 @@
 //
 // A function is a member of the face or of the object that the face's Logic() gives, or a captureless
 // lambda or free function whose first parameter is one of the two. Parameters are the types that have
-// a Convert, std::optional of those (left out by the caller: nullopt), and ByRef of those.
+// a Convert, std::optional of those (left out by the caller: nullopt), and ByRef of those, optional
+// or not.
 #pragma once
 
 #include <windows.h>
@@ -149,6 +150,25 @@ public:
 private:
     VARIANT* lclArgument;
     ByRef<T> lclValue;
+};
+
+// Left out by the caller: a value that nobody looks at.
+template <class T>
+class Holder<std::optional<ByRef<T>>> {
+public:
+    explicit Holder(VARIANT* argument) : lclArgument(argument) {
+        if (argument) lclValue = ByRef<T>{Convert<T>::From(Variant(*argument))};
+    }
+    std::optional<ByRef<T>>& Value() { return lclValue; }
+    void Finish() {
+        if (lclArgument) platform::win32::StoreByRef(*lclArgument, Convert<T>::To(lclValue->value));
+    }
+
+    static constexpr Parameter description{VT_BYREF | VT_VARIANT, true};
+
+private:
+    VARIANT* lclArgument;
+    std::optional<ByRef<T>> lclValue;
 };
 
 template <class Wanted, class Face>
