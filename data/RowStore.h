@@ -12,7 +12,7 @@ namespace kavidex::data {
 
 class RowStore {
 public:
-    enum class Kind : std::uint32_t { Null, Bool, Integer, Double, Text, Binary };
+    enum class Kind : std::uint32_t { Null, Bool, Integer, Double, Text, Bytes };
 
     struct Cell {
         Kind kind = Kind::Null;

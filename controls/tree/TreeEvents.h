@@ -29,7 +29,8 @@ struct DropData {
 struct DropEvent {
     const DropData& data;
     std::int32_t& effect;    // what the host makes of it, for the source
-    std::int32_t targetId;   // 0: on no node
+    std::int32_t targetId;   // the folder that takes it: under the cursor, around the document there,
+                             // or the root; 0 while there is no tree
     bool fromMail;           // counts as mail dragged from the mail program
 };
 

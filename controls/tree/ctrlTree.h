@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -178,9 +179,13 @@ public:
     void NodeSelected(std::int32_t id);
     void NodeActivated(std::int32_t id); // double click or Enter
     void NodeChecked(std::int32_t id, bool checked);
+    bool HasCollected() const { return !lclCollected.empty(); }
     void NodeToggled(std::int32_t id);   // taken into or out of the collected selection
-    bool IsCollected(std::int32_t id) const { return lclCollected.contains(id); }
+    bool IsCollected(std::int32_t id) const {
+        return !lclCollected.empty() && lclCollected.contains(id);
+    }
     bool CanEditLabel(std::int32_t id) const;
+    std::string EditText(std::int32_t id) const; // what the label's editor starts with
     bool LabelEdited(std::int32_t id, std::string_view text); // false: the old text stays
     std::string ToolTip(std::int32_t id) const;
     // At a screen point, over a node or over empty space.
@@ -189,10 +194,19 @@ public:
     bool CommandKey(int key, bool control, bool shift);
 
     bool BeginDrag(std::int32_t id); // whether a drag of the item (or the collected ones) may start
+    const std::string& DropString() const { return lclState.DropString; } // what a drag carries
     std::int32_t DragOver(DragState state, const DropData& data, std::int32_t targetId);
     std::int32_t Dropped(const DropData& data, std::int32_t targetId);
     void CompleteDrag();
     void HoverExpanded(std::int32_t id);
+
+    // For drawing without a window.
+    struct DrawnRow {
+        int depth;
+        std::string imageKey, text; // the key of a picture, or a file extension
+    };
+    std::string StatusText() const;
+    std::vector<DrawnRow> FirstRows(int count) const; // the root and its children
 
     // The menu as it would open over the node; ContextMenu shows it.
     PopupMenu PrepareMenu(std::optional<std::int32_t> id);
@@ -202,17 +216,69 @@ private:
     struct Node {
         ItemPtr item;
         std::int32_t parent = 0; // 0: a root
-        NodeHandle handle = 0;   // 0: there is no window
+        NodeHandle handle = 0;   // 0: not shown, or there is no window
+        bool shown = false;
     };
     struct IconEntry {
         std::string lclType, lclIconName;
         int image = -1;
     };
+    struct Images {
+        int closed = -1, open = -1;
+    };
 
+    using Row = Property<TreeProperties>;
     template <class Type>
-    void Change(Type TreeProperties::*member, const Type& value);
-    void Report(std::string_view name);
-    void TakeEffect(const void* member);
+    void Change(Type TreeProperties::*member, const Type& value) {
+        if (!Assign(lclState, member, value)) return;
+        const auto* row = FindProperty(TreePropertyTable(), member);
+        if (row) PropertyChanged.Raise(row->ReportedAs());
+        TakeEffect(Row::Member(member));
+    }
+    void TakeEffect(const Row::Member& member);
+    void ShowAppearance();
+    void ShowStatusText();
+
+    std::string Text(std::string_view text, const std::vector<std::string>& values = {}) const;
+    // Runs one public operation: its error is shown as "Error in " and the routine's name.
+    bool Guarded(std::string_view routine, const std::function<void()>& work) const;
+    void ShowError(std::string_view caption, const std::exception& error) const;
+
+    ItemPtr Root() const; // null while no tree is loaded
+    void LoadTree();
+    void Fill();
+    void FillFrom(const ItemPtr& top, std::int32_t parentId);
+    std::vector<ItemPtr> Children(const model::clsItem& item) const; // in the order of the view
+    // One item and all below it, parents first.
+    void Walk(const ItemPtr& top, std::int32_t parentId,
+              const std::function<void(const ItemPtr&, std::int32_t parentId)>& visit) const;
+    bool IsShown(const model::clsItem& item) const;
+    void fncItemToTreeView(const ItemPtr& item, std::int32_t parentId);
+    Images fncSetIcon(std::string_view itemType);
+    const IconEntry& FileIcon(const std::string& type);
+    NodeHandle HandleOf(std::int32_t id) const;
+    std::string NodeText(const model::clsItem& item) const;
+    void UpdateText(std::int32_t id);
+    void Forget(std::int32_t id); // the item's node and all below it
+
+    TreeItemInfo Info(std::int32_t id) const;
+    bool SelectNode(std::int32_t id, bool raise);
+    bool StepToDocument(int step);
+    std::int32_t FolderAt(std::int32_t id) const; // itself, or the folder around it; the root for 0
+    bool IsWithin(std::int32_t id, std::int32_t ancestor) const;
+    std::vector<std::int32_t> SelectedIds() const;
+
+    void CreateInsertItem(int entry);
+    ItemPtr CreateNote(std::string_view name, std::int32_t folder);
+    bool AcceptsType(std::string_view type) const;
+    std::int32_t fncDeleteSingleItem(std::int32_t id); // the node to select next
+    std::int32_t NextSelection(std::int32_t id) const;
+    void MoveItems(const std::vector<std::int32_t>& ids, std::int32_t target);
+    bool MayChange(std::int32_t id) const;
+    bool MayMove(std::int32_t id, std::int32_t target) const;
+    void ToggleOption(const TreeOption& option);
+    void Cut();
+    void Paste();
 
     const platform::Workstation& lclWorkstation;
     TreeProperties lclState;
@@ -227,8 +293,10 @@ private:
     std::unordered_map<std::int32_t, Node> lclNodes;
     std::unordered_set<std::int32_t> lclCollected;
     std::vector<std::int32_t> lclCollectedOrder;
+    std::vector<std::int32_t> lclCut; // what "Plakken" moves
     std::int32_t lclSelected = 0;
     std::vector<IconEntry> lclIcons;
+    std::int32_t lclFillErrors = 0;
 };
 
 } // namespace kavidex::controls

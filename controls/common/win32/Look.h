@@ -1,0 +1,22 @@
+// Fonts, scale and colours as this workstation has them.
+#pragma once
+
+#include <optional>
+
+#include <windows.h>
+
+#include "controls/common/Appearance.h"
+
+namespace kavidex::controls::win32 {
+
+int DpiOf(HWND window); // of its monitor where Windows knows, else of the system
+inline int Scaled(int units, int dpi) { return MulDiv(units, dpi, 96); }
+
+// The caller deletes it. Without a face: the system's message font.
+HFONT MakeFont(const std::optional<FontFace>& face, int dpi);
+
+bool HighContrast();
+// An OLE colour, where the high bit names a system colour.
+COLORREF ColourOf(std::uint32_t oleColour);
+
+} // namespace kavidex::controls::win32

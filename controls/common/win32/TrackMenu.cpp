@@ -1,0 +1,42 @@
+#include "controls/common/win32/TrackMenu.h"
+
+#include <vector>
+
+#include "platform/text.h"
+#include "platform/win32/Variant.h"
+
+namespace kavidex::controls::win32 {
+
+std::optional<std::size_t> TrackMenu(HWND owner, const PopupMenu& menu, int x, int y) {
+    std::vector<HMENU> levels{CreatePopupMenu()};
+    for (std::size_t i = 0; i < menu.size(); ++i) {
+        const auto& entry = menu[i];
+        while (static_cast<int>(levels.size()) > entry.depth + 1) levels.pop_back();
+        const bool owns = i + 1 < menu.size() && menu[i + 1].depth > entry.depth;
+        if (entry.IsSeparator()) {
+            AppendMenuW(levels.back(), MF_SEPARATOR, 0, nullptr);
+            continue;
+        }
+        // An ampersand in a name is no mnemonic.
+        const auto caption =
+            platform::win32::ToWide(platform::Replace(entry.caption, "&", "&&"));
+        UINT flags = MF_STRING | (entry.enabled ? MF_ENABLED : MF_GRAYED) |
+                     (entry.checked ? MF_CHECKED : MF_UNCHECKED);
+        UINT_PTR id = i + 1;
+        if (owns) {
+            const HMENU below = CreatePopupMenu();
+            AppendMenuW(levels.back(), flags | MF_POPUP, reinterpret_cast<UINT_PTR>(below),
+                        caption.c_str());
+            levels.push_back(below);
+        } else {
+            AppendMenuW(levels.back(), flags, id, caption.c_str());
+        }
+    }
+    const HMENU top = levels.front();
+    const int chosen = TrackPopupMenuEx(top, TPM_RETURNCMD | TPM_RIGHTBUTTON, x, y, owner, nullptr);
+    DestroyMenu(top); // and the menus below it
+    if (chosen <= 0) return std::nullopt;
+    return static_cast<std::size_t>(chosen) - 1;
+}
+
+} // namespace kavidex::controls::win32

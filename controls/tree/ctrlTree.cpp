@@ -1,0 +1,136 @@
+#include "controls/tree/ctrlTree.h"
+
+#include "model/clsItem.h"
+#include "model/clsTree.h"
+#include "platform/Error.h"
+#include "platform/General.h"
+#include "platform/Log.h"
+#include "platform/Messages.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+ctrlTree::ctrlTree(const platform::Workstation& workstation) : lclWorkstation(workstation) {
+    for (const auto& option : TreeOptionTable())
+        lclState.*option.member = platform::GetRegFlag(workstation, option.section, option.key);
+    lclState.NameForInsert = "Nieuwe map;Nieuwe notitie";
+}
+
+ctrlTree::~ctrlTree() = default;
+
+void ctrlTree::TakeEffect(const Row::Member& member) {
+    using P = TreeProperties;
+    const auto is = [&](auto wanted) { return member == Row::Member(wanted); };
+    if (is(&P::OrderByName) || is(&P::FoldersAndDocs) || is(&P::ShowDeleted))
+        Refresh();
+    else if (is(&P::ShowParentsOnly) || is(&P::ShowParentsOnlyTypes))
+        Fill();
+    else if (is(&P::ShowNumberOfChildren))
+        for (const auto& [id, node] : lclNodes) UpdateText(id);
+    else if (is(&P::FullExpand) && lclState.FullExpand && lclWindow)
+        lclWindow->ExpandAll(true);
+    else if (is(&P::Description) && lclTree && lclState.TreeId > 0)
+        Guarded("ctrlTree", [&] { lclTree->SetDescription(lclState.Description); });
+    else if (is(&P::BackColor) || is(&P::ForeColor) || is(&P::Enabled) || is(&P::BorderStyle) ||
+             is(&P::SelectItems))
+        ShowAppearance();
+}
+
+void ctrlTree::SetTreeId(std::int32_t id) {
+    const bool changed = Assign(lclState, &TreeProperties::TreeId, id);
+    LoadTree();
+    if (changed) PropertyChanged.Raise("TreeId");
+}
+
+void ctrlTree::SetDbConnection(data::ConnectionPtr connection) {
+    if (connection == lclConnection) return;
+    lclConnection = std::move(connection);
+    LoadTree();
+}
+
+void ctrlTree::SetUserAuth(std::shared_ptr<model::clsUserAuth> rights) {
+    lclUserAuth = std::move(rights);
+}
+
+void ctrlTree::SetTranslate(std::shared_ptr<Translator> translator) {
+    // Names that nobody chose follow the language; those of the host stay.
+    const auto names = [&] { return Text("Nieuwe map") + ";" + Text("Nieuwe notitie"); };
+    const bool ours = lclState.NameForInsert == names();
+    lclTranslator = std::move(translator);
+    if (ours) lclState.NameForInsert = names();
+    ShowStatusText();
+}
+
+void ctrlTree::SetFont(std::optional<FontFace> font) {
+    lclFont = std::move(font);
+    ShowAppearance();
+}
+
+void ctrlTree::LoadProperties(PropertyBag& bag) {
+    controls::LoadProperties(TreePropertyTable(), lclState, bag);
+    ShowAppearance();
+    LoadTree();
+}
+
+void ctrlTree::SaveProperties(PropertyBag& bag) const {
+    controls::SaveProperties(TreePropertyTable(), lclState, bag);
+}
+
+void ctrlTree::AttachWindow(TreeWindow* window) {
+    lclWindow = window;
+    lclIcons.clear(); // their pictures belong to the window
+    for (auto& [id, node] : lclNodes) node.handle = 0;
+    if (!window) return;
+    ShowAppearance();
+    ShowStatusText();
+    window->ShowStatusBar(lclShowStatusBar);
+    Fill();
+}
+
+void ctrlTree::ShowAppearance() {
+    if (!lclWindow) return;
+    lclWindow->SetColours(static_cast<std::uint32_t>(lclState.BackColor),
+                          static_cast<std::uint32_t>(lclState.ForeColor));
+    lclWindow->SetFont(lclFont);
+    lclWindow->SetEnabled(lclState.Enabled);
+    lclWindow->SetBorder(lclState.BorderStyle != 0);
+    lclWindow->SetCheckBoxes(lclState.SelectItems);
+}
+
+std::string ctrlTree::StatusText() const { return Text("Dossier met aanwezige documenten"); }
+
+void ctrlTree::ShowStatusText() {
+    if (lclWindow) lclWindow->SetStatusText(StatusText());
+}
+
+void ctrlTree::fncShowStatusBar(bool show) {
+    lclShowStatusBar = show;
+    if (lclWindow) lclWindow->ShowStatusBar(show);
+}
+
+std::string ctrlTree::Text(std::string_view text, const std::vector<std::string>& values) const {
+    return lclTranslator ? lclTranslator->Translate(text, values)
+                         : platform::FillPlaceholders(text, values);
+}
+
+bool ctrlTree::Guarded(std::string_view routine, const std::function<void()>& work) const {
+    try {
+        work();
+        return true;
+    } catch (const std::exception& error) {
+        ShowError("Error in " + std::string(routine), error);
+        return false;
+    }
+}
+
+void ctrlTree::ShowError(std::string_view caption, const std::exception& error) const {
+    std::string text = error.what();
+    if (const auto* ours = dynamic_cast<const platform::Error*>(&error))
+        text = std::to_string(ours->Number()) + " " + text;
+    lclWorkstation.log.Write(caption, text);
+    lclWorkstation.messages.Show({text, std::string(caption), platform::Buttons::Ok,
+                                  platform::Icon::Critical});
+}
+
+} // namespace kavidex::controls

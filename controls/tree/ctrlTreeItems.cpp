@@ -1,0 +1,243 @@
+// Creating, renaming, moving and deleting items.
+#include <algorithm>
+
+#include "controls/tree/DefaultTabs.h"
+#include "controls/tree/ctrlTree.h"
+#include "model/clsDocument.h"
+#include "model/clsItem.h"
+#include "model/clsItemCol.h"
+#include "model/clsTree.h"
+#include "platform/Clock.h"
+#include "platform/Error.h"
+#include "platform/Log.h"
+#include "platform/User.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+bool ctrlTree::CreateNew(std::string_view description, std::string_view listOfDefaultTabs) {
+    bool created = false;
+    Guarded("CreateNew", [&] {
+        if (!lclConnection) return;
+        auto tree = std::make_shared<model::clsTree>(lclWorkstation);
+        tree->SetOrderByName(lclState.OrderByName);
+        tree->SetSortFoldersAndDocs(lclState.FoldersAndDocs);
+        tree->SetDbConnection(lclConnection);
+        tree->SetDescription(description);
+        tree->SetNewEnabled(lclState.NewEnabled);
+        tree->SetDeleteEnabled(lclState.DeleteEnabled);
+        tree->SetUpdateEnabled(lclState.UpdateEnabled);
+        if (!tree->CreateNew()) return;
+        lclTree = std::move(tree);
+        lclState.Description = description;
+        lclState.TreeId = lclTree->TreeId();
+        PropertyChanged.Raise("TreeId");
+        Fill();
+        created = true;
+        if (const auto root = Root()) fncGetAndCreateTabs(listOfDefaultTabs, root->Id());
+    });
+    return created;
+}
+
+std::int32_t ctrlTree::fncGetAndCreateTabs(std::string_view listOfTabs, std::int32_t parentId) {
+    std::int32_t made = 0;
+    const bool done = Guarded("fncGetAndCreateTabs", [&] {
+        for (const auto& name : DefaultTabs(listOfTabs, lclConnection.get(), lclWorkstation)) {
+            const auto parent = GetNode(parentId);
+            const auto siblings = parent ? parent->ChildCollection() : nullptr;
+            const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
+            if (AddTab(FillTokens(name, lclWorkstation.clock.Now(), number), parentId)) ++made;
+        }
+    });
+    return done ? made : -1;
+}
+
+ItemPtr ctrlTree::AddTab(std::string_view description, std::int32_t parentId) {
+    return Add(0, "tab", nullptr, 0, description, parentId);
+}
+
+ItemPtr ctrlTree::Add(std::int32_t id, std::string_view type,
+                      const std::shared_ptr<model::clsItemCol>& children, std::int32_t itemId,
+                      std::string_view description, std::int32_t parentId) {
+    ItemPtr item;
+    Guarded("Add", [&] {
+        const auto parent = parentId != 0 ? parentId : FolderAt(lclSelected);
+        if (!lclTree || parent == 0) return;
+        
+        item = lclTree->AddChildItem(id, type, children, itemId, description, parent);
+        if (item) AddItem(item, parent, false);
+    });
+    return item;
+}
+
+void ctrlTree::AddItem(const ItemPtr& item, std::int32_t parentId, bool select) {
+    if (!item) return;
+    FillFrom(item, parentId);
+    UpdateText(parentId);
+    if (!select) return;
+    const auto info = Info(item->Id());
+    EvItemCreated.Raise(info);
+    ClearSelectedItems();
+    SelectNode(item->Id(), true);
+}
+
+bool ctrlTree::AcceptsType(std::string_view type) const {
+    const auto wanted = platform::LowerCase(platform::TrimView(type));
+    if (wanted == "tab" && !lclState.AllowCreateFolders) return false;
+    const auto types = platform::Split(platform::LowerCase(lclState.AllowedTypes), ';');
+    return std::all_of(types.begin(), types.end(),
+                       [](const auto& one) { return platform::TrimView(one).empty(); }) ||
+           std::any_of(types.begin(), types.end(),
+                       [&](const auto& one) { return platform::TrimView(one) == wanted; });
+}
+
+void ctrlTree::CreateInsertItem(int entry) {
+    Guarded("ctrlTree", [&] {
+        const auto names = platform::Split(lclState.NameForInsert, ';');
+        const auto types = platform::Split(lclState.TypeForInsert, ';');
+        const auto position = static_cast<std::size_t>(entry);
+        const auto folder = FolderAt(lclSelected);
+        if (position >= names.size() || position >= types.size() || folder == 0) return;
+        const auto& name = names[position];
+        const auto& type = types[position];
+        const bool note = platform::EqualNoCase(platform::TrimView(type), "nnt");
+        const auto item = note ? CreateNote(name, folder)
+                               : lclTree->AddChildItem(0, type, nullptr, 0, name, folder);
+        if (!item) return;
+        AddItem(item, folder, true);
+        if (!note && lclWindow && lclSelected == item->Id() && CanEditLabel(item->Id()))
+            lclWindow->EditLabel(HandleOf(item->Id()));
+    });
+}
+
+ItemPtr ctrlTree::CreateNote(std::string_view name, std::int32_t folder) {
+    const auto now = lclWorkstation.clock.Now();
+    const auto time = platform::TimeNumber(now);
+    const auto description = std::string(name) + " " + platform::DayFirst(now) + " " +
+                             time.substr(0, 2) + ":" + time.substr(2, 2);
+    model::clsDocument document(lclWorkstation);
+    document.SetDatabaseObject(lclConnection);
+    document.SetDocType("nnt");
+    document.SetDescription(description);
+    document.SetInsertedBy(lclWorkstation.user.Name());
+    document.SetInsertDate(platform::DateNumber(now));
+    document.SetInsertTime(time);
+    if (!document.SaveNewRow()) return nullptr; // the document has told the user why
+    return lclTree->AddChildItem(0, "nnt", nullptr, document.DocId(), description, folder);
+}
+
+bool ctrlTree::MayChange(std::int32_t id) const {
+    return lclState.UpdateEnabled && !lclState.ReadOnly && id > 0 && lclNodes.contains(id);
+}
+
+bool ctrlTree::CanEditLabel(std::int32_t id) const { return MayChange(id); }
+
+std::string ctrlTree::EditText(std::int32_t id) const {
+    const auto item = GetNode(id);
+    return item ? item->Description() : std::string();
+}
+
+bool ctrlTree::LabelEdited(std::int32_t id, std::string_view text) {
+    return CanEditLabel(id) && !platform::TrimView(text).empty() && RenameItem(id, text);
+}
+
+bool ctrlTree::RenameItem(std::int32_t id, std::string_view description) {
+    const auto item = GetNode(id);
+    if (!item) return false;
+    const std::string old = item->Description();
+    if (old == description) return true;
+    return Guarded("ctrlTree", [&] {
+        item->SetDescription(description);
+        UpdateText(id);
+        const auto info = Info(id);
+        EvItemRenamed.Raise(info, old);
+    });
+}
+
+bool ctrlTree::DeleteItem(std::int32_t id) {
+    const auto ids = id != 0 ? std::vector<std::int32_t>{id} : SelectedIds();
+    std::int32_t next = 0;
+    bool deleted = false;
+    for (const auto one : ids) {
+        // An item below one that was deleted before it is gone already.
+        const auto found = lclNodes.find(one);
+        if (found == lclNodes.end() || found->second.parent == 0) continue;
+        try {
+            next = fncDeleteSingleItem(one);
+            deleted = true;
+        } catch (const std::exception& error) {
+            ShowError("Error fncDeleteSingleItem", error);
+        }
+    }
+    if (deleted) SelectNode(next, true);
+    return deleted;
+}
+
+std::int32_t ctrlTree::NextSelection(std::int32_t id) const {
+    const auto parent = GetParent(id);
+    std::int32_t before = 0;
+    bool passed = false;
+    for (const auto& sibling : Children(*parent)) {
+        const auto found = lclNodes.find(sibling->Id());
+        if (sibling->Id() == id)
+            passed = true;
+        else if (found == lclNodes.end() || !found->second.shown)
+            continue;
+        else if (passed)
+            return sibling->Id();
+        else
+            before = sibling->Id();
+    }
+    return before != 0 ? before : parent->Id();
+}
+
+std::int32_t ctrlTree::fncDeleteSingleItem(std::int32_t id) {
+    const auto item = GetNode(id);
+    const auto parent = GetParent(id);
+    const auto info = Info(id);
+    const auto next = NextSelection(id);
+    auto doomed = item; // the model clears the reference that it is given
+    if (!lclTree->DeleteItem(doomed, id))
+        throw platform::Error(platform::errors::fail, "Item " + std::to_string(id) + " was kept");
+    if (const auto siblings = parent->ChildCollection()) siblings->Remove(id);
+    EvItemDelete.Raise(info);
+    if (lclWindow && next == parent->Id() && HandleOf(next))
+        lclWindow->Expand(HandleOf(next), false);
+    if (IsWithin(lclSelected, id)) lclSelected = 0;
+    Forget(id);
+    UpdateText(parent->Id());
+    return next;
+}
+
+bool ctrlTree::MayMove(std::int32_t id, std::int32_t target) const {
+    const auto folder = GetNode(target);
+    const auto found = lclNodes.find(id);
+    return folder && folder->AllowChildren() && target > 0 && MayChange(id) &&
+           found->second.parent != 0 && found->second.parent != target && !IsWithin(target, id);
+}
+
+ItemPtr ctrlTree::MoveItem(std::int32_t id, std::int32_t newParentId) {
+    const auto found = lclNodes.find(id);
+    if (!lclTree || found == lclNodes.end() || IsWithin(newParentId, id)) return nullptr;
+    ItemPtr moved;
+    Guarded("ctrlTree", [&] {
+        const auto oldParent = found->second.parent;
+        moved = lclTree->MoveItem(id, newParentId, oldParent);
+        if (!moved) return;
+        const auto selected = lclSelected;
+        Forget(id);
+        FillFrom(moved, newParentId);
+        UpdateText(oldParent);
+        UpdateText(newParentId);
+        if (IsWithin(selected, id)) SelectNode(selected, false);
+    });
+    return moved;
+}
+
+void ctrlTree::MoveItems(const std::vector<std::int32_t>& ids, std::int32_t target) {
+    for (const auto id : ids)
+        if (MayMove(id, target)) MoveItem(id, target);
+}
+
+} // namespace kavidex::controls

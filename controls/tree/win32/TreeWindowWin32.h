@@ -1,0 +1,115 @@
+// The tree control's window: a status label above a native tree.
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "controls/common/win32/ControlWindow.h"
+#include "controls/tree/TreeWindow.h"
+#include "controls/tree/win32/TreeDrop.h"
+#include "controls/tree/win32/TreeImages.h"
+
+namespace kavidex::platform {
+struct Workstation;
+}
+namespace kavidex::controls {
+class ctrlTree;
+}
+
+namespace kavidex::controls::win32 {
+
+class TreeWindowWin32 final : public ControlWindow, public TreeWindow, private DropReceiver {
+public:
+    TreeWindowWin32(ctrlTree& logic, const platform::Workstation& workstation)
+        : lclLogic(logic), lclWorkstation(workstation) {}
+    ~TreeWindowWin32() override { Destroy(); }
+
+    HWND Create(HWND parent, const RECT& place) override;
+    void Destroy() override;
+    HWND Handle() const override { return lclWindow; }
+    void Place(const RECT& place) override;
+    void TakeFocus() override;
+    bool TranslateKey(const MSG& message) override;
+    void Draw(HDC device, const RECT& place) const override;
+    bool HasFocus() const override;
+
+    void SetRedraw(bool redraw) override;
+    void Clear() override;
+    NodeHandle AddNode(NodeHandle parent, const TreeNode& node) override;
+    void Remove(NodeHandle node) override;
+    void SetText(NodeHandle node, std::string_view text) override;
+    void SetImages(NodeHandle node, int image, int expandedImage) override;
+    void Select(NodeHandle node) override;
+    NodeHandle Selected() const override;
+    void EnsureVisible(NodeHandle node) override;
+    void Expand(NodeHandle node, bool expand) override;
+    void ExpandAll(bool expand) override;
+    bool IsExpanded(NodeHandle node) const override;
+    void SetCheckBoxes(bool show) override;
+    void SetChecked(NodeHandle node, bool checked) override;
+    void Repaint(NodeHandle node) override;
+    void EditLabel(NodeHandle node) override;
+    void SetDropTarget(NodeHandle node) override;
+    int Image(std::string_view key) override { return lclImages.Index(key); }
+    bool AddFileIcon(std::string_view extension, std::string_view key) override {
+        return lclImages.AddFileIcon(extension, key);
+    }
+    void SetStatusText(std::string_view text) override;
+    void ShowStatusBar(bool show) override;
+    void SetColours(std::uint32_t back, std::uint32_t fore) override;
+    void SetFont(const std::optional<FontFace>& font) override;
+    void SetEnabled(bool enabled) override;
+    void SetBorder(bool border) override;
+    std::optional<std::size_t> ShowMenu(const PopupMenu& menu, int x, int y) override;
+    bool ClipboardHasFiles() override;
+    bool HasTopWindow(std::string_view title) override;
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l);
+    static LRESULT CALLBACK TreeProcedure(HWND window, UINT message, WPARAM w, LPARAM l,
+                                          UINT_PTR id, DWORD_PTR self);
+    LRESULT Handle(UINT message, WPARAM w, LPARAM l);
+    LRESULT HandleTree(UINT message, WPARAM w, LPARAM l);
+    LRESULT Notified(NMHDR& header);
+    LRESULT CustomDraw(NMTVCUSTOMDRAW& draw) const;
+    bool BeginLabelEdit(const NMTVDISPINFOW& info);
+    void EndLabelEdit(const NMTVDISPINFOW& info);
+    void ClickedAt(bool doubleClick);
+    void ReportCheck(HTREEITEM item);
+    void OpenContextMenu(LPARAM position);
+    void MouseEvent(UINT message, WPARAM w, LPARAM l);
+
+    bool CreateChildren();
+    void Layout();
+    void BuildLook();
+    void ShowExpandedImage(HTREEITEM item, bool expanded);
+    HTREEITEM HitTest(POINT screen, UINT* flags = nullptr) const;
+    std::int32_t IdOf(HTREEITEM item) const; // 0: none
+
+    std::int32_t DragMoved(DragState state, const DropData& data, POINT point) override;
+    std::int32_t DragDropped(const DropData& data, POINT point) override;
+    void DragTimer(UINT_PTR timer);
+    void StopDragTimers();
+
+    ctrlTree& lclLogic;
+    const platform::Workstation& lclWorkstation;
+    HWND lclWindow = nullptr, lclTree = nullptr, lclLabel = nullptr;
+    HFONT lclFont = nullptr;
+    int lclDpi = 96;
+    TreeImages lclImages;
+    std::vector<std::pair<int, int>> lclPairs; // closed and open images that differ
+    std::optional<FontFace> lclFace;
+    std::uint32_t lclBack = 0, lclFore = 0;
+    int lclQuiet = 0; // above 0: what the tree tells is our own doing
+    bool lclStatusBar = true, lclCheckBoxes = false, lclOleReady = false;
+    TreeDropTarget* lclDropTarget = nullptr;
+    HTREEITEM lclHovered = nullptr;
+    POINT lclDragPoint{};
+};
+
+} // namespace kavidex::controls::win32
