@@ -79,6 +79,8 @@ protected:
     const platform::Workstation& Machine() const { return lclWorkstation; }
 
 private:
+    void MoveQuietly(void (data::Recordset::*move)());
+
     const platform::Workstation& lclWorkstation;
     data::ConnectionPtr lclConnection;
     data::RecordsetPtr lclRecordset;

@@ -85,9 +85,16 @@ public:
     // Where this document's file belongs; the folder of the day is made, no file is written.
     bool CreateEmptyDoc(std::string& path);
 
-    // base\InsertDate\DocType\DocId.DocType; the type folder is made when `createFolders`. Throws
-    // platform::Error when it cannot be made.
-    std::string StorePath(bool createFolders);
+    // What SaveNewRow and AddDocument do, for callers that tell failures their own way: these
+    // throw. CopyIn gives the file's path in the store.
+    void InsertNewRow();
+    std::string CopyIn(std::string_view source, bool failIfExists);
+    // Takes back what InsertNewRow wrote, for a document that could not be completed. Throws.
+    void RemoveNewRow();
+
+    // base\InsertDate\DocType\DocId.DocType; the type folder is made when it is missing and the
+    // base is known. Throws platform::Error when it cannot be made.
+    std::string StorePath() { return PathOf(lclDocId); }
 
 protected:
     std::string SelectStatement() const override;
@@ -97,10 +104,11 @@ private:
     struct ExtraSizes {
         std::int64_t from = 0, to = 0, sendOn = 0, recievedOn = 0, attachments = 0;
     };
-    std::string BaseFolder();
-    std::string PathOf(std::int32_t id, bool createFolders);
+    std::string BaseFolder() const;
+    std::string PathOf(std::int32_t id) const;
     void LoadExtraInfo();
     void InsertExtraInfo();
+    std::int32_t ExtraInfoId();
 
     std::string lclCriteria, lclBaseSaveDirectory;
     std::int32_t lclId = 0, lclDocId = 0;
@@ -109,7 +117,10 @@ private:
     bool lclReadOnly = false;
     std::string lclRecievedFrom, lclSendTo, lclSendOn, lclRecievedOn;
     std::int32_t lclNumberOfAttatchements = 0;
-    std::int32_t lclExtraInfoId = 0; // the document's row in tblDocExtraInfo, 0 when unknown
+    // The extra information's row, kept for update and deletion: of which document, and its key
+    // (0 when there is none, -1 when this object wrote it and its key is still to be read).
+    std::int32_t lclExtraInfoOf = 0, lclExtraInfoId = 0;
+    std::string lclGuid; // of the row that this object inserted
     ExtraSizes lclExtraSizes;
     bool lclAllreadyExists = false;
 };

@@ -1,0 +1,97 @@
+#include "model/Store.h"
+
+#include "data/Error.h"
+#include "data/modData.h"
+#include "platform/Workstation.h"
+#include "platform/modCreateGuid.h"
+#include "platform/text.h"
+
+namespace kavidex::model {
+namespace {
+
+std::string DoubleBackslashes(std::string_view statement) {
+    return platform::Replace(statement, "\\", "\\\\");
+}
+
+} // namespace
+
+Store::Store(data::ConnectionPtr connection)
+    : lclConnection(std::move(connection)), lclMySql(data::IsMySqlConnection(lclConnection)) {
+    if (!lclConnection)
+        throw data::Error(data::errors::objectClosed, "There is no connection.", "Kavidex");
+}
+
+data::RecordsetPtr Store::Read(std::string_view statement) const {
+    data::Command command;
+    command.text = lclMySql ? DoubleBackslashes(statement) : std::string(statement);
+    data::RecordsetPtr rows = lclConnection->Open(command);
+    if (!rows || !rows->IsOpen())
+        throw data::Error(data::errors::objectClosed, "The statement gave no rows.", "Kavidex",
+                          command.text);
+    return rows;
+}
+
+void Store::Write(std::string_view statement) const {
+    if (lclMySql && statement.find('\\') != std::string_view::npos)
+        lclConnection->Execute(DoubleBackslashes(DoubleBackslashes(statement)));
+    else
+        lclConnection->Execute(statement);
+}
+
+Transaction::Transaction(const Store& store) {
+    try {
+        store.Connection()->BeginTrans();
+        lclConnection = store.Connection();
+    } catch (const std::exception&) {
+        // An engine that has none: each statement then stands for itself.
+    }
+}
+
+Transaction::~Transaction() {
+    if (!lclConnection) return;
+    try {
+        lclConnection->RollbackTrans();
+    } catch (const std::exception&) {
+        // The connection is gone, and what it had not committed with it.
+    }
+}
+
+void Transaction::Commit() {
+    if (!lclConnection) return;
+    lclConnection->CommitTrans();
+    lclConnection = nullptr;
+}
+
+std::int32_t InsertRow(const Store& store, const NewRow& row,
+                       const std::function<void(data::Recordset&, std::int32_t)>& complete) {
+    Transaction transaction(store);
+    store.Write(row.insert);
+    const data::RecordsetPtr rows = store.Read(row.find);
+    if (rows->Eof())
+        throw data::Error(data::errors::badEof, "The new row cannot be found again.", "Kavidex",
+                          row.find);
+    const std::int32_t key = data::ToInt32(rows->Get(row.keyColumn));
+    complete(*rows, key);
+    rows->Update();
+    rows->Close();
+    transaction.Commit();
+    return key;
+}
+
+std::string NewGuid(const platform::Workstation& workstation) {
+    std::string guid;
+    if (platform::CreateGuid(workstation, guid) != 0)
+        throw platform::Error(platform::errors::fail, "The system could not make a GUID.");
+    return guid;
+}
+
+std::string Number(std::int64_t number) { return std::to_string(number); }
+
+std::string_view Word(bool flag) { return flag ? "True" : "False"; }
+
+std::string TrimmedText(const data::Value& value) {
+    if (const auto* text = std::get_if<std::string>(&value)) return platform::Trim(*text);
+    return platform::Trim(data::ToText(value));
+}
+
+} // namespace kavidex::model

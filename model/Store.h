@@ -1,0 +1,60 @@
+// The model's way to the database: the statement helpers' texts, with failures that are told.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "data/Connection.h"
+
+namespace kavidex::platform {
+struct Workstation;
+}
+
+namespace kavidex::model {
+
+// Statements reach the engine exactly as through OpenRecordset and ExecuteSql (on MySQL a
+// backslash doubled in reads, twice doubled in writes), but what fails throws data::Error.
+class Store {
+public:
+    explicit Store(data::ConnectionPtr connection); // throws data::Error without a connection
+
+    data::RecordsetPtr Read(std::string_view statement) const; // always open
+    void Write(std::string_view statement) const;
+    const data::ConnectionPtr& Connection() const { return lclConnection; }
+
+private:
+    data::ConnectionPtr lclConnection;
+    bool lclMySql;
+};
+
+// Rolled back unless committed. On an engine without transactions it does nothing.
+class Transaction {
+public:
+    explicit Transaction(const Store& store);
+    ~Transaction();
+    Transaction(const Transaction&) = delete;
+    Transaction& operator=(const Transaction&) = delete;
+    void Commit();
+
+private:
+    data::ConnectionPtr lclConnection; // null when there is nothing to end
+};
+
+// The way every row is made: an insert that carries a fresh guid, then the row found again by it,
+// its key read and its other columns filled by `complete`, all or nothing. Returns the key.
+struct NewRow {
+    std::string insert, find;
+    std::string_view keyColumn = "Id";
+};
+std::int32_t InsertRow(const Store& store, const NewRow& row,
+                       const std::function<void(data::Recordset&, std::int32_t key)>& complete);
+
+std::string NewGuid(const platform::Workstation& workstation); // throws platform::Error
+
+std::string Number(std::int64_t number); // decimal text
+std::string_view Word(bool flag);        // "True" or "False"
+std::string TrimmedText(const data::Value& value);
+
+} // namespace kavidex::model

@@ -1,0 +1,228 @@
+#include "model/clsDocument.h"
+
+#include "data/Error.h"
+#include "data/clsSettings.h"
+#include "data/modData.h"
+#include "model/Store.h"
+#include "model/storePath.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::model {
+namespace {
+
+constexpr std::string_view markedDescription = "Document allready exists";
+
+} // namespace
+
+clsDocument::clsDocument(const platform::Workstation& workstation)
+    : RecordClass(workstation, "tblDocument", "Section Runtime Error ", "clsDocument") {}
+
+std::string clsDocument::SelectStatement() const {
+    std::string statement = "select Id, ExternalId, InsertedBy, InsertDate, InsertTime, "
+                            "Description, ReadOnly, Type, DocId FROM " +
+                            TableName();
+    statement += lclCriteria.empty() ? " WHERE tbldocument.Docid = " + Number(lclId)
+                                     : " WHERE " + lclCriteria;
+    if (!Ordering().empty()) statement += " order by " + Ordering();
+    return statement;
+}
+
+void clsDocument::ReadRow(const data::Recordset& row) {
+    lclId = data::ToInt32(row.Get("Id"));
+    lclDocId = data::ToInt32(row.Get("DocId"));
+    lclExternalId = TrimmedText(row.Get("ExternalId"));
+    lclInsertedBy = TrimmedText(row.Get("InsertedBy"));
+    lclInsertDate = TrimmedText(row.Get("InsertDate"));
+    lclInsertTime = TrimmedText(row.Get("InsertTime"));
+    lclDescription = TrimmedText(row.Get("Description"));
+    lclReadOnly = data::ToBool(row.Get("ReadOnly"));
+    lclDocType = TrimmedText(row.Get("Type"));
+    LoadExtraInfo();
+}
+
+void clsDocument::LoadExtraInfo() {
+    const data::RecordsetPtr row =
+        Store(DbConnection())
+            .Read("Select * from tblDocExtraInfo where DocId = " + Number(lclDocId));
+    const bool found = !row->Eof();
+    lclExtraInfoOf = lclDocId;
+    lclExtraInfoId = found ? data::ToInt32(row->Get("Id")) : 0;
+    const auto text = [&](std::string_view column, std::int64_t& size) {
+        size = found ? row->Fields()[row->IndexOf(column)].definedSize : 0;
+        return found ? TrimmedText(row->Get(column)) : std::string();
+    };
+    lclSendOn = text("SendOn", lclExtraSizes.sendOn);
+    lclRecievedOn = text("RecievedOn", lclExtraSizes.recievedOn);
+    lclRecievedFrom = text("SendFrom", lclExtraSizes.from);
+    lclSendTo = text("SendTo", lclExtraSizes.to);
+    const std::string count = text("NrOfAttatchements", lclExtraSizes.attachments);
+    lclNumberOfAttatchements = data::ToInt32(data::Value(count));
+}
+
+std::string clsDocument::BaseFolder() const {
+    if (lclBaseSaveDirectory.empty()) return data::DocumentRoot(Machine(), DbConnection());
+    return WithBackslash(lclBaseSaveDirectory);
+}
+
+std::string clsDocument::PathOf(std::int32_t id) const {
+    const std::string base = BaseFolder();
+    if (!base.empty()) {
+        const std::string folder = TypeFolder(base, lclInsertDate, lclDocType);
+        if (!Machine().files.DirectoryExists(folder)) Machine().files.CreateDirectories(folder);
+    }
+    return DocumentPath(base, lclInsertDate, lclDocType, id);
+}
+
+bool clsDocument::SaveNewRow() {
+    return Guarded("SaveNewRow", [&] {
+        InsertNewRow();
+        return true;
+    });
+}
+
+void clsDocument::InsertNewRow() {
+    const Store store(DbConnection());
+    lclAllreadyExists = false;
+    lclGuid = NewGuid(Machine());
+    const std::string guid = data::SqlValue(lclGuid);
+    NewRow row;
+    row.insert = "Insert into " + TableName() +
+                 " (ExternalId,insertedby,InsertDate,InsertTime,Description,readOnly,Type, DocGuid)"
+                 " Values (" +
+                 data::SqlValue(lclExternalId) + "," + data::SqlValue(lclInsertedBy) + "," +
+                 data::SqlNumber(lclInsertDate) + "," + data::SqlNumber(lclInsertTime) + "," +
+                 data::SqlValue(lclDescription) + "," + data::SqlBool(Word(lclReadOnly)) + "," +
+                 data::SqlValue(lclDocType) + "," + guid + ")";
+    row.find = "Select * from " + TableName() + " where DocGuid = " + guid;
+
+    Transaction transaction(store);
+    const std::int32_t id = InsertRow(store, row, [&](data::Recordset& rows, std::int32_t key) {
+        lclAllreadyExists = Machine().files.FileExists(PathOf(key));
+        rows.Set("DocId", std::int64_t{lclAllreadyExists ? 0 : key});
+        if (!lclAllreadyExists) return;
+        rows.Set("DocGuid", std::string());
+        rows.Set("Description", std::string(markedDescription));
+    });
+    const std::int32_t docId = lclDocId == 0 ? id : lclDocId;
+    if (!lclSendTo.empty() || !lclRecievedFrom.empty())
+        store.Write("Insert into tblDocExtraInfo "
+                    "(DocId,SendTo,SendFrom,RecievedOn,SendOn,NrOfAttatchements) Values (" +
+                    Number(docId) + "," + data::SqlValue(lclSendTo) + "," +
+                    data::SqlValue(lclRecievedFrom) + "," + data::SqlValue(lclRecievedOn) + "," +
+                    data::SqlValue(lclSendOn) + "," + Number(lclNumberOfAttatchements) + ")");
+    transaction.Commit();
+
+    lclId = id;
+    lclDocId = docId;
+    lclExtraInfoOf = docId;
+    lclExtraInfoId = lclSendTo.empty() && lclRecievedFrom.empty() ? 0 : -1;
+}
+
+void clsDocument::RemoveNewRow() {
+    const Store store(DbConnection());
+    Transaction transaction(store);
+    if (lclExtraInfoId != 0)
+        store.Write("Delete from tblDocExtraInfo where DocId = " + Number(lclDocId));
+    store.Write("Delete from " + TableName() + " where DocGuid = " + data::SqlValue(lclGuid));
+    transaction.Commit();
+    lclExtraInfoId = 0;
+}
+
+// The key of this document's extra information, 0 when it has none that is known.
+std::int32_t clsDocument::ExtraInfoId() {
+    if (lclExtraInfoOf != lclDocId) return 0;
+    if (lclExtraInfoId == -1) {
+        const data::RecordsetPtr row =
+            Store(DbConnection())
+                .Read("Select * from tblDocExtraInfo where DocId = " + Number(lclDocId));
+        lclExtraInfoId = row->Eof() ? 0 : data::ToInt32(row->Get("Id"));
+    }
+    return lclExtraInfoId;
+}
+
+bool clsDocument::UpdateCurrentRow() {
+    return Guarded("UpdateCurrentRow", [&] {
+        const Store store(DbConnection());
+        const std::int32_t extraInfo = ExtraInfoId();
+        Transaction transaction(store);
+        store.Write("update " + TableName() + " set ExternalId = " + data::SqlValue(lclExternalId) +
+                    ", InsertedBy = " + data::SqlValue(lclInsertedBy) +
+                    ", InsertDate = " + data::SqlNumber(lclInsertDate) +
+                    ", InsertTime = " + data::SqlValue(lclInsertTime) +
+                    ", Description = " + data::SqlValue(lclDescription) + ", ReadOnly = " +
+                    data::SqlBool(Word(lclReadOnly)) + ", Type = " + data::SqlValue(lclDocType) +
+                    " where DocId = " + Number(lclDocId));
+        if (extraInfo > 0)
+            store.Write("update tblDocExtraInfo set SendTo = " + data::SqlValue(lclSendTo) +
+                        ", Sendfrom = " + data::SqlValue(lclRecievedFrom) +
+                        ", SendOn = " + data::SqlValue(lclSendOn) +
+                        ", RecievedOn= " + data::SqlValue(lclRecievedOn) +
+                        ", NrOfattatchements = " + Number(lclNumberOfAttatchements) +
+                        " WHERE Id = " + Number(extraInfo));
+        transaction.Commit();
+        return true;
+    });
+}
+
+bool clsDocument::DeleteCurrentRow() {
+    return Guarded("DeleteCurrentRow", [&] {
+        if (lclId < 1) // minus a negative number would bring the document back, or read as a remark
+            throw data::Error(data::errors::badEof, "There is no current document.", "clsDocument");
+        const Store store(DbConnection());
+        const std::int32_t extraInfo = ExtraInfoId();
+        const std::string id = Number(lclId);
+        Transaction transaction(store);
+        store.Write("update " + TableName() + " set Id = -" + id + " where Id = " + id);
+        store.Write("delete from " + TableName() + "uplink where serverrefId = " + id);
+        if (extraInfo > 0)
+            store.Write("delete from tblDocExtraInfo WHERE Id = " + Number(extraInfo));
+        transaction.Commit();
+        lclExtraInfoId = 0;
+        return true;
+    });
+}
+
+std::string clsDocument::CopyIn(std::string_view source, bool failIfExists) {
+    if (lclBaseSaveDirectory.empty()) lclBaseSaveDirectory = BaseFolder();
+    if (lclBaseSaveDirectory.empty())
+        throw platform::Error(platform::errors::pathNotFound,
+                              "There is no document store to copy to.", "clsDocument");
+    MakeDateFolder(Machine(), lclBaseSaveDirectory);
+    std::string target = StorePath();
+    Machine().files.Copy(source, target, failIfExists);
+    return target;
+}
+
+bool clsDocument::AddDocument(std::string_view source, bool failIfExists, bool deleteSource) {
+    return Guarded("AddDocument", [&] {
+        const std::string target = CopyIn(source, failIfExists);
+        // The document is filed by now, whatever becomes of its source.
+        if (deleteSource)
+            Guarded("AddDocument", [&] {
+                RemoveCopied(Machine(), source, target);
+                return true;
+            });
+        return true;
+    });
+}
+
+bool clsDocument::CreateEmptyDoc(std::string& path) {
+    return Guarded("CreateEmptyDoc", [&] {
+        if (lclBaseSaveDirectory.empty()) lclBaseSaveDirectory = BaseFolder();
+        if (!lclBaseSaveDirectory.empty()) MakeDateFolder(Machine(), lclBaseSaveDirectory);
+        path = StorePath();
+        return !platform::Trim(path).empty();
+    });
+}
+
+std::string MakeDateFolder(const platform::Workstation& workstation, std::string_view path) {
+    std::string folder = WithBackslash(path) + platform::DateNumber(workstation.clock.Now());
+    if (!workstation.files.DirectoryExists(folder)) workstation.files.CreateDirectories(folder);
+    return folder;
+}
+
+} // namespace kavidex::model

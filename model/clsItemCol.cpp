@@ -1,0 +1,196 @@
+#include "model/clsItemCol.h"
+
+#include <algorithm>
+#include <atomic>
+#include <charconv>
+#include <limits>
+
+#include "data/modData.h"
+#include "model/Store.h"
+#include "model/walk.h"
+#include "platform/Error.h"
+#include "platform/text.h"
+
+namespace kavidex::model {
+namespace {
+
+// The errors of a keyed collection, as hosts written in Basic know them.
+constexpr auto invalidCall = static_cast<std::int32_t>(0x800A0005);
+constexpr auto overflow = static_cast<std::int32_t>(0x800A0006);
+constexpr auto outOfRange = static_cast<std::int32_t>(0x800A0009);
+constexpr auto keyInUse = static_cast<std::int32_t>(0x800A01C9);
+
+// Trees live on several threads of one host; each needs only to see its own changes.
+std::atomic<std::uint64_t> structureVersion{1};
+
+std::string KeyOf(NodeId id) { return "C" + std::to_string(id); }
+
+NodeId InsertNode(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
+                  std::string_view type, std::int32_t itemId, NodeId parentId,
+                  std::string_view description) {
+    const std::string guid = data::SqlValue(NewGuid(workstation));
+    NewRow row;
+    row.insert = "Insert into tblTreeItem (Type, ItemId, ParentId ,Description, TreeItemGuid) "
+                 "Values (" +
+                 data::SqlValue(type) + ", " + Number(itemId) + ", " + Number(parentId) + ", " +
+                 data::SqlValue(description) + "," + guid + ")";
+    row.find = "Select * from tblTreeItem where TreeItemGuid = " + guid;
+    return InsertRow(Store(connection), row, [](data::Recordset& rows, std::int32_t key) {
+        rows.Set("TreeItemId", std::int64_t{key});
+    });
+}
+
+} // namespace
+
+bool fncCanHaveChildren(std::string_view type) {
+    using namespace itemTypes;
+    const std::string_view name = platform::TrimView(type);
+    for (const std::string_view folder : {tab, userGroup, users, userPost})
+        if (platform::EqualAsciiNoCase(name, folder)) return true;
+    return false;
+}
+
+bool clsItemCol::fncCanHaveChildren(std::string_view type) {
+    return model::fncCanHaveChildren(type);
+}
+
+clsItemCol::clsItemCol(const platform::Workstation& workstation) : lclWorkstation(workstation) {}
+
+// Takes what only this collection still holds apart level by level: a chain of ten thousand nodes
+// would otherwise end as deep on the stack.
+clsItemCol::~clsItemCol() {
+    StructureChanged();
+    std::vector<clsItemPtr> doomed = std::move(lclItems);
+    while (!doomed.empty()) {
+        const clsItemPtr item = std::move(doomed.back());
+        doomed.pop_back();
+        if (!item || item.use_count() != 1) continue;
+        const clsItemColPtr children = std::move(item->lclChildren);
+        if (!children || children.use_count() != 1) continue;
+        std::move(children->lclItems.begin(), children->lclItems.end(), std::back_inserter(doomed));
+        children->lclItems.clear();
+    }
+}
+
+std::uint64_t clsItemCol::StructureVersion() {
+    return structureVersion.load(std::memory_order_relaxed);
+}
+
+void clsItemCol::StructureChanged() { structureVersion.fetch_add(1, std::memory_order_relaxed); }
+
+void clsItemCol::Append(clsItemPtr item) {
+    StructureChanged();
+    lclHighestId = std::max(lclHighestId, item->Id());
+    lclItems.push_back(std::move(item));
+}
+
+void clsItemCol::Add(clsItemPtr item) {
+    if (item->Id() <= lclHighestId && Find(item->Id()))
+        throw platform::Error(keyInUse, "The key " + KeyOf(item->Id()) +
+                                            " is already associated with an element of this "
+                                            "collection");
+    Append(std::move(item));
+}
+
+clsItemPtr clsItemCol::AddItem(NodeId& id, std::string_view type, clsItemColPtr children,
+                               std::int32_t itemId, std::string_view description,
+                               const data::ConnectionPtr& connection, NodeId parentId) {
+    if (!connection) return nullptr;
+    if (id == 0) id = InsertNode(lclWorkstation, connection, type, itemId, parentId, description);
+    auto item = std::make_shared<clsItem>(id, std::string(type), itemId, std::string(description),
+                                          lclConnection);
+    item->lclChildren = std::move(children);
+    Add(item);
+    return item;
+}
+
+clsItemPtr clsItemCol::AddTab(std::string_view description, const data::ConnectionPtr& connection,
+                              NodeId parentId) {
+    NodeId id = 0;
+    return AddItem(id, itemTypes::tab, nullptr, 0, description, connection, parentId);
+}
+
+clsItemPtr clsItemCol::AddUserGroup(std::string_view description,
+                                    const data::ConnectionPtr& connection, NodeId parentId) {
+    NodeId id = 0;
+    return AddItem(id, itemTypes::userGroup, nullptr, 0, description, connection, parentId);
+}
+
+clsItemPtr clsItemCol::MoveItem(const clsItemPtr& item, const data::ConnectionPtr& connection,
+                                const clsItemPtr& newParent, const clsItemPtr& oldParent) {
+    if (!connection) return nullptr;
+    if (!item || !newParent)
+        throw platform::Error(invalidCall, "A move needs an item and its new parent.");
+    const clsItem* const target = newParent.get();
+    if (FirstDepthFirst(*item, [&](const clsItem& node) { return &node == target; }))
+        return nullptr; // it would hang from itself, out of reach
+    if (Find(item->Id())) throw platform::Error(keyInUse, KeyOf(item->Id()) + " is there already.");
+    Store(connection)
+        .Write("Update tbltreeitem set ParentId = " + Number(newParent->Id()) +
+               " Where TreeItemId = " + Number(item->Id()));
+    const clsItemPtr moved = item; // the reference may live in the old parent's collection
+    Append(moved);
+    if (oldParent && oldParent->ChildCollection() &&
+        oldParent->ChildCollection()->Find(moved->Id()))
+        oldParent->ChildCollection()->Remove(moved->Id());
+    return moved;
+}
+
+clsItemPtr clsItemCol::Item(std::int32_t index) const {
+    if (index < std::numeric_limits<std::int16_t>::min() ||
+        index > std::numeric_limits<std::int16_t>::max())
+        throw platform::Error(overflow, "Overflow");
+    const auto items = Items();
+    if (index < 1 || static_cast<std::size_t>(index) > items.size())
+        throw platform::Error(outOfRange, "Subscript out of range");
+    return items[static_cast<std::size_t>(index) - 1];
+}
+
+// From both ends at once: trees are mostly taken down from one of them.
+std::size_t clsItemCol::PositionOf(NodeId id) const {
+    std::size_t front = lclFirst, back = lclItems.size();
+    while (front < back) {
+        if (lclItems[front]->Id() == id) return front;
+        ++front;
+        if (lclItems[--back]->Id() == id) {
+            // A damaged database may hold an id twice: the first one counts.
+            for (std::size_t i = front; i < back; ++i)
+                if (lclItems[i]->Id() == id) return i;
+            return back;
+        }
+    }
+    return lclItems.size();
+}
+
+clsItemPtr clsItemCol::Find(NodeId id) const {
+    const std::size_t position = PositionOf(id);
+    return position < lclItems.size() ? lclItems[position] : nullptr;
+}
+
+void clsItemCol::Remove(NodeId id) {
+    const std::size_t position = PositionOf(id);
+    if (position == lclItems.size())
+        throw platform::Error(invalidCall, "There is no item " + KeyOf(id) + " in the collection.");
+    StructureChanged();
+    if (position != lclFirst) {
+        lclItems.erase(lclItems.begin() + static_cast<std::ptrdiff_t>(position));
+        return;
+    }
+    lclItems[lclFirst++].reset();
+    if (lclFirst < 32 || lclFirst * 2 < lclItems.size()) return;
+    lclItems.erase(lclItems.begin(), lclItems.begin() + static_cast<std::ptrdiff_t>(lclFirst));
+    lclFirst = 0;
+}
+
+void clsItemCol::Remove(std::string_view key) {
+    NodeId id = 0;
+    const char* const end = key.data() + key.size();
+    const bool named = !key.empty() && (key[0] == 'C' || key[0] == 'c');
+    const auto parsed = std::from_chars(named ? key.data() + 1 : end, end, id);
+    if (parsed.ec != std::errc() || parsed.ptr != end)
+        throw platform::Error(invalidCall,
+                              "There is no item " + std::string(key) + " in the collection.");
+    Remove(id);
+}
+
+} // namespace kavidex::model

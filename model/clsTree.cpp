@@ -1,0 +1,255 @@
+#include "model/clsTree.h"
+
+#include "data/modData.h"
+#include "model/NodeIndex.h"
+#include "model/Store.h"
+#include "model/TreeLoader.h"
+#include "model/walk.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::model {
+
+clsTree::clsTree(const platform::Workstation& workstation)
+    : lclWorkstation(workstation), lclItem(std::make_shared<clsItem>()),
+      lclIndex(std::make_unique<NodeIndex>()) {}
+
+clsTree::~clsTree() = default;
+
+void clsTree::Reset() {
+    lclDescription.clear();
+    lclNewEnabled = lclDeleteEnabled = lclUpdateEnabled = false;
+    SetItem(std::make_shared<clsItem>());
+}
+
+void clsTree::SetItem(clsItemPtr root) {
+    lclIndex->Forget();
+    lclItem = std::move(root);
+}
+
+void clsTree::SetTreeId(std::int32_t id) {
+    lclTreeId = id;
+    if (id == 0)
+        Reset();
+    else
+        Load();
+}
+
+void clsTree::SetDbConnection(data::ConnectionPtr connection) {
+    const bool first = !lclConnection;
+    lclConnection = std::move(connection);
+    if (lclTreeId >= 1 && first) Load();
+    if (lclItem) lclItem->SetDbConnection(lclConnection);
+}
+
+void clsTree::SetDescription(std::string_view description) {
+    if (description == lclDescription) return;
+    const std::string before = std::exchange(lclDescription, std::string(description));
+    try {
+        Store();
+    } catch (...) {
+        lclDescription = before;
+        throw;
+    }
+}
+
+void clsTree::SetFlag(bool& flag, bool value) {
+    if (flag == value) return;
+    flag = value;
+    try {
+        Store();
+    } catch (...) {
+        flag = !value;
+        throw;
+    }
+}
+
+void clsTree::Store() {
+    if (!lclConnection || lclTreeId < 1) return;
+    std::string statement = "update tblTree  set Description = " + data::SqlValue(lclDescription);
+    statement.append(", NewEnabled = ").append(Word(lclNewEnabled));
+    statement.append(", DeleteEnabled = ").append(Word(lclDeleteEnabled));
+    statement.append(", Updateenabled = ").append(Word(lclUpdateEnabled));
+    model::Store(lclConnection).Write(statement + " WHERE TreeId = " + Number(lclTreeId));
+}
+
+bool clsTree::CreateNew() {
+    if (!lclConnection || lclTreeId != 0) return false;
+    // Servers store a new tree's flags as 0; the first change puts them right.
+    const bool words = data::IsAccessConnection(lclConnection);
+    const auto flag = [&](bool value) { return std::string(words ? Word(value) : "0"); };
+    const std::string guid = data::SqlValue(NewGuid(lclWorkstation));
+    NewRow row;
+    row.insert = "Insert into tblTree (TreeGuid,Description, NewEnabled, DeleteEnabled, "
+                 "UpdateEnabled) Values (" +
+                 guid + "," + data::SqlValue(lclDescription) + ", " + flag(lclNewEnabled) + ", " +
+                 flag(lclDeleteEnabled) + ", " + flag(lclUpdateEnabled) + ")";
+    row.find = "Select * from tblTree where treeguid= " + guid;
+    clsItemPtr root;
+    lclTreeId =
+        InsertRow(model::Store(lclConnection), row, [&](data::Recordset& tree, std::int32_t key) {
+            tree.Set("TreeId", std::int64_t{key});
+            clsItemCol roots(lclWorkstation);
+            roots.SetDbConnection(lclConnection);
+            root = roots.AddTab(lclDescription, lclConnection, 0);
+            tree.Set("TopItemId", std::int64_t{root->Id()});
+        });
+    SetItem(std::move(root));
+    return true;
+}
+
+void clsTree::Load() {
+    if (!lclConnection) return;
+    Reset();
+    NodeId topItem = 0;
+    if (lclTreeId <= 0 || !LoadTreeRow(topItem)) return;
+    if (topItem != 0)
+        LoadRoot(topItem);
+    else
+        lclWorkstation.log.Write("clsTree.Load", "Tree " + Number(lclTreeId) + " has no root");
+}
+
+bool clsTree::LoadTreeRow(NodeId& topItem) {
+    const data::RecordsetPtr row =
+        model::Store(lclConnection)
+            .Read("Select * from tblTree where TreeId = " + Number(lclTreeId));
+    if (row->Eof()) return false;
+    lclDescription = TrimmedText(row->Get("Description"));
+    lclNewEnabled = data::ToBool(row->Get("NewEnabled"));
+    lclDeleteEnabled = data::ToBool(row->Get("DeleteEnabled"));
+    lclUpdateEnabled = data::ToBool(row->Get("UpdateEnabled"));
+    topItem = data::ToInt32(row->Get("TopItemId"));
+    lclItem->SetId(topItem);
+    row->Close();
+    return true;
+}
+
+void clsTree::LoadRoot(NodeId topItem) {
+    const data::RecordsetPtr row =
+        model::Store(lclConnection)
+            .Read("Select * from tblTreeItem where TreeItemId = " + Number(topItem));
+    clsItemPtr root;
+    if (row->Eof()) {
+        lclWorkstation.log.Write("clsTree.Load", "Tree " + Number(lclTreeId) + ": its root " +
+                                                     Number(topItem) + " is missing");
+        root = std::make_shared<clsItem>(topItem, std::string(itemTypes::tab), 0, lclDescription,
+                                         lclConnection);
+    } else {
+        root = std::make_shared<clsItem>(
+            data::ToInt32(row->Get("TreeItemId")), TrimmedText(row->Get("Type")),
+            data::ToInt32(row->Get("ItemId")), TrimmedText(row->Get("Description")), lclConnection);
+    }
+    root->SetChildCollection(fncLoadCollectionFromDatabase(root->Id()));
+    SetItem(std::move(root));
+}
+
+clsItemColPtr clsTree::fncLoadCollectionFromDatabase(NodeId parentId) {
+    if (!lclConnection) return nullptr;
+    return TreeLoader(lclWorkstation, lclConnection, lclOrderByName).Load(parentId);
+}
+
+clsItemColPtr clsTree::ChildrenOf(clsItem& parent) {
+    if (!parent.ChildCollection()) {
+        auto children = std::make_shared<clsItemCol>(lclWorkstation);
+        children->SetDbConnection(lclConnection);
+        parent.SetChildCollection(std::move(children));
+    }
+    return parent.ChildCollection();
+}
+
+clsItemPtr clsTree::AddChildTab(std::string_view description, NodeId parentId) {
+    return AddChildItem(0, itemTypes::tab, nullptr, 0, description, parentId);
+}
+
+clsItemPtr clsTree::AddChildItem(NodeId id, std::string_view type, clsItemColPtr children,
+                                 std::int32_t itemId, std::string_view description,
+                                 NodeId parentId) {
+    if (parentId == 0 || !lclConnection) return nullptr;
+    const clsItemPtr parent = GetItem(parentId, "");
+    if (!parent || !parent->AllowChildren()) return nullptr;
+    const bool indexed = lclIndex->Current(*lclItem);
+    const clsItemPtr added = ChildrenOf(*parent)->AddItem(id, type, std::move(children), itemId,
+                                                          description, lclConnection, parent->Id());
+    if (added && indexed) lclIndex->Added(*added);
+    return added;
+}
+
+clsItemPtr clsTree::MoveItem(NodeId itemId, NodeId newParentId, NodeId oldParentId) {
+    if (newParentId == 0 || newParentId == oldParentId || !lclConnection) return nullptr;
+    const clsItemPtr newParent = GetItem(newParentId, "");
+    const clsItemPtr item = GetItem(itemId, "");
+    const clsItemPtr oldParent = GetItem(oldParentId, "");
+    if (!newParent || !item || !newParent->AllowChildren()) return nullptr;
+    const bool indexed = lclIndex->Current(*lclItem);
+    const clsItemPtr moved =
+        ChildrenOf(*newParent)->MoveItem(item, lclConnection, newParent, oldParent);
+    if (indexed) lclIndex->Moved();
+    return moved;
+}
+
+bool clsTree::DeleteItem(clsItemPtr& item, NodeId id) {
+    const clsItemPtr doomed = item ? std::exchange(item, nullptr) : GetItem(id, "");
+    if (!doomed || !lclConnection) return false;
+    const model::Store store(lclConnection);
+    Transaction transaction(store);
+    VisitChildrenFirst(*doomed, [&](const clsItem& node) {
+        if (node.Id() <= 0) return; // deleted before, and in its place already
+        const std::string number = Number(node.Id());
+        store.Write("update tbltreeitem set TreeItemId = -" + number +
+                    ", ParentId = -Parentid where TreeItemId = " + number);
+        store.Write("Delete from tbltreeitemuplink where serverrefId = " + number);
+    });
+    transaction.Commit();
+    return true;
+}
+
+clsItemPtr clsTree::GetItem(NodeId id, std::string_view description) {
+    return GetItemWithinTree(lclItem, id, description);
+}
+
+clsItemPtr clsTree::GetItemWithinTree(const clsItemPtr& start, NodeId id,
+                                      std::string_view description) {
+    if (!start || (id == 0 && description.empty())) return nullptr;
+    clsItem* found = nullptr;
+    if (description.empty() && start == lclItem) {
+        found = lclIndex->Find(*start, id);
+    } else {
+        found = FirstDepthFirst(*start, [&](const clsItem& node) {
+            return (id != 0 && node.Id() == id) ||
+                   (!description.empty() && platform::EqualNoCase(description, node.Description()));
+        });
+    }
+    return found ? found->shared_from_this() : nullptr;
+}
+
+bool clsTree::Delete() {
+    if (!lclConnection || !lclItem) return false;
+    bool dangling = false;
+    FirstDepthFirst(*lclItem, [&](const clsItem& node) {
+        if (&node != lclItem.get()) dangling = SweepNode(node.Id());
+        return false;
+    });
+    return dangling;
+}
+
+// Reads on its own what the look-up helpers read: they take a failing look-up for "none", and a
+// tree must not be swept away because the database did not answer.
+bool clsTree::SweepNode(NodeId id) {
+    const model::Store store(lclConnection);
+    const auto first = [&](const std::string& statement) {
+        const data::RecordsetPtr rows = store.Read(statement);
+        return rows->Eof() ? 0 : data::ToInt32(rows->Get(0));
+    };
+    const std::int32_t tree = first("Select TreeId from tblTree where TopItemId = " + Number(id));
+    if (tree <= 0) return false;
+    if (first("Select RelId from tblDossierRelations where TreeId =  " + Number(tree)) != 0)
+        return false;
+    const std::int32_t key = first("Select Id from tblTreeItem where TreeItemId = " + Number(id));
+    if (key == 0) return false;
+    store.Write("update tblTreeItem set TreeItemId = " + Number(-id) +
+                " where Id = " + Number(key));
+    return true;
+}
+
+} // namespace kavidex::model

@@ -1,0 +1,170 @@
+#include "model/clsUserAuth.h"
+
+#include <algorithm>
+
+#include "data/clsSettings.h"
+#include "model/Store.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::model {
+namespace {
+
+// Letters, digits and a few marks stand for themselves; every other byte is ~ and two digits. So a
+// section names one user whatever the database's code page, quotes and wildcards.
+std::string Plain(std::string_view text) {
+    constexpr std::string_view digits = "0123456789abcdef", marks = " .-@";
+    std::string plain;
+    for (const char c : text) {
+        const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+        if (letter || (c >= '0' && c <= '9') || marks.find(c) != std::string_view::npos) {
+            plain += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        plain.append({'~', digits[byte >> 4], digits[byte & 15]});
+    }
+    return plain;
+}
+
+std::string FromPlain(std::string_view plain) {
+    const auto digit = [](char c) { return c <= '9' ? c - '0' : (c | 32) - 'a' + 10; };
+    std::string text;
+    for (std::size_t i = 0; i < plain.size(); ++i) {
+        if (plain[i] == '~' && i + 2 < plain.size()) {
+            text += static_cast<char>(digit(plain[i + 1]) * 16 + digit(plain[i + 2]));
+            i += 2;
+        } else {
+            text += plain[i];
+        }
+    }
+    return text;
+}
+
+std::string SectionOf(std::string_view user) { return "Rights." + Plain(platform::Trim(user)); }
+
+} // namespace
+
+bool UseRights(const platform::Workstation& workstation, const data::ConnectionPtr& connection) {
+    if (!connection) return true;
+    data::clsSettings settings(workstation);
+    settings.SetDbConnection(connection);
+    std::string value;
+    settings.GetSetting("Rights", "Use", value);
+    return platform::LowerCase(value) == "true";
+}
+
+clsUserAuth::clsUserAuth(const platform::Workstation& workstation) : lclWorkstation(workstation) {}
+
+std::string clsUserAuth::GetRight(std::string_view key) const {
+    const std::string_view wanted = platform::TrimView(key);
+    for (const auto& [name, value] : lclRights)
+        if (platform::EqualNoCase(name, wanted)) return value;
+    return {};
+}
+
+void clsUserAuth::SetRight(std::string_view key, std::string_view value) {
+    const std::string_view name = platform::TrimView(key);
+    const auto known = std::find_if(lclRights.begin(), lclRights.end(), [&](const auto& pair) {
+        return platform::EqualNoCase(pair.first, name);
+    });
+    if (known != lclRights.end())
+        known->second = platform::Trim(value);
+    else
+        lclRights.emplace_back(name, platform::Trim(value));
+}
+
+bool clsUserAuth::HasRight(std::string_view key) const {
+    return platform::EqualNoCase(GetRight(key), rightGranted) ||
+           !UseRights(lclWorkstation, lclConnection);
+}
+
+bool clsUserAuth::GetFirstRight(std::string& key, std::string& value) {
+    lclCursor = 0;
+    return GetNextRight(key, value);
+}
+
+bool clsUserAuth::GetNextRight(std::string& key, std::string& value) {
+    if (lclCursor >= lclRights.size()) return false;
+    key = lclRights[lclCursor].first;
+    value = lclRights[lclCursor].second;
+    ++lclCursor;
+    return true;
+}
+
+bool clsUserAuth::Ready(std::string_view user) const {
+    return lclConnection && !platform::TrimView(user).empty();
+}
+
+clsUserAuth::Pairs clsUserAuth::Read(std::string_view user) const {
+    data::clsSettings settings(lclWorkstation);
+    settings.SetDbConnection(lclConnection);
+    Pairs pairs;
+    const std::string wanted = SectionOf(user);
+    std::string value, section, key;
+    for (bool found = settings.GetSettingLike(wanted, "%", value, section, key, false); found;
+         found = settings.GetNextSettingLike(value, section, key))
+        pairs.emplace_back(FromPlain(key), FromPlain(value));
+    return pairs;
+}
+
+// The settings tell no failure, so what was written is read again.
+bool clsUserAuth::Save(std::string_view user, const Pairs& pairs) const {
+    data::clsSettings settings(lclWorkstation);
+    settings.SetDbConnection(lclConnection);
+    const std::string section = SectionOf(user);
+    for (const auto& [key, value] : pairs) {
+        if (key.empty()) continue;
+        settings.SetSetting(section, Plain(key), Plain(value));
+        std::string written;
+        const bool found = settings.GetSetting(section, Plain(key), written);
+        if (found && written == Plain(value)) continue;
+        lclWorkstation.log.Write("clsUserAuth.SaveRights", key + " was not stored");
+        return false;
+    }
+    return true;
+}
+
+bool clsUserAuth::Erase(std::string_view user) const {
+    data::clsSettings settings(lclWorkstation);
+    settings.SetDbConnection(lclConnection);
+    for (const auto& pair : Read(user)) settings.DeleteSetting(SectionOf(user), Plain(pair.first));
+    return Read(user).empty();
+}
+
+bool clsUserAuth::LoadRights() {
+    lclRights.clear();
+    lclCursor = 0;
+    if (!Ready(lclUserId)) return false;
+    for (const auto& [key, value] : Read(lclUserId)) SetRight(key, value);
+    return true;
+}
+
+bool clsUserAuth::SaveRights() {
+    if (!Ready(lclUserId)) return false;
+    Transaction transaction{Store(lclConnection)};
+    if (!Save(lclUserId, lclRights)) return false;
+    transaction.Commit();
+    return true;
+}
+
+bool clsUserAuth::DeleteRights() {
+    if (!Ready(lclUserId)) return false;
+    Transaction transaction{Store(lclConnection)};
+    if (!Erase(lclUserId)) return false;
+    transaction.Commit();
+    return true;
+}
+
+bool clsUserAuth::RenameUser(std::string_view oldName, std::string_view newName) {
+    if (!Ready(oldName) || !Ready(newName)) return false;
+    if (SectionOf(oldName) == SectionOf(newName)) return true;
+    const Pairs pairs = Read(oldName);
+    Transaction transaction{Store(lclConnection)};
+    if (!Erase(newName) || !Save(newName, pairs) || !Erase(oldName)) return false;
+    transaction.Commit();
+    return true;
+}
+
+} // namespace kavidex::model

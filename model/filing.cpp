@@ -1,0 +1,229 @@
+#include "model/filing.h"
+
+#include <algorithm>
+#include <array>
+
+#include "data/clsSettings.h"
+#include "model/Store.h"
+#include "model/clsDocument.h"
+#include "model/clsItemCol.h"
+#include "model/clsTree.h"
+#include "model/storePath.h"
+#include "platform/Clock.h"
+#include "platform/Error.h"
+#include "platform/Files.h"
+#include "platform/Log.h"
+#include "platform/User.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::model {
+namespace {
+
+constexpr std::string_view unnamedType = "bin";
+constexpr std::size_t longestType = 20, longestText = 255;
+constexpr int attempts = 20; // at rows whose file is there already
+
+// Names that Windows gives no folder, and types that mean something else to the tree.
+constexpr std::array<std::string_view, 9> takenTypes = {"con",
+                                                        "prn",
+                                                        "aux",
+                                                        "nul",
+                                                        itemTypes::tab,
+                                                        itemTypes::userGroup,
+                                                        itemTypes::users,
+                                                        itemTypes::user,
+                                                        itemTypes::userPost};
+
+bool IsPort(std::string_view type) {
+    return type.size() == 4 && (type.starts_with("com") || type.starts_with("lpt")) &&
+           type[3] >= '0' && type[3] <= '9';
+}
+
+bool CanBeType(std::string_view type) {
+    const auto plain = [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-';
+    };
+    return !type.empty() && type.size() <= longestType &&
+           std::all_of(type.begin(), type.end(), plain) && !IsPort(type) &&
+           std::find(takenTypes.begin(), takenTypes.end(), type) == takenTypes.end();
+}
+
+std::string DescriptionOf(std::string_view path) {
+    std::string name = platform::FileName(path);
+    if (!CanBeType(platform::LowerCase(platform::Extension(name)))) return name;
+    const std::string bare = platform::WithoutExtension(name);
+    return platform::TrimView(bare).empty() ? name : bare;
+}
+
+// The steps in their order; whatever goes wrong, the source is there until the last of them.
+class Filing {
+public:
+    Filing(const platform::Workstation& workstation, clsTree& tree, const FilingRequest& request,
+           FilingResult& result)
+        : lclWorkstation(workstation), lclTree(tree), lclRequest(request), lclResult(result),
+          lclDocument(workstation) {}
+
+    void Run() {
+        FindSource();
+        FindFolder();
+        FindStore();
+        try {
+            InsertRow();
+            lclResult.path = lclDocument.CopyIn(lclRequest.source, true);
+            lclCopied = true;
+            AddItem();
+        } catch (...) {
+            TakeBack();
+            throw;
+        }
+        lclResult.filed = true;
+        if (lclRequest.deleteSource)
+            RemoveCopied(lclWorkstation, lclRequest.source, lclResult.path);
+    }
+
+private:
+    void FindSource() const {
+        platform::Files& files = lclWorkstation.files;
+        if (files.DirectoryExists(lclRequest.source))
+            throw platform::Error(platform::errors::invalidArgument, "It is a folder, not a file.");
+        if (!files.FileExists(lclRequest.source))
+            throw platform::Error(platform::errors::notFound, "The file does not exist.");
+    }
+
+    void FindFolder() {
+        const std::string name = "The folder " + Number(lclRequest.folderId);
+        lclFolder = lclRequest.folderId > 0 ? lclTree.GetItem(lclRequest.folderId, "") : nullptr;
+        if (!lclFolder)
+            throw platform::Error(platform::errors::notFound, name + " does not exist.");
+        if (!lclFolder->AllowChildren())
+            throw platform::Error(platform::errors::invalidArgument, name + " takes no documents.");
+        CheckFolderLives();
+    }
+
+    // Someone else may have deleted it since this tree was loaded.
+    void CheckFolderLives() const {
+        const std::string id = Number(lclRequest.folderId);
+        const data::RecordsetPtr row =
+            Store(lclTree.DbConnection())
+                .Read("Select TreeItemId from tblTreeItem where TreeItemId = " + id);
+        if (row->Eof())
+            throw platform::Error(platform::errors::notFound,
+                                  "The folder " + id + " does not exist any more.");
+    }
+
+    void FindStore() {
+        std::string base = lclRequest.baseSaveDirectory;
+        if (base.empty()) base = data::DocumentRoot(lclWorkstation, lclTree.DbConnection());
+        if (base.empty())
+            throw platform::Error(platform::errors::pathNotFound, "There is no document store.");
+        lclDocument.SetBaseSaveDirectory(base);
+    }
+
+    void InsertRow() {
+        const platform::DateTime now = lclWorkstation.clock.Now();
+        const bool named = !lclRequest.description.empty();
+        const bool signedBy = !lclRequest.insertedBy.empty();
+        lclDocument.SetDbConnection(lclTree.DbConnection());
+        lclDocument.SetExternalId(lclRequest.externalId);
+        lclDocument.SetInsertedBy(signedBy ? lclRequest.insertedBy : lclWorkstation.user.Name());
+        lclDocument.SetInsertDate(platform::DateNumber(now));
+        lclDocument.SetInsertTime(platform::TimeNumber(now));
+        lclDocument.SetDescription(
+            ColumnText(named ? lclRequest.description : DescriptionOf(lclRequest.source)));
+        lclDocument.SetDocType(DocumentTypeOf(lclRequest.source));
+        lclDocument.SetReadOnly(lclRequest.readOnly);
+        if (lclRequest.mail) SetMail(*lclRequest.mail);
+        for (int attempt = 0; attempt < attempts; ++attempt) {
+            lclDocument.SetDocId(0);
+            lclDocument.InsertNewRow();
+            lclInserted = !lclDocument.AllreadyExists();
+            if (lclInserted) return;
+        }
+        throw platform::Error(platform::errors::alreadyExists,
+                              "The store already holds files under the new documents' numbers.");
+    }
+
+    void SetMail(const MailInfo& mail) {
+        lclDocument.SetSendTo(ColumnText(mail.sendTo));
+        lclDocument.SetRecievedFrom(ColumnText(mail.recievedFrom));
+        lclDocument.SetSendOn(ColumnText(mail.sendOn));
+        lclDocument.SetRecievedOn(ColumnText(mail.recievedOn));
+        lclDocument.SetNumberOfAttatchements(mail.numberOfAttatchements);
+    }
+
+    void AddItem() {
+        const Store store(lclTree.DbConnection());
+        Transaction transaction(store);
+        lclResult.item =
+            lclTree.AddChildItem(0, lclDocument.DocType(), nullptr, lclDocument.DocId(),
+                                 lclDocument.Description(), lclRequest.folderId);
+        if (!lclResult.item)
+            throw platform::Error(platform::errors::fail, "The folder did not take the document.");
+        CheckFolderLives(); // after the write: a lock that begins with a read may have to give way
+        transaction.Commit();
+        lclResult.docId = lclDocument.DocId();
+    }
+
+    // The row goes first: a file without one is found and harmless, a row without its file would
+    // show a document that is not there.
+    void TakeBack() noexcept {
+        try {
+            if (lclResult.item) lclFolder->ChildCollection()->Remove(lclResult.item->Id());
+            lclResult.item = nullptr;
+            if (lclInserted) lclDocument.RemoveNewRow();
+            if (lclCopied) lclWorkstation.files.Remove(lclResult.path);
+        } catch (const std::exception& error) {
+            lclWorkstation.log.Write("FileDocument",
+                                     "Document " + Number(lclDocument.Id()) +
+                                         " could not be taken back: " + error.what());
+        }
+        lclResult.path.clear();
+    }
+
+    const platform::Workstation& lclWorkstation;
+    clsTree& lclTree;
+    const FilingRequest& lclRequest;
+    FilingResult& lclResult;
+    clsDocument lclDocument;
+    clsItemPtr lclFolder;
+    bool lclInserted = false, lclCopied = false;
+};
+
+} // namespace
+
+FilingResult FileDocument(const platform::Workstation& workstation, clsTree& tree,
+                          const FilingRequest& request) {
+    FilingResult result;
+    const auto failed = [&](std::int32_t number, const char* what) {
+        result.number = number;
+        result.error = request.source + ": " + what;
+        workstation.log.Write("FileDocument", result.error);
+    };
+    try {
+        Filing(workstation, tree, request, result).Run();
+    } catch (const platform::Error& error) {
+        failed(error.Number(), error.what());
+    } catch (const std::exception& error) {
+        failed(platform::errors::fail, error.what());
+    }
+    return result;
+}
+
+std::string DocumentTypeOf(std::string_view fileName) {
+    const std::string type = platform::LowerCase(platform::Extension(platform::FileName(fileName)));
+    return CanBeType(type) ? type : std::string(unnamedType);
+}
+
+std::string ColumnText(std::string_view text) {
+    std::size_t units = 0; // of UTF-16, as columns are measured
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const auto byte = static_cast<unsigned char>(text[i]);
+        if ((byte & 0xC0) == 0x80) continue;
+        units += byte >= 0xF0 ? 2 : 1;
+        if (units > longestText) return std::string(text.substr(0, i));
+    }
+    return std::string(text);
+}
+
+} // namespace kavidex::model
