@@ -78,6 +78,12 @@ std::int32_t InsertRow(const Store& store, const NewRow& row,
     return key;
 }
 
+void SetNumber(data::Recordset& row, std::string_view column, std::int64_t number) {
+    data::Value value;
+    value.emplace<std::int64_t>(number);
+    row.Set(row.IndexOf(column), value);
+}
+
 std::string NewGuid(const platform::Workstation& workstation) {
     std::string guid;
     if (platform::CreateGuid(workstation, guid) != 0)

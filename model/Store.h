@@ -51,6 +51,8 @@ struct NewRow {
 std::int32_t InsertRow(const Store& store, const NewRow& row,
                        const std::function<void(data::Recordset&, std::int32_t key)>& complete);
 
+void SetNumber(data::Recordset& row, std::string_view column, std::int64_t number);
+
 std::string NewGuid(const platform::Workstation& workstation); // throws platform::Error
 
 std::string Number(std::int64_t number); // decimal text

@@ -102,7 +102,7 @@ void clsDocument::InsertNewRow() {
     Transaction transaction(store);
     const std::int32_t id = InsertRow(store, row, [&](data::Recordset& rows, std::int32_t key) {
         lclAllreadyExists = Machine().files.FileExists(PathOf(key));
-        rows.Set("DocId", std::int64_t{lclAllreadyExists ? 0 : key});
+        SetNumber(rows, "DocId", lclAllreadyExists ? 0 : key);
         if (!lclAllreadyExists) return;
         rows.Set("DocGuid", std::string());
         rows.Set("Description", std::string(markedDescription));

@@ -40,7 +40,7 @@ bool clsDossier::SaveNewRow() {
                      Number(TreeId()) + "," + guid + ")";
         row.find = "Select * from " + TableName() + " where RelGuid = " + guid;
         SetId(InsertRow(Store(DbConnection()), row, [](data::Recordset& rows, std::int32_t key) {
-            rows.Set("RelId", std::int64_t{key});
+            SetNumber(rows, "RelId", key);
         }));
         return true;
     });

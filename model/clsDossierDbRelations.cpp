@@ -32,7 +32,7 @@ bool clsDossierDbRelations::SaveNewRow() {
         row.keyColumn = "DossierId";
         SetDossierId(
             InsertRow(Store(DbConnection()), row, [](data::Recordset& rows, std::int32_t key) {
-                rows.Set("dbRelId", std::int64_t{key});
+                SetNumber(rows, "dbRelId", key);
             }));
         return true;
     });

@@ -36,7 +36,7 @@ NodeId InsertNode(const platform::Workstation& workstation, const data::Connecti
                  data::SqlValue(description) + "," + guid + ")";
     row.find = "Select * from tblTreeItem where TreeItemGuid = " + guid;
     return InsertRow(Store(connection), row, [](data::Recordset& rows, std::int32_t key) {
-        rows.Set("TreeItemId", std::int64_t{key});
+        SetNumber(rows, "TreeItemId", key);
     });
 }
 

@@ -89,11 +89,11 @@ bool clsTree::CreateNew() {
     clsItemPtr root;
     lclTreeId =
         InsertRow(model::Store(lclConnection), row, [&](data::Recordset& tree, std::int32_t key) {
-            tree.Set("TreeId", std::int64_t{key});
+            SetNumber(tree, "TreeId", key);
             clsItemCol roots(lclWorkstation);
             roots.SetDbConnection(lclConnection);
             root = roots.AddTab(lclDescription, lclConnection, 0);
-            tree.Set("TopItemId", std::int64_t{root->Id()});
+            SetNumber(tree, "TopItemId", root->Id());
         });
     SetItem(std::move(root));
     return true;
