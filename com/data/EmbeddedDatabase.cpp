@@ -1,7 +1,7 @@
 // Kavidex.EmbeddedDatabase: how scripts and hosts reach a database file without any server.
+#include "data/embedded/EmbeddedDatabase.h"
 #include "com/data/faces.h"
 #include "data/Error.h"
-#include "data/embedded/EmbeddedDatabase.h"
 #include "kavidex_idl.h"
 
 namespace kavidex::com {
@@ -16,8 +16,11 @@ public:
     // file is sound.
     Variant Check(const Variant& what) const {
         std::vector<std::string> findings;
-        if (what.IsText()) findings = data::EmbeddedDatabase::Check(what.ToText());
-        else findings = data::EmbeddedDatabase::Check(*Need(adodb::ConnectionFrom(what.ToDispatch())));
+        if (what.IsText())
+            findings = data::EmbeddedDatabase::Check(what.ToText());
+        else
+            findings =
+                data::EmbeddedDatabase::Check(*Need(adodb::ConnectionFrom(what.ToDispatch())));
         return platform::win32::ArrayOf({findings.begin(), findings.end()});
     }
     void BackupTo(data::ConnectionPtr connection, const std::string& path) const {
@@ -27,7 +30,8 @@ public:
 private:
     static data::ConnectionPtr Need(data::ConnectionPtr connection) {
         if (connection) return connection;
-        throw data::Error(data::errors::objectClosed, "There is no connection.", "Kavidex.EmbeddedDatabase");
+        throw data::Error(data::errors::objectClosed, "There is no connection.",
+                          "Kavidex.EmbeddedDatabase");
     }
 };
 
@@ -37,8 +41,10 @@ using Self = EmbeddedDatabaseObject;
 constexpr Member members[] = {
     Row::Method<[](Self&, std::string path) { return data::EmbeddedDatabase::OpenOrCreate(path); }>(
         L"OpenOrCreate", 1, L"Path"),
-    Row::Method<[](Self&, std::string path) { return data::EmbeddedDatabase::Open(path); }>(L"Open", 2, L"Path"),
-    Row::Method<[](Self&, std::string path) { return data::EmbeddedDatabase::Create(path); }>(L"Create", 3, L"Path"),
+    Row::Method<[](Self&, std::string path) { return data::EmbeddedDatabase::Open(path); }>(
+        L"Open", 2, L"Path"),
+    Row::Method<[](Self&, std::string path) { return data::EmbeddedDatabase::Create(path); }>(
+        L"Create", 3, L"Path"),
     Row::Method<&Self::Check>(L"Check", 4, L"PathOrConnection"),
     Row::Method<&Self::BackupTo>(L"BackupTo", 5, L"Connection,Path"),
 };

@@ -42,17 +42,24 @@ constexpr Member tableMembers[] = {
     Row::Put<&clsTable::SetCriteria>(L"Criteria", 5),
     Row::Get<&clsTable::Ordering>(L"Ordering", 6),
     Row::Put<&clsTable::SetOrdering>(L"Ordering", 6),
-    Row::Get<[](clsTable& table) { return static_cast<std::int32_t>(table.AbsolutePosition()); }>(L"AbsolutePosition", 7),
-    Row::Put<[](clsTable& table, std::int32_t position) { table.SetAbsolutePosition(position); }>(L"AbsolutePosition", 7),
-    Row::Method<[](clsTable& table, std::string field) { return FieldVariant(table.GetFieldLength(field)); }>(
-        L"GetFieldLength", 8, L"Field"),
-    Row::Method<[](clsTable& table, std::string field) { return FieldVariant(table.GetField(field)); }>(L"GetField", 9, L"Field"),
-    Row::Method<[](clsTable& table, std::string field, Variant value) { table.SetField(field, FieldValue(value)); }>(
-        L"SetField", 10, L"Field,Value"),
+    Row::Get<[](clsTable& table) { return static_cast<std::int32_t>(table.AbsolutePosition()); }>(
+        L"AbsolutePosition", 7),
+    Row::Put<[](clsTable& table, std::int32_t position) { table.SetAbsolutePosition(position); }>(
+        L"AbsolutePosition", 7),
+    Row::Method<[](clsTable& table, std::string field) {
+        return FieldVariant(table.GetFieldLength(field));
+    }>(L"GetFieldLength", 8, L"Field"),
+    Row::Method<[](clsTable& table, std::string field) {
+        return FieldVariant(table.GetField(field));
+    }>(L"GetField", 9, L"Field"),
+    Row::Method<[](clsTable& table, std::string field, Variant value) {
+        table.SetField(field, FieldValue(value));
+    }>(L"SetField", 10, L"Field,Value"),
     Row::Method<&clsTable::OpenDbConnection>(L"OpenDbConnection", 11),
     Row::Method<&clsTable::CloseDataSource>(L"CloseDataSource", 12),
     Row::Method<&clsTable::ReQuery>(L"ReQuery", 13),
-    Row::Get<[](clsTable& table) { return static_cast<std::int32_t>(table.RecordCount()); }>(L"RecordCount", 14),
+    Row::Get<[](clsTable& table) { return static_cast<std::int32_t>(table.RecordCount()); }>(
+        L"RecordCount", 14),
     Row::Get<&clsTable::Eof>(L"EOF", 15),
     Row::Get<&clsTable::Bof>(L"BOF", 16),
     Row::Method<[](clsTable& table, std::int32_t rows) { table.Move(rows); }>(L"Move", 17, L"Rows"),
@@ -60,7 +67,8 @@ constexpr Member tableMembers[] = {
     Row::Method<&clsTable::MoveLast>(L"MoveLast", 19),
     Row::Method<&clsTable::MoveNext>(L"MoveNext", 20),
     Row::Method<&clsTable::MovePrevious>(L"MovePrevious", 21),
-    Row::Method<[](clsTable& table, std::string idField, std::string guidField, ByRef<std::int32_t>& id, std::string copyField) {
+    Row::Method<[](clsTable& table, std::string idField, std::string guidField,
+                   ByRef<std::int32_t>& id, std::string copyField) {
         return table.SaveNewRow(idField, guidField, id.value, copyField);
     }>(L"SaveNewRow", 22, L"IdField,GuidField,NewId,CopyField"),
     Row::Method<&clsTable::UpdateCurrentRow>(L"UpdateCurrentRow", 23),
@@ -76,12 +84,14 @@ constexpr Member settingsMembers[] = {
     Setting::Method<[](clsSettings& self, std::string section, std::string key, Flag& value) {
         return self.GetSetting(section, key, value.value);
     }>(L"GetSetting", 2, L"Section,Key,Value"),
-    Setting::Method<[](clsSettings& self, std::string sections, std::string keys, Flag& value, Flag& section, Flag& key,
-                       std::optional<bool> close) {
-        return self.GetSettingLike(sections, keys, value.value, section.value, key.value, close.value_or(false));
+    Setting::Method<[](clsSettings& self, std::string sections, std::string keys, Flag& value,
+                       Flag& section, Flag& key, std::optional<bool> close) {
+        return self.GetSettingLike(sections, keys, value.value, section.value, key.value,
+                                   close.value_or(false));
     }>(L"GetSettingLike", 3, L"SectionPattern,KeyPattern,Value,Section,Key,Close"),
-    Setting::Method<[](clsSettings& self, Flag& value) { return self.GetNextSetting(value.value); }>(
-        L"GetNextSetting", 4, L"Value"),
+    Setting::Method<[](clsSettings& self, Flag& value) {
+        return self.GetNextSetting(value.value);
+    }>(L"GetNextSetting", 4, L"Value"),
     Setting::Method<[](clsSettings& self, Flag& value, Flag& section, Flag& key) {
         return self.GetNextSettingLike(value.value, section.value, key.value);
     }>(L"GetNextSettingLike", 5, L"Value,Section,Key"),
@@ -96,9 +106,13 @@ constexpr Table settingsTable{"Kavidex.clsSettings", &DIID__clsSettings, setting
 } // namespace
 
 template <>
-const Table& TableOf<clsTable>() { return table; }
+const Table& TableOf<clsTable>() {
+    return table;
+}
 template <>
-const Table& TableOf<clsSettings>() { return settingsTable; }
+const Table& TableOf<clsSettings>() {
+    return settingsTable;
+}
 
 ComPtr<IDispatch> FaceOf<clsTable>::Make(std::shared_ptr<clsTable> object) {
     return SharedFace<clsTable>::For(std::move(object));

@@ -35,12 +35,19 @@ constexpr std::array sharedMembers = {
     Own<T>::template Method<&RecordClass::SaveNewRow>(L"SaveNewRow", 108),
     Own<T>::template Method<&RecordClass::UpdateCurrentRow>(L"UpdateCurrentRow", 109),
     Own<T>::template Method<&RecordClass::DeleteCurrentRow>(L"DeleteCurrentRow", 110),
-    Own<T>::template Get<[](RecordClass& row) { return static_cast<std::int32_t>(row.RecordCount()); }>(L"RecordCount", 111),
-    Own<T>::template Get<[](RecordClass& row) { return static_cast<std::int32_t>(row.AbsolutePosition()); }>(L"AbsolutePosition", 112),
-    Own<T>::template Put<[](RecordClass& row, std::int32_t place) { row.SetAbsolutePosition(place); }>(L"AbsolutePosition", 112),
+    Own<T>::template Get<[](RecordClass& row) {
+        return static_cast<std::int32_t>(row.RecordCount());
+    }>(L"RecordCount", 111),
+    Own<T>::template Get<[](RecordClass& row) {
+        return static_cast<std::int32_t>(row.AbsolutePosition());
+    }>(L"AbsolutePosition", 112),
+    Own<T>::template Put<[](RecordClass& row, std::int32_t place) {
+        row.SetAbsolutePosition(place);
+    }>(L"AbsolutePosition", 112),
     Own<T>::template Get<&RecordClass::Eof>(L"EOF", 113),
     Own<T>::template Get<&RecordClass::Bof>(L"BOF", 114),
-    Own<T>::template Method<[](RecordClass& row, std::int32_t rows) { row.Move(rows); }>(L"Move", 115, L"Rows"),
+    Own<T>::template Method<[](RecordClass& row, std::int32_t rows) { row.Move(rows); }>(
+        L"Move", 115, L"Rows"),
     Own<T>::template Method<&RecordClass::MoveFirst>(L"MoveFirst", 116),
     Own<T>::template Method<&RecordClass::MoveLast>(L"MoveLast", 117),
     Own<T>::template Method<&RecordClass::MoveNext>(L"MoveNext", 118),
@@ -53,7 +60,8 @@ constexpr std::array<Member, 3> Column(const wchar_t* name, const wchar_t* sizeN
     return {Own<T>::template Get<get>(name, id), Own<T>::template Put<set>(name, id),
             Own<T>::template Get<size>(sizeName, id + 50)};
 }
-#define COLUMN(T, name, id) Column<T, &T::name, &T::Set##name, &T::name##_Size>(L"" #name, L"" #name "_Size", id)
+#define COLUMN(T, name, id)                                                                        \
+    Column<T, &T::name, &T::Set##name, &T::name##_Size>(L"" #name, L"" #name "_Size", id)
 
 template <std::size_t... sizes>
 constexpr auto Joined(const std::array<Member, sizes>&... parts) {
@@ -74,17 +82,21 @@ constexpr std::array documentOwn = {
     Document::Put<&clsDocument::SetCriteria>(L"Criteria", 2),
     Document::Get<&clsDocument::BaseSaveDirectory>(L"BaseSaveDirectory", 3),
     Document::Put<&clsDocument::SetBaseSaveDirectory>(L"BaseSaveDirectory", 3),
-    Document::Method<&clsDocument::AddDocument>(L"AddDocument", 4, L"Source,FailIfExists,DeleteSource"),
-    Document::Method<[](clsDocument& document, ByRef<std::string>& path) { return document.CreateEmptyDoc(path.value); }>(
-        L"CreateEmptyDoc", 5, L"Path"),
+    Document::Method<&clsDocument::AddDocument>(L"AddDocument", 4,
+                                                L"Source,FailIfExists,DeleteSource"),
+    Document::Method<[](clsDocument& document, ByRef<std::string>& path) {
+        return document.CreateEmptyDoc(path.value);
+    }>(L"CreateEmptyDoc", 5, L"Path"),
 };
-constexpr auto documentMembers = Joined(
-    documentOwn, COLUMN(clsDocument, Id, 11), COLUMN(clsDocument, DocId, 12), COLUMN(clsDocument, ExternalId, 13),
-    COLUMN(clsDocument, InsertedBy, 14), COLUMN(clsDocument, InsertDate, 15), COLUMN(clsDocument, InsertTime, 16),
-    COLUMN(clsDocument, Description, 17), COLUMN(clsDocument, RecievedFrom, 18), COLUMN(clsDocument, SendTo, 19),
-    COLUMN(clsDocument, SendOn, 20), COLUMN(clsDocument, RecievedOn, 21),
-    COLUMN(clsDocument, NumberOfAttatchements, 22), COLUMN(clsDocument, ReadOnly, 23), COLUMN(clsDocument, DocType, 24),
-    sharedMembers<clsDocument>);
+constexpr auto documentMembers =
+    Joined(documentOwn, COLUMN(clsDocument, Id, 11), COLUMN(clsDocument, DocId, 12),
+           COLUMN(clsDocument, ExternalId, 13), COLUMN(clsDocument, InsertedBy, 14),
+           COLUMN(clsDocument, InsertDate, 15), COLUMN(clsDocument, InsertTime, 16),
+           COLUMN(clsDocument, Description, 17), COLUMN(clsDocument, RecievedFrom, 18),
+           COLUMN(clsDocument, SendTo, 19), COLUMN(clsDocument, SendOn, 20),
+           COLUMN(clsDocument, RecievedOn, 21), COLUMN(clsDocument, NumberOfAttatchements, 22),
+           COLUMN(clsDocument, ReadOnly, 23), COLUMN(clsDocument, DocType, 24),
+           sharedMembers<clsDocument>);
 constexpr Table documentTable{"Kavidex.clsDocument", &DIID__clsDocument, documentMembers};
 
 template <class T>
@@ -95,23 +107,30 @@ constexpr std::array connectionMembers = {
 
 constexpr auto dossierMembers = Joined(
     connectionMembers<clsDossier>, COLUMN(clsDossier, Id, 11), COLUMN(clsDossier, DossierId, 12),
-    COLUMN(clsDossier, DossierType, 13), COLUMN(clsDossier, ChildId, 14), COLUMN(clsDossier, ChildType, 15),
-    COLUMN(clsDossier, TreeId, 16), sharedMembers<clsDossier>);
+    COLUMN(clsDossier, DossierType, 13), COLUMN(clsDossier, ChildId, 14),
+    COLUMN(clsDossier, ChildType, 15), COLUMN(clsDossier, TreeId, 16), sharedMembers<clsDossier>);
 constexpr Table dossierTable{"Kavidex.clsDossier", &DIID__clsDossier, dossierMembers};
 
-constexpr auto relationMembers = Joined(
-    connectionMembers<clsDossierDbRelations>, COLUMN(clsDossierDbRelations, DbKey, 11),
-    COLUMN(clsDossierDbRelations, DossierId, 12), sharedMembers<clsDossierDbRelations>);
-constexpr Table relationTable{"Kavidex.clsDossierDbRelations", &DIID__clsDossierDbRelations, relationMembers};
+constexpr auto relationMembers =
+    Joined(connectionMembers<clsDossierDbRelations>, COLUMN(clsDossierDbRelations, DbKey, 11),
+           COLUMN(clsDossierDbRelations, DossierId, 12), sharedMembers<clsDossierDbRelations>);
+constexpr Table relationTable{"Kavidex.clsDossierDbRelations", &DIID__clsDossierDbRelations,
+                              relationMembers};
 
 } // namespace
 
 template <>
-const Table& TableOf<clsDocument>() { return documentTable; }
+const Table& TableOf<clsDocument>() {
+    return documentTable;
+}
 template <>
-const Table& TableOf<clsDossier>() { return dossierTable; }
+const Table& TableOf<clsDossier>() {
+    return dossierTable;
+}
 template <>
-const Table& TableOf<clsDossierDbRelations>() { return relationTable; }
+const Table& TableOf<clsDossierDbRelations>() {
+    return relationTable;
+}
 
 template <class T>
 ComPtr<IDispatch> ModelFace<T>::Make(std::shared_ptr<T> object) {
@@ -131,7 +150,8 @@ ComPtr<IDispatch> NewModelObject<clsDossier>() {
 }
 template <>
 ComPtr<IDispatch> NewModelObject<clsDossierDbRelations>() {
-    return FaceOf<clsDossierDbRelations>::Make(std::make_shared<clsDossierDbRelations>(platform::TheWorkstation()));
+    return FaceOf<clsDossierDbRelations>::Make(
+        std::make_shared<clsDossierDbRelations>(platform::TheWorkstation()));
 }
 
 } // namespace kavidex::com

@@ -27,10 +27,12 @@ constexpr Member authMembers[] = {
     Auth::PutRef<&clsUserAuth::SetDbConnection>(L"DbConnection", 2),
     Auth::Method<&clsUserAuth::GetRight>(L"GetRight", 3, L"Key"),
     Auth::Method<&clsUserAuth::SetRight>(L"SetRight", 4, L"Key,Value"),
-    Auth::Method<[](clsUserAuth& auth, Text& key, Text& value) { return auth.GetFirstRight(key.value, value.value); }>(
-        L"GetFirstRight", 5, L"Key,Value"),
-    Auth::Method<[](clsUserAuth& auth, Text& key, Text& value) { return auth.GetNextRight(key.value, value.value); }>(
-        L"GetNextRight", 6, L"Key,Value"),
+    Auth::Method<[](clsUserAuth& auth, Text& key, Text& value) {
+        return auth.GetFirstRight(key.value, value.value);
+    }>(L"GetFirstRight", 5, L"Key,Value"),
+    Auth::Method<[](clsUserAuth& auth, Text& key, Text& value) {
+        return auth.GetNextRight(key.value, value.value);
+    }>(L"GetNextRight", 6, L"Key,Value"),
     Auth::Method<&clsUserAuth::LoadRights>(L"LoadRights", 7),
     Auth::Method<&clsUserAuth::SaveRights>(L"SaveRights", 8),
     Auth::Method<&clsUserAuth::DeleteRights>(L"DeleteRights", 9),
@@ -47,7 +49,9 @@ public:
     std::int32_t Count() const { return static_cast<std::int32_t>(Fields().size()); }
     clsFieldPtr Item(std::int32_t place) const { return Fields()[Checked(place)]; }
     void Add(const clsFieldPtr& field) {
-        if (!field) throw platform::Error(platform::errors::invalidArgument, "There is no field to add.", "Kavidex.clsCheckListType");
+        if (!field)
+            throw platform::Error(platform::errors::invalidArgument, "There is no field to add.",
+                                  "Kavidex.clsCheckListType");
         auto fields = Fields();
         fields.push_back(field);
         lclList->SetCheckListFields(std::move(fields));
@@ -69,7 +73,8 @@ private:
     const std::vector<clsFieldPtr>& Fields() const { return lclList->CheckListFields(); }
     std::size_t Checked(std::int32_t place) const {
         if (place < 1 || place > Count())
-            throw platform::Error(9, "Subscript out of range", "Kavidex.clsCheckListType"); // as Basic's collections
+            throw platform::Error(9, "Subscript out of range",
+                                  "Kavidex.clsCheckListType"); // as Basic's collections
         return static_cast<std::size_t>(place - 1);
     }
 
@@ -141,11 +146,17 @@ constexpr Table fieldTable{"Kavidex.clsField", &DIID__clsField, fieldMembers};
 } // namespace
 
 template <>
-const Table& TableOf<clsUserAuth>() { return authTable; }
+const Table& TableOf<clsUserAuth>() {
+    return authTable;
+}
 template <>
-const Table& TableOf<clsCheckListType>() { return typeTable; }
+const Table& TableOf<clsCheckListType>() {
+    return typeTable;
+}
 template <>
-const Table& TableOf<clsField>() { return fieldTable; }
+const Table& TableOf<clsField>() {
+    return fieldTable;
+}
 
 template <class T>
 ComPtr<IDispatch> ModelFace<T>::Make(std::shared_ptr<T> object) {
@@ -161,7 +172,8 @@ ComPtr<IDispatch> NewModelObject<clsUserAuth>() {
 }
 template <>
 ComPtr<IDispatch> NewModelObject<clsCheckListType>() {
-    return FaceOf<clsCheckListType>::Make(std::make_shared<clsCheckListType>(platform::TheWorkstation()));
+    return FaceOf<clsCheckListType>::Make(
+        std::make_shared<clsCheckListType>(platform::TheWorkstation()));
 }
 template <>
 ComPtr<IDispatch> NewModelObject<clsField>() {

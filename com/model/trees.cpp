@@ -41,7 +41,8 @@ constexpr Member treeMembers[] = {
     Tree::PutRef<&clsTree::SetItem>(L"Item", 9),
     Tree::Method<&clsTree::CreateNew>(L"CreateNew", 10),
     Tree::Method<&clsTree::AddChildTab>(L"AddChildTab", 11, L"Description,ParentId"),
-    Tree::Method<&clsTree::AddChildItem>(L"AddChildItem", 12, L"Id,Type,ChildCollection,ItemId,Description,ParentId"),
+    Tree::Method<&clsTree::AddChildItem>(L"AddChildItem", 12,
+                                         L"Id,Type,ChildCollection,ItemId,Description,ParentId"),
     Tree::Method<&clsTree::MoveItem>(L"MoveItem", 13, L"ItemId,NewParentId,OldParentId"),
     Tree::Method<[](clsTree& tree, ByRef<clsItemPtr>& item, std::optional<std::int32_t> id) {
         return tree.DeleteItem(item.value, id.value_or(item.value ? item.value->Id() : 0));
@@ -49,7 +50,8 @@ constexpr Member treeMembers[] = {
     Tree::Method<[](clsTree& tree, std::int32_t id, std::optional<std::string> description) {
         return tree.GetItem(id, description.value_or(""));
     }>(L"GetItem", 15, L"Id,Description"),
-    Tree::Method<[](clsTree& tree, clsItemPtr start, std::int32_t id, std::optional<std::string> description) {
+    Tree::Method<[](clsTree& tree, clsItemPtr start, std::int32_t id,
+                    std::optional<std::string> description) {
         return tree.GetItemWithinTree(start, id, description.value_or(""));
     }>(L"GetItemWithinTree", 16, L"StartItem,Id,Description"),
     Tree::Method<&clsTree::Delete>(L"Delete", 17),
@@ -81,7 +83,8 @@ using ColFace = SharedFace<clsItemCol>;
 using Col = Rows<ColFace>;
 
 constexpr Member colMembers[] = {
-    Col::Get<[](clsItemCol& col, std::int16_t index) { return col.Item(index); }>(L"Item", 0, L"Index"),
+    Col::Get<[](clsItemCol& col, std::int16_t index) { return col.Item(index); }>(L"Item", 0,
+                                                                                  L"Index"),
     Col::Get<&clsItemCol::Count>(L"Count", 1),
     Col::Get<[](ColFace& face) {
         return MakeEnumerator([col = face.Shared()](std::size_t place) -> std::optional<Variant> {
@@ -91,16 +94,21 @@ constexpr Member colMembers[] = {
         });
     }>(L"NewEnum", DISPID_NEWENUM),
     Col::PutRef<&clsItemCol::SetDbConnection>(L"DbConnection", 2),
-    Col::Method<[](clsItemCol& col, ByRef<std::int32_t>& id, std::string type, clsItemColPtr children,
-                   std::int32_t itemId, std::string description, Connection connection, std::int32_t parentId) {
-        return col.AddItem(id.value, type, std::move(children), itemId, description, connection, parentId);
+    Col::Method<[](clsItemCol& col, ByRef<std::int32_t>& id, std::string type,
+                   clsItemColPtr children, std::int32_t itemId, std::string description,
+                   Connection connection, std::int32_t parentId) {
+        return col.AddItem(id.value, type, std::move(children), itemId, description, connection,
+                           parentId);
     }>(L"AddItem", 3, L"Id,Type,ChildCollection,ItemId,Description,DbConnection,ParentId"),
     Col::Method<&clsItemCol::AddTab>(L"AddTab", 4, L"Description,DbConnection,ParentId"),
-    Col::Method<&clsItemCol::AddUserGroup>(L"AddUserGroup", 5, L"Description,DbConnection,ParentId"),
+    Col::Method<&clsItemCol::AddUserGroup>(L"AddUserGroup", 5,
+                                           L"Description,DbConnection,ParentId"),
     Col::Method<&clsItemCol::MoveItem>(L"MoveItem", 6, L"Item,DbConnection,NewParent,OldParent"),
     Col::Method<[](clsItemCol& col, Variant key) {
-        if (key.IsNumber()) col.Remove(key.ToInt32());
-        else col.Remove(key.ToText());
+        if (key.IsNumber())
+            col.Remove(key.ToInt32());
+        else
+            col.Remove(key.ToText());
     }>(L"Remove", 7, L"Key"),
     Col::Method<[](clsItemCol&, std::string type) { return model::fncCanHaveChildren(type); }>(
         L"fncCanHaveChildren", 8, L"Type"),
@@ -110,11 +118,17 @@ constexpr Table colTable{"Kavidex.clsItemCol", &DIID__clsItemCol, colMembers};
 } // namespace
 
 template <>
-const Table& TableOf<clsTree>() { return treeTable; }
+const Table& TableOf<clsTree>() {
+    return treeTable;
+}
 template <>
-const Table& TableOf<clsItem>() { return itemTable; }
+const Table& TableOf<clsItem>() {
+    return itemTable;
+}
 template <>
-const Table& TableOf<clsItemCol>() { return colTable; }
+const Table& TableOf<clsItemCol>() {
+    return colTable;
+}
 
 template <class T>
 ComPtr<IDispatch> ModelFace<T>::Make(std::shared_ptr<T> object) {
