@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "controls/binder/BinderProperties.h"
@@ -212,17 +213,21 @@ public:
     void SetLayout(std::int16_t layout);
     bool Usable() const; // a dossier is open
     bool HasRight(std::string_view right) const;
+    std::int32_t SplitterPosition() const; // as the workstation keeps it
 
 private:
     struct Pending {
         std::string file;
         bool scanned = false;
     };
+    struct Failed; // what went wrong while files were added
 
     template <class Type>
     void Change(Type BinderProperties::*member, const Type& value);
-    void TakeEffect(const void* member);
-    void ApplyAll();
+    template <class Type>
+    void Report(Type BinderProperties::*member) const;
+    void TakeEffect();
+    void PassOnToTree();
 
     void SubscribeToChildren();
     void OnItemSelected(const TreeItemInfo& item);
@@ -232,17 +237,35 @@ private:
     void EnsureTranslator();
     void HandDownTranslator();
     void HandDownRights();
+    void ConnectionHandedOver(const data::ConnectionPtr& connection);
     std::string Text(std::string_view text, const std::vector<std::string>& values = {}) const;
+    void Tell(std::string_view text, const std::vector<std::string>& values = {}) const;
     void ReportError(std::string_view where, const std::exception& error) const;
+    template <class Work>
+    void Guarded(std::string_view where, Work work) const;
 
+    std::int32_t FindOrCreate(std::string_view externalId, std::string_view description,
+                              std::string_view tabs, std::string_view oldExternalId,
+                              std::int32_t& step);
     std::int32_t CreateDossier(std::int32_t dossierId, std::string_view description,
-                               std::string_view tabs);
+                               std::string_view tabs, std::int32_t& step);
     std::string DefaultTabs(std::string_view listOfTabs) const;
-    void CheckBacklog();
+    void RestoreSelection();
+    bool QueueFolder(std::string_view root, const std::string& name, bool announce) const;
+
+    std::shared_ptr<model::clsItem> FolderFor(std::int32_t id, std::string_view description,
+                                              bool top) const;
+    std::shared_ptr<model::clsItem> SelectedFolder() const;
+    std::int32_t FileInto(const std::shared_ptr<model::clsItem>& folder,
+                          const std::vector<Pending>& files);
+    std::int32_t TellNotAdded(const Failed& failed) const;
+    std::int32_t FilePendingAtTop();
+    std::int32_t Copy(const std::vector<std::shared_ptr<model::clsItem>>& items,
+                      std::string_view folder, std::vector<std::string>& copies) const;
+
     void ApplyLayout();
     void ToolbarChanged();
     void InsertNew(std::size_t which);
-    std::int32_t FilePending();
 
     const platform::Workstation& lclWorkstation;
     std::shared_ptr<data::AdoFactory> lclAdo;
@@ -252,13 +275,15 @@ private:
     std::shared_ptr<Translator> lclTranslator;
     std::shared_ptr<OwnTranslator> lclOwnTranslator; // null while the host's is in use
     std::shared_ptr<model::clsUserAuth> lclUserAuth;
-    std::unique_ptr<data::ConnectionAssignment> lclAssignment;
+    std::unordered_map<std::string, bool> lclRights; // the answers, as they were when handed down
     std::string lclQueueExternalId;
-    std::vector<Pending> lclPending;
+    std::vector<Pending> lclPending; // waits for a folder to be chosen
+    bool lclFiling = false;
 
     std::unique_ptr<ctrlTree> lclTree;
     std::unique_ptr<DocumentPanel> lclViewer;
     std::unique_ptr<ctlSplitPanel> lclSplitPanel;
+    std::unique_ptr<data::ConnectionAssignment> lclAssignment;
     BinderWindow* lclWindow = nullptr;
     std::vector<std::shared_ptr<void>> lclSubscriptions;
 };

@@ -1,0 +1,259 @@
+// Construction, properties, and what is handed down to the children.
+#include "controls/binder/ctrlCorrespondence.h"
+
+#include "controls/binder/BinderWindow.h"
+#include "controls/common/OwnTranslator.h"
+#include "controls/splitter/ctlSplitPanel.h"
+#include "controls/tree/ctrlTree.h"
+#include "controls/viewer/DocumentPanel.h"
+#include "data/AccessRepair.h"
+#include "data/AdoFactory.h"
+#include "data/ConnectionAssignment.h"
+#include "model/clsItem.h"
+#include "model/clsUserAuth.h"
+#include "platform/Error.h"
+#include "platform/Log.h"
+#include "platform/Messages.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+// Properties that the tree control has under the same name.
+template <class Type>
+struct PassedOn {
+    Type BinderProperties::*from;
+    void (ctrlTree::*to)(const Type&);
+};
+
+using P = BinderProperties;
+constexpr PassedOn<bool> flags[] = {
+    {&P::Enabled, &ctrlTree::SetEnabled},
+    {&P::ShowParentsOnly, &ctrlTree::SetShowParentsOnly},
+    {&P::ShowExternalViewer, &ctrlTree::SetShowExternalViewer},
+    {&P::SelectItems, &ctrlTree::SetSelectItems},
+    {&P::ShowDescriptionsInToolTip, &ctrlTree::SetShowDescriptionsInToolTip},
+};
+constexpr PassedOn<std::int32_t> colours[] = {
+    {&P::BackColor, &ctrlTree::SetBackColor},
+    {&P::ForeColor, &ctrlTree::SetForeColor},
+};
+constexpr PassedOn<std::int16_t> styles[] = {
+    {&P::BackStyle, &ctrlTree::SetBackStyle},
+    {&P::BorderStyle, &ctrlTree::SetBorderStyle},
+};
+constexpr PassedOn<std::string> texts[] = {
+    {&P::NameForInsert, &ctrlTree::SetNameForInsert},
+    {&P::TypeForInsert, &ctrlTree::SetTypeForInsert},
+    {&P::DossierType, &ctrlTree::SetDossierType},
+    {&P::ValueFile, &ctrlTree::SetValueFile},
+    {&P::EmailAddress, &ctrlTree::SetEmailAddress},
+};
+
+template <class Rows>
+void PassOn(const Rows& rows, const BinderProperties& state, ctrlTree& tree) {
+    for (const auto& row : rows) (tree.*row.to)(state.*row.from);
+}
+
+} // namespace
+
+ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
+                                       std::shared_ptr<data::AdoFactory> ado,
+                                       std::shared_ptr<data::AccessRepair> repair)
+    : lclWorkstation(workstation), lclAdo(std::move(ado)), lclRepair(std::move(repair)),
+      lclTree(std::make_unique<ctrlTree>(workstation)),
+      lclViewer(std::make_unique<DocumentPanel>(workstation)),
+      lclSplitPanel(std::make_unique<ctlSplitPanel>()) {
+    data::ConnectionListeners listeners;
+    listeners.changed = [this] { PropertyChanged.Raise("DbConnection"); };
+    listeners.handOver = [this](const data::ConnectionPtr& given) { ConnectionHandedOver(given); };
+    listeners.ready = [this](const data::ConnectionPtr&) {
+        lclState.TemplatePath = lclAssignment->TemplatePath();
+        if (lclOwnTranslator) lclOwnTranslator->SetDbConnection(DbConnection()); // rows may be new
+        HandDownRights();
+    };
+    lclAssignment = std::make_unique<data::ConnectionAssignment>(
+        workstation, std::move(listeners), [this](std::string_view text) { return Text(text); });
+    SubscribeToChildren();
+    PassOnToTree();
+    ApplyLayout();
+}
+
+ctrlCorrespondence::~ctrlCorrespondence() {
+    lclWindow = nullptr;
+    try {
+        CloseObject();
+    } catch (const std::exception& error) {
+        lclWorkstation.log.Write("CloseObject", error.what());
+    }
+}
+
+// --- Properties ---------------------------------------------------------------------------------
+
+template <class Type>
+void ctrlCorrespondence::Report(Type BinderProperties::*member) const {
+    if (const auto* row = FindProperty(BinderPropertyTable(), member))
+        PropertyChanged.Raise(row->ReportedAs());
+}
+
+template <class Type>
+void ctrlCorrespondence::Change(Type BinderProperties::*member, const Type& value) {
+    lclState.*member = value;
+    Report(member);
+    TakeEffect();
+}
+
+template void ctrlCorrespondence::Change(bool BinderProperties::*, const bool&);
+template void ctrlCorrespondence::Change(std::int16_t BinderProperties::*, const std::int16_t&);
+template void ctrlCorrespondence::Change(std::int32_t BinderProperties::*, const std::int32_t&);
+template void ctrlCorrespondence::Change(std::string BinderProperties::*, const std::string&);
+
+void ctrlCorrespondence::TakeEffect() {
+    lclState.ShowCheckList = platform::Trim(lclState.ShowCheckList);
+    if (lclOwnTranslator &&
+        static_cast<std::int32_t>(lclOwnTranslator->CurrentLanguage()) != lclState.Language) {
+        lclOwnTranslator->SetLanguage(static_cast<controls::Language>(lclState.Language));
+        HandDownTranslator();
+    }
+    PassOnToTree();
+    lclViewer->SetAppearance(lclState.BackColor, lclState.ForeColor, lclState.Enabled, lclFont);
+    lclViewer->SetColWidth(lclState.ColWidth);
+    ApplyLayout();
+    if (lclWindow) lclWindow->AppearanceChanged();
+}
+
+void ctrlCorrespondence::PassOnToTree() {
+    PassOn(flags, lclState, *lclTree);
+    PassOn(colours, lclState, *lclTree);
+    PassOn(styles, lclState, *lclTree);
+    PassOn(texts, lclState, *lclTree);
+}
+
+void ctrlCorrespondence::SetFont(std::optional<FontFace> font) {
+    lclFont = std::move(font);
+    PropertyChanged.Raise("Font");
+    lclTree->SetFont(lclFont);
+    TakeEffect();
+}
+
+void ctrlCorrespondence::LoadProperties(PropertyBag& bag) {
+    controls::LoadProperties(BinderPropertyTable(), lclState, bag);
+    lclAssignment->SetTemplatePath(lclState.TemplatePath);
+    TakeEffect();
+    lclTree->SetTreeId(lclState.Id);
+    ToolbarChanged();
+}
+
+void ctrlCorrespondence::SaveProperties(PropertyBag& bag) const {
+    BinderProperties state = lclState;
+    state.Id = Id();
+    state.TemplatePath = lclAssignment->TemplatePath();
+    state.ScannedDoc = false;
+    for (const auto& pending : lclPending) state.ScannedDoc = state.ScannedDoc || pending.scanned;
+    if (const auto folder = SelectedFolder()) {
+        // The item has 16 bits; an id beyond them is not kept rather than kept wrong.
+        const auto id = static_cast<std::int16_t>(folder->Id());
+        state.SelectedTabId = id == folder->Id() ? id : std::int16_t{0};
+    }
+    controls::SaveProperties(BinderPropertyTable(), state, bag);
+}
+
+// --- Translator and rights ----------------------------------------------------------------------
+
+void ctrlCorrespondence::SetTranslate(std::shared_ptr<Translator> translator) {
+    lclOwnTranslator.reset();
+    lclTranslator = std::move(translator);
+    HandDownTranslator();
+}
+
+void ctrlCorrespondence::EnsureTranslator() {
+    if (lclTranslator) return;
+    lclOwnTranslator = std::make_shared<OwnTranslator>(lclWorkstation);
+    lclOwnTranslator->SetDbConnection(DbConnection());
+    lclOwnTranslator->SetLanguage(static_cast<controls::Language>(lclState.Language));
+    lclTranslator = lclOwnTranslator;
+    HandDownTranslator();
+}
+
+void ctrlCorrespondence::HandDownTranslator() {
+    lclTree->SetTranslate(lclTranslator);
+    lclViewer->SetTranslate(lclTranslator);
+    ToolbarChanged();
+}
+
+void ctrlCorrespondence::SetUserAuth(std::shared_ptr<model::clsUserAuth> rights) {
+    lclUserAuth = std::move(rights);
+    HandDownRights();
+}
+
+// The answers are taken once; asking the database with every button would be slow.
+void ctrlCorrespondence::HandDownRights() {
+    lclRights.clear();
+    lclTree->SetUserAuth(lclUserAuth);
+    lclViewer->SetUserAuth(lclUserAuth);
+    const bool enforced = model::UseRights(lclWorkstation, DbConnection());
+    const auto ask = [&](std::string_view right) {
+        const bool granted = lclUserAuth ? lclUserAuth->HasRight(right) : !enforced;
+        return lclRights[std::string(right)] = granted;
+    };
+    if (lclUserAuth || DbConnection()) {
+        const bool edit = ask("EditDossiers");
+        lclTree->SetNewEnabled(edit);    // its folders
+        lclTree->SetUpdateEnabled(edit); // its documents
+        lclTree->SetAllowAddExternal(ask("AddExternal"));
+        lclTree->SetAllowCreateFolders(ask("CreateFolders"));
+        lclTree->SetDeleteEnabled(ask("Delete"));
+        lclTree->SetShowMail(ask("Mail"));
+        lclTree->SetShowPrint(ask("Print"));
+        for (const auto& button : ToolbarTable())
+            if (!button.right.empty()) ask(button.right);
+    }
+    ToolbarChanged();
+}
+
+bool ctrlCorrespondence::HasRight(std::string_view right) const {
+    if (const auto known = lclRights.find(std::string(right)); known != lclRights.end())
+        return known->second;
+    return lclUserAuth ? lclUserAuth->HasRight(right)
+                       : !model::UseRights(lclWorkstation, DbConnection());
+}
+
+// --- Messages -----------------------------------------------------------------------------------
+
+std::string ctrlCorrespondence::Text(std::string_view text,
+                                     const std::vector<std::string>& values) const {
+    return lclTranslator ? lclTranslator->Translate(text, values)
+                         : platform::FillPlaceholders(text, values);
+}
+
+void ctrlCorrespondence::Tell(std::string_view text, const std::vector<std::string>& values) const {
+    platform::Message message;
+    message.text = Text(text, values);
+    message.icon = platform::Icon::Exclamation;
+    lclWorkstation.messages.Show(message);
+}
+
+void ctrlCorrespondence::ReportError(std::string_view where, const std::exception& error) const {
+    const auto* ours = dynamic_cast<const platform::Error*>(&error);
+    std::string text = "Error # " + std::to_string(ours ? ours->Number() : platform::errors::fail);
+    const auto line = [&](std::string_view marker, const std::string& value) {
+        text += "\r\n" + std::string(marker) + value;
+    };
+    line("   Generated by ", ours ? ours->Source() : "Kavidex");
+    line("   Description  ", error.what());
+    int index = 0;
+    if (const auto connection = DbConnection())
+        for (const auto& detail : connection->Errors()) {
+            line("Error #", std::to_string(++index) + ":");
+            line("   ADO Error   #", std::to_string(detail.number));
+            line("   Description  ", detail.description);
+            line("   Source       ", detail.source);
+        }
+    const std::string caption = "Error in " + std::string(where);
+    lclWorkstation.log.Write(caption, error.what());
+    lclWorkstation.messages.Show({text, caption, platform::Buttons::Ok, platform::Icon::Critical});
+}
+
+} // namespace kavidex::controls

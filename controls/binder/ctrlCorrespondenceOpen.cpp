@@ -1,0 +1,242 @@
+// The connection, and opening, making and closing a dossier.
+#include "controls/binder/BinderWindow.h"
+#include "controls/binder/ctrlCorrespondenceGuarded.h"
+#include "controls/common/OwnTranslator.h"
+#include "controls/tree/ctrlTree.h"
+#include "controls/viewer/DocumentPanel.h"
+#include "data/AccessRepair.h"
+#include "data/AdoFactory.h"
+#include "data/ConnectionAssignment.h"
+#include "data/ConnectionOpener.h"
+#include "model/clsDossier.h"
+#include "model/clsDossierDbRelations.h"
+#include "model/clsItem.h"
+#include "model/clsUserAuth.h"
+#include "platform/Error.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+class NoAdo : public data::AdoFactory {
+public:
+    std::shared_ptr<data::AdoConnection> Create() override {
+        throw platform::Error(platform::errors::notFound, "There is no ADO on this machine", "Kavidex");
+    }
+};
+
+class NoRepair : public data::AccessRepair {
+public:
+    void Configure(std::string_view, std::string_view) override {
+        throw platform::Error(platform::errors::notFound, "There is no ODBC installer on this machine");
+    }
+};
+
+} // namespace
+
+// --- Connection ---------------------------------------------------------------------------------
+
+const data::ConnectionPtr& ctrlCorrespondence::DbConnection() const {
+    return lclAssignment->DbConnection();
+}
+
+void ctrlCorrespondence::SetDbConnection(const data::ConnectionPtr& connection) {
+    const auto before = DbConnection();
+    const bool owned = lclState.DbOpened;
+    if (!lclAssignment->SetDbConnection(connection)) return;
+    lclState.DbOpened = false;
+    if (owned && before && before->IsOpen()) before->Close();
+}
+
+void ctrlCorrespondence::ConnectionHandedOver(const data::ConnectionPtr& connection) {
+    if (!connection) SetId(0);
+    if (lclOwnTranslator) lclOwnTranslator->SetDbConnection(connection);
+    lclTree->SetDbConnection(connection);
+    lclViewer->SetDbConnection(connection);
+    if (lclUserAuth && !lclUserAuth->DbConnection()) lclUserAuth->SetDbConnection(connection);
+    ToolbarChanged();
+}
+
+void ctrlCorrespondence::SetDbProvider(const std::string& provider) {
+    lclState.DbProvider = provider;
+    PropertyChanged.Raise("DbProvider");
+    if (!lclState.DbPath.empty()) DbOpenConnection();
+}
+
+void ctrlCorrespondence::SetDbPath(const std::string& path) {
+    lclState.DbPath = path;
+    PropertyChanged.Raise("DbPath");
+    if (!lclState.DbProvider.empty()) DbOpenConnection();
+}
+
+std::int32_t ctrlCorrespondence::DbOpenConnection() {
+    NoAdo noAdo;
+    NoRepair noRepair;
+    data::ConnectionOpener opener(lclWorkstation, lclAdo ? *lclAdo : noAdo,
+                                  lclRepair ? *lclRepair : noRepair,
+                                  [this](std::string_view text) { return Text(text); });
+    bool opened = false;
+    data::ConnectionPtr made;
+    const auto result = opener.DbOpenConnection(lclState.DbProvider, lclState.DbPath, opened,
+                                                [&](const data::ConnectionPtr& connection) {
+                                                    made = connection;
+                                                    SetDbConnection(connection);
+                                                });
+    // A second connection to the database in use is not taken: nobody else would close it.
+    if (made && made == DbConnection())
+        lclState.DbOpened = opened;
+    else if (made && made->IsOpen())
+        made->Close();
+    return result;
+}
+
+// --- Opening ------------------------------------------------------------------------------------
+
+std::int32_t ctrlCorrespondence::Id() const { return lclTree->TreeId(); }
+
+void ctrlCorrespondence::SetId(std::int32_t id) {
+    lclViewer->ShowNothing();
+    lclTree->SetTreeId(id);
+    lclState.Id = id;
+    PropertyChanged.Raise("Id");
+    if (id != 0) RestoreSelection();
+    ToolbarChanged();
+}
+
+// The folder that was selected when the state was saved, where this tree has it.
+void ctrlCorrespondence::RestoreSelection() {
+    const auto wanted = lclState.SelectedTabId;
+    lclState.SelectedTabId = 0;
+    if (wanted > 0 && lclTree->GetNode(wanted)) lclTree->SetHighLightToItem(wanted);
+}
+
+bool ctrlCorrespondence::Usable() const { return Id() != 0 && DbConnection() != nullptr; }
+
+bool ctrlCorrespondence::CreateNew(std::string_view prmDescription,
+                                   std::string_view prmListOfDefaultTabs) {
+    lclViewer->ShowNothing();
+    const bool created = lclTree->CreateNew(prmDescription, prmListOfDefaultTabs);
+    if (created) {
+        lclState.Id = Id();
+        PropertyChanged.Raise("Id");
+    }
+    ToolbarChanged();
+    return created;
+}
+
+std::string ctrlCorrespondence::DefaultTabs(std::string_view listOfTabs) const {
+    if (!listOfTabs.empty()) return std::string(listOfTabs);
+    if (platform::EqualNoCase(lclState.DossierType, "Dossiermap")) return {};
+    return "Dossiertype=" + lclState.DossierType;
+}
+
+std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
+                                              std::string_view prmDescription,
+                                              std::string_view prmListOfDefaultTabs,
+                                              std::string_view prmOldExternalId,
+                                              std::string_view prmExIdForBacklogAndQueue) {
+    EnsureTranslator();
+    if (!prmExIdForBacklogAndQueue.empty()) lclQueueExternalId = prmExIdForBacklogAndQueue;
+    SetId(0);
+    const auto tabs = DefaultTabs(prmListOfDefaultTabs);
+    if (!DbConnection() && !lclState.DbProvider.empty() && !lclState.DbPath.empty())
+        DbOpenConnection(); // closed by CloseObject, or restored from the host's bag
+
+    std::int32_t result = -1, step = -1;
+    try {
+        result = FindOrCreate(prmExternalId, prmDescription, tabs, prmOldExternalId, step);
+    } catch (const std::exception& error) {
+        ReportError("OpenOrCreate", error);
+        result = step;
+    }
+    if (result != 0) {
+        if (Id() != 0) SetId(0);
+        return result;
+    }
+    lclState.ExternalId = prmExternalId;
+    PropertyChanged.Raise("ExternalId");
+    ApplyLayout();
+    if (lclQueueExternalId.empty()) lclQueueExternalId = prmExternalId;
+    if (!lclQueueExternalId.empty()) fncCheckDocumentQueue(lclQueueExternalId);
+    return 0;
+}
+
+// `step` is the result that an error at this point stands for.
+std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
+                                              std::string_view description, std::string_view tabs,
+                                              std::string_view oldExternalId, std::int32_t& step) {
+    step = -1;
+    // Without a key the look-up would find whichever dossier comes first.
+    if (!DbConnection() || externalId.empty()) {
+        lclWorkstation.log.Write("OpenOrCreate", DbConnection() ? "no key" : "no connection");
+        return -1;
+    }
+    lclViewer->SetDbConnection(DbConnection());
+    model::clsDossierDbRelations relation(lclWorkstation);
+    relation.SetDbConnection(DbConnection());
+    relation.SetDbKey(externalId);
+    if (!relation.OpenDataSource()) return -1;
+    bool found = !relation.Eof();
+    if (!found && !oldExternalId.empty()) {
+        relation.SetDbKey(oldExternalId);
+        if (!relation.OpenDataSource()) return -1;
+        found = !relation.Eof();
+        relation.SetDbKey(externalId);
+        if (found && !relation.UpdateCurrentRow()) return -1;
+    }
+    if (!found) {
+        step = -2;
+        model::clsDossierDbRelations fresh(lclWorkstation);
+        fresh.SetDbConnection(DbConnection());
+        fresh.SetDbKey(externalId);
+        if (!fresh.SaveNewRow()) return -2;
+        return CreateDossier(fresh.DossierId(), description, tabs, step);
+    }
+    step = -6;
+    model::clsDossier dossier(lclWorkstation);
+    dossier.SetDbConnection(DbConnection());
+    dossier.SetDossierId(relation.DossierId());
+    if (!dossier.OpenDataSource()) return -6;
+    // An earlier run may have ended between the key row and the dossier row.
+    if (dossier.Eof()) return CreateDossier(relation.DossierId(), description, tabs, step);
+    SetId(dossier.TreeId());
+    return 0;
+}
+
+std::int32_t ctrlCorrespondence::CreateDossier(std::int32_t dossierId, std::string_view description,
+                                               std::string_view tabs, std::int32_t& step) {
+    step = -3;
+    if (!CreateNew(platform::Trim(description), platform::Trim(tabs))) return -3;
+    step = -4;
+    model::clsDossier dossier(lclWorkstation);
+    dossier.SetDbConnection(DbConnection());
+    dossier.SetDossierId(dossierId);
+    if (!dossier.OpenDataSource()) return -4;
+    step = -5;
+    dossier.SetDossierType("Correspondence");
+    dossier.SetTreeId(Id());
+    return dossier.SaveNewRow() ? 0 : -5;
+}
+
+std::int32_t ctrlCorrespondence::CloseObject() {
+    std::int32_t result = addFiles::done;
+    Guarded("CloseObject", [&] {
+        result = FilePendingAtTop();
+        if (Id() != 0) SetId(0);
+        lclViewer->ShowNothing();
+        lclQueueExternalId.clear();
+        if (lclState.DbOpened) SetDbConnection(nullptr);
+    });
+    return result;
+}
+
+void ctrlCorrespondence::Refresh() {
+    lclTree->Refresh();
+    lclViewer->Refresh();
+    if (lclWindow) lclWindow->Repaint();
+}
+
+} // namespace kavidex::controls

@@ -1,0 +1,209 @@
+// Toolbar, layout, and what the children report.
+#include "controls/binder/BinderWindow.h"
+#include "controls/binder/ctrlCorrespondenceGuarded.h"
+#include "controls/splitter/ctlSplitPanel.h"
+#include "controls/tree/ctrlTree.h"
+#include "controls/viewer/DocumentPanel.h"
+#include "model/clsItem.h"
+#include "platform/Error.h"
+#include "platform/General.h"
+#include "platform/Messages.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+constexpr std::string_view correspSetting = "CorrespSetting", splitterKey = "SPPos";
+
+// Administrative items; they show no document.
+constexpr std::string_view administrative[] = {"batch", "usergroup", "users", "user", "userpost"};
+
+} // namespace
+
+void ctrlCorrespondence::SubscribeToChildren() {
+    const auto keep = [&](std::shared_ptr<void> token) { lclSubscriptions.push_back(std::move(token)); };
+    auto& tree = *lclTree;
+    keep(tree.Click.Subscribe([this] { Click.Raise(); }));
+    keep(tree.DblClick.Subscribe([this] { DblClick.Raise(); }));
+    keep(tree.KeyDown.Subscribe([this](std::int16_t& key, std::int16_t shift) { KeyDown.Raise(key, shift); }));
+    keep(tree.KeyUp.Subscribe([this](std::int16_t& key, std::int16_t shift) { KeyUp.Raise(key, shift); }));
+    keep(tree.KeyPress.Subscribe([this](std::int16_t& key) { KeyPress.Raise(key); }));
+    const auto mouse = [](auto& event) {
+        return [&event](std::int16_t button, std::int16_t shift, float x, float y) {
+            event.Raise(button, shift, x, y);
+        };
+    };
+    keep(tree.MouseDown.Subscribe(mouse(MouseDown)));
+    keep(tree.MouseMove.Subscribe(mouse(MouseMove)));
+    keep(tree.MouseUp.Subscribe(mouse(MouseUp)));
+    keep(tree.EvItemSelected.Subscribe([this](const TreeItemInfo& item) { OnItemSelected(item); }));
+    keep(tree.EvItemSelectedExternal.Subscribe([this](const TreeItemInfo& item) {
+        if (const auto found = lclTree->GetItem(item.id)) lclViewer->OpenDefault(found);
+    }));
+    keep(tree.EvItemDropped.Subscribe([this](const DropEvent& drop) { OnItemDropped(drop); }));
+    keep(tree.EvItemDroppedAndHandled.Subscribe([this] {
+        lclViewer->Refresh();
+        ItemDropped.Raise();
+    }));
+    keep(tree.EvItemPastedSpecial.Subscribe([this](const std::vector<std::string>& files, std::int32_t) {
+        AddFiles(files, {}, 0, false, false);
+    }));
+    keep(tree.EvItemDragOver.Subscribe([this](DragState state, std::int32_t id) { OLEDragOver.Raise(state, id); }));
+    keep(tree.EvItemCreated.Subscribe([this](const TreeItemInfo& item) { EvItemCreated.Raise(item); }));
+    keep(tree.EvItemDelete.Subscribe([this](const TreeItemInfo& item) {
+        EvItemDelete.Raise(item);
+        if (lclViewer->Content() == PanelContent::Document) lclViewer->ShowNothing();
+    }));
+    keep(tree.EvItemRenamed.Subscribe([this](const TreeItemInfo&, const std::string&) { lclViewer->Refresh(); }));
+    keep(tree.EvCompleteDrag.Subscribe([this] {
+        OLECompleteDrag.Raise();
+        EvCompleteDrag.Raise();
+    }));
+    keep(lclViewer->DocumentChosen.Subscribe([this](std::int32_t id) {
+        Guarded("DocumentChosen", [&] { lclTree->SetHighLightToItem(id); });
+    }));
+    keep(lclSplitPanel->Moved.Subscribe([this] {
+        platform::SaveRegSetting(lclWorkstation, platform::applicationName, correspSetting, splitterKey,
+                                 std::to_string(lclSplitPanel->Position()));
+    }));
+}
+
+void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
+    EvItemSelected.Raise(item);
+    Guarded("EvItemSelected", [&] {
+        ShowItem(item);
+        if (lclPending.empty() || lclFiling) return;
+        const auto folder = SelectedFolder();
+        if (!folder) return;
+        const auto files = std::move(lclPending); // they waited for this choice
+        lclPending.clear();
+        FileInto(folder, files);
+    });
+    ToolbarChanged();
+}
+
+void ctrlCorrespondence::ShowItem(const TreeItemInfo& item) {
+    const auto type = platform::LowerCase(platform::TrimView(item.type));
+    const auto found = lclTree->GetItem(item.id);
+    for (const auto name : administrative)
+        if (type == name) return lclViewer->ShowNothing();
+    if (!found) return lclViewer->ShowNothing();
+    if (found->AllowChildren()) lclViewer->ShowList(found);
+    else lclViewer->ShowItem(found);
+}
+
+// --- Layout -------------------------------------------------------------------------------------
+
+std::int32_t ctrlCorrespondence::SplitterPosition() const {
+    const auto kept = platform::GetRegSetting(lclWorkstation, platform::applicationName,
+                                              correspSetting, splitterKey, "");
+    const double position = platform::Val(kept);
+    const bool usable = position > 0 && position < ctlSplitPanel::wholePosition;
+    return usable ? static_cast<std::int32_t>(position) : lclSplitPanel->Position();
+}
+
+void ctrlCorrespondence::SetLayout(std::int16_t layout) {
+    lclState.LastUsedLayout = layout;
+    Report(&BinderProperties::LastUsedLayout);
+    ApplyLayout();
+}
+
+void ctrlCorrespondence::ApplyLayout() {
+    const auto layout = lclState.LastUsedLayout;
+    if (layout == layouts::treeLeft || layout == layouts::treeTop)
+        lclSplitPanel->SetHorizontal(layout == layouts::treeTop);
+    const bool treeOnly = lclState.ShowTreeOnly || layout == layouts::treeOnly;
+    const bool viewerOnly = !lclState.ShowTreeOnly && layout == layouts::viewerOnly;
+    lclSplitPanel->ShowControls(!viewerOnly, !treeOnly);
+    if (lclWindow) lclWindow->LayoutChanged();
+    ToolbarChanged();
+}
+
+// --- Toolbar ------------------------------------------------------------------------------------
+
+void ctrlCorrespondence::AttachWindow(BinderWindow* window) {
+    lclWindow = window;
+    if (!window) return;
+    window->AppearanceChanged();
+    window->LayoutChanged();
+    window->ToolbarChanged();
+}
+
+void ctrlCorrespondence::ToolbarChanged() {
+    if (lclWindow) lclWindow->ToolbarChanged();
+}
+
+std::vector<ButtonState> ctrlCorrespondence::Toolbar() const {
+    std::vector<ButtonState> states;
+    for (const auto& button : ToolbarTable()) {
+        ButtonState state;
+        state.button = &button;
+        state.visible = button.available;
+        if (button.key.starts_with("Settings")) state.visible &= lclState.AllowSettings;
+        if (button.key.starts_with("New")) state.visible &= lclState.ShowAddButton;
+        if (button.key == "WithCheckList") state.visible &= !lclState.ShowCheckList.empty();
+        state.enabled = Usable() && (button.right.empty() || HasRight(button.right));
+        if (!button.tooltip.empty()) state.tooltip = Text(button.tooltip);
+        states.push_back(std::move(state));
+    }
+    return states;
+}
+
+PopupMenu ctrlCorrespondence::ButtonMenu(std::string_view key) {
+    PopupMenu menu;
+    if (platform::EqualAsciiNoCase(key, "New")) {
+        const auto names = platform::Split(lclState.NameForInsert, ';');
+        const auto types = platform::Split(lclState.TypeForInsert, ';');
+        for (std::size_t i = 0; i < names.size() && i < types.size(); ++i)
+            if (!platform::TrimView(names[i]).empty())
+                menu.push_back({"mnuNew", static_cast<int>(i), Text(names[i])});
+        return menu;
+    }
+    for (const auto& row : ToolbarMenuTable()) {
+        if (!row.available || !platform::EqualAsciiNoCase(row.button, key)) continue;
+        MenuEntry entry{std::string(row.key), row.layout, Text(row.caption)};
+        entry.checked = row.layout != 0 && row.layout == lclState.LastUsedLayout;
+        menu.push_back(std::move(entry));
+    }
+    return menu;
+}
+
+void ctrlCorrespondence::ButtonClicked(std::string_view key) {
+    const auto* button = FindButton(key);
+    if (!button) return;
+    try {
+        if (button->kind == ButtonKind::DropDown) {
+            const auto menu = ButtonMenu(key);
+            const auto chosen = lclWindow ? lclWindow->ShowMenu(menu, button->key) : std::nullopt;
+            if (chosen && *chosen < menu.size()) MenuChosen(menu[*chosen]);
+        } else if (button->description == "prevdoc") {
+            lclTree->SetPreviousChildItem();
+        } else if (button->description == "nextdoc") {
+            lclTree->SetNextChildItem();
+        }
+    } catch (const std::exception& error) {
+        lclWorkstation.messages.Show({error.what(), "Error in ButttonClick of ctrlCorrespondence",
+                                      platform::Buttons::Ok, platform::Icon::Exclamation});
+    }
+}
+
+void ctrlCorrespondence::MenuChosen(const MenuEntry& entry) {
+    if (entry.name == "mnuNew") return InsertNew(static_cast<std::size_t>(entry.index));
+    const auto name = platform::LowerCase(entry.name);
+    for (const auto& row : ToolbarMenuTable())
+        if (row.key == name && row.layout != 0) SetLayout(row.layout);
+}
+
+void ctrlCorrespondence::InsertNew(std::size_t which) {
+    if (!SelectedFolder()) return Tell("Selecteer eerst een map voor de toevoeging");
+    if (lclWindow) lclWindow->FocusTree();
+    lclTree->ChooseMenu({"mnuNew", static_cast<int>(which), {}});
+}
+
+void ctrlCorrespondence::OLEDrag() {
+    if (const auto item = lclTree->SelectedItem()) lclTree->BeginDrag(item->Id());
+}
+
+} // namespace kavidex::controls
