@@ -202,7 +202,7 @@ std::string DocumentPanel::PathOf(const ItemPtr& document) const {
     record.SetCriteria("tblDocument.DocId = " + std::to_string(document->ItemId()));
     if (!record.OpenDataSource() || record.Eof() || !record.LoadData()) return {};
     try {
-        return record.StorePath(false);
+        return record.StorePath();
     } catch (const platform::Error& error) {
         lclWorkstation.log.Write("PathOf", error.what());
         return {};
