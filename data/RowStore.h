@@ -12,7 +12,7 @@ namespace kavidex::data {
 
 class RowStore {
 public:
-    enum class Kind : std::uint32_t { Null, Bool, Integer, Double, Text, Bytes };
+    enum class Kind : std::uint32_t { Null, Bool, Integer, Double, Text, Binary };
 
     struct Cell {
         Kind kind = Kind::Null;

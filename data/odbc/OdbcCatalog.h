@@ -1,0 +1,12 @@
+// What a database holds, as ADO's schema rowsets tell it.
+#pragma once
+
+#include "data/Connection.h"
+#include "data/RowSource.h"
+#include "data/odbc/OdbcLink.h"
+
+namespace kavidex::data::odbc {
+
+ResultRows ReadSchema(const LinkPtr& link, Schema schema);
+
+} // namespace kavidex::data::odbc

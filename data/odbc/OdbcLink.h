@@ -1,0 +1,47 @@
+// The ODBC handles of one connection, shared by the connection and its recordsets.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "data/Connection.h"
+#include "data/odbc/OdbcDialect.h"
+#include "OdbcHeaders.h"
+
+namespace kavidex::data::odbc {
+
+// Failing calls throw data::Error and leave the driver's messages in Errors().
+class OdbcLink {
+public:
+    explicit OdbcLink(std::string_view connectionString);
+    ~OdbcLink();
+    OdbcLink(const OdbcLink&) = delete;
+    OdbcLink& operator=(const OdbcLink&) = delete;
+
+    bool IsOpen() const { return lclConnection != SQL_NULL_HDBC; }
+    void Close(); // rolls an open transaction back
+    void CheckOpen() const;
+    SQLHDBC Handle() const;
+    const Dialect& Speaks() const { return *lclDialect; }
+
+    std::string Info(SQLUSMALLINT what) const;
+    std::string CurrentCatalog() const;
+    void SetAutoCommit(bool on);
+    void EndTransaction(bool commit);
+
+    const std::vector<ErrorDetail>& Errors() const { return lclErrors; }
+    [[noreturn]] void Fail(SQLSMALLINT kind, SQLHANDLE handle, std::string_view statement = {});
+    void ForgetErrors() { lclErrors.clear(); }
+
+private:
+    SQLHENV lclEnvironment = SQL_NULL_HENV;
+    SQLHDBC lclConnection = SQL_NULL_HDBC;
+    const Dialect* lclDialect = nullptr;
+    std::vector<ErrorDetail> lclErrors;
+};
+
+using LinkPtr = std::shared_ptr<OdbcLink>;
+
+} // namespace kavidex::data::odbc

@@ -1,0 +1,136 @@
+#include "data/odbc/OdbcStatement.h"
+
+#include <algorithm>
+#include <limits>
+
+#include "data/odbc/SingleTable.h"
+#include "data/odbc/Wide.h"
+
+namespace kavidex::data::odbc {
+
+OdbcStatement::OdbcStatement(LinkPtr link) : lclLink(std::move(link)) {
+    const SQLHDBC connection = lclLink->Handle();
+    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, connection, &lclHandle)))
+        lclLink->Fail(SQL_HANDLE_DBC, connection);
+}
+
+OdbcStatement::~OdbcStatement() {
+    // Closing the connection freed its statements with it.
+    if (lclLink->IsOpen()) SQLFreeHandle(SQL_HANDLE_STMT, lclHandle);
+}
+
+void OdbcStatement::Check(SQLRETURN rc) {
+    if (!SQL_SUCCEEDED(rc) && rc != SQL_NO_DATA) lclLink->Fail(SQL_HANDLE_STMT, lclHandle, lclText);
+}
+
+void OdbcStatement::Run(std::string_view text, const std::vector<Value>& values) {
+    lclText = text;
+    std::u16string wide = platform::ToUtf16(text);
+    if (values.empty()) {
+        Check(SQLExecDirectW(lclHandle, Raw(wide), Length<SQLINTEGER>(wide)));
+    } else {
+        Check(SQLPrepareW(lclHandle, Raw(wide), Length<SQLINTEGER>(wide)));
+        for (std::size_t i = 0; i < values.size(); ++i) Bind(static_cast<SQLUSMALLINT>(i + 1), values[i]);
+        Check(SQLExecute(lclHandle));
+    }
+    CountColumns();
+}
+
+void OdbcStatement::RunCatalog(std::string_view name, const std::function<SQLRETURN(SQLHSTMT)>& call) {
+    lclText = name;
+    Check(call(lclHandle));
+    CountColumns();
+}
+
+void OdbcStatement::CountColumns() { Check(SQLNumResultCols(lclHandle, &lclColumns)); }
+
+void OdbcStatement::Bind(SQLUSMALLINT number, const Value& value) {
+    SQLLEN& length = lclLengths.emplace_back(0);
+    const auto bind = [&](SQLSMALLINT cType, SQLSMALLINT sqlType, SQLULEN size, const void* data) {
+        Check(SQLBindParameter(lclHandle, number, SQL_PARAM_INPUT, cType, sqlType, size, 0,
+                               const_cast<void*>(data), length, &length));
+    };
+    if (IsNull(value)) {
+        length = SQL_NULL_DATA;
+        bind(SQL_C_WCHAR, SQL_WVARCHAR, 1, nullptr);
+    } else if (const auto* flag = std::get_if<bool>(&value)) {
+        bind(SQL_C_BIT, SQL_BIT, 1, flag);
+    } else if (const auto* whole = std::get_if<std::int64_t>(&value)) {
+        bind(SQL_C_SBIGINT, SQL_BIGINT, 19, whole);
+    } else if (const auto* real = std::get_if<double>(&value)) {
+        bind(SQL_C_DOUBLE, SQL_DOUBLE, 15, real);
+    } else if (const auto* text = std::get_if<std::string>(&value)) {
+        constexpr std::size_t longest = 4000; // of an ordinary wide text in every server
+        std::u16string& wide = lclTexts.emplace_back(platform::ToUtf16(*text));
+        length = static_cast<SQLLEN>(wide.size() * sizeof(char16_t));
+        bind(SQL_C_WCHAR, wide.size() > longest ? SQL_WLONGVARCHAR : SQL_WVARCHAR,
+             std::max<std::size_t>(wide.size(), 1), wide.data());
+    } else if (const auto* bytes = std::get_if<Bytes>(&value)) {
+        constexpr std::size_t longest = 8000;
+        static const std::uint8_t none = 0;
+        length = static_cast<SQLLEN>(bytes->size());
+        bind(SQL_C_BINARY, bytes->size() > longest ? SQL_LONGVARBINARY : SQL_VARBINARY,
+             std::max<std::size_t>(bytes->size(), 1), bytes->empty() ? &none : bytes->data());
+    }
+}
+
+std::int64_t OdbcStatement::RowCount() {
+    SQLLEN rows = -1;
+    return SQL_SUCCEEDED(SQLRowCount(lclHandle, &rows)) ? rows : -1;
+}
+
+void OdbcStatement::Finish() {
+    for (;;) {
+        const SQLRETURN rc = SQLMoreResults(lclHandle);
+        if (rc == SQL_NO_DATA) return;
+        Check(rc);
+    }
+}
+
+std::string OdbcStatement::Attribute(SQLUSMALLINT column, SQLUSMALLINT which) {
+    std::u16string text(256, u'\0');
+    SQLSMALLINT bytes = 0;
+    if (!SQL_SUCCEEDED(SQLColAttributeW(lclHandle, column, which, Raw(text),
+                                        static_cast<SQLSMALLINT>(text.size() * 2), &bytes, nullptr)))
+        return {};
+    return UpToZero(text);
+}
+
+FieldsPtr OdbcStatement::Describe(bool keys) {
+    auto fields = std::make_shared<std::vector<Field>>();
+    const std::string onlyTable = keys ? SingleTable(lclText) : std::string();
+    for (SQLUSMALLINT i = 1; i <= lclColumns; ++i) {
+        std::u16string name(256, u'\0');
+        SQLSMALLINT length = 0, sqlType = 0, digits = 0, nullable = SQL_NULLABLE_UNKNOWN;
+        SQLULEN size = 0;
+        Check(SQLDescribeColW(lclHandle, i, Raw(name), Length<SQLSMALLINT>(name), &length, &sqlType,
+                              &size, &digits, &nullable));
+        SQLLEN isUnsigned = SQL_FALSE;
+        SQLColAttributeW(lclHandle, i, SQL_DESC_UNSIGNED, nullptr, 0, nullptr, &isUnsigned);
+        const TypeRow type = TypeOf(sqlType, size, digits, isUnsigned == SQL_TRUE);
+        lclTypes.push_back(type);
+        lclSizes.push_back(size);
+
+        Field field;
+        field.name = UpToZero(name);
+        field.type = type.ado;
+        field.definedSize = static_cast<std::int64_t>(
+            std::min<SQLULEN>(size, std::numeric_limits<std::int32_t>::max()));
+        field.nullable = nullable != SQL_NO_NULLS;
+        if (keys) {
+            field.baseTable = Attribute(i, SQL_DESC_BASE_TABLE_NAME);
+            field.baseColumn = Attribute(i, SQL_DESC_BASE_COLUMN_NAME);
+            // Some drivers name no base: a statement over one table leaves no doubt.
+            if (field.baseTable.empty() && !onlyTable.empty()) {
+                field.baseTable = onlyTable;
+                if (field.baseColumn.empty()) field.baseColumn = field.name;
+            }
+            if (field.baseColumn.empty()) field.baseTable.clear();
+        }
+        fields->push_back(std::move(field));
+    }
+    if (keys) MarkKeys(lclLink, *fields);
+    return fields;
+}
+
+} // namespace kavidex::data::odbc

@@ -1,0 +1,81 @@
+#include "data/odbc/SingleTable.h"
+
+#include <algorithm>
+#include <set>
+
+#include "data/Error.h"
+#include "data/odbc/OdbcStatement.h"
+#include "data/odbc/Wide.h"
+#include "platform/text.h"
+
+namespace kavidex::data::odbc {
+
+namespace {
+
+using platform::EqualAsciiNoCase;
+
+// The next word or single sign; a quoted name is one word, its quotes taken off.
+std::string_view NextWord(std::string_view& text) {
+    constexpr std::string_view blanks = " \t\r\n", ends = " \t\r\n,()";
+    const auto first = text.find_first_not_of(blanks);
+    if (first == std::string_view::npos) return text = {};
+    text.remove_prefix(first);
+    const char quote = text[0] == '[' ? ']' : text[0] == '`' || text[0] == '"' ? text[0] : '\0';
+    if (quote) {
+        const auto end = text.find(quote, 1);
+        const std::string_view word = text.substr(1, end == std::string_view::npos ? end : end - 1);
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        return word;
+    }
+    const auto end = std::max<std::size_t>(1, std::min(text.size(), text.find_first_of(ends)));
+    const std::string_view word = text.substr(0, end);
+    text.remove_prefix(end);
+    return word;
+}
+
+std::set<std::string> KeysOf(const LinkPtr& link, const std::string& table) {
+    std::u16string name = platform::ToUtf16(table);
+    std::set<std::string> keys;
+    try {
+        OdbcStatement statement(link);
+        statement.RunCatalog("SQLPrimaryKeys", [&](SQLHSTMT handle) {
+            return SQLPrimaryKeysW(handle, nullptr, 0, nullptr, 0, Raw(name), Length<SQLSMALLINT>(name));
+        });
+        statement.Describe(false);
+        const RowStore rows = statement.FetchAll();
+        constexpr std::size_t columnName = 3;
+        for (std::size_t i = 0; i < rows.Rows(); ++i)
+            keys.insert(platform::LowerCase(ToText(rows.Read(i, columnName))));
+    } catch (const platform::Error&) {
+        // A driver that cannot tell leaves the rows without a key: readable, not writable.
+        link->ForgetErrors();
+    }
+    return keys;
+}
+
+} // namespace
+
+std::string SingleTable(std::string_view statement) {
+    std::string_view rest = statement;
+    if (!EqualAsciiNoCase(NextWord(rest), "select") || NextWord(rest) != "*" ||
+        !EqualAsciiNoCase(NextWord(rest), "from"))
+        return {};
+    const std::string_view table = NextWord(rest), next = NextWord(rest);
+    const bool plain = next.empty() || EqualAsciiNoCase(next, "where") || EqualAsciiNoCase(next, "order");
+    return plain ? std::string(table) : std::string();
+}
+
+void MarkKeys(const LinkPtr& link, std::vector<Field>& fields) {
+    std::string table;
+    std::set<std::string> keys;
+    for (Field& field : fields) {
+        if (field.baseTable.empty()) continue;
+        if (field.baseTable != table) {
+            table = field.baseTable;
+            keys = KeysOf(link, table);
+        }
+        field.key = keys.count(platform::LowerCase(field.baseColumn)) > 0;
+    }
+}
+
+} // namespace kavidex::data::odbc
