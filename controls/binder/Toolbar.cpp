@@ -29,10 +29,10 @@ constexpr ToolbarMenuEntry entries[] = {
     {"Stapler", "nodel", "Nieten en originelen behouden", 0, false},
     {"Unpack", "unpackwithdel", "Splitsen en origineel verwijderen", 0, false},
     {"Unpack", "unpacknodel", "Splitsen en origineel behouden", 0, false},
-    {"WindowPlacement", "mnutreeonly", "Alleen mappen", 1},
+    {"WindowPlacement", "mnutreeonly", "Alleen boom", 1},
     {"WindowPlacement", "mnudoconly", "Alleen document", 2},
-    {"WindowPlacement", "mnutreeleftviewerright", "Mappen links, document rechts", 3},
-    {"WindowPlacement", "mnutreetopviewerbottom", "Mappen boven, document onder", 4},
+    {"WindowPlacement", "mnutreeleftviewerright", "Boom links, document rechts", 3},
+    {"WindowPlacement", "mnutreetopviewerbottom", "Boom boven, document onder", 4},
 };
 
 } // namespace
