@@ -2,7 +2,8 @@
 //
 // Static and optimistic: Update and Delete name the row by its key and by every value it was read
 // with, and refuse with errors::rowChanged when no such row is left. A move away from a changed row
-// writes it first, as ADO does; Close and Requery drop what was not written.
+// writes it first, as ADO does; a row whose Update failed is left without another try, so that a
+// loop over all rows ends. Close and Requery drop what was not written.
 #pragma once
 
 #include "data/RowEdit.h"
@@ -67,6 +68,7 @@ private:
     std::int64_t lclPosition = 0;       // 0-based in the view; -1 BOF, size EOF
     bool lclOnDeleted = false;          // the row at lclPosition was deleted, the next stands there
     bool lclAdding = false;
+    bool lclRefused = false;            // the pending changes failed, and that was reported
     RowChanges lclChanges;              // empty when nothing is pending
 
     // Values of the current row, converted on first reading; lclStamps tells which are current.

@@ -33,6 +33,7 @@ constexpr std::int32_t rowChanged = static_cast<std::int32_t>(0x80040E38);  // c
 constexpr std::int32_t integrity = static_cast<std::int32_t>(0x80040E2F);   // constraint violated
 constexpr std::int32_t syntax = static_cast<std::int32_t>(0x80040E14);      // statement refused
 constexpr std::int32_t noTable = static_cast<std::int32_t>(0x80040E37);
+constexpr std::int32_t noTransaction = static_cast<std::int32_t>(0x8004D00E);
 constexpr std::int32_t authentication = static_cast<std::int32_t>(0x80040E4D);
 constexpr std::int32_t unspecified = static_cast<std::int32_t>(0x80004005);
 } // namespace errors

@@ -25,11 +25,14 @@ public:
         Cell() : integer(0) {}
     };
 
-    explicit RowStore(std::size_t columns = 0) : lclColumns(columns) {}
+    RowStore() = default;
+    explicit RowStore(std::size_t columns) : lclColumns(columns) {}
 
     std::size_t Columns() const { return lclColumns; }
     std::size_t Rows() const { return lclColumns == 0 ? 0 : lclCells.size() / lclColumns; }
     void Clear(std::size_t columns);
+    void Reserve(std::size_t rows, std::size_t bytes);
+    std::size_t TextBytes() const { return lclBytes.size(); }
 
     // Values of a row are appended from left to right; Rows() counts a row once it is whole.
     void AddNull() { lclCells.emplace_back(); }
@@ -57,7 +60,7 @@ private:
     Cell MakeText(Kind kind, const void* bytes, std::size_t size);
     Cell MakeCell(const Value& value);
 
-    std::size_t lclColumns;
+    std::size_t lclColumns = 0;
     std::vector<Cell> lclCells;
     std::vector<char> lclBytes;
 };

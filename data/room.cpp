@@ -1,1 +1,0 @@
-// Keeps the room a library until its first source arrives.

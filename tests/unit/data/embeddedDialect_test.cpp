@@ -1,0 +1,308 @@
+// Statements of the Access dialect, run on the real engine.
+#include <gtest/gtest.h>
+
+#include "data/Error.h"
+#include "data/embedded/EmbeddedDatabase.h"
+
+namespace kavidex::data {
+namespace {
+
+class EmbeddedDialect : public testing::Test {
+protected:
+    ConnectionPtr connection = EmbeddedDatabase::CreateInMemory();
+
+    void Run(const std::string& statement) { connection->Execute(statement); }
+    RecordsetPtr Open(const std::string& statement) { return connection->Open({.text = statement, .parameters = {}}); }
+
+    // The first value of the first row as text; "(none)" without rows.
+    std::string First(const std::string& statement) {
+        const RecordsetPtr rows = Open(statement);
+        return rows->Eof() ? "(none)" : IsNull(rows->Get(0)) ? "(null)" : ToText(rows->Get(0));
+    }
+    std::int32_t Failure(const std::string& statement) {
+        try {
+            Run(statement);
+        } catch (const Error& error) {
+            EXPECT_FALSE(std::string(error.what()).empty());
+            return error.Number();
+        }
+        return 0;
+    }
+};
+
+TEST_F(EmbeddedDialect, ComputesExpressionsAsAccessDoes) {
+    const struct {
+        const char* expression;
+        const char* result;
+    } cases[] = {
+        {"1 + 2 * 3", "7"},
+        {"'a' & 'b' & 1", "ab1"},
+        {"'a' & null & 'b'", "ab"},
+        {"null & null", "(null)"},
+        {"'a' & 1 + 2", "a3"},
+        {"1 & 2 = '12'", "1"},
+        {"'a' + 'b'", "ab"},
+        {"7 / 2", "3.5"},
+        {"7 \\ 2", "3"},
+        {"7 mod 4", "3"},
+        {"2 ^ 3", "8"},
+        {"- 2 - -3", "1"},
+        {"mid('abcdef', 2, 3)", "bcd"},
+        {"mid('abc', 2)", "bc"},
+        {"mid(20040501, 5, 2)", "05"},
+        {"mid('abc', 9, 2)", ""},
+        {"mid(null, 1, 2)", "(null)"},
+        {"left('abc', 2)", "ab"},
+        {"left('abc', 9)", "abc"},
+        {"left(1230, 2)", "12"},
+        {"right('abc', 2)", "bc"},
+        {"right('abc', 9)", "abc"},
+        {"right('\xC3\xA9\xF0\x9F\x98\x80x', 2)", "\xF0\x9F\x98\x80x"},
+        {"iif(null is null, 'yes', 'no')", "yes"},
+        {"iif(1 > 2, 'yes', 'no')", "no"},
+        {"len('abc')", "3"},
+        {"ucase('\xC3\xA9')", "\xC3\x89"},
+        {"instr('Dossier', 'SS')", "3"},
+        {"nz(null, 'x')", "x"},
+        {"'ABC' = 'abc'", "1"},
+        {"'\xC3\x89' = '\xC3\xA9'", "1"},
+        {"'b' between 'A' and 'C'", "1"},
+        {"'X' in ('a', 'x')", "1"},
+        {"not 1 = 2 and 3 = 3", "1"},
+        {"True", "1"},
+        {"\"double\" & \"d \"\"quotes\"\"\"", "doubled \"quotes\""},
+        {"#2004-05-01# & ''", "2004-05-01 00:00:00"},
+        {"#5/1/2004 13:30#", "2004-05-01 13:30:00"},
+        {"'O''Brien'", "O'Brien"},
+        {"''", ""},
+    };
+    for (const auto& [expression, result] : cases)
+        EXPECT_EQ(First(std::string("Select ") + expression), result) << expression;
+}
+
+TEST_F(EmbeddedDialect, MatchesPatternsOfBothWildcardFamilies) {
+    const struct {
+        const char* text;
+        const char* pattern;
+        bool matches;
+    } cases[] = {
+        {"Dossier", "Dos%", true},    {"Dossier", "dos*", true},   {"Dossier", "%SIER", true},
+        {"Dossier", "D?ss_er", true}, {"Dossier", "Dossier", true}, {"Dossier", "Dos", false},
+        {"Dossier", "", false},       {"", "%", true},             {"a[b", "a[b", true},
+        {"cat", "[a-d]at", true},     {"hat", "[a-d]at", false},   {"hat", "[!a-d]at", true},
+        {"\xC3\x89toile", "\xC3\xA9*", true}, {"aXbXc", "a*x*c", true}, {"100%", "100[%]", true},
+    };
+    for (const auto& [text, pattern, matches] : cases)
+        EXPECT_EQ(First(std::string("Select '") + text + "' like '" + pattern + "'"),
+                  matches ? "1" : "0")
+            << text << " like " << pattern;
+    EXPECT_EQ(First("Select null like '%'"), "(null)");
+    EXPECT_EQ(First("Select 'abc' not like 'x*'"), "1");
+}
+
+TEST_F(EmbeddedDialect, TakesEveryFormOfFlag) {
+    Run("Insert into tblTree (Description, NewEnabled, DeleteEnabled) Values ('a', True, False)");
+    Run("Insert into tblTree (Description, NewEnabled, DeleteEnabled) Values ('b', 1, 0)");
+    Run("Insert into tblTree (Description, NewEnabled, DeleteEnabled) Values ('c', -1, 0)");
+    EXPECT_EQ(First("Select count(*) from tblTree where NewEnabled = True"), "3");
+    EXPECT_EQ(First("Select count(*) from tblTree where True = NewEnabled"), "3");
+    EXPECT_EQ(First("Select count(*) from tblTree where NewEnabled <> True"), "0");
+    EXPECT_EQ(First("Select count(*) from tblTree where DeleteEnabled = False"), "3");
+    EXPECT_EQ(First("Select count(*) from tblTree where NewEnabled"), "3");
+    const RecordsetPtr rows = Open("Select * from tblTree");
+    for (; !rows->Eof(); rows->MoveNext()) {
+        EXPECT_EQ(rows->Get("NewEnabled"), Value(true));
+        EXPECT_EQ(rows->Get("DeleteEnabled"), Value(false));
+    }
+    EXPECT_EQ(rows->Fields()[rows->IndexOf("NewEnabled")].type, AdoType::Boolean);
+}
+
+TEST_F(EmbeddedDialect, RefusesWhatBelongsToOtherServers) {
+    for (const char* statement : {
+             "CREATE TABLE tblX ( Id INTEGER Identity(1000,1)  CONSTRAINT c PRIMARY KEY, a CHAR(5))",
+             "CREATE TABLE tblX ( Id BIGINT AUTO_INCREMENT  PRIMARY KEY, a CHAR(5)) AUTO_INCREMENT = 1000",
+             "CREATE TABLE tblX (Id COUNTER PRIMARY KEY, a NTEXT)",
+             "CREATE TABLE tblX (Id COUNTER PRIMARY KEY, a LONGTEXT)",
+             "CREATE TABLE tblX (Id COUNTER PRIMARY KEY) AUTO_INCREMENT = 1000",
+             "ALTER TABLE tblDocument ADD NewColumn Char(38)",
+             "ALTER TABLE tblDocument ADD COLUMN NewColumn NTEXT",
+             "CREATE INDEX indX on tblDocument (Description(38))",
+             "DROP INDEX tblDossierReference.indRefVal10",
+             "CREATE PROCEDURE AddToSettings @Section CHAR(255) AS SET NOCOUNT ON",
+             "SELECT top 5 percent * from tblTree limit 3",
+             "PRAGMA journal_mode=OFF",
+             "ATTACH DATABASE 'x' AS y",
+             "Select load_extension('x')",
+             "Select 1; Delete from tblSettings",
+             "Select * from tblTree -- comment",
+             "Select * from",
+             "Select 'no end",
+             "Select [no end",
+             "",
+             "Select (((((",
+         })
+        EXPECT_EQ(Failure(statement), errors::syntax) << statement;
+    EXPECT_EQ(First("Select count(*) from tblSettings"), "1");
+    EXPECT_EQ(Failure("Select * from tblNone"), errors::noTable);
+    EXPECT_EQ(Failure("Select * from sqlite_master"), errors::noTable);
+    EXPECT_EQ(Failure("Select Nothing from tblTree"), errors::syntax);
+    EXPECT_EQ(Failure("insert into tblDossierTabs (TabDescription) values (Dossier)"), errors::syntax);
+    const std::string deep(5000, '(');
+    EXPECT_EQ(Failure("Select " + deep), errors::syntax);
+    std::string negations = "Select ";
+    for (int i = 0; i < 5000; ++i) negations += "not ";
+    EXPECT_EQ(Failure(negations + "1"), errors::syntax);
+}
+
+TEST_F(EmbeddedDialect, ChangesTables) {
+    Run("CREATE TABLE tblOld (Id COUNTER CONSTRAINT IdConst PRIMARY KEY,DossierTypeId LONG,"
+        "TabDescription TEXT(50),Order LONG)");
+    Run("insert into tblOld (TabDescription ,Order ) VALUES ('a',2)");
+    Run("insert into tblOld (TabDescription ,[Order]) VALUES ('b',1)");
+    EXPECT_EQ(First("Select TabDescription from tblOld order by Order"), "b");
+    EXPECT_EQ(First("Select Order from tblOld where Order > 1"), "2");
+    Run("ALTER TABLE tblOld ADD COLUMN intOrder LONG");
+    Run("update tblOld set intOrder = [Order]");
+    Run("ALTER TABLE tblOld DROP COLUMN [Order]");
+    EXPECT_EQ(First("Select sum(intOrder) from tblOld"), "3");
+    EXPECT_EQ(Failure("Select [Order] from tblOld"), errors::syntax);
+    Run("ALTER TABLE tblOld ADD COLUMN ShowCabinet MEMO, CreateDossier MEMO, OpenDossier MEMO)");
+    EXPECT_EQ(First("Select OpenDossier from tblOld"), "(null)");
+    EXPECT_EQ(Failure("ALTER TABLE tblOld ADD COLUMN ShowCabinet MEMO"), errors::syntax);
+    // An index belongs to its table; one that holds a column keeps it from being dropped.
+    Run("CREATE INDEX indSame on tblOld (intOrder )");
+    Run("CREATE INDEX indSame on tblDocument (DocId)");
+    EXPECT_EQ(Failure("CREATE INDEX indSame on tblOld (Id)"), errors::syntax);
+    EXPECT_EQ(Failure("ALTER TABLE tblOld DROP COLUMN intOrder"), errors::syntax);
+    Run("DROP INDEX indSame on TBLOLD");
+    EXPECT_EQ(Failure("DROP INDEX indSame on tblOld"), errors::syntax);
+    Run("ALTER TABLE tblOld DROP COLUMN intOrder");
+    Run("DROP TABLE tblOld");
+    EXPECT_EQ(Failure("Select * from tblOld"), errors::noTable);
+}
+
+TEST_F(EmbeddedDialect, RefusesValuesThatDoNotFitAndNamesTheColumn) {
+    Run("CREATE TABLE tblFit (Id COUNTER, Short TEXT(3), Number LONG, Tiny SHORT, Real DOUBLE)");
+    Run("insert into tblFit (Short, Number, Tiny, Real) values ('abc', '12', 7, 1.5)");
+    EXPECT_EQ(First("Select Number + 1 from tblFit"), "13");
+    for (const char* values : {"(Short) values ('abcd')", "(Number) values ('x')",
+                               "(Number) values (2147483648)", "(Tiny) values (40000)",
+                               "(Real) values ('x')"})
+        EXPECT_EQ(Failure(std::string("insert into tblFit ") + values), errors::integrity) << values;
+    try {
+        Run("update tblFit set Short = 'much too long'");
+        FAIL();
+    } catch (const Error& error) {
+        EXPECT_NE(std::string(error.what()).find("'Short'"), std::string::npos) << error.what();
+        EXPECT_NE(std::string(error.what()).find("3 characters"), std::string::npos) << error.what();
+        EXPECT_EQ(error.Statement(), "update tblFit set Short = 'much too long'");
+        ASSERT_EQ(connection->Errors().size(), 1u);
+        EXPECT_EQ(connection->Errors()[0].number, errors::integrity);
+    }
+    EXPECT_EQ(First("Select Short from tblFit"), "abc");
+}
+
+TEST_F(EmbeddedDialect, NumbersRowsFromOneAndNeverAgain) {
+    Run("Insert into tblTree (Description) Values ('a')");
+    EXPECT_EQ(First("Select @@IDENTITY"), "1");
+    Run("Insert into tblTree (Description) Values ('b')");
+    Run("Delete from tblTree where Id = 2");
+    Run("Insert into tblTree (Description) Values ('c')");
+    EXPECT_EQ(First("Select max(Id) from tblTree"), "3");
+}
+
+TEST_F(EmbeddedDialect, ComparesAndOrdersTextsWithoutCase) {
+    for (const char* text : {"beta", "Alpha", "\xC3\x89" "cole", "\xC3\xA9" "clair", "ALPHA"})
+        Run(std::string("Insert into tblTree (Description) Values ('") + text + "')");
+    EXPECT_EQ(First("Select count(*) from tblTree where Description = 'alpha'"), "2");
+    EXPECT_EQ(First("Select count(*) from tblTree where Description = '\xC3\xA9" "COLE'"), "1");
+    EXPECT_EQ(First("Select Description from tblTree order by Description desc"), "\xC3\x89" "cole");
+    Run("CREATE UNIQUE INDEX indOnce on tblTree (Description, Id)");
+    Run("CREATE TABLE tblOnce (Id COUNTER, Word TEXT(20))");
+    Run("CREATE UNIQUE INDEX indWord on tblOnce (Word)");
+    Run("insert into tblOnce (Word) values ('\xC3\x89t\xC3\xA9')");
+    EXPECT_EQ(Failure("insert into tblOnce (Word) values ('\xC3\xA9T\xC3\x89')"), errors::integrity);
+}
+
+TEST_F(EmbeddedDialect, KeepsHostileTextsWhole) {
+    std::string texts[] = {
+        "O'Brien \"quoted\" [bracket] \\ back % _ * ? # & ; --",
+        std::string("controls \x01\x02\x1f\x7f tab\t line\r\n nul \0 end", 35),
+        "astral \xF0\x9F\x98\x80 \xF0\xA0\x80\x80",
+        std::string(64 * 1024, 'x') + "'" + std::string(64 * 1024, '\''),
+        " blanks on both sides ",
+    };
+    Run("CREATE TABLE tblText (Id COUNTER, Body MEMO)");
+    for (const std::string& text : texts) {
+        std::string literal = "'";
+        for (const char c : text) literal += c == '\'' ? "''" : std::string(1, c);
+        Run("insert into tblText (Body) values (" + literal + "')");
+        EXPECT_EQ(First("Select Body from tblText where Id = @@IDENTITY"), text);
+        const RecordsetPtr row = Open("Select * from tblText where Body = " + literal + "'");
+        ASSERT_FALSE(row->Eof());
+        row->Set("Body", text + text);
+        row->Update();
+        EXPECT_EQ(First("Select Body from tblText where Id = @@IDENTITY"), text + text);
+    }
+}
+
+// The list of a folder's documents: the largest statement that the system runs on this dialect.
+TEST_F(EmbeddedDialect, ListsTheDocumentsOfAFolder) {
+    Run("CREATE TABLE tblDocExtraInfo (Id COUNTER CONSTRAINT IdDocEx PRIMARY KEY, DocId LONG, SendTo "
+        "TEXT(255), SendFrom TEXT(255), SendOn TEXT(255), RecievedOn TEXT(255), NrOfAttatchements LONG)");
+    Run("Insert into tblDocument (InsertedBy,InsertDate,InsertTime,DocId) Values ('jan',20040501,1230,1)");
+    Run("Insert into tblDocument (InsertedBy,InsertDate,InsertTime,DocId) Values ('piet',20031224,915,2)");
+    Run("Insert into tblDocExtraInfo (DocId,SendTo,SendOn,NrOfAttatchements) Values (2,'x@y','20031224091533',3)");
+    Run("Insert into tblTreeItem (Type,ItemId,ParentId,Description) Values ('tif',1,5,'Scan')");
+    Run("Insert into tblTreeItem (Type,ItemId,ParentId,Description) Values ('msg',2,5,'Mail')");
+    Run("Insert into tblTreeItem (Type,ItemId,ParentId,Description) Values ('tab',0,5,'Folder')");
+    Run("Insert into tblTreeItem (Type,ParentId,Description) Values ('tab',5,'Folder')");
+    const RecordsetPtr list = Open(
+        "SELECT tblTreeItem.Id, tblTreeItem.Description as Omschrijving, tblTreeItem.Type, tblDocument.InsertedBy as [Toegevoegd door], tblDocument.InsertDate & tblDocument.InsertTime as InsertSort, right(tblDocument.InsertDate,2) & '-' & mid(tblDocument.InsertDate,5,2) & '-' & left(tblDocument.InsertDate,4)   & ' ' & left(tblDocument.InsertTime,2) & ':' & right(tblDocument.InsertTime,2) as [Toegevoegd op], tblDocExtraInfo.SendTo as [Verzonden aan], tblDocExtraInfo.SendFrom as [Ontvangen van],  tblDocExtraInfo.SendOn as [Sort Verzonden op], iif(tblDocExtraInfo.SendOn is null,'',mid(tblDocExtraInfo.SendOn,7,2) & '-' & mid(tblDocExtraInfo.SendOn,5,2) & '-' & left(tblDocExtraInfo.SendOn,4)   & ' ' & mid(tblDocExtraInfo.SendOn,9,2) & ':' & mid(tblDocExtraInfo.SendOn,11,2) & ':' & mid(tblDocExtraInfo.SendOn,13,2)) as [Verzonden op],  tblDocExtraInfo.RecievedOn as [Sort Ontvangen op], iif(tblDocExtraInfo.RecievedOn is null,'',mid(tblDocExtraInfo.RecievedOn,7,2) & '-' & mid(tblDocExtraInfo.RecievedOn,5,2) & '-' & left(tblDocExtraInfo.RecievedOn,4)   & ' ' & mid(tblDocExtraInfo.RecievedOn,9,2) & ':' & mid(tblDocExtraInfo.RecievedOn,11,2) & ':' & mid(tblDocExtraInfo.RecievedOn,13,2)) as [Ontvangen op],  tblDocExtraInfo.NrOfAttatchements as [Aantal bijlagen] FROM (tblTreeItem LEFT JOIN tblDocument ON tblTreeItem.ItemId = tblDocument.DocId) LEFT JOIN tblDocExtraInfo ON tblDocument.Id = tblDocExtraInfo.DocId Where Not ((ItemId Is Null) Or ItemId = 0) And ParentId = 5");
+    ASSERT_EQ(list->RecordCount(), 2);
+    ASSERT_EQ(list->Fields().size(), 13u);
+    EXPECT_EQ(list->Fields()[1].name, "Omschrijving");
+    EXPECT_EQ(list->Fields()[1].baseColumn, "Description");
+    EXPECT_EQ(list->Fields()[12].name, "Aantal bijlagen");
+    EXPECT_EQ(ToText(list->Get("Toegevoegd op")), "01-05-2004 12:30");
+    EXPECT_EQ(ToText(list->Get("InsertSort")), "200405011230");
+    EXPECT_EQ(ToText(list->Get("Verzonden op")), "");
+    list->SetSort("[InsertSort] ASC");
+    EXPECT_EQ(ToText(list->Get("Omschrijving")), "Mail");
+    EXPECT_EQ(ToText(list->Get("Verzonden op")), "24-12-2003 09:15:33");
+    EXPECT_EQ(list->Get("Aantal bijlagen"), Value(std::int64_t{3}));
+}
+
+TEST_F(EmbeddedDialect, BindsParametersInOrder) {
+    Command command{.text = "Select ? & '-' & ? & '-' & 5", .parameters = {}};
+    command.parameters = {{.name = "a", .value = std::string("x")}, {.name = "b", .value = Value(std::int64_t{2})}};
+    EXPECT_EQ(ToText(connection->Open(command)->Get(0)), "x-2-5");
+    command.parameters.pop_back();
+    EXPECT_THROW(connection->Open(command), Error);
+    command.type = CommandType::StoredProcedure;
+    EXPECT_THROW(connection->Open(command), Error);
+}
+
+TEST_F(EmbeddedDialect, KeepsStatementsOfOneShapeApartByTheirValues) {
+    for (int i = 1; i <= 5; ++i)
+        Run("Insert into tblTree (Description, TreeId) Values ('t" + std::to_string(i) + "', " +
+            std::to_string(i * 10) + ")");
+    for (int i = 1; i <= 5; ++i) {
+        EXPECT_EQ(First("Select Description from tblTree where TreeId = " + std::to_string(i * 10)),
+                  "t" + std::to_string(i));
+        EXPECT_EQ(First("Select TreeId from tblTree where Description = 't" + std::to_string(i) + "'"),
+                  std::to_string(i * 10));
+    }
+    // Numbers that stand in the statement itself.
+    EXPECT_EQ(Open("Select top 2 * from tblTree")->RecordCount(), 2);
+    EXPECT_EQ(Open("Select top 3 * from tblTree")->RecordCount(), 3);
+    EXPECT_EQ(First("Select Description, TreeId from tblTree order by 2 desc"), "t5");
+    EXPECT_EQ(First("Select Description, TreeId from tblTree order by 1"), "t1");
+    // The schema may change under a kept statement.
+    EXPECT_EQ(Open("Select * from tblTree")->Fields().size(), 7u);
+    Run("ALTER TABLE tblTree ADD COLUMN TreeGuid TEXT(38)");
+    EXPECT_EQ(Open("Select * from tblTree")->Fields().size(), 8u);
+}
+
+} // namespace
+} // namespace kavidex::data
