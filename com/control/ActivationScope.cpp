@@ -1,0 +1,41 @@
+#include "com/control/ActivationScope.h"
+
+#include <string>
+
+#include "com/Module.h"
+
+namespace kavidex::com {
+
+namespace {
+
+// Made once and kept while the library is loaded.
+HANDLE Context() {
+    static const HANDLE context = [] {
+        const std::wstring path = ModulePath();
+        ACTCTXW description{};
+        description.cbSize = sizeof description;
+        description.dwFlags = ACTCTX_FLAG_RESOURCE_NAME_VALID | ACTCTX_FLAG_HMODULE_VALID;
+        description.lpSource = path.c_str();
+        description.hModule = ThisModule();
+        description.lpResourceName = MAKEINTRESOURCEW(2);
+        return CreateActCtxW(&description);
+    }();
+    return context;
+}
+
+} // namespace
+
+ActivationScope::ActivationScope() noexcept {
+    try {
+        const HANDLE context = Context();
+        lclActive = context != INVALID_HANDLE_VALUE && ActivateActCtx(context, &lclCookie);
+    } catch (...) {
+        lclActive = false; // the windows then look as the host has them
+    }
+}
+
+ActivationScope::~ActivationScope() {
+    if (lclActive) DeactivateActCtx(0, lclCookie);
+}
+
+} // namespace kavidex::com
