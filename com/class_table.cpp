@@ -1,16 +1,22 @@
 #include "com/class_table.h"
 
-#include <array>
+#include <olectl.h>
 
+#include "com/controls/ctrlTreeFace.h"
 #include "kavidex_idl.h"
 
 namespace kavidex::com {
 
 namespace {
 
-// name, description, class, interface, events, misc status, factory
-const std::array<ClassRow, 0> table = {{
-}};
+constexpr DWORD control = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | OLEMISC_INSIDEOUT |
+                          OLEMISC_ACTIVATEWHENVISIBLE | OLEMISC_SETCLIENTSITEFIRST;
+
+const ClassRow table[] = {
+    // name, description, class, interface, events, misc status, factory
+    {L"ctrlTree", L"Kavidex folder tree control", &CLSID_ctrlTree, &DIID__ctrlTree,
+     &DIID__ctrlTreeEvents, control, &MakeCtrlTree},
+};
 
 } // namespace
 
