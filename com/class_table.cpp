@@ -2,6 +2,7 @@
 
 #include <olectl.h>
 
+#include "com/controls/ctrlCorrespondenceFace.h"
 #include "com/controls/ctrlTreeFace.h"
 #include "kavidex_idl.h"
 
@@ -14,6 +15,8 @@ constexpr DWORD control = OLEMISC_RECOMPOSEONRESIZE | OLEMISC_CANTLINKINSIDE | O
 
 const ClassRow table[] = {
     // name, description, class, interface, events, misc status, factory
+    {L"ctrlCorrespondence", L"Kavidex binder control", &CLSID_ctrlCorrespondence,
+     &DIID__ctrlCorrespondence, &DIID__ctrlCorrespondenceEvents, control, &MakeCtrlCorrespondence},
     {L"ctrlTree", L"Kavidex folder tree control", &CLSID_ctrlTree, &DIID__ctrlTree,
      &DIID__ctrlTreeEvents, control, &MakeCtrlTree},
 };

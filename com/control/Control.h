@@ -25,6 +25,11 @@ struct Workstation;
 
 namespace kavidex::com {
 
+// A yes/no variable that a handler may change.
+struct Flagged {
+    VARIANT_BOOL* flag;
+};
+
 // One event of a control, as the type library has it.
 struct EventRow {
     const wchar_t* name;
@@ -85,6 +90,7 @@ private:
     static Variant Reference(VARTYPE type, void* place);
     static Variant Out(std::int16_t* value) { return Reference(VT_I2, value); }
     static Variant Out(std::int32_t* value) { return Reference(VT_I4, value); }
+    static Variant Out(Flagged value) { return Reference(VT_BOOL, value.flag); }
     static Variant Out(float value) {
         VARIANT raw;
         raw.vt = VT_R4;
