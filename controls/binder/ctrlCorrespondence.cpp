@@ -105,6 +105,7 @@ void ctrlCorrespondence::Change(Type BinderProperties::*member, const Type& valu
     TakeEffect();
 }
 
+template void ctrlCorrespondence::Report(std::int16_t BinderProperties::*) const;
 template void ctrlCorrespondence::Change(bool BinderProperties::*, const bool&);
 template void ctrlCorrespondence::Change(std::int16_t BinderProperties::*, const std::int16_t&);
 template void ctrlCorrespondence::Change(std::int32_t BinderProperties::*, const std::int32_t&);
