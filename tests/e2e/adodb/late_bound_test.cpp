@@ -1,0 +1,277 @@
+// The ADO engine on every road, held against the embedded engine that stands behind it.
+#include "Roads.h"
+
+#include "data/Error.h"
+#include "data/clsSettings.h"
+#include "data/clsTable.h"
+#include "platform/Workstation.h"
+#include "tests/fakes/RecordingConnection.h"
+
+namespace kavidex::tests {
+
+namespace {
+
+using data::Value;
+
+class AdoEngine : public ObjectTest, public testing::WithParamInterface<Road> {
+protected:
+    void SetUp() override {
+        ObjectTest::SetUp();
+        if (GetParam() == Road::AdoClasses) {
+            command = std::make_unique<ClassUnder<com::adodb::CommandObject>>(L"ADODB.Command");
+            recordset =
+                std::make_unique<ClassUnder<com::adodb::RecordsetObject>>(L"ADODB.Recordset");
+            ASSERT_TRUE(command->Registered() && recordset->Registered())
+                << "no ProgIDs of ADO here";
+        }
+        late = std::make_shared<data::win32::LateAdoConnection>(Late(Hand(engine)));
+    }
+    void TearDown() override {
+        late.reset();
+        recordset.reset();
+        command.reset();
+        ObjectTest::TearDown();
+    }
+    ComPtr<IDispatch> Hand(const data::ConnectionPtr& connection) {
+        return GetParam() == Road::OwnObjects ? com::Make<com::adodb::ConnectionObject>(connection)
+                                              : com::Make<Stranger>(connection);
+    }
+    data::RecordsetPtr Open(const std::string& statement) {
+        return late->Open({statement, data::CommandType::Text, {}});
+    }
+
+    std::shared_ptr<data::win32::LateAdoConnection> late;
+    std::unique_ptr<ClassUnder<com::adodb::CommandObject>> command;
+    std::unique_ptr<ClassUnder<com::adodb::RecordsetObject>> recordset;
+};
+
+// Errors count too: the same move must fail on both.
+std::string After(data::Recordset& rows, const std::function<void(data::Recordset&)>& step) {
+    std::string state;
+    try {
+        step(rows);
+    } catch (const platform::Error& error) {
+        state = std::to_string(error.Number()) + " ";
+    }
+    state += std::to_string(rows.AbsolutePosition()) + "/" + std::to_string(rows.RecordCount());
+    state += (rows.Eof() ? " eof" : "") + std::string(rows.Bof() ? " bof" : "");
+    if (!rows.Eof() && !rows.Bof())
+        for (std::size_t i = 0; i < rows.Fields().size(); ++i)
+            state += " " + data::ToText(rows.Get(i));
+    return state;
+}
+
+} // namespace
+
+TEST_P(AdoEngine, DescribesAndReadsEveryKindOfColumnLikeTheEngineItself) {
+    engine->Execute("insert into tblThing (Name, Amount, Price, Done, Made, Words) values "
+                    "('O''Brien \xc3\xa9\xf0\x9f\x98\x80', -5, 2.25, True, '2026-11-22 13:14:15', "
+                    "'long text')");
+    engine->Execute("insert into tblThing (Name) values (null)");
+    const auto direct =
+        engine->Open({"select * from tblThing order by Id", data::CommandType::Text, {}});
+    const auto byName = Open("select * from tblThing order by Id");
+    ASSERT_EQ(byName->Fields().size(), direct->Fields().size());
+    for (std::size_t i = 0; i < direct->Fields().size(); ++i) {
+        EXPECT_EQ(byName->Fields()[i].name, direct->Fields()[i].name);
+        EXPECT_EQ(byName->Fields()[i].type, direct->Fields()[i].type);
+        EXPECT_EQ(byName->Fields()[i].definedSize, direct->Fields()[i].definedSize);
+        EXPECT_EQ(byName->Fields()[i].key, direct->Fields()[i].key);
+    }
+    for (int row = 0; row < 2; ++row, direct->MoveNext(), byName->MoveNext())
+        for (std::size_t i = 0; i < direct->Fields().size(); ++i)
+            EXPECT_EQ(byName->Get(i), direct->Get(i))
+                << direct->Fields()[i].name << " of row " << row;
+    EXPECT_TRUE(byName->Eof());
+}
+
+TEST_P(AdoEngine, MovesLikeTheEngineItself) {
+    Fill(600); // more than two blocks
+    const auto direct =
+        engine->Open({"select * from tblThing order by Id", data::CommandType::Text, {}});
+    const auto byName = Open("select * from tblThing order by Id");
+    using R = data::Recordset;
+    const std::vector<std::function<void(R&)>> steps = {
+        [](R& r) { r.MovePrevious(); }, [](R& r) { r.MovePrevious(); },
+        [](R& r) { r.MoveNext(); },     [](R& r) { r.Move(299); },
+        [](R& r) { r.MovePrevious(); }, [](R& r) { r.MoveLast(); },
+        [](R& r) { r.MoveNext(); },     [](R& r) { r.MoveNext(); },
+        [](R& r) { r.Move(-250); },     [](R& r) { r.SetAbsolutePosition(257); },
+        [](R& r) { r.Move(0); },        [](R& r) { r.Move(-1000); },
+        [](R& r) { r.MoveFirst(); },    [](R& r) { r.Move(5000); },
+        [](R& r) { r.MoveFirst(); },
+    };
+    for (std::size_t i = 0; i < steps.size(); ++i)
+        ASSERT_EQ(After(*byName, steps[i]), After(*direct, steps[i])) << "step " << i;
+
+    const auto nothing = Open("select * from tblThing where Id < 0");
+    EXPECT_TRUE(nothing->Eof() && nothing->Bof());
+    EXPECT_EQ(nothing->RecordCount(), 0);
+    EXPECT_EQ(nothing->AbsolutePosition(), -1);
+    EXPECT_THROW(nothing->Get(std::size_t{0}), data::Error);
+}
+
+TEST_P(AdoEngine, WritesThroughTheFieldsAndReadsBackWhatStands) {
+    Fill(3);
+    const auto rows = Open("select * from tblThing order by Id");
+    rows->MoveNext();
+    rows->Set("Name", std::string("changed"));
+    rows->Set("Amount", Value());
+    EXPECT_EQ(rows->Get("Name"), Value(std::string("changed")));
+    EXPECT_EQ(rows->AbsolutePosition(), 2);
+    rows->Update();
+    rows->AddNew();
+    rows->Set("Name", std::string("fourth"));
+    rows->Set("Done", true);
+    rows->Update();
+    EXPECT_EQ(rows->RecordCount(), 4);
+    EXPECT_NE(rows->Get("Id"), Value());
+    rows->Set("Name", std::string("dropped"));
+    rows->CancelUpdate();
+    EXPECT_EQ(rows->Get("Name"), Value(std::string("fourth")));
+    rows->MoveFirst();
+    rows->Delete();
+    rows->MoveNext();
+    EXPECT_EQ(rows->Get("Name"), Value(std::string("changed")));
+    EXPECT_EQ(rows->RecordCount(), 3);
+
+    const auto stands = engine->Open(
+        {"select Name, Amount from tblThing order by Id", data::CommandType::Text, {}});
+    std::string names;
+    for (; !stands->Eof(); stands->MoveNext()) names += data::ToText(stands->Get("Name")) + ";";
+    EXPECT_EQ(names, "changed;name 3;fourth;");
+}
+
+TEST_P(AdoEngine, RefusesToWriteARowThatSomeoneElseChanged) {
+    Fill(2);
+    const auto rows = Open("select * from tblThing order by Id");
+    rows->Set("Amount", std::int64_t{7});
+    engine->Execute("update tblThing set Amount = 99 where Name = 'name 1'");
+    try {
+        rows->Update();
+        FAIL() << "the row was overwritten";
+    } catch (const data::Error& error) {
+        EXPECT_EQ(error.Number(), data::errors::rowChanged);
+        EXPECT_NE(std::string(error.what()), "");
+    }
+    rows->CancelUpdate();
+    rows->Requery();
+    EXPECT_EQ(rows->Get("Amount"), Value(std::int64_t{99}));
+}
+
+TEST_P(AdoEngine, SortsAndFiltersTheRowsInMemory) {
+    Fill(5);
+    const auto rows = Open("select * from tblThing order by Id");
+    rows->SetSort("Amount DESC");
+    EXPECT_EQ(rows->Get("Name"), Value(std::string("name 5")));
+    rows->SetFilter("Amount > 10 and Amount < 40");
+    EXPECT_EQ(rows->RecordCount(), 2);
+    EXPECT_EQ(rows->Get("Name"), Value(std::string("name 3")));
+    rows->SetFilter("");
+    rows->SetSort("");
+    EXPECT_EQ(rows->RecordCount(), 5);
+    EXPECT_EQ(rows->Get("Name"), Value(std::string("name 1")));
+    EXPECT_EQ(rows->Filter() + rows->Sort(), "");
+}
+
+TEST_P(AdoEngine, TellsTheEnginesErrorWithNumberTextAndStatement) {
+    data::Error wanted(0, "", "");
+    try {
+        engine->Open({"select * from tblNowhere", data::CommandType::Text, {}});
+    } catch (const data::Error& error) {
+        wanted = error;
+    }
+    try {
+        Open("select * from tblNowhere");
+        FAIL();
+    } catch (const data::Error& error) {
+        EXPECT_EQ(error.Number(), wanted.Number());
+        EXPECT_STREQ(error.what(), wanted.what());
+        EXPECT_EQ(error.Statement(), "select * from tblNowhere");
+    }
+    ASSERT_EQ(late->Errors().size(), 1u);
+    EXPECT_EQ(late->Errors()[0].description, wanted.what());
+    late->Close();
+    EXPECT_FALSE(late->IsOpen());
+    EXPECT_THROW(Open("select * from tblThing"), data::Error);
+}
+
+TEST_P(AdoEngine, AnswersForTheDatabaseAndItsTransactions) {
+    EXPECT_EQ(late->Property("DBMS Name"), Value(std::string("ACCESS")));
+    EXPECT_THROW(late->Property("No Such Property"), data::Error);
+    EXPECT_EQ(late->DefaultDatabase(), engine->DefaultDatabase());
+    const auto tables = late->OpenSchema(data::Schema::Tables);
+    bool found = false;
+    for (; !tables->Eof(); tables->MoveNext())
+        found = found || tables->Get("TABLE_NAME") == Value(std::string("tblThing"));
+    EXPECT_TRUE(found);
+
+    late->BeginTrans();
+    late->BeginTrans(); // only counted
+    EXPECT_EQ(late->Execute("insert into tblThing (Name) values ('gone')"), 1);
+    late->CommitTrans();
+    late->RollbackTrans();
+    EXPECT_EQ(Open("select * from tblThing")->RecordCount(), 0);
+    EXPECT_FALSE(Open("update tblThing set Amount = 1")->IsOpen());
+}
+
+TEST_P(AdoEngine, CarriesTheParametersOfAStoredProcedure) {
+    if (GetParam() == Road::ExecuteOnly) GTEST_SKIP() << "Execute alone carries no parameters";
+    auto recording = std::make_shared<RecordingConnection>("SQL Server");
+    data::win32::LateAdoConnection connection{Late(Hand(recording))};
+    connection.Open({"AddToSettings",
+                     data::CommandType::StoredProcedure,
+                     {{"Section", data::AdoType::Char, 1, 5, std::string("Build")},
+                      {"Key", data::AdoType::Char, 1, 9, std::string("DbVersion")},
+                      {"Value", data::AdoType::Char, 1, 1, Value()}}});
+    ASSERT_EQ(recording->commands.size(), 1u);
+    const data::Command& sent = recording->commands[0];
+    EXPECT_EQ(sent.text, "AddToSettings");
+    EXPECT_EQ(sent.type, data::CommandType::StoredProcedure);
+    ASSERT_EQ(sent.parameters.size(), 3u);
+    EXPECT_EQ(sent.parameters[1].name, "Key");
+    EXPECT_EQ(sent.parameters[1].size, 9);
+    EXPECT_EQ(sent.parameters[1].type, data::AdoType::Char);
+    EXPECT_EQ(sent.parameters[1].value, Value(std::string("DbVersion")));
+    EXPECT_EQ(sent.parameters[2].value, Value());
+}
+
+TEST_P(AdoEngine, ServesTheRecordWrapperAndTheSettings) {
+    engine->Execute("alter table tblThing add column ThingGuid TEXT(50)");
+    engine->Execute("alter table tblThing add column ThingId LONG");
+    data::clsTable table(platform::TheWorkstation());
+    table.SetDbConnection(late);
+    table.SetTableName("tblThing");
+    ASSERT_TRUE(table.OpenDbConnection());
+    EXPECT_TRUE(table.Eof());
+    std::int32_t id = 0;
+    ASSERT_TRUE(table.SaveNewRow("Id", "ThingGuid", id, "ThingId"));
+    table.SetField("Name", std::string("  padded  "));
+    ASSERT_TRUE(table.UpdateCurrentRow());
+    table.SetCriteria("ThingId = " + std::to_string(id));
+    table.ReQuery();
+    EXPECT_EQ(table.RecordCount(), 1);
+    EXPECT_EQ(table.GetField("Name"), Value(std::string("padded")));
+    EXPECT_EQ(table.GetField("Amount"), Value(std::int64_t{0}));
+    ASSERT_TRUE(table.DeleteCurrentRow());
+    table.ReQuery();
+    EXPECT_EQ(table.RecordCount(), 0);
+    table.CloseDataSource();
+    table.SetDbConnection(nullptr);
+
+    data::clsSettings settings(platform::TheWorkstation());
+    settings.SetDbConnection(late);
+    settings.SetSetting("Storage", "DocumentPath", "C:\\store");
+    settings.SetSetting("Storage", "DocumentPath", "D:\\store");
+    std::string value;
+    EXPECT_TRUE(settings.GetSetting("Storage", "DocumentPath", value));
+    EXPECT_EQ(value, "D:\\store");
+    settings.CloseSettings();
+    settings.SetDbConnection(nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(Roads, AdoEngine,
+                         testing::Values(Road::OwnObjects, Road::AdoClasses, Road::ExecuteOnly),
+                         RoadName);
+
+} // namespace kavidex::tests
