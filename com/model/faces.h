@@ -41,7 +41,7 @@ struct FaceOf<model::clsCheckListType> : ModelFace<model::clsCheckListType> {};
 template <>
 struct FaceOf<model::clsField> : ModelFace<model::clsField> {};
 
-// A new object for hosts and scripts, over the machine itself.
+// A new object for hosts and scripts, over the machine itself; each class has its own definition.
 template <class T>
 ComPtr<IDispatch> NewModelObject();
 
