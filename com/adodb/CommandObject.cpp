@@ -144,7 +144,7 @@ constexpr Member commandMembers[] = {
         L"CommandTimeout", 3),
     CommandRow::Get<[](Self& self) { return self.state.prepared; }>(L"Prepared", 4),
     CommandRow::Put<[](Self& self, bool value) { self.state.prepared = value; }>(L"Prepared", 4),
-    CommandRow::Method<[](Self& self, std::optional<ByRef<Variant>> touched,
+    CommandRow::Method<[](Self& self, std::optional<ByRef<Variant>>& touched,
                           std::optional<Variant> values, std::optional<std::int32_t> options) {
         std::int64_t count = -1;
         auto rows = self.Execute(count, values, options);

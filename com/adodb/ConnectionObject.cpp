@@ -203,7 +203,7 @@ constexpr Member members[] = {
         L"ConnectionTimeout", 3),
     Row::Get<[](Self&) { return std::string("2.8"); }>(L"Version", 4),
     Row::Method<&Self::Close>(L"Close", 5),
-    Row::Method<[](Self& self, std::string statement, std::optional<ByRef<Variant>> touched,
+    Row::Method<[](Self& self, std::string statement, std::optional<ByRef<Variant>>& touched,
                    std::optional<std::int32_t> options) {
         std::int64_t count = -1;
         auto rows = self.Execute(statement, count, options);

@@ -13,6 +13,12 @@ folder = fso.BuildPath(fso.GetSpecialFolder(2), fso.GetTempName())
 fso.CreateFolder folder
 Set cn = CreateObject("Kavidex.EmbeddedDatabase").OpenOrCreate(folder & "\model.kdb")
 
+' A control brings the tables to their current version when it gets its connection.
+Dim binder : Set binder = CreateObject("Kavidex.ctrlCorrespondence")
+Set binder.DbConnection = cn
+Set binder = Nothing
+Demand cn.State = 1, "the control closed a connection that is not its own"
+
 ' Settings
 Dim settings : Set settings = CreateObject("Kavidex.clsSettings")
 Set settings.DbConnection = cn

@@ -5,6 +5,7 @@
 #include "com/model/faces.h"
 #include "data/Error.h"
 #include "data/clsTable.h"
+#include "data/clsUpdateDb.h"
 #include "data/win32/Convert.h"
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"
@@ -145,8 +146,11 @@ TEST_F(Objects, OurOwnConnectionIsRecognisedUnlessItAsksToBeAStranger) {
 }
 
 TEST_F(Objects, OneObjectHasOneFaceWhileItLives) {
+    data::clsUpdateDb upgrade(platform::TheWorkstation());
+    upgrade.SetDbConnection(engine);
+    upgrade.fncUpdateDb();
+    upgrade.SetDbConnection(nullptr);
     const Late tree(com::NewModelObject<model::clsTree>());
-    const Late table(com::NewTable());
     tree.PutRef(L"DbConnection", {connection.Object()});
     EXPECT_EQ(tree.Get(L"DbConnection").ToDispatch(), connection.Object());
     tree.Put(L"Description", {"Dossier"});
