@@ -48,7 +48,7 @@ void OdbcStatement::Bind(SQLUSMALLINT number, const Value& value) {
     SQLLEN& length = lclLengths.emplace_back(0);
     const auto bind = [&](SQLSMALLINT cType, SQLSMALLINT sqlType, SQLULEN size, const void* data) {
         Check(SQLBindParameter(lclHandle, number, SQL_PARAM_INPUT, cType, sqlType, size, 0,
-                               const_cast<void*>(data), length, &length));
+                               const_cast<void*>(data), std::max<SQLLEN>(length, 0), &length));
     };
     if (IsNull(value)) {
         length = SQL_NULL_DATA;
