@@ -196,9 +196,9 @@ public:
 
     // --- Parts, and what the window reports --------------------------------------------------------
 
-    ctrlTree& treCorr() { return *lclTree; }
-    DocumentPanel& Viewer() { return *lclViewer; }
-    ctlSplitPanel& SplitPanel() { return *lclSplitPanel; }
+    ctrlTree& treCorr() const { return *lclTree; }
+    DocumentPanel& Viewer() const { return *lclViewer; }
+    ctlSplitPanel& SplitPanel() const { return *lclSplitPanel; }
 
     // Null detaches. The window must detach before it dies.
     void AttachWindow(BinderWindow* window);

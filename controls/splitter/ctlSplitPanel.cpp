@@ -71,27 +71,22 @@ Box ctlSplitPanel::Bar() const {
     return lclHorizontal ? Box{0, FirstSize(), lclWidth, size} : Box{FirstSize(), 0, size, lclHeight};
 }
 
+Box ctlSplitPanel::Panel(int which) const {
+    if (!lclVisible[which]) return {};
+    if (!BarVisible()) return {0, 0, lclWidth, lclHeight};
+    if (lclSnapped == (which == 0 ? SnapSide::First : SnapSide::Second)) return {};
+    const int from = which == 0 ? 0 : FirstSize() + Scaled(lclSplitterWidth);
+    const int size = which == 0 ? FirstSize() : Room() - FirstSize();
+    return lclHorizontal ? Box{0, from, lclWidth, size} : Box{from, 0, size, lclHeight};
+}
+
 void ctlSplitPanel::Arrange() {
-    Box places[2] = {{0, 0, lclWidth, lclHeight}, {0, 0, lclWidth, lclHeight}};
-    bool shown[2] = {lclVisible[0], lclVisible[1]};
-    if (BarVisible()) {
-        const int first = FirstSize(), second = first + Scaled(lclSplitterWidth);
-        if (lclHorizontal) {
-            places[0].height = first;
-            places[1].top = second;
-            places[1].height = std::max(0, lclHeight - second);
-        } else {
-            places[0].width = first;
-            places[1].left = second;
-            places[1].width = std::max(0, lclWidth - second);
-        }
-        shown[0] = lclSnapped != SnapSide::First;
-        shown[1] = lclSnapped != SnapSide::Second;
-    }
     for (int i = 0; i < 2; ++i) {
         if (!lclControls[i]) continue;
-        if (shown[i]) lclControls[i]->Place(places[i]);
-        lclControls[i]->Show(shown[i]);
+        const Box place = Panel(i);
+        const bool shown = place != Box{};
+        if (shown) lclControls[i]->Place(place);
+        lclControls[i]->Show(shown);
     }
     Changed.Raise();
 }

@@ -65,7 +65,8 @@ public:
     void SetSize(int width, int height);
     void SetScale(int dotsPerInch);
     bool BarVisible() const { return lclVisible[0] && lclVisible[1]; }
-    Box Bar() const; // empty while only one panel shows
+    Box Bar() const;            // empty while only one panel shows
+    Box Panel(int which) const; // 0 or 1; empty when it does not show
 
     // Moving by the mouse: coordinates within the splitter.
     bool BeginMove(int x, int y); // false: not on the bar, or the bar may not move

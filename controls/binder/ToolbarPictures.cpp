@@ -1,0 +1,50 @@
+#include "controls/binder/ToolbarPictures.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+using Layer = PictureLayer;
+
+// A sheet with a plus.
+constexpr Layer newItem[] = {
+    {0x6B6B6B, false, false, 5, {{{2, 1}, {9, 1}, {12, 4}, {12, 15}, {2, 15}}}},
+    {0xFFFFFF, true, false, 5, {{{3, 2}, {8.6F, 2}, {11, 4.4F}, {11, 14}, {3, 14}}}},
+    {0x6B6B6B, false, false, 3, {{{8.4F, 1.6F}, {11.6F, 4.8F}, {8.4F, 4.8F}}}},
+    {0xFFFFFF, true, true, 2, {{{11.5F, 11.5F}, {4.5F, 4.5F}}}},
+    {0x2E8B3D, false, true, 2, {{{11.5F, 11.5F}, {3.8F, 3.8F}}}},
+    {0xFFFFFF, true, false, 4, {{{10.9F, 9.2F}, {12.1F, 9.2F}, {12.1F, 13.8F}, {10.9F, 13.8F}}}},
+    {0xFFFFFF, true, false, 4, {{{9.2F, 10.9F}, {13.8F, 10.9F}, {13.8F, 12.1F}, {9.2F, 12.1F}}}},
+};
+// A window in two panes.
+constexpr Layer placement[] = {
+    {0x4A6A8A, false, false, 4, {{{1, 2}, {15, 2}, {15, 14}, {1, 14}}}},
+    {0xFFFFFF, true, false, 4, {{{2, 5}, {6, 5}, {6, 13}, {2, 13}}}},
+    {0xD6E6F5, true, false, 4, {{{7, 5}, {14, 5}, {14, 13}, {7, 13}}}},
+};
+constexpr Layer previous[] = {
+    {0x2E5E91, false, false, 7,
+     {{{1.5F, 8}, {8, 2}, {8, 5.8F}, {14.5F, 5.8F}, {14.5F, 10.2F}, {8, 10.2F}, {8, 14}}}},
+};
+constexpr Layer next[] = {
+    {0x2E5E91, false, false, 7,
+     {{{14.5F, 8}, {8, 2}, {8, 5.8F}, {1.5F, 5.8F}, {1.5F, 10.2F}, {8, 10.2F}, {8, 14}}}},
+};
+
+struct Row {
+    std::string_view button;
+    std::span<const Layer> layers;
+};
+constexpr Row rows[] = {
+    {"New", newItem}, {"WindowPlacement", placement}, {"Prevdoc", previous}, {"Nextdoc", next},
+};
+
+} // namespace
+
+std::span<const PictureLayer> ToolbarPicture(std::string_view button) {
+    for (const auto& row : rows)
+        if (row.button == button) return row.layers;
+    return {};
+}
+
+} // namespace kavidex::controls

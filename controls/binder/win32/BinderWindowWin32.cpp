@@ -1,0 +1,234 @@
+#include "controls/binder/win32/BinderWindowWin32.h"
+
+#include <algorithm>
+
+#include "controls/binder/ctrlCorrespondence.h"
+#include "controls/binder/win32/MakeBinderWindow.h"
+#include "controls/common/win32/Look.h"
+#include "controls/common/win32/WindowClass.h"
+#include "controls/tree/ctrlTree.h"
+#include "controls/tree/win32/MakeTreeWindow.h"
+#include "controls/viewer/win32/MakePanelWindow.h"
+
+namespace kavidex::controls::win32 {
+
+namespace {
+
+constexpr int toolbarId = 1;
+
+void CollectStops(HWND parent, std::vector<HWND>& stops) {
+    for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        if (!IsWindowVisible(child) || !IsWindowEnabled(child)) continue;
+        const bool stop = GetWindowLongPtrW(child, GWL_STYLE) & WS_TABSTOP;
+        if (stop) stops.push_back(child);
+        else CollectStops(child, stops);
+    }
+}
+
+} // namespace
+
+std::unique_ptr<ControlWindow> MakeBinderWindow(ctrlCorrespondence& logic,
+                                                const platform::Workstation& workstation) {
+    return std::make_unique<BinderWindowWin32>(logic, workstation);
+}
+
+BinderWindowWin32::BinderWindowWin32(ctrlCorrespondence& logic,
+                                     const platform::Workstation& workstation)
+    : lclLogic(logic), lclWorkstation(workstation), lclToolbar(logic),
+      lclSplitter(logic.SplitPanel(), workstation) {}
+
+HWND BinderWindowWin32::Create(HWND parent, const RECT& place) {
+    if (lclWindow) return lclWindow;
+    WindowOf<BinderWindowWin32>::Create(*this, lclWindow, L"KavidexBinder", L"",
+                                        WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
+                                        WS_EX_CONTROLPARENT, place, parent, lclWorkstation);
+    if (!lclWindow) return nullptr;
+    lclTree = MakeTreeWindow(lclLogic.treCorr(), lclWorkstation);
+    lclPanel = MakePanelWindow(lclLogic.Viewer(), lclWorkstation);
+    if (!lclToolbar.Create(lclWindow, toolbarId) || !lclSplitter.Create(lclWindow, L"Splitter") ||
+        !lclSplitter.SetPanels(lclTree.get(), lclPanel.get())) {
+        Destroy();
+        return nullptr;
+    }
+    lclDpi = DpiOf(lclWindow);
+    lclToolbar.BuildLook(lclDpi);
+    lclLogic.AttachWindow(this);
+    return lclWindow;
+}
+
+void BinderWindowWin32::Destroy() {
+    if (lclWindow) DestroyWindow(lclWindow);
+}
+
+void BinderWindowWin32::Place(const RECT& place) {
+    if (lclWindow)
+        MoveWindow(lclWindow, place.left, place.top, place.right - place.left,
+                   place.bottom - place.top, TRUE);
+}
+
+void BinderWindowWin32::Layout() {
+    if (!lclWindow || !lclSplitter.Handle()) return;
+    RECT area;
+    GetClientRect(lclWindow, &area);
+    const bool toolbar = lclLogic.ToolbarVisible();
+    if (!toolbar && GetFocus() == lclToolbar.Handle()) lclTree->TakeFocus();
+    ShowWindow(lclToolbar.Handle(), toolbar ? SW_SHOWNA : SW_HIDE);
+    if (toolbar) {
+        lclToolbar.Place(area.right);
+        area.top = std::min<LONG>(area.bottom, lclToolbar.Height());
+    }
+    // Where the user left the bar, perhaps in another dossier meanwhile.
+    auto& splitter = lclLogic.SplitPanel();
+    if (!splitter.Moving() && splitter.Snapped() == SnapSide::None &&
+        splitter.Position() != lclLogic.SplitterPosition())
+        splitter.SetPosition(lclLogic.SplitterPosition());
+    lclSplitter.Place(area, lclDpi);
+}
+
+void BinderWindowWin32::AppearanceChanged() {
+    if (!lclWindow) return;
+    EnableWindow(lclToolbar.Handle(), lclLogic.Enabled());
+    const auto style = GetWindowLongPtrW(lclWindow, GWL_STYLE);
+    const auto wanted = lclLogic.BorderStyle() != 0 ? style | WS_BORDER : style & ~WS_BORDER;
+    if (style == wanted) return;
+    SetWindowLongPtrW(lclWindow, GWL_STYLE, wanted);
+    SetWindowPos(lclWindow, nullptr, 0, 0, 0, 0,
+                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+}
+
+void BinderWindowWin32::Repaint() {
+    RedrawWindow(lclWindow, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+}
+
+void BinderWindowWin32::FocusTree() {
+    if (HasFocus() && lclTree) lclTree->TakeFocus(); // never from another window
+}
+
+// --- Focus and keys -----------------------------------------------------------------------------
+
+bool BinderWindowWin32::HasFocus() const {
+    const HWND focus = GetFocus();
+    return lclWindow && focus && (focus == lclWindow || IsChild(lclWindow, focus));
+}
+
+std::vector<HWND> BinderWindowWin32::Stops() const {
+    std::vector<HWND> stops;
+    if (lclToolbar.CanTakeFocus() && IsWindowEnabled(lclToolbar.Handle()))
+        stops.push_back(lclToolbar.Handle());
+    if (IsWindowVisible(lclTree->Handle())) CollectStops(lclTree->Handle(), stops);
+    if (lclSplitter.BarTakesFocus()) stops.push_back(lclSplitter.Handle());
+    if (IsWindowVisible(lclPanel->Handle())) CollectStops(lclPanel->Handle(), stops);
+    return stops;
+}
+
+void BinderWindowWin32::TakeFocus() {
+    // A click has put the focus where it belongs already.
+    if (!lclWindow || (HasFocus() && GetFocus() != lclWindow)) return;
+    const auto stops = Stops();
+    if (std::find(stops.begin(), stops.end(), lclLastFocus) != stops.end()) ::SetFocus(lclLastFocus);
+    else if (IsWindowVisible(lclTree->Handle())) lclTree->TakeFocus();
+    else if (!stops.empty()) ::SetFocus(stops.front());
+    else ::SetFocus(lclWindow);
+}
+
+// At either end the key belongs to the host, which moves on to its next control.
+bool BinderWindowWin32::TabKey(bool back) {
+    const auto stops = Stops();
+    const auto at = std::find(stops.begin(), stops.end(), GetFocus());
+    if (at == stops.end()) return false;
+    if (back ? at == stops.begin() : at + 1 == stops.end()) {
+        lclLastFocus = nullptr; // coming back starts anew
+        return false;
+    }
+    ::SetFocus(back ? *(at - 1) : *(at + 1));
+    return true;
+}
+
+bool BinderWindowWin32::TranslateKey(const MSG& message) {
+    if (!HasFocus()) return false;
+    if (GetFocus() != lclWindow) lclLastFocus = GetFocus();
+    const bool down = message.message == WM_KEYDOWN;
+    const bool plain = GetKeyState(VK_CONTROL) >= 0 && GetKeyState(VK_MENU) >= 0;
+    if (down && plain && message.wParam == VK_TAB) {
+        if (GetFocus() == lclWindow) {
+            TakeFocus();
+            return true;
+        }
+        return TabKey(GetKeyState(VK_SHIFT) < 0);
+    }
+    const bool toolbar = GetFocus() == lclToolbar.Handle();
+    if (down && plain && ((toolbar && lclToolbar.UsesKey(message.wParam)) ||
+                          (lclSplitter.BarHasFocus() && lclSplitter.UsesKey(message.wParam)))) {
+        DispatchMessageW(&message);
+        return true;
+    }
+    return lclTree->TranslateKey(message) || lclPanel->TranslateKey(message);
+}
+
+// --- Messages -----------------------------------------------------------------------------------
+
+LRESULT BinderWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
+    switch (message) {
+    case WM_SIZE: Layout(); return 0;
+    case WM_SETFOCUS: TakeFocus(); return 0;
+    case WM_COMMAND:
+        if (reinterpret_cast<HWND>(l) == lclToolbar.Handle()) lclToolbar.Command(LOWORD(w));
+        return 0;
+    case WM_NOTIFY: {
+        auto& header = *reinterpret_cast<NMHDR*>(l);
+        if (header.hwndFrom == lclToolbar.Handle() || header.code == TBN_GETINFOTIPW)
+            return lclToolbar.Notified(header);
+        return 0;
+    }
+    case WM_PARENTNOTIFY: return 0;
+    case WM_SETTINGCHANGE: case WM_SYSCOLORCHANGE: case WM_THEMECHANGED:
+    case 0x02E3: // WM_DPICHANGED_AFTERPARENT
+        if (!lclToolbar.Handle()) return 0;
+        lclDpi = DpiOf(lclWindow);
+        SendMessageW(lclToolbar.Handle(), message, w, l);
+        lclToolbar.BuildLook(lclDpi);
+        if (message != 0x02E3) // that one reaches every window by itself
+            for (const auto* child : {lclTree.get(), lclPanel.get()})
+                if (child && child->Handle()) SendMessageW(child->Handle(), message, w, l);
+        Layout();
+        return 0;
+    case WM_DESTROY:
+        lclLogic.AttachWindow(nullptr);
+        return 0;
+    case WM_NCDESTROY: {
+        const LRESULT result = DefWindowProcW(lclWindow, message, w, l);
+        lclToolbar.Forget();
+        lclLastFocus = nullptr;
+        return result;
+    }
+    default: return DefWindowProcW(lclWindow, message, w, l);
+    }
+}
+
+void BinderWindowWin32::Draw(HDC device, const RECT& place) const {
+    const int dpi = GetDeviceCaps(device, LOGPIXELSY);
+    RECT area = place;
+    FillRect(device, &area, GetSysColorBrush(COLOR_BTNFACE));
+    if (lclLogic.ToolbarVisible()) {
+        ToolbarWindow::Draw(device, area, dpi, lclLogic.Toolbar());
+        area.top = std::min<LONG>(area.bottom, area.top + Scaled(32, dpi));
+    }
+    // The same rules as on the screen, in the room that was given.
+    const auto& shown = lclLogic.SplitPanel();
+    ctlSplitPanel split;
+    split.ShowControls(shown.Control1Visible(), shown.Control2Visible());
+    split.SetHorizontal(shown.Horizontal());
+    split.SetPosition(lclLogic.SplitterPosition());
+    split.SetScale(dpi);
+    split.SetSize(area.right - area.left, area.bottom - area.top);
+    const auto inside = [&](const Box& box) {
+        return RECT{area.left + box.left, area.top + box.top, area.left + box.left + box.width,
+                    area.top + box.top + box.height};
+    };
+    if (split.Control1Visible())
+        MakeTreeWindow(lclLogic.treCorr(), lclWorkstation)->Draw(device, inside(split.Panel(0)));
+    if (split.Control2Visible())
+        MakePanelWindow(lclLogic.Viewer(), lclWorkstation)->Draw(device, inside(split.Panel(1)));
+}
+
+} // namespace kavidex::controls::win32

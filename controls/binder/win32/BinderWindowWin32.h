@@ -1,0 +1,57 @@
+// The binder control's window: the toolbar on top, below it the folder tree and the documents with
+// a splitter between them.
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include <windows.h>
+
+#include "controls/binder/BinderWindow.h"
+#include "controls/binder/win32/ToolbarWindow.h"
+#include "controls/common/win32/ControlWindow.h"
+#include "controls/splitter/win32/SplitWindow.h"
+
+namespace kavidex::controls::win32 {
+
+class BinderWindowWin32 final : public ControlWindow, public BinderWindow {
+public:
+    BinderWindowWin32(ctrlCorrespondence& logic, const platform::Workstation& workstation);
+    ~BinderWindowWin32() override { Destroy(); }
+
+    HWND Create(HWND parent, const RECT& place) override;
+    void Destroy() override;
+    HWND Handle() const override { return lclWindow; }
+    void Place(const RECT& place) override;
+    void TakeFocus() override;
+    bool TranslateKey(const MSG& message) override;
+    void Draw(HDC device, const RECT& place) const override;
+    bool HasFocus() const override;
+
+    void ToolbarChanged() override { lclToolbar.ShowButtons(); }
+    void LayoutChanged() override { Layout(); }
+    void AppearanceChanged() override;
+    void Repaint() override;
+    void FocusTree() override;
+    std::optional<std::size_t> ShowMenu(const PopupMenu& menu, std::string_view button) override {
+        return lclToolbar.ShowMenu(menu, button);
+    }
+
+    LRESULT Handle(UINT message, WPARAM w, LPARAM l);
+
+private:
+    void Layout();
+    std::vector<HWND> Stops() const; // what the Tab key visits, in order
+    bool TabKey(bool back);
+
+    ctrlCorrespondence& lclLogic;
+    const platform::Workstation& lclWorkstation;
+    HWND lclWindow = nullptr;
+    HWND lclLastFocus = nullptr;
+    int lclDpi = 96;
+    ToolbarWindow lclToolbar;
+    SplitWindow lclSplitter;
+    std::unique_ptr<ControlWindow> lclTree, lclPanel;
+};
+
+} // namespace kavidex::controls::win32

@@ -1,0 +1,247 @@
+#include "controls/binder/win32/ToolbarWindow.h"
+
+#include <algorithm>
+
+#include "controls/binder/ToolbarPictures.h"
+#include "controls/binder/ctrlCorrespondence.h"
+#include "controls/common/win32/Look.h"
+#include "controls/common/win32/PictureIcon.h"
+#include "controls/common/win32/TrackMenu.h"
+#include "platform/win32/Owner.h"
+#include "platform/win32/Variant.h"
+
+namespace kavidex::controls::win32 {
+
+namespace {
+
+constexpr int firstCommand = 100; // plus the position in the table
+constexpr int iconUnits = 20;
+
+int CommandOf(std::string_view key) {
+    const auto table = ToolbarTable();
+    for (std::size_t i = 0; i < table.size(); ++i)
+        if (table[i].key == key) return firstCommand + static_cast<int>(i);
+    return -1;
+}
+
+const ToolbarButton* ButtonOf(int command) {
+    const auto index = static_cast<std::size_t>(command - firstCommand);
+    return command >= firstCommand && index < ToolbarTable().size() ? &ToolbarTable()[index] : nullptr;
+}
+
+} // namespace
+
+HWND ToolbarWindow::Create(HWND parent, int id) {
+    INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
+    InitCommonControlsEx(&controls);
+    lclWindow = CreateWindowExW(0, TOOLBARCLASSNAMEW, L"",
+                                WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | TBSTYLE_FLAT |
+                                    TBSTYLE_LIST | TBSTYLE_TOOLTIPS | CCS_NODIVIDER | CCS_NORESIZE |
+                                    CCS_NOPARENTALIGN,
+                                0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                                platform::win32::OwnModule(), nullptr);
+    if (!lclWindow) return nullptr;
+    SendMessageW(lclWindow, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
+    // The texts of the buttons stay unseen; screen readers read them.
+    SendMessageW(lclWindow, TB_SETEXTENDEDSTYLE, 0,
+                 TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DRAWDDARROWS | TBSTYLE_EX_DOUBLEBUFFER);
+    SetWindowSubclass(lclWindow, Procedure, 1, reinterpret_cast<DWORD_PTR>(this));
+    return lclWindow;
+}
+
+void ToolbarWindow::Forget() {
+    lclWindow = nullptr;
+    lclFilled = false;
+    lclImages.Reset();
+}
+
+void ToolbarWindow::BuildLook(int dpi) {
+    lclDpi = dpi;
+    const int size = Scaled(iconUnits, dpi);
+    const HIMAGELIST list = ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 4, 4);
+    std::vector<int> images;
+    for (const auto& button : ToolbarTable()) {
+        const auto layers = ToolbarPicture(button.key);
+        int image = I_IMAGENONE;
+        if (!layers.empty())
+            if (const HICON icon = IconOf(DrawLayers(layers, size, SystemColours(COLOR_BTNTEXT, COLOR_BTNFACE)))) {
+                image = ImageList_ReplaceIcon(list, -1, icon);
+                DestroyIcon(icon);
+            }
+        images.push_back(image);
+    }
+    SendMessageW(lclWindow, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(list));
+    lclImages.Reset(list);
+    SendMessageW(lclWindow, TB_SETBITMAPSIZE, 0, MAKELPARAM(size, size));
+    while (SendMessageW(lclWindow, TB_DELETEBUTTON, 0, 0)) {}
+    std::vector<TBBUTTON> buttons;
+    for (std::size_t i = 0; i < images.size(); ++i) {
+        const auto& row = ToolbarTable()[i];
+        TBBUTTON button{};
+        button.idCommand = firstCommand + static_cast<int>(i);
+        button.iBitmap = images[i];
+        button.fsState = TBSTATE_ENABLED;
+        button.fsStyle = static_cast<BYTE>(row.kind == ButtonKind::Separator  ? BTNS_SEP
+                                           : row.kind == ButtonKind::DropDown ? BTNS_BUTTON | BTNS_WHOLEDROPDOWN | BTNS_AUTOSIZE
+                                           : row.kind == ButtonKind::Toggle   ? BTNS_CHECK | BTNS_AUTOSIZE
+                                                                              : BTNS_BUTTON | BTNS_AUTOSIZE);
+        button.iString = -1;
+        if (row.kind == ButtonKind::Separator) button.iBitmap = Scaled(8, dpi);
+        buttons.push_back(button);
+    }
+    SendMessageW(lclWindow, TB_ADDBUTTONSW, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
+    lclFilled = true;
+    ShowButtons();
+}
+
+void ToolbarWindow::ShowButtons() {
+    if (!lclWindow || !lclFilled) return;
+    const auto states = lclLogic.Toolbar();
+    lclTooltips.assign(states.size(), {});
+    for (std::size_t i = 0; i < states.size(); ++i) {
+        const auto& state = states[i];
+        lclTooltips[i] = platform::win32::ToWide(state.tooltip);
+        TBBUTTONINFOW info{};
+        info.cbSize = sizeof info;
+        info.dwMask = TBIF_STATE | (lclTooltips[i].empty() ? 0U : TBIF_TEXT);
+        info.fsState = static_cast<BYTE>((state.visible ? 0 : TBSTATE_HIDDEN) |
+                                         (state.enabled ? TBSTATE_ENABLED : 0) |
+                                         (state.pressed ? TBSTATE_CHECKED : 0));
+        info.pszText = lclTooltips[i].data();
+        SendMessageW(lclWindow, TB_SETBUTTONINFOW, firstCommand + i, reinterpret_cast<LPARAM>(&info));
+    }
+    SendMessageW(lclWindow, TB_AUTOSIZE, 0, 0);
+}
+
+int ToolbarWindow::Height() const {
+    const auto size = static_cast<DWORD>(SendMessageW(lclWindow, TB_GETBUTTONSIZE, 0, 0));
+    return HIWORD(size) + Scaled(4, lclDpi);
+}
+
+void ToolbarWindow::Place(int width) {
+    MoveWindow(lclWindow, 0, 0, width, Height(), TRUE);
+    SendMessageW(lclWindow, TB_SETINDENT, static_cast<WPARAM>(Scaled(2, lclDpi)), 0);
+}
+
+bool ToolbarWindow::CanTakeFocus() const {
+    return lclWindow && IsWindowVisible(lclWindow) && NextEnabled(-1, 1) >= 0;
+}
+
+int ToolbarWindow::NextEnabled(int from, int step) const {
+    const auto count = static_cast<int>(ToolbarTable().size());
+    for (int i = from + step; i >= 0 && i < count; i += step) {
+        const auto state = SendMessageW(lclWindow, TB_GETSTATE, static_cast<WPARAM>(firstCommand + i), 0);
+        if (state != -1 && (state & TBSTATE_ENABLED) && !(state & TBSTATE_HIDDEN) &&
+            ToolbarTable()[static_cast<std::size_t>(i)].kind != ButtonKind::Separator)
+            return i;
+    }
+    return -1;
+}
+
+void ToolbarWindow::MoveHot(int step) {
+    const int hot = static_cast<int>(SendMessageW(lclWindow, TB_GETHOTITEM, 0, 0));
+    const int wanted = NextEnabled(hot, step);
+    if (wanted >= 0) SendMessageW(lclWindow, TB_SETHOTITEM, static_cast<WPARAM>(wanted), 0);
+}
+
+bool ToolbarWindow::UsesKey(WPARAM key) const {
+    return key == VK_LEFT || key == VK_RIGHT || key == VK_HOME || key == VK_END || key == VK_SPACE ||
+           key == VK_RETURN || key == VK_DOWN;
+}
+
+bool ToolbarWindow::Key(WPARAM key) {
+    const int hot = static_cast<int>(SendMessageW(lclWindow, TB_GETHOTITEM, 0, 0));
+    switch (key) {
+    case VK_LEFT: MoveHot(-1); return true;
+    case VK_RIGHT: MoveHot(1); return true;
+    case VK_HOME:
+    case VK_END: {
+        const int edge = key == VK_HOME ? NextEnabled(-1, 1)
+                                        : NextEnabled(static_cast<int>(ToolbarTable().size()), -1);
+        SendMessageW(lclWindow, TB_SETHOTITEM, static_cast<WPARAM>(edge), 0);
+        return true;
+    }
+    case VK_DOWN:
+    case VK_SPACE:
+    case VK_RETURN:
+        if (hot >= 0) Command(firstCommand + hot);
+        return true;
+    default: return false;
+    }
+}
+
+void ToolbarWindow::Command(int id) {
+    if (const auto* button = ButtonOf(id)) lclLogic.ButtonClicked(button->key);
+}
+
+std::optional<std::size_t> ToolbarWindow::ShowMenu(const PopupMenu& menu, std::string_view button) const {
+    RECT place{};
+    const int command = CommandOf(button);
+    SendMessageW(lclWindow, TB_GETRECT, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(&place));
+    MapWindowPoints(lclWindow, nullptr, reinterpret_cast<POINT*>(&place), 2);
+    SendMessageW(lclWindow, TB_PRESSBUTTON, static_cast<WPARAM>(command), MAKELPARAM(TRUE, 0));
+    const auto chosen = TrackMenu(GetParent(lclWindow), menu, place.left, place.bottom);
+    if (lclWindow) SendMessageW(lclWindow, TB_PRESSBUTTON, static_cast<WPARAM>(command), 0);
+    return chosen;
+}
+
+LRESULT ToolbarWindow::Notified(NMHDR& header) {
+    switch (header.code) {
+    case TBN_DROPDOWN:
+        Command(reinterpret_cast<NMTOOLBARW&>(header).iItem);
+        return TBDDRET_DEFAULT;
+    case TBN_GETINFOTIPW: {
+        auto& tip = reinterpret_cast<NMTBGETINFOTIPW&>(header);
+        const auto index = static_cast<std::size_t>(tip.iItem - firstCommand);
+        if (index >= lclTooltips.size() || tip.cchTextMax < 1) return 0;
+        const auto length = std::min<std::size_t>(lclTooltips[index].size(),
+                                                  static_cast<std::size_t>(tip.cchTextMax) - 1);
+        lclTooltips[index].copy(tip.pszText, length);
+        tip.pszText[length] = L'\0';
+        return 0;
+    }
+    default: return 0;
+    }
+}
+
+LRESULT CALLBACK ToolbarWindow::Procedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
+                                          DWORD_PTR self) {
+    if (message == WM_NCDESTROY) RemoveWindowSubclass(window, Procedure, 1);
+    else return reinterpret_cast<ToolbarWindow*>(self)->Handle(message, w, l);
+    return DefSubclassProc(window, message, w, l);
+}
+
+LRESULT ToolbarWindow::Handle(UINT message, WPARAM w, LPARAM l) {
+    switch (message) {
+    case WM_KEYDOWN:
+        if (Key(w)) return 0;
+        break;
+    case WM_CHAR: return 0; // the keys above are all it knows
+    case WM_SETFOCUS:
+        DefSubclassProc(lclWindow, message, w, l);
+        SendMessageW(lclWindow, TB_SETHOTITEM, static_cast<WPARAM>(NextEnabled(-1, 1)), 0);
+        return 0;
+    case WM_KILLFOCUS:
+        SendMessageW(lclWindow, TB_SETHOTITEM, static_cast<WPARAM>(-1), 0);
+        break;
+    case WM_GETDLGCODE: return DLGC_WANTARROWS;
+    default: break;
+    }
+    return DefSubclassProc(lclWindow, message, w, l);
+}
+
+void ToolbarWindow::Draw(HDC device, const RECT& place, int dpi, const std::vector<ButtonState>& buttons) {
+    const int size = Scaled(iconUnits, dpi);
+    int left = place.left + Scaled(6, dpi);
+    for (const auto& state : buttons) {
+        const auto layers = ToolbarPicture(state.button->key);
+        if (!state.visible || layers.empty()) continue;
+        const HICON icon = IconOf(DrawLayers(layers, size, SystemColours(COLOR_BTNTEXT, COLOR_BTNFACE)));
+        if (!icon) continue;
+        DrawIconEx(device, left, place.top + Scaled(4, dpi), icon, size, size, 0, nullptr, DI_NORMAL);
+        DestroyIcon(icon);
+        left += size + Scaled(10, dpi);
+    }
+}
+
+} // namespace kavidex::controls::win32

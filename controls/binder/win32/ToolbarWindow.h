@@ -1,0 +1,64 @@
+// The binder's toolbar as a native one, with pictures of ours and full use by keyboard.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <windows.h>
+
+#include <commctrl.h>
+
+#include "controls/common/PopupMenu.h"
+#include "controls/common/win32/GdiObject.h"
+
+namespace kavidex::controls {
+class ctrlCorrespondence;
+struct ButtonState;
+} // namespace kavidex::controls
+
+namespace kavidex::controls::win32 {
+
+class ToolbarWindow {
+public:
+    explicit ToolbarWindow(ctrlCorrespondence& logic) : lclLogic(logic) {}
+    ToolbarWindow(const ToolbarWindow&) = delete;
+    ToolbarWindow& operator=(const ToolbarWindow&) = delete;
+
+    HWND Create(HWND parent, int id); // lives until its parent goes
+    HWND Handle() const { return lclWindow; }
+    void Forget(); // the parent is gone
+
+    void BuildLook(int dpi);   // pictures and sizes for that resolution
+    void ShowButtons();        // visibility, enabling, tooltips
+    int Height() const;
+    void Place(int width);
+
+    bool CanTakeFocus() const; // a button that can be pressed is there
+    bool UsesKey(WPARAM key) const;
+    std::optional<std::size_t> ShowMenu(const PopupMenu& menu, std::string_view button) const;
+    // What the parent receives from the toolbar.
+    void Command(int id);
+    LRESULT Notified(NMHDR& header);
+
+    // For drawing without a window.
+    static void Draw(HDC device, const RECT& place, int dpi, const std::vector<ButtonState>& buttons);
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
+                                      DWORD_PTR self);
+    LRESULT Handle(UINT message, WPARAM w, LPARAM l);
+    bool Key(WPARAM key);
+    void MoveHot(int step);
+    int NextEnabled(int from, int step) const; // -1: none that way
+
+    ctrlCorrespondence& lclLogic;
+    HWND lclWindow = nullptr;
+    GdiObject<HIMAGELIST> lclImages;
+    int lclDpi = 96;
+    bool lclFilled = false;
+    std::vector<std::wstring> lclTooltips; // by position in the table
+};
+
+} // namespace kavidex::controls::win32
