@@ -1,0 +1,52 @@
+// Measures two ways of doing one thing in the same run and prints how they compare, since absolute
+// times mean nothing on another machine.
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <limits>
+
+namespace kavidex::bench {
+
+struct Times {
+    double ours, peer; // seconds, the best of all rounds
+};
+
+// The two take turns, so that a busy moment of the machine meets both.
+template <class Ours, class Peer>
+Times Measure(Ours ours, Peer peer, int rounds = 7) {
+    const auto once = [](auto& work) {
+        const auto start = std::chrono::steady_clock::now();
+        work();
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    };
+    Times best{std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
+    for (int i = 0; i < rounds; ++i) {
+        best.ours = std::min(best.ours, once(ours));
+        best.peer = std::min(best.peer, once(peer));
+    }
+    return best;
+}
+
+inline bool Report(const char* name, const Times& times, const char* what, double ratio, bool good,
+                   const char* bound, double limit) {
+    std::printf("%-44s %s %.2f (%s %.2f)  ours %.1f ms, peer %.1f ms  %s\n", name, what, ratio, bound, limit,
+                times.ours * 1e3, times.peer * 1e3, good ? "ok" : "MISSED");
+    std::fflush(stdout);
+    return good;
+}
+
+// Our time against the peer's: 1.3 allows 30 % more.
+inline bool AtMost(const char* name, const Times& times, double limit) {
+    const double ratio = times.ours / times.peer;
+    return Report(name, times, "time", ratio, ratio <= limit, "at most", limit);
+}
+
+// Our speed against the peer's: 0.8 asks for 80 %.
+inline bool AtLeast(const char* name, const Times& times, double limit) {
+    const double ratio = times.peer / times.ours;
+    return Report(name, times, "speed", ratio, ratio >= limit, "at least", limit);
+}
+
+} // namespace kavidex::bench
