@@ -24,7 +24,7 @@ struct Parameter {
 struct Command {
     std::string text;
     CommandType type = CommandType::Text;
-    std::vector<Parameter> parameters;
+    std::vector<Parameter> parameters = {};
 };
 
 struct ErrorDetail {

@@ -112,7 +112,6 @@ int BackupAndRepair(const platform::Workstation& workstation, AccessRepair& repa
             Translated(translation,
                        "Bezig met het aanmaken van een backup en het vrijmaken van ruimte.\r\n"
                        "Wacht totdat dit proces is afgerond en sluit Lumaform niet af."));
-        workstation.busy.PumpMessages();
         Logged(workstation, [&] { workstation.files.Copy(path, backup, true); });
         Logged(workstation, [&] {
             repair.Configure("Microsoft Access Driver (*.MDB)",

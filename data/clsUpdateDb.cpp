@@ -69,7 +69,6 @@ std::int32_t clsUpdateDb::Run(std::string_view from, std::string& reached) {
     for (const UpgradePhase& phase : step->phases) {
         if (!phase.caption.empty()) caption = say(phase.caption);
         busy.Text(caption, say(phase.text));
-        lclWorkstation.busy.PumpMessages();
         for (const std::string& statement : phase.statements) context.Execute(statement);
         try {
             if (phase.function) phase.function(context);

@@ -1,0 +1,204 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "data/ConnectionAssignment.h"
+#include "data/ConnectionOpener.h"
+#include "data/Error.h"
+#include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/MemoryRows.h"
+#include "tests/fakes/RecordingConnection.h"
+
+using namespace kavidex;
+using namespace kavidex::data;
+using namespace kavidex::tests;
+
+namespace {
+
+// Keeps what was asked of the connections that a factory made, in one list; opens by a rule.
+struct FakeAdo : AdoFactory, AccessRepair {
+    struct Made : AdoConnection {
+        explicit Made(FakeAdo& owner) : ado(owner), number(++owner.made) {}
+        FakeAdo& ado;
+        int number;
+        bool open = false;
+
+        void Note(const std::string& what) {
+            ado.calls.push_back(std::to_string(number) + " " + what);
+        }
+        void SetMode(std::int32_t mode) override { Note("mode " + std::to_string(mode)); }
+        void OpenDatabase(std::string_view text) override {
+            Note("open " + std::string(text));
+            if (const std::int32_t number_ = ado.refuse(std::string(text)); number_ != 0)
+                throw Error(number_, "refused", "driver");
+            open = true;
+        }
+        bool IsOpen() const override { return open; }
+        void Close() override {
+            Note("close");
+            open = false;
+        }
+        RecordsetPtr Open(const Command&) override { return MakeClosedRecordset(); }
+        std::int64_t Execute(std::string_view text) override {
+            Note("execute " + std::string(text));
+            if (ado.refuseExecute) throw Error(errors::unspecified, "refused", "driver");
+            return -1;
+        }
+        Value Property(std::string_view) const override { return std::string("ACCESS"); }
+        std::string DefaultDatabase() const override { return {}; }
+        RecordsetPtr OpenSchema(Schema) override { return MakeClosedRecordset(); }
+        std::vector<ErrorDetail> Errors() const override { return {}; }
+        void BeginTrans() override {}
+        void CommitTrans() override {}
+        void RollbackTrans() override {}
+    };
+    std::vector<std::string> calls;
+    int made = 0, repairs = 0;
+    bool refuseExecute = false, noAdo = false;
+    std::function<std::int32_t(const std::string&)> refuse = [](const std::string&) { return 0; };
+
+    std::shared_ptr<AdoConnection> Create() override {
+        if (noAdo) throw platform::Error(static_cast<std::int32_t>(0x80040154), "no such class");
+        return std::make_shared<Made>(*this);
+    }
+    void Configure(std::string_view, std::string_view) override { ++repairs; }
+};
+
+struct OpenerTest : testing::Test {
+    FakeWorkstation machine;
+    FakeAdo ado;
+    bool opened = false;
+    std::vector<ConnectionPtr> assigned;
+    std::string path = machine.Path("kavidex.mdb");
+
+    OpenResult Open(std::string_view provider, std::string_view where) {
+        return ConnectionOpener(machine, ado, ado)
+            .DbOpenConnection(provider, where, opened,
+                              [this](const ConnectionPtr& c) { assigned.push_back(c); });
+    }
+    std::string Plain() const {
+        return "open driver={Microsoft Access Driver (*.mdb)};DBQ=" + path;
+    }
+};
+
+} // namespace
+
+TEST_F(OpenerTest, RefusesBlanksBeforeAnythingElse) {
+    EXPECT_EQ(Open("", "  "), -1);
+    EXPECT_EQ(Open("  ", "x"), -2);
+    EXPECT_EQ(ado.made, 0);
+    EXPECT_TRUE(assigned.empty());
+}
+
+TEST_F(OpenerTest, SetsThePasswordOnAnOpenFileThenOpensWithIt) {
+    EXPECT_EQ(Open("MsAccess", path), 0);
+    EXPECT_EQ(ado.calls, (std::vector<std::string>{
+                             "1 " + Plain(), "1 close", "3 mode 12",
+                             "3 open Provider=Microsoft.Jet.OLEDB.4.0;Data Source=" + path,
+                             "3 execute ALTER DATABASE PASSWORD Kw72p5n9``", "3 close",
+                             "2 " + Plain() + ";Password=Kw72p5n9"}));
+    EXPECT_TRUE(opened);
+    EXPECT_EQ(ado.repairs, 1);
+    ASSERT_EQ(assigned.size(), 1u);
+    EXPECT_TRUE(assigned[0]->IsOpen());
+}
+
+TEST_F(OpenerTest, GoesStraightToThePasswordOnAProtectedFile) {
+    ado.refuse = [](const std::string& text) {
+        return text.find("Password") == std::string::npos ? errors::authentication : 0;
+    };
+    EXPECT_EQ(Open("msaccess", path), 0);
+    EXPECT_EQ(ado.calls,
+              (std::vector<std::string>{"1 " + Plain(), "1 " + Plain() + ";Password=Kw72p5n9"}));
+}
+
+TEST_F(OpenerTest, SwallowsTheDriversUnspecifiedErrorAndAssignsAClosedConnection) {
+    ado.refuse = [](const std::string&) { return errors::unspecified; };
+    for (const char* provider : {"msaccess", "SQLServer"}) {
+        opened = false;
+        assigned.clear();
+        EXPECT_EQ(Open(provider, path), 0);
+        EXPECT_TRUE(opened);
+        ASSERT_EQ(assigned.size(), 1u);
+        EXPECT_FALSE(assigned[0]->IsOpen());
+    }
+    EXPECT_TRUE(machine.messages.shown.empty());
+    EXPECT_TRUE(machine.log.Has("DbOpenConnection", "refused"));
+}
+
+TEST_F(OpenerTest, NeverLeavesTheExclusiveConnectionOpen) {
+    ado.refuseExecute = true;
+    EXPECT_EQ(Open("msaccess", path), 0);
+    EXPECT_EQ(std::count(ado.calls.begin(), ado.calls.end(), "3 close"), 1);
+    EXPECT_EQ(ado.calls.back(), "2 " + Plain() + ";Password=Kw72p5n9");
+}
+
+TEST_F(OpenerTest, ShowsOtherErrorsAndAssignsNothing) {
+    ado.refuse = [](const std::string&) { return errors::syntax; };
+    EXPECT_EQ(Open("sqlserver", "server;UID=x"), -99);
+    ASSERT_EQ(machine.messages.shown.size(), 1u);
+    EXPECT_EQ(machine.messages.shown[0].text, "-2147217900 refused");
+    EXPECT_EQ(machine.messages.shown[0].caption, "Error in DbOpenConnection of Correspondence");
+    EXPECT_TRUE(assigned.empty());
+    EXPECT_EQ(ado.calls,
+              std::vector<std::string>{"1 open DRIVER={SQL Server};SERVER=server;UID=x"});
+    ado.noAdo = true;
+    EXPECT_EQ(Open("msaccess", path), -99);
+    EXPECT_EQ(machine.messages.shown[1].text, "-2147221164 no such class");
+}
+
+TEST_F(OpenerTest, TellsAnUnknownProvider) {
+    EXPECT_EQ(Open(" msaccess", path), -3);
+    ASSERT_EQ(machine.messages.shown.size(), 1u);
+    EXPECT_EQ(machine.messages.shown[0].text, "Not yet implemented ( msaccess)");
+    EXPECT_FALSE(opened);
+    ASSERT_EQ(assigned.size(), 1u);
+    EXPECT_FALSE(assigned[0]->IsOpen());
+}
+
+TEST(ConnectionAssignment, WorksOnceADatabaseAndInItsOrder) {
+    FakeWorkstation machine;
+    std::vector<std::string> order;
+    ConnectionAssignment assignment(
+        machine, {.changed = [&] { order.push_back("changed"); },
+                  .handOver = [&](const ConnectionPtr& c) { order.push_back(c ? "hand" : "none"); },
+                  .ready = [&](const ConnectionPtr&) { order.push_back("ready"); }});
+    EXPECT_FALSE(assignment.SetDbConnection(nullptr));
+
+    const auto rows = [](const Command& command) {
+        const bool template_ = command.text.find("'Template'") != std::string::npos;
+        return MemoryRows(
+            {"Section", "SKey", "Value"},
+            {{std::string(), std::string(), std::string(template_ ? "C:\\letters  " : "1.1.8")}});
+    };
+    const auto server = std::make_shared<RecordingConnection>("MySQL");
+    server->answer = rows;
+    server->schemaAnswer = [](Schema) { return TableRows({"tblSettings"}); };
+    EXPECT_TRUE(assignment.SetDbConnection(server));
+    EXPECT_EQ(order, (std::vector<std::string>{"changed", "hand", "ready"}));
+    EXPECT_EQ(assignment.TemplatePath(), "C:\\letters");
+    EXPECT_EQ(machine.registry.Read("Kavidex", "CorrespSetting", "DbCheck"), "0");
+    EXPECT_EQ(machine.busy.shown.size(), 1u); // the check; nothing to upgrade
+
+    const auto same = std::make_shared<RecordingConnection>("MySQL");
+    EXPECT_FALSE(assignment.SetDbConnection(same));
+    EXPECT_TRUE(same->statements.empty());
+
+    EXPECT_TRUE(assignment.SetDbConnection(nullptr));
+    EXPECT_EQ(order.back(), "none");
+}
+
+TEST(ConnectionAssignment, NeverChecksAnAccessFileNorAClosedConnection) {
+    FakeWorkstation machine;
+    ConnectionAssignment assignment(machine, {});
+    const auto access = std::make_shared<RecordingConnection>("ACCESS");
+    access->answer = [](const Command&) { return MemoryRows({"Value"}, {{std::string("1.1.8")}}); };
+    EXPECT_TRUE(assignment.SetDbConnection(access));
+    const auto closed = std::make_shared<RecordingConnection>("");
+    closed->open = false;
+    closed->database = "";
+    EXPECT_TRUE(assignment.SetDbConnection(closed));
+    EXPECT_TRUE(closed->statements.empty());
+    EXPECT_EQ(machine.registry.writes, 0);
+    EXPECT_TRUE(machine.busy.shown.empty());
+}

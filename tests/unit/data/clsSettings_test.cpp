@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include "data/clsSettings.h"
+#include "data/embedded/EmbeddedDatabase.h"
+#include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/MemoryRows.h"
+#include "tests/fakes/RecordingConnection.h"
+
+using namespace kavidex;
+using namespace kavidex::data;
+using namespace kavidex::tests;
+
+namespace {
+
+struct clsSettingsTest : testing::Test {
+    FakeWorkstation machine;
+    std::shared_ptr<RecordingConnection> connection =
+        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+    clsSettings settings{machine};
+    std::string value, section, key;
+
+    void SetUp() override { settings.SetDbConnection(connection); }
+    std::int64_t Rows(const std::string& where) {
+        return connection->inner->Open({"select * from tblSettings where " + where})->RecordCount();
+    }
+};
+
+} // namespace
+
+TEST_F(clsSettingsTest, InsertsThenUpdatesOneRow) {
+    settings.SetSetting("Storage", "DocumentPath", "C:\\docs");
+    settings.SetSetting("Storage", "DocumentPath", "D:\\docs");
+    EXPECT_TRUE(settings.GetSetting("storage", "documentpath", value));
+    EXPECT_EQ(value, "D:\\docs");
+    EXPECT_GT(settings.Id(), 0);
+    EXPECT_EQ(Rows("Section = 'Storage'"), 1);
+    EXPECT_TRUE(connection->Issued("Select * from tblSettings where Section = 'Storage' and sKey = "
+                                   "'DocumentPath'"));
+    EXPECT_TRUE(connection->Issued("Insert into tblSettings (Section,sKey,[Value]) "
+                                   "Values('Storage','DocumentPath','C:\\docs')"));
+    EXPECT_TRUE(connection->Issued("update tblSettings set [Value] = 'D:\\docs' WHERE  Section = "
+                                   "'Storage' and sKey = 'DocumentPath'"));
+}
+
+TEST_F(clsSettingsTest, KeepsAnOldValueWhenAQuoteBreaksTheStatement) {
+    settings.SetSetting("O'Neil", "Key", "kept");
+    settings.SetSetting("O'Neil", "Key", "it's");
+    EXPECT_TRUE(settings.GetSetting("O'Neil", "Key", value));
+    EXPECT_EQ(value, "kept");
+    EXPECT_TRUE(machine.log.Has("OpenRecordset", "it's"));
+}
+
+TEST_F(clsSettingsTest, ReadsMissingNullAndPaddedValues) {
+    value = "before";
+    EXPECT_FALSE(settings.GetSetting("No", "Such", value));
+    EXPECT_EQ(value, "");
+    EXPECT_EQ(settings.Id(), 0);
+    connection->Execute("insert into tblSettings (Section,sKey) values ('A','Null')");
+    EXPECT_TRUE(settings.GetSetting("A", "Null", value));
+    EXPECT_EQ(value, "");
+    connection->Execute("insert into tblSettings (Section,sKey,[Value]) values ('A','B','x    ')");
+    EXPECT_TRUE(settings.GetSetting("A", "B", value));
+    EXPECT_EQ(value, "x");
+}
+
+TEST_F(clsSettingsTest, WalksWhatMatchesAPatternAndDeletes) {
+    for (const char* name : {"One", "Two", "Three"}) settings.SetSetting("Fax", name, name);
+    EXPECT_TRUE(settings.GetSettingLike("Fa%", "T%", value, section, key, false));
+    EXPECT_EQ(section, "Fax");
+    std::string next;
+    EXPECT_TRUE(settings.GetNextSettingLike(next, section, key));
+    EXPECT_NE(next, value);
+    EXPECT_EQ(key, next);
+    EXPECT_TRUE(settings.DeleteCurrentSetting());
+    EXPECT_EQ(Rows("sKey = '" + next + "'"), 0);
+    EXPECT_TRUE(settings.GetSettingLike("Fa%", "%", value, section, key, false));
+    EXPECT_TRUE(settings.GetNextSetting(value));
+    EXPECT_FALSE(settings.GetNextSetting(value));
+    EXPECT_EQ(value, "");
+    EXPECT_FALSE(settings.GetNextSetting(value));
+    EXPECT_TRUE(settings.GetSettingLike("Fa%", "%", value, section, key, true));
+    EXPECT_FALSE(settings.GetNextSetting(value)); // closed
+    EXPECT_FALSE(settings.DeleteCurrentSetting());
+    EXPECT_TRUE(settings.DeleteSetting("Fax", "One"));
+    EXPECT_FALSE(settings.DeleteSetting("Fax", "One"));
+}
+
+TEST_F(clsSettingsTest, WritesInTheFormOfItsServer) {
+    for (const auto& [name, statement] :
+         {std::pair{"MySQL", "Insert into tblSettings (Section,sKey,Value) Values('S','K','V')"},
+          std::pair{"Microsoft SQL Server", "AddToSettings"}}) {
+        const auto server = std::make_shared<RecordingConnection>(name);
+        bool exists = false;
+        server->answer = [&](const Command& command) {
+            if (command.type == CommandType::StoredProcedure) return MakeClosedRecordset();
+            std::vector<std::vector<Value>> rows;
+            if (exists) rows = {{std::string("V")}};
+            return MemoryRows({"Value"}, rows);
+        };
+        settings.SetDbConnection(server);
+        settings.SetSetting("S", "K", "V");
+        EXPECT_TRUE(server->Issued(statement)) << name;
+        exists = true;
+        settings.SetSetting("S", "K", "V2");
+        EXPECT_TRUE(server->Issued(
+            "update tblSettings set Value = 'V2' WHERE  Section = 'S' and sKey = 'K'"));
+    }
+}
+
+TEST_F(clsSettingsTest, ConvertsTheKeyColumnOfAnOldTable) {
+    for (const bool interrupted : {false, true}) {
+        const auto old =
+            std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+        for (const char* statement :
+             {"DROP TABLE tblSettings",
+              "CREATE TABLE tblSettings (Id COUNTER CONSTRAINT c PRIMARY KEY, Section TEXT(255), "
+              "[Key] TEXT(255), [Value] TEXT(255))",
+              "insert into tblSettings (Section,[Key],[Value]) values "
+              "('Build','DbVersion','1.0.4')",
+              "insert into tblSettings (Section,[Key],[Value]) values "
+              "('Storage','DocumentPath','C:\\d')"})
+            old->Execute(statement);
+        settings.SetDbConnection(old);
+        if (interrupted) old->Execute("ALTER TABLE tblSettings ADD COLUMN SKey TEXT(255)");
+        EXPECT_TRUE(settings.GetSetting("Build", "DbVersion", value));
+        EXPECT_EQ(value, "1.0.4");
+        EXPECT_TRUE(settings.GetSetting("Storage", "DocumentPath", value));
+        EXPECT_TRUE(old->Issued("ALTER TABLE tblSettings DROP COLUMN [Key]"));
+        const std::size_t before = old->statements.size();
+        settings.GetSetting("Storage", "None", value);
+        EXPECT_EQ(old->statements.size(), before + 1);
+    }
+}
+
+TEST_F(clsSettingsTest, SurvivesAConnectionThatFailsAnywhere) {
+    for (std::size_t n = 1; n <= 3; ++n)
+        for (const bool onwards : {false, true}) {
+            connection->FailAt(n, onwards);
+            settings.SetSetting("A", "B", "C");
+            settings.GetSetting("A", "B", value);
+            settings.DeleteSetting("A", "B");
+            connection->FailAt(0);
+        }
+    settings.SetDbConnection(nullptr);
+    settings.SetSetting("A", "B", "C");
+    EXPECT_FALSE(settings.GetSetting("A", "B", value));
+}
+
+TEST_F(clsSettingsTest, GivesTheDocumentRootOrSaysThatThereIsNone) {
+    EXPECT_EQ(DocumentRoot(machine, connection), "");
+    ASSERT_EQ(machine.messages.shown.size(), 1u);
+    EXPECT_EQ(machine.messages.shown[0].text, "DocumentPath in section Storage not found");
+    settings.SetSetting("Storage", "DocumentPath", "C:\\docs");
+    EXPECT_EQ(DocumentRoot(machine, connection), "C:\\docs\\");
+    settings.SetSetting("Storage", "DocumentPath", "C:\\docs\\");
+    EXPECT_EQ(DocumentRoot(machine, connection), "C:\\docs\\");
+    EXPECT_EQ(machine.messages.shown.size(), 1u);
+}

@@ -1,0 +1,167 @@
+#include <gtest/gtest.h>
+
+#include "data/clsTable.h"
+#include "data/embedded/EmbeddedDatabase.h"
+#include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/MemoryRows.h"
+#include "tests/fakes/RecordingConnection.h"
+
+using namespace kavidex;
+using namespace kavidex::data;
+using namespace kavidex::tests;
+
+namespace {
+
+// A table on the embedded engine, its statements on record.
+struct clsTableTest : testing::Test {
+    FakeWorkstation machine;
+    std::shared_ptr<RecordingConnection> connection =
+        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+    clsTable table{machine};
+
+    void SetUp() override {
+        connection->Execute("ALTER TABLE tblDocument ADD COLUMN DocGuid Text(38)");
+        connection->Execute("CREATE TABLE tblSample (Id COUNTER CONSTRAINT pk PRIMARY KEY, "
+                            "Name TEXT(255), Amount DOUBLE, Units LONG, Flag BIT)");
+        connection->statements.clear();
+        table.SetDbConnection(connection);
+        table.SetTableName("tblSample");
+    }
+    std::string Text(std::string_view field) { return ToText(table.GetField(field)); }
+};
+
+} // namespace
+
+TEST_F(clsTableTest, DoesNothingBeforeItIsOpened) {
+    EXPECT_TRUE(table.Eof());
+    EXPECT_TRUE(table.Bof());
+    EXPECT_EQ(table.RecordCount(), 0);
+    EXPECT_EQ(table.AbsolutePosition(), 0);
+    EXPECT_EQ(table.RecordSet(), nullptr);
+    table.MoveFirst();
+    table.MoveLast();
+    table.MoveNext();
+    table.MovePrevious();
+    table.Move(3);
+    table.ReQuery();
+    table.SetAbsolutePosition(1);
+    table.SetField("Name", std::string("x"));
+    EXPECT_TRUE(IsNull(table.GetField("Name")));
+    EXPECT_FALSE(table.UpdateCurrentRow());
+    EXPECT_FALSE(table.DeleteCurrentRow());
+    EXPECT_TRUE(connection->statements.empty());
+}
+
+TEST_F(clsTableTest, BuildsItsStatementFromNameCriteriaAndOrdering) {
+    EXPECT_TRUE(table.OpenDbConnection());
+    table.SetCriteria("Units = 1");
+    EXPECT_TRUE(table.OpenDbConnection());
+    table.SetOrdering("Name");
+    EXPECT_TRUE(table.OpenDbConnection());
+    EXPECT_EQ(connection->statements,
+              (std::vector<std::string>{"select * from tblSample",
+                                        "select * from tblSample where Units = 1",
+                                        "select * from tblSample where Units = 1 order by Name"}));
+    EXPECT_TRUE(table.Eof());
+    table.MoveFirst(); // an empty recordset is left alone
+    table.SetTableName("tblNowhere");
+    EXPECT_FALSE(table.OpenDbConnection());
+    EXPECT_FALSE(table.Connected());
+    EXPECT_TRUE(table.Eof());
+    EXPECT_TRUE(machine.log.Has("OpenRecordset", "tblNowhere"));
+}
+
+TEST_F(clsTableTest, FollowsTheTypeRulesOfFields) {
+    connection->Execute("insert into tblSample (Name) values (null)");
+    connection->Execute("insert into tblSample (Name,Amount,Units) values ('  padded  ',1.5,7)");
+    table.SetOrdering("Id");
+    ASSERT_TRUE(table.OpenDbConnection());
+    EXPECT_EQ(table.RecordCount(), 2);
+    EXPECT_EQ(table.GetField("Units"), Value(std::int64_t{0})); // null by type
+    EXPECT_EQ(table.GetField("Amount"), Value(std::int64_t{0}));
+    EXPECT_EQ(table.GetField("Name"), Value(std::string()));
+    EXPECT_EQ(table.GetFieldLength("Name"), Value(std::int64_t{255}));
+    table.MoveNext();
+    EXPECT_EQ(Text("Name"), "padded");
+    EXPECT_EQ(Text("units"), "7");
+    EXPECT_EQ(Text("Amount"), "1.5");
+    EXPECT_THROW(table.GetField("Nowhere"), platform::Error);
+
+    table.SetField("Amount", std::string("12,5"));
+    table.SetField("Units", std::string());
+    table.SetField("Name", std::string("  O'Brien 𝄞 "));
+    EXPECT_TRUE(table.UpdateCurrentRow());
+    table.SetAbsolutePosition(0);
+    EXPECT_EQ(table.AbsolutePosition(), 2);
+    table.ReQuery();
+    table.MoveLast();
+    EXPECT_EQ(Text("Amount"), "12");
+    EXPECT_EQ(table.RecordSet()->Get("Units"), Value(std::int64_t{0}));
+    EXPECT_EQ(Text("Name"), "O'Brien 𝄞");
+    table.SetField("Name", Value());
+    EXPECT_TRUE(table.UpdateCurrentRow());
+    table.MoveNext();
+    EXPECT_TRUE(table.Eof());
+    EXPECT_TRUE(IsNull(table.GetField("Name")));
+    EXPECT_EQ(table.GetFieldLength("Name"), Value(std::int64_t{0}));
+}
+
+TEST_F(clsTableTest, FindsANewRowAgainByItsGuid) {
+    table.SetTableName("tblDocument");
+    std::int32_t id = 0;
+    ASSERT_TRUE(table.SaveNewRow("Id", "DocGuid", id, "DocId"));
+    const std::string guid = FakeGuids::TextOf(1);
+    EXPECT_EQ(
+        connection->statements,
+        (std::vector<std::string>{"Insert into tblDocument (DocGuid) Values ('" + guid + "')",
+                                  "Select * from tblDocument where DocGuid = '" + guid + "'"}));
+    EXPECT_GT(id, 0);
+    EXPECT_EQ(ToInt32(table.RecordSet()->Get("DocId")), id);
+
+    const RecordsetPtr row = connection->inner->Open({"select * from tblDocument where DocId > 0"});
+    EXPECT_EQ(row->RecordCount(), 1);
+    std::int32_t second = 0;
+    EXPECT_TRUE(table.SaveNewRow("Id", "DocGuid", second, ""));
+    EXPECT_EQ(second, id + 1);
+    EXPECT_TRUE(IsNull(table.RecordSet()->Get("DocId")));
+}
+
+TEST_F(clsTableTest, ReportsFailureOfEachStatementOfANewRow) {
+    table.SetTableName("tblDocument");
+    std::int32_t id = -5;
+    for (std::size_t n : {1u, 2u}) {
+        connection->FailAt(n);
+        EXPECT_FALSE(table.SaveNewRow("Id", "DocGuid", id, "DocId"));
+        connection->FailAt(0);
+    }
+    EXPECT_FALSE(table.SaveNewRow("Id", "NoColumn", id, "DocId"));
+    machine.guids.refuse = true;
+    const std::size_t before = connection->statements.size();
+    EXPECT_FALSE(table.SaveNewRow("Id", "DocGuid", id, "DocId"));
+    EXPECT_EQ(connection->statements.size(), before);
+    EXPECT_EQ(id, -5);
+    EXPECT_TRUE(machine.log.Has("clsTable.SaveNewRow"));
+}
+
+TEST_F(clsTableTest, DeletesARowAndWhatPointsAtItsReference) {
+    connection->Execute("insert into tblDossierRefTabs (RefTabId) values (31)");
+    connection->Execute("insert into tblSample (Name) values ('x')");
+    connection->statements.clear();
+    ASSERT_TRUE(table.OpenDbConnection());
+    EXPECT_TRUE(table.DeleteCurrentRow());
+    EXPECT_EQ(connection->Count("uplink"), 0u);
+
+    clsTable tabs(machine);
+    tabs.SetDbConnection(connection);
+    tabs.SetTableName("tblDossierRefTabs ");
+    ASSERT_TRUE(tabs.OpenDbConnection());
+    EXPECT_TRUE(tabs.DeleteCurrentRow()); // the name is compared untrimmed
+    EXPECT_EQ(connection->Count("uplink"), 0u);
+
+    connection->Execute("insert into tblDossierRefTabs (RefTabId) values (32)");
+    tabs.SetTableName("TblDossierRefTabs");
+    ASSERT_TRUE(tabs.OpenDbConnection());
+    EXPECT_TRUE(tabs.DeleteCurrentRow()); // there is no companion table yet
+    EXPECT_TRUE(connection->Issued("Delete from TblDossierRefTabsuplink where serverrefid = 32"));
+    EXPECT_EQ(connection->inner->Open({"select * from tblDossierRefTabs"})->RecordCount(), 0);
+}

@@ -1,0 +1,230 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "data/clsUpdateDb.h"
+#include "data/translations.h"
+#include "data/upgradeSteps.h"
+#include "tests/fakes/Databases.h"
+#include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/RecordingConnection.h"
+
+using namespace kavidex;
+using namespace kavidex::data;
+using namespace kavidex::tests;
+
+namespace {
+
+struct clsUpdateDbTest : testing::Test {
+    FakeWorkstation machine;
+
+    std::int32_t Upgrade(const ConnectionPtr& connection) {
+        clsUpdateDb update(machine);
+        update.SetDbConnection(connection);
+        return update.fncUpdateDb();
+    }
+    std::string Version(const ConnectionPtr& connection) {
+        clsSettings settings(machine);
+        settings.SetDbConnection(connection);
+        std::string version;
+        settings.GetSetting("Build", "DbVersion", version);
+        return version;
+    }
+    std::int64_t Count(const ConnectionPtr& connection, const std::string& from) {
+        return connection->Open({"select * from " + from})->RecordCount();
+    }
+    std::string First(const ConnectionPtr& connection, const std::string& table,
+                      const std::string& column) {
+        return ToText(connection->Open({"select * from " + table})->Get(column));
+    }
+    ConnectionPtr Old(bool dossierTables) {
+        return OldDatabase(machine.Path("old" + std::to_string(++lclFiles) + ".kdb"),
+                           dossierTables);
+    }
+
+private:
+    int lclFiles = 0;
+};
+
+} // namespace
+
+TEST_F(clsUpdateDbTest, BringsANewDatabaseToTheCurrentVersion) {
+    const ConnectionPtr connection = EmbeddedDatabase::CreateInMemory();
+    connection->Execute("insert into tblDocument (Description) values ('a')");
+    connection->Execute("insert into tblCheckListRefFields (FieldType) values ('b')");
+    EXPECT_EQ(Upgrade(connection), 0);
+    EXPECT_EQ(Version(connection), "1.1.8");
+    EXPECT_EQ(TablesOf(*connection).size(), 16u + 1 + 8 + 1);
+    EXPECT_EQ(Count(connection, "tblTranslations"),
+              static_cast<std::int64_t>(Translations().size()));
+    EXPECT_EQ(Count(connection, "tblTranslations where GE is null or FR is null or NL is null"), 0);
+    EXPECT_EQ(First(connection, "tblDocument", "DocGuid").size(), 38u);
+    EXPECT_EQ(First(connection, "tblCheckListRefFields", "clGuid").size(), 38u);
+    const std::string text = Printout(*connection);
+    EXPECT_EQ(text.find("indRefVal10"), std::string::npos);
+    for (const char* name : {"indParentId", "indTreeItemGuid", "indCheckGuid", "indDocExId",
+                             "indTreeItemUpLink", "DossierIdText", "TabChanged", "indstrKey"})
+        EXPECT_NE(text.find(name), std::string::npos) << name;
+    EXPECT_FALSE(machine.busy.open);
+}
+
+TEST_F(clsUpdateDbTest, ChangesNothingTheSecondTime) {
+    const auto connection =
+        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+    Upgrade(connection);
+    const std::string before = Printout(*connection->inner);
+    connection->statements.clear();
+    machine.busy.shown.clear();
+    Upgrade(connection);
+    EXPECT_EQ(connection->statements.size(), 1u); // the version's look-up
+    EXPECT_EQ(Printout(*connection->inner), before);
+    EXPECT_TRUE(machine.busy.shown.empty());
+}
+
+TEST_F(clsUpdateDbTest, ConvertsAnOldDatabaseWithItsRows) {
+    const ConnectionPtr connection = Old(true);
+    Upgrade(connection);
+    EXPECT_EQ(Version(connection), "1.1.8");
+    EXPECT_EQ(First(connection, "tblSettings", "SKey"), "DocumentPath");
+    for (const auto& [table, column] : {std::pair{"tblDocument", "DocId"},
+                                        {"tblTree", "TreeId"},
+                                        {"tblTreeItem", "TreeItemId"},
+                                        {"tblDossierDbRelation", "DbRelId"},
+                                        {"tblDossierRelations", "RelId"},
+                                        {"tblDossierTypes", "TypeId"},
+                                        {"tblDossierReference", "RefId"},
+                                        {"tblDossierTabs", "TabId"}})
+        EXPECT_EQ(First(connection, table, column), "1") << table;
+    EXPECT_EQ(First(connection, "tblDossierFields", "intOrder"), "3");
+    EXPECT_EQ(First(connection, "tblDossierTabs", "TabDescription"), "Dossier");
+    EXPECT_EQ(First(connection, "tblDossierTabs", "intOrder"), "1");
+    EXPECT_EQ(First(connection, "tblDossierTypes", "ShowCabinet"), "");
+    const std::string text = Printout(*connection);
+    for (const char* gone : {" Order", " Key"})
+        EXPECT_EQ(text.find(std::string(gone) + " "), std::string::npos) << gone;
+}
+
+TEST_F(clsUpdateDbTest, SkipsTheDossierStepsWithoutTheirTables) {
+    const ConnectionPtr inner = Old(false);
+    const auto connection = std::make_shared<RecordingConnection>("", inner);
+    Upgrade(connection);
+    EXPECT_EQ(Version(inner), "1.1.8");
+    EXPECT_EQ(connection->Count("CREATE TABLE tblDossierTabs"), 0u);
+    EXPECT_EQ(connection->Count("SaveSettings"), 0u);
+    EXPECT_EQ(connection->Count("AutoCreate"), 0u);
+    EXPECT_EQ(connection->Count("CREATE TABLE tblScreens "), 0u);
+    EXPECT_EQ(connection->Count("CREATE TABLE tblCheckListFields"), 1u);
+    EXPECT_EQ(First(inner, "tblTreeItem", "TreeItemId"), "1");
+    for (const UpgradeStep& step : UpgradeSteps()) // every version was on record once
+        EXPECT_GE(connection->Count("'" + std::string(step.to) + "'"), 1u) << step.to;
+}
+
+TEST_F(clsUpdateDbTest, GoesOnFromEveryVersion) {
+    const ConnectionPtr whole = Old(true);
+    Upgrade(whole);
+    const std::string expected = Printout(*whole, "DocGuid");
+    for (std::size_t steps = 1; steps < UpgradeSteps().size(); steps += 2) {
+        const ConnectionPtr inner = Old(true);
+        const auto connection = std::make_shared<RecordingConnection>("", inner);
+        const std::string stop = "'" + std::string(UpgradeSteps()[steps].to) + "'";
+        bool stopped = false; // the connection drops when the next version would be recorded
+        connection->refuse = [&](const std::string& statement) {
+            if (statement.find("tblSettings") != std::string::npos &&
+                statement.find(stop) != std::string::npos)
+                stopped = true;
+            return stopped;
+        };
+        Upgrade(connection);
+        EXPECT_EQ(Version(inner), UpgradeSteps()[steps].from);
+        Upgrade(inner);
+        EXPECT_EQ(Version(inner), "1.1.8");
+        EXPECT_EQ(Printout(*inner, "DocGuid"), expected) << "stopped before " << stop;
+    }
+}
+
+TEST_F(clsUpdateDbTest, ResumesAfterTheConnectionDroppedAtAnyStatement) {
+    const ConnectionPtr whole = EmbeddedDatabase::CreateInMemory();
+    const auto counted = std::make_shared<RecordingConnection>("", whole);
+    Upgrade(counted);
+    const std::string expected = Printout(*whole);
+    // Translations are many alike: some of them will do.
+    for (std::size_t n = 1; n <= counted->statements.size(); ++n) {
+        if (counted->statements[n - 1].starts_with("insert into tblTr") && n % 40 != 0) continue;
+        const auto connection =
+            std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+        connection->FailAt(n, true);
+        Upgrade(connection);
+        Upgrade(connection->inner);
+        ASSERT_EQ(Printout(*connection->inner), expected)
+            << "dropped at " << counted->statements[n - 1];
+    }
+}
+
+TEST_F(clsUpdateDbTest, SkipsAnySingleFailingStatement) {
+    const auto counted =
+        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+    Upgrade(counted);
+    for (std::size_t n = 1; n <= counted->statements.size(); n += 13) {
+        const auto connection =
+            std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+        connection->FailAt(n);
+        machine.log.lines.clear();
+        Upgrade(connection);
+        EXPECT_FALSE(machine.log.lines.empty());
+        Upgrade(connection->inner);
+        EXPECT_EQ(Version(connection->inner), "1.1.8") << n;
+    }
+}
+
+TEST_F(clsUpdateDbTest, LeavesDeletedRowsDeletedWhenTheVersionIsLost) {
+    const ConnectionPtr connection = EmbeddedDatabase::CreateInMemory();
+    connection->Execute("insert into tblTreeItem (Description,TreeItemId) values ('gone',-1)");
+    connection->Execute("insert into tblDossierRelations (DossierId,RelId) values (4,-1)");
+    connection->Execute("delete from tblSettings");
+    Upgrade(connection);
+    EXPECT_EQ(Version(connection), "1.1.8");
+    EXPECT_EQ(First(connection, "tblTreeItem", "TreeItemId"), "-1");
+    EXPECT_EQ(First(connection, "tblDossierRelations", "RelId"), "-1");
+}
+
+TEST_F(clsUpdateDbTest, IssuesEachFormAndShowsEachPhase) {
+    const auto server = std::make_shared<RecordingConnection>("Microsoft SQL Server");
+    clsUpdateDb update(machine);
+    update.SetDbConnection(server);
+    std::string reached;
+    EXPECT_EQ(update.fncUpTo112(reached), 0);
+    EXPECT_EQ(reached, "1.1.2");
+    EXPECT_EQ(server->statements, (std::vector<std::string>{
+                                      "ALTER TABLE tblDossierRefTabs ADD COLUMN TabChanged Text(1)",
+                                      "ALTER TABLE tblDossierRefTabs ADD TabChanged Char(1)"}));
+    server->statements.clear();
+    EXPECT_EQ(update.fncUpTo118(reached), 0);
+    EXPECT_EQ(reached, "1.1.8");
+    EXPECT_EQ(
+        server->statements,
+        (std::vector<std::string>{
+            "CREATE TABLE tblDocExtraInfo ( Id COUNTER CONSTRAINT IdDocExtraInfo PRIMARY KEY, "
+            "[DocId] "
+            "LONG, [SendTo] TEXT(255), [SendFrom] TEXT(255), [SendOn] TEXT(255), [RecievedOn] "
+            "TEXT(255), [NrOfAttatchements] LONG)",
+            "CREATE TABLE tblDocExtraInfo ( Id INTEGER Identity(1000,1)  CONSTRAINT IdDocExtraInfo "
+            "PRIMARY KEY, DocId INTEGER, SendTo CHAR(255), SendFrom CHAR(255), SendOn CHAR(255), "
+            "RecievedOn CHAR(255), NrOfAttatchements INTEGER)",
+            "CREATE TABLE tblDocExtraInfo ( Id BIGINT AUTO_INCREMENT  PRIMARY KEY, DocId INTEGER, "
+            "SendTo CHAR(255), SendFrom CHAR(255), SendOn CHAR(255), RecievedOn CHAR(255), "
+            "NrOfAttatchements INTEGER) AUTO_INCREMENT = 1000",
+            "CREATE INDEX indDocExId on tblDocExtraInfo(DocId )"}));
+    EXPECT_EQ(machine.busy.shown.back().caption, "Bezig met aanmaken van Document Extra Info");
+    EXPECT_EQ(machine.busy.shown.back().text, "Bezig met bijwerken van versienummer");
+    update.fncUpTo115(reached);
+    for (const char* statement : {"ALTER TABLE tblDocument ADD COLUMN DocGuid Text(38)",
+                                  "ALTER TABLE tblDocument ADD DocGuid Char(38)",
+                                  "CREATE INDEX indDocGuid on tblDocument (DocGuid )",
+                                  "CREATE INDEX indDocGuid on tblDocument (DocGuid(38) )",
+                                  "DROP INDEX indRefVal10 on tblDossierReference",
+                                  "DROP INDEX tblDossierReference.indRefVal10"})
+        EXPECT_TRUE(server->Issued(statement)) << statement;
+    update.fncUpTo108(reached);
+    EXPECT_TRUE(server->Issued("ALTER TABLE tblDossiertypes ADD COLUMN ShowCabinet NTEXT, "
+                               "CreateDossier NTEXT, OpenDossier NTEXT)"));
+}

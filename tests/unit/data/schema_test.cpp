@@ -1,0 +1,136 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "data/clsSettings.h"
+#include "data/modDataBase.h"
+#include "data/schema.h"
+#include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/MemoryRows.h"
+#include "tests/fakes/RecordingConnection.h"
+
+using namespace kavidex;
+using namespace kavidex::data;
+using namespace kavidex::tests;
+
+namespace {
+
+std::string Create(std::string_view name, schema::Dialect dialect) {
+    for (const schema::Table& table : schema::Tables())
+        if (table.name == name) return schema::CreateTable(table, dialect);
+    return {};
+}
+
+} // namespace
+
+TEST(schema, WritesEachDialectLetterForLetter) {
+    using enum schema::Dialect;
+    EXPECT_EQ(Create("tblSettings", SqlServer),
+              "CREATE TABLE tblSettings ( Id INTEGER Identity(1000,1)  CONSTRAINT IdConstSetting "
+              "PRIMARY KEY, Section CHAR(255), SKey CHAR(255), Value CHAR(255))");
+    EXPECT_EQ(
+        Create("tblSettings", MySql),
+        "CREATE TABLE tblSettings ( Id BIGINT AUTO_INCREMENT  PRIMARY KEY, Section CHAR(255), "
+        "SKey CHAR(255), Value CHAR(255)) AUTO_INCREMENT = 1000");
+    EXPECT_EQ(Create("tblSettings", Access),
+              "CREATE TABLE tblSettings ( Id COUNTER CONSTRAINT IdConstSetting PRIMARY KEY, "
+              "[Section] TEXT(255), [SKey] TEXT(255), [Value] TEXT(255))");
+    EXPECT_EQ(Create("tblDossierDbRelation", SqlServer),
+              "CREATE TABLE tblDossierDbRelation ( DossierId INTEGER Identity(1000,1)  CONSTRAINT "
+              "IdConstDbRel PRIMARY KEY, dbKey CHAR(255), DbRelId INTEGER)");
+}
+
+TEST(schema, BuildsTheReferenceTableInItsPieces) {
+    const std::string server = Create("tblDossierReference", schema::Dialect::SqlServer);
+    const std::string mySql = Create("tblDossierReference", schema::Dialect::MySql);
+    EXPECT_TRUE(server.starts_with(
+        "CREATE TABLE tblDossierReference ( Id INTEGER Identity(1000,1)  CONSTRAINT IdConstRef "
+        "PRIMARY KEY,  DossierId INTEGER,  DossierType INTEGER,Field1 CHAR(50),Field2 CHAR(50),"));
+    EXPECT_NE(server.find("Field30 CHAR(50),Value1 CHAR(100),"), std::string::npos);
+    EXPECT_TRUE(server.ends_with("Value30 CHAR(100),ExternalField INTEGER,Description "
+                                 "CHAR(255),Memo NTEXT, UseMemo INTEGER, "
+                                 "SaveSettings CHAR(50), RefId INTEGER)"));
+    EXPECT_TRUE(mySql.ends_with("Memo LONGTEXT , UseMemo INTEGER, SaveSettings CHAR(50), RefId "
+                                "BIGINT) AUTO_INCREMENT = 1000"));
+}
+
+TEST(schema, HasSixteenTablesTwentyTwoIndexesNineProcedures) {
+    EXPECT_EQ(schema::Tables().size(), 16u);
+    EXPECT_EQ(schema::CreateIndexes().size(), 22u);
+    EXPECT_EQ(schema::CreateIndexes()[12],
+              "CREATE INDEX indRefVal10 on tblDossierReference (Value10 )");
+    const auto procedures = schema::CreateProcedures();
+    ASSERT_EQ(procedures.size(), 9u);
+    EXPECT_EQ(
+        procedures[0],
+        "CREATE PROCEDURE AddToSettings @Section CHAR(255), @Key CHAR(255), @Value CHAR(255) AS "
+        "SET NOCOUNT ON  Insert into tblSettings (Section, sKey, Value) VALUES (@Section, @Key, "
+        "@Value) SELECT @@Identity Return @@IDENTITY   SET NOCOUNT OFF");
+    EXPECT_NE(procedures[8].find("set TreeItemId = @@IDENTITY where Id  = @@IDENTITY Return"),
+              std::string::npos);
+}
+
+struct modDataBaseTest : testing::Test {
+    FakeWorkstation machine;
+    clsSettings settings{machine};
+    std::shared_ptr<RecordingConnection> connection =
+        std::make_shared<RecordingConnection>("Microsoft SQL Server");
+    std::vector<std::string> tables = {"other"};
+
+    void SetUp() override {
+        connection->schemaAnswer = [this](Schema) { return TableRows(tables); };
+        connection->answer = [](const Command& command) {
+            if (command.type == CommandType::StoredProcedure) return MakeClosedRecordset();
+            return MemoryRows({"Id", "Section", "SKey", "Value"}, {});
+        };
+        settings.SetDbConnection(connection);
+    }
+};
+
+TEST_F(modDataBaseTest, CreatesAServersSchemaInItsOrderAndSaysSo) {
+    EXPECT_EQ(CheckAndCreateDatabase(machine, connection, settings, false), 1);
+    ASSERT_EQ(connection->statements.size(), 16u + 9u + 22u + 2u); // the last two: the version
+    EXPECT_TRUE(connection->statements[0].starts_with("CREATE TABLE tblCheckListFields "));
+    EXPECT_TRUE(connection->statements[16].starts_with("CREATE PROCEDURE AddToSettings "));
+    EXPECT_TRUE(connection->statements[25].starts_with("CREATE INDEX indDocId "));
+    const Command& version = connection->commands.back();
+    EXPECT_EQ(version.text, "AddToSettings");
+    ASSERT_EQ(version.parameters.size(), 3u);
+    EXPECT_EQ(ToText(version.parameters[2].value), "1.0.8");
+    EXPECT_EQ(version.parameters[0].size, 5);
+    EXPECT_EQ(version.parameters[0].type, AdoType::Char);
+    const std::vector<FakeBusyDialog::Shown> shown = {
+        {"Controle database", "Bezig met het controleren van de database."},
+        {"Aanmaken database", "Bezig met het aanmaken van tabellen."},
+        {"Aanmaken database", "Bezig met het aanmaken van Stored Procedures."},
+        {"Aanmaken database", "Bezig met het aanmaken van indexen."},
+        {"Aanmaken database", "Bezig met het bijwerken van het versienummer."}};
+    EXPECT_EQ(machine.busy.shown, shown);
+    EXPECT_FALSE(machine.busy.open);
+}
+
+TEST_F(modDataBaseTest, UsesTheMySqlFormWithoutProceduresWhenTold) {
+    connection->name = "MySQL";
+    EXPECT_EQ(CheckAndCreateDatabase(machine, connection, settings, true), 1);
+    EXPECT_EQ(connection->Count("AUTO_INCREMENT = 1000"), 16u);
+    EXPECT_EQ(connection->Count("PROCEDURE"), 0u);
+    EXPECT_TRUE(connection->Issued(
+        "Insert into tblSettings (Section,sKey,Value) Values('Build','DbVersion','1.0.8')"));
+}
+
+TEST_F(modDataBaseTest, LeavesADatabaseWithSettingsAlone) {
+    tables = {"other", "TBLSETTINGS"};
+    EXPECT_EQ(CheckAndCreateDatabase(machine, connection, settings, false), 0);
+    EXPECT_TRUE(connection->statements.empty());
+}
+
+TEST_F(modDataBaseTest, EndsAtTheFirstFailingStatement) {
+    for (std::size_t n = 1; n <= 47; ++n) {
+        connection->statements.clear();
+        connection->FailAt(n);
+        EXPECT_EQ(CheckAndCreateDatabase(machine, connection, settings, false), 1);
+        EXPECT_EQ(connection->statements.size(), n);
+        EXPECT_FALSE(machine.busy.open);
+    }
+    EXPECT_EQ(machine.log.lines.size(), 47u);
+}
