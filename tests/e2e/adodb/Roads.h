@@ -3,10 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
-#include <objbase.h>
-
 #include <string>
 
 #include "com/adodb/CommandObject.h"
@@ -17,54 +13,9 @@
 #include "data/embedded/EmbeddedDatabase.h"
 #include "data/win32/LateAdoConnection.h"
 #include "platform/win32/Late.h"
+#include "tests/e2e/doubles/AdoClasses.h"
 
 namespace kavidex::tests {
-
-using com::ComPtr;
-using platform::win32::Late;
-using platform::win32::Variant;
-
-// A connection as a host's own library has it: it makes no commands and recordsets itself.
-class Stranger : public com::adodb::ConnectionObject {
-public:
-    using ConnectionObject::ConnectionObject;
-    const com::Table& Members() const override {
-        static const com::Table without = [this] {
-            com::Table table = ConnectionObject::Members();
-            table.members = table.members.first(table.members.size() - 2);
-            return table;
-        }();
-        return without;
-    }
-};
-
-// Makes objects of one of our classes under a class id that is another library's, in this process.
-template <class Object>
-class ClassUnder : public IClassFactory {
-public:
-    explicit ClassUnder(const wchar_t* progId) {
-        CLSID clsid;
-        if (SUCCEEDED(CLSIDFromProgID(progId, &clsid)))
-            CoRegisterClassObject(clsid, this, CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
-                                  &lclCookie);
-    }
-    virtual ~ClassUnder() { CoRevokeClassObject(lclCookie); }
-    bool Registered() const { return lclCookie != 0; }
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        *object = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
-        return *object ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return 2; } // lives as long as the test
-    ULONG STDMETHODCALLTYPE Release() override { return 1; }
-    HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown*, REFIID iid, void** object) override {
-        return com::Make<Object>()->QueryInterface(iid, object);
-    }
-    HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
-
-private:
-    DWORD lclCookie = 0;
-};
 
 enum class Road { OwnObjects, AdoClasses, ExecuteOnly };
 

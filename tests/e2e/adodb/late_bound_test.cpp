@@ -18,18 +18,14 @@ protected:
     void SetUp() override {
         ObjectTest::SetUp();
         if (GetParam() == Road::AdoClasses) {
-            command = std::make_unique<ClassUnder<com::adodb::CommandObject>>(L"ADODB.Command");
-            recordset =
-                std::make_unique<ClassUnder<com::adodb::RecordsetObject>>(L"ADODB.Recordset");
-            ASSERT_TRUE(command->Registered() && recordset->Registered())
-                << "no ProgIDs of ADO here";
+            classes = std::make_unique<AdoClasses>();
+            ASSERT_TRUE(classes->Registered()) << "no ProgIDs of ADO here";
         }
         late = std::make_shared<data::win32::LateAdoConnection>(Late(Hand(engine)));
     }
     void TearDown() override {
         late.reset();
-        recordset.reset();
-        command.reset();
+        classes.reset();
         ObjectTest::TearDown();
     }
     ComPtr<IDispatch> Hand(const data::ConnectionPtr& connection) {
@@ -41,8 +37,7 @@ protected:
     }
 
     std::shared_ptr<data::win32::LateAdoConnection> late;
-    std::unique_ptr<ClassUnder<com::adodb::CommandObject>> command;
-    std::unique_ptr<ClassUnder<com::adodb::RecordsetObject>> recordset;
+    std::unique_ptr<AdoClasses> classes;
 };
 
 // Errors count too: the same move must fail on both.
