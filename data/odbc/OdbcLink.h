@@ -1,7 +1,9 @@
 // The ODBC handles of one connection, shared by the connection and its recordsets.
 #pragma once
 
+#include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -35,11 +37,16 @@ public:
     [[noreturn]] void Fail(SQLSMALLINT kind, SQLHANDLE handle, std::string_view statement = {});
     void ForgetErrors() { lclErrors.clear(); }
 
+    // Columns of the primary key, lower case, by table.
+    using Keys = std::set<std::string>;
+    std::map<std::string, Keys>& KnownKeys() { return lclKeys; }
+
 private:
     SQLHENV lclEnvironment = SQL_NULL_HENV;
     SQLHDBC lclConnection = SQL_NULL_HDBC;
     const Dialect* lclDialect = nullptr;
     std::vector<ErrorDetail> lclErrors;
+    std::map<std::string, Keys> lclKeys;
 };
 
 using LinkPtr = std::shared_ptr<OdbcLink>;

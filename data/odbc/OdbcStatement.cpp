@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <limits>
 
+#include "data/odbc/OdbcKeys.h"
 #include "data/odbc/SingleTable.h"
 #include "data/odbc/Wide.h"
 
@@ -34,6 +35,7 @@ void OdbcStatement::Run(std::string_view text, const std::vector<Value>& values)
         Check(SQLExecute(lclHandle));
     }
     CountColumns();
+    if (!HasRows() && !ChangesRowsOnly(text)) lclLink->KnownKeys().clear();
 }
 
 void OdbcStatement::RunCatalog(std::string_view name, const std::function<SQLRETURN(SQLHSTMT)>& call) {

@@ -1,11 +1,7 @@
 #include "data/odbc/SingleTable.h"
 
 #include <algorithm>
-#include <set>
 
-#include "data/Error.h"
-#include "data/odbc/OdbcStatement.h"
-#include "data/odbc/Wide.h"
 #include "platform/text.h"
 
 namespace kavidex::data::odbc {
@@ -33,26 +29,6 @@ std::string_view NextWord(std::string_view& text) {
     return word;
 }
 
-std::set<std::string> KeysOf(const LinkPtr& link, const std::string& table) {
-    std::u16string name = platform::ToUtf16(table);
-    std::set<std::string> keys;
-    try {
-        OdbcStatement statement(link);
-        statement.RunCatalog("SQLPrimaryKeys", [&](SQLHSTMT handle) {
-            return SQLPrimaryKeysW(handle, nullptr, 0, nullptr, 0, Raw(name), Length<SQLSMALLINT>(name));
-        });
-        statement.Describe(false);
-        const RowStore rows = statement.FetchAll();
-        constexpr std::size_t columnName = 3;
-        for (std::size_t i = 0; i < rows.Rows(); ++i)
-            keys.insert(platform::LowerCase(ToText(rows.Read(i, columnName))));
-    } catch (const platform::Error&) {
-        // A driver that cannot tell leaves the rows without a key: readable, not writable.
-        link->ForgetErrors();
-    }
-    return keys;
-}
-
 } // namespace
 
 std::string SingleTable(std::string_view statement) {
@@ -65,17 +41,10 @@ std::string SingleTable(std::string_view statement) {
     return plain ? std::string(table) : std::string();
 }
 
-void MarkKeys(const LinkPtr& link, std::vector<Field>& fields) {
-    std::string table;
-    std::set<std::string> keys;
-    for (Field& field : fields) {
-        if (field.baseTable.empty()) continue;
-        if (field.baseTable != table) {
-            table = field.baseTable;
-            keys = KeysOf(link, table);
-        }
-        field.key = keys.count(platform::LowerCase(field.baseColumn)) > 0;
-    }
+bool ChangesRowsOnly(std::string_view statement) {
+    const std::string_view first = NextWord(statement);
+    return EqualAsciiNoCase(first, "insert") || EqualAsciiNoCase(first, "update") ||
+           EqualAsciiNoCase(first, "delete");
 }
 
 } // namespace kavidex::data::odbc

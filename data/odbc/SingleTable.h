@@ -1,11 +1,8 @@
-// Which table a plain statement reads, and which of the fields are its key.
+// Which table a plain statement reads.
 #pragma once
 
 #include <string>
 #include <string_view>
-#include <vector>
-
-#include "data/odbc/OdbcLink.h"
 
 namespace kavidex::data::odbc {
 
@@ -13,7 +10,7 @@ namespace kavidex::data::odbc {
 // other statement (expressions, joins, groups).
 std::string SingleTable(std::string_view statement);
 
-// Sets `key` on the fields that are part of their base table's primary key.
-void MarkKeys(const LinkPtr& link, std::vector<Field>& fields);
+// Inserts, updates and deletes: what leaves the definitions of the tables alone.
+bool ChangesRowsOnly(std::string_view statement);
 
 } // namespace kavidex::data::odbc
