@@ -1,0 +1,157 @@
+// Properties to and from a host's bag, a stream and a storage.
+#include <map>
+
+#include "Container.h"
+#include "kavidex_idl.h"
+
+namespace kavidex::tests {
+
+namespace {
+
+// A property bag in memory, as a form's file would be.
+class Bag final : public IPropertyBag {
+public:
+    std::map<std::wstring, Variant> items;
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override { return *object = nullptr, E_NOINTERFACE; }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
+    HRESULT STDMETHODCALLTYPE Read(LPCOLESTR name, VARIANT* value, IErrorLog*) override {
+        const auto found = items.find(name);
+        if (found == items.end()) return E_INVALIDARG;
+        const VARTYPE wanted = value->vt;
+        *value = Variant(wanted == VT_EMPTY ? found->second : found->second.As(wanted)).Detach();
+        return S_OK;
+    }
+    HRESULT STDMETHODCALLTYPE Write(LPCOLESTR name, VARIANT* value) override {
+        items[name] = Variant(*value);
+        return S_OK;
+    }
+};
+
+class Persistence : public Library {
+protected:
+    static ComPtr<IStream> Stream(const std::string& bytes = {}) {
+        ComPtr<IStream> stream;
+        CreateStreamOnHGlobal(nullptr, TRUE, stream.Put());
+        stream->Write(bytes.data(), static_cast<ULONG>(bytes.size()), nullptr);
+        Rewind(*stream);
+        return stream;
+    }
+    static void Rewind(IStream& stream) { stream.Seek({}, STREAM_SEEK_SET, nullptr); }
+    static std::string Rest(IStream& stream) {
+        std::string bytes(65536, '\0');
+        ULONG got = 0;
+        stream.Read(bytes.data(), static_cast<ULONG>(bytes.size()), &got);
+        bytes.resize(got);
+        return bytes;
+    }
+    std::string Saved(const Late& control) {
+        auto stream = Stream();
+        EXPECT_EQ(As<IPersistStreamInit>(control.Object(), IID_IPersistStreamInit)->Save(stream.Get(), TRUE), S_OK);
+        Rewind(*stream);
+        return Rest(*stream);
+    }
+    static HRESULT Load(const Late& control, const std::string& bytes) {
+        auto stream = Stream(bytes);
+        return As<IPersistStreamInit>(control.Object(), IID_IPersistStreamInit)->Load(stream.Get());
+    }
+    static void Fill(const Late& control) {
+        control.Put(L"Description", {Variant("Cliënt 4711")});
+        control.Put(L"SelectItems", {Variant(true)});
+        control.Put(L"BackColor", {Variant(0x123456)});
+    }
+    static void ExpectFilled(const Late& control) {
+        EXPECT_EQ(control.Get(L"Description").ToText(), "Cliënt 4711");
+        EXPECT_TRUE(control.Get(L"SelectItems").ToBool());
+        EXPECT_EQ(control.Get(L"BackColor").ToInt32(), 0x123456);
+    }
+};
+
+} // namespace
+
+TEST_F(Persistence, StreamsRoundTripAndKeepWhatFollowsThem) {
+    for (const CLSID* clsid : {&CLSID_ctrlTree, &CLSID_ctrlCorrespondence}) {
+        const Late first(Make(*clsid)), second(Make(*clsid));
+        Fill(first);
+        SIZEL size{4000, 3000};
+        As<IOleObject>(first.Object(), IID_IOleObject)->SetExtent(DVASPECT_CONTENT, &size);
+        const std::string saved = Saved(first);
+        EXPECT_EQ(As<IPersistStreamInit>(first.Object(), IID_IPersistStreamInit)->IsDirty(), S_FALSE);
+        ULARGE_INTEGER most{};
+        As<IPersistStreamInit>(first.Object(), IID_IPersistStreamInit)->GetSizeMax(&most);
+        EXPECT_EQ(most.QuadPart, saved.size());
+
+        auto stream = Stream(saved + "behind");
+        ASSERT_EQ(As<IPersistStreamInit>(second.Object(), IID_IPersistStreamInit)->Load(stream.Get()), S_OK);
+        EXPECT_EQ(Rest(*stream), "behind");
+        ExpectFilled(second);
+        SIZEL got{};
+        As<IOleObject>(second.Object(), IID_IOleObject)->GetExtent(DVASPECT_CONTENT, &got);
+        EXPECT_EQ(got.cx, 4000);
+    }
+}
+
+TEST_F(Persistence, DamagedStreamsAreRefusedAndChangeNothing) {
+    const Late control(Make(CLSID_ctrlTree));
+    Fill(control);
+    const std::string good = Saved(control);
+    std::string tooLong = good;
+    tooLong[7] = '\x7f'; // the length, far beyond the stream
+    for (const std::string& bad : {std::string(), std::string("KVX1"), "NOPE" + good.substr(4), good.substr(0, good.size() - 3), tooLong}) {
+        EXPECT_EQ(Load(control, bad), STG_E_DOCFILECORRUPT);
+        ExpectFilled(control);
+    }
+}
+
+TEST_F(Persistence, UnknownItemsArePassedOver) {
+    const Late control(Make(CLSID_ctrlTree));
+    Fill(control);
+    std::string bytes = Saved(control);
+    const std::string stranger("\x06\x00" "Future" "\x63" "\x03\x00\x00\x00" "abc", 16); // an unknown kind
+    bytes += stranger;
+    std::uint32_t length = 0;
+    memcpy(&length, bytes.data() + 4, 4);
+    length += static_cast<std::uint32_t>(stranger.size());
+    memcpy(bytes.data() + 4, &length, 4);
+    const Late other(Make(CLSID_ctrlTree));
+    ASSERT_EQ(Load(other, bytes), S_OK);
+    ExpectFilled(other);
+}
+
+TEST_F(Persistence, BagsRoundTripUnderTheNamesAsTheyStand) {
+    const Late first(Make(CLSID_ctrlCorrespondence)), second(Make(CLSID_ctrlCorrespondence));
+    Fill(first);
+    Bag bag;
+    ASSERT_EQ(As<IPersistPropertyBag>(first.Object(), IID_IPersistPropertyBag)->Save(&bag, TRUE, TRUE), S_OK);
+    EXPECT_TRUE(bag.items.contains(L"ChecklistPresent"));
+    EXPECT_FALSE(bag.items.contains(L"ChecklistPresent "));
+    EXPECT_EQ(bag.items[L"SelectItems"].Type(), VT_BOOL);
+    ASSERT_EQ(As<IPersistPropertyBag>(second.Object(), IID_IPersistPropertyBag)->Load(&bag, nullptr), S_OK);
+    ExpectFilled(second);
+}
+
+TEST_F(Persistence, AbsentItemsTakeTheirDefaults) {
+    const Late control(Make(CLSID_ctrlCorrespondence));
+    Bag bag;
+    ASSERT_EQ(As<IPersistPropertyBag>(control.Object(), IID_IPersistPropertyBag)->Load(&bag, nullptr), S_OK);
+    EXPECT_EQ(control.Get(L"DossierType").ToText(), "Dossiermap");
+    EXPECT_EQ(control.Get(L"IniFile").ToText(), "0");
+    EXPECT_EQ(control.Get(L"TypeForInsert").ToText(), "Tab;nnt");
+    EXPECT_TRUE(control.Get(L"AllowSettings").ToBool());
+    EXPECT_FALSE(control.Get(L"Enabled").ToBool());
+}
+
+TEST_F(Persistence, StoragesHoldTheSame) {
+    const Late first(Make(CLSID_ctrlTree)), second(Make(CLSID_ctrlTree));
+    Fill(first);
+    ComPtr<IStorage> storage;
+    ASSERT_EQ(StgCreateDocfile(nullptr, STGM_READWRITE | STGM_SHARE_EXCLUSIVE | STGM_DELETEONRELEASE, 0, storage.Put()), S_OK);
+    auto store = As<IPersistStorage>(first.Object(), IID_IPersistStorage);
+    ASSERT_EQ(store->Save(storage.Get(), FALSE), S_OK);
+    EXPECT_EQ(store->SaveCompleted(nullptr), S_OK);
+    EXPECT_EQ(store->IsDirty(), S_FALSE);
+    ASSERT_EQ(As<IPersistStorage>(second.Object(), IID_IPersistStorage)->Load(storage.Get()), S_OK);
+    ExpectFilled(second);
+}
+
+} // namespace kavidex::tests

@@ -1,0 +1,117 @@
+// The library as a COM server: factories, locks, registration for the machine and for one user.
+#include "Library.h"
+#include "com/class_table.h"
+#include "kavidex_idl.h"
+
+namespace kavidex::tests {
+
+namespace {
+
+class Server : public Library {
+protected:
+    HRESULT Call(const char* name) const { return Export<HRESULT STDMETHODCALLTYPE()>(name)(); }
+    HRESULT Install(bool install, const wchar_t* command) const {
+        return Export<HRESULT STDMETHODCALLTYPE(BOOL, LPCWSTR)>("DllInstall")(install, command);
+    }
+    static std::wstring Value(HKEY root, const std::wstring& key, const wchar_t* name = nullptr) {
+        wchar_t text[MAX_PATH];
+        DWORD size = sizeof text;
+        const LONG got = RegGetValueW(root, (L"Software\\Classes\\" + key).c_str(), name, RRF_RT_REG_SZ,
+                                      nullptr, text, &size);
+        return got == ERROR_SUCCESS ? text : L"(none)";
+    }
+    static bool Exists(HKEY root, const std::wstring& key) {
+        HKEY opened = nullptr;
+        if (RegOpenKeyExW(root, (L"Software\\Classes\\" + key).c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS)
+            return false;
+        RegCloseKey(opened);
+        return true;
+    }
+    static std::wstring Text(REFGUID guid) {
+        wchar_t text[40];
+        StringFromGUID2(guid, text, 40);
+        return text;
+    }
+    void ExpectWritten(HKEY root) const;
+    void ExpectGone(HKEY root) const;
+};
+
+void Server::ExpectWritten(HKEY root) const {
+    for (const com::ClassRow& row : com::ClassTable()) {
+        const std::wstring key = L"CLSID\\" + Text(*row.clsid), progId = std::wstring(L"Kavidex.") + row.name;
+        EXPECT_EQ(Value(root, progId + L"\\CLSID"), Text(*row.clsid));
+        EXPECT_EQ(Value(root, progId + L"\\CurVer"), progId + L".1");
+        EXPECT_EQ(Value(root, progId + L".1\\CLSID"), Text(*row.clsid));
+        EXPECT_EQ(_wcsicmp(Value(root, key + L"\\InprocServer32").c_str(), Path().c_str()), 0);
+        EXPECT_EQ(Value(root, key + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
+        EXPECT_EQ(Exists(root, key + L"\\Control"), row.IsControl());
+        EXPECT_TRUE(Exists(root, L"Interface\\" + Text(*row.iid)));
+        // No control is marked safe for a browser.
+        EXPECT_FALSE(Exists(root, key + L"\\Implemented Categories\\{7DD95801-9882-11CF-9FA9-00AA006C42C4}"));
+    }
+    EXPECT_EQ(_wcsicmp(Value(root, L"TypeLib\\" + Text(LIBID_Kavidex) + L"\\1.0\\0\\win32").c_str(), Path().c_str()), 0);
+}
+
+void Server::ExpectGone(HKEY root) const {
+    for (const com::ClassRow& row : com::ClassTable()) {
+        const std::wstring progId = std::wstring(L"Kavidex.") + row.name;
+        EXPECT_FALSE(Exists(root, L"CLSID\\" + Text(*row.clsid)));
+        EXPECT_FALSE(Exists(root, progId));
+        EXPECT_FALSE(Exists(root, progId + L".1"));
+        EXPECT_FALSE(Exists(root, L"Interface\\" + Text(*row.iid)));
+        EXPECT_FALSE(row.events && Exists(root, L"Interface\\" + Text(*row.events)));
+    }
+    EXPECT_FALSE(Exists(root, L"TypeLib\\" + Text(LIBID_Kavidex)));
+}
+
+} // namespace
+
+TEST_F(Server, FactoryRefusesWhatItCannotMake) {
+    const auto get = Export<HRESULT STDMETHODCALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
+    void* object = this;
+    EXPECT_EQ(get(IID_IUnknown, IID_IClassFactory, &object), CLASS_E_CLASSNOTAVAILABLE);
+    EXPECT_EQ(object, nullptr);
+    ComPtr<IClassFactory> factory;
+    ASSERT_EQ(get(CLSID_clsTree, IID_IClassFactory, reinterpret_cast<void**>(factory.Put())), S_OK);
+    EXPECT_EQ(factory->CreateInstance(factory.Get(), IID_IUnknown, &object), CLASS_E_NOAGGREGATION);
+    EXPECT_EQ(factory->CreateInstance(nullptr, IID_IOleObject, &object), E_NOINTERFACE);
+}
+
+TEST_F(Server, StaysLoadedWhileLockedOrInUse) {
+    const auto get = Export<HRESULT STDMETHODCALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
+    ComPtr<IClassFactory> factory;
+    ASSERT_EQ(get(CLSID_clsTree, IID_IClassFactory, reinterpret_cast<void**>(factory.Put())), S_OK);
+    EXPECT_EQ(Call("DllCanUnloadNow"), S_FALSE);
+    factory->LockServer(TRUE);
+    factory = nullptr;
+    EXPECT_EQ(Call("DllCanUnloadNow"), S_FALSE);
+    ASSERT_EQ(get(CLSID_clsTree, IID_IClassFactory, reinterpret_cast<void**>(factory.Put())), S_OK);
+    factory->LockServer(FALSE);
+    factory = nullptr;
+    EXPECT_EQ(Call("DllCanUnloadNow"), S_OK);
+    auto object = Make(CLSID_clsTree);
+    EXPECT_EQ(Call("DllCanUnloadNow"), S_FALSE);
+}
+
+TEST_F(Server, RegistersForTheMachineAndTakesAllOfItAway) {
+    ASSERT_EQ(Call("DllRegisterServer"), S_OK);
+    ExpectWritten(HKEY_LOCAL_MACHINE);
+    ASSERT_EQ(Call("DllUnregisterServer"), S_OK);
+    ExpectGone(HKEY_LOCAL_MACHINE);
+    EXPECT_EQ(Call("DllUnregisterServer"), S_OK); // nothing left to do is no failure
+    ASSERT_EQ(Call("DllRegisterServer"), S_OK);
+    for (const com::ClassRow& row : com::ClassTable())
+        EXPECT_TRUE(Late::TryCreate("Kavidex." + platform::win32::FromWide(row.name)));
+    CoFreeUnusedLibrariesEx(0, 0);
+}
+
+TEST_F(Server, RegistersForOneUserWithoutTouchingTheMachine) {
+    const bool before = Exists(HKEY_LOCAL_MACHINE, L"Kavidex.clsTree");
+    ASSERT_EQ(Install(true, L"user"), S_OK);
+    ExpectWritten(HKEY_CURRENT_USER);
+    ASSERT_EQ(Install(false, L"USER"), S_OK);
+    ExpectGone(HKEY_CURRENT_USER);
+    EXPECT_EQ(Exists(HKEY_LOCAL_MACHINE, L"Kavidex.clsTree"), before);
+}
+
+} // namespace kavidex::tests
