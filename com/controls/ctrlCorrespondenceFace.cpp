@@ -2,7 +2,7 @@
 
 #include "com/control/Metrics.h"
 #include "com/model/faces.h"
-#include "controls/tree/win32/MakeTreeWindow.h"
+#include "controls/binder/win32/MakeBinderWindow.h"
 #include "data/AccessRepair.h"
 #include "data/win32/LateAdoFactory.h"
 #include "kavidex_idl.h"
@@ -157,7 +157,7 @@ const Table& ctrlCorrespondenceFace::Members() const {
 }
 
 std::unique_ptr<controls::win32::ControlWindow> ctrlCorrespondenceFace::MakeWindow() {
-    return controls::win32::MakeTreeWindow(Logic().treCorr(), platform::TheWorkstation());
+    return controls::win32::MakeBinderWindow(Logic(), platform::TheWorkstation());
 }
 
 void ctrlCorrespondenceFace::RaiseDragEvents() {
