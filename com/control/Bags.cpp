@@ -19,7 +19,7 @@ constexpr std::uint32_t longest = 16u << 20; // a control's properties are never
 enum class Kind : std::uint8_t { Null, Bool, Whole, Floating, Text, Binary };
 
 VARTYPE TypeFor(const data::Value& value) {
-    constexpr VARTYPE types[] = {VT_EMPTY, VT_BOOL, VT_I4, VT_R8, VT_BSTR, VT_ARRAY | VT_UI1};
+    constexpr VARTYPE types[] = {VT_EMPTY, VT_BOOL, VT_I4, VT_R8, VT_BSTR, VT_EMPTY};
     return types[value.index()];
 }
 
@@ -104,15 +104,17 @@ bool ReadFully(IStream& stream, void* target, ULONG count) {
 
 std::optional<data::Value> HostBag::Read(std::string_view name, const data::Value& wanted) {
     const Bstr wide(name);
-    Variant value;
-    value.Address()->vt = TypeFor(wanted); // tells the bag which kind to convert to
-    if (value.Address()->vt & VT_ARRAY) value.Address()->vt = VT_EMPTY;
-    if (FAILED(lclBag.Read(wide.Get(), value.Address(), lclLog))) {
+    // First as the wanted kind, which tells the bag what to convert to; then as it is kept.
+    for (const VARTYPE type : {TypeFor(wanted), static_cast<VARTYPE>(VT_EMPTY)}) {
+        Variant value;
+        value.Address()->vt = type;
+        if (SUCCEEDED(lclBag.Read(wide.Get(), value.Address(), lclLog))) {
+            if (value.IsEmpty()) return std::nullopt;
+            return data::win32::FromVariant(value.Get());
+        }
         value.Address()->vt = VT_EMPTY; // what a failed call leaves is not to be freed
-        return std::nullopt;
     }
-    if (value.IsEmpty()) return std::nullopt;
-    return data::win32::FromVariant(value.Get());
+    return std::nullopt;
 }
 
 void HostBag::Write(std::string_view name, const data::Value& value) {

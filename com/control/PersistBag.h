@@ -7,12 +7,7 @@ namespace kavidex::com {
 
 class PersistBag : public IPersistPropertyBag {
 public:
-    HRESULT STDMETHODCALLTYPE InitNew() override {
-        return Guard("Kavidex", IID_IPersistPropertyBag, [&] {
-            com::InitNew(Persistent(), Core());
-            return S_OK;
-        });
-    }
+    HRESULT STDMETHODCALLTYPE InitNew() override { return com::InitNew(Core()); }
     HRESULT STDMETHODCALLTYPE Load(IPropertyBag* bag, IErrorLog* log) override {
         if (!bag) return E_POINTER;
         return Guard("Kavidex", IID_IPersistPropertyBag, [&] {

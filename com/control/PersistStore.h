@@ -8,12 +8,7 @@ namespace kavidex::com {
 class PersistStore : public IPersistStorage {
 public:
     HRESULT STDMETHODCALLTYPE IsDirty() override { return Core().dirty ? S_OK : S_FALSE; }
-    HRESULT STDMETHODCALLTYPE InitNew(IStorage*) override {
-        return Guard("Kavidex", IID_IPersistStorage, [&] {
-            com::InitNew(Persistent(), Core());
-            return S_OK;
-        });
-    }
+    HRESULT STDMETHODCALLTYPE InitNew(IStorage*) override { return com::InitNew(Core()); }
     HRESULT STDMETHODCALLTYPE Load(IStorage* storage) override {
         if (!storage) return E_POINTER;
         return Guard("Kavidex", IID_IPersistStorage, [&]() -> HRESULT {

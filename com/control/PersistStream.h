@@ -27,12 +27,7 @@ public:
             return S_OK;
         });
     }
-    HRESULT STDMETHODCALLTYPE InitNew() override {
-        return Guard("Kavidex", IID_IPersistStreamInit, [&] {
-            com::InitNew(Persistent(), Core());
-            return S_OK;
-        });
-    }
+    HRESULT STDMETHODCALLTYPE InitNew() override { return com::InitNew(Core()); }
 
 protected:
     ~PersistStream() = default;

@@ -34,10 +34,4 @@ ULONG SavedSize(const PersistentOwner& owner, const ControlCore& core) {
     return static_cast<ULONG>(Collect(owner, core).Size());
 }
 
-void InitNew(PersistentOwner& owner, ControlCore& core) {
-    StreamBag nothing;
-    owner.LoadProperties(nothing);
-    core.dirty = false;
-}
-
 } // namespace kavidex::com

@@ -20,7 +20,10 @@ protected:
 HRESULT LoadFrom(IStream& stream, PersistentOwner& owner, ControlCore& core);
 HRESULT SaveTo(IStream& stream, const PersistentOwner& owner, const ControlCore& core);
 ULONG SavedSize(const PersistentOwner& owner, const ControlCore& core);
-// As if every item were absent.
-void InitNew(PersistentOwner& owner, ControlCore& core);
+// A new control stays as it was made: the defaults of absent items are those of restoring.
+inline HRESULT InitNew(ControlCore& core) {
+    core.dirty = false;
+    return S_OK;
+}
 
 } // namespace kavidex::com

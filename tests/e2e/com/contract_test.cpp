@@ -44,6 +44,13 @@ protected:
     ComPtr<ITypeLib> lclTypes;
 };
 
+// A type library keeps one spelling of a name, whatever its case: names are held against each other
+// without it.
+std::wstring Lower(std::wstring name) {
+    CharLowerW(name.data());
+    return name;
+}
+
 // As the tables count: aliases and enumerations are their numbers, objects are IDispatch.
 VARTYPE Plain(ITypeInfo& info, const TYPEDESC& type) {
     if (type.vt == VT_PTR) {
@@ -80,7 +87,7 @@ Entries Contract::Read(ITypeInfo& info) const {
             BSTR names[32];
             UINT known = 0;
             info.GetNames(function->memid, names, 32, &known);
-            Entry entry{names[0], {}, {}, {}, Plain(info, function->elemdescFunc.tdesc)};
+            Entry entry{Lower(names[0]), {}, {}, {}, Plain(info, function->elemdescFunc.tdesc)};
             for (SHORT p = 0; p < function->cParams; ++p) {
                 const ELEMDESC& parameter = function->lprgelemdescParam[p];
                 entry.types.push_back(Plain(info, parameter.tdesc));
@@ -88,7 +95,7 @@ Entries Contract::Read(ITypeInfo& info) const {
                 const bool value = (function->invkind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) &&
                                    p == function->cParams - 1;
                 if (!value && static_cast<UINT>(p) + 1 < known)
-                    entry.parameters += (p ? L"," : L"") + std::wstring(names[p + 1]);
+                    entry.parameters += (p ? L"," : L"") + Lower(names[p + 1]);
             }
             for (UINT n = 0; n < known; ++n) SysFreeString(names[n]);
             entries[{function->memid, function->invkind}] = entry;
@@ -101,7 +108,7 @@ Entries Contract::Read(ITypeInfo& info) const {
 Entries Served(const com::Table& table) {
     Entries entries;
     for (const com::Member& member : table.members) {
-        Entry entry{member.name, member.parameters, {}, {}, member.result};
+        Entry entry{Lower(member.name), Lower(member.parameters), {}, {}, member.result};
         for (const auto& parameter : member.types) {
             entry.types.push_back(parameter.type);
             entry.optional.push_back(parameter.optional);
@@ -143,7 +150,7 @@ TEST_F(Contract, EveryEventHasItsRowAndTheOtherWayRound) {
         ASSERT_TRUE(info);
         std::map<DISPID, std::wstring> written, raised;
         for (const auto& [key, entry] : Read(*info)) written[key.first] = entry.name;
-        for (const auto& row : source.rows) raised[row.id] = row.name;
+        for (const auto& row : source.rows) raised[row.id] = Lower(row.name);
         EXPECT_EQ(written, raised);
     }
 }

@@ -19,8 +19,9 @@ public:
         const auto found = items.find(name);
         if (found == items.end()) return E_INVALIDARG;
         const VARTYPE wanted = value->vt;
-        *value = Variant(wanted == VT_EMPTY ? found->second : found->second.As(wanted)).Detach();
-        return S_OK;
+        if (wanted == VT_EMPTY) return VariantCopy(value, found->second.Address());
+        value->vt = VT_EMPTY;
+        return VariantChangeType(value, found->second.Address(), VARIANT_ALPHABOOL, wanted);
     }
     HRESULT STDMETHODCALLTYPE Write(LPCOLESTR name, VARIANT* value) override {
         items[name] = Variant(*value);
@@ -126,8 +127,10 @@ TEST_F(Persistence, BagsRoundTripUnderTheNamesAsTheyStand) {
     EXPECT_TRUE(bag.items.contains(L"ChecklistPresent"));
     EXPECT_FALSE(bag.items.contains(L"ChecklistPresent "));
     EXPECT_EQ(bag.items[L"SelectItems"].Type(), VT_BOOL);
+    bag.items[L"IniFile"] = Variant("C:\\host.ini"); // its default is a number, its value a text
     ASSERT_EQ(As<IPersistPropertyBag>(second.Object(), IID_IPersistPropertyBag)->Load(&bag, nullptr), S_OK);
     ExpectFilled(second);
+    EXPECT_EQ(second.Get(L"IniFile").ToText(), "C:\\host.ini");
 }
 
 TEST_F(Persistence, AbsentItemsTakeTheirDefaults) {
