@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "data/upgradeConversions.h"
 #include "data/upgradeSteps.h"
 #include "platform/BusyDialog.h"
 #include "platform/Log.h"
@@ -31,6 +32,15 @@ bool UpgradeContext::HasTable(std::string_view name) const {
         workstation.log.Write("clsUpdateDb", error.what());
     }
     return false;
+}
+
+// By ADO's own property: 8 where definitions roll back with the rest, as nothing else does.
+bool UpgradeContext::TransactsDefinitions() const {
+    try {
+        return ToInt64(connection->Property("Transaction DDL")) == 8;
+    } catch (const std::exception&) {
+        return false; // an engine that does not say
+    }
 }
 
 clsUpdateDb::clsUpdateDb(const platform::Workstation& workstation, Translation translation)
@@ -62,11 +72,22 @@ std::int32_t clsUpdateDb::Run(std::string_view from, std::string& reached) {
     const auto step =
         std::find_if(UpgradeSteps().begin(), UpgradeSteps().end(),
                      [&](const UpgradeStep& candidate) { return candidate.from == from; });
+    UpgradeContext context{lclWorkstation, lclConnection};
+    if (context.TransactsDefinitions())
+        upgrade::InTransaction(context, [&] {
+            RunPhases(*step, UpgradeContext{lclWorkstation, lclConnection, true});
+        });
+    else
+        RunPhases(*step, context);
+    reached = step->to;
+    return 0;
+}
+
+void clsUpdateDb::RunPhases(const UpgradeStep& step, const UpgradeContext& context) {
     const auto say = [&](std::string_view text) { return Translated(lclTranslation, text); };
-    const UpgradeContext context{lclWorkstation, lclConnection};
-    std::string caption = say(step->phases.front().caption);
-    platform::BusyScope busy(lclWorkstation.busy, caption, say(step->phases.front().text));
-    for (const UpgradePhase& phase : step->phases) {
+    std::string caption = say(step.phases.front().caption);
+    platform::BusyScope busy(lclWorkstation.busy, caption, say(step.phases.front().text));
+    for (const UpgradePhase& phase : step.phases) {
         if (!phase.caption.empty()) caption = say(phase.caption);
         busy.Text(caption, say(phase.text));
         for (const std::string& statement : phase.statements) context.Execute(statement);
@@ -77,8 +98,6 @@ std::int32_t clsUpdateDb::Run(std::string_view from, std::string& reached) {
         }
     }
     busy.Text(caption, say("Bezig met bijwerken van versienummer"));
-    reached = step->to;
-    return 0;
 }
 
 std::int32_t clsUpdateDb::fncUp101(std::string& reached) { return Run("0", reached); }

@@ -14,6 +14,9 @@ struct Workstation;
 
 namespace kavidex::data {
 
+struct UpgradeContext;
+struct UpgradeStep;
+
 inline constexpr std::string_view currentVersion = "1.1.8";
 
 // Each step's statements are issued in every dialect's form; what the database refuses is logged
@@ -50,6 +53,7 @@ public:
 
 private:
     std::int32_t Run(std::string_view from, std::string& reached);
+    void RunPhases(const UpgradeStep& step, const UpgradeContext& context);
 
     const platform::Workstation& lclWorkstation;
     Translation lclTranslation;

@@ -93,6 +93,7 @@ void FillGuids(const UpgradeContext& context, const std::string& statement,
 } // namespace
 
 void InTransaction(const UpgradeContext& context, const std::function<void()>& work) {
+    if (context.inTransaction) return work();
     Connection& connection = *context.connection;
     const auto tried = [&](const std::function<void()>& call) {
         try {

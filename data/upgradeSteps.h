@@ -17,9 +17,12 @@ namespace kavidex::data {
 struct UpgradeContext {
     const platform::Workstation& workstation;
     const ConnectionPtr& connection;
+    bool inTransaction = false; // the whole step is one
 
     bool Execute(std::string_view statement) const; // false when the database refused
     bool HasTable(std::string_view name) const;
+    // Whether tables and columns take part in transactions, so that a step can be one.
+    bool TransactsDefinitions() const;
 };
 
 // One line of text in the busy dialog, and the work behind it: statements, then a function. An

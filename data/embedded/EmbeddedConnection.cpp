@@ -80,6 +80,7 @@ Value EmbeddedConnection::Property(std::string_view name) const {
         {"DBMS Version", "04.00.0000"},
         {"Provider Name", "Kavidex.EmbeddedDatabase"},
         {"Provider Version", sqlite3_libversion()},
+        {"Transaction DDL", "8"}, // definitions take part in transactions, and roll back with them
         {"Data Source Name", lclSession->Path()},
         {"Data Source", lclSession->Path()},
     };
