@@ -1,0 +1,312 @@
+#include "model/clsTree.h"
+
+#include "platform/General.h"
+#include "tests/unit/model/ModelDatabase.h"
+
+namespace kavidex::tests {
+namespace {
+
+using model::clsItemPtr;
+using model::clsTree;
+
+class Tree : public ModelDatabase {
+protected:
+    // Ids from `first` on, each below `parentOf(i)`.
+    template <class ParentOf>
+    void AddRows(int count, int first, ParentOf parentOf) {
+        database->BeginTrans();
+        for (int i = 0; i < count; ++i) {
+            const std::string id = std::to_string(first + i);
+            Sql("Insert into tblTreeItem (Id, TreeItemId, Type, ItemId, ParentId, Description) "
+                "Values (" + id + ", " + id + ", 'tab', 0, " + std::to_string(parentOf(i)) +
+                ", 'n" + id + "')");
+        }
+        database->CommitTrans();
+    }
+    void ShowDeleted() {
+        platform::SaveRegFlag(machine.workstation, "TreeSettings", "ShowDeleted", true);
+    }
+};
+
+TEST_F(Tree, IsWrittenAndReadWithTheExactStatements) {
+    machine.guids.real = false;
+    clsTree tree(machine);
+    tree.SetDbConnection(connection);
+    tree.SetDescription("O'Brien");
+    tree.SetNewEnabled(true);
+    ASSERT_TRUE(tree.CreateNew());
+    EXPECT_FALSE(tree.CreateNew());
+    const auto root = tree.Item();
+    const std::string id = std::to_string(root->Id()), treeId = std::to_string(tree.TreeId());
+    const std::string guid1 = FakeGuids::TextOf(1), guid2 = FakeGuids::TextOf(2);
+    const std::vector<std::string> created = {
+        "Insert into tblTree (TreeGuid,Description, NewEnabled, DeleteEnabled, UpdateEnabled) "
+        "Values ('" + guid1 + "','O''Brien', True, False, False)",
+        "Select * from tblTree where treeguid= '" + guid1 + "'",
+        "Insert into tblTreeItem (Type, ItemId, ParentId ,Description, TreeItemGuid) Values "
+        "('tab', 0, 0, 'O''Brien','" + guid2 + "')",
+        "Select * from tblTreeItem where TreeItemGuid = '" + guid2 + "'"};
+    EXPECT_EQ(connection->statements, created);
+    EXPECT_EQ(One("select TopItemId from tblTree where TreeId = " + treeId), id);
+
+    connection->statements.clear();
+    tree.SetDeleteEnabled(true);
+    tree.SetDeleteEnabled(true);
+    root->SetDescription("Post");
+    const auto folder = tree.AddChildTab("Map", root->Id());
+    const auto inner = tree.AddChildTab("Binnen", folder->Id());
+    ASSERT_TRUE(tree.MoveItem(inner->Id(), root->Id(), folder->Id()));
+    clsItemPtr doomed = folder;
+    const std::string doomedId = std::to_string(folder->Id());
+    EXPECT_TRUE(tree.DeleteItem(doomed, 0));
+    EXPECT_EQ(doomed, nullptr);
+    const std::vector<std::string> changes = {
+        "update tblTree  set Description = 'O''Brien', NewEnabled = True, DeleteEnabled = True, "
+        "Updateenabled = False WHERE TreeId = " + treeId,
+        "Update tblTreeItem set Description = 'Post' where TreeItemId = " + id,
+        "Update tbltreeitem set ParentId = " + id + " Where TreeItemId = " +
+            std::to_string(inner->Id()),
+        "update tbltreeitem set TreeItemId = -" + doomedId +
+            ", ParentId = -Parentid where TreeItemId = " + doomedId,
+        "Delete from tbltreeitemuplink where serverrefId = " + doomedId};
+    for (const auto& statement : changes) EXPECT_TRUE(connection->Issued(statement)) << statement;
+
+    connection->statements.clear();
+    const auto loaded = Load(tree.TreeId());
+    EXPECT_EQ(Outline(*loaded->Item()), "Post\n Binnen\n");
+    EXPECT_TRUE(loaded->NewEnabled() && loaded->DeleteEnabled() && !loaded->UpdateEnabled());
+    const std::vector<std::string> reads = {
+        "Select * from tblTree where TreeId = " + treeId,
+        "Select * from tblTreeItem where TreeItemId = " + id,
+        "Select * from tblTreeItem where ParentId = " + id + " ORDER BY TreeItemId",
+        "Select * from tblTreeItem where ParentId = " + std::to_string(inner->Id()) +
+            " ORDER BY TreeItemId"};
+    EXPECT_EQ(connection->statements, reads);
+}
+
+TEST_F(Tree, StoresNewFlagsAsZeroOnServersAndDoublesBackslashesOnMySql) {
+    connection->name = "MySQL";
+    connection->inner = nullptr; // only the words matter: no server is here
+    clsTree tree(machine);
+    tree.SetDbConnection(connection);
+    tree.SetNewEnabled(true);
+    tree.SetDescription("a\\b");
+    EXPECT_THROW(tree.CreateNew(), data::Error);
+    ASSERT_EQ(connection->statements.size(), 2u);
+    EXPECT_NE(connection->statements[0].find("'a\\\\\\\\b', 0, 0, 0)"), std::string::npos);
+    EXPECT_EQ(tree.TreeId(), 0);
+}
+
+TEST_F(Tree, ShowsDeletedNodesOnlyWhenAskedAndInEitherOrder) {
+    const auto tree = NewTree();
+    const auto zebra = tree->AddChildTab("zebra", tree->Item()->Id());
+    tree->AddChildTab("Aap", tree->Item()->Id());
+    tree->AddChildItem(0, "tif", nullptr, 7, "fax", zebra->Id());
+    clsItemPtr doomed = zebra;
+    tree->DeleteItem(doomed, 0);
+    EXPECT_EQ(Outline(*Load(tree->TreeId())->Item()), "Dossier\n Aap\n");
+    ShowDeleted();
+    connection->statements.clear();
+    const auto shown = Load(tree->TreeId());
+    EXPECT_EQ(Outline(*shown->Item()), "Dossier\n zebra VERWIJDERD\n  fax VERWIJDERD\n Aap\n");
+    const std::string root = std::to_string(tree->Item()->Id());
+    EXPECT_TRUE(connection->Issued("Select * from tblTreeItem where ParentId = " + root +
+                                   " or ParentId = -" + root + " ORDER BY TreeItemId"));
+    EXPECT_EQ(connection->Count("ParentId = -" + std::to_string(zebra->Id()) + " ORDER"), 1u);
+    shown->SetOrderByName(true);
+    shown->SetTreeId(tree->TreeId());
+    EXPECT_EQ(Outline(*shown->Item()), "Dossier\n Aap\n zebra VERWIJDERD\n  fax VERWIJDERD\n");
+
+    // Deleting again what holds deleted nodes leaves those where they are.
+    clsItemPtr root2 = shown->Item();
+    EXPECT_TRUE(shown->DeleteItem(root2, 0));
+    EXPECT_EQ(Rows("select TreeItemId from tblTreeItem where TreeItemId > 0").size(), 0u);
+    // A deleted node is renamed in memory only.
+    connection->statements.clear();
+    shown->Item()->ChildCollection()->Items().back()->SetDescription("x");
+    EXPECT_TRUE(connection->statements.empty());
+}
+
+TEST_F(Tree, SearchesDepthFirstAndStaysExactWhileItChanges) {
+    const auto tree = NewTree();
+    const auto root = tree->Item()->Id();
+    const auto first = tree->AddChildTab("Map", root);
+    const auto second = tree->AddChildTab("POST", root);
+    const auto deep = tree->AddChildTab("post", first->Id());
+    EXPECT_EQ(tree->GetItem(0, ""), nullptr);
+    EXPECT_EQ(tree->GetItem(0, "pOsT"), deep);
+    EXPECT_EQ(tree->GetItem(second->Id(), "post"), deep);
+    EXPECT_EQ(tree->GetItemWithinTree(second, 0, "post"), second);
+    EXPECT_EQ(tree->GetItemWithinTree(second, deep->Id(), ""), nullptr);
+    // Changes behind the tree's back are seen as well.
+    first->ChildCollection()->Remove(deep->Id());
+    EXPECT_EQ(tree->GetItem(deep->Id(), ""), nullptr);
+    second->SetId(987654);
+    EXPECT_EQ(tree->GetItem(987654, ""), second);
+    for (int i = 0; i < 50; ++i) {
+        const auto child = tree->AddChildTab("x", first->Id());
+        EXPECT_EQ(tree->GetItem(child->Id(), ""), child);
+        if (i % 3 == 0) first->ChildCollection()->Remove(child->Id());
+        EXPECT_EQ(tree->GetItem(child->Id(), "") == nullptr, i % 3 == 0);
+    }
+}
+
+TEST_F(Tree, RefusesWhatWouldBreakItAndWritesNothing) {
+    const auto tree = NewTree();
+    const auto root = tree->Item()->Id();
+    const auto folder = tree->AddChildTab("Map", root);
+    const auto inner = tree->AddChildTab("Binnen", folder->Id());
+    const auto leaf = tree->AddChildItem(0, "TIF", nullptr, 1, "fax", folder->Id());
+    connection->statements.clear();
+    EXPECT_EQ(tree->AddChildTab("x", leaf->Id()), nullptr);
+    EXPECT_EQ(tree->AddChildTab("x", 0), nullptr);
+    EXPECT_EQ(tree->AddChildTab("x", 99999), nullptr);
+    EXPECT_EQ(tree->MoveItem(leaf->Id(), folder->Id(), folder->Id()), nullptr);
+    EXPECT_EQ(tree->MoveItem(leaf->Id(), 0, folder->Id()), nullptr);
+    EXPECT_EQ(tree->MoveItem(inner->Id(), leaf->Id(), folder->Id()), nullptr);
+    EXPECT_EQ(tree->MoveItem(folder->Id(), inner->Id(), root), nullptr); // into itself
+    clsItemPtr none;
+    EXPECT_FALSE(tree->DeleteItem(none, 99999));
+    EXPECT_TRUE(connection->statements.empty());
+    clsTree loose(machine); // without a connection
+    EXPECT_FALSE(loose.CreateNew());
+    EXPECT_EQ(loose.AddChildTab("x", 1), nullptr);
+}
+
+TEST_F(Tree, CollectionAnswersByPositionAndByKey) {
+    model::clsItemCol items(machine);
+    for (model::NodeId id : {5, 17, -3, 9}) items.AddItem(id, "tab", nullptr, 0, "", connection, 1);
+    EXPECT_TRUE(connection->statements.empty());
+    EXPECT_EQ(items.Item(2)->Id(), 17);
+    model::NodeId again = 17;
+    EXPECT_THROW(items.AddItem(again, "tab", nullptr, 0, "", connection, 1), platform::Error);
+    items.Remove("C17");
+    items.Remove("c-3");
+    items.Remove(5);
+    EXPECT_EQ(items.Count(), 1);
+    EXPECT_EQ(items.Item(1)->Id(), 9);
+    for (const char* key : {"17", "C17", "C", "", "C9x", "C99999999999"})
+        EXPECT_THROW(items.Remove(key), platform::Error) << key;
+    EXPECT_THROW(items.Item(0), platform::Error);
+    EXPECT_THROW(items.Item(2), platform::Error);
+    EXPECT_THROW(items.Item(40000), platform::Error);
+}
+
+TEST_F(Tree, DamageIsLoadedAroundAndLogged) {
+    const auto tree = NewTree();
+    const std::string root = std::to_string(tree->Item()->Id());
+    const auto folder = tree->AddChildTab("Map", tree->Item()->Id());
+    tree->AddChildItem(0, "tif", nullptr, 1, "fax", folder->Id());
+    // The root hangs below its own folder, a row has no id, a folder is its own parent.
+    Sql("update tblTreeItem set ParentId = " + std::to_string(folder->Id()) +
+        " where TreeItemId = " + root);
+    Sql("Insert into tblTreeItem (Type, ParentId, Description) Values ('tab', " + root + ", 'cut')");
+    AddRows(1, 5000, [](int) { return 5000; });
+    EXPECT_EQ(Outline(*Load(tree->TreeId())->Item()), "Dossier\n Map\n  fax\n");
+    EXPECT_TRUE(machine.log.Has("fncLoadCollectionFromDatabase", "Node " + root));
+    EXPECT_TRUE(machine.log.Has("fncLoadCollectionFromDatabase", "it has no id"));
+    Sql("Delete from tblTreeItem where TreeItemId = " + root);
+    EXPECT_EQ(Outline(*Load(tree->TreeId())->Item()), "Dossier\n Map\n  fax\n");
+    EXPECT_TRUE(machine.log.Has("clsTree.Load", "is missing"));
+    EXPECT_TRUE(machine.messages.shown.empty());
+}
+
+TEST_F(Tree, AFailingReadShowsOneMessageAndKeepsTheRest) {
+    const auto tree = NewTree();
+    for (const char* name : {"a", "b", "c"}) tree->AddChildTab(name, tree->Item()->Id());
+    connection->FailStep(4); // the children of "a"
+    EXPECT_EQ(Outline(*Load(tree->TreeId())->Item()), "Dossier\n a\n b\n c\n");
+    ASSERT_EQ(machine.messages.shown.size(), 1u);
+    EXPECT_EQ(machine.messages.shown[0].caption, "Error in fncLoadCollectionFromDatabase");
+    EXPECT_EQ(machine.messages.shown[0].text, "made to fail -2147467259");
+    connection->FailStep(4, true);
+    Load(tree->TreeId());
+    EXPECT_EQ(machine.messages.shown.size(), 2u); // not one for each folder
+    connection->FailStep(1);
+    EXPECT_THROW(Load(tree->TreeId()), data::Error);
+}
+
+// Whatever statement, row update or commit fails, the database holds all of a change or nothing.
+TEST_F(Tree, EveryFailingStepLeavesNothingHalf) {
+    const auto tree = NewTree();
+    const auto folder = tree->AddChildTab("Map", tree->Item()->Id());
+    tree->AddChildTab("Binnen", folder->Id());
+    const auto rows = [&] {
+        return Rows("select Id, TreeItemId, ParentId, Description from tblTreeItem order by Id");
+    };
+    const auto trees = Rows("select * from tblTree");
+    const std::vector<std::function<void(clsTree&)>> changes = {
+        [](clsTree& t) { t.SetTreeId(0); t.SetDescription("Nieuw"); t.CreateNew(); },
+        [&](clsTree& t) { t.AddChildTab("x", folder->Id()); },
+        [&](clsTree& t) { clsItemPtr doomed; t.DeleteItem(doomed, folder->Id()); }};
+    for (const auto& change : changes) {
+        for (int step = 1;; ++step) {
+            connection->onStep = nullptr;
+            const auto loaded = Load(tree->TreeId());
+            const auto before = rows();
+            connection->FailStep(step);
+            try {
+                change(*loaded);
+                break;
+            } catch (const data::Error&) {
+                EXPECT_EQ(rows(), before) << step;
+                EXPECT_EQ(Rows("select * from tblTree"), trees) << step;
+            }
+            ASSERT_LT(step, 50);
+        }
+        connection->onStep = nullptr;
+        Sql("Delete from tblTree where Description = 'Nieuw'");
+    }
+}
+
+TEST_F(Tree, DeepAndWideTreesNeedNeitherStackNorQuadraticTime) {
+    const auto tree = NewTree();
+    const int root = tree->Item()->Id();
+    constexpr int levels = 10000, width = 10000;
+    AddRows(levels, 20000, [&](int i) { return i == 0 ? root : 20000 + i - 1; });
+    AddRows(width, 50000, [&](int) { return root; });
+    auto loaded = Load(tree->TreeId());
+    ASSERT_EQ(loaded->Item()->ChildCollection()->Count(), width + 1);
+    EXPECT_TRUE(loaded->GetItem(20000 + levels - 1, ""));
+    EXPECT_TRUE(loaded->GetItem(0, "n29999"));
+    EXPECT_EQ(loaded->GetItem(0, "nowhere"), nullptr);
+    clsItemPtr doomed;
+    EXPECT_TRUE(loaded->DeleteItem(doomed, 20000));
+    EXPECT_EQ(One("select count(*) from tblTreeItem where TreeItemId < 0"), "10000");
+    const auto children = loaded->Item()->ChildCollection();
+    for (int i = width - 1; i >= 0; --i) children->Remove(50000 + (i % 2 ? i : width - 2 - i));
+    EXPECT_EQ(children->Count(), 1);
+    loaded.reset(); // ten thousand levels fall apart here
+
+    model::clsItemCol wide(machine);
+    for (int i = 1; i <= 100000; ++i) {
+        model::NodeId id = i;
+        wide.AddItem(id, "tif", nullptr, i, "x", connection, 1);
+    }
+    while (wide.Count() > 0) wide.Remove(wide.Items().front()->Id());
+}
+
+TEST_F(Tree, TheSweepNegatesTopsOfTreesWithoutDossier) {
+    const auto tree = NewTree();
+    const auto kept = tree->AddChildTab("met", tree->Item()->Id());
+    const auto dangling = tree->AddChildTab("zonder", kept->Id());
+    for (const auto& top : {kept, dangling}) {
+        const std::string id = std::to_string(top->Id());
+        Sql("Insert into tblTree (Id, TreeId, Description, TopItemId) Values (" + id + ", " + id +
+            ", 'sub', " + id + ")");
+    }
+    Sql("Insert into tblDossierRelations (Id, RelId, DossierId, TreeId) Values (900, 900, 1, " +
+        std::to_string(kept->Id()) + ")");
+    connection->FailStep(4); // the look-up of the relation: no answer is not "none"
+    EXPECT_THROW(tree->Delete(), data::Error);
+    connection->onStep = nullptr;
+    EXPECT_TRUE(tree->Delete());
+    EXPECT_EQ(One("select TreeItemId from tblTreeItem where Description = 'met'"),
+              std::to_string(kept->Id()));
+    EXPECT_EQ(One("select TreeItemId from tblTreeItem where Description = 'zonder'"),
+              std::to_string(-dangling->Id()));
+    EXPECT_FALSE(Load(tree->TreeId())->Delete());
+}
+
+} // namespace
+} // namespace kavidex::tests

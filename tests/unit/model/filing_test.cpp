@@ -1,0 +1,183 @@
+#include "model/filing.h"
+
+#include <array>
+
+#include "tests/unit/model/ModelDatabase.h"
+
+namespace kavidex::tests {
+namespace {
+
+using model::FileDocument;
+using model::FilingRequest;
+
+class Filing : public ModelDatabase {
+protected:
+    Filing() : tree(NewTree()), folder(tree->AddChildTab("Map", tree->Item()->Id())) {}
+
+    FilingRequest Request(const std::string& name, const std::string& bytes = "scan") {
+        machine.files.WriteAll(machine.Path(name), bytes);
+        FilingRequest request;
+        request.source = machine.Path(name);
+        request.folderId = folder->Id();
+        return request;
+    }
+    std::size_t Documents() { return Rows("select Id from tblDocument where DocId <> 0").size(); }
+
+    std::shared_ptr<model::clsTree> tree;
+    model::clsItemPtr folder;
+};
+
+TEST_F(Filing, MakesRowFileAndItemAndDeletesTheSourceLast) {
+    FilingRequest request = Request("Brief van Jan.TIF");
+    request.externalId = "K1";
+    request.mail = model::MailInfo{"piet", "mie", "20261115", "x", 2};
+    request.deleteSource = true;
+    const auto result = FileDocument(machine, *tree, request);
+    ASSERT_TRUE(result) << result.error;
+    EXPECT_EQ(One("select ExternalId, InsertedBy, InsertDate, InsertTime, Description, Type, DocId "
+                  "from tblDocument"),
+              "K1|jansen|20261115|1405|Brief van Jan|tif|" + std::to_string(result.docId));
+    EXPECT_EQ(One("select SendTo, NrOfAttatchements from tblDocExtraInfo"), "piet|2");
+    EXPECT_EQ(result.path,
+              Store() + "\\20261115\\tif\\" + std::to_string(result.docId) + ".tif");
+    EXPECT_EQ(machine.files.ReadAll(result.path), "scan");
+    EXPECT_FALSE(machine.files.FileExists(request.source));
+    EXPECT_EQ(Outline(*Load(tree->TreeId())->Item()), "Dossier\n Map\n  Brief van Jan\n");
+    EXPECT_EQ(tree->GetItem(result.item->Id(), ""), result.item);
+    EXPECT_EQ(result.item->ItemId(), result.docId);
+    EXPECT_TRUE(Faults().empty());
+}
+
+TEST_F(Filing, TakesFilesWhateverTheirNames) {
+    const std::string longName(180, 'x');
+    // name, type, description
+    const std::vector<std::array<std::string, 3>> names = {
+        {"O'Brien 100%.Doc", "doc", "O'Brien 100%"},
+        {"zonder extensie", "bin", "zonder extensie"},
+        {".profile", "profile", ".profile"},
+        {"Договор №5 \xF0\x9F\x93\x84.pdf", "pdf", "Договор №5 \xF0\x9F\x93\x84"},
+        {"a;b, \"c\" [d] -- e.txt", "txt", "a;b, \"c\" [d] -- e"},
+        {"folder.tab", "bin", "folder.tab"},
+        {"gek.a%b'c", "bin", "gek.a%b'c"},
+        {"taal.документ", "bin", "taal.документ"},
+        {"laatste.con", "bin", "laatste.con"},
+        {longName + ".tif", "tif", longName},
+        {"dot.eind.", "bin", "dot.eind."}};
+    for (const auto& [name, type, description] : names) {
+        const auto result = FileDocument(machine, *tree, Request(name, name));
+        ASSERT_TRUE(result) << name << ": " << result.error;
+        EXPECT_EQ(One("select Type, Description from tblDocument where DocId = " +
+                      std::to_string(result.docId)),
+                  type + "|" + description);
+        EXPECT_EQ(machine.files.ReadAll(result.path), name);
+        EXPECT_FALSE(result.item->AllowChildren());
+    }
+    FilingRequest request = Request("lang.tif");
+    request.description = std::string(254, 'a') + "\xF0\x9F\x93\x84\xF0\x9F\x93\x84";
+    ASSERT_TRUE(FileDocument(machine, *tree, request));
+    EXPECT_EQ(One("select Description from tblDocument where Description like 'aaa%'"),
+              std::string(254, 'a'));
+    EXPECT_TRUE(Faults().empty());
+}
+
+TEST_F(Filing, RefusesClearlyAndWritesNothing) {
+    const auto leaf = tree->AddChildItem(0, "tif", nullptr, 0, "leaf", folder->Id());
+    const auto gone = tree->AddChildTab("weg", tree->Item()->Id());
+    Sql("update tblTreeItem set TreeItemId = -TreeItemId, ParentId = -ParentId where TreeItemId = " +
+        std::to_string(gone->Id())); // by someone else
+    const auto attempt = [&](auto change) {
+        FilingRequest request = Request("a.tif");
+        request.deleteSource = true;
+        change(request);
+        const auto result = FileDocument(machine, *tree, request);
+        EXPECT_FALSE(result);
+        EXPECT_TRUE(result.error.starts_with(request.source + ": ")) << result.error;
+        EXPECT_TRUE(machine.files.FileExists(machine.Path("a.tif")));
+        EXPECT_EQ(Documents(), 0u);
+        EXPECT_FALSE(machine.files.DirectoryExists(Store()));
+        return result.number;
+    };
+    using namespace platform;
+    EXPECT_EQ(attempt([&](auto& r) { r.source = machine.Path("gone.tif"); }), errors::notFound);
+    EXPECT_EQ(attempt([&](auto& r) { r.source = machine.Folder(); }), errors::invalidArgument);
+    EXPECT_EQ(attempt([&](auto& r) { r.source.clear(); }), errors::notFound);
+    EXPECT_EQ(attempt([&](auto& r) { r.folderId = 999999; }), errors::notFound);
+    EXPECT_EQ(attempt([&](auto& r) { r.folderId = 0; }), errors::notFound);
+    EXPECT_EQ(attempt([&](auto& r) { r.folderId = leaf->Id(); }), errors::invalidArgument);
+    EXPECT_EQ(attempt([&](auto& r) { r.folderId = gone->Id(); }), errors::notFound);
+    Sql("Delete from tblSettings where Section = 'Storage'");
+    EXPECT_EQ(attempt([&](auto&) {}), errors::pathNotFound);
+}
+
+TEST_F(Filing, NeverOverwritesAFileOfTheStore) {
+    const auto first = FileDocument(machine, *tree, Request("a.tif"));
+    const std::string taken = platform::FolderOf(first.path) + "\\" +
+                              std::to_string(first.docId + 1) + ".tif";
+    machine.files.WriteAll(taken, "from another time");
+    const auto second = FileDocument(machine, *tree, Request("b.tif", "new"));
+    ASSERT_TRUE(second) << second.error;
+    EXPECT_EQ(second.docId, first.docId + 2);
+    EXPECT_EQ(machine.files.ReadAll(taken), "from another time");
+    EXPECT_EQ(machine.files.ReadAll(second.path), "new");
+}
+
+class FilingFaults : public Filing {
+protected:
+    enum class Where { Database, Files };
+
+    // One attempt whose n-th step fails; false once no step is left to fail.
+    bool Attempt(Where where, int step, bool onwards) {
+        FilingRequest request = Request("a.tif");
+        request.mail = model::MailInfo{"piet", "", "", "", 0};
+        request.deleteSource = true;
+        const std::size_t before = Documents();
+        const auto loaded = Load(tree->TreeId());
+        if (where == Where::Database) connection->FailStep(step, onwards);
+        else machine.files.FailAt(step, platform::errors::diskFull, onwards);
+        const auto result = FileDocument(machine, *loaded, request);
+        const bool reached = where == Where::Database ? connection->steps >= step
+                                                      : machine.files.operations >= step;
+        connection->onStep = nullptr;
+        machine.files.FailAt(0);
+        if (result) {
+            // Only the deletion of the source may have failed, and it is told.
+            EXPECT_EQ(machine.files.FileExists(request.source), !result.error.empty()) << step;
+            EXPECT_EQ(machine.files.ReadAll(result.path), "scan") << step;
+            EXPECT_EQ(Documents(), before + 1) << step;
+            EXPECT_TRUE(Faults().empty()) << step;
+            return reached;
+        }
+        EXPECT_EQ(machine.files.ReadAll(request.source), "scan") << step;
+        EXPECT_TRUE(result.error.starts_with(request.source)) << step;
+        if (!onwards) {
+            EXPECT_EQ(Documents(), before) << step;
+            EXPECT_TRUE(Faults().empty()) << step << " " << result.error;
+        } else if (Documents() != before) { // it could not be taken back, and is found
+            EXPECT_FALSE(Faults().empty()) << step;
+            Sql("Delete from tblDocument where DocId > " + std::to_string(lastSound));
+            Sql("Delete from tblDocExtraInfo where DocId > " + std::to_string(lastSound));
+        }
+        for (const auto& finding : model::CheckIntegrity(machine, database))
+            if (finding.fault == model::Fault::FileWithoutDocument)
+                machine.files.Remove(finding.detail);
+        return true;
+    }
+    int lastSound = 0;
+
+    void Run(Where where, bool onwards) {
+        int step = 1;
+        while (Attempt(where, step, onwards)) {
+            ASSERT_LT(++step, 60);
+            lastSound = std::stoi("0" + One("select max(DocId) from tblDocument"));
+        }
+        EXPECT_GT(step, 3);
+    }
+};
+
+TEST_F(FilingFaults, EveryFailingDatabaseStepIsTakenBack) { Run(Where::Database, false); }
+TEST_F(FilingFaults, EveryFailingFileOperationIsTakenBack) { Run(Where::Files, false); }
+TEST_F(FilingFaults, ADroppedConnectionLosesNothing) { Run(Where::Database, true); }
+TEST_F(FilingFaults, AVanishedDiskLosesNothing) { Run(Where::Files, true); }
+
+} // namespace
+} // namespace kavidex::tests

@@ -1,0 +1,279 @@
+// Documents, dossiers and their keys.
+#include "model/clsDocument.h"
+#include "model/clsDossier.h"
+#include "model/clsDossierDbRelations.h"
+#include "tests/unit/model/ModelDatabase.h"
+
+namespace kavidex::tests {
+namespace {
+
+using model::clsDocument;
+using model::clsDossier;
+using model::clsDossierDbRelations;
+
+class Documents : public ModelDatabase {
+protected:
+    void Fill(clsDocument& document) {
+        document.SetDatabaseObject(connection);
+        document.SetExternalId("O'B");
+        document.SetInsertedBy("jan");
+        document.SetInsertDate("20060315");
+        document.SetInsertTime("0905");
+        document.SetDescription("Brief");
+        document.SetDocType("tif");
+    }
+    std::string MakeFile(const std::string& name, const std::string& bytes = "scan") {
+        machine.files.WriteAll(machine.Path(name), bytes);
+        return machine.Path(name);
+    }
+};
+
+TEST_F(Documents, AreInsertedReadChangedAndDeletedWithTheExactStatements) {
+    machine.guids.real = false;
+    clsDocument document(machine);
+    Fill(document);
+    document.SetReadOnly(true);
+    document.SetSendTo("piet");
+    document.SetNumberOfAttatchements(2);
+    ASSERT_TRUE(document.SaveNewRow());
+    const std::string id = std::to_string(document.DocId()), guid = FakeGuids::TextOf(1);
+    const std::vector<std::string> inserted = {
+        "Insert into tblDocument (ExternalId,insertedby,InsertDate,InsertTime,Description,readOnly,"
+        "Type, DocGuid) Values ('O''B','jan',20060315,0905,'Brief',1,'tif','" + guid + "')",
+        "Select * from tblDocument where DocGuid = '" + guid + "'",
+        "Select * from tblSettings where Section = 'Storage' and sKey = 'DocumentPath'",
+        "Insert into tblDocExtraInfo (DocId,SendTo,SendFrom,RecievedOn,SendOn,NrOfAttatchements) "
+        "Values (" + id + ",'piet',null,null,null,2)"};
+    EXPECT_EQ(connection->statements, inserted);
+    EXPECT_TRUE(machine.files.DirectoryExists(Store() + "\\20060315\\tif"));
+
+    connection->statements.clear();
+    clsDocument loaded(machine);
+    loaded.SetDatabaseObject(connection);
+    loaded.SetId(document.Id());
+    loaded.SetOrdering("Id");
+    ASSERT_TRUE(loaded.OpenDataSource());
+    EXPECT_TRUE(connection->statements[0].ends_with(
+        " FROM tblDocument WHERE tbldocument.Docid = " + id + " order by Id"));
+    ASSERT_TRUE(loaded.LoadData());
+    EXPECT_EQ(loaded.ExternalId() + loaded.InsertedBy() + loaded.InsertDate() + loaded.DocType(),
+              "O'Bjan20060315tif");
+    EXPECT_TRUE(loaded.ReadOnly());
+    EXPECT_EQ(loaded.SendTo() + std::to_string(loaded.NumberOfAttatchements()), "piet2");
+    EXPECT_EQ(loaded.Description_Size(), 255);
+    EXPECT_EQ(loaded.SendTo_Size(), 255);
+
+    connection->statements.clear();
+    loaded.SetDescription("");
+    loaded.SetRecievedFrom("mie");
+    ASSERT_TRUE(loaded.UpdateCurrentRow());
+    const std::string extra = One("select Id from tblDocExtraInfo");
+    ASSERT_TRUE(loaded.DeleteCurrentRow());
+    const std::vector<std::string> changed = {
+        "update tblDocument set ExternalId = 'O''B', InsertedBy = 'jan', InsertDate = 20060315, "
+        "InsertTime = '905', Description = null, ReadOnly = 1, Type = 'tif' where DocId = " + id,
+        "update tblDocExtraInfo set SendTo = 'piet', Sendfrom = 'mie', SendOn = null, RecievedOn= "
+        "null, NrOfattatchements = 2 WHERE Id = " + extra,
+        "update tblDocument set Id = -" + id + " where Id = " + id,
+        "delete from tblDocumentuplink where serverrefId = " + id,
+        "delete from tblDocExtraInfo WHERE Id = " + extra};
+    EXPECT_EQ(connection->statements, changed);
+    EXPECT_EQ(One("select Id from tblDocument"), "-" + id);
+    EXPECT_TRUE(Rows("select Id from tblDocExtraInfo").empty());
+}
+
+TEST_F(Documents, WithoutMailInformationGetNoExtraRowAndKeepOneTheyWrote) {
+    clsDocument plain(machine), mail(machine);
+    Fill(plain);
+    plain.SetSendOn("20060315");
+    ASSERT_TRUE(plain.SaveNewRow());
+    EXPECT_TRUE(Rows("select Id from tblDocExtraInfo").empty());
+    Fill(mail);
+    mail.SetRecievedFrom("mie");
+    ASSERT_TRUE(mail.SaveNewRow());
+    mail.SetSendTo("piet");
+    ASSERT_TRUE(mail.UpdateCurrentRow()); // without a LoadData between
+    EXPECT_EQ(One("select SendTo from tblDocExtraInfo"), "piet");
+    mail.SetDocId(plain.DocId()); // another document now: its extra information is not touched
+    mail.SetSendTo("x");
+    ASSERT_TRUE(mail.UpdateCurrentRow());
+    EXPECT_EQ(One("select SendTo from tblDocExtraInfo"), "piet");
+}
+
+TEST_F(Documents, ARowWhoseFileIsThereAlreadyIsMarked) {
+    clsDocument first(machine);
+    Fill(first);
+    ASSERT_TRUE(first.SaveNewRow());
+    const std::string next = std::to_string(first.DocId() + 1);
+    machine.files.WriteAll(Store() + "\\20060315\\tif\\" + next + ".tif", "older");
+    clsDocument second(machine);
+    Fill(second);
+    EXPECT_TRUE(second.SaveNewRow());
+    EXPECT_TRUE(second.AllreadyExists());
+    EXPECT_EQ(One("select DocId, Description from tblDocument where Id = " + next),
+              "0|Document allready exists");
+}
+
+TEST_F(Documents, FilesAreCopiedWholeAndSourcesDeletedOnlyAfterwards) {
+    clsDocument document(machine);
+    Fill(document);
+    ASSERT_TRUE(document.SaveNewRow());
+    const std::string source = MakeFile("a.tif"), id = std::to_string(document.DocId());
+    const std::string stored = Store() + "\\20060315\\tif\\" + id + ".tif";
+    EXPECT_TRUE(document.AddDocument(source, true, false));
+    EXPECT_EQ(machine.files.ReadAll(stored), "scan");
+    EXPECT_TRUE(machine.files.DirectoryExists(Store() + "\\20261115")); // today's
+    EXPECT_FALSE(document.AddDocument(source, true, true)); // it is there already
+    EXPECT_TRUE(machine.files.FileExists(source));
+    ASSERT_EQ(machine.messages.shown.size(), 1u);
+    EXPECT_EQ(machine.messages.shown[0].caption, "Section Runtime Error clsDocument");
+    EXPECT_TRUE(machine.messages.shown[0].text.starts_with("Error #-"));
+    EXPECT_TRUE(document.AddDocument(stored, false, true)); // the stored file is never deleted
+    EXPECT_TRUE(machine.files.FileExists(stored));
+    EXPECT_TRUE(document.AddDocument(source, false, true));
+    EXPECT_FALSE(machine.files.FileExists(source));
+    std::string path;
+    EXPECT_TRUE(document.CreateEmptyDoc(path));
+    EXPECT_EQ(path, stored);
+    EXPECT_FALSE(document.AddDocument(machine.Path("gone.tif"), false, true));
+}
+
+TEST_F(Documents, WithoutAStoreSayWhatIsMissingAndBuildAPathFromNothing) {
+    Sql("Delete from tblSettings where Section = 'Storage'");
+    clsDocument document(machine);
+    Fill(document);
+    ASSERT_TRUE(document.SaveNewRow());
+    ASSERT_EQ(machine.messages.shown.size(), 1u);
+    EXPECT_EQ(machine.messages.shown[0].text, "DocumentPath in section Storage not found");
+    std::string path;
+    EXPECT_TRUE(document.CreateEmptyDoc(path));
+    EXPECT_EQ(path, "20060315\\tif\\" + std::to_string(document.DocId()) + ".tif");
+    const std::string source = MakeFile("a.tif");
+    EXPECT_FALSE(document.AddDocument(source, true, true)); // not into the host's folder
+    EXPECT_TRUE(machine.files.FileExists(source));
+}
+
+TEST_F(Documents, EveryFailingStepOfAnInsertLeavesNoRow) {
+    for (int step = 1;; ++step) {
+        ASSERT_LT(step, 30);
+        clsDocument document(machine);
+        Fill(document);
+        document.SetSendTo("piet");
+        connection->FailStep(step);
+        // The look-up of the store answers "none" when it fails, and says so.
+        const bool saved = document.SaveNewRow();
+        connection->onStep = nullptr;
+        if (saved && machine.messages.shown.empty()) break;
+        machine.messages.shown.clear();
+        if (!saved) EXPECT_TRUE(Rows("select Id from tblDocument where Id > 0").empty()) << step;
+        Sql("Delete from tblDocument");
+        Sql("Delete from tblDocExtraInfo");
+    }
+}
+
+TEST_F(Documents, ErrorsOfEveryKindAreReportedInOneForm) {
+    clsDocument document(machine); // without a connection
+    EXPECT_FALSE(document.OpenDataSource());
+    EXPECT_FALSE(document.SaveNewRow());
+    EXPECT_FALSE(document.DeleteCurrentRow());
+    EXPECT_EQ(machine.messages.shown.size(), 3u);
+    EXPECT_TRUE(document.Eof() && document.Bof());
+    EXPECT_EQ(document.RecordCount() + document.AbsolutePosition(), 0);
+    document.MoveFirst();
+    document.Move(3);
+    EXPECT_FALSE(document.LoadData());
+}
+
+class Dossiers : public ModelDatabase {};
+
+TEST_F(Dossiers, AreFoundFromTheHostsKey) {
+    machine.guids.real = false;
+    clsDossierDbRelations key(machine);
+    key.SetDbConnection(connection);
+    key.SetDbKey("K'1");
+    ASSERT_TRUE(key.SaveNewRow());
+    clsDossier dossier(machine);
+    dossier.SetDbConnection(connection);
+    dossier.SetDossierId(key.DossierId());
+    dossier.SetDossierType("Zaak");
+    dossier.SetTreeId(7);
+    ASSERT_TRUE(dossier.SaveNewRow());
+    const std::string number = std::to_string(key.DossierId());
+    const std::vector<std::string> inserted = {
+        "Insert into tblDossierDbRelation (DbKey, dbRelGuid) Values ('K''1','" +
+            FakeGuids::TextOf(1) + "')",
+        "Select * from tblDossierDbRelation where DbRelGuid = '" + FakeGuids::TextOf(1) + "'",
+        "Insert into tblDossierRelations (DossierId, Type, ChilddossierId, ChildType, TreeId, "
+        "RelGuid) Values (" + number + ", 'Zaak', 0, null, 7,'" + FakeGuids::TextOf(2) + "')",
+        "Select * from tblDossierRelations where RelGuid = '" + FakeGuids::TextOf(2) + "'"};
+    EXPECT_EQ(connection->statements, inserted);
+
+    clsDossierDbRelations found(machine);
+    found.SetDbConnection(connection);
+    found.SetDbKey("K'1");
+    ASSERT_TRUE(found.OpenDataSource());
+    EXPECT_EQ(found.DossierId(), key.DossierId());
+    EXPECT_EQ(found.DbKey_Size(), 255);
+    clsDossier rows(machine);
+    rows.SetDbConnection(connection);
+    rows.SetDossierId(found.DossierId());
+    rows.SetDossierType("Za%");
+    rows.SetOrdering("Id");
+    connection->statements.clear();
+    ASSERT_TRUE(rows.OpenDataSource());
+    EXPECT_EQ(rows.TreeId(), 7);
+    rows.ReQuery(); // what was loaded does not become a filter
+    const std::string open = "select * from tblDossierRelations where DossierId = " + number +
+                             " And Type like 'Za%' order by Id";
+    EXPECT_EQ(connection->statements, (std::vector<std::string>{open, open}));
+
+    connection->statements.clear();
+    ASSERT_TRUE(key.UpdateCurrentRow());
+    ASSERT_TRUE(key.DeleteCurrentRow());
+    EXPECT_EQ(connection->statements,
+              (std::vector<std::string>{
+                  "Update tblDossierDbRelation set dbKey = 'K''1' where dbRelId = " + number,
+                  "update tblDossierDbRelation set DbRelId = -" + number +
+                      " where DBrelid= " + number}));
+    ASSERT_TRUE(found.OpenDataSource());
+    EXPECT_TRUE(found.Eof());
+    EXPECT_EQ(One("select dbKey from tblDossierDbRelation"), "K'1");
+}
+
+TEST_F(Dossiers, AnUpdateRewritesEveryRelationOfTheTree) {
+    for (int i = 0; i < 2; ++i) {
+        clsDossier dossier(machine);
+        dossier.SetDbConnection(connection);
+        dossier.SetTreeId(7);
+        ASSERT_TRUE(dossier.SaveNewRow());
+    }
+    clsDossier dossier(machine);
+    dossier.SetDbConnection(connection);
+    dossier.SetTreeId(7);
+    ASSERT_TRUE(dossier.OpenDataSource());
+    EXPECT_EQ(dossier.RecordCount(), 2);
+    const std::int32_t first = dossier.Id();
+    dossier.MoveNext();
+    EXPECT_GT(dossier.Id(), first);
+    dossier.SetDossierType("A*");
+    dossier.SetChildId(4);
+    ASSERT_TRUE(dossier.UpdateCurrentRow());
+    EXPECT_EQ(Rows("select Type, ChildDossierId from tblDossierRelations"),
+              (std::vector<std::string>{"A*|4", "A*|4"}));
+    EXPECT_EQ(connection->statements.back(),
+              "update tblDossierRelations set DossierId = 0, Type= 'A*', ChildDossierId= 4, "
+              "ChildType = null where TreeId= 7");
+    // The column of this filter does not exist.
+    EXPECT_FALSE(dossier.OpenDataSource());
+    ASSERT_EQ(machine.messages.shown.size(), 1u);
+    EXPECT_EQ(machine.messages.shown[0].caption, "Application Runtime Error clsDossier");
+    dossier.SetChildId(0);
+    ASSERT_TRUE(dossier.OpenDataSource());
+    ASSERT_TRUE(dossier.DeleteCurrentRow());
+    EXPECT_EQ(connection->statements.back(),
+              "update tblDossierRelations set Relid= -" + std::to_string(dossier.Id()) +
+                  " where relid= " + std::to_string(dossier.Id()));
+}
+
+} // namespace
+} // namespace kavidex::tests

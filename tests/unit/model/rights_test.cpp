@@ -1,0 +1,164 @@
+// Rights and checklists.
+#include "model/rights.h"
+
+#include "model/clsCheckListType.h"
+#include "model/clsUserAuth.h"
+#include "tests/unit/model/ModelDatabase.h"
+
+namespace kavidex::tests {
+namespace {
+
+using model::clsCheckListType;
+using model::clsUserAuth;
+
+class Rights : public ModelDatabase {
+protected:
+    std::shared_ptr<clsUserAuth> Of(std::string_view user) {
+        auto auth = std::make_shared<clsUserAuth>(machine);
+        auth->SetDbConnection(connection);
+        auth->SetUserId(user);
+        return auth;
+    }
+    void Use(std::string_view value) {
+        data::clsSettings settings(machine);
+        settings.SetDbConnection(database);
+        settings.SetSetting("Rights", "Use", value);
+    }
+};
+
+TEST_F(Rights, StandInThreeGroups) {
+    EXPECT_EQ(model::RightGroups().size(), 3u);
+    EXPECT_EQ(model::Rights().size(), 26u);
+    ASSERT_TRUE(model::FindRight("UpdateVoorblad"));
+    EXPECT_EQ(model::FindRight("UpdateVoorblad")->topKey, "DossierTop");
+    EXPECT_FALSE(model::FindRight("Nothing"));
+}
+
+TEST_F(Rights, KeepOneTrimmedPairAKeyInTheirOrder) {
+    const auto auth = Of("jan");
+    auth->SetRight(" Mail ", " True ");
+    auth->SetRight("Print", "False");
+    auth->SetRight("Mail", "x");
+    std::string key, value, all;
+    for (bool more = auth->GetFirstRight(key, value); more; more = auth->GetNextRight(key, value))
+        all += key + "=" + value + ";";
+    EXPECT_EQ(all, "Mail=x;Print=False;");
+    EXPECT_EQ(auth->GetRight("Delete"), "");
+}
+
+TEST_F(Rights, CountOnlyWhenInUse) {
+    EXPECT_TRUE(model::UseRights(machine, nullptr));
+    EXPECT_FALSE(model::UseRights(machine, database)); // no such setting
+    const auto auth = Of("jan");
+    EXPECT_TRUE(auth->HasRight("Mail"));
+    Use("1");
+    EXPECT_FALSE(model::UseRights(machine, database));
+    Use("TRUE");
+    EXPECT_TRUE(model::UseRights(machine, database));
+    EXPECT_FALSE(auth->HasRight("Mail"));
+    auth->SetRight("Mail", model::rightGranted);
+    EXPECT_TRUE(auth->HasRight("Mail"));
+}
+
+TEST_F(Rights, AreKeptPerUserWhateverTheName) {
+    const std::vector<std::string> users = {"jan", "j_n", "j%n", "O'Brien", "jan.", "a*[b]#?",
+                                            "Жанна", "back\\slash", std::string(30, 'x')};
+    for (const auto& user : users) {
+        const auto auth = Of(user);
+        for (const auto& right : model::Rights()) auth->SetRight(right.key, "v " + user);
+        auth->SetRight("Eigen 'recht'", "100%");
+        ASSERT_TRUE(auth->SaveRights()) << user;
+    }
+    for (const auto& user : users) {
+        const auto auth = Of(user);
+        ASSERT_TRUE(auth->LoadRights());
+        EXPECT_EQ(auth->GetRight("Mail"), "v " + user);
+        EXPECT_EQ(auth->GetRight("Eigen 'recht'"), "100%");
+    }
+    ASSERT_TRUE(Of("")->RenameUser("j_n", "j%n"));
+    ASSERT_TRUE(Of("O'Brien")->DeleteRights());
+    const auto auth = Of("j%n");
+    auth->LoadRights();
+    EXPECT_EQ(auth->GetRight("Mail"), "v j_n");
+    for (const char* gone : {"j_n", "O'Brien"}) {
+        const auto none = Of(gone);
+        EXPECT_TRUE(none->LoadRights());
+        EXPECT_EQ(none->GetRight("Mail"), "") << gone;
+    }
+    Use("true"); // a user without a name has no rights, and does not reach the switch
+    EXPECT_FALSE(Of(" ")->DeleteRights());
+    EXPECT_TRUE(model::UseRights(machine, database));
+}
+
+TEST_F(Rights, AFailedSaveOrRenameChangesNothing) {
+    const auto auth = Of("jan");
+    auth->SetRight("Mail", "a");
+    auth->SetRight("Print", "a");
+    ASSERT_TRUE(auth->SaveRights());
+    const auto before = Rows("select Section, SKey, [Value] from tblSettings order by Id");
+    int failures = 0;
+    for (int step = 1; step < 60; ++step) {
+        connection->FailStep(step);
+        bool done = false;
+        try {
+            done = auth->RenameUser("jan", "piet");
+        } catch (const data::Error&) {
+        }
+        connection->onStep = nullptr;
+        if (done) break;
+        ++failures;
+        EXPECT_EQ(Rows("select Section, SKey, [Value] from tblSettings order by Id"), before) << step;
+    }
+    EXPECT_GT(failures, 3);
+    const auto renamed = Of("piet");
+    ASSERT_TRUE(renamed->LoadRights());
+    EXPECT_EQ(renamed->GetRight("Print"), "a");
+}
+
+class CheckLists : public ModelDatabase {};
+
+TEST_F(CheckLists, AreRewrittenWholeAndReadInOrder) {
+    clsCheckListType list(machine);
+    list.SetDbConnection(connection);
+    EXPECT_EQ(list.GetType("", "B"), 2);
+    EXPECT_EQ(list.GetType("A", "B"), 0);
+    EXPECT_EQ(list.CheckListTabType(), "A^B");
+    EXPECT_EQ(connection->statements.back(),
+              "Select * FROM tblCheckListFields where TabType = 'A^B' Order by intOrder");
+    EXPECT_TRUE(list.CheckListFields().empty());
+    list.CreateField(2, "Pas'poort", 1, "", "doc");
+    list.CreateField(1, "Loonstrook", 3, "loon;salaris", "tif");
+    connection->statements.clear();
+    list.UpdateCurrentType();
+    EXPECT_EQ(connection->statements,
+              (std::vector<std::string>{
+                  "Delete from tblCheckListFields where TabType = 'A^B'",
+                  "Insert into tblChecklistFields (TabType , intOrder, FieldDescription, FieldType, "
+                  "NumberToRecieve, DescriptionsToCheck) Values('A^B',2,'Pas''poort','doc',1,null)",
+                  "Insert into tblChecklistFields (TabType , intOrder, FieldDescription, FieldType, "
+                  "NumberToRecieve, DescriptionsToCheck) "
+                  "Values('A^B',1,'Loonstrook','tif',3,'loon;salaris')"}));
+    EXPECT_EQ(list.GetType("A", ""), 0); // the current key is kept
+    ASSERT_EQ(list.CheckListFields().size(), 2u);
+    const auto& first = *list.CheckListFields()[0];
+    EXPECT_EQ(first.FieldDescription() + first.FieldType() + first.DescriptionsToCheck(),
+              "Loonstrooktifloon;salaris");
+    EXPECT_EQ(first.NumberToRecieve(), 3);
+    const std::int32_t id = first.FieldId();
+    connection->FailStep(3);
+    EXPECT_THROW(list.UpdateCurrentType(), data::Error);
+    connection->onStep = nullptr;
+    EXPECT_EQ(Rows("select Id from tblCheckListFields").size(), 2u);
+    list.UpdateCurrentType();
+    list.GetType("A", "B");
+    EXPECT_NE(list.CheckListFields()[0]->FieldId(), id);
+    list.NewType();
+    EXPECT_TRUE(list.CheckListFields().empty());
+    list.DeleteCurrentType();
+    EXPECT_TRUE(Rows("select Id from tblCheckListFields").empty());
+    EXPECT_EQ(list.GetType("A", "it's"), -1); // the key stands in the statement as it is
+    EXPECT_TRUE(machine.log.Has("clsCheckListType.GetType"));
+}
+
+} // namespace
+} // namespace kavidex::tests
