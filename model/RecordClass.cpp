@@ -24,6 +24,7 @@ bool RecordClass::OpenDataSource() {
     lclConnected = false;
     return Guarded("OpenDataSource", [&] {
         lclRecordset = Store(lclConnection).Read(SelectStatement());
+        if (!LiveRows().empty()) lclRecordset->SetFilter(LiveRows());
         lclConnected = true;
         if (AtRow()) RowChanged();
         return true;

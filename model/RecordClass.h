@@ -58,6 +58,8 @@ protected:
                 std::string_view title, std::string_view className);
 
     virtual std::string SelectStatement() const = 0;
+    // A filter over the rows read that leaves out soft-deleted ones; empty for all rows.
+    virtual std::string_view LiveRows() const { return {}; }
     virtual void ReadRow(const data::Recordset& row) = 0;
     // After an open or a move put another row in place.
     virtual void RowChanged() {}

@@ -43,6 +43,7 @@ public:
 
 protected:
     std::string SelectStatement() const override;
+    std::string_view LiveRows() const override { return "RelId > 0"; }
     void ReadRow(const data::Recordset& row) override;
     void RowChanged() override { LoadData(); }
 

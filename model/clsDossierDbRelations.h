@@ -29,6 +29,7 @@ public:
 
 protected:
     std::string SelectStatement() const override;
+    std::string_view LiveRows() const override { return "DbRelId > 0"; }
     void ReadRow(const data::Recordset& row) override;
     void RowChanged() override { LoadData(); }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "data/clsSettings.h"
+#include "data/modData.h"
 #include "model/Store.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -97,15 +98,16 @@ bool clsUserAuth::Ready(std::string_view user) const {
     return lclConnection && !platform::TrimView(user).empty();
 }
 
+// Reads the rows itself: the settings take a failing look-up for "none", and rights must not be
+// lost because the database did not answer.
 clsUserAuth::Pairs clsUserAuth::Read(std::string_view user) const {
-    data::clsSettings settings(lclWorkstation);
-    settings.SetDbConnection(lclConnection);
+    const data::RecordsetPtr rows =
+        Store(lclConnection)
+            .Read("Select * from tblSettings where Section = " + data::SqlValue(SectionOf(user)));
     Pairs pairs;
-    const std::string wanted = SectionOf(user);
-    std::string value, section, key;
-    for (bool found = settings.GetSettingLike(wanted, "%", value, section, key, false); found;
-         found = settings.GetNextSettingLike(value, section, key))
-        pairs.emplace_back(FromPlain(key), FromPlain(value));
+    for (; !rows->Eof(); rows->MoveNext())
+        pairs.emplace_back(FromPlain(TrimmedText(rows->Get("SKey"))),
+                           FromPlain(TrimmedText(rows->Get("Value"))));
     return pairs;
 }
 
@@ -133,38 +135,45 @@ bool clsUserAuth::Erase(std::string_view user) const {
     return Read(user).empty();
 }
 
+// All of the work or nothing; a failure is logged and gives false.
+template <class Work>
+bool clsUserAuth::Whole(std::string_view where, Work work) const {
+    try {
+        Transaction transaction{Store(lclConnection)};
+        if (!work()) return false;
+        transaction.Commit();
+        return true;
+    } catch (const std::exception& error) {
+        lclWorkstation.log.Write(where, error.what());
+        return false;
+    }
+}
+
 bool clsUserAuth::LoadRights() {
     lclRights.clear();
     lclCursor = 0;
-    if (!Ready(lclUserId)) return false;
-    for (const auto& [key, value] : Read(lclUserId)) SetRight(key, value);
-    return true;
+    return Ready(lclUserId) && Whole("clsUserAuth.LoadRights", [&] {
+               for (const auto& [key, value] : Read(lclUserId)) SetRight(key, value);
+               return true;
+           });
 }
 
 bool clsUserAuth::SaveRights() {
-    if (!Ready(lclUserId)) return false;
-    Transaction transaction{Store(lclConnection)};
-    if (!Save(lclUserId, lclRights)) return false;
-    transaction.Commit();
-    return true;
+    return Ready(lclUserId) &&
+           Whole("clsUserAuth.SaveRights", [&] { return Save(lclUserId, lclRights); });
 }
 
 bool clsUserAuth::DeleteRights() {
-    if (!Ready(lclUserId)) return false;
-    Transaction transaction{Store(lclConnection)};
-    if (!Erase(lclUserId)) return false;
-    transaction.Commit();
-    return true;
+    return Ready(lclUserId) && Whole("clsUserAuth.DeleteRights", [&] { return Erase(lclUserId); });
 }
 
 bool clsUserAuth::RenameUser(std::string_view oldName, std::string_view newName) {
     if (!Ready(oldName) || !Ready(newName)) return false;
     if (SectionOf(oldName) == SectionOf(newName)) return true;
-    const Pairs pairs = Read(oldName);
-    Transaction transaction{Store(lclConnection)};
-    if (!Erase(newName) || !Save(newName, pairs) || !Erase(oldName)) return false;
-    transaction.Commit();
-    return true;
+    return Whole("clsUserAuth.RenameUser", [&] {
+        const Pairs pairs = Read(oldName);
+        return Erase(newName) && Save(newName, pairs) && Erase(oldName);
+    });
 }
 
 } // namespace kavidex::model

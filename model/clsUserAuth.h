@@ -51,6 +51,8 @@ private:
     bool Save(std::string_view user, const Pairs& pairs) const;
     bool Erase(std::string_view user) const;
     bool Ready(std::string_view user) const;
+    template <class Work>
+    bool Whole(std::string_view where, Work work) const;
 
     const platform::Workstation& lclWorkstation;
     data::ConnectionPtr lclConnection;

@@ -58,8 +58,10 @@ TEST_F(Integrity, FindsEachKindOfFaultAndInventsNone) {
          {"extra information without document"}},
         {{"update tblTreeItem set ParentId = 999 where TreeItemId = " + map},
          {"item without parent"}},
-        {{"update tblTreeItem set TreeItemId = -" + map + ", ParentId = -ParentId where "
-          "TreeItemId = " + map},
+        {{"update tblTreeItem set TreeItemId = -" + map +
+          ", ParentId = -ParentId where "
+          "TreeItemId = " +
+          map},
          {"item without parent", "item without parent", "item without parent"}},
         {{"update tblTreeItem set ParentId = 0 where TreeItemId = " + map}, {"item out of reach"}},
         {{"update tblTreeItem set ParentId = " + map + " where TreeItemId = " + map},
@@ -80,8 +82,8 @@ TEST_F(Integrity, FindsEachKindOfFaultAndInventsNone) {
           ", " + root + ", 'tab', 'twee')"},
          {"ids out of pair", "working id used twice"}},
     };
-    for (const Seed& seed : seeds) EXPECT_EQ(Seeded(seed.statements), seed.faults)
-        << seed.statements[0];
+    for (const Seed& seed : seeds)
+        EXPECT_EQ(Seeded(seed.statements), seed.faults) << seed.statements[0];
 
     machine.files.WriteAll(filed[0].path + ".tmp", "cut off");
     EXPECT_EQ(Faults(), std::vector<std::string>{"file without document"});
@@ -115,7 +117,8 @@ TEST_F(Integrity, KnowsWhatIsNoFault) {
     Sql("Delete from tblDossierDbRelation where DbRelId = " + std::to_string(users->TreeId()));
     model::NodeId node = 0;
     users->AddChildItem(node, "usergroup", nullptr, 0, "Nieuwe groep", users->Item()->Id());
-    Sql("Insert into tblDocument (Id, DocId, Type, InsertDate) Values (8000, 8000, 'nnt', 20260101)");
+    Sql("Insert into tblDocument (Id, DocId, Type, InsertDate) Values (8000, 8000, 'nnt', "
+        "20260101)");
     tree->AddChildItem(0, "nnt", nullptr, 8000, "Nieuwe notitie", folder->Id());
     Sql("Insert into tblDocument (DocId, Description) Values (0, 'Document allready exists')");
     machine.files.CreateDirectories(Store() + "\\Sjablonen");

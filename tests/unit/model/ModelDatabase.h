@@ -99,7 +99,8 @@ protected:
 
 // The tree as indented text: id-less, one line a node.
 inline std::string Outline(const model::clsItem& node, int depth = 0) {
-    std::string text = std::string(static_cast<std::size_t>(depth), ' ') + node.Description() + "\n";
+    std::string text =
+        std::string(static_cast<std::size_t>(depth), ' ') + node.Description() + "\n";
     if (const auto& children = node.ChildCollection())
         for (const auto& child : children->Items()) text += Outline(*child, depth + 1);
     return text;

@@ -18,8 +18,8 @@ protected:
         for (int i = 0; i < count; ++i) {
             const std::string id = std::to_string(first + i);
             Sql("Insert into tblTreeItem (Id, TreeItemId, Type, ItemId, ParentId, Description) "
-                "Values (" + id + ", " + id + ", 'tab', 0, " + std::to_string(parentOf(i)) +
-                ", 'n" + id + "')");
+                "Values (" +
+                id + ", " + id + ", 'tab', 0, " + std::to_string(parentOf(i)) + ", 'n" + id + "')");
         }
         database->CommitTrans();
     }
@@ -41,10 +41,12 @@ TEST_F(Tree, IsWrittenAndReadWithTheExactStatements) {
     const std::string guid1 = FakeGuids::TextOf(1), guid2 = FakeGuids::TextOf(2);
     const std::vector<std::string> created = {
         "Insert into tblTree (TreeGuid,Description, NewEnabled, DeleteEnabled, UpdateEnabled) "
-        "Values ('" + guid1 + "','O''Brien', True, False, False)",
+        "Values ('" +
+            guid1 + "','O''Brien', True, False, False)",
         "Select * from tblTree where treeguid= '" + guid1 + "'",
         "Insert into tblTreeItem (Type, ItemId, ParentId ,Description, TreeItemGuid) Values "
-        "('tab', 0, 0, 'O''Brien','" + guid2 + "')",
+        "('tab', 0, 0, 'O''Brien','" +
+            guid2 + "')",
         "Select * from tblTreeItem where TreeItemGuid = '" + guid2 + "'"};
     EXPECT_EQ(connection->statements, created);
     EXPECT_EQ(One("select TopItemId from tblTree where TreeId = " + treeId), id);
@@ -62,10 +64,11 @@ TEST_F(Tree, IsWrittenAndReadWithTheExactStatements) {
     EXPECT_EQ(doomed, nullptr);
     const std::vector<std::string> changes = {
         "update tblTree  set Description = 'O''Brien', NewEnabled = True, DeleteEnabled = True, "
-        "Updateenabled = False WHERE TreeId = " + treeId,
+        "Updateenabled = False WHERE TreeId = " +
+            treeId,
         "Update tblTreeItem set Description = 'Post' where TreeItemId = " + id,
-        "Update tbltreeitem set ParentId = " + id + " Where TreeItemId = " +
-            std::to_string(inner->Id()),
+        "Update tbltreeitem set ParentId = " + id +
+            " Where TreeItemId = " + std::to_string(inner->Id()),
         "update tbltreeitem set TreeItemId = -" + doomedId +
             ", ParentId = -Parentid where TreeItemId = " + doomedId,
         "Delete from tbltreeitemuplink where serverrefId = " + doomedId};
@@ -200,7 +203,8 @@ TEST_F(Tree, DamageIsLoadedAroundAndLogged) {
     // The root hangs below its own folder, a row has no id, a folder is its own parent.
     Sql("update tblTreeItem set ParentId = " + std::to_string(folder->Id()) +
         " where TreeItemId = " + root);
-    Sql("Insert into tblTreeItem (Type, ParentId, Description) Values ('tab', " + root + ", 'cut')");
+    Sql("Insert into tblTreeItem (Type, ParentId, Description) Values ('tab', " + root +
+        ", 'cut')");
     AddRows(1, 5000, [](int) { return 5000; });
     EXPECT_EQ(Outline(*Load(tree->TreeId())->Item()), "Dossier\n Map\n  fax\n");
     EXPECT_TRUE(machine.log.Has("fncLoadCollectionFromDatabase", "Node " + root));
@@ -236,9 +240,16 @@ TEST_F(Tree, EveryFailingStepLeavesNothingHalf) {
     };
     const auto trees = Rows("select * from tblTree");
     const std::vector<std::function<void(clsTree&)>> changes = {
-        [](clsTree& t) { t.SetTreeId(0); t.SetDescription("Nieuw"); t.CreateNew(); },
+        [](clsTree& t) {
+            t.SetTreeId(0);
+            t.SetDescription("Nieuw");
+            t.CreateNew();
+        },
         [&](clsTree& t) { t.AddChildTab("x", folder->Id()); },
-        [&](clsTree& t) { clsItemPtr doomed; t.DeleteItem(doomed, folder->Id()); }};
+        [&](clsTree& t) {
+            clsItemPtr doomed;
+            t.DeleteItem(doomed, folder->Id());
+        }};
     for (const auto& change : changes) {
         for (int step = 1;; ++step) {
             connection->onStep = nullptr;

@@ -38,8 +38,7 @@ TEST_F(Filing, MakesRowFileAndItemAndDeletesTheSourceLast) {
                   "from tblDocument"),
               "K1|jansen|20261115|1405|Brief van Jan|tif|" + std::to_string(result.docId));
     EXPECT_EQ(One("select SendTo, NrOfAttatchements from tblDocExtraInfo"), "piet|2");
-    EXPECT_EQ(result.path,
-              Store() + "\\20261115\\tif\\" + std::to_string(result.docId) + ".tif");
+    EXPECT_EQ(result.path, Store() + "\\20261115\\tif\\" + std::to_string(result.docId) + ".tif");
     EXPECT_EQ(machine.files.ReadAll(result.path), "scan");
     EXPECT_FALSE(machine.files.FileExists(request.source));
     EXPECT_EQ(Outline(*Load(tree->TreeId())->Item()), "Dossier\n Map\n  Brief van Jan\n");
@@ -54,7 +53,7 @@ TEST_F(Filing, TakesFilesWhateverTheirNames) {
     const std::vector<std::array<std::string, 3>> names = {
         {"O'Brien 100%.Doc", "doc", "O'Brien 100%"},
         {"zonder extensie", "bin", "zonder extensie"},
-        {".profile", "profile", ".profile"},
+        {".profile", "bin", ".profile"},
         {"Договор №5 \xF0\x9F\x93\x84.pdf", "pdf", "Договор №5 \xF0\x9F\x93\x84"},
         {"a;b, \"c\" [d] -- e.txt", "txt", "a;b, \"c\" [d] -- e"},
         {"folder.tab", "bin", "folder.tab"},
@@ -83,7 +82,8 @@ TEST_F(Filing, TakesFilesWhateverTheirNames) {
 TEST_F(Filing, RefusesClearlyAndWritesNothing) {
     const auto leaf = tree->AddChildItem(0, "tif", nullptr, 0, "leaf", folder->Id());
     const auto gone = tree->AddChildTab("weg", tree->Item()->Id());
-    Sql("update tblTreeItem set TreeItemId = -TreeItemId, ParentId = -ParentId where TreeItemId = " +
+    Sql("update tblTreeItem set TreeItemId = -TreeItemId, ParentId = -ParentId where TreeItemId "
+        "= " +
         std::to_string(gone->Id())); // by someone else
     const auto attempt = [&](auto change) {
         FilingRequest request = Request("a.tif");
@@ -111,8 +111,8 @@ TEST_F(Filing, RefusesClearlyAndWritesNothing) {
 
 TEST_F(Filing, NeverOverwritesAFileOfTheStore) {
     const auto first = FileDocument(machine, *tree, Request("a.tif"));
-    const std::string taken = platform::FolderOf(first.path) + "\\" +
-                              std::to_string(first.docId + 1) + ".tif";
+    const std::string taken =
+        platform::FolderOf(first.path) + "\\" + std::to_string(first.docId + 1) + ".tif";
     machine.files.WriteAll(taken, "from another time");
     const auto second = FileDocument(machine, *tree, Request("b.tif", "new"));
     ASSERT_TRUE(second) << second.error;
@@ -132,11 +132,13 @@ protected:
         request.deleteSource = true;
         const std::size_t before = Documents();
         const auto loaded = Load(tree->TreeId());
-        if (where == Where::Database) connection->FailStep(step, onwards);
-        else machine.files.FailAt(step, platform::errors::diskFull, onwards);
+        if (where == Where::Database)
+            connection->FailStep(step, onwards);
+        else
+            machine.files.FailAt(step, platform::errors::diskFull, onwards);
         const auto result = FileDocument(machine, *loaded, request);
-        const bool reached = where == Where::Database ? connection->steps >= step
-                                                      : machine.files.operations >= step;
+        const bool reached =
+            where == Where::Database ? connection->steps >= step : machine.files.operations >= step;
         connection->onStep = nullptr;
         machine.files.FailAt(0);
         if (result) {

@@ -39,11 +39,13 @@ TEST_F(Documents, AreInsertedReadChangedAndDeletedWithTheExactStatements) {
     const std::string id = std::to_string(document.DocId()), guid = FakeGuids::TextOf(1);
     const std::vector<std::string> inserted = {
         "Insert into tblDocument (ExternalId,insertedby,InsertDate,InsertTime,Description,readOnly,"
-        "Type, DocGuid) Values ('O''B','jan',20060315,0905,'Brief',1,'tif','" + guid + "')",
+        "Type, DocGuid) Values ('O''B','jan',20060315,0905,'Brief',1,'tif','" +
+            guid + "')",
         "Select * from tblDocument where DocGuid = '" + guid + "'",
         "Select * from tblSettings where Section = 'Storage' and sKey = 'DocumentPath'",
         "Insert into tblDocExtraInfo (DocId,SendTo,SendFrom,RecievedOn,SendOn,NrOfAttatchements) "
-        "Values (" + id + ",'piet',null,null,null,2)"};
+        "Values (" +
+            id + ",'piet',null,null,null,2)"};
     EXPECT_EQ(connection->statements, inserted);
     EXPECT_TRUE(machine.files.DirectoryExists(Store() + "\\20060315\\tif"));
 
@@ -71,9 +73,11 @@ TEST_F(Documents, AreInsertedReadChangedAndDeletedWithTheExactStatements) {
     ASSERT_TRUE(loaded.DeleteCurrentRow());
     const std::vector<std::string> changed = {
         "update tblDocument set ExternalId = 'O''B', InsertedBy = 'jan', InsertDate = 20060315, "
-        "InsertTime = '905', Description = null, ReadOnly = 1, Type = 'tif' where DocId = " + id,
+        "InsertTime = '905', Description = null, ReadOnly = 1, Type = 'tif' where DocId = " +
+            id,
         "update tblDocExtraInfo set SendTo = 'piet', Sendfrom = 'mie', SendOn = null, RecievedOn= "
-        "null, NrOfattatchements = 2 WHERE Id = " + extra,
+        "null, NrOfattatchements = 2 WHERE Id = " +
+            extra,
         "update tblDocument set Id = -" + id + " where Id = " + id,
         "delete from tblDocumentuplink where serverrefId = " + id,
         "delete from tblDocExtraInfo WHERE Id = " + extra};
@@ -123,7 +127,7 @@ TEST_F(Documents, FilesAreCopiedWholeAndSourcesDeletedOnlyAfterwards) {
     EXPECT_TRUE(document.AddDocument(source, true, false));
     EXPECT_EQ(machine.files.ReadAll(stored), "scan");
     EXPECT_TRUE(machine.files.DirectoryExists(Store() + "\\20261115")); // today's
-    EXPECT_FALSE(document.AddDocument(source, true, true)); // it is there already
+    EXPECT_FALSE(document.AddDocument(source, true, true));             // it is there already
     EXPECT_TRUE(machine.files.FileExists(source));
     ASSERT_EQ(machine.messages.shown.size(), 1u);
     EXPECT_EQ(machine.messages.shown[0].caption, "Section Runtime Error clsDocument");
@@ -165,7 +169,7 @@ TEST_F(Documents, EveryFailingStepOfAnInsertLeavesNoRow) {
         connection->onStep = nullptr;
         if (saved && machine.messages.shown.empty()) break;
         machine.messages.shown.clear();
-        if (!saved) EXPECT_TRUE(Rows("select Id from tblDocument where Id > 0").empty()) << step;
+        EXPECT_TRUE(saved || Rows("select Id from tblDocument where Id > 0").empty()) << step;
         Sql("Delete from tblDocument");
         Sql("Delete from tblDocExtraInfo");
     }
@@ -204,7 +208,8 @@ TEST_F(Dossiers, AreFoundFromTheHostsKey) {
             FakeGuids::TextOf(1) + "')",
         "Select * from tblDossierDbRelation where DbRelGuid = '" + FakeGuids::TextOf(1) + "'",
         "Insert into tblDossierRelations (DossierId, Type, ChilddossierId, ChildType, TreeId, "
-        "RelGuid) Values (" + number + ", 'Zaak', 0, null, 7,'" + FakeGuids::TextOf(2) + "')",
+        "RelGuid) Values (" +
+            number + ", 'Zaak', 0, null, 7,'" + FakeGuids::TextOf(2) + "')",
         "Select * from tblDossierRelations where RelGuid = '" + FakeGuids::TextOf(2) + "'"};
     EXPECT_EQ(connection->statements, inserted);
 
@@ -230,11 +235,11 @@ TEST_F(Dossiers, AreFoundFromTheHostsKey) {
     connection->statements.clear();
     ASSERT_TRUE(key.UpdateCurrentRow());
     ASSERT_TRUE(key.DeleteCurrentRow());
-    EXPECT_EQ(connection->statements,
-              (std::vector<std::string>{
-                  "Update tblDossierDbRelation set dbKey = 'K''1' where dbRelId = " + number,
-                  "update tblDossierDbRelation set DbRelId = -" + number +
-                      " where DBrelid= " + number}));
+    EXPECT_EQ(
+        connection->statements,
+        (std::vector<std::string>{
+            "Update tblDossierDbRelation set dbKey = 'K''1' where dbRelId = " + number,
+            "update tblDossierDbRelation set DbRelId = -" + number + " where DBrelid= " + number}));
     ASSERT_TRUE(found.OpenDataSource());
     EXPECT_TRUE(found.Eof());
     EXPECT_EQ(One("select dbKey from tblDossierDbRelation"), "K'1");
@@ -270,9 +275,9 @@ TEST_F(Dossiers, AnUpdateRewritesEveryRelationOfTheTree) {
     dossier.SetChildId(0);
     ASSERT_TRUE(dossier.OpenDataSource());
     ASSERT_TRUE(dossier.DeleteCurrentRow());
-    EXPECT_EQ(connection->statements.back(),
-              "update tblDossierRelations set Relid= -" + std::to_string(dossier.Id()) +
-                  " where relid= " + std::to_string(dossier.Id()));
+    EXPECT_EQ(connection->statements.back(), "update tblDossierRelations set Relid= -" +
+                                                 std::to_string(dossier.Id()) +
+                                                 " where relid= " + std::to_string(dossier.Id()));
 }
 
 } // namespace

@@ -61,8 +61,9 @@ TEST_F(Rights, CountOnlyWhenInUse) {
 }
 
 TEST_F(Rights, AreKeptPerUserWhateverTheName) {
-    const std::vector<std::string> users = {"jan", "j_n", "j%n", "O'Brien", "jan.", "a*[b]#?",
-                                            "Жанна", "back\\slash", std::string(30, 'x')};
+    const std::vector<std::string> users = {"jan",     "j_n",         "j%n",
+                                            "O'Brien", "jan.",        "a*[b]#?",
+                                            "Жанна",   "back\\slash", std::string(30, 'x')};
     for (const auto& user : users) {
         const auto auth = Of(user);
         for (const auto& right : model::Rights()) auth->SetRight(right.key, "v " + user);
@@ -107,7 +108,8 @@ TEST_F(Rights, AFailedSaveOrRenameChangesNothing) {
         connection->onStep = nullptr;
         if (done) break;
         ++failures;
-        EXPECT_EQ(Rows("select Section, SKey, [Value] from tblSettings order by Id"), before) << step;
+        EXPECT_EQ(Rows("select Section, SKey, [Value] from tblSettings order by Id"), before)
+            << step;
     }
     EXPECT_GT(failures, 3);
     const auto renamed = Of("piet");
@@ -130,14 +132,15 @@ TEST_F(CheckLists, AreRewrittenWholeAndReadInOrder) {
     list.CreateField(1, "Loonstrook", 3, "loon;salaris", "tif");
     connection->statements.clear();
     list.UpdateCurrentType();
-    EXPECT_EQ(connection->statements,
-              (std::vector<std::string>{
-                  "Delete from tblCheckListFields where TabType = 'A^B'",
-                  "Insert into tblChecklistFields (TabType , intOrder, FieldDescription, FieldType, "
-                  "NumberToRecieve, DescriptionsToCheck) Values('A^B',2,'Pas''poort','doc',1,null)",
-                  "Insert into tblChecklistFields (TabType , intOrder, FieldDescription, FieldType, "
-                  "NumberToRecieve, DescriptionsToCheck) "
-                  "Values('A^B',1,'Loonstrook','tif',3,'loon;salaris')"}));
+    EXPECT_EQ(
+        connection->statements,
+        (std::vector<std::string>{
+            "Delete from tblCheckListFields where TabType = 'A^B'",
+            "Insert into tblChecklistFields (TabType , intOrder, FieldDescription, FieldType, "
+            "NumberToRecieve, DescriptionsToCheck) Values('A^B',2,'Pas''poort','doc',1,null)",
+            "Insert into tblChecklistFields (TabType , intOrder, FieldDescription, FieldType, "
+            "NumberToRecieve, DescriptionsToCheck) "
+            "Values('A^B',1,'Loonstrook','tif',3,'loon;salaris')"}));
     EXPECT_EQ(list.GetType("A", ""), 0); // the current key is kept
     ASSERT_EQ(list.CheckListFields().size(), 2u);
     const auto& first = *list.CheckListFields()[0];
