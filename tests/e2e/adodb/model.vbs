@@ -132,6 +132,17 @@ table.ReQuery
 Demand table.GetField("Description") = "Anders", "the row came back as " & table.GetField("Description")
 table.CloseDataSource
 
+' The whole way of a control through the ADO engine: the connection asks to be called by names.
+Dim late : Set late = CreateObject("Kavidex.EmbeddedDatabase").Create(folder & "\late.kdb")
+late.LateBound = True
+Set binder = CreateObject("Kavidex.ctrlCorrespondence")
+Set binder.DbConnection = late
+Demand binder.DbConnection Is late, "the control gives back another connection"
+Demand binder.OpenOrCreate("Klant-1", "Dossier", "", "", "") = 0 And binder.Id > 0, "no dossier by name"
+Demand late.Execute("select count(*) as N from tblTreeItem")("N") = 1, "the dossier has no root"
+Set binder = Nothing
+late.Close
+
 settings.CloseSettings
 sought.CloseDataSource
 cn.Close
