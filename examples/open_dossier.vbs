@@ -57,7 +57,7 @@ Dim files, index : Set files = CreateObject("Scripting.Dictionary")
 For index = 2 To WScript.Arguments.Count - 1
     files(WScript.Arguments(index)) = True
 Next
-If WScript.Arguments.Count < 2 And binder.ContainsDocuments("txt") = 0 Then
+If WScript.Arguments.Count < 3 And binder.ContainsDocuments("txt") = 0 Then
     Dim note : note = fso.BuildPath(folder, "Welkom.txt")
     With fso.CreateTextFile(note, True)
         .WriteLine "Dit is het eerste document van dit dossier."

@@ -75,11 +75,11 @@ void ctrlTree::AddItem(const ItemPtr& item, std::int32_t parentId, bool select) 
     if (!item) return;
     FillFrom(item, parentId);
     UpdateText(parentId);
+    const auto id = item->Id();
+    EvItemCreated.Raise(Info(id));
     if (!select) return;
-    const auto info = Info(item->Id());
-    EvItemCreated.Raise(info);
     ClearSelectedItems();
-    SelectNode(item->Id(), true);
+    SelectNode(id, true);
 }
 
 bool ctrlTree::AcceptsType(std::string_view type) const {
