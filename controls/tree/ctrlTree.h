@@ -118,8 +118,7 @@ public:
     ItemPtr Add(std::int32_t id, std::string_view type,
                 const std::shared_ptr<model::clsItemCol>& children, std::int32_t itemId,
                 std::string_view description, std::int32_t parentId = 0);
-    // Shows an item that stands in the model already; selects it when asked, with the events of
-    // a new item.
+    // Shows an item that stands in the model already, with EvItemCreated; selects it when asked.
     void AddItem(const ItemPtr& item, std::int32_t parentId, bool select);
 
     bool RenameItem(std::int32_t id, std::string_view description);
