@@ -56,11 +56,12 @@ data::ConnectionPtr MakeDatabase(const fs::path& folder) {
         "Insert into tblTree (Id, TreeId, Description, TopItemId) Values (1, 1, 'T', 1)");
     int id = 1;
     Insert(*connection, id, "tab", 0, "T");
-    for (int folder = 0; folder < folders; ++folder) {
+    for (int number = 0; number < folders; ++number) {
         const int parent = ++id;
-        Insert(*connection, parent, "tab", 1, "Folder " + std::to_string(folder));
+        Insert(*connection, parent, "tab", 1, "Folder " + std::to_string(number));
         for (int i = 0; i < documentsPerFolder; ++i)
-            Insert(*connection, ++id, "tif", parent, "Document number " + std::to_string(id));
+            Insert(*connection, id + i + 1, "tif", parent, "Document number " + std::to_string(i));
+        id += documentsPerFolder;
     }
     connection->CommitTrans();
     return connection;
