@@ -1,0 +1,212 @@
+// Recordsets in memory over the real engine: moves, writing, conflicts, sort and filter.
+#include <gtest/gtest.h>
+
+#include "data/Error.h"
+#include "data/embedded/EmbeddedDatabase.h"
+#include "tests/unit/data/TemporaryFolder.h"
+
+namespace kavidex::data {
+namespace {
+
+class ClientRecordsets : public testing::Test {
+protected:
+    tests::TemporaryFolder folder;
+    std::string path = folder.Path("x.kdb");
+    ConnectionPtr connection = EmbeddedDatabase::Create(path);
+    ConnectionPtr other = EmbeddedDatabase::Open(path);
+
+    void SetUp() override {
+        for (const char* row : {"'beta', 2", "'Alpha', 1", "'gamma', 3", "'alpha', 4", "null, 5"})
+            connection->Execute("Insert into tblTree (Description, TopItemId) Values (" +
+                                std::string(row) + ")");
+    }
+    RecordsetPtr Open(const std::string& statement = "Select * from tblTree") {
+        return connection->Open({.text = statement, .parameters = {}});
+    }
+    static std::string Shown(Recordset& rows) {
+        std::string text;
+        if (rows.RecordCount() > 0)
+            for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) text += ToText(rows.Get("TopItemId"));
+        return text;
+    }
+    template <class Action> static std::int32_t NumberOf(Action action) {
+        try {
+            action();
+        } catch (const Error& error) {
+            return error.Number();
+        }
+        return 0;
+    }
+};
+
+TEST_F(ClientRecordsets, MovesAsAdoDoes) {
+    const RecordsetPtr rows = Open();
+    EXPECT_EQ(rows->RecordCount(), 5);
+    EXPECT_EQ(rows->AbsolutePosition(), 1);
+    rows->MovePrevious();
+    EXPECT_TRUE(rows->Bof());
+    EXPECT_EQ(rows->AbsolutePosition(), -2);
+    EXPECT_EQ(NumberOf([&] { rows->MovePrevious(); }), errors::badEof);
+    EXPECT_EQ(NumberOf([&] { rows->Get(0); }), errors::badEof);
+    rows->Move(3);
+    EXPECT_EQ(rows->AbsolutePosition(), 3);
+    rows->Move(99);
+    EXPECT_TRUE(rows->Eof());
+    EXPECT_EQ(rows->AbsolutePosition(), -3);
+    EXPECT_EQ(NumberOf([&] { rows->MoveNext(); }), errors::badEof);
+    rows->SetAbsolutePosition(5);
+    EXPECT_EQ(rows->Get("topitemid"), Value(std::int64_t{5}));
+    EXPECT_EQ(rows->Get("Description"), Value());
+    EXPECT_EQ(NumberOf([&] { rows->Get("None"); }), errors::itemNotFound);
+    const RecordsetPtr empty = Open("Select * from tblTree where Id = 99");
+    EXPECT_TRUE(empty->Eof() && empty->Bof());
+    EXPECT_EQ(empty->AbsolutePosition(), -1);
+    EXPECT_EQ(NumberOf([&] { empty->MoveFirst(); }), errors::badEof);
+    const RecordsetPtr closed = Open("Update tblTree set TreeId = Id");
+    EXPECT_FALSE(closed->IsOpen());
+    EXPECT_EQ(NumberOf([&] { closed->Eof(); }), errors::objectClosed);
+}
+
+TEST_F(ClientRecordsets, DescribesItsFields) {
+    const RecordsetPtr rows = Open("Select Id, Description as Text, TopItemId + 1 as Sum, NewEnabled from tblTree");
+    const std::vector<Field>& fields = rows->Fields();
+    EXPECT_TRUE(fields[0].key);
+    EXPECT_EQ(fields[0].type, AdoType::Integer);
+    EXPECT_EQ(fields[1].name, "Text");
+    EXPECT_EQ(fields[1].baseTable, "tblTree");
+    EXPECT_EQ(fields[1].baseColumn, "Description");
+    EXPECT_EQ(fields[1].type, AdoType::VarWChar);
+    EXPECT_EQ(fields[1].definedSize, 255);
+    EXPECT_EQ(fields[2].type, AdoType::Integer);
+    EXPECT_TRUE(fields[2].baseTable.empty());
+    EXPECT_EQ(fields[3].type, AdoType::Boolean);
+    const RecordsetPtr memo = Open("Select Memo from tblDossierReference");
+    EXPECT_EQ(memo->Fields()[0].type, AdoType::LongVarWChar);
+}
+
+TEST_F(ClientRecordsets, WritesRowsByKey) {
+    const RecordsetPtr rows = Open();
+    rows->Set("Description", std::string("changed"));
+    rows->Set("TopItemId", std::string("17"));
+    EXPECT_EQ(rows->Get("TopItemId"), Value(std::int64_t{17}));
+    rows->Update();
+    rows->MoveNext();
+    rows->Set("Description", std::string("dropped"));
+    rows->CancelUpdate();
+    EXPECT_EQ(ToText(rows->Get("Description")), "Alpha");
+    rows->Set("Description", std::string("by the move"));
+    rows->MoveNext();
+    rows->AddNew();
+    rows->Set("Description", std::string("new"));
+    rows->Update();
+    EXPECT_EQ(rows->Get("Id"), Value(std::int64_t{6}));
+    EXPECT_EQ(rows->RecordCount(), 6);
+    rows->SetAbsolutePosition(3);
+    rows->Delete();
+    EXPECT_EQ(NumberOf([&] { rows->Get("Id"); }), errors::badEof);
+    EXPECT_FALSE(rows->Eof());
+    rows->MoveNext();
+    EXPECT_EQ(rows->Get("Id"), Value(std::int64_t{4}));
+    const RecordsetPtr again = other->Open({.text = "Select * from tblTree order by Id", .parameters = {}});
+    std::string all;
+    for (; !again->Eof(); again->MoveNext()) all += ToText(again->Get("Description")) + ";";
+    EXPECT_EQ(all, "changed;by the move;alpha;;new;");
+}
+
+TEST_F(ClientRecordsets, RefusesRowsThatSomeoneElseChanged) {
+    const RecordsetPtr rows = Open();
+    other->Execute("Update tblTree set Description = 'BETA' where Id = 1");
+    other->Execute("Update tblTree set TopItemId = 99 where Id = 2");
+    other->Execute("Delete from tblTree where Id = 3");
+    for (int row = 1; row <= 3; ++row) {
+        rows->SetAbsolutePosition(row);
+        rows->Set("Description", std::string("mine"));
+        EXPECT_EQ(NumberOf([&] { rows->Update(); }), errors::rowChanged) << row;
+    }
+    rows->SetAbsolutePosition(1); // leaves the refused row without another try
+    EXPECT_EQ(NumberOf([&] { rows->Delete(); }), errors::rowChanged);
+    rows->Requery();
+    EXPECT_EQ(rows->RecordCount(), 4);
+    rows->Set("Description", std::string("mine"));
+    rows->Update();
+    EXPECT_EQ(ToText(other->Open({.text = "Select Description from tblTree where Id = 1", .parameters = {}})->Get(0)), "mine");
+}
+
+TEST_F(ClientRecordsets, LeavesALoopWhoseRowsAreRefused) {
+    other->Execute("CREATE UNIQUE INDEX indOnce on tblTree (TreeId)");
+    const RecordsetPtr rows = Open();
+    int refused = 0, steps = 0;
+    while (!rows->Eof() && ++steps < 50) {
+        rows->Set("TreeId", std::int64_t{1});
+        refused += NumberOf([&] { rows->Update(); }) == errors::integrity ? 1 : 0;
+        rows->MoveNext();
+    }
+    EXPECT_EQ(steps, 5);
+    EXPECT_EQ(refused, 4);
+}
+
+TEST_F(ClientRecordsets, RefusesWhatDoesNotFitAField) {
+    const RecordsetPtr rows = Open("Select Id, Description, TopItemId, NewEnabled, Id + 1 as Next from tblTree");
+    EXPECT_EQ(NumberOf([&] { rows->Set("TopItemId", std::string("abc")); }), errors::invalidArgument);
+    EXPECT_EQ(NumberOf([&] { rows->Set("TopItemId", 1e12); }), errors::invalidArgument);
+    EXPECT_EQ(NumberOf([&] { rows->Set("NewEnabled", std::string("maybe")); }), errors::invalidArgument);
+    EXPECT_EQ(NumberOf([&] { rows->Set("Description", std::string(256, 'x')); }), errors::invalidArgument);
+    EXPECT_EQ(NumberOf([&] { rows->Set("Next", std::int64_t{1}); }), errors::featureNotAvailable);
+    rows->Set("TopItemId", 2.5);
+    EXPECT_EQ(rows->Get("TopItemId"), Value(std::int64_t{2}));
+    rows->Set("NewEnabled", std::string("True"));
+    EXPECT_EQ(rows->Get("NewEnabled"), Value(true));
+    rows->Update();
+    const RecordsetPtr keyless = Open("Select Description from tblTree");
+    keyless->Set("Description", std::string("x"));
+    EXPECT_EQ(NumberOf([&] { keyless->Update(); }), errors::featureNotAvailable);
+}
+
+TEST_F(ClientRecordsets, SortsStablyAndFilters) {
+    const RecordsetPtr rows = Open();
+    rows->SetSort("Description");
+    EXPECT_EQ(Shown(*rows), "51423");
+    rows->SetSort("[Description] DESC, TopItemId desc");
+    EXPECT_EQ(Shown(*rows), "32415");
+    const struct {
+        const char* filter;
+        const char* shown;
+    } cases[] = {
+        {"Description = 'ALPHA'", "14"},
+        {"Description like 'a*' or Description like '%TA'", "214"},
+        {"TopItemId >= 2 and (TopItemId < 4 or [TopItemId] = '5') and TopItemId <> 3", "25"},
+        {"Description = null", "5"},
+        {"Description is not null and not TopItemId > 1", "1"},
+        {"TopItemId = 99", ""},
+    };
+    rows->SetSort("");
+    for (const auto& [filter, shown] : cases) {
+        rows->SetFilter(filter);
+        EXPECT_EQ(Shown(*rows), shown) << filter;
+    }
+    for (const char* wrong : {"Description", "Description = ", "(TopItemId = 1", "TopItemId = 1 1", "Description = 'x"})
+        EXPECT_EQ(NumberOf([&] { rows->SetFilter(wrong); }), errors::invalidArgument) << wrong;
+    EXPECT_EQ(NumberOf([&] { rows->SetFilter("None = 1"); }), errors::itemNotFound);
+    EXPECT_EQ(NumberOf([&] { rows->SetSort("None"); }), errors::itemNotFound);
+    EXPECT_EQ(rows->Filter(), "TopItemId = 99");
+    rows->SetFilter("");
+    EXPECT_EQ(rows->RecordCount(), 5);
+}
+
+TEST_F(ClientRecordsets, StayReadableAfterCloseAndRefuseToWrite) {
+    const RecordsetPtr rows = Open();
+    connection->Close();
+    rows->MoveLast();
+    EXPECT_EQ(rows->Get("TopItemId"), Value(std::int64_t{5}));
+    rows->SetSort("TopItemId desc");
+    EXPECT_EQ(Shown(*rows), "54321");
+    rows->MoveFirst();
+    rows->Set("Description", std::string("x"));
+    EXPECT_EQ(NumberOf([&] { rows->Update(); }), errors::objectClosed);
+    EXPECT_EQ(NumberOf([&] { rows->Requery(); }), errors::objectClosed);
+    EXPECT_EQ(NumberOf([&] { connection->Execute("Delete from tblTree"); }), errors::objectClosed);
+    EXPECT_EQ(NumberOf([&] { connection->Close(); }), errors::objectClosed);
+}
+
+} // namespace
+} // namespace kavidex::data

@@ -1,0 +1,155 @@
+// Files of the embedded engine: making, opening, damage, several users, transactions, copies.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <iterator>
+
+#include "data/Error.h"
+#include "data/embedded/EmbeddedDatabase.h"
+#include "tests/unit/data/TemporaryFolder.h"
+
+namespace kavidex::data {
+namespace {
+
+class EmbeddedFiles : public testing::Test {
+protected:
+    tests::TemporaryFolder folder;
+    std::string path = folder.Path("x.kdb");
+
+    static std::string Count(Connection& connection, const std::string& table) {
+        return ToText(connection.Open({.text = "Select count(*) from " + table, .parameters = {}})->Get(0));
+    }
+    std::string Bytes(const std::string& name) {
+        std::ifstream file(folder.Native(name), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+    void Write(const std::string& name, const std::string& bytes) {
+        std::ofstream(folder.Native(name), std::ios::binary) << bytes;
+    }
+    template <class Action> static std::string Failure(Action action) {
+        try {
+            action();
+        } catch (const Error& error) {
+            return error.what();
+        }
+        return "";
+    }
+    std::size_t Entries() {
+        return static_cast<std::size_t>(
+            std::distance(std::filesystem::directory_iterator(folder.Folder()), {}));
+    }
+};
+
+TEST_F(EmbeddedFiles, HoldTheBaseSchemaAndNothingBeside) {
+    const ConnectionPtr connection = EmbeddedDatabase::Create(path);
+    EXPECT_EQ(ToText(connection->Open({.text = "Select [Value] from tblSettings where Section = 'build' and sKey = 'dbversion'", .parameters = {}})->Get(0)), "1.0.8");
+    const RecordsetPtr tables = connection->OpenSchema(Schema::Tables);
+    EXPECT_EQ(tables->RecordCount(), 16);
+    tables->SetFilter("TABLE_NAME = 'tblsettings' and TABLE_TYPE = 'TABLE'");
+    EXPECT_EQ(tables->RecordCount(), 1);
+    const RecordsetPtr indexes = connection->OpenSchema(Schema::Indexes);
+    indexes->SetFilter("INDEX_NAME = 'indSectionKey'");
+    EXPECT_EQ(indexes->RecordCount(), 2);
+    EXPECT_EQ(ToText(indexes->Get("COLUMN_NAME")), "Section");
+    const RecordsetPtr columns = connection->OpenSchema(Schema::Columns);
+    columns->SetFilter("TABLE_NAME = 'tblDocument' and COLUMN_NAME = 'ReadOnly'");
+    EXPECT_EQ(columns->Get("DATA_TYPE"), Value(std::int64_t{11}));
+    EXPECT_EQ(ToText(connection->Property("dbms name")), "ACCESS");
+    EXPECT_EQ(ToText(connection->Property("Data Source Name")), path);
+    EXPECT_EQ(connection->DefaultDatabase(), folder.Path("x"));
+    EXPECT_NE(Failure([&] { connection->Property("None"); }), "");
+    connection->Close();
+    EXPECT_EQ(Entries(), 1u);
+    EXPECT_TRUE(EmbeddedDatabase::Check(path).empty());
+    EXPECT_NE(Failure([&] { EmbeddedDatabase::Create(path); }).find("exists already"), std::string::npos);
+    EXPECT_EQ(Count(*EmbeddedDatabase::OpenOrCreate(path), "tblSettings"), "1");
+    const std::string hard = folder.Path("O'Brien 100% [\xC3\xA9\xE4\xB8\xAD] file.x.kdb");
+    EXPECT_EQ(Count(*EmbeddedDatabase::OpenOrCreate(hard), "tblTree"), "0");
+    EXPECT_NE(Failure([&] { EmbeddedDatabase::Open(folder.Path("none.kdb")); }).find("does not exist"), std::string::npos);
+    EXPECT_NE(Failure([&] { EmbeddedDatabase::Create(folder.Path("none\\x.kdb")); }), "");
+    EXPECT_EQ(Entries(), 2u);
+}
+
+TEST_F(EmbeddedFiles, OfOtherKindsAreRefusedAndLeftAsTheyWere) {
+    EmbeddedDatabase::Create(path)->Close();
+    const std::string whole = Bytes("x.kdb");
+    std::string scrambled = whole;
+    for (std::size_t i = 4096; i < scrambled.size(); ++i) scrambled[i] = static_cast<char>(i * 7);
+    EmbeddedDatabase::CreateEmpty(folder.Path("foreign.kdb"))->Close();
+    const std::pair<const char*, std::string> files[] = {
+        {"empty.kdb", ""},
+        {"text.kdb", std::string(5000, 't')},
+        {"cut.kdb", whole.substr(0, whole.size() - 5000)},
+        {"header.kdb", whole.substr(0, 100)},
+        {"scrambled.kdb", scrambled},
+        {"foreign.kdb", Bytes("foreign.kdb")},
+    };
+    for (const auto& [name, bytes] : files) {
+        Write(name, bytes);
+        const std::string message = Failure([&, file = name] { EmbeddedDatabase::Open(folder.Path(file)); });
+        EXPECT_NE(message.find(name), std::string::npos) << name << ": " << message;
+        EXPECT_NE(Failure([&, file = name] { EmbeddedDatabase::OpenOrCreate(folder.Path(file)); }), "");
+        EXPECT_EQ(Bytes(name), bytes) << name;
+    }
+    EXPECT_FALSE(EmbeddedDatabase::Check(folder.Path("scrambled.kdb")).empty());
+    EXPECT_EQ(Entries(), 7u);
+}
+
+TEST_F(EmbeddedFiles, CountTransactionLevelsAndUndoOnClose) {
+    ConnectionPtr connection = EmbeddedDatabase::Create(path);
+    connection->BeginTrans();
+    connection->BeginTrans();
+    connection->Execute("Insert into tblTree (Description) Values ('a')");
+    connection->CommitTrans();
+    connection->RollbackTrans();
+    EXPECT_EQ(Count(*connection, "tblTree"), "0");
+    connection->BeginTrans();
+    connection->Execute("Insert into tblTree (Description) Values ('b')");
+    connection->CommitTrans();
+    connection->BeginTrans();
+    connection->BeginTrans();
+    connection->Execute("Insert into tblTree (Description) Values ('c')");
+    connection->RollbackTrans();
+    EXPECT_NE(Failure([&] { connection->CommitTrans(); }), "");
+    EXPECT_NE(Failure([&] { connection->CommitTrans(); }), "");
+    connection->BeginTrans();
+    connection->Execute("Insert into tblTree (Description) Values ('d')");
+    connection->Execute("ALTER TABLE tblTree ADD COLUMN Extra LONG");
+    connection->Close();
+    connection = EmbeddedDatabase::Open(path);
+    EXPECT_EQ(Count(*connection, "tblTree"), "1");
+    EXPECT_EQ(connection->Open({.text = "Select * from tblTree", .parameters = {}})->Fields().size(), 7u);
+}
+
+TEST_F(EmbeddedFiles, ServeSeveralConnections) {
+    const ConnectionPtr one = EmbeddedDatabase::Create(path), two = EmbeddedDatabase::Open(path);
+    EXPECT_EQ(two->Open({.text = "Select * from tblTree", .parameters = {}})->Fields().size(), 7u);
+    one->Execute("ALTER TABLE tblTree ADD COLUMN TreeGuid TEXT(38)");
+    one->Execute("Insert into tblTree (TreeGuid) Values ('g')");
+    const RecordsetPtr rows = two->Open({.text = "Select * from tblTree", .parameters = {}});
+    EXPECT_EQ(ToText(rows->Get("TreeGuid")), "g");
+    one->BeginTrans();
+    one->Execute("Insert into tblTree (TreeGuid) Values ('h')");
+    EXPECT_EQ(Count(*two, "tblTree"), "1");
+    const std::string message = Failure([&] { two->Execute("Delete from tblTree"); });
+    EXPECT_NE(message.find("locked"), std::string::npos) << message;
+    EXPECT_NE(message.find(path), std::string::npos) << message;
+    one->CommitTrans();
+    EXPECT_EQ(two->Execute("Delete from tblTree"), 2);
+}
+
+TEST_F(EmbeddedFiles, AreCopiedWholeWhileInUse) {
+    const ConnectionPtr connection = EmbeddedDatabase::Create(path);
+    connection->Execute("Insert into tblTree (Description) Values ('a')");
+    EmbeddedDatabase::BackupTo(*connection, folder.Path("copy.kdb"));
+    connection->Execute("Insert into tblTree (Description) Values ('b')");
+    EXPECT_EQ(Count(*EmbeddedDatabase::Open(folder.Path("copy.kdb")), "tblTree"), "1");
+    EmbeddedDatabase::BackupTo(*connection, folder.Path("copy.kdb"));
+    EXPECT_EQ(Count(*EmbeddedDatabase::Open(folder.Path("copy.kdb")), "tblTree"), "2");
+    EXPECT_NE(Failure([&] { EmbeddedDatabase::BackupTo(*connection, folder.Path("none\\copy.kdb")); }), "");
+    EXPECT_TRUE(EmbeddedDatabase::Check(*connection).empty());
+    EXPECT_EQ(Entries(), 2u);
+}
+
+} // namespace
+} // namespace kavidex::data
