@@ -245,7 +245,6 @@ std::vector<Value> UpdateRow(RowSource& source, const std::vector<Field>& fields
     if (statement.values.empty()) return row;
     AsRead(source, fields, table, old).AppendTo(statement);
     if (source.Run(statement.text, statement.values) == 0) RefuseChanged(statement.text);
-    ReadAgain(source, fields, table, row);
     return row;
 }
 

@@ -15,7 +15,8 @@ using RowChanges = std::vector<std::optional<Value>>;
 // Throws errors::invalidArgument where it has no such form, or a text is longer than the field.
 Value Coerced(const Field& field, Value value);
 
-// Each answers the row as it stands in the database afterwards. Throw errors::rowChanged when the
+// The first two answer the row as it is afterwards; a new one is read back for what the database
+// gave it (auto number, defaults). Throw errors::rowChanged when the
 // row was changed or removed meanwhile, errors::featureNotAvailable when the fields do not tell
 // which row of which table is meant.
 std::vector<Value> InsertRow(RowSource& source, const std::vector<Field>& fields,
