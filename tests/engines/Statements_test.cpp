@@ -1,0 +1,105 @@
+// Leaves every statement that the data layer issues in a dialect in statements-<dialect>.sql beside
+// the test program, one a line, for validators of that dialect.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <fstream>
+
+#include "data/ClientRecordset.h"
+#include "data/clsSettings.h"
+#include "data/clsTable.h"
+#include "data/clsUpdateDb.h"
+#include "data/embedded/EmbeddedDatabase.h"
+#include "data/modDataBase.h"
+#include "data/schema.h"
+#include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/RecordingConnection.h"
+
+namespace kavidex::tests {
+
+using namespace kavidex::data;
+
+namespace {
+
+struct Form {
+    const char* name;
+    const char* dbmsName;
+    schema::Dialect dialect;
+    const char* createStart; // of the first table
+};
+
+const Form forms[] = {
+    {"access", "ACCESS", schema::Dialect::Access, "CREATE TABLE tblCheckListFields ( Id COUNTER"},
+    {"sqlserver", "Microsoft SQL Server", schema::Dialect::SqlServer, "CREATE TABLE tblCheckListFields ( Id INTEGER Identity(1000,1)"},
+    {"mysql", "MySQL", schema::Dialect::MySql, "CREATE TABLE tblCheckListFields ( Id BIGINT AUTO_INCREMENT"},
+};
+
+// No tables yet: the check creates them all.
+RecordsetPtr NoTables(Schema) {
+    auto fields = std::make_shared<std::vector<Field>>(2);
+    (*fields)[0].name = "TABLE_TYPE";
+    (*fields)[1].name = "TABLE_NAME";
+    return std::make_unique<ClientRecordset>(ResultRows{fields, RowStore(2)}, nullptr);
+}
+
+void CreateIn(const Form& form, const platform::Workstation& machine, std::vector<std::string>& all) {
+    if (form.dialect == schema::Dialect::Access) {
+        for (const std::string& statement : schema::AccessBaseStatements()) all.push_back(statement);
+        return;
+    }
+    const auto recorder = std::make_shared<RecordingConnection>(form.dbmsName);
+    recorder->schemaAnswer = &NoTables;
+    clsSettings settings(machine);
+    settings.SetDbConnection(recorder);
+    CheckAndCreateDatabase(machine, recorder, settings, form.dialect == schema::Dialect::MySql);
+    all.insert(all.end(), recorder->statements.begin(), recorder->statements.end());
+}
+
+// Upgrade, settings and rows; the rows come from an embedded database, whatever the name says.
+void WorkIn(const Form& form, const platform::Workstation& machine, std::vector<std::string>& all) {
+    const auto recorder = std::make_shared<RecordingConnection>(form.dbmsName, EmbeddedDatabase::CreateInMemory());
+    clsUpdateDb upgrade(machine);
+    upgrade.SetDbConnection(recorder);
+    upgrade.fncUpdateDb();
+    clsSettings settings(machine);
+    settings.SetDbConnection(recorder);
+    std::string value;
+    settings.SetSetting("Storage", "DocumentPath", "D:\\Archief");
+    settings.SetSetting("Build", "DbVersion", currentVersion);
+    settings.GetSetting("Storage", "DocumentPath", value);
+    settings.DeleteSetting("Build", "DbVersion");
+    clsTable table(machine);
+    table.SetDbConnection(recorder);
+    table.SetTableName("tblDocument");
+    std::int32_t id = 0;
+    if (table.OpenDbConnection() && table.SaveNewRow("Id", "DocGuid", id, "DocId")) table.DeleteCurrentRow();
+    all.insert(all.end(), recorder->statements.begin(), recorder->statements.end());
+}
+
+} // namespace
+
+TEST(Statements, EveryDialectsStatementsAreLeftForValidators) {
+    for (const Form& form : forms) {
+        FakeWorkstation machine;
+        std::vector<std::string> all;
+        CreateIn(form, machine, all);
+        const std::size_t created = all.size();
+        WorkIn(form, machine, all);
+        ASSERT_GE(created, schema::Tables().size() + schema::CreateIndexes().size()) << form.name;
+        EXPECT_EQ(all.front().rfind(form.createStart, 0), 0u) << all.front();
+        EXPECT_GT(all.size(), created + 100) << form.name;
+
+        const std::string path = std::string("statements-") + form.name + ".sql";
+        std::ofstream file(path, std::ios::binary | std::ios::trunc);
+        for (std::string statement : all) {
+            // A few texts of the translations hold a line break.
+            std::replace(statement.begin(), statement.end(), '\r', ' ');
+            std::replace(statement.begin(), statement.end(), '\n', ' ');
+            file << statement << '\n';
+        }
+        file.close();
+        EXPECT_TRUE(file.good()) << path;
+    }
+}
+
+} // namespace kavidex::tests
