@@ -1,0 +1,172 @@
+// Showing a dossier: order, filters, pictures, selection.
+#include "tests/unit/controls/TreeFixture.h"
+
+namespace kavidex::controls {
+
+TEST_F(TreeTest, FillsTheWindowInTheOrderOfTheModelWithRedrawSuspended) {
+    MakeDossier();
+    tree.AttachWindow(&window);
+    EXPECT_EQ(window.Drawing(),
+              "Dossier\n.Letters\n..a.tif\n..note\n.Mail\n..Old\n...b.msg\n.c.001\n");
+    EXPECT_EQ(window.paintedAdds, 0);
+    EXPECT_EQ(window.fills, 1);
+    EXPECT_TRUE(window.At(root).expanded);
+    EXPECT_FALSE(window.At(letters).expanded);
+    EXPECT_EQ(window.status, "Dossier met aanwezige documenten");
+}
+
+TEST_F(TreeTest, AnotherControlReadsTheSameTreeFromTheDatabase) {
+    MakeDossier();
+    ctrlTree second(machine);
+    second.AttachWindow(&window);
+    second.SetTreeId(tree.TreeId());
+    EXPECT_EQ(window.Drawing(), "") << "nothing without a connection";
+    second.SetDbConnection(database);
+    EXPECT_EQ(window.nodes.size(), 9U);
+    EXPECT_EQ(second.Description(), "Dossier");
+    second.SetTreeId(0);
+    EXPECT_EQ(window.Drawing(), "");
+    second.AttachWindow(nullptr);
+}
+
+TEST_F(TreeTest, ShowsFoldersOnlyByTheirTypes) {
+    MakeDossier();
+    ASSERT_NE(Add("usergroup", 0, "Group", root), 0);
+    tree.AttachWindow(&window);
+    tree.SetShowParentsOnly(true);
+    EXPECT_EQ(window.Drawing(), "Dossier\n.Letters\n.Mail\n..Old\n.Group\n");
+    tree.SetShowParentsOnlyTypes("users;tab");
+    EXPECT_EQ(window.Drawing(), "Dossier\n.Letters\n.Mail\n..Old\n");
+    tree.SetShowParentsOnlyTypes("TAB");
+    EXPECT_EQ(window.Drawing(), "") << "the list is compared as it stands";
+    tree.SetShowParentsOnlyTypes("usergroup");
+    EXPECT_EQ(window.Drawing(), "Group\n") << "a hidden parent lends its place";
+}
+
+TEST_F(TreeTest, PicturesGoByItemType) {
+    MakeDossier();
+    const auto second = Add("TIF", 15, "d.tif", root);
+    const auto odd = Add("xyz", 16, "e.xyz", root);
+    const auto user = Add("user", 17, "jansen", root);
+    window.withoutIcon = {"xyz"};
+    tree.AttachWindow(&window);
+    EXPECT_EQ(window.ImageOf(letters), "closedtab");
+    EXPECT_EQ(window.images.at(static_cast<std::size_t>(window.At(letters).expandedImage)), "opentab");
+    EXPECT_EQ(window.ImageOf(letter), "tif");
+    EXPECT_EQ(window.ImageOf(second), "tif");
+    EXPECT_EQ(window.ImageOf(numbered), "001key");
+    EXPECT_EQ(window.ImageOf(note), "attachtment");
+    EXPECT_EQ(window.At(note).image, window.At(note).expandedImage);
+    EXPECT_EQ(window.ImageOf(odd), "unknown");
+    EXPECT_EQ(window.ImageOf(user), "SelectedUser");
+    EXPECT_EQ(window.iconsAsked, (std::vector<std::string>{"tif", "msg", "001", "xyz"}));
+}
+
+TEST_F(TreeTest, ARefusedNodeIsToldOnceAndTheFillGoesOn) {
+    MakeDossier();
+    window.refusedText = "Letters";
+    tree.AttachWindow(&window);
+    EXPECT_EQ(window.Drawing(), "Dossier\n.a.tif\n.note\n.Mail\n..Old\n...b.msg\n.c.001\n");
+    ASSERT_EQ(machine.messages.shown.size(), 1U);
+    EXPECT_EQ(machine.messages.shown[0].caption, "Error in fncItemToTreeView");
+}
+
+TEST_F(TreeTest, SelectionIsReportedOncePerChangeWithItsPath) {
+    MakeDossier();
+    tree.AttachWindow(&window);
+    tree.NodeSelected(message);
+    tree.NodeSelected(message);
+    tree.NodeSelected(letters);
+    EXPECT_EQ(selections, (std::vector<std::string>{R"(Dossier\Mail\Old\b.msg)", R"(Dossier\Letters)"}));
+    tree.SetOpenDoubleClick(true);
+    tree.NodeSelected(letter);
+    EXPECT_EQ(selections.size(), 2U) << "a document waits for its double click";
+    tree.NodeActivated(letter);
+    EXPECT_EQ(selections.back(), R"(Dossier\Letters\a.tif)");
+}
+
+TEST_F(TreeTest, StepsThroughTheDocumentsInTreeOrder) {
+    MakeDossier();
+    EXPECT_TRUE(tree.SetNextChildItem());
+    EXPECT_EQ(tree.SelectedItem()->Id(), letter);
+    EXPECT_FALSE(tree.SetPreviousChildItem());
+    for (const auto expected : {note, message, numbered}) {
+        EXPECT_TRUE(tree.SetNextChildItem());
+        EXPECT_EQ(tree.SelectedItem()->Id(), expected);
+    }
+    EXPECT_FALSE(tree.SetNextChildItem());
+    EXPECT_TRUE(tree.SetPreviousChildItem());
+    EXPECT_EQ(tree.SelectedItem()->Id(), message);
+    EXPECT_TRUE(tree.SetHighLightToItem(letters));
+    EXPECT_FALSE(tree.SetHighLightToItem(999));
+    EXPECT_EQ(selections.size(), 5U) << "highlighting raises nothing";
+}
+
+TEST_F(TreeTest, CountsAndLooksUp) {
+    MakeDossier();
+    EXPECT_TRUE(tree.ContainsDocuments());
+    EXPECT_EQ(tree.CountDocuments("TIF"), 1);
+    EXPECT_EQ(tree.CountDocuments(""), 4);
+    EXPECT_EQ(tree.AllItems().size(), 7U);
+    EXPECT_EQ(tree.GetParent(message)->Id(), old);
+    EXPECT_EQ(tree.GetItem(0, "OLD")->Id(), old);
+    EXPECT_EQ(tree.GetItemWithinTree(tree.GetNode(letters), 0, "old"), nullptr);
+    EXPECT_EQ(tree.GetNode(999), nullptr);
+}
+
+TEST_F(TreeTest, RefreshKeepsSelectionAndOpenFolders) {
+    MakeDossier();
+    tree.AttachWindow(&window);
+    window.Expand(window.Find(mail), true);
+    tree.NodeSelected(message);
+    database->Execute("Update tblTreeItem set Description = 'changed' where TreeItemId = " +
+                      std::to_string(message));
+    tree.Refresh();
+    EXPECT_EQ(window.At(message).text, "changed");
+    EXPECT_TRUE(window.At(mail).expanded);
+    EXPECT_FALSE(window.At(letters).expanded);
+    EXPECT_EQ(window.selected, window.Find(message));
+    EXPECT_EQ(selections.size(), 1U);
+    tree.SetFullExpand(true);
+    EXPECT_TRUE(window.At(letters).expanded);
+}
+
+TEST_F(TreeTest, CountsOfChildrenFollowTheFolders) {
+    MakeDossier();
+    tree.AttachWindow(&window);
+    tree.SetShowNumberOfChildren(true);
+    EXPECT_EQ(window.At(letters).text, "Letters (2)");
+    EXPECT_EQ(window.At(letter).text, "a.tif");
+    Add("tif", 20, "new.tif", letters);
+    EXPECT_EQ(window.At(letters).text, "Letters (3)");
+    EXPECT_EQ(tree.EditText(letters), "Letters");
+}
+
+TEST_F(TreeTest, FoldersComeFirstOnlyWhenSortedByNameAndKeptApart) {
+    MakeDossier();
+    Add("tif", 21, "0.tif", root);
+    tree.AttachWindow(&window);
+    tree.SetOrderByName(true);
+    EXPECT_EQ(window.Drawing(), "Dossier\n.Letters\n..a.tif\n..note\n.Mail\n..Old\n...b.msg\n"
+                                ".0.tif\n.c.001\n");
+    tree.SetFoldersAndDocs(true);
+    EXPECT_EQ(window.Drawing(), "Dossier\n.0.tif\n.c.001\n.Letters\n..a.tif\n..note\n.Mail\n..Old\n"
+                                "...b.msg\n");
+}
+
+TEST_F(TreeTest, AStoreThatFailsIsToldAndLeavesTheTreeAsItWas) {
+    MakeDossier();
+    tree.AttachWindow(&window);
+    const auto before = window.Drawing();
+    database->Execute("Drop table tblTreeItem");
+    tree.NodeSelected(letter);
+    EXPECT_FALSE(tree.RenameItem(letter, "x"));
+    EXPECT_FALSE(tree.DeleteItem(letter));
+    EXPECT_EQ(tree.MoveItem(letter, mail), nullptr);
+    EXPECT_EQ(tree.AddTab("y", root), nullptr);
+    EXPECT_EQ(window.Drawing(), before);
+    EXPECT_EQ(machine.messages.shown.size(), 4U);
+    EXPECT_EQ(machine.messages.shown[1].caption, "Error fncDeleteSingleItem");
+}
+
+} // namespace kavidex::controls
