@@ -31,7 +31,7 @@ constexpr double bound = 1.3;
 template <class Work>
 double BestOf(const Work& work) {
     double best = 1e9;
-    for (int i = 0; i < rounds; ++i) best = std::min(best, work());
+    for (int i = 0; i < rounds; ++i) best = (std::min)(best, work());
     return best;
 }
 
@@ -123,7 +123,7 @@ int main() {
     const unsigned shown = TreeView_GetCount(view);
     const auto start = std::chrono::steady_clock::now();
     tree.SetFullExpand(true);
-    std::printf("treefill nodes %u bare %.0f ms control %.0f ms ratio %.2f (bound %.1f), "
+    std::printf("bench_treefill nodes %u bare %.0f ms control %.0f ms ratio %.2f (bound %.1f), "
                 "full expand %.0f ms\n",
                 shown, bare * 1000, filled * 1000, filled / bare, bound, Seconds(start) * 1000);
     const bool complete = shown == rows.size();
