@@ -159,13 +159,20 @@ TEST_F(KilledFiling, LosesNoDocumentAndLeavesNothingUnseen) {
     for (int step = 1; step <= 9; ++step) FileAndDie(0, step);
     const int atSteps = kills;
     EXPECT_GE(atSteps, 15);
+    // And between the steps; KAVIDEX_KILLS asks for more of them.
+    const char* const asked = std::getenv("KAVIDEX_KILLS");
+    const int wanted = asked ? std::atoi(asked) : 50;
     FileAndDie(0, 0);
-    std::mt19937 random(20261115); // and between the steps
-    std::uniform_int_distribution<long> moment(1, std::max<long>(took.count(), 1000));
-    for (int run = 0; kills < 200 && run < 400; ++run)
+    auto fastest = took;
+    std::mt19937 random(20261115);
+    for (int run = 0; kills < wanted && run < 10 * wanted; ++run) {
+        std::uniform_int_distribution<long> moment(1, std::max<long>(fastest.count(), 1000));
+        const int before = kills;
         FileAndDie(0, 0, std::chrono::microseconds(moment(random)));
-    EXPECT_GE(kills, 200);
-    EXPECT_GT(unfinished, 20);
+        if (kills == before) fastest = std::min(fastest, took);
+    }
+    EXPECT_GE(kills, wanted);
+    EXPECT_GT(unfinished, 15);
     std::printf("%d kills, %d at a step; %d filings cut short, none lost\n", kills, atSteps,
                 unfinished);
 }
