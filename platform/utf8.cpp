@@ -1,6 +1,9 @@
 #include "platform/utf8.h"
 
-#include <memory>
+#include <algorithm>
+#include <iterator>
+
+#include "platform/caseRanges.h"
 
 namespace kavidex::platform {
 
@@ -10,34 +13,25 @@ constexpr char32_t bmpEnd = 0x10000;
 
 bool IsSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
 
-// The mapping of the basic plane, asked for once a process.
-class CaseTable {
-public:
-    explicit CaseTable(char32_t (*map)(char32_t)) : lclMap(map), lclTable(new char16_t[bmpEnd]) {
-        for (char32_t c = 0; c < bmpEnd; ++c) {
-            const char32_t mapped = IsSurrogate(c) ? c : map(c);
-            lclTable[c] = static_cast<char16_t>(mapped < bmpEnd ? mapped : c);
-        }
-    }
-    char32_t Map(char32_t c) const { return c < bmpEnd ? lclTable[c] : lclMap(c); }
-
-private:
-    char32_t (*lclMap)(char32_t);
-    std::unique_ptr<char16_t[]> lclTable;
-};
+template <std::size_t count>
+char32_t Mapped(const CaseRange (&ranges)[count], char32_t c) {
+    const auto* range = std::upper_bound(std::begin(ranges), std::end(ranges), c,
+                                         [](char32_t wanted, const CaseRange& r) { return wanted < r.first; });
+    if (range == std::begin(ranges) || c > (--range)->last || (c - range->first) % range->stride != 0)
+        return c;
+    return c + static_cast<char32_t>(range->delta);
+}
 
 } // namespace
 
 char32_t LowerCodePoint(char32_t c) {
     if (c < 0x80) return c >= 'A' && c <= 'Z' ? c + 32 : c;
-    static const CaseTable table(&SystemLower);
-    return table.Map(c);
+    return Mapped(toLower, c);
 }
 
 char32_t UpperCodePoint(char32_t c) {
     if (c < 0x80) return c >= 'a' && c <= 'z' ? c - 32 : c;
-    static const CaseTable table(&SystemUpper);
-    return table.Map(c);
+    return Mapped(toUpper, c);
 }
 
 CodePoint DecodeUtf8(std::string_view text, std::size_t position) {

@@ -16,12 +16,8 @@ struct CodePoint {
 CodePoint DecodeUtf8(std::string_view text, std::size_t position); // position < text.size()
 void AppendUtf8(std::string& text, char32_t codePoint);
 
+// Simple case mapping, the same on every system.
 char32_t LowerCodePoint(char32_t codePoint);
 char32_t UpperCodePoint(char32_t codePoint);
-
-// The operating system's simple mapping of one code point, whatever the locale of the process.
-// Costly; the two above keep what it said.
-char32_t SystemLower(char32_t codePoint);
-char32_t SystemUpper(char32_t codePoint);
 
 } // namespace kavidex::platform
