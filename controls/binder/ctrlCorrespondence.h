@@ -230,6 +230,7 @@ private:
     void PassOnToTree();
 
     void SubscribeToChildren();
+    void SelectItem(std::int32_t id);
     void OnItemSelected(const TreeItemInfo& item);
     void OnItemDropped(const DropEvent& drop);
     void ShowItem(const TreeItemInfo& item);

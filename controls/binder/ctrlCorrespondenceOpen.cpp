@@ -110,7 +110,7 @@ void ctrlCorrespondence::SetId(std::int32_t id) {
 void ctrlCorrespondence::RestoreSelection() {
     const auto wanted = lclState.SelectedTabId;
     lclState.SelectedTabId = 0;
-    if (wanted > 0 && lclTree->GetNode(wanted)) lclTree->SetHighLightToItem(wanted);
+    if (wanted > 0) SelectItem(wanted);
 }
 
 bool ctrlCorrespondence::Usable() const { return Id() != 0 && DbConnection() != nullptr; }

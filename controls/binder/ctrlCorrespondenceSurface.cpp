@@ -62,12 +62,19 @@ void ctrlCorrespondence::SubscribeToChildren() {
         EvCompleteDrag.Raise();
     }));
     keep(lclViewer->DocumentChosen.Subscribe([this](std::int32_t id) {
-        Guarded("DocumentChosen", [&] { lclTree->SetHighLightToItem(id); });
+        Guarded("DocumentChosen", [&] { SelectItem(id); });
     }));
     keep(lclSplitPanel->Moved.Subscribe([this] {
         platform::SaveRegSetting(lclWorkstation, platform::applicationName, correspSetting, splitterKey,
                                  std::to_string(lclSplitPanel->Position()));
     }));
+}
+
+// The tree shows the choice without an event of its own.
+void ctrlCorrespondence::SelectItem(std::int32_t id) {
+    const auto item = lclTree->GetNode(id);
+    if (!item || !lclTree->SetHighLightToItem(id)) return;
+    OnItemSelected({item->Description(), item->ItemType(), id, lclTree->NodeFullPath(id), item->ItemId()});
 }
 
 void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {

@@ -1,0 +1,331 @@
+// The binder control's logic over the embedded engine: no window, real files.
+#include "controls/binder/ctrlCorrespondence.h"
+
+#include <map>
+
+#include <gtest/gtest.h>
+
+#include "controls/splitter/ctlSplitPanel.h"
+#include "controls/tree/ctrlTree.h"
+#include "controls/viewer/DocumentPanel.h"
+#include "data/clsSettings.h"
+#include "data/embedded/EmbeddedDatabase.h"
+#include "model/clsItem.h"
+#include "model/clsItemCol.h"
+#include "model/clsTree.h"
+#include "model/clsUserAuth.h"
+#include "platform/General.h"
+#include "tests/fakes/FakeWorkstation.h"
+
+namespace kavidex::controls {
+namespace {
+
+struct MapBag : PropertyBag {
+    std::map<std::string, data::Value, std::less<>> values;
+    std::optional<data::Value> Read(std::string_view name, const data::Value&) override {
+        const auto found = values.find(name);
+        return found == values.end() ? std::nullopt : std::optional(found->second);
+    }
+    void Write(std::string_view name, const data::Value& value) override {
+        values[std::string(name)] = value;
+    }
+};
+
+struct Binder : testing::Test {
+    tests::FakeWorkstation machine;
+    data::ConnectionPtr connection = data::EmbeddedDatabase::CreateInMemory();
+    std::unique_ptr<ctrlCorrespondence> binder = Make();
+
+    std::unique_ptr<ctrlCorrespondence> Make() {
+        auto made = std::make_unique<ctrlCorrespondence>(machine);
+        made->SetDbConnection(connection);
+        return made;
+    }
+    void SetUp() override {
+        machine.files.CreateDirectories(machine.Path("store"));
+        Setting("Storage", "DocumentPath", machine.Path("store"));
+    }
+    void Setting(std::string_view section, std::string_view key, std::string_view value) {
+        data::clsSettings settings(machine);
+        settings.SetDbConnection(connection);
+        settings.SetSetting(section, key, value);
+    }
+    std::int32_t Open(std::string_view key, std::string_view oldKey = "") {
+        return binder->OpenOrCreate(key, " Dossier ", "", oldKey, "");
+    }
+    std::string File(std::string_view name, std::string_view bytes = "text") {
+        const auto path = machine.Path(name);
+        machine.files.WriteAll(path, bytes);
+        return path;
+    }
+    std::int64_t Count(const std::string& table) {
+        data::Command command;
+        command.text = "select * from " + table;
+        return connection->Open(command)->RecordCount();
+    }
+    std::int32_t Root() { return binder->treCorr().Tree()->Item()->Id(); }
+    bool Told(std::string_view part) {
+        for (const auto& message : machine.messages.shown)
+            if (message.text.find(part) != std::string::npos) return true;
+        return false;
+    }
+};
+
+TEST_F(Binder, MakesADossierOnceAndFindsItAgainByItsKey) {
+    ASSERT_EQ(Open("Klant-4711"), 0);
+    const auto tree = binder->Id();
+    EXPECT_GT(tree, 0);
+    EXPECT_EQ(binder->treCorr().Tree()->Description(), "Dossier");
+    EXPECT_TRUE(binder->Usable());
+    binder = Make();
+    ASSERT_EQ(Open("Klant-4711"), 0);
+    EXPECT_EQ(binder->Id(), tree);
+    EXPECT_EQ(Count("tblTree"), 1);
+    ASSERT_EQ(Open("Klant-4712"), 0);
+    EXPECT_NE(binder->Id(), tree);
+    EXPECT_EQ(binder->CloseObject(), 0);
+    EXPECT_FALSE(binder->Usable());
+    EXPECT_TRUE(connection->IsOpen()) << "the host's connection stays open";
+}
+
+TEST_F(Binder, RekeysTheDossierOfAnOldKey) {
+    ASSERT_EQ(Open("old"), 0);
+    const auto tree = binder->Id();
+    ASSERT_EQ(Open("new", "old"), 0);
+    EXPECT_EQ(binder->Id(), tree);
+    EXPECT_EQ(Count("tblDossierDbRelation"), 1);
+    ASSERT_EQ(Open("new"), 0);
+    EXPECT_EQ(binder->Id(), tree);
+}
+
+TEST_F(Binder, RefusesAnEmptyKeyAndAMissingConnection) {
+    ASSERT_EQ(Open("first"), 0);
+    EXPECT_EQ(Open(""), -1) << "no key must not open whichever dossier comes first";
+    binder->SetDbConnection(nullptr);
+    EXPECT_EQ(Open("first"), -1);
+    EXPECT_EQ(binder->Id(), 0);
+}
+
+TEST_F(Binder, CompletesADossierWhoseCreationWasCutOff) {
+    connection->Execute("Insert into tblDossierDbRelation (DbKey, dbRelGuid) Values ('cut', 'g')");
+    connection->Execute("update tblDossierDbRelation set DbRelId = DossierId where DbKey = 'cut'");
+    ASSERT_EQ(Open("cut"), 0);
+    const auto tree = binder->Id();
+    ASSERT_EQ(Open("cut"), 0);
+    EXPECT_EQ(binder->Id(), tree);
+    EXPECT_EQ(Count("tblDossierDbRelation"), 1);
+}
+
+TEST_F(Binder, TellsWhichStepOfOpeningFailed) {
+    connection->Execute("drop table tblDossierRelations");
+    EXPECT_EQ(Open("key"), -4);
+    EXPECT_EQ(binder->Id(), 0) << "a dossier that could not be made is not shown";
+    EXPECT_EQ(Open("key"), -6);
+    connection->Execute("drop table tblDossierDbRelation");
+    EXPECT_EQ(Open("key"), -1);
+}
+
+TEST_F(Binder, FilesDocumentsUnderTheirNamesWhateverTheyHold) {
+    ASSERT_EQ(Open("key"), 0);
+    const auto result = binder->AddFiles({File("O'Brien (100%) déjà.txt"), File("met & teken.PDF"),
+                                          File("zonder extensie")},
+                                         "", 0, false, true);
+    EXPECT_EQ(result, addFiles::done);
+    EXPECT_EQ(binder->ContainsDocuments(""), 3);
+    EXPECT_EQ(binder->ContainsDocuments("txt"), 1);
+    const auto item = binder->treCorr().Tree()->GetItem(0, "O'Brien (100%) déjà");
+    ASSERT_NE(item, nullptr);
+    EXPECT_TRUE(machine.files.FileExists(binder->Viewer().PathOf(item)));
+    EXPECT_FALSE(machine.busy.open);
+    EXPECT_FALSE(machine.busy.progress.empty());
+    binder = Make();
+    ASSERT_EQ(Open("key"), 0);
+    EXPECT_EQ(binder->ContainsDocuments(""), 3);
+}
+
+TEST_F(Binder, FilesIntoTheFolderOfAnIdOrANameAndRefusesUnknownOnes) {
+    ASSERT_EQ(Open("key"), 0);
+    const auto folder = binder->treCorr().AddTab("Post", Root());
+    ASSERT_NE(folder, nullptr);
+    const auto file = File("brief.txt");
+    EXPECT_EQ(binder->AddFiles({file}, "", folder->Id(), false, false), 0);
+    EXPECT_EQ(binder->AddFiles({file}, "post", 0, true, false), 0);
+    ASSERT_EQ(folder->ChildCollection()->Count(), 2);
+    EXPECT_EQ(folder->ChildCollection()->Item(2)->Description(), "Gescand document");
+    EXPECT_EQ(binder->AddFiles({file}, "", 987654, false, false), addFiles::noFolder);
+    EXPECT_EQ(binder->AddFiles({file}, "", folder->ChildCollection()->Item(1)->Id(), false, false),
+              addFiles::noFolder);
+    EXPECT_TRUE(Told("Document zijn niet correct toegevoegd (Fout -2)"));
+    EXPECT_TRUE(binder->ExistItem(folder->Id()));
+    EXPECT_FALSE(binder->ExistItem(987654));
+    EXPECT_EQ(Count("tblDocument"), 2);
+}
+
+TEST_F(Binder, KeepsWhatWasFiledWhenAnotherFileFails) {
+    ASSERT_EQ(Open("key"), 0);
+    EXPECT_EQ(binder->AddFiles({File("een.txt"), machine.Path("weg.txt"), File("twee.txt")}, "", 0,
+                               false, true),
+              addFiles::noFile);
+    EXPECT_TRUE(Told("weg.txt"));
+    EXPECT_EQ(binder->ContainsDocuments(""), 2);
+    Setting("Storage", "DocumentPath", "");
+    EXPECT_EQ(binder->AddFiles({File("drie.txt")}, "", 0, false, true), addFiles::noStore);
+    binder->CloseObject();
+    EXPECT_EQ(binder->AddFiles({File("vier.txt")}, "", 0, false, true), addFiles::noDossier);
+}
+
+TEST_F(Binder, LeavesNothingHalfFiledWhenTheNthFileOperationFails) {
+    ASSERT_EQ(Open("key"), 0);
+    const auto file = File("brief.txt");
+    bool failed = false;
+    for (int n = 1; n < 40; ++n) {
+        const auto documents = binder->ContainsDocuments("");
+        const auto rows = Count("tblDocument");
+        machine.files.FailAt(n);
+        const auto result = binder->AddFiles({file}, "", 0, false, true);
+        machine.files.FailAt(0);
+        if (result == addFiles::done) break;
+        failed = true;
+        EXPECT_EQ(binder->ContainsDocuments(""), documents) << "operation " << n;
+        EXPECT_EQ(Count("tblDocument"), rows) << "operation " << n;
+        EXPECT_TRUE(machine.files.FileExists(file));
+    }
+    EXPECT_TRUE(failed);
+    EXPECT_GE(binder->ContainsDocuments(""), 1);
+}
+
+TEST_F(Binder, ShowsWhatIsSelectedAndTellsTheHostFirst) {
+    ASSERT_EQ(Open("key"), 0);
+    ASSERT_EQ(binder->AddFiles({File("brief.txt", "12345")}, "", 0, false, true), 0);
+    std::vector<std::string> told;
+    int old = 0;
+    const auto selected = binder->EvItemSelected.Subscribe([&](const TreeItemInfo& item) {
+        told.push_back(item.description + "|" + item.type);
+    });
+    const auto never = binder->ItemSelected.Subscribe([&](const TreeItemInfo&) { ++old; });
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(binder->Viewer().Content(), PanelContent::Folder);
+    EXPECT_EQ(binder->Viewer().Caption(), "Inhoud van map 'Dossier'");
+    ASSERT_EQ(binder->Viewer().Documents().size(), 1U);
+    EXPECT_EQ(binder->Viewer().Documents()[0].insertedBy, "jansen");
+    EXPECT_EQ(binder->Viewer().Documents()[0].insertedOn, "15-11-2026 14:05");
+    binder->Viewer().RowActivated(0);
+    EXPECT_EQ(binder->Viewer().Content(), PanelContent::Document);
+    EXPECT_EQ(binder->Viewer().Document().size, "5 bytes");
+    EXPECT_EQ(told, (std::vector<std::string>{"Dossier|tab", "brief|txt"}));
+    EXPECT_EQ(old, 0);
+    binder->Viewer().OpenDefault();
+    EXPECT_EQ(machine.shell.opened.size(), 1U);
+}
+
+TEST_F(Binder, DroppedFilesGoIntoTheTargetFolderOrWaitForOne) {
+    ASSERT_EQ(Open("key"), 0);
+    DropData data;
+    data.hasFiles = true;
+    data.files = {File("los.txt")};
+    std::int32_t effect = drop::none;
+    binder->treCorr().EvItemDropped.Raise({data, effect, Root(), false});
+    EXPECT_EQ(effect, drop::copy);
+    EXPECT_EQ(binder->ContainsDocuments(""), 1);
+    binder->SetId(binder->Id()); // nothing is selected now
+    if (!binder->treCorr().SelectedItem()) {
+        binder->treCorr().EvItemDropped.Raise({data, effect, 0, false});
+        EXPECT_TRUE(Told("Selecteer een map om het document op te bergen"));
+        EXPECT_EQ(binder->CloseObject(), 0);
+        EXPECT_TRUE(Told("Er waren nog documenten om op te bergen"));
+        ASSERT_EQ(Open("key"), 0);
+        EXPECT_EQ(binder->ContainsDocuments(""), 2);
+    }
+}
+
+TEST_F(Binder, ExportsTheDocumentsUnderNamesOfTheirOwn) {
+    ASSERT_EQ(Open("key"), 0);
+    const auto file = File("brief.txt", "inhoud");
+    ASSERT_EQ(binder->AddFiles({file, file}, "", 0, false, true), 0);
+    EXPECT_EQ(binder->ExportFiles(machine.Path("export")), 2);
+    EXPECT_EQ(machine.files.ReadAll(machine.Path("export\\brief (1).txt")), "inhoud");
+}
+
+TEST_F(Binder, SavesAndRestoresItsStateWithTheSpellingsOfOldHosts) {
+    binder->SetExternalId("abc");
+    binder->SetShowTreeOnly(true);
+    binder->SetLayout(layouts::treeTop);
+    std::vector<std::string> reported;
+    const auto token = binder->PropertyChanged.Subscribe(
+        [&](std::string_view name) { reported.emplace_back(name); });
+    binder->SetDossierStatus("open");
+    EXPECT_EQ(reported, std::vector<std::string>{"DossierStatus "});
+    MapBag bag;
+    binder->SaveProperties(bag);
+    EXPECT_EQ(bag.values.size(), BinderPropertyTable().size());
+    EXPECT_TRUE(bag.values.contains("ChecklistPresent"));
+    bag.values["ChecklistPresent"] = true;
+    const auto other = Make();
+    other->LoadProperties(bag);
+    EXPECT_EQ(other->ExternalId(), "abc");
+    EXPECT_TRUE(other->ShowTreeOnly());
+    EXPECT_EQ(other->LastUsedLayout(), layouts::treeTop);
+    EXPECT_EQ(other->DossierStatus(), "open");
+    MapBag again, empty;
+    other->SaveProperties(again);
+    EXPECT_FALSE(data::ToBool(again.values["ChecklistPresent"])) << "it never comes back";
+    other->LoadProperties(empty);
+    EXPECT_EQ(other->IniFile(), "0");
+    EXPECT_EQ(other->DossierType(), "Dossiermap");
+    EXPECT_EQ(other->DossierStatus(), "open") << "absent, the present value stays";
+}
+
+TEST_F(Binder, ArrangesItsChildrenByLayoutAndRemembersTheSplitter) {
+    const auto shown = [&] {
+        return std::pair(binder->SplitPanel().Control1Visible(), binder->SplitPanel().Control2Visible());
+    };
+    binder->MenuChosen({"mnutreeonly", 0, {}});
+    EXPECT_EQ(shown(), std::pair(true, false));
+    binder->MenuChosen({"mnudoconly", 0, {}});
+    EXPECT_EQ(shown(), std::pair(false, true));
+    binder->MenuChosen({"mnutreetopviewerbottom", 0, {}});
+    EXPECT_EQ(shown(), std::pair(true, true));
+    EXPECT_TRUE(binder->SplitPanel().Horizontal());
+    binder->SetLayout(layouts::none);
+    EXPECT_TRUE(binder->SplitPanel().Horizontal()) << "no layout leaves the orientation";
+    binder->SplitPanel().SetSize(1006, 1006);
+    ASSERT_TRUE(binder->SplitPanel().MoveBy(5));
+    EXPECT_EQ(machine.registry.Read("Kavidex", "CorrespSetting", "SPPos"),
+              std::to_string(binder->SplitPanel().Position()));
+}
+
+TEST_F(Binder, EnablesItsButtonsByDossierAndRights) {
+    const auto enabled = [&](std::string_view key) {
+        for (const auto& state : binder->Toolbar())
+            if (state.button->key == key) return state.visible && state.enabled;
+        return false;
+    };
+    EXPECT_FALSE(enabled("Nextdoc"));
+    ASSERT_EQ(Open("key"), 0);
+    EXPECT_TRUE(enabled("Nextdoc"));
+    EXPECT_TRUE(enabled("New"));
+    Setting("Rights", "Use", "TRUE");
+    auto rights = std::make_shared<model::clsUserAuth>(machine);
+    binder->SetUserAuth(rights);
+    EXPECT_FALSE(enabled("New"));
+    EXPECT_TRUE(enabled("WindowPlacement"));
+    binder->SetShowAddButton(false);
+    EXPECT_FALSE(enabled("NewSep"));
+    binder->ButtonClicked("Nextdoc"); // nothing to go to: no harm
+    EXPECT_TRUE(machine.messages.shown.empty());
+}
+
+TEST_F(Binder, LooksIntoTheScanQueueWithoutAskingInVain) {
+    machine.files.CreateDirectories(machine.Path("queue\\key"));
+    File("queue\\key\\a.tif");
+    Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
+    platform::SaveRegSetting(machine, "Kavidex", "CorrespSetting", "ShowExtId", "1");
+    ASSERT_EQ(Open("key"), 0);
+    EXPECT_TRUE(machine.log.Has("fncCheckDocumentQueue", "queue\\key"));
+    EXPECT_TRUE(machine.messages.shown.empty());
+    EXPECT_EQ(binder->fncCheckDocumentQueue("..\\queue\\key"), 0);
+    EXPECT_TRUE(Told("Mapnaam voor opslag vanuit multifunctional = Map" + std::to_string(binder->Id())));
+}
+
+} // namespace
+} // namespace kavidex::controls
