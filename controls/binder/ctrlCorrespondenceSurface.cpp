@@ -72,8 +72,9 @@ void ctrlCorrespondence::SubscribeToChildren() {
 
 // The tree shows the choice without an event of its own.
 void ctrlCorrespondence::SelectItem(std::int32_t id) {
-    const auto item = lclTree->GetNode(id);
-    if (!item || !lclTree->SetHighLightToItem(id)) return;
+    const auto item = lclTree->GetItem(id);
+    if (!item) return;
+    lclTree->SetHighLightToItem(id); // false: the tree shows folders only
     OnItemSelected({item->Description(), item->ItemType(), id, lclTree->NodeFullPath(id), item->ItemId()});
 }
 
