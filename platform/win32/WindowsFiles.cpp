@@ -90,7 +90,7 @@ void WindowsFiles::CreateDirectories(std::string_view path) {
 void WindowsFiles::Copy(std::string_view source, std::string_view target, bool failIfExists) {
     constexpr std::string_view action = "copy";
     const std::wstring wide = Checked(target, action);
-    const FileHandle from = OpenForReading(source, action);
+    FileHandle from = OpenForReading(source, action);
     if (!failIfExists) RefuseReadOnly(target, "replace");
 
     NewFile copy(wide);
@@ -103,6 +103,7 @@ void WindowsFiles::Copy(std::string_view source, std::string_view target, bool f
         if (GetFileTime(from.Get(), nullptr, nullptr, &written))
             SetFileTime(copy.Handle(), nullptr, nullptr, &written);
         const DWORD attributes = AttributesOf(source);
+        from.Close(); // the source may be the target itself
         failed = copy.PutInPlace(failIfExists, attributes == INVALID_FILE_ATTRIBUTES ? 0 : attributes);
     }
     if (failed) Fail(failed, action, source, target);

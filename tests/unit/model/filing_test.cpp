@@ -55,7 +55,7 @@ TEST_F(Filing, TakesFilesWhateverTheirNames) {
         {"zonder extensie", "bin", "zonder extensie"},
         {".profile", "bin", ".profile"},
         {"Договор №5 \xF0\x9F\x93\x84.pdf", "pdf", "Договор №5 \xF0\x9F\x93\x84"},
-        {"a;b, \"c\" [d] -- e.txt", "txt", "a;b, \"c\" [d] -- e"},
+        {"a;b, 'c' [d] -- e.txt", "txt", "a;b, 'c' [d] -- e"},
         {"folder.tab", "bin", "folder.tab"},
         {"gek.a%b'c", "bin", "gek.a%b'c"},
         {"taal.документ", "bin", "taal.документ"},
