@@ -20,6 +20,7 @@ struct TreeNode {
     std::string_view text; // UTF-8
     int image = -1, expandedImage = -1; // image numbers; equal for types with one image
     bool children = false; // whether children will follow
+    bool expanded = false; // shown open from the start
 };
 
 // Images are addressed by key; a number is valid as long as the window lives.
@@ -41,7 +42,6 @@ public:
     virtual NodeHandle Selected() const = 0;
     virtual void EnsureVisible(NodeHandle node) = 0;
     virtual void Expand(NodeHandle node, bool expand) = 0;
-    virtual void ExpandAll(bool expand) = 0;
     virtual bool IsExpanded(NodeHandle node) const = 0;
     virtual void SetCheckBoxes(bool show) = 0;
     virtual void SetChecked(NodeHandle node, bool checked) = 0;

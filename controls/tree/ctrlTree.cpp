@@ -28,8 +28,8 @@ void ctrlTree::TakeEffect(const Row::Member& member) {
         Fill();
     else if (is(&P::ShowNumberOfChildren))
         for (const auto& [id, node] : lclNodes) UpdateText(id);
-    else if (is(&P::FullExpand) && lclState.FullExpand && lclWindow)
-        lclWindow->ExpandAll(true);
+    else if (is(&P::FullExpand) && lclState.FullExpand)
+        Fill();
     else if (is(&P::Description) && lclTree && lclState.TreeId > 0)
         Guarded("ctrlTree", [&] { lclTree->SetDescription(lclState.Description); });
     else if (is(&P::BackColor) || is(&P::ForeColor) || is(&P::Enabled) || is(&P::BorderStyle) ||
@@ -79,6 +79,7 @@ void ctrlTree::SaveProperties(PropertyBag& bag) const {
 
 void ctrlTree::AttachWindow(TreeWindow* window) {
     lclWindow = window;
+    lclImages.clear();
     lclIcons.clear(); // their pictures belong to the window
     for (auto& [id, node] : lclNodes) node.handle = 0;
     if (!window) return;

@@ -254,6 +254,7 @@ private:
     bool IsShown(const model::clsItem& item) const;
     void fncItemToTreeView(const ItemPtr& item, std::int32_t parentId);
     Images fncSetIcon(std::string_view itemType);
+    Images ImagesOf(std::string_view itemType);
     const IconEntry& FileIcon(const std::string& type);
     NodeHandle HandleOf(std::int32_t id) const;
     std::string NodeText(const model::clsItem& item) const;
@@ -295,6 +296,7 @@ private:
     std::vector<std::int32_t> lclCut; // what "Plakken" moves
     std::int32_t lclSelected = 0;
     std::vector<IconEntry> lclIcons;
+    std::vector<std::pair<std::string, Images>> lclImages; // by type as written, for the fill
     std::int32_t lclFillErrors = 0;
 };
 

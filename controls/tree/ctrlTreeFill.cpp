@@ -56,9 +56,7 @@ void ctrlTree::Fill() {
     for (const auto id : collected)
         if (HandleOf(id)) NodeChecked(id, true);
     if (lclWindow) {
-        if (lclState.FullExpand)
-            lclWindow->ExpandAll(true);
-        else if (expanded.empty() && Root() && HandleOf(Root()->Id()))
+        if (!lclState.FullExpand && expanded.empty() && Root() && HandleOf(Root()->Id()))
             lclWindow->Expand(HandleOf(Root()->Id()), true);
         for (const auto id : expanded)
             if (const auto handle = HandleOf(id)) lclWindow->Expand(handle, true);
@@ -137,12 +135,13 @@ void ctrlTree::fncItemToTreeView(const ItemPtr& item, std::int32_t parentId) {
         above = found->second.parent;
     }
     const auto images = fncSetIcon(item->ItemType());
-    const auto children = item->ChildCollection();
+    const auto& children = item->ChildCollection();
+    const bool parentOfSome = children && children->Count() > 0;
     const bool plain = !(lclState.ShowNumberOfChildren && item->AllowChildren());
     const std::string counted = plain ? std::string() : NodeText(*item);
     node.handle = lclWindow->AddNode(
         parent, {item->Id(), plain ? std::string_view(item->Description()) : counted,
-                 images.closed, images.open, children && children->Count() > 0});
+                 images.closed, images.open, parentOfSome, parentOfSome && lclState.FullExpand});
     if (!node.handle)
         throw platform::Error(platform::errors::fail,
                               "The tree refused the item " + std::to_string(item->Id()));
@@ -173,6 +172,14 @@ const FixedIcon* FixedIconOf(std::string_view type) {
 
 ctrlTree::Images ctrlTree::fncSetIcon(std::string_view itemType) {
     if (!lclWindow) return {};
+    for (const auto& [known, images] : lclImages)
+        if (known == itemType) return images;
+    const auto images = ImagesOf(itemType);
+    lclImages.emplace_back(itemType, images);
+    return images;
+}
+
+ctrlTree::Images ctrlTree::ImagesOf(std::string_view itemType) {
     const auto type = platform::LowerCase(platform::TrimView(itemType));
     if (const auto* row = FixedIconOf(type))
         return {lclWindow->Image(row->image), lclWindow->Image(row->expanded)};

@@ -63,7 +63,7 @@ public:
         paintedAdds += redraw;
         const auto handle = ++lclLast;
         nodes[handle] = {parent, node.id, std::string(node.text), node.image, node.expandedImage,
-                         false,  false,   {}};
+                         node.expanded, false, {}};
         nodes.at(parent).children.push_back(handle);
         return handle;
     }
@@ -85,9 +85,6 @@ public:
     NodeHandle Selected() const override { return selected; }
     void EnsureVisible(NodeHandle) override {}
     void Expand(NodeHandle node, bool expand) override { nodes.at(node).expanded = expand; }
-    void ExpandAll(bool expand) override {
-        for (auto& [handle, node] : nodes) node.expanded = expand && !node.children.empty();
-    }
     bool IsExpanded(NodeHandle node) const override { return nodes.at(node).expanded; }
     void SetCheckBoxes(bool show) override { checkBoxes = show; }
     void SetChecked(NodeHandle node, bool checked) override { nodes.at(node).checked = checked; }

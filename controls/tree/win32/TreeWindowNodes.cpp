@@ -66,6 +66,11 @@ NodeHandle TreeWindowWin32::AddNode(NodeHandle parent, const TreeNode& node) {
     insert.item.pszText = text.Get();
     insert.item.iImage = insert.item.iSelectedImage = node.image;
     insert.item.lParam = node.id;
+    if (node.expanded) { // at once: opening a folder that is filled already costs a new layout
+        insert.item.mask |= TVIF_STATE;
+        insert.item.state = insert.item.stateMask = TVIS_EXPANDED | TVIS_EXPANDEDONCE;
+        insert.item.iImage = insert.item.iSelectedImage = node.expandedImage;
+    }
     if (node.image != node.expandedImage) {
         const std::pair pair{node.image, node.expandedImage};
         if (std::find(lclPairs.begin(), lclPairs.end(), pair) == lclPairs.end())
@@ -128,30 +133,6 @@ void TreeWindowWin32::Expand(NodeHandle node, bool expand) {
     const Quiet quiet(lclQuiet);
     TreeView_Expand(lclTree, ItemOf(node), expand ? TVE_EXPAND : TVE_COLLAPSE);
     ShowExpandedImage(ItemOf(node), expand && IsExpanded(node));
-}
-
-// From the deepest folder up, with the roots closed: what is not visible costs no new layout.
-void TreeWindowWin32::ExpandAll(bool expand) {
-    const Quiet quiet(lclQuiet);
-    const auto selected = Selected();
-    const bool visible = GetWindowLongPtrW(lclTree, GWL_STYLE) & WS_VISIBLE;
-    if (visible) SetRedraw(false);
-    std::vector<HTREEITEM> folders, waiting;
-    for (auto root = TreeView_GetRoot(lclTree); root; root = TreeView_GetNextSibling(lclTree, root))
-        waiting.push_back(root);
-    for (const auto root : waiting) Expand(HandleOf(root), false);
-    while (!waiting.empty()) {
-        const auto item = waiting.back();
-        waiting.pop_back();
-        auto child = TreeView_GetChild(lclTree, item);
-        if (!child) continue;
-        folders.push_back(item);
-        for (; child; child = TreeView_GetNextSibling(lclTree, child)) waiting.push_back(child);
-    }
-    for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder)
-        Expand(HandleOf(*folder), expand);
-    if (selected) Select(selected);
-    if (visible) SetRedraw(true);
 }
 
 bool TreeWindowWin32::IsExpanded(NodeHandle node) const {

@@ -48,7 +48,6 @@ public:
     NodeHandle Selected() const override;
     void EnsureVisible(NodeHandle node) override;
     void Expand(NodeHandle node, bool expand) override;
-    void ExpandAll(bool expand) override;
     bool IsExpanded(NodeHandle node) const override;
     void SetCheckBoxes(bool show) override;
     void SetChecked(NodeHandle node, bool checked) override;
