@@ -13,7 +13,8 @@ std::atomic<long> locks{0};
 
 HINSTANCE ThisModule() noexcept {
     HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
+                           GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
                        reinterpret_cast<const wchar_t*>(&ThisModule), &module);
     return module;
 }
@@ -21,7 +22,8 @@ HINSTANCE ThisModule() noexcept {
 std::wstring ModulePath() {
     std::wstring path(MAX_PATH, L'\0');
     for (;;) {
-        const DWORD length = GetModuleFileNameW(ThisModule(), path.data(), static_cast<DWORD>(path.size()));
+        const DWORD length =
+            GetModuleFileNameW(ThisModule(), path.data(), static_cast<DWORD>(path.size()));
         if (length < path.size()) {
             path.resize(length);
             return path;
@@ -46,12 +48,8 @@ HRESULT TypeInfoOf(REFGUID guid, ITypeInfo** info) noexcept {
     return FAILED(loaded) ? loaded : library->GetTypeInfoOfGuid(guid, info);
 }
 
-void LockModule(bool lock) noexcept {
-    lock ? ++locks : --locks;
-}
+void LockModule(bool lock) noexcept { lock ? ++locks : --locks; }
 
-bool CanUnload() noexcept {
-    return locks == 0 && LiveObjects() == 0;
-}
+bool CanUnload() noexcept { return locks == 0 && LiveObjects() == 0; }
 
 } // namespace kavidex::com

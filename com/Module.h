@@ -1,8 +1,8 @@
 // The library as a module: where it was loaded, and the type library inside it.
 #pragma once
 
-#include <windows.h>
 #include <oaidl.h>
+#include <windows.h>
 
 #include <string>
 
@@ -12,7 +12,8 @@ namespace kavidex::com {
 HINSTANCE ThisModule() noexcept;
 std::wstring ModulePath();
 
-// From the module's own resource, never through the registry. Both leave a reference with the caller.
+// From the module's own resource, never through the registry. Both leave a reference with the
+// caller.
 HRESULT OwnTypeLib(ITypeLib** library) noexcept;
 HRESULT TypeInfoOf(REFGUID guid, ITypeInfo** info) noexcept;
 

@@ -1,8 +1,8 @@
 // One row a class that hosts can create: registration and the class factory follow from it.
 #pragma once
 
-#include <windows.h>
 #include <oaidl.h>
+#include <windows.h>
 
 #include <span>
 
@@ -11,12 +11,12 @@
 namespace kavidex::com {
 
 struct ClassRow {
-    const wchar_t* name;        // the programmatic identifier is "Kavidex." and this
+    const wchar_t* name; // the programmatic identifier is "Kavidex." and this
     const wchar_t* description;
     const CLSID* clsid;
-    const IID* iid;             // its dispinterface
-    const IID* events;          // null when it raises none
-    DWORD miscStatus;           // OLEMISC flags; 0 for a class without a window
+    const IID* iid;    // its dispinterface
+    const IID* events; // null when it raises none
+    DWORD miscStatus;  // OLEMISC flags; 0 for a class without a window
     platform::win32::ComPtr<IDispatch> (*create)();
 
     bool IsControl() const { return miscStatus != 0; }

@@ -46,8 +46,9 @@ Value Invoke(IDispatch* object, const wchar_t* name, WORD kind, std::vector<Valu
         parameters.rgdispidNamedArgs = &put, parameters.cNamedArgs = 1;
     Value result;
     EXCEPINFO failure{};
-    const HRESULT code = object->Invoke(id, IID_NULL, LOCALE_INVARIANT, kind, &parameters,
-                                        kind == DISPATCH_METHOD ? &result : nullptr, &failure, nullptr);
+    const HRESULT code =
+        object->Invoke(id, IID_NULL, LOCALE_INVARIANT, kind, &parameters,
+                       kind == DISPATCH_METHOD ? &result : nullptr, &failure, nullptr);
     if (code == DISP_E_EXCEPTION && failure.bstrDescription)
         std::wprintf(L"%ls\n", failure.bstrDescription);
     Demand(code, "a call failed");
@@ -144,7 +145,8 @@ Value ArrayOf(wchar_t** names, int count) {
 
 void Run(int count, wchar_t** words) {
     const Value database = Create(L"Kavidex.EmbeddedDatabase");
-    const Value connection = Invoke(database.pdispVal, L"OpenOrCreate", DISPATCH_METHOD, {words[1]});
+    const Value connection =
+        Invoke(database.pdispVal, L"OpenOrCreate", DISPATCH_METHOD, {words[1]});
     const Value control = Create(L"Kavidex.ctrlCorrespondence");
     IDispatch* binder = control.pdispVal;
     EventPrinter printer(binder);
@@ -152,7 +154,8 @@ void Run(int count, wchar_t** words) {
 
     const Value settings = Create(L"Kavidex.clsSettings");
     Invoke(settings.pdispVal, L"DbConnection", DISPATCH_PROPERTYPUTREF, {connection});
-    Invoke(settings.pdispVal, L"SetSetting", DISPATCH_METHOD, {L"Storage", L"DocumentPath", words[2]});
+    Invoke(settings.pdispVal, L"SetSetting", DISPATCH_METHOD,
+           {L"Storage", L"DocumentPath", words[2]});
 
     const Value opened = Invoke(binder, L"OpenOrCreate", DISPATCH_METHOD,
                                 {words[3], L"Shown by its events", L"", L"", L""});

@@ -12,7 +12,7 @@ public:
     // Shows the window, or changes its texts when it is up already.
     virtual void Show(std::string_view caption, std::string_view text) = 0;
     virtual void Progress(int done, int total) = 0; // total 0: unknown length
-    virtual void Close() = 0; // must not throw
+    virtual void Close() = 0;                       // must not throw
     // Lets the message loop handle what waits, without blocking.
     virtual void PumpMessages() = 0;
 

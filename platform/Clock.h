@@ -16,8 +16,8 @@ public:
     virtual DateTime Now() = 0;
 };
 
-std::string DateNumber(const DateTime& when);  // yyyymmdd
-std::string TimeNumber(const DateTime& when);  // hhmm
-std::string DayFirst(const DateTime& when);    // dd-mm-yyyy
+std::string DateNumber(const DateTime& when); // yyyymmdd
+std::string TimeNumber(const DateTime& when); // hhmm
+std::string DayFirst(const DateTime& when);   // dd-mm-yyyy
 
 } // namespace kavidex::platform

@@ -51,9 +51,9 @@ public:
 };
 
 std::string JoinPath(std::string_view folder, std::string_view name);
-std::string FileName(std::string_view path);   // after the last separator
-std::string FolderOf(std::string_view path);   // before the last separator, empty when there is none
-std::string Extension(std::string_view path);  // without the dot, as written; empty when none
+std::string FileName(std::string_view path);  // after the last separator
+std::string FolderOf(std::string_view path);  // before the last separator, empty when there is none
+std::string Extension(std::string_view path); // without the dot, as written; empty when none
 std::string WithoutExtension(std::string_view fileName);
 
 // * and ? against a whole name, without case; "*.*" matches every name.

@@ -15,8 +15,10 @@ std::string MapCase(std::string_view text, char32_t (*map)(char32_t)) {
     out.reserve(text.size());
     for (std::size_t i = 0; i < text.size();) {
         const CodePoint c = DecodeUtf8(text, i);
-        if (c.valid) AppendUtf8(out, map(c.value));
-        else out += text[i];
+        if (c.valid)
+            AppendUtf8(out, map(c.value));
+        else
+            out += text[i];
         i += c.length;
     }
     return out;
@@ -39,7 +41,8 @@ bool IsDigit(char c) { return c >= '0' && c <= '9'; }
 double RadixVal(const std::string& text, int radix) {
     std::uint64_t number = 0;
     const char* first = text.data() + 2;
-    if (std::from_chars(first, text.data() + text.size(), number, radix).ec != std::errc()) return 0;
+    if (std::from_chars(first, text.data() + text.size(), number, radix).ec != std::errc())
+        return 0;
     if (number <= 0xFFFF) return static_cast<std::int16_t>(number);
     if (number <= 0xFFFFFFFF) return static_cast<std::int32_t>(number);
     return static_cast<double>(number);
@@ -48,15 +51,23 @@ double RadixVal(const std::string& text, int radix) {
 // The longest beginning of `text` that is a decimal number.
 std::size_t NumberLength(const std::string& text) {
     std::size_t i = 0, digits = 0;
-    const auto run = [&] { for (; i < text.size() && IsDigit(text[i]); ++i) ++digits; };
+    const auto run = [&] {
+        for (; i < text.size() && IsDigit(text[i]); ++i) ++digits;
+    };
     if (i < text.size() && (text[i] == '+' || text[i] == '-')) ++i;
     run();
-    if (i < text.size() && text[i] == '.') { ++i; run(); }
+    if (i < text.size() && text[i] == '.') {
+        ++i;
+        run();
+    }
     if (digits == 0) return 0;
     if (i < text.size() && text[i] == 'e') {
         std::size_t j = i + 1;
         if (j < text.size() && (text[j] == '+' || text[j] == '-')) ++j;
-        if (j < text.size() && IsDigit(text[j])) { i = j; run(); }
+        if (j < text.size() && IsDigit(text[j])) {
+            i = j;
+            run();
+        }
     }
     return i;
 }
@@ -87,8 +98,8 @@ bool EqualNoCase(std::string_view a, std::string_view b) { return CompareNoCase(
 
 bool EqualAsciiNoCase(std::string_view a, std::string_view b) {
     return a.size() == b.size() && std::equal(a.begin(), a.end(), b.begin(), [](char x, char y) {
-        return AsciiLower(x) == AsciiLower(y);
-    });
+               return AsciiLower(x) == AsciiLower(y);
+           });
 }
 
 std::string Replace(std::string_view text, std::string_view from, std::string_view to) {

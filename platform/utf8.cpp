@@ -15,9 +15,11 @@ bool IsSurrogate(char32_t c) { return c >= 0xD800 && c <= 0xDFFF; }
 
 template <std::size_t count>
 char32_t Mapped(const CaseRange (&ranges)[count], char32_t c) {
-    const auto* range = std::upper_bound(std::begin(ranges), std::end(ranges), c,
-                                         [](char32_t wanted, const CaseRange& r) { return wanted < r.first; });
-    if (range == std::begin(ranges) || c > (--range)->last || (c - range->first) % range->stride != 0)
+    const auto* range =
+        std::upper_bound(std::begin(ranges), std::end(ranges), c,
+                         [](char32_t wanted, const CaseRange& r) { return wanted < r.first; });
+    if (range == std::begin(ranges) || c > (--range)->last ||
+        (c - range->first) % range->stride != 0)
         return c;
     return c + static_cast<char32_t>(range->delta);
 }

@@ -1,5 +1,5 @@
-// Version 6 of the common controls for the windows made within the scope, also in a host that has no
-// manifest of its own.
+// Version 6 of the common controls for the windows made within the scope, also in a host that has
+// no manifest of its own.
 #pragma once
 
 #include <windows.h>

@@ -55,7 +55,9 @@ std::string Payload(const data::Value& value) {
     switch (static_cast<Kind>(value.index())) {
     case Kind::Null: break;
     case Kind::Bool: PutNumber(bytes, std::get<bool>(value) ? 1 : 0, 1); break;
-    case Kind::Whole: PutNumber(bytes, static_cast<std::uint64_t>(std::get<std::int64_t>(value)), 8); break;
+    case Kind::Whole:
+        PutNumber(bytes, static_cast<std::uint64_t>(std::get<std::int64_t>(value)), 8);
+        break;
     case Kind::Floating: {
         std::uint64_t bits = 0;
         std::memcpy(&bits, &std::get<double>(value), sizeof bits);
@@ -154,7 +156,8 @@ bool StreamBag::Parse(std::string_view bytes) {
         const auto kind = static_cast<Kind>(reader.Number(1));
         const auto payload = reader.Take(reader.Number(4));
         if (!reader.good) return false;
-        if (auto value = FromPayload(kind, payload)) items.insert_or_assign(name, *std::move(value));
+        if (auto value = FromPayload(kind, payload))
+            items.insert_or_assign(name, *std::move(value));
     }
     lclItems = std::move(items);
     return true;
@@ -162,7 +165,8 @@ bool StreamBag::Parse(std::string_view bytes) {
 
 bool StreamBag::Load(IStream& stream) {
     char head[8];
-    if (!ReadFully(stream, head, sizeof head) || std::memcmp(head, magic, sizeof magic) != 0) return false;
+    if (!ReadFully(stream, head, sizeof head) || std::memcmp(head, magic, sizeof magic) != 0)
+        return false;
     Reader length{{head + 4, 4}};
     const auto size = static_cast<std::uint32_t>(length.Number(4));
     if (size > longest) return false;
@@ -181,8 +185,6 @@ HRESULT StreamBag::Save(IStream& stream) const {
     return written == bytes.size() ? S_OK : STG_E_MEDIUMFULL;
 }
 
-std::size_t StreamBag::Size() const {
-    return Bytes().size() + 8;
-}
+std::size_t StreamBag::Size() const { return Bytes().size() + 8; }
 
 } // namespace kavidex::com

@@ -1,8 +1,8 @@
 // Where a control's properties come from and go to: the host's property bag, or a stream of ours.
 #pragma once
 
-#include <windows.h>
 #include <ocidl.h>
+#include <windows.h>
 
 #include <map>
 #include <string>
@@ -23,9 +23,9 @@ private:
     IErrorLog* lclLog;
 };
 
-// Named values as bytes. The form: "KVX1", the number of bytes that follow (32 bits, little-endian as
-// all numbers), then items of name length (16 bits), name (UTF-8), kind (8 bits), payload length (32
-// bits) and payload. Items of unknown name or kind are passed over, so that older and newer
+// Named values as bytes. The form: "KVX1", the number of bytes that follow (32 bits, little-endian
+// as all numbers), then items of name length (16 bits), name (UTF-8), kind (8 bits), payload length
+// (32 bits) and payload. Items of unknown name or kind are passed over, so that older and newer
 // libraries read each other's streams.
 class StreamBag final : public controls::PropertyBag {
 public:

@@ -25,7 +25,9 @@ public:
     }
     HRESULT STDMETHODCALLTYPE FindConnectionPoint(REFIID iid, IConnectionPoint** point) override {
         if (!point) return E_POINTER;
-        *point = iid == lclEvents.Iid() ? &lclEvents : iid == lclChanges.Iid() ? &lclChanges : nullptr;
+        *point = iid == lclEvents.Iid()    ? &lclEvents
+                 : iid == lclChanges.Iid() ? &lclChanges
+                                           : nullptr;
         if (!*point) return CONNECT_E_NOCONNECTION;
         (*point)->AddRef();
         return S_OK;

@@ -20,7 +20,8 @@ constexpr const char* source = "Kavidex";
 template <class Interface, class Element, class Kept, Element (*Copy)(const Kept&)>
 class ListEnumerator final : public Interface {
 public:
-    ListEnumerator(std::vector<Kept> list, std::size_t place) : lclList(std::move(list)), lclPlace(place) {}
+    ListEnumerator(std::vector<Kept> list, std::size_t place)
+        : lclList(std::move(list)), lclPlace(place) {}
     virtual ~ListEnumerator() = default;
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
@@ -39,7 +40,8 @@ public:
     HRESULT STDMETHODCALLTYPE Next(ULONG count, Element* items, ULONG* fetched) override {
         if (!items || (!fetched && count != 1)) return E_POINTER;
         ULONG done = 0;
-        for (; done < count && lclPlace < lclList.size(); ++done) items[done] = Copy(lclList[lclPlace++]);
+        for (; done < count && lclPlace < lclList.size(); ++done)
+            items[done] = Copy(lclList[lclPlace++]);
         if (fetched) *fetched = done;
         return done == count ? S_OK : S_FALSE;
     }
@@ -76,8 +78,10 @@ IConnectionPoint* CopyPoint(const ComPtr<IConnectionPoint>& point) {
     return ComPtr<IConnectionPoint>(point).Detach();
 }
 
-using ConnectionEnumerator = ListEnumerator<IEnumConnections, CONNECTDATA, Connection, CopyConnection>;
-using PointEnumerator = ListEnumerator<IEnumConnectionPoints, IConnectionPoint*, ComPtr<IConnectionPoint>, CopyPoint>;
+using ConnectionEnumerator =
+    ListEnumerator<IEnumConnections, CONNECTDATA, Connection, CopyConnection>;
+using PointEnumerator =
+    ListEnumerator<IEnumConnectionPoints, IConnectionPoint*, ComPtr<IConnectionPoint>, CopyPoint>;
 
 } // namespace
 
@@ -95,7 +99,8 @@ HRESULT STDMETHODCALLTYPE ConnectionPoint::GetConnectionInterface(IID* iid) {
     return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer** owner) {
+HRESULT STDMETHODCALLTYPE
+ConnectionPoint::GetConnectionPointContainer(IConnectionPointContainer** owner) {
     if (!owner) return E_POINTER;
     lclOwner.AddRef();
     *owner = &lclOwner;
@@ -141,7 +146,8 @@ std::vector<ComPtr<IUnknown>> ConnectionPoint::Sinks() const {
     return sinks;
 }
 
-ComPtr<IEnumConnectionPoints> EnumerateConnectionPoints(std::vector<ComPtr<IConnectionPoint>> points) {
+ComPtr<IEnumConnectionPoints>
+EnumerateConnectionPoints(std::vector<ComPtr<IConnectionPoint>> points) {
     return ComPtr<IEnumConnectionPoints>::Attach(new PointEnumerator(std::move(points), 0));
 }
 
@@ -154,7 +160,8 @@ HRESULT Fire(const ConnectionPoint& point, DISPID event, std::span<const Variant
         const HRESULT called = static_cast<IDispatch*>(static_cast<void*>(sink.Get()))
                                    ->Invoke(event, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD,
                                             &parameters, nullptr, nullptr, nullptr);
-        if (FAILED(called) && called != DISP_E_MEMBERNOTFOUND && called != E_NOTIMPL && SUCCEEDED(result))
+        if (FAILED(called) && called != DISP_E_MEMBERNOTFOUND && called != E_NOTIMPL &&
+            SUCCEEDED(result))
             result = called;
     }
     return result;

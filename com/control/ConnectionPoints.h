@@ -1,8 +1,8 @@
 // The sinks of a control: its events and the changes of its properties.
 #pragma once
 
-#include <windows.h>
 #include <ocidl.h>
+#include <windows.h>
 
 #include <memory>
 #include <span>
@@ -27,7 +27,8 @@ public:
     ULONG STDMETHODCALLTYPE Release() override { return lclOwner.Release(); }
 
     HRESULT STDMETHODCALLTYPE GetConnectionInterface(IID* iid) override;
-    HRESULT STDMETHODCALLTYPE GetConnectionPointContainer(IConnectionPointContainer** owner) override;
+    HRESULT STDMETHODCALLTYPE
+    GetConnectionPointContainer(IConnectionPointContainer** owner) override;
     HRESULT STDMETHODCALLTYPE Advise(IUnknown* sink, DWORD* cookie) override;
     HRESULT STDMETHODCALLTYPE Unadvise(DWORD cookie) override;
     HRESULT STDMETHODCALLTYPE EnumConnections(IEnumConnections** connections) override;
@@ -46,10 +47,12 @@ private:
 };
 
 // Enumerators over fixed lists, counted like every object.
-platform::win32::ComPtr<IEnumConnectionPoints> EnumerateConnectionPoints(std::vector<platform::win32::ComPtr<IConnectionPoint>> points);
+platform::win32::ComPtr<IEnumConnectionPoints>
+EnumerateConnectionPoints(std::vector<platform::win32::ComPtr<IConnectionPoint>> points);
 
-// Calls every sink with the arguments, in the order of the event's declaration. A sink that does not
-// handle the event is no failure; the first other failure is returned.
-HRESULT Fire(const ConnectionPoint& point, DISPID event, std::span<const platform::win32::Variant> arguments);
+// Calls every sink with the arguments, in the order of the event's declaration. A sink that does
+// not handle the event is no failure; the first other failure is returned.
+HRESULT Fire(const ConnectionPoint& point, DISPID event,
+             std::span<const platform::win32::Variant> arguments);
 
 } // namespace kavidex::com

@@ -7,7 +7,8 @@
 
 namespace kavidex::com {
 
-Control::Control(const ClassRow& row) : ConnectionPointHub(*row.events), lclRow(row), lclCore(*this) {}
+Control::Control(const ClassRow& row)
+    : ConnectionPointHub(*row.events), lclRow(row), lclCore(*this) {}
 
 Control::~Control() = default;
 
@@ -67,8 +68,8 @@ void Control::RaiseList(DISPID event, std::span<const Variant> arguments) {
     const HRESULT result = Fire(Events(), event, arguments);
     if (FAILED(result))
         platform::TheWorkstation().log.Write(
-            "Control::Raise", "Event " + std::to_string(event) + " failed in the host: " +
-                                  platform::win32::HresultText(result));
+            "Control::Raise", "Event " + std::to_string(event) +
+                                  " failed in the host: " + platform::win32::HresultText(result));
 }
 
 void Control::Changed(std::string_view savedName) {

@@ -76,8 +76,8 @@ protected:
     IOleObject& Object() final { return *this; }
     IOleInPlaceActiveObject& ActiveObject() final { return *this; }
 
-    // Calls the host's handlers; arguments in the order of the declaration. A variable that handlers
-    // may change is given by pointer. Nothing is raised while the host has events frozen.
+    // Calls the host's handlers; arguments in the order of the declaration. A variable that
+    // handlers may change is given by pointer. Nothing is raised while the host has events frozen.
     template <class... Arguments>
     void Raise(DISPID event, Arguments&&... arguments) {
         Variant list[sizeof...(Arguments) + 1] = {Out(std::forward<Arguments>(arguments))...};

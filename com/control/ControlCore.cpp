@@ -23,13 +23,12 @@ ComPtr<Interface> Query(const ComPtr<From>& object, REFIID iid) {
     return result;
 }
 
-RECT Sized(LONG left, LONG top, SIZE size) {
-    return {left, top, left + size.cx, top + size.cy};
-}
+RECT Sized(LONG left, LONG top, SIZE size) { return {left, top, left + size.cx, top + size.cy}; }
 
 } // namespace
 
-ControlCore::ControlCore(ControlOwner& owner) : lclOwner(owner), lclExtent(ToHimetric(defaultPixels)) {}
+ControlCore::ControlCore(ControlOwner& owner)
+    : lclOwner(owner), lclExtent(ToHimetric(defaultPixels)) {}
 
 ControlCore::~ControlCore() = default;
 
@@ -44,8 +43,8 @@ std::optional<bool> ControlCore::AmbientFlag(DISPID property) const {
     if (!ambients) return std::nullopt;
     DISPPARAMS none{};
     platform::win32::Variant value;
-    if (FAILED(ambients->Invoke(property, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none,
-                                value.Put(), nullptr, nullptr)) ||
+    if (FAILED(ambients->Invoke(property, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET,
+                                &none, value.Put(), nullptr, nullptr)) ||
         value.Type() != VT_BOOL)
         return std::nullopt;
     return value.ToBool();
@@ -214,8 +213,8 @@ ComPtr<IOleAdviseHolder>& ControlCore::AdviseHolder() {
 
 // A click into any part of the control makes it the host's active one; the message climbs up from
 // the child that was clicked.
-LRESULT CALLBACK ControlCore::Watch(HWND window, UINT message, WPARAM wide, LPARAM data, UINT_PTR id,
-                                    DWORD_PTR core) {
+LRESULT CALLBACK ControlCore::Watch(HWND window, UINT message, WPARAM wide, LPARAM data,
+                                    UINT_PTR id, DWORD_PTR core) {
     auto* self = reinterpret_cast<ControlCore*>(core);
     if (message == WM_MOUSEACTIVATE || message == WM_SETFOCUS) {
         const ComPtr<IOleObject> alive(&self->lclOwner.Object());

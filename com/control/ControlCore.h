@@ -2,9 +2,9 @@
 // interfaces around it (one header each in this folder) are thin faces of this class.
 #pragma once
 
-#include <windows.h>
 #include <ocidl.h>
 #include <ole2.h>
+#include <windows.h>
 
 #include <functional>
 #include <memory>
@@ -46,7 +46,8 @@ public:
     std::optional<bool> AmbientFlag(DISPID property) const;
     ComPtr<IOleControlSite> ControlSite() const;
 
-    // --- Size, in hundredths of a millimetre ------------------------------------------------------
+    // --- Size, in hundredths of a millimetre
+    // ------------------------------------------------------
     SIZEL Extent() const { return lclExtent; }
     HRESULT SetExtent(SIZEL extent);
 

@@ -22,7 +22,8 @@ SIZEL ToHimetric(SIZE pixels) noexcept {
 
 SIZE ToPixels(SIZEL himetric) noexcept {
     const SIZE dpi = Dpi();
-    return {MulDiv(himetric.cx, dpi.cx, himetricPerInch), MulDiv(himetric.cy, dpi.cy, himetricPerInch)};
+    return {MulDiv(himetric.cx, dpi.cx, himetricPerInch),
+            MulDiv(himetric.cy, dpi.cy, himetricPerInch)};
 }
 
 } // namespace kavidex::com

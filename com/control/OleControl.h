@@ -10,7 +10,8 @@ class OleControl : public IOleControl {
 public:
     HRESULT STDMETHODCALLTYPE GetControlInfo(CONTROLINFO* info) override {
         if (!info) return E_POINTER;
-        *info = {sizeof *info, nullptr, 0, 0}; // no mnemonics of its own; Return and Escape stay the host's
+        *info = {sizeof *info, nullptr, 0,
+                 0}; // no mnemonics of its own; Return and Escape stay the host's
         return S_OK;
     }
     HRESULT STDMETHODCALLTYPE OnMnemonic(MSG*) override {

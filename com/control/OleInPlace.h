@@ -18,7 +18,8 @@ public:
     }
     HRESULT STDMETHODCALLTYPE SetObjectRects(LPCRECT place, LPCRECT clip) override {
         if (!place || !clip) return E_POINTER;
-        return Guard("Kavidex", IID_IOleInPlaceObject, [&] { return Core().SetRects(*place, *clip); });
+        return Guard("Kavidex", IID_IOleInPlaceObject,
+                     [&] { return Core().SetRects(*place, *clip); });
     }
     HRESULT STDMETHODCALLTYPE ReactivateAndUndo() override { return INPLACE_E_NOTUNDOABLE; }
 

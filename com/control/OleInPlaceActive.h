@@ -1,5 +1,5 @@
-// IOleInPlaceActiveObject: keys and activation of the host's frame. A key that the control has no use
-// for goes back to the host.
+// IOleInPlaceActiveObject: keys and activation of the host's frame. A key that the control has no
+// use for goes back to the host.
 #pragma once
 
 #include "com/control/ControlCore.h"
@@ -11,7 +11,8 @@ class OleInPlaceActive : public IOleInPlaceActiveObject {
 public:
     HRESULT STDMETHODCALLTYPE TranslateAccelerator(LPMSG message) override {
         if (!message) return E_POINTER;
-        return Guard("Kavidex", IID_IOleInPlaceActiveObject, [&] { return Core().TranslateKey(*message); });
+        return Guard("Kavidex", IID_IOleInPlaceActiveObject,
+                     [&] { return Core().TranslateKey(*message); });
     }
     HRESULT STDMETHODCALLTYPE OnFrameWindowActivate(BOOL active) override {
         Core().FrameActivated(active != FALSE);
@@ -21,7 +22,9 @@ public:
         Core().FrameActivated(active != FALSE);
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE ResizeBorder(LPCRECT, IOleInPlaceUIWindow*, BOOL) override {
+        return S_OK;
+    }
     HRESULT STDMETHODCALLTYPE EnableModeless(BOOL) override { return S_OK; }
 
 protected:

@@ -40,7 +40,8 @@ public:
         return E_NOTIMPL;
     }
 
-    HRESULT STDMETHODCALLTYPE DoVerb(LONG verb, LPMSG, IOleClientSite* site, LONG, HWND, LPCRECT place) override {
+    HRESULT STDMETHODCALLTYPE DoVerb(LONG verb, LPMSG, IOleClientSite* site, LONG, HWND,
+                                     LPCRECT place) override {
         if (site && !Core().Site()) Core().SetSite(site);
         return Guard("Kavidex", IID_IOleObject, [&]() -> HRESULT {
             switch (verb) {
@@ -50,7 +51,8 @@ public:
             case OLEIVERB_UIACTIVATE: return Core().Activate(true, place);
             case OLEIVERB_HIDE: return Core().Hide();
             case OLEIVERB_DISCARDUNDOSTATE: return S_OK;
-            default: return verb > 0 ? OLEOBJ_S_INVALIDVERB : E_NOTIMPL; // own window, property pages
+            default:
+                return verb > 0 ? OLEOBJ_S_INVALIDVERB : E_NOTIMPL; // own window, property pages
             }
         });
     }

@@ -10,7 +10,8 @@ public:
     HRESULT STDMETHODCALLTYPE IsDirty() override { return Core().dirty ? S_OK : S_FALSE; }
     HRESULT STDMETHODCALLTYPE Load(LPSTREAM stream) override {
         if (!stream) return E_POINTER;
-        return Guard("Kavidex", IID_IPersistStreamInit, [&] { return LoadFrom(*stream, Persistent(), Core()); });
+        return Guard("Kavidex", IID_IPersistStreamInit,
+                     [&] { return LoadFrom(*stream, Persistent(), Core()); });
     }
     HRESULT STDMETHODCALLTYPE Save(LPSTREAM stream, BOOL clearDirty) override {
         if (!stream) return E_POINTER;

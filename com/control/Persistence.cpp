@@ -19,7 +19,8 @@ StreamBag Collect(const PersistentOwner& owner, const ControlCore& core) {
 HRESULT LoadFrom(IStream& stream, PersistentOwner& owner, ControlCore& core) {
     StreamBag bag;
     if (!bag.Load(stream)) return STG_E_DOCFILECORRUPT;
-    const auto width = bag.Read(widthName, std::int64_t{0}), height = bag.Read(heightName, std::int64_t{0});
+    const auto width = bag.Read(widthName, std::int64_t{0}),
+               height = bag.Read(heightName, std::int64_t{0});
     if (width && height) core.SetExtent({data::ToInt32(*width), data::ToInt32(*height)});
     owner.LoadProperties(bag);
     core.dirty = false;

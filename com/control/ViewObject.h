@@ -33,7 +33,8 @@ public:
         RestoreDC(device, state);
         return result;
     }
-    HRESULT STDMETHODCALLTYPE GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC, LOGPALETTE** colors) override {
+    HRESULT STDMETHODCALLTYPE GetColorSet(DWORD, LONG, void*, DVTARGETDEVICE*, HDC,
+                                          LOGPALETTE** colors) override {
         if (colors) *colors = nullptr;
         return S_FALSE;
     }
@@ -51,7 +52,8 @@ public:
         if (sink) *sink = ComPtr<IAdviseSink>(advice.sink).Detach();
         return S_OK;
     }
-    HRESULT STDMETHODCALLTYPE GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*, LPSIZEL extent) override {
+    HRESULT STDMETHODCALLTYPE GetExtent(DWORD aspect, LONG, DVTARGETDEVICE*,
+                                        LPSIZEL extent) override {
         if (aspect != DVASPECT_CONTENT) return DV_E_DVASPECT;
         if (!extent) return E_POINTER;
         *extent = Core().Extent();

@@ -58,7 +58,7 @@ public:
 
 protected:
     ~ControlFace() override {
-        Shutdown(); // the window first, it draws from the logic
+        Shutdown();       // the window first, it draws from the logic
         lclLogic.reset(); // its last events still find their subscribers
     }
 
@@ -72,8 +72,10 @@ private:
         auto& logic = Logic();
         On(logic.Click, [this] { Raise(DISPID_CLICK); });
         On(logic.DblClick, [this] { Raise(DISPID_DBLCLICK); });
-        On(logic.KeyDown, [this](std::int16_t& key, std::int16_t shift) { Raise(DISPID_KEYDOWN, &key, shift); });
-        On(logic.KeyUp, [this](std::int16_t& key, std::int16_t shift) { Raise(DISPID_KEYUP, &key, shift); });
+        On(logic.KeyDown,
+           [this](std::int16_t& key, std::int16_t shift) { Raise(DISPID_KEYDOWN, &key, shift); });
+        On(logic.KeyUp,
+           [this](std::int16_t& key, std::int16_t shift) { Raise(DISPID_KEYUP, &key, shift); });
         On(logic.KeyPress, [this](std::int16_t& key) { Raise(DISPID_KEYPRESS, &key); });
         RaiseMouse(logic.MouseDown, DISPID_MOUSEDOWN);
         RaiseMouse(logic.MouseMove, DISPID_MOUSEMOVE);

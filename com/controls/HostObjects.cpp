@@ -92,7 +92,9 @@ ComPtr<IDispatch> FontObject(const std::optional<controls::FontFace>& font) {
     description.fUnderline = font->underline;
     description.fStrikethrough = font->strikethrough;
     ComPtr<IDispatch> object;
-    Check(OleCreateFontIndirect(&description, IID_IDispatch, reinterpret_cast<void**>(object.Put())), source);
+    Check(
+        OleCreateFontIndirect(&description, IID_IDispatch, reinterpret_cast<void**>(object.Put())),
+        source);
     return object;
 }
 
@@ -111,8 +113,12 @@ std::optional<controls::FontFace> FontFrom(const ComPtr<IDispatch>& object) {
     Check(font->get_Italic(&italic), source);
     Check(font->get_Underline(&underline), source);
     Check(font->get_Strikethrough(&strikethrough), source);
-    return controls::FontFace{name.Text(), static_cast<double>(size.int64) / 10000, weight,
-                              italic != FALSE, underline != FALSE, strikethrough != FALSE};
+    return controls::FontFace{name.Text(),
+                              static_cast<double>(size.int64) / 10000,
+                              weight,
+                              italic != FALSE,
+                              underline != FALSE,
+                              strikethrough != FALSE};
 }
 
 } // namespace kavidex::com

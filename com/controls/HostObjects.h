@@ -18,16 +18,16 @@ class clsUserAuth;
 namespace kavidex::com {
 
 // A host's translator has one method, Translate(text), that gives the text in the current language;
-// placeholders ($%$) it leaves in place, they are filled here. When the call fails the text stays as it
-// is, with a line in the log. Null for Nothing.
+// placeholders ($%$) it leaves in place, they are filled here. When the call fails the text stays
+// as it is, with a line in the log. Null for Nothing.
 std::shared_ptr<controls::Translator> TranslatorOf(const ComPtr<IDispatch>& object);
 
-// Our own clsUserAuth as it is; of any other object the answers of its GetRight(key) for every right
-// that the system knows, taken at this moment. Null for Nothing.
+// Our own clsUserAuth as it is; of any other object the answers of its GetRight(key) for every
+// right that the system knows, taken at this moment. Null for Nothing.
 std::shared_ptr<model::clsUserAuth> RightsOf(const ComPtr<IDispatch>& object);
 
-// Texts given as a collection (what For Each walks, so the keys of a Scripting.Dictionary), an array,
-// or one single text. Empty, null and Nothing are no texts.
+// Texts given as a collection (what For Each walks, so the keys of a Scripting.Dictionary), an
+// array, or one single text. Empty, null and Nothing are no texts.
 std::vector<std::string> TextsOf(const Variant& given);
 
 // An object with Item (counted from 1), Count and an enumerator.

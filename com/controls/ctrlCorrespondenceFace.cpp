@@ -37,7 +37,8 @@ constexpr Member members[] = {
     Row::Method<&Logic::OLEDrag>(L"OLEDrag", 6),
     KAVIDEX_GETLET(ColWidth, 7),
     Row::Method<&Logic::CloseObject>(L"CloseObject", 8),
-    Row::Method<[](Logic& binder, Variant data, Text description, Number id, Flag scanned, Flag toTop) {
+    Row::Method<[](Logic& binder, Variant data, Text description, Number id, Flag scanned,
+                   Flag toTop) {
         return binder.AddFiles(TextsOf(data), description.value_or(""), id.value_or(0),
                                scanned.value_or(false), toTop.value_or(false));
     }>(L"AddFiles", 9, L"data,IntoDescription,IntoId,prmScannedDoc,prmAddToTop"),
@@ -55,11 +56,13 @@ constexpr Member members[] = {
         return binder.AddItem(id, type, children, itemId, description, into.value_or(0));
     }>(L"AddItem", 16, L"prmId,prmItemType,prmChildCollection,prmItemId,prmDescription,prmInto"),
     Row::Method<&Logic::ExistItem>(L"ExistItem", 17, L"ItemId"),
-    Row::Method<[](Logic& binder, std::string key, Text description, Text tabs, Text oldKey, Text queue) {
-        return binder.OpenOrCreate(key, description.value_or(""), tabs.value_or(""), oldKey.value_or(""),
-                                   queue.value_or(""));
+    Row::Method<[](Logic& binder, std::string key, Text description, Text tabs, Text oldKey,
+                   Text queue) {
+        return binder.OpenOrCreate(key, description.value_or(""), tabs.value_or(""),
+                                   oldKey.value_or(""), queue.value_or(""));
     }>(L"OpenOrCreate", 18,
-       L"prmExternalId,prmDescription,prmListOfDefaultTabs,prmOldExternalId,prmExIdForBacklogAndQueue"),
+       L"prmExternalId,prmDescription,prmListOfDefaultTabs,prmOldExternalId,"
+       L"prmExIdForBacklogAndQueue"),
     KAVIDEX_GETLET(ExternalId, 19),
     KAVIDEX_GETLET(InitString, 20),
     KAVIDEX_GETLET(Description, 21),
@@ -81,7 +84,8 @@ constexpr Member members[] = {
     KAVIDEX_GETLET(DossierStatus, 36),
     KAVIDEX_GETLET(SelectItems, 37),
     Row::Method<[](Logic& binder, Flag merge, Flag descriptionPage) {
-        return CollectionOf(binder.ExportSelectedFiles(merge.value_or(false), descriptionPage.value_or(false)));
+        return CollectionOf(
+            binder.ExportSelectedFiles(merge.value_or(false), descriptionPage.value_or(false)));
     }>(L"ExportSelectedFiles", 38, L"Merge,AddDescriptionPage"),
     Row::Get<&Logic::ContainsDocuments>(L"ContainsDocuments", 39, L"prmType"),
     Row::Method<&Logic::ExportFiles>(L"ExportFiles", 40, L"prmDirectory"),
@@ -115,9 +119,7 @@ constexpr EventRow events[] = {
     {L"EvOpenDossier", 14},
 };
 
-consteval DISPID Ev(std::wstring_view name) {
-    return EventId(events, name);
-}
+consteval DISPID Ev(std::wstring_view name) { return EventId(events, name); }
 
 // The mouse during a drag, as drag events tell it: buttons, keys, and the place in the control in
 // twips.
@@ -127,8 +129,10 @@ struct DragMouse {
 
     explicit DragMouse(HWND window) {
         const auto down = [](int key) { return GetKeyState(key) < 0; };
-        button = static_cast<std::int16_t>(down(VK_LBUTTON) | down(VK_RBUTTON) << 1 | down(VK_MBUTTON) << 2);
-        shift = static_cast<std::int16_t>(down(VK_SHIFT) | down(VK_CONTROL) << 1 | down(VK_MENU) << 2);
+        button = static_cast<std::int16_t>(down(VK_LBUTTON) | down(VK_RBUTTON) << 1 |
+                                           down(VK_MBUTTON) << 2);
+        shift =
+            static_cast<std::int16_t>(down(VK_SHIFT) | down(VK_CONTROL) << 1 | down(VK_MENU) << 2);
         POINT place{};
         GetCursorPos(&place);
         if (window) ScreenToClient(window, &place);
@@ -140,9 +144,7 @@ struct DragMouse {
 
 } // namespace
 
-std::span<const EventRow> BinderEventTable() {
-    return events;
-}
+std::span<const EventRow> BinderEventTable() { return events; }
 
 ctrlCorrespondenceFace::ctrlCorrespondenceFace()
     : ControlFace(*FindClass(CLSID_ctrlCorrespondence), platform::TheWorkstation(),
@@ -162,8 +164,10 @@ std::unique_ptr<controls::win32::ControlWindow> ctrlCorrespondenceFace::MakeWind
 
 void ctrlCorrespondenceFace::RaiseDragEvents() {
     auto& binder = Logic();
-    On(binder.OLEStartDrag, [this](std::int32_t& effects) { Raise(Ev(L"OLEStartDrag"), Variant(), &effects); });
-    On(binder.OLESetData, [this](std::int16_t& format) { Raise(Ev(L"OLESetData"), Variant(), &format); });
+    On(binder.OLEStartDrag,
+       [this](std::int32_t& effects) { Raise(Ev(L"OLEStartDrag"), Variant(), &effects); });
+    On(binder.OLESetData,
+       [this](std::int16_t& format) { Raise(Ev(L"OLESetData"), Variant(), &format); });
     On(binder.OLEGiveFeedback, [this](std::int32_t effect, bool& defaultCursors) {
         VARIANT_BOOL flag = defaultCursors ? VARIANT_TRUE : VARIANT_FALSE;
         Raise(Ev(L"OLEGiveFeedback"), &effect, Flagged{&flag});
@@ -177,7 +181,8 @@ void ctrlCorrespondenceFace::RaiseDragEvents() {
     });
     On(binder.OLEDragDrop, [this](const controls::DropData& data, std::int32_t& effect) {
         const DragMouse mouse(Core().Handle());
-        Raise(Ev(L"OLEDragDrop"), DropContents(data), &effect, mouse.button, mouse.shift, mouse.x, mouse.y);
+        Raise(Ev(L"OLEDragDrop"), DropContents(data), &effect, mouse.button, mouse.shift, mouse.x,
+              mouse.y);
     });
     On(binder.OLECompleteDrag, [this] {
         std::int32_t effect = 0;
@@ -189,10 +194,12 @@ void ctrlCorrespondenceFace::RaiseEvents() {
     using controls::TreeItemInfo;
     auto& binder = Logic();
     On(binder.EvItemSelected, [this](const TreeItemInfo& item) {
-        Raise(Ev(L"EvItemSelected"), item.description, item.type, item.id, item.nodeFullPath, item.itemId);
+        Raise(Ev(L"EvItemSelected"), item.description, item.type, item.id, item.nodeFullPath,
+              item.itemId);
     });
     On(binder.EvItemCreated, [this](const TreeItemInfo& item) {
-        Raise(Ev(L"EvItemCreated"), item.itemId, item.description, item.type, item.id, item.nodeFullPath);
+        Raise(Ev(L"EvItemCreated"), item.itemId, item.description, item.type, item.id,
+              item.nodeFullPath);
     });
     On(binder.EvItemDelete, [this](const TreeItemInfo& item) {
         Raise(Ev(L"EvItemDelete"), item.itemId, item.description, item.type, item.id);
@@ -205,8 +212,6 @@ void ctrlCorrespondenceFace::RaiseEvents() {
     On(binder.EvChecklistChanged, [this] { Raise(Ev(L"EvChecklistChanged")); });
 }
 
-ComPtr<IDispatch> MakeCtrlCorrespondence() {
-    return Make<ctrlCorrespondenceFace>();
-}
+ComPtr<IDispatch> MakeCtrlCorrespondence() { return Make<ctrlCorrespondenceFace>(); }
 
 } // namespace kavidex::com

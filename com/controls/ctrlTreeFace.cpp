@@ -60,8 +60,9 @@ constexpr Member members[] = {
     Row::Method<[](Logic& tree, std::string description, Number parent) {
         return tree.AddTab(description, parent.value_or(0));
     }>(L"AddTab", 32, L"Description,ParentId"),
-    Row::Method<[](Logic& tree, std::int32_t id, std::string type, std::shared_ptr<model::clsItemCol> children,
-                   std::int32_t itemId, std::string description, Number parent) {
+    Row::Method<[](Logic& tree, std::int32_t id, std::string type,
+                   std::shared_ptr<model::clsItemCol> children, std::int32_t itemId,
+                   std::string description, Number parent) {
         return tree.Add(id, type, children, itemId, description, parent.value_or(0));
     }>(L"Add", 33, L"Id,ItemType,ChildCollection,ItemId,Description,ParentId"),
     Row::Method<[](Logic& tree, std::string description, Text tabs) {
@@ -81,8 +82,10 @@ constexpr Member members[] = {
         return tree.GetItemWithinTree(start, id, description.value_or(""));
     }>(L"GetItemWithinTree", 41, L"Start,Id,Description"),
     Row::Method<&Logic::GetParent>(L"GetParent", 42, L"Id"),
-    Row::Method<[](Logic& tree, Number id) { return tree.DeleteItem(id.value_or(0)); }>(L"DeleteItem", 43, L"Id"),
-    Row::Method<[](Logic& tree) { return CollectionOf(tree.SelectedItems()); }>(L"SelectedItems", 44),
+    Row::Method<[](Logic& tree, Number id) { return tree.DeleteItem(id.value_or(0)); }>(
+        L"DeleteItem", 43, L"Id"),
+    Row::Method<[](Logic& tree) { return CollectionOf(tree.SelectedItems()); }>(L"SelectedItems",
+                                                                                44),
     Row::Method<[](Logic& tree) { return CollectionOf(tree.AllItems()); }>(L"AllItems", 45),
     Row::Method<&Logic::ClearSelectedItems>(L"ClearSelectedItems", 46),
     Row::Method<&Logic::fncResetSelectedItems>(L"fncResetSelectedItems", 47),
@@ -129,18 +132,13 @@ constexpr EventRow events[] = {
     {L"EvCompleteDrag", 26},
 };
 
-consteval DISPID Ev(std::wstring_view name) {
-    return EventId(events, name);
-}
+consteval DISPID Ev(std::wstring_view name) { return EventId(events, name); }
 
 } // namespace
 
-std::span<const EventRow> TreeEventTable() {
-    return events;
-}
+std::span<const EventRow> TreeEventTable() { return events; }
 
-ctrlTreeFace::ctrlTreeFace()
-    : ControlFace(*FindClass(CLSID_ctrlTree), platform::TheWorkstation()) {
+ctrlTreeFace::ctrlTreeFace() : ControlFace(*FindClass(CLSID_ctrlTree), platform::TheWorkstation()) {
     RaiseEvents();
 }
 
@@ -165,22 +163,26 @@ void ctrlTreeFace::RaiseEvents() {
     selected(tree.EvItemSelectedExternal, Ev(L"EvItemSelectedExternal"));
     selected(tree.EvItemSelectedRightMouse, Ev(L"EvItemSelectedRightMouse"));
     On(tree.EvItemDropped, [this](const controls::DropEvent& drop) {
-        Raise(Ev(L"EvItemDropped"), DropContents(drop.data), &drop.effect, drop.targetId, drop.fromMail);
+        Raise(Ev(L"EvItemDropped"), DropContents(drop.data), &drop.effect, drop.targetId,
+              drop.fromMail);
     });
-    On(tree.EvItemPastedSpecial, [this](const std::vector<std::string>& files, std::int32_t number) {
-        Raise(Ev(L"EvItemPastedSpecial"), TextArray(files), number);
-    });
+    On(tree.EvItemPastedSpecial,
+       [this](const std::vector<std::string>& files, std::int32_t number) {
+           Raise(Ev(L"EvItemPastedSpecial"), TextArray(files), number);
+       });
     On(tree.EvItemDragOver, [this](controls::DragState state, std::int32_t item) {
         Raise(Ev(L"EvItemDragOver"), static_cast<std::int16_t>(state), item);
     });
     On(tree.EvItemCreated, [this](const TreeItemInfo& item) {
-        Raise(Ev(L"EvItemCreated"), item.itemId, item.description, item.type, item.id, item.nodeFullPath);
+        Raise(Ev(L"EvItemCreated"), item.itemId, item.description, item.type, item.id,
+              item.nodeFullPath);
     });
     On(tree.EvItemDelete, [this](const TreeItemInfo& item) {
         Raise(Ev(L"EvItemDelete"), item.itemId, item.description, item.type, item.id);
     });
     On(tree.EvItemRenamed, [this](const TreeItemInfo& item, const std::string& oldDescription) {
-        Raise(Ev(L"EvItemRenamed"), oldDescription, item.description, item.type, item.id, item.itemId);
+        Raise(Ev(L"EvItemRenamed"), oldDescription, item.description, item.type, item.id,
+              item.itemId);
     });
     On(tree.EvItemDroppedAndHandled, [this] { Raise(Ev(L"EvItemDroppedAndHandled")); });
     On(tree.EvItemCopy, [this] { Raise(Ev(L"EvItemCopy")); });
@@ -189,8 +191,6 @@ void ctrlTreeFace::RaiseEvents() {
     On(tree.EvCompleteDrag, [this] { Raise(Ev(L"EvCompleteDrag")); });
 }
 
-ComPtr<IDispatch> MakeCtrlTree() {
-    return Make<ctrlTreeFace>();
-}
+ComPtr<IDispatch> MakeCtrlTree() { return Make<ctrlTreeFace>(); }
 
 } // namespace kavidex::com

@@ -2,8 +2,8 @@
 // error information, and the way back to the C++ object.
 #pragma once
 
-#include <windows.h>
 #include <oaidl.h>
+#include <windows.h>
 
 #include <memory>
 #include <span>
@@ -17,8 +17,8 @@
 namespace kavidex::com {
 
 struct Table {
-    const char* source;  // who an error without a source comes from: "Kavidex.clsTree"
-    const IID* iid;      // the dispinterface in the type library
+    const char* source; // who an error without a source comes from: "Kavidex.clsTree"
+    const IID* iid;     // the dispinterface in the type library
     std::span<const Member> members;
 };
 
@@ -38,8 +38,9 @@ public:
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID locale, ITypeInfo** info) override;
     HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID locale,
                                             DISPID* ids) override;
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID locale, WORD flags, DISPPARAMS* parameters,
-                                     VARIANT* result, EXCEPINFO* error, UINT* wrongArgument) override;
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID locale, WORD flags,
+                                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* error,
+                                     UINT* wrongArgument) override;
 
     HRESULT STDMETHODCALLTYPE InterfaceSupportsErrorInfo(REFIID iid) override;
 

@@ -2,8 +2,8 @@
 // A type without a Convert here can be added beside its class.
 #pragma once
 
-#include <windows.h>
 #include <oleauto.h>
+#include <windows.h>
 
 #include <cstdint>
 #include <memory>
@@ -123,7 +123,8 @@ struct Convert<std::shared_ptr<T>> {
         return native;
     }
     static Variant To(std::shared_ptr<T> value) {
-        return value ? Variant(FaceOf<T>::Make(std::move(value))) : Variant(static_cast<IDispatch*>(nullptr));
+        return value ? Variant(FaceOf<T>::Make(std::move(value)))
+                     : Variant(static_cast<IDispatch*>(nullptr));
     }
 };
 

@@ -1,8 +1,8 @@
 // The one place where C++ exceptions become what a COM host understands.
 #pragma once
 
-#include <windows.h>
 #include <oaidl.h>
+#include <windows.h>
 
 #include <cstdint>
 #include <string>
@@ -17,7 +17,7 @@ struct Refusal {
 };
 
 struct Failure {
-    HRESULT result = S_OK; // for the caller of an interface
+    HRESULT result = S_OK;  // for the caller of an interface
     bool described = false; // `source` and `text` say more than the number
     std::string source;
     std::string text;

@@ -1,4 +1,5 @@
-// One row a member: its name, id and kind, and a function whose types say how to convert. A table is
+// One row a member: its name, id and kind, and a function whose types say how to convert. A table
+// is
 //
 //     using Row = Rows<clsTreeFace>;
 //     constexpr Member members[] = {
@@ -8,14 +9,14 @@
 //             L"Add", 2, L"name,place"),
 //     };
 //
-// A function is a member of the face or of the object that the face's Logic() gives, or a captureless
-// lambda or free function whose first parameter is one of the two. Parameters are the types that have
-// a Convert, std::optional of those (left out by the caller: nullopt), and ByRef of those, optional
-// or not.
+// A function is a member of the face or of the object that the face's Logic() gives, or a
+// captureless lambda or free function whose first parameter is one of the two. Parameters are the
+// types that have a Convert, std::optional of those (left out by the caller: nullopt), and ByRef of
+// those, optional or not.
 #pragma once
 
-#include <windows.h>
 #include <oaidl.h>
+#include <windows.h>
 
 #include <array>
 #include <cstddef>
@@ -44,10 +45,10 @@ using ArgumentList = std::span<VARIANT* const>;
 struct Member {
     const wchar_t* name;
     DISPID id;
-    WORD kind; // DISPATCH_METHOD, _PROPERTYGET, _PROPERTYPUT or _PROPERTYPUTREF
+    WORD kind;                 // DISPATCH_METHOD, _PROPERTYGET, _PROPERTYPUT or _PROPERTYPUTREF
     const wchar_t* parameters; // names separated by commas; the value of a put has none
     std::span<const Parameter> types; // the value of a put is the last
-    VARTYPE result; // VT_VOID for none
+    VARTYPE result;                   // VT_VOID for none
     Variant (*invoke)(Automation& self, ArgumentList arguments);
 };
 
@@ -173,8 +174,10 @@ private:
 
 template <class Wanted, class Face>
 Wanted& Target(Face& face) {
-    if constexpr (std::is_base_of_v<Wanted, Face>) return face;
-    else return face.Logic();
+    if constexpr (std::is_base_of_v<Wanted, Face>)
+        return face;
+    else
+        return face.Logic();
 }
 
 // Converts the i-th argument; a failure of the conversion names its place.
@@ -234,8 +237,10 @@ struct Call<Face, function, std::tuple<Self, A...>> {
 
 template <class Result>
 constexpr VARTYPE ResultType() {
-    if constexpr (std::is_void_v<Result>) return VT_VOID;
-    else return Convert<std::remove_cvref_t<Result>>::type;
+    if constexpr (std::is_void_v<Result>)
+        return VT_VOID;
+    else
+        return Convert<std::remove_cvref_t<Result>>::type;
 }
 
 } // namespace binding
@@ -243,7 +248,8 @@ constexpr VARTYPE ResultType() {
 template <class Face>
 struct Rows {
     template <auto function>
-    static constexpr Member Method(const wchar_t* name, DISPID id, const wchar_t* parameters = L"") {
+    static constexpr Member Method(const wchar_t* name, DISPID id,
+                                   const wchar_t* parameters = L"") {
         return Row<function>(name, id, DISPATCH_METHOD, parameters);
     }
     template <auto function>
@@ -255,17 +261,24 @@ struct Rows {
         return Row<function>(name, id, DISPATCH_PROPERTYPUT, parameters);
     }
     template <auto function>
-    static constexpr Member PutRef(const wchar_t* name, DISPID id, const wchar_t* parameters = L"") {
+    static constexpr Member PutRef(const wchar_t* name, DISPID id,
+                                   const wchar_t* parameters = L"") {
         return Row<function>(name, id, DISPATCH_PROPERTYPUTREF, parameters);
     }
 
 private:
     template <auto function>
-    static constexpr Member Row(const wchar_t* name, DISPID id, WORD kind, const wchar_t* parameters) {
+    static constexpr Member Row(const wchar_t* name, DISPID id, WORD kind,
+                                const wchar_t* parameters) {
         using Signature = binding::Callable<std::decay_t<decltype(function)>>;
         using Call = binding::Call<Face, function, typename Signature::All>;
-        return {name, id, kind, parameters, Call::parameters,
-                binding::ResultType<typename Signature::Result>(), &Call::Invoke};
+        return {name,
+                id,
+                kind,
+                parameters,
+                Call::parameters,
+                binding::ResultType<typename Signature::Result>(),
+                &Call::Invoke};
     }
 };
 

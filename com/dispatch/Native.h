@@ -1,9 +1,10 @@
 // The way from one of our own COM objects back to the C++ object behind it. Objects of other
-// libraries, and proxies from other apartments, do not have this interface: they are called late-bound.
+// libraries, and proxies from other apartments, do not have this interface: they are called
+// late-bound.
 #pragma once
 
-#include <windows.h>
 #include <unknwn.h>
+#include <windows.h>
 
 #include <memory>
 #include <typeinfo>

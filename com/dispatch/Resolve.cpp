@@ -13,9 +13,10 @@ namespace {
 constexpr WORD puts = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
 
 const Member* Find(const Table& table, DISPID id, WORD kinds) {
-    const auto row = std::find_if(table.members.begin(), table.members.end(), [&](const Member& member) {
-        return member.id == id && (member.kind & kinds);
-    });
+    const auto row =
+        std::find_if(table.members.begin(), table.members.end(), [&](const Member& member) {
+            return member.id == id && (member.kind & kinds);
+        });
     return row == table.members.end() ? nullptr : &*row;
 }
 
@@ -40,8 +41,10 @@ Ordered Order(const DISPPARAMS& parameters) {
     Ordered result;
     for (UINT i = 0; i < parameters.cNamedArgs; ++i) {
         VARIANT* argument = &parameters.rgvarg[i];
-        if (parameters.rgdispidNamedArgs[i] == DISPID_PROPERTYPUT) result.value = argument;
-        else result.named.emplace_back(parameters.rgdispidNamedArgs[i], argument);
+        if (parameters.rgdispidNamedArgs[i] == DISPID_PROPERTYPUT)
+            result.value = argument;
+        else
+            result.named.emplace_back(parameters.rgdispidNamedArgs[i], argument);
     }
     for (UINT i = parameters.cArgs; i-- > parameters.cNamedArgs;) {
         VARIANT* argument = &parameters.rgvarg[i];
@@ -54,7 +57,8 @@ std::vector<VARIANT*> Arguments(const Member& member, const Ordered& given, std:
     std::vector<VARIANT*> list(member.types.size(), nullptr);
     std::copy_n(given.positional.begin(), count, list.begin());
     for (const auto& [place, argument] : given.named) {
-        if (place < 0 || static_cast<std::size_t>(place) >= list.size()) throw Refusal{DISP_E_PARAMNOTFOUND};
+        if (place < 0 || static_cast<std::size_t>(place) >= list.size())
+            throw Refusal{DISP_E_PARAMNOTFOUND};
         list[static_cast<std::size_t>(place)] = IsMissing(*argument) ? nullptr : argument;
     }
     return list;
@@ -65,9 +69,11 @@ Variant Forward(const Variant& object, const Ordered& given, std::size_t used, W
     if (!object.IsObject() || !object.Get().pdispVal) throw Refusal{DISP_E_BADPARAMCOUNT};
     std::vector<Variant> arguments;
     for (auto i = used; i < given.positional.size(); ++i)
-        arguments.push_back(given.positional[i] ? Variant(*given.positional[i]) : Variant::Missing());
+        arguments.push_back(given.positional[i] ? Variant(*given.positional[i])
+                                                : Variant::Missing());
     if (given.value) arguments.emplace_back(*given.value);
-    return platform::win32::Late(object).Invoke(DISPID_VALUE, flags, arguments, L"the default member");
+    return platform::win32::Late(object).Invoke(DISPID_VALUE, flags, arguments,
+                                                L"the default member");
 }
 
 Variant Get(Automation& self, const Member& member, const Ordered& given, WORD flags) {

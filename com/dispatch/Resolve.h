@@ -7,9 +7,9 @@
 
 namespace kavidex::com {
 
-// Runs the call on `self` as IDispatch::Invoke has it: named arguments, left-out arguments, a put by
-// value or by reference, and arguments that belong to the default member of what a property gives
-// (x.Fields("Name") where Fields takes none). Throws Refusal or what the member throws.
+// Runs the call on `self` as IDispatch::Invoke has it: named arguments, left-out arguments, a put
+// by value or by reference, and arguments that belong to the default member of what a property
+// gives (x.Fields("Name") where Fields takes none). Throws Refusal or what the member throws.
 Variant Resolve(Automation& self, DISPID id, WORD flags, const DISPPARAMS& parameters);
 
 // The id of a member, DISPID_UNKNOWN when there is none; and of one of its named parameters.

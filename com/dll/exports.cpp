@@ -1,6 +1,6 @@
 // What Windows, regsvr32 and hosts call in Kavidex.ocx.
-#include <windows.h>
 #include <olectl.h>
+#include <windows.h>
 
 #include "com/ClassFactory.h"
 #include "com/Module.h"
@@ -16,17 +16,11 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
     return row ? MakeClassFactory(*row, iid, object) : CLASS_E_CLASSNOTAVAILABLE;
 }
 
-STDAPI DllCanUnloadNow() {
-    return CanUnload() ? S_OK : S_FALSE;
-}
+STDAPI DllCanUnloadNow() { return CanUnload() ? S_OK : S_FALSE; }
 
-STDAPI DllRegisterServer() {
-    return Register(Scope::Machine);
-}
+STDAPI DllRegisterServer() { return Register(Scope::Machine); }
 
-STDAPI DllUnregisterServer() {
-    return Unregister(Scope::Machine);
-}
+STDAPI DllUnregisterServer() { return Unregister(Scope::Machine); }
 
 // regsvr32 /n /i:user registers for the current user alone, without an administrator.
 STDAPI DllInstall(BOOL install, LPCWSTR command) {

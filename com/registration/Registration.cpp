@@ -90,9 +90,7 @@ void DescribeTypeLib(Registration& plan, const std::wstring& path) {
     }
 }
 
-std::wstring Rooted(const std::wstring& key) {
-    return L"Software\\Classes\\" + key;
-}
+std::wstring Rooted(const std::wstring& key) { return L"Software\\Classes\\" + key; }
 
 HKEY RootOf(Scope scope) {
     return scope == Scope::Machine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER;
@@ -100,8 +98,8 @@ HKEY RootOf(Scope scope) {
 
 LONG Write(HKEY root, const RegistryEntry& entry) {
     HKEY key = nullptr;
-    LONG result = RegCreateKeyExW(root, Rooted(entry.key).c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
-                                  &key, nullptr);
+    LONG result = RegCreateKeyExW(root, Rooted(entry.key).c_str(), 0, nullptr, 0, KEY_WRITE,
+                                  nullptr, &key, nullptr);
     if (result != ERROR_SUCCESS) return result;
     const auto bytes = static_cast<DWORD>((entry.value.size() + 1) * sizeof(wchar_t));
     result = RegSetValueExW(key, entry.name.empty() ? nullptr : entry.name.c_str(), 0, REG_SZ,
@@ -111,15 +109,16 @@ LONG Write(HKEY root, const RegistryEntry& entry) {
 }
 
 bool Gone(LONG result) {
-    return result == ERROR_SUCCESS || result == ERROR_FILE_NOT_FOUND || result == ERROR_PATH_NOT_FOUND;
+    return result == ERROR_SUCCESS || result == ERROR_FILE_NOT_FOUND ||
+           result == ERROR_PATH_NOT_FOUND;
 }
 
 bool IsEmptyKey(HKEY root, const std::wstring& path) {
     HKEY key = nullptr;
     if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
     DWORD keys = 0, values = 0;
-    RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr, nullptr,
-                     nullptr, nullptr);
+    RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values, nullptr,
+                     nullptr, nullptr, nullptr);
     RegCloseKey(key);
     return keys == 0 && values == 0;
 }
@@ -150,7 +149,8 @@ HRESULT Unregister(Scope scope) noexcept {
         const Registration plan = DescribeRegistration();
         HRESULT result = S_OK;
         for (const std::wstring& tree : plan.trees)
-            if (const LONG removed = RegDeleteTreeW(RootOf(scope), Rooted(tree).c_str()); !Gone(removed))
+            if (const LONG removed = RegDeleteTreeW(RootOf(scope), Rooted(tree).c_str());
+                !Gone(removed))
                 result = HRESULT_FROM_WIN32(static_cast<DWORD>(removed));
         for (const std::wstring& shell : plan.shells)
             if (IsEmptyKey(RootOf(scope), Rooted(shell)))

@@ -1,4 +1,5 @@
-// What the library writes so that hosts find it, computed from the class table and the type library.
+// What the library writes so that hosts find it, computed from the class table and the type
+// library.
 #pragma once
 
 #include <windows.h>
@@ -9,8 +10,8 @@
 namespace kavidex::com {
 
 struct RegistryEntry {
-    std::wstring key;   // below the root of the classes
-    std::wstring name;  // empty: the key's default value
+    std::wstring key;  // below the root of the classes
+    std::wstring name; // empty: the key's default value
     std::wstring value;
 };
 

@@ -21,15 +21,16 @@ std::string TemporaryName() {
     if (::getrandom(&number, sizeof number, 0) != sizeof number)
         number = static_cast<std::uint64_t>(::getpid());
     char name[40];
-    std::snprintf(name, sizeof name, "/.kavidex-%016llx.tmp", static_cast<unsigned long long>(number));
+    std::snprintf(name, sizeof name, "/.kavidex-%016llx.tmp",
+                  static_cast<unsigned long long>(number));
     return name;
 }
 
 } // namespace
 
-NewFile::NewFile(std::string nativeTarget, unsigned mode) : lclTarget(std::move(nativeTarget)),
-    lclTemporary(NativeFolder(lclTarget) + TemporaryName()),
-    lclFile(::open(lclTemporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)) {
+NewFile::NewFile(std::string nativeTarget, unsigned mode)
+    : lclTarget(std::move(nativeTarget)), lclTemporary(NativeFolder(lclTarget) + TemporaryName()),
+      lclFile(::open(lclTemporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)) {
     if (!lclFile) {
         lclError = errno;
         lclTemporary.clear();

@@ -17,11 +17,11 @@ struct Cause {
 };
 
 constexpr Cause causes[] = {
-    {ENOENT, errors::notFound},       {ENOTDIR, errors::pathNotFound},
-    {EACCES, errors::accessDenied},   {EPERM, errors::accessDenied},
-    {EROFS, errors::accessDenied},    {EISDIR, errors::accessDenied},
-    {EEXIST, errors::alreadyExists},  {ENOTEMPTY, errors::alreadyExists},
-    {ENOSPC, errors::diskFull},       {EDQUOT, errors::diskFull},
+    {ENOENT, errors::notFound},        {ENOTDIR, errors::pathNotFound},
+    {EACCES, errors::accessDenied},    {EPERM, errors::accessDenied},
+    {EROFS, errors::accessDenied},     {EISDIR, errors::accessDenied},
+    {EEXIST, errors::alreadyExists},   {ENOTEMPTY, errors::alreadyExists},
+    {ENOSPC, errors::diskFull},        {EDQUOT, errors::diskFull},
     {EBUSY, errors::sharingViolation}, {ETXTBSY, errors::sharingViolation},
     {EINVAL, errors::invalidArgument},
 };

@@ -11,7 +11,9 @@ public:
     OpenFile() = default;
     explicit OpenFile(int descriptor) : lclDescriptor(descriptor) {}
     ~OpenFile() { Close(); }
-    OpenFile(OpenFile&& other) noexcept : lclDescriptor(other.lclDescriptor) { other.lclDescriptor = -1; }
+    OpenFile(OpenFile&& other) noexcept : lclDescriptor(other.lclDescriptor) {
+        other.lclDescriptor = -1;
+    }
     OpenFile& operator=(OpenFile&&) = delete;
 
     explicit operator bool() const { return lclDescriptor >= 0; }

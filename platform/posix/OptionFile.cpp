@@ -44,7 +44,10 @@ std::string Plain(std::string_view text) {
         if (c == '\\' && i + 1 < text.size()) {
             c = text[++i];
             for (const Escape& known : escapes)
-                if (known.letter == c) { c = known.plain; break; }
+                if (known.letter == c) {
+                    c = known.plain;
+                    break;
+                }
         }
         out += c;
     }
@@ -55,14 +58,15 @@ std::string Plain(std::string_view text) {
 // stay where they are.
 struct Place {
     std::vector<std::string> lines;
-    std::size_t line = 0;    // of the key, or where it would be put
+    std::size_t line = 0; // of the key, or where it would be put
     bool section = false, key = false;
 };
 
 // Escaped key and value; false for a line that is no option.
 bool SplitOption(const std::string& line, std::string& key, std::string& value) {
     const auto equals = line.find('=');
-    if (line.empty() || line[0] == '#' || line[0] == '[' || equals == std::string::npos) return false;
+    if (line.empty() || line[0] == '#' || line[0] == '[' || equals == std::string::npos)
+        return false;
     key = line.substr(0, equals);
     value = line.substr(equals + 1);
     return true;
@@ -83,8 +87,8 @@ Place Find(const std::string& text, const std::string& heading, std::string_view
         if (!line.empty() && line[0] == '[') {
             inside = EqualNoCase(line, heading);
             place.section = place.section || inside;
-        } else if (std::string found, value; inside && SplitOption(line, found, value) &&
-                                             EqualNoCase(Plain(found), key)) {
+        } else if (std::string found, value;
+                   inside && SplitOption(line, found, value) && EqualNoCase(Plain(found), key)) {
             place.line = i;
             place.key = true;
             return place;
@@ -115,7 +119,8 @@ void OptionFile::Write(std::string_view application, std::string_view section, s
     if (!lock || ::flock(lock.Get(), LOCK_EX) != 0) Fail(errno, "lock", lockPath);
 
     const bool there = files.FileExists(lclPath);
-    Place place = Find(there ? files.ReadAll(lclPath) : std::string(), Heading(application, section), key);
+    Place place =
+        Find(there ? files.ReadAll(lclPath) : std::string(), Heading(application, section), key);
     const std::string line = Escaped(key) + "=" + Escaped(value);
     if (place.key) {
         place.lines[place.line] = line;

@@ -60,7 +60,8 @@ int CopyBytes(int from, int to) {
         if (got == 0) return 0;
         if (got < 0 && errno == EINTR) continue;
         if (got < 0) return errno;
-        if (const int failed = WriteFully(to, {buffer.get(), static_cast<std::size_t>(got)})) return failed;
+        if (const int failed = WriteFully(to, {buffer.get(), static_cast<std::size_t>(got)}))
+            return failed;
     }
 }
 
@@ -144,8 +145,10 @@ void PosixFiles::SetAttributes(std::string_view path, std::uint32_t bits) {
     const FileInfo info = InfoOf(path, action);
     constexpr mode_t anyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
     const mode_t permissions = info.st_mode & 07777;
-    const mode_t wanted = bits & attributes::readOnly ? permissions & ~anyWrite : permissions | S_IWUSR;
-    if (wanted != permissions && ::chmod(ToNative(path).c_str(), wanted) != 0) Fail(errno, action, path);
+    const mode_t wanted =
+        bits & attributes::readOnly ? permissions & ~anyWrite : permissions | S_IWUSR;
+    if (wanted != permissions && ::chmod(ToNative(path).c_str(), wanted) != 0)
+        Fail(errno, action, path);
 }
 
 std::string PosixFiles::ReadAll(std::string_view path) {

@@ -14,7 +14,7 @@ struct Cause {
 
 // Causes that Windows numbers twice; every other one keeps its own number.
 constexpr Cause causes[] = {
-    {ERROR_ALREADY_EXISTS, errors::alreadyExists}, {ERROR_HANDLE_DISK_FULL, errors::diskFull},
+    {ERROR_ALREADY_EXISTS, errors::alreadyExists},    {ERROR_HANDLE_DISK_FULL, errors::diskFull},
     {ERROR_LOCK_VIOLATION, errors::sharingViolation}, {ERROR_INVALID_NAME, errors::invalidArgument},
     {ERROR_WRITE_PROTECT, errors::accessDenied},
 };

@@ -25,8 +25,8 @@ std::wstring TemporaryBeside(const std::wstring& target) {
 
 NewFile::NewFile(std::wstring target)
     : lclTarget(std::move(target)), lclTemporary(TemporaryBeside(lclTarget)),
-      lclFile(CreateFileW(lclTemporary.c_str(), GENERIC_WRITE | GENERIC_READ, 0, nullptr, CREATE_NEW,
-                          FILE_ATTRIBUTE_NORMAL, nullptr)) {
+      lclFile(CreateFileW(lclTemporary.c_str(), GENERIC_WRITE | GENERIC_READ, 0, nullptr,
+                          CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr)) {
     if (!lclFile) {
         lclError = GetLastError();
         lclTemporary.clear();
@@ -55,7 +55,8 @@ DWORD WriteFully(HANDLE file, std::string_view bytes) {
     constexpr std::size_t most = 1 << 20;
     while (!bytes.empty()) {
         DWORD written = 0;
-        if (!WriteFile(file, bytes.data(), static_cast<DWORD>(std::min(bytes.size(), most)), &written, nullptr))
+        if (!WriteFile(file, bytes.data(), static_cast<DWORD>(std::min(bytes.size(), most)),
+                       &written, nullptr))
             return GetLastError();
         if (written == 0) return ERROR_HANDLE_DISK_FULL;
         bytes.remove_prefix(written);
@@ -74,7 +75,8 @@ std::wstring WidePath(std::string_view path) {
     // Short paths stay as they are; the folder calls allow 12 characters less than MAX_PATH, and a
     // temporary name may be longer than its target.
     constexpr DWORD comfortable = MAX_PATH - 12 - 40;
-    if (length <= comfortable || wide.rfind(L"\\\\?\\", 0) == 0 || wide.rfind(L"\\\\.\\", 0) == 0) return wide;
+    if (length <= comfortable || wide.rfind(L"\\\\?\\", 0) == 0 || wide.rfind(L"\\\\.\\", 0) == 0)
+        return wide;
     return wide.rfind(L"\\\\", 0) == 0 ? L"\\\\?\\UNC\\" + wide.substr(2) : L"\\\\?\\" + wide;
 }
 

@@ -40,7 +40,8 @@ std::optional<std::string> SettingsRegistry::Read(std::string_view application,
     const std::string path = PathOf(application, section);
     const std::wstring name = ToWide(key);
     Key open;
-    LSTATUS status = RegOpenKeyExW(HKEY_CURRENT_USER, ToWide(path).c_str(), 0, KEY_QUERY_VALUE, open.Put());
+    LSTATUS status =
+        RegOpenKeyExW(HKEY_CURRENT_USER, ToWide(path).c_str(), 0, KEY_QUERY_VALUE, open.Put());
     std::vector<BYTE> data(256);
     DWORD type = REG_NONE, size = 0;
     if (status == ERROR_SUCCESS) {
@@ -51,7 +52,8 @@ std::optional<std::string> SettingsRegistry::Read(std::string_view application,
         } while (status == ERROR_MORE_DATA);
     }
     if (status == ERROR_FILE_NOT_FOUND || status == ERROR_PATH_NOT_FOUND) return std::nullopt;
-    if (status != ERROR_SUCCESS) Fail(static_cast<DWORD>(status), "read the option", path + "\\" + std::string(key));
+    if (status != ERROR_SUCCESS)
+        Fail(static_cast<DWORD>(status), "read the option", path + "\\" + std::string(key));
 
     data.resize(size);
     if (type == REG_SZ || type == REG_EXPAND_SZ) return TextOf(data);
@@ -71,7 +73,8 @@ void SettingsRegistry::Write(std::string_view application, std::string_view sect
         status = RegSetValueExW(open.Get(), ToWide(key).c_str(), 0, REG_SZ,
                                 reinterpret_cast<const BYTE*>(text.c_str()),
                                 static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t)));
-    if (status != ERROR_SUCCESS) Fail(static_cast<DWORD>(status), "write the option", path + "\\" + std::string(key));
+    if (status != ERROR_SUCCESS)
+        Fail(static_cast<DWORD>(status), "write the option", path + "\\" + std::string(key));
 }
 
 } // namespace kavidex::platform::win32

@@ -35,7 +35,8 @@ public:
     DateTime Now() override {
         SYSTEMTIME now{};
         GetLocalTime(&now);
-        return {now.wYear, now.wMonth, now.wDay, now.wHour, now.wMinute, now.wSecond, now.wMilliseconds};
+        return {now.wYear,   now.wMonth,  now.wDay,         now.wHour,
+                now.wMinute, now.wSecond, now.wMilliseconds};
     }
 };
 
@@ -71,11 +72,13 @@ class MessageBoxes : public Messages {
 public:
     Answer Show(const Message& message) override {
         constexpr UINT buttons[] = {MB_OK, MB_OKCANCEL, MB_YESNO, MB_YESNOCANCEL};
-        constexpr UINT icons[] = {0, MB_ICONINFORMATION, MB_ICONQUESTION, MB_ICONEXCLAMATION, MB_ICONERROR};
+        constexpr UINT icons[] = {0, MB_ICONINFORMATION, MB_ICONQUESTION, MB_ICONEXCLAMATION,
+                                  MB_ICONERROR};
         const HWND owner = Owner();
         const UINT type = buttons[static_cast<int>(message.buttons)] |
                           icons[static_cast<int>(message.icon)] | (owner ? 0 : MB_TASKMODAL);
-        switch (MessageBoxW(owner, ToWide(message.text).c_str(), ToWide(message.caption).c_str(), type)) {
+        switch (MessageBoxW(owner, ToWide(message.text).c_str(), ToWide(message.caption).c_str(),
+                            type)) {
         case IDYES: return Answer::Yes;
         case IDNO: return Answer::No;
         case IDOK: return Answer::Ok;
@@ -130,8 +133,9 @@ std::string NativePath(std::string_view path) { return std::string(path); }
 
 bool AppendToFile(const std::string& path, std::string_view bytes) {
     constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-    const win32::FileHandle file(CreateFileW(win32::WidePath(path).c_str(), FILE_APPEND_DATA, sharing,
-                                             nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const win32::FileHandle file(CreateFileW(win32::WidePath(path).c_str(), FILE_APPEND_DATA,
+                                             sharing, nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL,
+                                             nullptr));
     return file && win32::WriteFully(file.Get(), bytes) == 0;
 }
 

@@ -38,14 +38,16 @@ LOGFONTW MessageFont(int dpi) {
     metrics.cbSize = sizeof metrics;
     using ForDpi = BOOL(WINAPI*)(UINT, UINT, PVOID, UINT, UINT);
     const auto forDpi = Newer<ForDpi>("SystemParametersInfoForDpi");
-    if (!forDpi || !forDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, static_cast<UINT>(dpi)))
+    if (!forDpi ||
+        !forDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, static_cast<UINT>(dpi)))
         SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
     return metrics.lfMessageFont;
 }
 
 RECT AreaToCentreIn(HWND owner) {
     RECT area{};
-    if (owner && IsWindowVisible(owner) && !IsIconic(owner) && GetWindowRect(owner, &area)) return area;
+    if (owner && IsWindowVisible(owner) && !IsIconic(owner) && GetWindowRect(owner, &area))
+        return area;
     MONITORINFO monitor{};
     monitor.cbSize = sizeof monitor;
     GetMonitorInfoW(MonitorFromWindow(owner, MONITOR_DEFAULTTOPRIMARY), &monitor);
@@ -54,7 +56,8 @@ RECT AreaToCentreIn(HWND owner) {
 
 void SetTextIfNew(HWND window, const std::wstring& text) {
     std::wstring old(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
-    old.resize(static_cast<std::size_t>(GetWindowTextW(window, old.data(), static_cast<int>(old.size()))));
+    old.resize(
+        static_cast<std::size_t>(GetWindowTextW(window, old.data(), static_cast<int>(old.size()))));
     if (old != text) SetWindowTextW(window, text.c_str());
 }
 
@@ -91,12 +94,13 @@ bool WindowsBusyDialog::Create() {
     const INITCOMMONCONTROLSEX controls{sizeof controls, ICC_PROGRESS_CLASS};
     InitCommonControlsEx(&controls);
 
-    lclWindow = CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_DLGMODALFRAME, className, L"",
-                                WS_POPUP | WS_CAPTION, 0, 0, 10, 10, Owner(), nullptr, module, nullptr);
+    lclWindow =
+        CreateWindowExW(WS_EX_NOACTIVATE | WS_EX_DLGMODALFRAME, className, L"",
+                        WS_POPUP | WS_CAPTION, 0, 0, 10, 10, Owner(), nullptr, module, nullptr);
     if (!lclWindow) return false;
     SetWindowLongPtrW(lclWindow, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
-    lclText = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | SS_LEFT | SS_NOPREFIX, 0, 0,
-                              1, 1, lclWindow, nullptr, module, nullptr);
+    lclText = CreateWindowExW(0, L"STATIC", L"", WS_CHILD | WS_VISIBLE | SS_LEFT | SS_NOPREFIX, 0,
+                              0, 1, 1, lclWindow, nullptr, module, nullptr);
     lclBar = CreateWindowExW(0, PROGRESS_CLASSW, L"", WS_CHILD | WS_VISIBLE, 0, 0, 1, 1, lclWindow,
                              nullptr, module, nullptr);
     ChooseFont();
@@ -128,7 +132,8 @@ void WindowsBusyDialog::Arrange() {
     const int width = std::max<int>(words.right, scaled(leastWidth));
     const int edge = scaled(margin), barTop = edge + words.bottom + scaled(gap);
     RECT frame{0, 0, width + 2 * edge, barTop + scaled(barHeight) + edge};
-    AdjustWindowRectEx(&frame, WS_POPUP | WS_CAPTION, FALSE, WS_EX_NOACTIVATE | WS_EX_DLGMODALFRAME);
+    AdjustWindowRectEx(&frame, WS_POPUP | WS_CAPTION, FALSE,
+                       WS_EX_NOACTIVATE | WS_EX_DLGMODALFRAME);
     const int frameWidth = frame.right - frame.left, frameHeight = frame.bottom - frame.top;
     const RECT area = AreaToCentreIn(Owner());
     SetWindowPos(lclWindow, nullptr, (area.left + area.right - frameWidth) / 2,
@@ -141,7 +146,8 @@ void WindowsBusyDialog::Arrange() {
 void WindowsBusyDialog::Marquee(bool on) {
     const LONG_PTR style = GetWindowLongPtrW(lclBar, GWL_STYLE);
     if (((style & PBS_MARQUEE) != 0) == on) return;
-    SetWindowLongPtrW(lclBar, GWL_STYLE, on ? style | PBS_MARQUEE : style & ~static_cast<LONG_PTR>(PBS_MARQUEE));
+    SetWindowLongPtrW(lclBar, GWL_STYLE,
+                      on ? style | PBS_MARQUEE : style & ~static_cast<LONG_PTR>(PBS_MARQUEE));
     SendMessageW(lclBar, PBM_SETMARQUEE, on, 40);
 }
 

@@ -104,14 +104,16 @@ void WindowsFiles::Copy(std::string_view source, std::string_view target, bool f
             SetFileTime(copy.Handle(), nullptr, nullptr, &written);
         const DWORD attributes = AttributesOf(source);
         from.Close(); // the source may be the target itself
-        failed = copy.PutInPlace(failIfExists, attributes == INVALID_FILE_ATTRIBUTES ? 0 : attributes);
+        failed =
+            copy.PutInPlace(failIfExists, attributes == INVALID_FILE_ATTRIBUTES ? 0 : attributes);
     }
     if (failed) Fail(failed, action, source, target);
 }
 
 void WindowsFiles::Rename(std::string_view from, std::string_view to) {
     constexpr std::string_view action = "rename";
-    if (!MoveFileExW(Checked(from, action).c_str(), Checked(to, action).c_str(), MOVEFILE_WRITE_THROUGH))
+    if (!MoveFileExW(Checked(from, action).c_str(), Checked(to, action).c_str(),
+                     MOVEFILE_WRITE_THROUGH))
         Fail(GetLastError(), action, from, to);
 }
 
@@ -195,7 +197,8 @@ std::vector<std::string> WindowsFiles::List(std::string_view folder, std::string
         if (!folders && (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) continue;
         names.push_back(std::move(name));
     } while (FindNextFileW(search, &entry));
-    if (const DWORD cause = GetLastError(); cause != ERROR_NO_MORE_FILES) Fail(cause, action, folder);
+    if (const DWORD cause = GetLastError(); cause != ERROR_NO_MORE_FILES)
+        Fail(cause, action, folder);
     SortNames(names);
     return names;
 }
@@ -203,7 +206,8 @@ std::vector<std::string> WindowsFiles::List(std::string_view folder, std::string
 std::string WindowsFiles::TemporaryFolder() {
     wchar_t path[MAX_PATH + 2];
     const DWORD length = GetTempPathW(MAX_PATH + 1, path);
-    if (length == 0 || length > MAX_PATH + 1) Fail(GetLastError(), "find", "the folder for temporary files");
+    if (length == 0 || length > MAX_PATH + 1)
+        Fail(GetLastError(), "find", "the folder for temporary files");
     return JoinPath(FromWide({path, length}), "");
 }
 

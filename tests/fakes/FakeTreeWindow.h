@@ -62,8 +62,9 @@ public:
         if (!refusedText.empty() && node.text == refusedText) return 0;
         paintedAdds += redraw;
         const auto handle = ++lclLast;
-        nodes[handle] = {parent, node.id, std::string(node.text), node.image, node.expandedImage,
-                         node.expanded, false, {}};
+        nodes[handle] = {
+            parent, node.id, std::string(node.text), node.image, node.expandedImage, node.expanded,
+            false,  {}};
         nodes.at(parent).children.push_back(handle);
         return handle;
     }

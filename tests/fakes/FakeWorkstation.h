@@ -129,7 +129,10 @@ public:
         open = true;
     }
     void Progress(int done, int total) override { progress.emplace_back(done, total); }
-    void Close() override { open = false; ++closed; }
+    void Close() override {
+        open = false;
+        ++closed;
+    }
     void PumpMessages() override { ++pumped; }
 };
 
@@ -174,7 +177,8 @@ struct FakeWorkstation {
     FakeBusyDialog busy;
     FakeShell shell;
     FakeLog log;
-    platform::Workstation workstation{registry, files, clock, user, guids, messages, busy, shell, log};
+    platform::Workstation workstation{registry, files, clock, user, guids,
+                                      messages, busy,  shell, log};
 
     FakeWorkstation() {
         auto& real = platform::TheWorkstation();

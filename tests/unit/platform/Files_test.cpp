@@ -77,7 +77,8 @@ TEST_F(FilesTest, CopyIsWholeAndRefusesOrReplacesAnExistingTarget) {
 TEST_F(FilesTest, FailuresNameThePathAndLeaveNothingBehind) {
     const std::string missing = Path("niet.tif"), file = Path("a.tif");
     files.WriteAll(file, "a");
-    EXPECT_EQ(Failure([&] { files.Copy(missing, Path("b.tif"), false); }, missing), errors::notFound);
+    EXPECT_EQ(Failure([&] { files.Copy(missing, Path("b.tif"), false); }, missing),
+              errors::notFound);
     EXPECT_EQ(Failure([&] { files.ReadAll(missing); }, missing), errors::notFound);
     EXPECT_EQ(Failure([&] { files.Remove(missing); }, missing), errors::notFound);
     EXPECT_EQ(Failure([&] { files.Size(missing); }, missing), errors::notFound);
@@ -91,7 +92,8 @@ TEST_F(FilesTest, FailuresNameThePathAndLeaveNothingBehind) {
 TEST_F(FilesTest, RenameNeverReplaces) {
     files.WriteAll(Path("a"), "a");
     files.WriteAll(Path("b"), "b");
-    EXPECT_EQ(Failure([&] { files.Rename(Path("a"), Path("b")); }, Path("b")), errors::alreadyExists);
+    EXPECT_EQ(Failure([&] { files.Rename(Path("a"), Path("b")); }, Path("b")),
+              errors::alreadyExists);
     EXPECT_EQ(files.ReadAll(Path("b")), "b");
     files.Rename(Path("a"), Path("c"));
     EXPECT_FALSE(files.FileExists(Path("a")));
@@ -114,17 +116,20 @@ TEST_F(FilesTest, AReadOnlyFileIsProtectedUntilItsAttributeGoes) {
 
 TEST_F(FilesTest, FoldersAtAnyLengthAndTheirLists) {
     std::string deep = machine.Folder();
-    for (int i = 0; i < 12; ++i) deep = JoinPath(deep, "een lange mapnaam met é erin " + std::to_string(i));
+    for (int i = 0; i < 12; ++i)
+        deep = JoinPath(deep, "een lange mapnaam met é erin " + std::to_string(i));
     ASSERT_GT(deep.size(), 300u);
     files.CreateDirectories(deep);
     files.CreateDirectories(deep); // again
     EXPECT_TRUE(files.DirectoryExists(deep));
     EXPECT_FALSE(files.FileExists(deep));
     EXPECT_TRUE(files.Attributes(deep) & attributes::directory);
-    for (const char* name : {"b.TIF", "A.tif", "c.tiff", "c.txt"}) files.WriteAll(JoinPath(deep, name), name);
+    for (const char* name : {"b.TIF", "A.tif", "c.tiff", "c.txt"})
+        files.WriteAll(JoinPath(deep, name), name);
     files.CreateDirectories(JoinPath(deep, "map.tif"));
     EXPECT_EQ(files.List(deep, "*.tif"), (std::vector<std::string>{"A.tif", "b.TIF"}));
-    EXPECT_EQ(files.List(deep, "*.tif", true), (std::vector<std::string>{"A.tif", "b.TIF", "map.tif"}));
+    EXPECT_EQ(files.List(deep, "*.tif", true),
+              (std::vector<std::string>{"A.tif", "b.TIF", "map.tif"}));
     EXPECT_TRUE(files.List(JoinPath(deep, "nergens"), "*").empty());
     files.Copy(JoinPath(deep, "c.txt"), JoinPath(deep, "d.txt"), true);
     EXPECT_EQ(files.ReadAll(JoinPath(deep, "d.txt")), "c.txt");

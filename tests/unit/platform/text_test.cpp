@@ -46,17 +46,35 @@ TEST(Text, Utf16GoesThereAndBack) {
     EXPECT_EQ(ToUtf16(all), u"a\u00E9\u20AC\U0001F4C1");
     EXPECT_EQ(ToUtf8(ToUtf16(all)), all);
     EXPECT_EQ(ToUtf16("x\xff"), u"x\uFFFD");
-    EXPECT_EQ(ToUtf16("\xC0\x80\xF4\x90\x80\x80").find_first_not_of(u'\uFFFD'), std::u16string::npos);
+    EXPECT_EQ(ToUtf16("\xC0\x80\xF4\x90\x80\x80").find_first_not_of(u'\uFFFD'),
+              std::u16string::npos);
     const char16_t alone[] = {0xD83D, u'x', 0xDC00, 0xD83D};
     EXPECT_EQ(ToUtf8({alone, 4}), "\xEF\xBF\xBDx\xEF\xBF\xBD\xEF\xBF\xBD");
 }
 
 TEST(Text, ValReadsTheLeadingNumberWithAFullStop) {
-    struct Case { const char* text; double number; };
-    for (const Case& each : std::initializer_list<Case>{
-             {"", 0}, {"abc", 0}, {"12abc", 12}, {" 1 2 3", 123}, {"-4.5kg", -4.5}, {"+7", 7},
-             {"1,5", 1}, {".5", 0.5}, {"1e3", 1000}, {"1d2", 100}, {"2e", 2}, {"5.", 5}, {"-", 0},
-             {"&HFF", 255}, {"&HFFFF", -1}, {"&O17", 15}, {"1.2.3", 1.2}, {"\t 9", 9}})
+    struct Case {
+        const char* text;
+        double number;
+    };
+    for (const Case& each : std::initializer_list<Case>{{"", 0},
+                                                        {"abc", 0},
+                                                        {"12abc", 12},
+                                                        {" 1 2 3", 123},
+                                                        {"-4.5kg", -4.5},
+                                                        {"+7", 7},
+                                                        {"1,5", 1},
+                                                        {".5", 0.5},
+                                                        {"1e3", 1000},
+                                                        {"1d2", 100},
+                                                        {"2e", 2},
+                                                        {"5.", 5},
+                                                        {"-", 0},
+                                                        {"&HFF", 255},
+                                                        {"&HFFFF", -1},
+                                                        {"&O17", 15},
+                                                        {"1.2.3", 1.2},
+                                                        {"\t 9", 9}})
         EXPECT_DOUBLE_EQ(Val(each.text), each.number) << each.text;
 }
 

@@ -37,7 +37,8 @@ TEST(OptionFile, WritesOfTwoProcessesAllArrive) {
     FakeWorkstation machine;
     const std::string path = NativePath(machine.Path("options.ini"));
     const auto writeAll = [&](const std::string& name) {
-        for (int i = 0; i < 30; ++i) OptionFile(path).Write("Kavidex", "S", name + std::to_string(i), "v");
+        for (int i = 0; i < 30; ++i)
+            OptionFile(path).Write("Kavidex", "S", name + std::to_string(i), "v");
     };
     const pid_t child = fork();
     if (child == 0) {

@@ -41,17 +41,22 @@ TEST_F(RegistryTest, OptionsLieWhereHostsKeepTheirs) {
     wchar_t stored[700];
     DWORD size = sizeof stored;
     const std::wstring section = std::wstring(testKey) + L"\\S";
-    ASSERT_EQ(RegGetValueW(HKEY_CURRENT_USER, section.c_str(), L"K", RRF_RT_REG_SZ, nullptr, stored, &size), 0);
+    ASSERT_EQ(RegGetValueW(HKEY_CURRENT_USER, section.c_str(), L"K", RRF_RT_REG_SZ, nullptr, stored,
+                           &size),
+              0);
     EXPECT_EQ(FromWide(stored), value);
 }
 
 TEST_F(RegistryTest, ValuesOfOtherWritersAreRead) {
     HKEY key = nullptr;
     const std::wstring section = std::wstring(testKey) + L"\\S";
-    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, section.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr), 0);
+    ASSERT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, section.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr,
+                              &key, nullptr),
+              0);
     const DWORD number = 1;
     const BYTE unterminated[] = {'h', 0, 'i', 0};
-    RegSetValueExW(key, L"number", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number), sizeof number);
+    RegSetValueExW(key, L"number", 0, REG_DWORD, reinterpret_cast<const BYTE*>(&number),
+                   sizeof number);
     RegSetValueExW(key, L"text", 0, REG_SZ, unterminated, sizeof unterminated);
     RegCloseKey(key);
     EXPECT_EQ(registry.Read("KavidexTest", "S", "number"), "1");
@@ -59,8 +64,8 @@ TEST_F(RegistryTest, ValuesOfOtherWritersAreRead) {
 }
 
 TEST(BusyDialog, ShowsItsTextsOverTheOwnerWithoutTakingTheFocus) {
-    const HWND host = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100, 100,
-                                      600, 400, nullptr, nullptr, OwnModule(), nullptr);
+    const HWND host = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 100,
+                                      100, 600, 400, nullptr, nullptr, OwnModule(), nullptr);
     ASSERT_NE(host, nullptr);
     SetForegroundWindow(host);
     SetFocus(host);
@@ -68,7 +73,8 @@ TEST(BusyDialog, ShowsItsTextsOverTheOwnerWithoutTakingTheFocus) {
     SetOwner(host);
     {
         WindowsBusyDialog dialog;
-        BusyScope scope(dialog, "Controle database", "Bezig met het contróleren &\r\nvan de database.");
+        BusyScope scope(dialog, "Controle database",
+                        "Bezig met het contróleren &\r\nvan de database.");
         const HWND window = dialog.Handle();
         ASSERT_NE(window, nullptr);
         EXPECT_TRUE(IsWindowVisible(window));
@@ -93,7 +99,8 @@ TEST(BusyDialog, ShowsItsTextsOverTheOwnerWithoutTakingTheFocus) {
         EXPECT_TRUE(IsWindow(window));
     }
     WNDCLASSW left{};
-    EXPECT_FALSE(GetClassInfoW(OwnModule(), L"KavidexBusy", &left)) << "the class must go with the window";
+    EXPECT_FALSE(GetClassInfoW(OwnModule(), L"KavidexBusy", &left))
+        << "the class must go with the window";
     SetOwner(nullptr);
     DestroyWindow(host);
 }
@@ -111,7 +118,8 @@ TEST(BusyDialog, PumpingHandlesWhatIsPostedAndLeavesTheEndOfTheHostToTheHost) {
     dialog.PumpMessages();
     MSG message{};
     bool quit = false;
-    while (!quit && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) quit = message.message == WM_QUIT;
+    while (!quit && PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        quit = message.message == WM_QUIT;
     EXPECT_TRUE(quit);
     EXPECT_EQ(message.wParam, 7u);
 
