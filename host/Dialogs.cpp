@@ -56,8 +56,11 @@ std::vector<std::string> ChooseFiles(HWND owner) {
     choice.hwndOwner = owner;
     choice.lpstrFile = names.data();
     choice.nMaxFile = static_cast<DWORD>(names.size());
+    choice.lpstrTitle = L"Add files";
+    choice.lpstrFilter = L"All files\0*.*\0";
     // NOCHANGEDIR: the dialog would leave the program in another folder.
-    choice.Flags = OFN_ALLOWMULTISELECT | OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_NOCHANGEDIR;
+    choice.Flags = OFN_ALLOWMULTISELECT | OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_NOCHANGEDIR |
+                   OFN_HIDEREADONLY;
     if (!GetOpenFileNameW(&choice)) return {};
     // One full path, or the folder and the names in it, each ended by a zero.
     std::vector<std::string> parts;

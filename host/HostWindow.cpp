@@ -5,6 +5,7 @@
 #include "host/Dialogs.h"
 #include "host/resources.h"
 #include "platform/Error.h"
+#include "platform/text.h"
 #include "platform/win32/Variant.h"
 
 namespace kavidex::host {
@@ -13,13 +14,13 @@ using platform::win32::ToWide;
 
 namespace {
 
-constexpr wchar_t className[] = L"KavidexHost";
+constexpr wchar_t className[] = L"KavidexHost", title[] = L"Kavidex host";
+constexpr char noDossier[] = "No dossier is open: choose Dossier, Open (Ctrl+O)";
 constexpr UINT startMessage = WM_APP + 1;
 constexpr UINT_PTR closeTimer = 1;
 
 void Complain(HWND owner, const platform::Error& error) {
-    MessageBoxW(owner, ToWide(error.what()).c_str(), ToWide(error.Source()).c_str(),
-                MB_OK | MB_ICONEXCLAMATION);
+    MessageBoxW(owner, ToWide(error.what()).c_str(), title, MB_OK | MB_ICONEXCLAMATION);
 }
 
 } // namespace
@@ -55,7 +56,7 @@ void HostWindow::Create() {
     HDC screen = GetDC(nullptr);
     const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
     ReleaseDC(nullptr, screen);
-    lclWindow = CreateWindowExW(0, className, L"Kavidex host", WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
+    lclWindow = CreateWindowExW(0, className, title, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
                                 CW_USEDEFAULT, CW_USEDEFAULT, MulDiv(1000, dpi, 96),
                                 MulDiv(680, dpi, 96), nullptr, nullptr, module, this);
     if (!lclWindow) throw platform::Error(platform::errors::fail, "no window", "kavidex-host");
@@ -124,6 +125,7 @@ void HostWindow::Start() {
     lclSite->Open(L"Kavidex.ctrlCorrespondence", client);
     lclSession = std::make_unique<Session>(lclSite->Control());
     Arrange();
+    Say(noDossier);
     if (!lclOptions.database.empty()) {
         lclSession->Connect(lclOptions.database, lclOptions.store);
         Report("database " + lclOptions.database);
@@ -149,7 +151,8 @@ void HostWindow::Command(int id) {
     case ID_ADD_FILES: AskFiles(); break;
     case ID_CLOSE_DOSSIER:
         if (lclSession) lclSession->CloseDossier();
-        Say("No dossier");
+        SetWindowTextW(lclWindow, title);
+        Say(noDossier);
         break;
     case ID_CONNECTION: AskConnection(); break;
     case ID_EXIT: DestroyWindow(lclWindow); break;
@@ -186,7 +189,7 @@ void HostWindow::OpenDossier(const std::string& key, const std::string& descript
     Report("dossier " + key + " result " + std::to_string(result));
     Say(result == 0 ? "Dossier " + key : "The dossier cannot be opened: " + std::to_string(result));
     if (result != 0) lclExitCode = 1;
-    SetWindowTextW(lclWindow, ToWide(result == 0 ? key + " - Kavidex host" : "Kavidex host").c_str());
+    SetWindowTextW(lclWindow, result == 0 ? (ToWide(key) + L" - " + title).c_str() : title);
 }
 
 void HostWindow::AddFiles(const std::vector<std::string>& files) {
@@ -200,7 +203,7 @@ void HostWindow::AddFiles(const std::vector<std::string>& files) {
 
 void HostWindow::OnEvent(const std::string& name, const std::vector<std::string>& arguments) {
     if (name != "EvItemSelected" || arguments.size() < 5) return;
-    const bool folder = arguments[1] == "tab";
+    const bool folder = platform::EqualAsciiNoCase(arguments[1], "tab");
     lclFolder = folder ? std::stol(arguments[2]) : 0;
     Say((folder ? "Folder " : "Document ") + arguments[3]);
 }

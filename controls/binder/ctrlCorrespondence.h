@@ -210,6 +210,8 @@ public:
     void MenuChosen(const MenuEntry& entry);
 
     std::int16_t LastUsedLayout() const { return lclState.LastUsedLayout; }
+    // The layout on the screen, also while none was chosen.
+    std::int16_t ShownLayout() const;
     void SetLayout(std::int16_t layout);
     bool Usable() const; // a dossier is open
     bool HasRight(std::string_view right) const;

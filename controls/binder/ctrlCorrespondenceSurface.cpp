@@ -118,6 +118,12 @@ void ctrlCorrespondence::SetLayout(std::int16_t layout) {
     ApplyLayout();
 }
 
+std::int16_t ctrlCorrespondence::ShownLayout() const {
+    if (!lclSplitPanel->Control2Visible()) return layouts::treeOnly;
+    if (!lclSplitPanel->Control1Visible()) return layouts::viewerOnly;
+    return lclSplitPanel->Horizontal() ? layouts::treeTop : layouts::treeLeft;
+}
+
 void ctrlCorrespondence::ApplyLayout() {
     const auto layout = lclState.LastUsedLayout;
     if (layout == layouts::treeLeft || layout == layouts::treeTop)
@@ -172,7 +178,7 @@ PopupMenu ctrlCorrespondence::ButtonMenu(std::string_view key) {
     for (const auto& row : ToolbarMenuTable()) {
         if (!row.available || !platform::EqualAsciiNoCase(row.button, key)) continue;
         MenuEntry entry{std::string(row.key), row.layout, Text(row.caption)};
-        entry.checked = row.layout != 0 && row.layout == lclState.LastUsedLayout;
+        entry.checked = row.layout != 0 && row.layout == ShownLayout();
         menu.push_back(std::move(entry));
     }
     return menu;

@@ -162,6 +162,10 @@ bool ToolbarWindow::Key(WPARAM key) {
         return true;
     }
     case VK_DOWN:
+        if (const auto* button = ButtonOf(firstCommand + hot);
+            button && button->kind == ButtonKind::DropDown)
+            Command(firstCommand + hot);
+        return true;
     case VK_SPACE:
     case VK_RETURN:
         if (hot >= 0) Command(firstCommand + hot);
@@ -174,13 +178,17 @@ void ToolbarWindow::Command(int id) {
     if (const auto* button = ButtonOf(id)) lclLogic.ButtonClicked(button->key);
 }
 
-std::optional<std::size_t> ToolbarWindow::ShowMenu(const PopupMenu& menu, std::string_view button) const {
+std::optional<std::size_t> ToolbarWindow::ShowMenu(const PopupMenu& menu, std::string_view button) {
     RECT place{};
     const int command = CommandOf(button);
     SendMessageW(lclWindow, TB_GETRECT, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(&place));
     MapWindowPoints(lclWindow, nullptr, reinterpret_cast<POINT*>(&place), 2);
     SendMessageW(lclWindow, TB_PRESSBUTTON, static_cast<WPARAM>(command), MAKELPARAM(TRUE, 0));
+    // A tip would cover the menu: the one that is out goes, the one that is due gets no text.
+    lclMenuOpen = true;
+    SendMessageW(reinterpret_cast<HWND>(SendMessageW(lclWindow, TB_GETTOOLTIPS, 0, 0)), TTM_POP, 0, 0);
     const auto chosen = TrackMenu(GetParent(lclWindow), menu, place.left, place.bottom);
+    lclMenuOpen = false;
     if (lclWindow) SendMessageW(lclWindow, TB_PRESSBUTTON, static_cast<WPARAM>(command), 0);
     return chosen;
 }
@@ -215,6 +223,13 @@ LRESULT ToolbarWindow::Handle(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
     case WM_KEYDOWN:
         if (Key(w)) return 0;
+        break;
+    case WM_NOTIFY:
+        if (lclMenuOpen && reinterpret_cast<NMHDR*>(l)->code == TTN_GETDISPINFOW) {
+            reinterpret_cast<NMTTDISPINFOW*>(l)->lpszText = nullptr;
+            reinterpret_cast<NMTTDISPINFOW*>(l)->szText[0] = L'\0';
+            return 0;
+        }
         break;
     case WM_CHAR: return 0; // the keys above are all it knows
     case WM_SETFOCUS:

@@ -37,7 +37,7 @@ public:
 
     bool CanTakeFocus() const; // a button that can be pressed is there
     bool UsesKey(WPARAM key) const;
-    std::optional<std::size_t> ShowMenu(const PopupMenu& menu, std::string_view button) const;
+    std::optional<std::size_t> ShowMenu(const PopupMenu& menu, std::string_view button);
     // What the parent receives from the toolbar.
     void Command(int id);
     LRESULT Notified(NMHDR& header);
@@ -57,7 +57,7 @@ private:
     HWND lclWindow = nullptr;
     GdiObject<HIMAGELIST> lclImages;
     int lclDpi = 96;
-    bool lclFilled = false;
+    bool lclFilled = false, lclMenuOpen = false;
     std::vector<std::wstring> lclTooltips; // by position in the table
 };
 

@@ -176,6 +176,13 @@ LRESULT TreeWindowWin32::HandleTree(UINT message, WPARAM w, LPARAM l) {
         lclLogic.KeyDown.Raise(key, ShiftState());
         if (key == 0) return 0;
         break;
+    case WM_SYSKEYDOWN:
+        // Not every native tree passes this key on to where it becomes a menu.
+        if (w == VK_F10 && GetKeyState(VK_SHIFT) < 0) {
+            OpenContextMenu(-1);
+            return 0;
+        }
+        break;
     case WM_KEYUP: lclLogic.KeyUp.Raise(key, ShiftState()); break;
     case WM_CHAR:
         lclLogic.KeyPress.Raise(key);
