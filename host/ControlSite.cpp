@@ -134,6 +134,15 @@ ULONG ControlSite::Release() {
     return left;
 }
 
+// A key that the control gives back. There is no other control to tab to: around it goes again.
+HRESULT ControlSite::TranslateAccelerator(MSG* message, DWORD modifiers) {
+    constexpr DWORD shift = 1;
+    if (message->message != WM_KEYDOWN || message->wParam != VK_TAB || (modifiers & ~shift))
+        return S_FALSE;
+    ::SetFocus(lclFrame); // which hands it to the control
+    return S_OK;
+}
+
 HRESULT ControlSite::GetContainer(IOleContainer** container) {
     *container = nullptr;
     return E_NOINTERFACE;

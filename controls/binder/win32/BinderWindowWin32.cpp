@@ -125,7 +125,10 @@ void BinderWindowWin32::TakeFocus() {
     // A click has put the focus where it belongs already.
     if (!lclWindow || (HasFocus() && GetFocus() != lclWindow)) return;
     const auto stops = Stops();
-    if (std::find(stops.begin(), stops.end(), lclLastFocus) != stops.end()) ::SetFocus(lclLastFocus);
+    // Tabbed to: the first stop, or from behind the last.
+    if (GetKeyState(VK_TAB) < 0 && GetKeyState(VK_MENU) >= 0 && !stops.empty())
+        ::SetFocus(GetKeyState(VK_SHIFT) < 0 ? stops.back() : stops.front());
+    else if (std::find(stops.begin(), stops.end(), lclLastFocus) != stops.end()) ::SetFocus(lclLastFocus);
     else if (IsWindowVisible(lclTree->Handle())) lclTree->TakeFocus();
     else if (!stops.empty()) ::SetFocus(stops.front());
     else ::SetFocus(lclWindow);

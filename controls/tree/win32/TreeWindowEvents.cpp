@@ -175,6 +175,12 @@ LRESULT TreeWindowWin32::HandleTree(UINT message, WPARAM w, LPARAM l) {
     case WM_KEYDOWN:
         lclLogic.KeyDown.Raise(key, ShiftState());
         if (key == 0) return 0;
+        if (key == VK_MULTIPLY) { // opens all below: painted once, not folder by folder
+            SetRedraw(false);
+            const LRESULT result = DefSubclassProc(tree, message, w, l);
+            if (lclTree) SetRedraw(true);
+            return result;
+        }
         break;
     case WM_SYSKEYDOWN:
         // Not every native tree passes this key on to where it becomes a menu.
