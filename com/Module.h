@@ -1,8 +1,8 @@
 // The library as a module: where it was loaded, and the type library inside it.
 #pragma once
 
-#include <oaidl.h>
 #include <windows.h>
+#include <oaidl.h>
 
 #include <string>
 

@@ -1,8 +1,8 @@
 // One row a class that hosts can create: registration and the class factory follow from it.
 #pragma once
 
-#include <oaidl.h>
 #include <windows.h>
+#include <oaidl.h>
 
 #include <span>
 

@@ -1,8 +1,8 @@
 // Where a control's properties come from and go to: the host's property bag, or a stream of ours.
 #pragma once
 
-#include <ocidl.h>
 #include <windows.h>
+#include <ocidl.h>
 
 #include <map>
 #include <string>

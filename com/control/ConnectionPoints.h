@@ -1,8 +1,8 @@
 // The sinks of a control: its events and the changes of its properties.
 #pragma once
 
-#include <ocidl.h>
 #include <windows.h>
+#include <ocidl.h>
 
 #include <memory>
 #include <span>

@@ -2,9 +2,9 @@
 // interfaces around it (one header each in this folder) are thin faces of this class.
 #pragma once
 
+#include <windows.h>
 #include <ocidl.h>
 #include <ole2.h>
-#include <windows.h>
 
 #include <functional>
 #include <memory>

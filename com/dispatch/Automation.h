@@ -2,8 +2,8 @@
 // error information, and the way back to the C++ object.
 #pragma once
 
-#include <oaidl.h>
 #include <windows.h>
+#include <oaidl.h>
 
 #include <memory>
 #include <span>

@@ -2,8 +2,8 @@
 // A type without a Convert here can be added beside its class.
 #pragma once
 
-#include <oleauto.h>
 #include <windows.h>
+#include <oleauto.h>
 
 #include <cstdint>
 #include <memory>

@@ -1,8 +1,8 @@
 // The one place where C++ exceptions become what a COM host understands.
 #pragma once
 
-#include <oaidl.h>
 #include <windows.h>
+#include <oaidl.h>
 
 #include <cstdint>
 #include <string>

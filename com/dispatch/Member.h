@@ -15,8 +15,8 @@
 // those, optional or not.
 #pragma once
 
-#include <oaidl.h>
 #include <windows.h>
+#include <oaidl.h>
 
 #include <array>
 #include <cstddef>

@@ -3,8 +3,8 @@
 // late-bound.
 #pragma once
 
-#include <unknwn.h>
 #include <windows.h>
+#include <unknwn.h>
 
 #include <memory>
 #include <typeinfo>

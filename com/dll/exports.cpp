@@ -1,6 +1,6 @@
 // What Windows, regsvr32 and hosts call in Kavidex.ocx.
-#include <olectl.h>
 #include <windows.h>
+#include <olectl.h>
 
 #include "com/ClassFactory.h"
 #include "com/Module.h"
