@@ -1,8 +1,17 @@
 // What a host hears from a control at work on a real database, and what it may hand over.
+#include <windows.h>
+#include <commctrl.h>
+
+#include <algorithm>
+#include <functional>
+
 #include "Container.h"
-#include "com/controls/ctrlTreeFace.h"
 #include "com/controls/HostObjects.h"
+#include "com/controls/ctrlCorrespondenceFace.h"
+#include "com/controls/ctrlTreeFace.h"
 #include "kavidex_idl.h"
+#include "model/clsUserAuth.h"
+#include "model/rights.h"
 
 namespace kavidex::tests {
 
@@ -35,8 +44,9 @@ protected:
         ASSERT_TRUE(tree.Call(L"CreateNew", {Variant("Boom")}).ToBool());
         ASSERT_TRUE(tree.Call(L"AddTab", {Variant("Post in")}).IsObject());
     }
-    static DISPID Event(std::wstring_view name) {
-        for (const auto& row : com::TreeEventTable())
+    static DISPID Event(std::wstring_view name,
+                        std::span<const com::EventRow> table = com::TreeEventTable()) {
+        for (const auto& row : table)
             if (row.name == name) return row.id;
         return DISPID_UNKNOWN;
     }
@@ -45,11 +55,118 @@ protected:
         return Late(items.Get(L"Item", {Variant(1)})).Get(L"Id").ToInt32();
     }
 
+    static HWND FindDescendant(HWND parent, const wchar_t* type) {
+        if (const HWND found = FindWindowExW(parent, nullptr, type, nullptr)) return found;
+        for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+            if (const HWND found = FindDescendant(child, type)) return found;
+        return nullptr;
+    }
+
     std::wstring lclFile;
     Variant lclConnection;
 };
 
+// What a host may write in a language of its own: an object with one method that takes one text.
+class OneMethod final : public IDispatch {
+public:
+    OneMethod(const wchar_t* name, std::function<std::string(const std::string&)> answer)
+        : lclName(name), lclAnswer(std::move(answer)) {}
+
+    std::vector<std::string> asked;
+    long references = 1;
+
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        const bool known = iid == IID_IUnknown || iid == IID_IDispatch;
+        *object = known ? this : nullptr;
+        if (known) AddRef();
+        return known ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++references); }
+    ULONG STDMETHODCALLTYPE Release() override { return static_cast<ULONG>(--references); }
+    HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override { return *count = 0, S_OK; }
+    HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID,
+                                            DISPID* id) override {
+        *id = _wcsicmp(names[0], lclName.c_str()) == 0 ? 1 : DISPID_UNKNOWN;
+        return *id == 1 ? S_OK : DISP_E_UNKNOWNNAME;
+    }
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* given,
+                                     VARIANT* result, EXCEPINFO*, UINT*) override {
+        if (id != 1 || given->cArgs != 1) return DISP_E_BADPARAMCOUNT;
+        asked.push_back(Variant(given->rgvarg[0]).ToText());
+        if (result) *result = Variant(lclAnswer(asked.back())).Detach();
+        return S_OK;
+    }
+
+private:
+    std::wstring lclName;
+    std::function<std::string(const std::string&)> lclAnswer;
+};
+
 } // namespace
+
+TEST_F(Work, ASelectedItemIsToldWithItsArguments) {
+    Container host;
+    host.Take(Make(CLSID_ctrlCorrespondence), true);
+    const Late binder(host.control);
+    binder.PutRef(L"DbConnection", {lclConnection});
+    ASSERT_EQ(binder.Call(L"OpenOrCreate", {Variant("K1"), Variant("Dossier"), Variant("Post"),
+                                            Variant(""), Variant("")}).ToInt32(), 0);
+    host.events.clear();
+    const HWND tree = FindDescendant(host.window, L"SysTreeView32");
+    ASSERT_TRUE(tree);
+    const auto root = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_ROOT, 0);
+    const auto folder = SendMessageW(tree, TVM_GETNEXTITEM, TVGN_CHILD, root);
+    SendMessageW(tree, TVM_SELECTITEM, TVGN_CARET, folder);
+
+    std::vector<Variant> told;
+    for (const auto& [event, arguments] : host.events)
+        if (event == Event(L"EvItemSelected", com::BinderEventTable())) told = arguments;
+    ASSERT_EQ(told.size(), 5u);
+    EXPECT_EQ(told[0].ToText(), "Post");
+    EXPECT_EQ(told[1].ToText(), "tab");
+    EXPECT_GT(told[2].ToInt32(), 0);
+    EXPECT_EQ(told[3].ToText(), "Dossier\\Post");
+    EXPECT_EQ(told[4].ToInt32(), 0);
+}
+
+TEST_F(Work, AHostsOwnTranslatorIsAskedAndGivenBack) {
+    OneMethod english(L"Translate", [](const std::string& text) { return "<" + text + ">"; });
+    {
+        const Variant object(static_cast<IDispatch*>(&english));
+        Container host;
+        host.Take(Make(CLSID_ctrlCorrespondence), true);
+        const Late binder(host.control);
+        binder.PutRef(L"Translate", {object});
+        EXPECT_EQ(binder.Get(L"Translate").ToDispatch().Get(), static_cast<IDispatch*>(&english));
+        EXPECT_NE(std::find(english.asked.begin(), english.asked.end(),
+                            "Dossier met aanwezige documenten"),
+                  english.asked.end())
+            << "shown by the tree";
+        const auto translator = com::TranslatorOf(object.ToDispatch());
+        EXPECT_EQ(translator->Translate("Map $%$", {"A"}), "<Map A>");
+        OneMethod mute(L"Speak", [](const std::string&) { return ""; });
+        EXPECT_EQ(com::TranslatorOf(Variant(static_cast<IDispatch*>(&mute)).ToDispatch())
+                      ->Translate("Map $%$", {"A"}),
+                  "Map A");
+    }
+    EXPECT_EQ(english.references, 1);
+}
+
+TEST_F(Work, AHostsOwnRightsAreAskedOnceEach) {
+    OneMethod rights(L"GetRight", [](const std::string& right) { return "about " + right; });
+    {
+        const Variant object(static_cast<IDispatch*>(&rights));
+        const auto known = com::RightsOf(object.ToDispatch());
+        EXPECT_EQ(known->GetRight("Delete"), "about Delete");
+        EXPECT_EQ(rights.asked.size(), model::Rights().size());
+        const Late binder(Make(CLSID_ctrlCorrespondence));
+        binder.PutRef(L"DbConnection", {lclConnection});
+        binder.PutRef(L"UserAuth", {object});
+        EXPECT_EQ(binder.Get(L"UserAuth").ToDispatch().Get(), static_cast<IDispatch*>(&rights));
+    }
+    EXPECT_EQ(rights.references, 1);
+}
 
 TEST_F(Work, EventsArriveWithTheirArgumentsAndFrozenOnesDoNot) {
     Container host;

@@ -279,8 +279,16 @@ TEST_F(Binder, ArrangesItsChildrenByLayoutAndRemembersTheSplitter) {
     const auto shown = [&] {
         return std::pair(binder->SplitPanel().Control1Visible(), binder->SplitPanel().Control2Visible());
     };
+    const auto marked = [&] {
+        std::string names;
+        for (const auto& entry : binder->ButtonMenu("WindowPlacement"))
+            if (entry.checked) names += entry.name;
+        return names;
+    };
+    EXPECT_EQ(marked(), "mnutreeleftviewerright") << "the one in use before any was chosen";
     binder->MenuChosen({"mnutreeonly", 0, {}});
     EXPECT_EQ(shown(), std::pair(true, false));
+    EXPECT_EQ(marked(), "mnutreeonly");
     binder->MenuChosen({"mnudoconly", 0, {}});
     EXPECT_EQ(shown(), std::pair(false, true));
     binder->MenuChosen({"mnutreetopviewerbottom", 0, {}});
