@@ -24,7 +24,7 @@ fi
 report=$demo/report.txt finish=$demo/finish
 rm -f "$report" "$finish"
 arguments=(--database "$(windows "$database")" --store "$(windows "$store")" --key "$key"
-           --description "Dossier van de heer Jansen" --report "$(windows "$report")")
+           --description "Dossier van de heer Jansen" --folders "Correspondentie;Polissen;Schades" --report "$(windows "$report")")
 
 if [ -n "${DISPLAY:-}" ] && [ "${KAVIDEX_HEADLESS:-}" != 1 ]; then
   export KAVIDEX_USE_DISPLAY=1 KAVIDEX_WINE_SECONDS=0

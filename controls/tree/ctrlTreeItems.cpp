@@ -3,6 +3,8 @@
 
 #include "controls/tree/DefaultTabs.h"
 #include "controls/tree/ctrlTree.h"
+#include "data/clsSettings.h"
+#include "data/clsUpdateDb.h"
 #include "model/clsDocument.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
@@ -16,6 +18,32 @@
 
 namespace kavidex::controls {
 
+namespace {
+
+// A failure on tables that nobody brought up to date says what to do about it: this control itself
+// never changes them.
+bool CreateRow(model::clsTree& tree, const data::ConnectionPtr& connection,
+               const platform::Workstation& workstation) {
+    try {
+        return tree.CreateNew();
+    } catch (const platform::Error& error) {
+        data::clsSettings settings(workstation);
+        settings.SetDbConnection(connection);
+        std::string version;
+        if (!settings.GetSetting("Build", "DbVersion", version)) version = "0";
+        if (version == data::currentVersion) throw;
+        throw platform::Error(error.Number(),
+                              "The tables of this database are of version " + version +
+                                  ", needed is " + std::string(data::currentVersion) +
+                                  ". Handing the connection to the binder control first brings "
+                                  "them up to date. (" +
+                                  error.what() + ")",
+                              error.Source());
+    }
+}
+
+} // namespace
+
 bool ctrlTree::CreateNew(std::string_view description, std::string_view listOfDefaultTabs) {
     bool created = false;
     Guarded("CreateNew", [&] {
@@ -28,7 +56,7 @@ bool ctrlTree::CreateNew(std::string_view description, std::string_view listOfDe
         tree->SetNewEnabled(lclState.NewEnabled);
         tree->SetDeleteEnabled(lclState.DeleteEnabled);
         tree->SetUpdateEnabled(lclState.UpdateEnabled);
-        if (!tree->CreateNew()) return;
+        if (!CreateRow(*tree, lclConnection, lclWorkstation)) return;
         lclTree = std::move(tree);
         lclState.Description = description;
         lclState.TreeId = lclTree->TreeId();
@@ -64,7 +92,6 @@ ItemPtr ctrlTree::Add(std::int32_t id, std::string_view type,
     Guarded("Add", [&] {
         const auto parent = parentId != 0 ? parentId : FolderAt(lclSelected);
         if (!lclTree || parent == 0) return;
-        
         item = lclTree->AddChildItem(id, type, children, itemId, description, parent);
         if (item) AddItem(item, parent, false);
     });
@@ -75,6 +102,11 @@ void ctrlTree::AddItem(const ItemPtr& item, std::int32_t parentId, bool select) 
     if (!item) return;
     FillFrom(item, parentId);
     UpdateText(parentId);
+    // The root stands open, as after loading; it could not before it had its first child.
+    const auto root = lclWindow ? Root() : nullptr;
+    if (root && root->Id() == parentId && HandleOf(parentId) && root->ChildCollection() &&
+        root->ChildCollection()->Count() == 1)
+        lclWindow->Expand(HandleOf(parentId), true);
     const auto id = item->Id();
     EvItemCreated.Raise(Info(id));
     if (!select) return;

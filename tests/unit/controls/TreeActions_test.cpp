@@ -28,6 +28,26 @@ std::string Names(const PopupMenu& menu) {
 
 } // namespace
 
+TEST_F(TreeTest, SaysWhatToDoAboutTablesThatNobodyBroughtUpToDate) {
+    tree.SetDbConnection(data::EmbeddedDatabase::CreateInMemory());
+    EXPECT_FALSE(tree.CreateNew("Dossier", ""));
+    ASSERT_EQ(machine.messages.shown.size(), 1u) << Told();
+    const auto& shown = machine.messages.shown.front();
+    EXPECT_EQ(shown.caption, "Error in CreateNew");
+    EXPECT_NE(shown.text.find("needed is 1.1.8"), std::string::npos) << shown.text;
+    EXPECT_NE(shown.text.find("binder"), std::string::npos) << shown.text;
+}
+
+TEST_F(TreeTest, ShowsTheRootOfANewTreeOpenAndLeavesItAsTheUserHasIt) {
+    tree.AttachWindow(&window);
+    MakeDossier();
+    const auto handle = window.Find(root);
+    EXPECT_TRUE(window.IsExpanded(handle));
+    window.Expand(handle, false);
+    tree.AddTab("Later", root);
+    EXPECT_FALSE(window.IsExpanded(handle));
+}
+
 TEST_F(TreeTest, CreatesANoteAndAFolderFromTheMenu) {
     MakeDossier();
     tree.AttachWindow(&window);
