@@ -53,6 +53,19 @@ restart) # a dossier made by a script, its documents found again by the next run
   script "$root/examples/open_dossier.vbs" "$(windows "$work/d")" K2
   ! grep -q "brief" "$work/out" || fail "another key shows this dossier's documents" ;;
 
+build_dossier) # a dossier made of the data classes alone, sound to the integrity check until a file goes
+  mkdir "$work/d"
+  script "$root/examples/build_dossier.vbs" "$(windows "$work/d")" K1
+  expect "      Brief van O'Brien (txt)"; expect "    Loonstrook 100% (txt)"
+  expect "right EditDossiers = True"; expect "expected 3 x Loonstroken"
+  [ "$(stored)" = 3 ] || fail "three files belong in the store, $(stored) are there"
+  check() { run "$(windows "$bin/kavidex-check.exe")" "$(windows "$work/d/kavidex.kdb")" >"$work/out" 2>&1; }
+  check || fail "the check finds something"
+  expect "0 findings"
+  rm "$(find "$work/d/store" -type f | head -1)"
+  ! check || fail "the check misses a file that is gone"
+  expect "document without file" ;;
+
 events) # what the small host in C++ hears
   printf 'inhoud\n' >"$work/brief.txt"; mkdir "$work/store"
   run "$(windows "$bin/show_events.exe")" "$(windows "$work/a.kdb")" "$(windows "$work/store")" K1 \
