@@ -32,6 +32,7 @@ class clsSettings;
 namespace kavidex::model {
 class clsItem;
 class clsItemCol;
+class clsTree;
 class clsUserAuth;
 } // namespace kavidex::model
 
@@ -261,6 +262,9 @@ private:
     std::shared_ptr<model::clsItem> SelectedFolder() const;
     std::int32_t FileInto(const std::shared_ptr<model::clsItem>& folder,
                           const std::vector<Pending>& files);
+    bool FileOne(const std::shared_ptr<model::clsTree>& tree,
+                 const std::shared_ptr<model::clsItem>& folder, const Pending& pending,
+                 Failed& failed);
     std::int32_t TellNotAdded(const Failed& failed) const;
     std::int32_t FilePendingAtTop();
     std::int32_t Copy(const std::vector<std::shared_ptr<model::clsItem>>& items,

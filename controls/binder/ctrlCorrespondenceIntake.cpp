@@ -105,44 +105,57 @@ std::int32_t ctrlCorrespondence::FileInto(const std::shared_ptr<model::clsItem>&
     }
     const auto tree = lclTree->Tree(); // stays whole, whatever the message loop brings
     lclFiling = true;
-    std::shared_ptr<model::clsItem> last;
-    Guarded("AddFiles", [&] {
+    bool any = false;
+    std::size_t handled = 0;
+    try {
         platform::BusyScope busy(lclWorkstation.busy, Text("Documenten toevoegen"), "");
-        for (std::size_t i = 0; i < files.size(); ++i) {
-            const auto& file = files[i].file;
-            busy.Text(Text("Documenten toevoegen"), platform::FileName(file));
-            busy.Progress(static_cast<int>(i), static_cast<int>(files.size()));
-            if (lclTree->Tree() != tree) {
-                failed.Add(addFiles::noDossier, file + ": the dossier was closed");
-                continue;
-            }
-            if (platform::TrimView(file).empty() || !lclWorkstation.files.FileExists(file)) {
-                failed.Add(addFiles::noFile, "File not found: " + file);
-                continue;
-            }
-            model::FilingRequest request;
-            request.source = file;
-            request.folderId = folder->Id();
-            request.externalId = lclState.ExternalId;
-            if (files[i].scanned) request.description = Text("Gescand document");
-            const auto filed = model::FileDocument(lclWorkstation, *tree, request);
-            if (!filed) {
-                const bool source = filed.number == platform::errors::notFound ||
-                                    filed.number == platform::errors::pathNotFound ||
-                                    filed.number == platform::errors::accessDenied ||
-                                    filed.number == platform::errors::sharingViolation;
-                failed.Add(source ? addFiles::noFile : addFiles::notFiled, filed.error);
-                continue;
-            }
-            if (!filed.error.empty()) lclWorkstation.log.Write("AddFiles", filed.error);
-            if (lclTree->Tree() == tree) lclTree->AddItem(filed.item, folder->Id(), false);
-            last = filed.item;
+        for (; handled < files.size(); ++handled) {
+            busy.Text(Text("Documenten toevoegen"), platform::FileName(files[handled].file));
+            busy.Progress(static_cast<int>(handled), static_cast<int>(files.size()));
+            any = FileOne(tree, folder, files[handled], failed) || any;
         }
         busy.Progress(static_cast<int>(files.size()), static_cast<int>(files.size()));
-    });
+    } catch (const std::exception& error) {
+        for (; handled < files.size(); ++handled)
+            failed.Add(addFiles::notFiled, files[handled].file + ": " + error.what());
+    }
     lclFiling = false;
-    if (last) lclViewer->Refresh();
+    if (any) Guarded("AddFiles", [&] { lclViewer->Refresh(); });
     return failed.result == addFiles::done ? addFiles::done : TellNotAdded(failed);
+}
+
+// True when the document was filed; what shows it may still have failed, which is told on its own.
+bool ctrlCorrespondence::FileOne(const std::shared_ptr<model::clsTree>& tree,
+                                 const std::shared_ptr<model::clsItem>& folder,
+                                 const Pending& pending, Failed& failed) {
+    const auto& file = pending.file;
+    if (lclTree->Tree() != tree) {
+        failed.Add(addFiles::noDossier, file + ": the dossier was closed");
+        return false;
+    }
+    if (platform::TrimView(file).empty() || !lclWorkstation.files.FileExists(file)) {
+        failed.Add(addFiles::noFile, "File not found: " + file);
+        return false;
+    }
+    model::FilingRequest request;
+    request.source = file;
+    request.folderId = folder->Id();
+    request.externalId = lclState.ExternalId;
+    if (pending.scanned) request.description = Text("Gescand document");
+    const auto filed = model::FileDocument(lclWorkstation, *tree, request);
+    if (!filed) {
+        const bool source = filed.number == platform::errors::notFound ||
+                            filed.number == platform::errors::pathNotFound ||
+                            filed.number == platform::errors::accessDenied ||
+                            filed.number == platform::errors::sharingViolation;
+        failed.Add(source ? addFiles::noFile : addFiles::notFiled, filed.error);
+        return false;
+    }
+    Guarded("AddFiles", [&] {
+        if (!filed.error.empty()) lclWorkstation.log.Write("AddFiles", filed.error);
+        if (lclTree->Tree() == tree) lclTree->AddItem(filed.item, folder->Id(), false);
+    });
+    return true;
 }
 
 // Documents that were never given a folder are not lost: they go to the top.
@@ -176,8 +189,7 @@ void ctrlCorrespondence::OnItemDropped(const DropEvent& drop) {
             Tell("Uw mail moet eerst gekopieerd worden naar de verkenner of het bureaublad. "
                  "Daarna kan deze naar het dossier gesleept worden");
         }
-        ItemDropped.Raise();
-    });
+    }); // the tree tells when all of it is done
 }
 
 std::shared_ptr<model::clsItem> ctrlCorrespondence::AddItem(

@@ -156,7 +156,18 @@ ItemPtr ctrlTree::CreateNote(std::string_view name, std::int32_t folder) {
     document.SetInsertDate(platform::DateNumber(now));
     document.SetInsertTime(time);
     if (!document.SaveNewRow()) return nullptr; // the document has told the user why
-    return lclTree->AddChildItem(0, "nnt", nullptr, document.DocId(), description, folder);
+    if (document.AllreadyExists())
+        throw platform::Error(platform::errors::alreadyExists,
+                              "The store already holds a file " + std::to_string(document.DocId()));
+    try {
+        if (auto item = lclTree->AddChildItem(0, "nnt", nullptr, document.DocId(), description, folder))
+            return item;
+    } catch (const std::exception&) {
+        document.RemoveNewRow(); // a document in no folder is out of reach
+        throw;
+    }
+    document.RemoveNewRow();
+    return nullptr;
 }
 
 bool ctrlTree::MayChange(std::int32_t id) const {

@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <filesystem>
+#include <functional>
 #include <map>
 #include <string>
 #include <tuple>
@@ -128,7 +129,11 @@ public:
         shown.push_back({std::string(caption), std::string(text)});
         open = true;
     }
-    void Progress(int done, int total) override { progress.emplace_back(done, total); }
+    std::function<void(int done)> onProgress; // may throw, as a window that is gone does
+    void Progress(int done, int total) override {
+        progress.emplace_back(done, total);
+        if (onProgress) onProgress(done);
+    }
     void Close() override {
         open = false;
         ++closed;

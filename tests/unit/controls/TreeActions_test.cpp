@@ -72,6 +72,19 @@ TEST_F(TreeTest, CreatesANoteAndAFolderFromTheMenu) {
     EXPECT_EQ(window.edited, window.Find(created[1].id)) << "a new folder is named at once";
 }
 
+TEST_F(TreeTest, ANoteThatNoFolderTakesLeavesNoDocument) {
+    MakeDossier();
+    tree.NodeSelected(letters);
+    const auto create = [&] {
+        tree.ChooseMenu({"mnuNew", 1, "", 0, true, true, false});
+        return Stored("Select count(*) from tblDocument where DocId > 0");
+    };
+    EXPECT_EQ(create(), "1");
+    database->Execute("drop table tblTreeItem");
+    EXPECT_EQ(create(), "1");
+    EXPECT_NE(Told().find("Error in ctrlTree"), std::string::npos) << Told();
+}
+
 TEST_F(TreeTest, RenamesInTheDatabaseUnlessRefused) {
     MakeDossier();
     tree.AttachWindow(&window);

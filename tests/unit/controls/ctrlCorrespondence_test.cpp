@@ -174,6 +174,25 @@ TEST_F(Binder, KeepsWhatWasFiledWhenAnotherFileFails) {
     EXPECT_EQ(binder->AddFiles({File("vier.txt")}, "", 0, false, true), addFiles::noDossier);
 }
 
+TEST_F(Binder, ABreakInTheMiddleIsToldForEveryFileThatWasNotReached) {
+    ASSERT_EQ(Open("key"), 0);
+    machine.busy.onProgress = [](int done) {
+        if (done == 1) throw platform::Error(platform::errors::fail, "broken window");
+    };
+    const auto add = [&] {
+        return binder->AddFiles({File("een.txt"), File("twee.txt"), File("drie.txt")}, "", 0, false,
+                                true);
+    };
+    EXPECT_EQ(add(), addFiles::notFiled);
+    EXPECT_TRUE(Told("twee.txt: broken window") && Told("drie.txt: broken window"));
+    EXPECT_FALSE(Told("een.txt"));
+    EXPECT_EQ(binder->ContainsDocuments(""), 1);
+    EXPECT_FALSE(machine.busy.open);
+    machine.busy.onProgress = nullptr;
+    EXPECT_EQ(add(), addFiles::done); // and the control goes on
+    EXPECT_EQ(binder->ContainsDocuments(""), 4);
+}
+
 TEST_F(Binder, LeavesNothingHalfFiledWhenTheNthFileOperationFails) {
     ASSERT_EQ(Open("key"), 0);
     const auto file = File("brief.txt");
@@ -223,9 +242,10 @@ TEST_F(Binder, DroppedFilesGoIntoTheTargetFolderOrWaitForOne) {
     DropData data;
     data.hasFiles = true;
     data.files = {File("los.txt")};
-    std::int32_t effect = drop::none;
-    binder->treCorr().EvItemDropped.Raise({data, effect, Root(), false});
-    EXPECT_EQ(effect, drop::copy);
+    std::int32_t effect = drop::none, told = 0;
+    const auto token = binder->ItemDropped.Subscribe([&] { ++told; });
+    EXPECT_EQ(binder->treCorr().Dropped(data, Root()), drop::copy);
+    EXPECT_EQ(told, 1);
     EXPECT_EQ(binder->ContainsDocuments(""), 1);
     binder->SetId(binder->Id()); // nothing is selected now
     if (!binder->treCorr().SelectedItem()) {
