@@ -32,12 +32,14 @@ void MakeTree(const data::ConnectionPtr& connection) {
     data::clsUpdateDb update(workstation);
     update.SetDbConnection(connection);
     update.fncUpdateDb();
-    connection->Execute("Insert into tblTree (Id, TreeId, Description, TopItemId) Values (1, 1, 'T', 1)");
+    connection->Execute(
+        "Insert into tblTree (Id, TreeId, Description, TopItemId) Values (1, 1, 'T', 1)");
     std::string rows;
     const auto flush = [&] {
         if (rows.empty()) return;
         connection->Execute("Insert into tblTreeItem (Id, TreeItemId, Type, ItemId, ParentId, "
-                            "Description) Values " + rows);
+                            "Description) Values " +
+                            rows);
         rows.clear();
     };
     int id = 0;
@@ -68,11 +70,13 @@ class RawLoop {
 public:
     explicit RawLoop(const std::string& connectionString) {
         SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment);
-        SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+        SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION,
+                      reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
         SQLAllocHandle(SQL_HANDLE_DBC, environment, &connection);
         std::u16string text = platform::ToUtf16(connectionString);
         SQLDriverConnectW(connection, nullptr, reinterpret_cast<SQLWCHAR*>(text.data()),
-                          static_cast<SQLSMALLINT>(text.size()), nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+                          static_cast<SQLSMALLINT>(text.size()), nullptr, 0, nullptr,
+                          SQL_DRIVER_NOPROMPT);
     }
     ~RawLoop() {
         SQLDisconnect(connection);
@@ -87,18 +91,22 @@ public:
         SQLAllocHandle(SQL_HANDLE_STMT, connection, &handle);
         std::u16string text = platform::ToUtf16("Select * from tblTreeItem where ParentId = " +
                                                 std::to_string(parent) + " ORDER BY TreeItemId");
-        SQLExecDirectW(handle, reinterpret_cast<SQLWCHAR*>(text.data()), static_cast<SQLINTEGER>(text.size()));
+        SQLExecDirectW(handle, reinterpret_cast<SQLWCHAR*>(text.data()),
+                       static_cast<SQLINTEGER>(text.size()));
         if (columns.empty()) FindColumns(handle);
         for (std::size_t i = 0; i < columns.size(); ++i) {
             Column& column = columns[i];
             const auto number = static_cast<SQLUSMALLINT>(i + 1);
             if (column.text)
-                SQLBindCol(handle, number, SQL_C_WCHAR, column.wide, sizeof column.wide, &column.length);
+                SQLBindCol(handle, number, SQL_C_WCHAR, column.wide, sizeof column.wide,
+                           &column.length);
             else
-                SQLBindCol(handle, number, SQL_C_SLONG, &column.value, sizeof column.value, &column.length);
+                SQLBindCol(handle, number, SQL_C_SLONG, &column.value, sizeof column.value,
+                           &column.length);
         }
         while (SQL_SUCCEEDED(SQLFetch(handle)))
-            children.push_back({columns[id].value, columns[item].value, Text(type), Text(description), {}});
+            children.push_back(
+                {columns[id].value, columns[item].value, Text(type), Text(description), {}});
         SQLFreeHandle(SQL_HANDLE_STMT, handle);
         std::size_t count = children.size();
         for (PlainNode& child : children)
@@ -135,8 +143,9 @@ private:
     }
     std::u16string Text(std::size_t column) const {
         const SQLLEN length = columns[column].length;
-        return length <= 0 ? std::u16string()
-                           : std::u16string(columns[column].wide, static_cast<std::size_t>(length) / 2);
+        return length <= 0
+                   ? std::u16string()
+                   : std::u16string(columns[column].wide, static_cast<std::size_t>(length) / 2);
     }
 
     SQLHENV environment = nullptr;
@@ -168,5 +177,8 @@ int main() {
         std::vector<PlainNode> top;
         if (raw.Children(0, top) != nodes) std::abort();
     };
-    return bench::AtMost("load a tree of 100,000 items / raw ODBC loop", bench::Measure(load, loop, 5), 1.2) ? 0 : 1;
+    return bench::AtMost("load a tree of 100,000 items / raw ODBC loop",
+                         bench::Measure(load, loop, 5), 1.2)
+               ? 0
+               : 1;
 }
