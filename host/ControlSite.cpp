@@ -30,14 +30,16 @@ void ControlSite::Open(const wchar_t* progId, const RECT& place) {
            "The control cannot be created.");
     Demand(lclObject->SetClientSite(this), "The control refuses its site.");
     ComPtr<IPersistStreamInit> state;
-    if (SUCCEEDED(lclObject->QueryInterface(IID_IPersistStreamInit, reinterpret_cast<void**>(state.Put()))))
+    if (SUCCEEDED(lclObject->QueryInterface(IID_IPersistStreamInit,
+                                            reinterpret_cast<void**>(state.Put()))))
         Demand(state->InitNew(), "The control cannot start with its defaults.");
     Demand(lclObject->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(lclControl.Put())),
            "The control cannot be automated.");
     ConnectEvents();
     Demand(lclObject->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, this, 0, lclFrame, &lclPlace),
            "The control cannot be activated.");
-    Demand(lclObject->QueryInterface(IID_IOleInPlaceObject, reinterpret_cast<void**>(lclInPlace.Put())),
+    Demand(lclObject->QueryInterface(IID_IOleInPlaceObject,
+                                     reinterpret_cast<void**>(lclInPlace.Put())),
            "The control has no window.");
     Place(place);
 }
@@ -62,7 +64,8 @@ void ControlSite::ConnectEvents() {
     ComPtr<IConnectionPointContainer> container;
     Demand(lclObject->QueryInterface(IID_IProvideClassInfo2, reinterpret_cast<void**>(info.Put())),
            "The control does not tell its events.");
-    Demand(lclObject->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(container.Put())),
+    Demand(lclObject->QueryInterface(IID_IConnectionPointContainer,
+                                     reinterpret_cast<void**>(container.Put())),
            "The control offers no events.");
     Demand(info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &lclEventInterface),
            "The control has no default events.");
@@ -168,7 +171,9 @@ HRESULT ControlSite::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWin
 
 HRESULT ControlSite::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR) {
     lclActive.Reset();
-    if (object) object->QueryInterface(IID_IOleInPlaceActiveObject, reinterpret_cast<void**>(lclActive.Put()));
+    if (object)
+        object->QueryInterface(IID_IOleInPlaceActiveObject,
+                               reinterpret_cast<void**>(lclActive.Put()));
     return S_OK;
 }
 

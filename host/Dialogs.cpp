@@ -14,8 +14,7 @@ namespace {
 using Fields = std::vector<std::pair<int, std::string*>>;
 
 void Fill(HWND dialog, const Fields& fields) {
-    for (const auto& [id, text] : fields)
-        SetDlgItemTextW(dialog, id, ToWide(*text).c_str());
+    for (const auto& [id, text] : fields) SetDlgItemTextW(dialog, id, ToWide(*text).c_str());
 }
 
 void Take(HWND dialog, const Fields& fields) {

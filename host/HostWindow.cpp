@@ -64,8 +64,8 @@ void HostWindow::Create() {
 
 LRESULT CALLBACK HostWindow::Procedure(HWND window, UINT message, WPARAM wparam, LPARAM lparam) {
     if (message == WM_NCCREATE) {
-        auto* self = static_cast<HostWindow*>(
-            reinterpret_cast<CREATESTRUCTW*>(lparam)->lpCreateParams);
+        auto* self =
+            static_cast<HostWindow*>(reinterpret_cast<CREATESTRUCTW*>(lparam)->lpCreateParams);
         self->lclWindow = window;
         SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
     }
@@ -84,16 +84,14 @@ LRESULT CALLBACK HostWindow::Procedure(HWND window, UINT message, WPARAM wparam,
 LRESULT HostWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
     switch (message) {
     case WM_CREATE:
-        lclStatus = CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP,
-                                    0, 0, 0, 0, lclWindow, nullptr, GetModuleHandleW(nullptr),
-                                    nullptr);
+        lclStatus =
+            CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0,
+                            0, 0, lclWindow, nullptr, GetModuleHandleW(nullptr), nullptr);
         return 0;
     case startMessage: Start(); return 0;
     case WM_SIZE: Arrange(); return 0;
     case WM_COMMAND: Command(LOWORD(wparam)); return 0;
-    case WM_ACTIVATE:
-        lclActive = LOWORD(wparam) != WA_INACTIVE;
-        break;
+    case WM_ACTIVATE: lclActive = LOWORD(wparam) != WA_INACTIVE; break;
     case WM_SETFOCUS:
         if (lclSite) lclSite->Focus();
         return 0;
@@ -116,10 +114,10 @@ LRESULT HostWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
 
 void HostWindow::Start() {
     if (!lclOptions.closeWhen.empty()) SetTimer(lclWindow, closeTimer, 250, nullptr);
-    lclSite = new ControlSite(lclWindow, [this](const std::string& name,
-                                                const std::vector<std::string>& arguments) {
-        OnEvent(name, arguments);
-    });
+    lclSite = new ControlSite(
+        lclWindow, [this](const std::string& name, const std::vector<std::string>& arguments) {
+            OnEvent(name, arguments);
+        });
     RECT client;
     GetClientRect(lclWindow, &client);
     lclSite->Open(L"Kavidex.ctrlCorrespondence", client);

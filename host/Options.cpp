@@ -12,9 +12,12 @@ struct Row {
 };
 
 constexpr Row rows[] = {
-    {"--database", &Options::database},       {"--store", &Options::store},
-    {"--key", &Options::key},                 {"--description", &Options::description},
-    {"--folders", &Options::folders},         {"--report", &Options::report},
+    {"--database", &Options::database},
+    {"--store", &Options::store},
+    {"--key", &Options::key},
+    {"--description", &Options::description},
+    {"--folders", &Options::folders},
+    {"--report", &Options::report},
     {"--close-when", &Options::closeWhen},
 };
 

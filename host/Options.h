@@ -7,13 +7,13 @@
 namespace kavidex::host {
 
 struct Options {
-    std::string database;      // path of an embedded database, made when it is missing
-    std::string store;         // folder of the document files, kept in the database's settings
-    std::string key;           // the host's own key of the dossier
-    std::string description;   // of a dossier that is made now
-    std::string folders;       // default folders of a dossier that is made now
-    std::string report;        // file that tells what was done, line by line
-    std::string closeWhen;     // the host ends when this file exists
+    std::string database;    // path of an embedded database, made when it is missing
+    std::string store;       // folder of the document files, kept in the database's settings
+    std::string key;         // the host's own key of the dossier
+    std::string description; // of a dossier that is made now
+    std::string folders;     // default folders of a dossier that is made now
+    std::string report;      // file that tells what was done, line by line
+    std::string closeWhen;   // the host ends when this file exists
     std::vector<std::string> files;
 };
 

@@ -1,4 +1,5 @@
-// The binder control's window, as its logic sees it. The children's windows have ports of their own.
+// The binder control's window, as its logic sees it. The children's windows have ports
+// of their own.
 #pragma once
 
 #include <cstddef>
@@ -17,7 +18,7 @@ public:
     virtual void LayoutChanged() = 0;     // which children show, and how they lie
     virtual void AppearanceChanged() = 0; // colours, font, border, enabled
     virtual void Repaint() = 0;
-    virtual void FocusTree() = 0;         // an item was made there on the user's request
+    virtual void FocusTree() = 0; // an item was made there on the user's request
     // Drops the menu down from the button and waits; the chosen entry's position in `menu`.
     virtual std::optional<std::size_t> ShowMenu(const PopupMenu& menu, std::string_view button) = 0;
 };

@@ -16,8 +16,8 @@ struct ToolbarButton {
     std::string_view description; // the action, in lower case
     std::string_view tooltip;     // before translation
     ButtonKind kind = ButtonKind::Push;
-    std::string_view right{};     // needed to enable it; empty: none
-    bool available = true;        // false: its action is not part of this version
+    std::string_view right{}; // needed to enable it; empty: none
+    bool available = true;    // false: its action is not part of this version
 };
 
 // A button as a window is to show it now.

@@ -23,11 +23,17 @@ constexpr Layer placement[] = {
     {0xD6E6F5, true, false, 4, {{{7, 5}, {14, 5}, {14, 13}, {7, 13}}}},
 };
 constexpr Layer previous[] = {
-    {0x2E5E91, false, false, 7,
+    {0x2E5E91,
+     false,
+     false,
+     7,
      {{{1.5F, 8}, {8, 2}, {8, 5.8F}, {14.5F, 5.8F}, {14.5F, 10.2F}, {8, 10.2F}, {8, 14}}}},
 };
 constexpr Layer next[] = {
-    {0x2E5E91, false, false, 7,
+    {0x2E5E91,
+     false,
+     false,
+     7,
      {{{14.5F, 8}, {8, 2}, {8, 5.8F}, {1.5F, 5.8F}, {1.5F, 10.2F}, {8, 10.2F}, {8, 14}}}},
 };
 
@@ -36,7 +42,10 @@ struct Row {
     std::span<const Layer> layers;
 };
 constexpr Row rows[] = {
-    {"New", newItem}, {"WindowPlacement", placement}, {"Prevdoc", previous}, {"Nextdoc", next},
+    {"New", newItem},
+    {"WindowPlacement", placement},
+    {"Prevdoc", previous},
+    {"Nextdoc", next},
 };
 
 } // namespace

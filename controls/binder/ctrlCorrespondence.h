@@ -52,11 +52,11 @@ constexpr std::int16_t none = 0, treeOnly = 1, viewerOnly = 2, treeLeft = 3, tre
 // Results of AddFiles. Every file that was filed before a failure stays filed.
 namespace addFiles {
 constexpr std::int32_t done = 0;
-constexpr std::int32_t noDossier = -1;  // no dossier is open, or there is no connection
-constexpr std::int32_t noFolder = -2;   // no folder of that id in this dossier
-constexpr std::int32_t noStore = -3;    // the document store is not set up
-constexpr std::int32_t noFile = -4;     // a file is missing or cannot be read
-constexpr std::int32_t notFiled = -5;   // the store or the database refused
+constexpr std::int32_t noDossier = -1; // no dossier is open, or there is no connection
+constexpr std::int32_t noFolder = -2;  // no folder of that id in this dossier
+constexpr std::int32_t noStore = -3;   // the document store is not set up
+constexpr std::int32_t noFile = -4;    // a file is missing or cannot be read
+constexpr std::int32_t notFiled = -5;  // the store or the database refused
 } // namespace addFiles
 
 class ctrlCorrespondence {
@@ -157,10 +157,10 @@ public:
     std::int32_t AddFiles(const std::vector<std::string>& data, std::string_view IntoDescription,
                           std::int32_t IntoId, bool prmScannedDoc, bool prmAddToTop);
     // Below the tree item `prmInto`, or the selected folder when it is 0. Null on refusal.
-    std::shared_ptr<model::clsItem> AddItem(std::int32_t prmId, std::string_view prmItemType,
-                                            const std::shared_ptr<model::clsItemCol>& prmChildCollection,
-                                            std::int32_t prmItemId, std::string_view prmDescription,
-                                            std::int16_t prmInto);
+    std::shared_ptr<model::clsItem>
+    AddItem(std::int32_t prmId, std::string_view prmItemType,
+            const std::shared_ptr<model::clsItemCol>& prmChildCollection, std::int32_t prmItemId,
+            std::string_view prmDescription, std::int16_t prmInto);
     bool ExistItem(std::int32_t ItemId) const; // by the id of the tree item
 
     std::int32_t ContainsDocuments(std::string_view prmType) const; // empty: of every type
@@ -181,11 +181,11 @@ public:
     Event<std::int16_t&, std::int16_t> KeyDown, KeyUp; // key code (0: handled), shift state
     Event<std::int16_t&> KeyPress;
     Event<std::int16_t, std::int16_t, float, float> MouseDown, MouseMove, MouseUp; // twips
-    Event<std::int32_t&> OLEStartDrag;                  // allowed effects
-    Event<std::int16_t&> OLESetData;                    // clipboard format
-    Event<std::int32_t, bool&> OLEGiveFeedback;         // effect, default cursors
-    Event<DragState, std::int32_t> OLEDragOver;         // the id of the item under the cursor
-    Event<const DropData&, std::int32_t&> OLEDragDrop;  // effect
+    Event<std::int32_t&> OLEStartDrag;                 // allowed effects
+    Event<std::int16_t&> OLESetData;                   // clipboard format
+    Event<std::int32_t, bool&> OLEGiveFeedback;        // effect, default cursors
+    Event<DragState, std::int32_t> OLEDragOver;        // the id of the item under the cursor
+    Event<const DropData&, std::int32_t&> OLEDragDrop; // effect
     Event<> OLECompleteDrag;
 
     Event<const TreeItemInfo&> ItemSelected; // declared for older hosts, never raised
@@ -195,7 +195,7 @@ public:
 
     Event<std::string_view> PropertyChanged; // the saved item's name, for the container
 
-    // --- Parts, and what the window reports --------------------------------------------------------
+    // --- Parts, and what the window reports ----------------------------------------------------
 
     ctrlTree& treCorr() const { return *lclTree; }
     DocumentPanel& Viewer() const { return *lclViewer; }

@@ -85,9 +85,11 @@ std::int32_t ctrlCorrespondence::ExportFiles(std::string_view prmDirectory) {
     return result;
 }
 
-std::vector<std::string> ctrlCorrespondence::ExportSelectedFiles(bool Merge, bool AddDescriptionPage) {
+std::vector<std::string> ctrlCorrespondence::ExportSelectedFiles(bool Merge,
+                                                                 bool AddDescriptionPage) {
     if (Merge || AddDescriptionPage)
-        throw platform::Error(notImplemented, "Merging and description pages need the image component",
+        throw platform::Error(notImplemented,
+                              "Merging and description pages need the image component",
                               "ctrlCorrespondence");
     std::vector<std::string> copies;
     Guarded("ExportSelectedFiles", [&] {

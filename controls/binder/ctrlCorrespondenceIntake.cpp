@@ -57,16 +57,19 @@ std::shared_ptr<model::clsItem> ctrlCorrespondence::SelectedFolder() const {
     return item;
 }
 
-std::shared_ptr<model::clsItem> ctrlCorrespondence::FolderFor(std::int32_t id,
-                                                              std::string_view description,
-                                                              bool top) const {
+std::shared_ptr<model::clsItem>
+ctrlCorrespondence::FolderFor(std::int32_t id, std::string_view description, bool top) const {
     const auto tree = lclTree->Tree();
     if (!tree) return nullptr;
     std::shared_ptr<model::clsItem> folder;
-    if (top) folder = tree->Item();
-    else if (id != 0) folder = tree->GetItem(id, {});
-    else if (!platform::TrimView(description).empty()) folder = tree->GetItem(0, description);
-    else folder = SelectedFolder();
+    if (top)
+        folder = tree->Item();
+    else if (id != 0)
+        folder = tree->GetItem(id, {});
+    else if (!platform::TrimView(description).empty())
+        folder = tree->GetItem(0, description);
+    else
+        folder = SelectedFolder();
     return folder && folder->AllowChildren() ? folder : nullptr;
 }
 
@@ -76,17 +79,17 @@ std::int32_t ctrlCorrespondence::AddFiles(const std::vector<std::string>& data,
     Failed failed;
     if (data.empty()) return addFiles::done;
     if (!Usable() || !lclTree->Tree() || lclFiling) {
-        failed.Add(addFiles::noDossier, lclFiling ? "Documents are being added already"
-                                                  : "No dossier is open");
+        failed.Add(addFiles::noDossier,
+                   lclFiling ? "Documents are being added already" : "No dossier is open");
         return TellNotAdded(failed);
     }
     const auto folder = FolderFor(IntoId, IntoDescription, prmAddToTop);
     if (!folder) {
         failed.Add(addFiles::noFolder,
                    IntoId != 0 ? "Folder " + std::to_string(IntoId) + " is not in this dossier"
-                   : IntoDescription.empty() ? std::string("No folder is selected")
-                                             : "Folder '" + std::string(IntoDescription) +
-                                                   "' is not in this dossier");
+                   : IntoDescription.empty()
+                       ? std::string("No folder is selected")
+                       : "Folder '" + std::string(IntoDescription) + "' is not in this dossier");
         return TellNotAdded(failed);
     }
     std::vector<Pending> files;
@@ -192,10 +195,11 @@ void ctrlCorrespondence::OnItemDropped(const DropEvent& drop) {
     }); // the tree tells when all of it is done
 }
 
-std::shared_ptr<model::clsItem> ctrlCorrespondence::AddItem(
-    std::int32_t prmId, std::string_view prmItemType,
-    const std::shared_ptr<model::clsItemCol>& prmChildCollection, std::int32_t prmItemId,
-    std::string_view prmDescription, std::int16_t prmInto) {
+std::shared_ptr<model::clsItem>
+ctrlCorrespondence::AddItem(std::int32_t prmId, std::string_view prmItemType,
+                            const std::shared_ptr<model::clsItemCol>& prmChildCollection,
+                            std::int32_t prmItemId, std::string_view prmDescription,
+                            std::int16_t prmInto) {
     if (prmInto == 0 && !SelectedFolder()) {
         Tell("Selecteer eerst een map voor de toevoeging");
         return nullptr;

@@ -24,14 +24,16 @@ namespace {
 class NoAdo : public data::AdoFactory {
 public:
     std::shared_ptr<data::AdoConnection> Create() override {
-        throw platform::Error(platform::errors::notFound, "There is no ADO on this machine", "Kavidex");
+        throw platform::Error(platform::errors::notFound, "There is no ADO on this machine",
+                              "Kavidex");
     }
 };
 
 class NoRepair : public data::AccessRepair {
 public:
     void Configure(std::string_view, std::string_view) override {
-        throw platform::Error(platform::errors::notFound, "There is no ODBC installer on this machine");
+        throw platform::Error(platform::errors::notFound,
+                              "There is no ODBC installer on this machine");
     }
 };
 

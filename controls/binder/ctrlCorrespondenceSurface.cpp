@@ -23,12 +23,16 @@ constexpr std::string_view administrative[] = {"batch", "usergroup", "users", "u
 } // namespace
 
 void ctrlCorrespondence::SubscribeToChildren() {
-    const auto keep = [&](std::shared_ptr<void> token) { lclSubscriptions.push_back(std::move(token)); };
+    const auto keep = [&](std::shared_ptr<void> token) {
+        lclSubscriptions.push_back(std::move(token));
+    };
     auto& tree = *lclTree;
     keep(tree.Click.Subscribe([this] { Click.Raise(); }));
     keep(tree.DblClick.Subscribe([this] { DblClick.Raise(); }));
-    keep(tree.KeyDown.Subscribe([this](std::int16_t& key, std::int16_t shift) { KeyDown.Raise(key, shift); }));
-    keep(tree.KeyUp.Subscribe([this](std::int16_t& key, std::int16_t shift) { KeyUp.Raise(key, shift); }));
+    keep(tree.KeyDown.Subscribe(
+        [this](std::int16_t& key, std::int16_t shift) { KeyDown.Raise(key, shift); }));
+    keep(tree.KeyUp.Subscribe(
+        [this](std::int16_t& key, std::int16_t shift) { KeyUp.Raise(key, shift); }));
     keep(tree.KeyPress.Subscribe([this](std::int16_t& key) { KeyPress.Raise(key); }));
     const auto mouse = [](auto& event) {
         return [&event](std::int16_t button, std::int16_t shift, float x, float y) {
@@ -47,26 +51,29 @@ void ctrlCorrespondence::SubscribeToChildren() {
         lclViewer->Refresh();
         ItemDropped.Raise();
     }));
-    keep(tree.EvItemPastedSpecial.Subscribe([this](const std::vector<std::string>& files, std::int32_t) {
-        AddFiles(files, {}, 0, false, false);
-    }));
-    keep(tree.EvItemDragOver.Subscribe([this](DragState state, std::int32_t id) { OLEDragOver.Raise(state, id); }));
-    keep(tree.EvItemCreated.Subscribe([this](const TreeItemInfo& item) { EvItemCreated.Raise(item); }));
+    keep(tree.EvItemPastedSpecial.Subscribe(
+        [this](const std::vector<std::string>& files, std::int32_t) {
+            AddFiles(files, {}, 0, false, false);
+        }));
+    keep(tree.EvItemDragOver.Subscribe(
+        [this](DragState state, std::int32_t id) { OLEDragOver.Raise(state, id); }));
+    keep(tree.EvItemCreated.Subscribe(
+        [this](const TreeItemInfo& item) { EvItemCreated.Raise(item); }));
     keep(tree.EvItemDelete.Subscribe([this](const TreeItemInfo& item) {
         EvItemDelete.Raise(item);
         if (lclViewer->Content() == PanelContent::Document) lclViewer->ShowNothing();
     }));
-    keep(tree.EvItemRenamed.Subscribe([this](const TreeItemInfo&, const std::string&) { lclViewer->Refresh(); }));
+    keep(tree.EvItemRenamed.Subscribe(
+        [this](const TreeItemInfo&, const std::string&) { lclViewer->Refresh(); }));
     keep(tree.EvCompleteDrag.Subscribe([this] {
         OLECompleteDrag.Raise();
         EvCompleteDrag.Raise();
     }));
-    keep(lclViewer->DocumentChosen.Subscribe([this](std::int32_t id) {
-        Guarded("DocumentChosen", [&] { SelectItem(id); });
-    }));
+    keep(lclViewer->DocumentChosen.Subscribe(
+        [this](std::int32_t id) { Guarded("DocumentChosen", [&] { SelectItem(id); }); }));
     keep(lclSplitPanel->Moved.Subscribe([this] {
-        platform::SaveRegSetting(lclWorkstation, platform::applicationName, correspSetting, splitterKey,
-                                 std::to_string(lclSplitPanel->Position()));
+        platform::SaveRegSetting(lclWorkstation, platform::applicationName, correspSetting,
+                                 splitterKey, std::to_string(lclSplitPanel->Position()));
     }));
 }
 
@@ -75,7 +82,8 @@ void ctrlCorrespondence::SelectItem(std::int32_t id) {
     const auto item = lclTree->GetItem(id);
     if (!item) return;
     lclTree->SetHighLightToItem(id); // false: the tree shows folders only
-    OnItemSelected({item->Description(), item->ItemType(), id, lclTree->NodeFullPath(id), item->ItemId()});
+    OnItemSelected(
+        {item->Description(), item->ItemType(), id, lclTree->NodeFullPath(id), item->ItemId()});
 }
 
 void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
@@ -98,8 +106,10 @@ void ctrlCorrespondence::ShowItem(const TreeItemInfo& item) {
     for (const auto name : administrative)
         if (type == name) return lclViewer->ShowNothing();
     if (!found) return lclViewer->ShowNothing();
-    if (found->AllowChildren()) lclViewer->ShowList(found);
-    else lclViewer->ShowItem(found);
+    if (found->AllowChildren())
+        lclViewer->ShowList(found);
+    else
+        lclViewer->ShowItem(found);
 }
 
 // --- Layout -------------------------------------------------------------------------------------

@@ -32,7 +32,8 @@ void OwnTranslator::SetLanguage(Language language) {
     lclLoaded = false;
 }
 
-std::string OwnTranslator::Translate(std::string_view text, const std::vector<std::string>& values) {
+std::string OwnTranslator::Translate(std::string_view text,
+                                     const std::vector<std::string>& values) {
     Load();
     const auto found = lclTexts.find(text);
     return platform::FillPlaceholders(found == lclTexts.end() ? text : found->second, values);
@@ -45,7 +46,8 @@ void OwnTranslator::Load() {
     if (!lclConnection) return;
     try {
         data::Command command;
-        command.text = "Select strKey, " + std::string(ColumnOf(lclLanguage)) + " from tblTranslations";
+        command.text =
+            "Select strKey, " + std::string(ColumnOf(lclLanguage)) + " from tblTranslations";
         const auto rows = lclConnection->Open(command);
         lclTexts.reserve(static_cast<std::size_t>(rows->RecordCount()));
         for (; !rows->Eof(); rows->MoveNext()) {

@@ -21,7 +21,8 @@ enum class Language : int { Dutch = 0, English = 1, German = 2, French = 3 };
 // without a row, a text stays as it is; a failing read leaves a line in the log.
 class OwnTranslator : public Translator {
 public:
-    explicit OwnTranslator(const platform::Workstation& workstation) : lclWorkstation(workstation) {}
+    explicit OwnTranslator(const platform::Workstation& workstation)
+        : lclWorkstation(workstation) {}
 
     void SetDbConnection(data::ConnectionPtr connection);
     void SetLanguage(Language language);

@@ -28,8 +28,10 @@ constexpr int samples = 4; // a side, in each pixel
 float Coverage(const PictureLayer& layer, int column, int line, float unit) {
     int hits = 0;
     for (int i = 0; i < samples * samples; ++i) {
-        const float x = static_cast<float>(column) + (static_cast<float>(i % samples) + 0.5F) / samples;
-        const float y = static_cast<float>(line) + (static_cast<float>(i / samples) + 0.5F) / samples;
+        const float x =
+            static_cast<float>(column) + (static_cast<float>(i % samples) + 0.5F) / samples;
+        const float y =
+            static_cast<float>(line) + (static_cast<float>(i / samples) + 0.5F) / samples;
         hits += Covers(layer, x * unit, y * unit) ? 1 : 0;
     }
     return static_cast<float>(hits) / (samples * samples);
@@ -41,8 +43,8 @@ std::uint32_t Blend(std::uint32_t pixel, std::uint32_t colour, float coverage) {
     for (int shift = 0; shift <= 24; shift += 8) {
         const float source = shift == 24 ? 255.0F : static_cast<float>((colour >> shift) & 255);
         const float below = static_cast<float>((pixel >> shift) & 255);
-        const auto mixed = static_cast<std::uint32_t>(
-            std::lround(source * coverage + below * (1 - coverage)));
+        const auto mixed =
+            static_cast<std::uint32_t>(std::lround(source * coverage + below * (1 - coverage)));
         result |= mixed << shift;
     }
     return result;

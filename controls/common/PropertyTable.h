@@ -17,9 +17,8 @@ using Fallback = std::variant<std::monostate, bool, std::int32_t, std::string_vi
 // `State` is the plain struct in which the control holds its properties.
 template <class State>
 struct Property {
-    using Member =
-        std::variant<bool State::*, std::int16_t State::*, std::int32_t State::*,
-                     std::string State::*>;
+    using Member = std::variant<bool State::*, std::int16_t State::*, std::int32_t State::*,
+                                std::string State::*>;
 
     std::string_view name; // under which it is read from the bag
     Member member;
@@ -57,9 +56,9 @@ void LoadProperties(std::span<const Property<State>> table, State& state, Proper
         std::visit(
             [&](auto member) {
                 auto& target = state.*member;
-                data::Value value = std::visit(
-                    [](const auto& fallback) { return properties::AsValue(fallback); },
-                    row.fallback);
+                data::Value value =
+                    std::visit([](const auto& fallback) { return properties::AsValue(fallback); },
+                               row.fallback);
                 if (data::IsNull(value)) value = properties::AsValue(target);
                 if (auto stored = bag.Read(row.name, value); stored && !data::IsNull(*stored))
                     value = std::move(*stored);

@@ -68,7 +68,8 @@ int ctlSplitPanel::FirstSize() const {
 Box ctlSplitPanel::Bar() const {
     if (!BarVisible()) return {};
     const int size = Scaled(lclSplitterWidth);
-    return lclHorizontal ? Box{0, FirstSize(), lclWidth, size} : Box{FirstSize(), 0, size, lclHeight};
+    return lclHorizontal ? Box{0, FirstSize(), lclWidth, size}
+                         : Box{FirstSize(), 0, size, lclHeight};
 }
 
 Box ctlSplitPanel::Panel(int which) const {
@@ -95,12 +96,15 @@ void ctlSplitPanel::TakeFirstSize(int size) {
     const int room = Room(), smallest = Scaled(lclMinPanelSize);
     if (room == 0) return;
     lclSnapped = SnapSide::None;
-    if (lclSnapToEdge && size < smallest / 2) lclSnapped = SnapSide::First;
-    else if (lclSnapToEdge && size > room - smallest / 2) lclSnapped = SnapSide::Second;
+    if (lclSnapToEdge && size < smallest / 2)
+        lclSnapped = SnapSide::First;
+    else if (lclSnapToEdge && size > room - smallest / 2)
+        lclSnapped = SnapSide::Second;
     else {
         size = std::clamp(size, std::min(smallest, room / 2), room - std::min(smallest, room / 2));
         // Rounded up, so that the same size comes back out of it.
-        lclPosition = static_cast<std::int32_t>((std::int64_t{size} * wholePosition + room - 1) / room);
+        lclPosition =
+            static_cast<std::int32_t>((std::int64_t{size} * wholePosition + room - 1) / room);
     }
     Arrange();
 }

@@ -34,8 +34,14 @@ public:
 
     HostedControl* Control1() const { return lclControls[0]; }
     HostedControl* Control2() const { return lclControls[1]; }
-    void SetControl1(HostedControl* control) { lclControls[0] = control; Arrange(); }
-    void SetControl2(HostedControl* control) { lclControls[1] = control; Arrange(); }
+    void SetControl1(HostedControl* control) {
+        lclControls[0] = control;
+        Arrange();
+    }
+    void SetControl2(HostedControl* control) {
+        lclControls[1] = control;
+        Arrange();
+    }
     bool Control1Visible() const { return lclVisible[0]; }
     bool Control2Visible() const { return lclVisible[1]; }
     void ShowControls(bool first, bool second);
@@ -57,9 +63,15 @@ public:
     SnapSide Snapped() const { return lclSnapped; }
     // 0: the system's colours.
     std::int32_t DragColor() const { return lclDragColor; }
-    void SetDragColor(std::int32_t colour) { lclDragColor = colour; Changed.Raise(); }
+    void SetDragColor(std::int32_t colour) {
+        lclDragColor = colour;
+        Changed.Raise();
+    }
     std::int32_t BackColor() const { return lclBackColor; }
-    void SetBackColor(std::int32_t colour) { lclBackColor = colour; Changed.Raise(); }
+    void SetBackColor(std::int32_t colour) {
+        lclBackColor = colour;
+        Changed.Raise();
+    }
 
     // The room that the panels share; places them anew.
     void SetSize(int width, int height);

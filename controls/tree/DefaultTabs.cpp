@@ -22,9 +22,8 @@ data::RecordsetPtr Open(data::Connection& connection, std::string statement) {
 
 std::vector<std::string> TabsOfType(std::string_view type, data::Connection& connection) {
     std::vector<std::string> names;
-    const auto types =
-        Open(connection, "Select TypeId from tblDossierTypes where DossierType = '" +
-                             platform::Replace(type, "'", "''") + "'");
+    const auto types = Open(connection, "Select TypeId from tblDossierTypes where DossierType = '" +
+                                            platform::Replace(type, "'", "''") + "'");
     if (types->Eof()) return names;
     const auto rows = Open(connection, "Select TabDescription, AutoCreate from tblDossierTabs "
                                        "where DossierTypeId = " +
@@ -70,8 +69,9 @@ std::vector<std::string> DefaultTabs(std::string_view list, data::Connection* co
 
 std::string FillTokens(std::string_view name, const platform::DateTime& now, int number) {
     const std::pair<std::string_view, std::string> tokens[] = {
-        {"%YYYY", Digits(now.year, 4)}, {"%DD", Digits(now.day, 2)},   {"%MM", Digits(now.month, 2)},
-        {"%hh", Digits(now.hour, 2)},   {"%mm", Digits(now.minute, 2)}, {"%ss", Digits(now.second, 2)},
+        {"%YYYY", Digits(now.year, 4)}, {"%DD", Digits(now.day, 2)},
+        {"%MM", Digits(now.month, 2)},  {"%hh", Digits(now.hour, 2)},
+        {"%mm", Digits(now.minute, 2)}, {"%ss", Digits(now.second, 2)},
     };
     std::string filled(name);
     for (const auto& [token, value] : tokens) filled = platform::Replace(filled, token, value);

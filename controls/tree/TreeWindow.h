@@ -16,11 +16,11 @@ namespace kavidex::controls {
 using NodeHandle = std::uintptr_t;
 
 struct TreeNode {
-    std::int32_t id = 0;   // the model item's id, handed back with every gesture
-    std::string_view text; // UTF-8
+    std::int32_t id = 0;                // the model item's id, handed back with every gesture
+    std::string_view text;              // UTF-8
     int image = -1, expandedImage = -1; // image numbers; equal for types with one image
-    bool children = false; // whether children will follow
-    bool expanded = false; // shown open from the start
+    bool children = false;              // whether children will follow
+    bool expanded = false;              // shown open from the start
 };
 
 // Images are addressed by key; a number is valid as long as the window lives.

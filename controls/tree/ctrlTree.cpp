@@ -130,8 +130,8 @@ void ctrlTree::ShowError(std::string_view caption, const std::exception& error) 
     if (const auto* ours = dynamic_cast<const platform::Error*>(&error))
         text = std::to_string(ours->Number()) + " " + text;
     lclWorkstation.log.Write(caption, text);
-    lclWorkstation.messages.Show({text, std::string(caption), platform::Buttons::Ok,
-                                  platform::Icon::Critical});
+    lclWorkstation.messages.Show(
+        {text, std::string(caption), platform::Buttons::Ok, platform::Icon::Critical});
 }
 
 } // namespace kavidex::controls

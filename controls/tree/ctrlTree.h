@@ -112,7 +112,8 @@ public:
     // the number of folders made, negative on failure.
     std::int32_t fncGetAndCreateTabs(std::string_view listOfTabs, std::int32_t parentId);
 
-    // A new folder below the selected folder, or below `parentId` where it is not 0. Null on refusal.
+    // A new folder below the selected folder, or below `parentId` where it is not 0. Null
+    // on refusal.
     ItemPtr AddTab(std::string_view description, std::int32_t parentId = 0);
     // A new item, inserted when `id` is 0; an `id` that is given exists in the database already.
     ItemPtr Add(std::int32_t id, std::string_view type,
@@ -133,9 +134,9 @@ public:
     ItemPtr GetItemWithinTree(const ItemPtr& start, std::int32_t id,
                               std::string_view description = {}) const;
     ItemPtr GetParent(std::int32_t id) const;
-    ItemPtr SelectedItem() const;                // null: nothing is selected
-    std::vector<ItemPtr> SelectedItems() const;  // collected ones in the order of selection
-    std::vector<ItemPtr> AllItems() const;       // in the order of the tree, without the root
+    ItemPtr SelectedItem() const;               // null: nothing is selected
+    std::vector<ItemPtr> SelectedItems() const; // collected ones in the order of selection
+    std::vector<ItemPtr> AllItems() const;      // in the order of the tree, without the root
     void ClearSelectedItems();
     void fncResetSelectedItems(); // as above, and selects the node where the selection began
     bool ContainsDocuments() const;
@@ -170,7 +171,7 @@ public:
     Event<> EvCompleteDrag;
     Event<std::string_view> PropertyChanged; // the saved item's name, for the container
 
-    // --- The window and what it reports -----------------------------------------------------------
+    // --- The window and what it reports --------------------------------------------------------
 
     // Fills the window with what there is; null detaches. The window must detach before it dies.
     void AttachWindow(TreeWindow* window);
@@ -179,12 +180,12 @@ public:
     void NodeActivated(std::int32_t id); // double click or Enter
     void NodeChecked(std::int32_t id, bool checked);
     bool HasCollected() const { return !lclCollected.empty(); }
-    void NodeToggled(std::int32_t id);   // taken into or out of the collected selection
+    void NodeToggled(std::int32_t id); // taken into or out of the collected selection
     bool IsCollected(std::int32_t id) const {
         return !lclCollected.empty() && lclCollected.contains(id);
     }
     bool CanEditLabel(std::int32_t id) const;
-    std::string EditText(std::int32_t id) const; // what the label's editor starts with
+    std::string EditText(std::int32_t id) const;              // what the label's editor starts with
     bool LabelEdited(std::int32_t id, std::string_view text); // false: the old text stays
     std::string ToolTip(std::int32_t id) const;
     // At a screen point, over a node or over empty space.

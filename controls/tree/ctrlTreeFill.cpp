@@ -140,8 +140,8 @@ void ctrlTree::fncItemToTreeView(const ItemPtr& item, std::int32_t parentId) {
     const bool plain = !(lclState.ShowNumberOfChildren && item->AllowChildren());
     const std::string counted = plain ? std::string() : NodeText(*item);
     node.handle = lclWindow->AddNode(
-        parent, {item->Id(), plain ? std::string_view(item->Description()) : counted,
-                 images.closed, images.open, parentOfSome, parentOfSome && lclState.FullExpand});
+        parent, {item->Id(), plain ? std::string_view(item->Description()) : counted, images.closed,
+                 images.open, parentOfSome, parentOfSome && lclState.FullExpand});
     if (!node.handle)
         throw platform::Error(platform::errors::fail,
                               "The tree refused the item " + std::to_string(item->Id()));

@@ -53,8 +53,8 @@ constexpr MenuRow menuRows[] = {
 };
 
 // Shown with a node under the mouse only.
-constexpr std::string_view nodeEntries[] = {"mnuSep1",         "mnuExpand",     "mnuCollaps",
-                                            "mnuSep4",         "mnuShowExternal", "mnuProperties",
+constexpr std::string_view nodeEntries[] = {"mnuSep1",    "mnuExpand",       "mnuCollaps",
+                                            "mnuSep4",    "mnuShowExternal", "mnuProperties",
                                             "mnuCopyLink"};
 
 } // namespace
@@ -67,8 +67,8 @@ PopupMenu ctrlTree::PrepareMenu(std::optional<std::int32_t> id) {
     const auto names = platform::Split(lclState.NameForInsert, ';');
     const auto types = platform::Split(lclState.TypeForInsert, ';');
     const auto folder = GetNode(FolderAt(lclSelected));
-    const bool mayCreate = lclState.NewEnabled && !lclState.ReadOnly && folder && folder->Id() > 0 &&
-                           folder->AllowChildren();
+    const bool mayCreate = lclState.NewEnabled && !lclState.ReadOnly && folder &&
+                           folder->Id() > 0 && folder->AllowChildren();
     for (int i = 0; i < newEntries; ++i) {
         const auto position = static_cast<std::size_t>(i);
         const bool named = position < names.size() && position < types.size() &&
@@ -92,8 +92,7 @@ PopupMenu ctrlTree::PrepareMenu(std::optional<std::int32_t> id) {
     entry("mnuMail").visible = entry("mnuMailPdf").visible = lclState.ShowMail;
     entry("mnuProperties").visible = item && lclState.ShowProperties;
     for (const auto& option : TreeOptionTable())
-        if (auto* row = FindEntry(menu, option.menuEntry))
-            row->checked = lclState.*option.member;
+        if (auto* row = FindEntry(menu, option.menuEntry)) row->checked = lclState.*option.member;
 
     const auto ids = SelectedIds();
     const auto root = Root();
@@ -106,8 +105,8 @@ PopupMenu ctrlTree::PrepareMenu(std::optional<std::int32_t> id) {
                                  std::all_of(ids.begin(), ids.end(), [&](std::int32_t one) {
                                      return one > 0 && root && one != root->Id();
                                  });
-    entry("mnuPaste").enabled = !lclCut.empty() && folder && lclState.UpdateEnabled &&
-                                !lclState.ReadOnly;
+    entry("mnuPaste").enabled =
+        !lclCut.empty() && folder && lclState.UpdateEnabled && !lclState.ReadOnly;
     entry("mnuRename").enabled = ids.size() == 1 && MayChange(ids.front());
     entry("mnuShowExternal").enabled = item && !item->AllowChildren();
 
@@ -184,8 +183,10 @@ bool ctrlTree::CommandKey(int key, bool control, bool shift) {
         bool control;
         std::string_view entry;
     };
-    constexpr Shortcut keys[] = {{0x71, false, "mnuRename"}, {0x2E, false, "mnuDelete"},
-                            {'X', true, "mnuCut"},      {'V', true, "mnuPaste"}};
+    constexpr Shortcut keys[] = {{0x71, false, "mnuRename"},
+                                 {0x2E, false, "mnuDelete"},
+                                 {'X', true, "mnuCut"},
+                                 {'V', true, "mnuPaste"}};
     if (shift) return false;
     for (const auto& row : keys)
         if (row.key == key && row.control == control) {

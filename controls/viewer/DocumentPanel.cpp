@@ -94,7 +94,8 @@ void DocumentPanel::ContentChanged() {
     if (lclWindow) lclWindow->ContentChanged();
 }
 
-std::string DocumentPanel::Text(std::string_view text, const std::vector<std::string>& values) const {
+std::string DocumentPanel::Text(std::string_view text,
+                                const std::vector<std::string>& values) const {
     return lclTranslator ? lclTranslator->Translate(text, values)
                          : platform::FillPlaceholders(text, values);
 }
@@ -252,7 +253,8 @@ void DocumentPanel::Sort() {
     const auto less = [&](const DocumentRow& a, const DocumentRow& b) {
         switch (*lclSortColumn) {
         case PanelColumn::Type: return platform::CompareNoCase(a.type, b.type) < 0;
-        case PanelColumn::InsertedBy: return platform::CompareNoCase(a.insertedBy, b.insertedBy) < 0;
+        case PanelColumn::InsertedBy:
+            return platform::CompareNoCase(a.insertedBy, b.insertedBy) < 0;
         case PanelColumn::InsertedOn: return a.sortKey < b.sortKey;
         default: return platform::CompareNoCase(a.description, b.description) < 0;
         }

@@ -26,11 +26,11 @@ class clsUserAuth;
 namespace kavidex::controls {
 
 struct DocumentRow {
-    std::int32_t id = 0;       // of the tree item
+    std::int32_t id = 0; // of the tree item
     std::int32_t documentId = 0;
     std::string description, type, insertedBy;
-    std::string insertedOn;    // dd-mm-yyyy hh:mm
-    std::string sortKey;       // of the moment, so that the column sorts by time
+    std::string insertedOn; // dd-mm-yyyy hh:mm
+    std::string sortKey;    // of the moment, so that the column sorts by time
 };
 
 struct DocumentFacts {
@@ -61,8 +61,11 @@ public:
 
     void SetDbConnection(data::ConnectionPtr connection) { lclConnection = std::move(connection); }
     void SetTranslate(std::shared_ptr<Translator> translator);
-    void SetUserAuth(std::shared_ptr<model::clsUserAuth> rights) { lclUserAuth = std::move(rights); }
-    void SetAppearance(std::int32_t back, std::int32_t fore, bool enabled, std::optional<FontFace> font);
+    void SetUserAuth(std::shared_ptr<model::clsUserAuth> rights) {
+        lclUserAuth = std::move(rights);
+    }
+    void SetAppearance(std::int32_t back, std::int32_t fore, bool enabled,
+                       std::optional<FontFace> font);
     std::int32_t BackColor() const { return lclBackColor; } // 0: the system's
     std::int32_t ForeColor() const { return lclForeColor; }
     bool Enabled() const { return lclEnabled; }

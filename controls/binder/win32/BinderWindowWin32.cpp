@@ -20,8 +20,10 @@ void CollectStops(HWND parent, std::vector<HWND>& stops) {
     for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
         if (!IsWindowVisible(child) || !IsWindowEnabled(child)) continue;
         const bool stop = GetWindowLongPtrW(child, GWL_STYLE) & WS_TABSTOP;
-        if (stop) stops.push_back(child);
-        else CollectStops(child, stops);
+        if (stop)
+            stops.push_back(child);
+        else
+            CollectStops(child, stops);
     }
 }
 
@@ -128,10 +130,14 @@ void BinderWindowWin32::TakeFocus() {
     // Tabbed to: the first stop, or from behind the last.
     if (GetKeyState(VK_TAB) < 0 && GetKeyState(VK_MENU) >= 0 && !stops.empty())
         ::SetFocus(GetKeyState(VK_SHIFT) < 0 ? stops.back() : stops.front());
-    else if (std::find(stops.begin(), stops.end(), lclLastFocus) != stops.end()) ::SetFocus(lclLastFocus);
-    else if (IsWindowVisible(lclTree->Handle())) lclTree->TakeFocus();
-    else if (!stops.empty()) ::SetFocus(stops.front());
-    else ::SetFocus(lclWindow);
+    else if (std::find(stops.begin(), stops.end(), lclLastFocus) != stops.end())
+        ::SetFocus(lclLastFocus);
+    else if (IsWindowVisible(lclTree->Handle()))
+        lclTree->TakeFocus();
+    else if (!stops.empty())
+        ::SetFocus(stops.front());
+    else
+        ::SetFocus(lclWindow);
 }
 
 // At either end the key belongs to the host, which moves on to its next control.
@@ -160,8 +166,9 @@ bool BinderWindowWin32::TranslateKey(const MSG& message) {
         return TabKey(GetKeyState(VK_SHIFT) < 0);
     }
     const bool toolbar = GetFocus() == lclToolbar.Handle();
-    if (down && plain && ((toolbar && lclToolbar.UsesKey(message.wParam)) ||
-                          (lclSplitter.BarHasFocus() && lclSplitter.UsesKey(message.wParam)))) {
+    if (down && plain &&
+        ((toolbar && lclToolbar.UsesKey(message.wParam)) ||
+         (lclSplitter.BarHasFocus() && lclSplitter.UsesKey(message.wParam)))) {
         DispatchMessageW(&message);
         return true;
     }
@@ -184,7 +191,9 @@ LRESULT BinderWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         return 0;
     }
     case WM_PARENTNOTIFY: return 0;
-    case WM_SETTINGCHANGE: case WM_SYSCOLORCHANGE: case WM_THEMECHANGED:
+    case WM_SETTINGCHANGE:
+    case WM_SYSCOLORCHANGE:
+    case WM_THEMECHANGED:
     case 0x02E3: // WM_DPICHANGED_AFTERPARENT
         if (!lclToolbar.Handle()) return 0;
         lclDpi = DpiOf(lclWindow);
@@ -195,9 +204,7 @@ LRESULT BinderWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
                 if (child && child->Handle()) SendMessageW(child->Handle(), message, w, l);
         Layout();
         return 0;
-    case WM_DESTROY:
-        lclLogic.AttachWindow(nullptr);
-        return 0;
+    case WM_DESTROY: lclLogic.AttachWindow(nullptr); return 0;
     case WM_NCDESTROY: {
         const LRESULT result = DefWindowProcW(lclWindow, message, w, l);
         lclToolbar.Forget();

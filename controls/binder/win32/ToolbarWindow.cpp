@@ -26,7 +26,8 @@ int CommandOf(std::string_view key) {
 
 const ToolbarButton* ButtonOf(int command) {
     const auto index = static_cast<std::size_t>(command - firstCommand);
-    return command >= firstCommand && index < ToolbarTable().size() ? &ToolbarTable()[index] : nullptr;
+    return command >= firstCommand && index < ToolbarTable().size() ? &ToolbarTable()[index]
+                                                                    : nullptr;
 }
 
 } // namespace
@@ -34,12 +35,12 @@ const ToolbarButton* ButtonOf(int command) {
 HWND ToolbarWindow::Create(HWND parent, int id) {
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
     InitCommonControlsEx(&controls);
-    lclWindow = CreateWindowExW(0, TOOLBARCLASSNAMEW, L"",
-                                WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | TBSTYLE_FLAT |
-                                    TBSTYLE_LIST | TBSTYLE_TOOLTIPS | CCS_NODIVIDER | CCS_NORESIZE |
-                                    CCS_NOPARENTALIGN,
-                                0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
-                                platform::win32::OwnModule(), nullptr);
+    lclWindow = CreateWindowExW(
+        0, TOOLBARCLASSNAMEW, L"",
+        WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | TBSTYLE_FLAT | TBSTYLE_LIST |
+            TBSTYLE_TOOLTIPS | CCS_NODIVIDER | CCS_NORESIZE | CCS_NOPARENTALIGN,
+        0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+        platform::win32::OwnModule(), nullptr);
     if (!lclWindow) return nullptr;
     SendMessageW(lclWindow, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
     // The texts of the buttons stay unseen; screen readers read them.
@@ -64,7 +65,8 @@ void ToolbarWindow::BuildLook(int dpi) {
         const auto layers = ToolbarPicture(button.key);
         int image = I_IMAGENONE;
         if (!layers.empty())
-            if (const HICON icon = IconOf(DrawLayers(layers, size, SystemColours(COLOR_BTNTEXT, COLOR_BTNFACE)))) {
+            if (const HICON icon =
+                    IconOf(DrawLayers(layers, size, SystemColours(COLOR_BTNTEXT, COLOR_BTNFACE)))) {
                 image = ImageList_ReplaceIcon(list, -1, icon);
                 DestroyIcon(icon);
             }
@@ -73,7 +75,8 @@ void ToolbarWindow::BuildLook(int dpi) {
     SendMessageW(lclWindow, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(list));
     lclImages.Reset(list);
     SendMessageW(lclWindow, TB_SETBITMAPSIZE, 0, MAKELPARAM(size, size));
-    while (SendMessageW(lclWindow, TB_DELETEBUTTON, 0, 0)) {}
+    while (SendMessageW(lclWindow, TB_DELETEBUTTON, 0, 0)) {
+    }
     std::vector<TBBUTTON> buttons;
     for (std::size_t i = 0; i < images.size(); ++i) {
         const auto& row = ToolbarTable()[i];
@@ -81,15 +84,17 @@ void ToolbarWindow::BuildLook(int dpi) {
         button.idCommand = firstCommand + static_cast<int>(i);
         button.iBitmap = images[i];
         button.fsState = TBSTATE_ENABLED;
-        button.fsStyle = static_cast<BYTE>(row.kind == ButtonKind::Separator  ? BTNS_SEP
-                                           : row.kind == ButtonKind::DropDown ? BTNS_BUTTON | BTNS_WHOLEDROPDOWN | BTNS_AUTOSIZE
-                                           : row.kind == ButtonKind::Toggle   ? BTNS_CHECK | BTNS_AUTOSIZE
-                                                                              : BTNS_BUTTON | BTNS_AUTOSIZE);
+        button.fsStyle = static_cast<BYTE>(
+            row.kind == ButtonKind::Separator  ? BTNS_SEP
+            : row.kind == ButtonKind::DropDown ? BTNS_BUTTON | BTNS_WHOLEDROPDOWN | BTNS_AUTOSIZE
+            : row.kind == ButtonKind::Toggle   ? BTNS_CHECK | BTNS_AUTOSIZE
+                                               : BTNS_BUTTON | BTNS_AUTOSIZE);
         button.iString = -1;
         if (row.kind == ButtonKind::Separator) button.iBitmap = Scaled(8, dpi);
         buttons.push_back(button);
     }
-    SendMessageW(lclWindow, TB_ADDBUTTONSW, buttons.size(), reinterpret_cast<LPARAM>(buttons.data()));
+    SendMessageW(lclWindow, TB_ADDBUTTONSW, buttons.size(),
+                 reinterpret_cast<LPARAM>(buttons.data()));
     lclFilled = true;
     ShowButtons();
 }
@@ -108,7 +113,8 @@ void ToolbarWindow::ShowButtons() {
                                          (state.enabled ? TBSTATE_ENABLED : 0) |
                                          (state.pressed ? TBSTATE_CHECKED : 0));
         info.pszText = lclTooltips[i].data();
-        SendMessageW(lclWindow, TB_SETBUTTONINFOW, firstCommand + i, reinterpret_cast<LPARAM>(&info));
+        SendMessageW(lclWindow, TB_SETBUTTONINFOW, firstCommand + i,
+                     reinterpret_cast<LPARAM>(&info));
     }
     SendMessageW(lclWindow, TB_AUTOSIZE, 0, 0);
 }
@@ -130,7 +136,8 @@ bool ToolbarWindow::CanTakeFocus() const {
 int ToolbarWindow::NextEnabled(int from, int step) const {
     const auto count = static_cast<int>(ToolbarTable().size());
     for (int i = from + step; i >= 0 && i < count; i += step) {
-        const auto state = SendMessageW(lclWindow, TB_GETSTATE, static_cast<WPARAM>(firstCommand + i), 0);
+        const auto state =
+            SendMessageW(lclWindow, TB_GETSTATE, static_cast<WPARAM>(firstCommand + i), 0);
         if (state != -1 && (state & TBSTATE_ENABLED) && !(state & TBSTATE_HIDDEN) &&
             ToolbarTable()[static_cast<std::size_t>(i)].kind != ButtonKind::Separator)
             return i;
@@ -145,8 +152,8 @@ void ToolbarWindow::MoveHot(int step) {
 }
 
 bool ToolbarWindow::UsesKey(WPARAM key) const {
-    return key == VK_LEFT || key == VK_RIGHT || key == VK_HOME || key == VK_END || key == VK_SPACE ||
-           key == VK_RETURN || key == VK_DOWN;
+    return key == VK_LEFT || key == VK_RIGHT || key == VK_HOME || key == VK_END ||
+           key == VK_SPACE || key == VK_RETURN || key == VK_DOWN;
 }
 
 bool ToolbarWindow::Key(WPARAM key) {
@@ -181,12 +188,14 @@ void ToolbarWindow::Command(int id) {
 std::optional<std::size_t> ToolbarWindow::ShowMenu(const PopupMenu& menu, std::string_view button) {
     RECT place{};
     const int command = CommandOf(button);
-    SendMessageW(lclWindow, TB_GETRECT, static_cast<WPARAM>(command), reinterpret_cast<LPARAM>(&place));
+    SendMessageW(lclWindow, TB_GETRECT, static_cast<WPARAM>(command),
+                 reinterpret_cast<LPARAM>(&place));
     MapWindowPoints(lclWindow, nullptr, reinterpret_cast<POINT*>(&place), 2);
     SendMessageW(lclWindow, TB_PRESSBUTTON, static_cast<WPARAM>(command), MAKELPARAM(TRUE, 0));
     // A tip would cover the menu: the one that is out goes, the one that is due gets no text.
     lclMenuOpen = true;
-    SendMessageW(reinterpret_cast<HWND>(SendMessageW(lclWindow, TB_GETTOOLTIPS, 0, 0)), TTM_POP, 0, 0);
+    SendMessageW(reinterpret_cast<HWND>(SendMessageW(lclWindow, TB_GETTOOLTIPS, 0, 0)), TTM_POP, 0,
+                 0);
     const auto chosen = TrackMenu(GetParent(lclWindow), menu, place.left, place.bottom);
     lclMenuOpen = false;
     if (lclWindow) SendMessageW(lclWindow, TB_PRESSBUTTON, static_cast<WPARAM>(command), 0);
@@ -195,9 +204,7 @@ std::optional<std::size_t> ToolbarWindow::ShowMenu(const PopupMenu& menu, std::s
 
 LRESULT ToolbarWindow::Notified(NMHDR& header) {
     switch (header.code) {
-    case TBN_DROPDOWN:
-        Command(reinterpret_cast<NMTOOLBARW&>(header).iItem);
-        return TBDDRET_DEFAULT;
+    case TBN_DROPDOWN: Command(reinterpret_cast<NMTOOLBARW&>(header).iItem); return TBDDRET_DEFAULT;
     case TBN_GETINFOTIPW: {
         auto& tip = reinterpret_cast<NMTBGETINFOTIPW&>(header);
         const auto index = static_cast<std::size_t>(tip.iItem - firstCommand);
@@ -214,8 +221,10 @@ LRESULT ToolbarWindow::Notified(NMHDR& header) {
 
 LRESULT CALLBACK ToolbarWindow::Procedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
                                           DWORD_PTR self) {
-    if (message == WM_NCDESTROY) RemoveWindowSubclass(window, Procedure, 1);
-    else return reinterpret_cast<ToolbarWindow*>(self)->Handle(message, w, l);
+    if (message == WM_NCDESTROY)
+        RemoveWindowSubclass(window, Procedure, 1);
+    else
+        return reinterpret_cast<ToolbarWindow*>(self)->Handle(message, w, l);
     return DefSubclassProc(window, message, w, l);
 }
 
@@ -236,24 +245,25 @@ LRESULT ToolbarWindow::Handle(UINT message, WPARAM w, LPARAM l) {
         DefSubclassProc(lclWindow, message, w, l);
         SendMessageW(lclWindow, TB_SETHOTITEM, static_cast<WPARAM>(NextEnabled(-1, 1)), 0);
         return 0;
-    case WM_KILLFOCUS:
-        SendMessageW(lclWindow, TB_SETHOTITEM, static_cast<WPARAM>(-1), 0);
-        break;
+    case WM_KILLFOCUS: SendMessageW(lclWindow, TB_SETHOTITEM, static_cast<WPARAM>(-1), 0); break;
     case WM_GETDLGCODE: return DLGC_WANTARROWS;
     default: break;
     }
     return DefSubclassProc(lclWindow, message, w, l);
 }
 
-void ToolbarWindow::Draw(HDC device, const RECT& place, int dpi, const std::vector<ButtonState>& buttons) {
+void ToolbarWindow::Draw(HDC device, const RECT& place, int dpi,
+                         const std::vector<ButtonState>& buttons) {
     const int size = Scaled(iconUnits, dpi);
     int left = place.left + Scaled(6, dpi);
     for (const auto& state : buttons) {
         const auto layers = ToolbarPicture(state.button->key);
         if (!state.visible || layers.empty()) continue;
-        const HICON icon = IconOf(DrawLayers(layers, size, SystemColours(COLOR_BTNTEXT, COLOR_BTNFACE)));
+        const HICON icon =
+            IconOf(DrawLayers(layers, size, SystemColours(COLOR_BTNTEXT, COLOR_BTNFACE)));
         if (!icon) continue;
-        DrawIconEx(device, left, place.top + Scaled(4, dpi), icon, size, size, 0, nullptr, DI_NORMAL);
+        DrawIconEx(device, left, place.top + Scaled(4, dpi), icon, size, size, 0, nullptr,
+                   DI_NORMAL);
         DestroyIcon(icon);
         left += size + Scaled(10, dpi);
     }

@@ -30,8 +30,8 @@ public:
     HWND Handle() const { return lclWindow; }
     void Forget(); // the parent is gone
 
-    void BuildLook(int dpi);   // pictures and sizes for that resolution
-    void ShowButtons();        // visibility, enabling, tooltips
+    void BuildLook(int dpi); // pictures and sizes for that resolution
+    void ShowButtons();      // visibility, enabling, tooltips
     int Height() const;
     void Place(int width);
 
@@ -43,7 +43,8 @@ public:
     LRESULT Notified(NMHDR& header);
 
     // For drawing without a window.
-    static void Draw(HDC device, const RECT& place, int dpi, const std::vector<ButtonState>& buttons);
+    static void Draw(HDC device, const RECT& place, int dpi,
+                     const std::vector<ButtonState>& buttons);
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,

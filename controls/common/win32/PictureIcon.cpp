@@ -37,7 +37,8 @@ HICON IconOf(const Picture& picture) {
     std::vector<BYTE> mask(static_cast<std::size_t>(stride) * picture.size);
     for (int line = 0; line < picture.size; ++line)
         for (int column = 0; column < picture.size; ++column) {
-            const auto pixel = picture.pixels[static_cast<std::size_t>(line) * picture.size + column];
+            const auto pixel =
+                picture.pixels[static_cast<std::size_t>(line) * picture.size + column];
             if (pixel >> 24 < 128)
                 mask[static_cast<std::size_t>(line) * stride + column / 8] |=
                     static_cast<BYTE>(0x80 >> column % 8);

@@ -18,8 +18,7 @@ std::optional<std::size_t> TrackMenu(HWND owner, const PopupMenu& menu, int x, i
             continue;
         }
         // An ampersand in a name is no mnemonic.
-        const auto caption =
-            platform::win32::ToWide(platform::Replace(entry.caption, "&", "&&"));
+        const auto caption = platform::win32::ToWide(platform::Replace(entry.caption, "&", "&&"));
         UINT flags = MF_STRING | (entry.enabled ? MF_ENABLED : MF_GRAYED) |
                      (entry.checked ? MF_CHECKED : MF_UNCHECKED);
         UINT_PTR id = i + 1;

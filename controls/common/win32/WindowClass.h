@@ -53,8 +53,8 @@ private:
     static LRESULT CALLBACK Procedure(HWND handle, UINT message, WPARAM w, LPARAM l) {
         auto* binding = reinterpret_cast<Binding*>(GetWindowLongPtrW(handle, GWLP_USERDATA));
         if (message == WM_NCCREATE) {
-            binding = new Binding(*static_cast<Binding*>(
-                reinterpret_cast<CREATESTRUCTW*>(l)->lpCreateParams));
+            binding = new Binding(
+                *static_cast<Binding*>(reinterpret_cast<CREATESTRUCTW*>(l)->lpCreateParams));
             *binding->window = handle;
             SetWindowLongPtrW(handle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(binding));
         }

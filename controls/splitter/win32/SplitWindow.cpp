@@ -64,8 +64,10 @@ void SplitWindow::FocusElsewhere(const ControlWindow& hidden) {
 
 bool SplitWindow::UsesKey(WPARAM key) const {
     switch (key) {
-    case VK_LEFT: case VK_RIGHT: return !lclLogic.Horizontal();
-    case VK_UP: case VK_DOWN: return lclLogic.Horizontal();
+    case VK_LEFT:
+    case VK_RIGHT: return !lclLogic.Horizontal();
+    case VK_UP:
+    case VK_DOWN: return lclLogic.Horizontal();
     case VK_RETURN: return lclLogic.SnapToEdge();
     case VK_ESCAPE: return lclLogic.Moving();
     default: return false;
@@ -105,7 +107,8 @@ LRESULT SplitWindow::Handle(UINT message, WPARAM w, LPARAM l) {
     case WM_KEYDOWN:
         if (Key(w)) return 0;
         break;
-    case WM_SETFOCUS: case WM_KILLFOCUS: InvalidateRect(lclWindow, nullptr, TRUE); return 0;
+    case WM_SETFOCUS:
+    case WM_KILLFOCUS: InvalidateRect(lclWindow, nullptr, TRUE); return 0;
     case WM_SETCURSOR: {
         POINT point;
         GetCursorPos(&point);
@@ -131,10 +134,10 @@ void SplitWindow::Paint() {
     const HDC device = BeginPaint(lclWindow, &paint);
     const Box bar = lclLogic.Bar();
     RECT area{bar.left, bar.top, bar.left + bar.width, bar.top + bar.height};
-    const auto own = static_cast<std::uint32_t>(lclLogic.Moving() ? lclLogic.DragColor()
-                                                                  : lclLogic.BackColor());
-    const COLORREF colour = own ? ColourOf(own)
-                                : GetSysColor(lclLogic.Moving() ? COLOR_HIGHLIGHT : COLOR_BTNFACE);
+    const auto own =
+        static_cast<std::uint32_t>(lclLogic.Moving() ? lclLogic.DragColor() : lclLogic.BackColor());
+    const COLORREF colour =
+        own ? ColourOf(own) : GetSysColor(lclLogic.Moving() ? COLOR_HIGHLIGHT : COLOR_BTNFACE);
     SetDCBrushColor(device, colour);
     FillRect(device, &area, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
     // A short line in the middle tells that the bar can be moved.
@@ -142,7 +145,8 @@ void SplitWindow::Paint() {
         const int thick = std::max(1, std::min(bar.width, bar.height) / 3);
         const int length = std::max(bar.width, bar.height) / 12;
         RECT grip = area;
-        InflateRect(&grip, lclLogic.Horizontal() ? -(bar.width - length) / 2 : -(bar.width - thick) / 2,
+        InflateRect(&grip,
+                    lclLogic.Horizontal() ? -(bar.width - length) / 2 : -(bar.width - thick) / 2,
                     lclLogic.Horizontal() ? -(bar.height - thick) / 2 : -(bar.height - length) / 2);
         FillRect(device, &grip, GetSysColorBrush(COLOR_BTNSHADOW));
     }

@@ -14,7 +14,9 @@ using platform::win32::ComPtr;
 
 namespace {
 
-FORMATETC Format(CLIPFORMAT format) { return {format, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL}; }
+FORMATETC Format(CLIPFORMAT format) {
+    return {format, nullptr, DVASPECT_CONTENT, -1, TYMED_HGLOBAL};
+}
 
 class Medium {
 public:
@@ -143,7 +145,8 @@ DropData ReadDropData(IDataObject& data) {
         const UINT count = DragQueryFileW(files.Files(), 0xFFFFFFFF, nullptr, 0);
         for (UINT i = 0; i < count; ++i) {
             std::wstring path(DragQueryFileW(files.Files(), i, nullptr, 0) + 1, L'\0');
-            path.resize(DragQueryFileW(files.Files(), i, path.data(), static_cast<UINT>(path.size())));
+            path.resize(
+                DragQueryFileW(files.Files(), i, path.data(), static_cast<UINT>(path.size())));
             result.files.push_back(platform::win32::FromWide(path));
         }
     }
@@ -210,7 +213,8 @@ HRESULT TreeDropTarget::DragLeave() {
 
 HRESULT TreeDropTarget::Drop(IDataObject* data, DWORD, POINTL point, DWORD* effect) {
     const auto dropped = data ? ReadDropData(*data) : std::exchange(lclData, {});
-    const auto done = lclReceiver ? lclReceiver->DragDropped(dropped, {point.x, point.y}) : drop::none;
+    const auto done =
+        lclReceiver ? lclReceiver->DragDropped(dropped, {point.x, point.y}) : drop::none;
     if (effect) *effect &= static_cast<DWORD>(done);
     lclData = {};
     return S_OK;

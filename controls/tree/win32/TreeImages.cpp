@@ -17,8 +17,7 @@ int listsAlive = 0;
 
 HICON SystemIcon(const std::string& extension, int size) {
     const auto name = L"x." + platform::win32::ToWide(extension);
-    const UINT choice =
-        size > GetSystemMetrics(SM_CXSMICON) ? SHGFI_LARGEICON : SHGFI_SMALLICON;
+    const UINT choice = size > GetSystemMetrics(SM_CXSMICON) ? SHGFI_LARGEICON : SHGFI_SMALLICON;
     SHFILEINFOW info{};
     const auto found = SHGetFileInfoW(name.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info,
                                       SHGFI_ICON | SHGFI_USEFILEATTRIBUTES | choice);
@@ -64,7 +63,8 @@ bool TreeImages::AddFileIcon(std::string_view extension, std::string_view key) {
 bool TreeImages::AddToList(const Entry& entry) {
     HICON icon = nullptr;
     if (entry.extension.empty()) {
-        icon = IconOf(DrawPicture(entry.key, lclSize, SystemColours(COLOR_WINDOWTEXT, COLOR_WINDOW)));
+        icon =
+            IconOf(DrawPicture(entry.key, lclSize, SystemColours(COLOR_WINDOWTEXT, COLOR_WINDOW)));
     } else {
         icon = SystemIcon(entry.extension, lclSize);
     }

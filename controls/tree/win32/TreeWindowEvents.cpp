@@ -41,8 +41,8 @@ LRESULT TreeWindowWin32::Notified(NMHDR& header) {
         return FALSE; // the logic has set the text
     case TVN_GETINFOTIPW: {
         auto& tip = reinterpret_cast<NMTVGETINFOTIPW&>(header);
-        const auto text = platform::win32::ToWide(
-            lclLogic.ToolTip(static_cast<std::int32_t>(tip.lParam)));
+        const auto text =
+            platform::win32::ToWide(lclLogic.ToolTip(static_cast<std::int32_t>(tip.lParam)));
         if (tip.pszText && tip.cchTextMax > 0) lstrcpynW(tip.pszText, text.c_str(), tip.cchTextMax);
         return 0;
     }
@@ -100,8 +100,7 @@ void TreeWindowWin32::EndLabelEdit(const NMTVDISPINFOW& info) {
 void TreeWindowWin32::ClickedAt(bool doubleClick) {
     const DWORD position = GetMessagePos();
     UINT flags = 0;
-    const HTREEITEM item =
-        HitTest({GET_X_LPARAM(position), GET_Y_LPARAM(position)}, &flags);
+    const HTREEITEM item = HitTest({GET_X_LPARAM(position), GET_Y_LPARAM(position)}, &flags);
     if (doubleClick) {
         if (item && (flags & TVHT_ONITEM)) lclLogic.NodeActivated(IdOf(item));
         return;
@@ -168,10 +167,12 @@ LRESULT TreeWindowWin32::HandleTree(UINT message, WPARAM w, LPARAM l) {
             }
         }
         break;
-    case WM_LBUTTONUP: case WM_RBUTTONDOWN: case WM_RBUTTONUP: case WM_MBUTTONDOWN:
-    case WM_MBUTTONUP: case WM_MOUSEMOVE:
-        MouseEvent(message, w, l);
-        break;
+    case WM_LBUTTONUP:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP:
+    case WM_MOUSEMOVE: MouseEvent(message, w, l); break;
     case WM_KEYDOWN:
         lclLogic.KeyDown.Raise(key, ShiftState());
         if (key == 0) return 0;
@@ -204,8 +205,8 @@ void TreeWindowWin32::MouseEvent(UINT message, WPARAM w, LPARAM l) {
     const float x = static_cast<float>(GET_X_LPARAM(l)) * twipsPerInch / static_cast<float>(lclDpi);
     const float y = static_cast<float>(GET_Y_LPARAM(l)) * twipsPerInch / static_cast<float>(lclDpi);
     const auto shift = ShiftState();
-    const auto held = static_cast<std::int16_t>((w & MK_LBUTTON ? 1 : 0) | (w & MK_RBUTTON ? 2 : 0) |
-                                                (w & MK_MBUTTON ? 4 : 0));
+    const auto held = static_cast<std::int16_t>(
+        (w & MK_LBUTTON ? 1 : 0) | (w & MK_RBUTTON ? 2 : 0) | (w & MK_MBUTTON ? 4 : 0));
     switch (message) {
     case WM_LBUTTONDOWN: lclLogic.MouseDown.Raise(1, shift, x, y); break;
     case WM_RBUTTONDOWN: lclLogic.MouseDown.Raise(2, shift, x, y); break;
@@ -281,7 +282,8 @@ void TreeWindowWin32::Draw(HDC device, const RECT& place) const {
     if (lclLogic.StatusBarVisible()) {
         RECT label{area.left + Scaled(4, dpi), area.top, area.right, area.top + line};
         SetTextColor(device, GetSysColor(COLOR_BTNTEXT));
-        DrawTextW(device, platform::win32::ToWide(lclLogic.StatusText()).c_str(), -1, &label, oneLine);
+        DrawTextW(device, platform::win32::ToWide(lclLogic.StatusText()).c_str(), -1, &label,
+                  oneLine);
         area.top = label.bottom;
     }
     DrawEdge(device, &area, EDGE_SUNKEN, BF_RECT | BF_ADJUST);

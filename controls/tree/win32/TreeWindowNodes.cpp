@@ -17,10 +17,10 @@ NodeHandle HandleOf(HTREEITEM item) { return reinterpret_cast<NodeHandle>(item);
 class WideText {
 public:
     explicit WideText(std::string_view text) {
-        const int length =
-            text.empty() ? 0
-                         : MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()),
-                                               lclShort, std::size(lclShort) - 1);
+        const int length = text.empty() ? 0
+                                        : MultiByteToWideChar(CP_UTF8, 0, text.data(),
+                                                              static_cast<int>(text.size()),
+                                                              lclShort, std::size(lclShort) - 1);
         lclShort[length] = 0;
         if (length == 0 && !text.empty()) lclLong = platform::win32::ToWide(text);
     }

@@ -56,17 +56,15 @@ HWND TreeWindowWin32::Create(HWND parent, const RECT& place) {
 bool TreeWindowWin32::CreateChildren() {
     const HINSTANCE module = platform::win32::OwnModule();
     // The label comes first: it also names the tree for screen readers.
-    lclLabel = CreateWindowExW(0, L"STATIC", L"",
-                               WS_CHILD | WS_VISIBLE | SS_LEFTNOWORDWRAP | SS_NOPREFIX |
-                                   SS_ENDELLIPSIS | SS_CENTERIMAGE,
-                               0, 0, 0, 0, lclWindow, reinterpret_cast<HMENU>(labelId), module,
-                               nullptr);
-    lclTree = CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"",
-                              WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
-                                  TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_EDITLABELS |
-                                  TVS_INFOTIP,
-                              0, 0, 0, 0, lclWindow, reinterpret_cast<HMENU>(treeId), module,
-                              nullptr);
+    lclLabel = CreateWindowExW(
+        0, L"STATIC", L"",
+        WS_CHILD | WS_VISIBLE | SS_LEFTNOWORDWRAP | SS_NOPREFIX | SS_ENDELLIPSIS | SS_CENTERIMAGE,
+        0, 0, 0, 0, lclWindow, reinterpret_cast<HMENU>(labelId), module, nullptr);
+    lclTree =
+        CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"",
+                        WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
+                            TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_EDITLABELS | TVS_INFOTIP,
+                        0, 0, 0, 0, lclWindow, reinterpret_cast<HMENU>(treeId), module, nullptr);
     if (!lclLabel || !lclTree) return false;
     SetWindowSubclass(lclTree, TreeProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
     lclOleReady = SUCCEEDED(OleInitialize(nullptr));
@@ -99,23 +97,32 @@ bool TreeWindowWin32::HasFocus() const {
 // What the tree uses is handed to it here; all else is the host's.
 bool TreeWindowWin32::TranslateKey(const MSG& message) {
     if (!HasFocus()) return false;
-    const bool editing = message.hwnd != lclTree && TreeView_GetEditControl(lclTree) == message.hwnd;
+    const bool editing =
+        message.hwnd != lclTree && TreeView_GetEditControl(lclTree) == message.hwnd;
     const bool control = GetKeyState(VK_CONTROL) < 0, alt = GetKeyState(VK_MENU) < 0;
     bool ours = false;
     if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
         switch (message.wParam) {
-        case VK_UP: case VK_DOWN: case VK_LEFT: case VK_RIGHT: case VK_HOME: case VK_END:
-        case VK_PRIOR: case VK_NEXT:
-            ours = !alt;
-            break;
-        case VK_MULTIPLY: case VK_ADD: case VK_SUBTRACT: case VK_F2: case VK_DELETE: case VK_APPS:
-            ours = !alt && !control;
-            break;
+        case VK_UP:
+        case VK_DOWN:
+        case VK_LEFT:
+        case VK_RIGHT:
+        case VK_HOME:
+        case VK_END:
+        case VK_PRIOR:
+        case VK_NEXT: ours = !alt; break;
+        case VK_MULTIPLY:
+        case VK_ADD:
+        case VK_SUBTRACT:
+        case VK_F2:
+        case VK_DELETE:
+        case VK_APPS: ours = !alt && !control; break;
         case VK_F10: ours = GetKeyState(VK_SHIFT) < 0; break;
         case VK_SPACE: ours = lclCheckBoxes; break;
         case VK_RETURN: ours = editing || lclLogic.OpenDoubleClick(); break;
         case VK_ESCAPE: ours = editing; break;
-        case 'X': case 'V': ours = control && !alt; break;
+        case 'X':
+        case 'V': ours = control && !alt; break;
         default: break;
         }
         // A label's editor uses every key but the one that leaves the control.
@@ -155,7 +162,9 @@ LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
     case WM_CONTEXTMENU: OpenContextMenu(l); return 0;
     case WM_TIMER: DragTimer(w); return 0;
     case WM_APP: ReportCheck(reinterpret_cast<HTREEITEM>(l)); return 0;
-    case WM_SETTINGCHANGE: case WM_SYSCOLORCHANGE: case WM_THEMECHANGED:
+    case WM_SETTINGCHANGE:
+    case WM_SYSCOLORCHANGE:
+    case WM_THEMECHANGED:
     case 0x02E3: // WM_DPICHANGED_AFTERPARENT
         if (lclTree) {
             SendMessageW(lclTree, message, w, l);

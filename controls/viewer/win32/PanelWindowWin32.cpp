@@ -17,7 +17,7 @@ namespace {
 
 enum Id { captionId = 1, listId, nothingId, missingId, openId, labelId = 20, valueId = 40 };
 
-constexpr std::string_view factTitles[] = {"Omschrijving",   "Type",    "Toegevoegd door",
+constexpr std::string_view factTitles[] = {"Omschrijving",  "Type",    "Toegevoegd door",
                                            "Toegevoegd op", "Bestand", "Grootte"};
 
 int TextWidth(HDC device, const std::wstring& text) {
@@ -72,8 +72,8 @@ bool PanelWindowWin32::CreateChildren() {
     lclMissing = Child(L"STATIC", SS_NOPREFIX, 0, missingId);
     lclOpen = Child(L"BUTTON", WS_TABSTOP | BS_PUSHBUTTON, 0, openId);
     if (!lclCaption || !lclList || !lclOpen) return false;
-    ListView_SetExtendedListViewStyle(lclList, LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP |
-                                                   LVS_EX_DOUBLEBUFFER);
+    ListView_SetExtendedListViewStyle(lclList,
+                                      LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER);
     return true;
 }
 
@@ -89,7 +89,8 @@ void PanelWindowWin32::Place(const RECT& place) {
 
 HWND PanelWindowWin32::FirstStop() const {
     if (lclLogic.Content() == PanelContent::Folder) return lclList;
-    if (lclLogic.Content() == PanelContent::Document) return lclLogic.CanOpen() ? lclOpen : lclValues[0];
+    if (lclLogic.Content() == PanelContent::Document)
+        return lclLogic.CanOpen() ? lclOpen : lclValues[0];
     return nullptr;
 }
 
@@ -107,8 +108,14 @@ bool PanelWindowWin32::TranslateKey(const MSG& message) {
     const bool list = message.hwnd == lclList, button = message.hwnd == lclOpen;
     const bool control = GetKeyState(VK_CONTROL) < 0;
     switch (message.wParam) {
-    case VK_UP: case VK_DOWN: case VK_LEFT: case VK_RIGHT: case VK_HOME: case VK_END:
-    case VK_PRIOR: case VK_NEXT:
+    case VK_UP:
+    case VK_DOWN:
+    case VK_LEFT:
+    case VK_RIGHT:
+    case VK_HOME:
+    case VK_END:
+    case VK_PRIOR:
+    case VK_NEXT:
         if (button) return false;
         break;
     case VK_RETURN:
@@ -121,7 +128,8 @@ bool PanelWindowWin32::TranslateKey(const MSG& message) {
     case VK_SPACE:
         if (!button && !list) return false;
         break;
-    case 'C': case 'A':
+    case 'C':
+    case 'A':
         if (!control || list || button) return false;
         break;
     default: return false;
@@ -147,14 +155,14 @@ LRESULT PanelWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         FillRect(reinterpret_cast<HDC>(w), &area, back);
         return 1;
     }
-    case WM_SETTINGCHANGE: case WM_SYSCOLORCHANGE: case WM_THEMECHANGED:
+    case WM_SETTINGCHANGE:
+    case WM_SYSCOLORCHANGE:
+    case WM_THEMECHANGED:
     case 0x02E3: // WM_DPICHANGED_AFTERPARENT
         SendMessageW(lclList, message, w, l);
         BuildLook();
         return 0;
-    case WM_DESTROY:
-        lclLogic.AttachWindow(nullptr);
-        return 0;
+    case WM_DESTROY: lclLogic.AttachWindow(nullptr); return 0;
     case WM_NCDESTROY: {
         const LRESULT result = DefWindowProcW(lclWindow, message, w, l);
         lclFont.Reset();
@@ -195,8 +203,9 @@ void PanelWindowWin32::BuildLook() {
                      TRUE);
     lclFont.Reset(font);
     lclBold.Reset(bold);
-    lclBack.Reset(OwnColours() ? CreateSolidBrush(ColourOf(static_cast<std::uint32_t>(lclLogic.BackColor())))
-                               : nullptr);
+    lclBack.Reset(OwnColours()
+                      ? CreateSolidBrush(ColourOf(static_cast<std::uint32_t>(lclLogic.BackColor())))
+                      : nullptr);
     const bool own = OwnColours();
     const auto back = ColourOf(static_cast<std::uint32_t>(lclLogic.BackColor()));
     const auto fore = ColourOf(static_cast<std::uint32_t>(lclLogic.ForeColor()));
@@ -234,7 +243,9 @@ void PanelWindowWin32::ContentChanged() {
     SendMessageW(lclList, WM_SETREDRAW, TRUE, 0);
     InvalidateRect(lclList, nullptr, TRUE);
     FillFacts();
-    const auto show = [](HWND child, bool visible) { ShowWindow(child, visible ? SW_SHOWNA : SW_HIDE); };
+    const auto show = [](HWND child, bool visible) {
+        ShowWindow(child, visible ? SW_SHOWNA : SW_HIDE);
+    };
     const bool facts = content == PanelContent::Document;
     show(lclCaption, content != PanelContent::Nothing);
     show(lclList, content == PanelContent::Folder);
@@ -252,9 +263,9 @@ void PanelWindowWin32::ContentChanged() {
 
 void PanelWindowWin32::FillFacts() {
     const auto& facts = lclLogic.Document();
-    const std::string* values[factCount] = {&facts.row.description, &facts.row.type,
-                                            &facts.row.insertedBy,  &facts.row.insertedOn,
-                                            &facts.path,            &facts.size};
+    const std::string* values[factCount] = {
+        &facts.row.description, &facts.row.type, &facts.row.insertedBy,
+        &facts.row.insertedOn,  &facts.path,     &facts.size};
     for (int i = 0; i < factCount; ++i) {
         SetWindowTextW(lclLabels[i], ToWide(lclLogic.Text(factTitles[i]) + ":").c_str());
         SetWindowTextW(lclValues[i], ToWide(*values[i]).c_str());
@@ -272,8 +283,10 @@ void PanelWindowWin32::FillColumns() {
         column.mask = LVCF_TEXT | LVCF_SUBITEM;
         column.pszText = title.data();
         column.iSubItem = i;
-        if (i < present) ListView_SetColumn(lclList, i, &column);
-        else ListView_InsertColumn(lclList, i, &column);
+        if (i < present)
+            ListView_SetColumn(lclList, i, &column);
+        else
+            ListView_InsertColumn(lclList, i, &column);
     }
 }
 
@@ -284,7 +297,8 @@ void PanelWindowWin32::Layout() {
     const int gap = Scaled(6, lclDpi), head = lclLine + gap;
     MoveWindow(lclCaption, gap, 0, std::max<int>(0, area.right - 2 * gap), head, TRUE);
     const int width = std::max<int>(0, area.right - 2 * gap);
-    MoveWindow(lclNothing, gap, std::max<int>(gap, (area.bottom - 3 * lclLine) / 2), width, 3 * lclLine, TRUE);
+    MoveWindow(lclNothing, gap, std::max<int>(gap, (area.bottom - 3 * lclLine) / 2), width,
+               3 * lclLine, TRUE);
     area.top = std::min<LONG>(head, area.bottom);
     LayoutList(area);
     LayoutFacts(area);
@@ -333,7 +347,8 @@ void PanelWindowWin32::LayoutFacts(const RECT& area) {
         MoveWindow(lclMissing, left, top, std::max(0, right - left), 2 * lclLine, TRUE);
         top += 2 * lclLine;
     }
-    MoveWindow(lclOpen, left, top + gap, std::max(button, Scaled(88, lclDpi)), lclLine + 2 * gap, TRUE);
+    MoveWindow(lclOpen, left, top + gap, std::max(button, Scaled(88, lclDpi)), lclLine + 2 * gap,
+               TRUE);
 }
 
 LRESULT PanelWindowWin32::Notified(NMHDR& header) {
@@ -345,15 +360,18 @@ LRESULT PanelWindowWin32::Notified(NMHDR& header) {
         const auto index = static_cast<std::size_t>(item.iItem);
         if (!(item.mask & LVIF_TEXT) || index >= rows.size() || item.cchTextMax < 1) return 0;
         const auto& row = rows[index];
-        const std::string* texts[] = {&row.description, &row.type, &row.insertedBy, &row.insertedOn};
+        const std::string* texts[] = {&row.description, &row.type, &row.insertedBy,
+                                      &row.insertedOn};
         const auto text = ToWide(*texts[std::clamp(item.iSubItem, 0, 3)]);
-        const auto length = std::min<std::size_t>(text.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
+        const auto length =
+            std::min<std::size_t>(text.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
         text.copy(item.pszText, length);
         item.pszText[length] = L'\0';
         return 0;
     }
     case LVN_COLUMNCLICK:
-        lclLogic.SortBy(static_cast<PanelColumn>(std::clamp(reinterpret_cast<NMLISTVIEW&>(header).iSubItem, 0, 3)));
+        lclLogic.SortBy(static_cast<PanelColumn>(
+            std::clamp(reinterpret_cast<NMLISTVIEW&>(header).iSubItem, 0, 3)));
         return 0;
     case LVN_ITEMACTIVATE:
         if (const int row = reinterpret_cast<NMITEMACTIVATE&>(header).iItem; row >= 0)
@@ -362,7 +380,8 @@ LRESULT PanelWindowWin32::Notified(NMHDR& header) {
     case NM_SETFOCUS:
         // The keyboard needs a row to start from.
         if (ListView_GetNextItem(lclList, -1, LVNI_FOCUSED) < 0 && !lclLogic.Documents().empty())
-            ListView_SetItemState(lclList, 0, LVIS_FOCUSED | LVIS_SELECTED, LVIS_FOCUSED | LVIS_SELECTED);
+            ListView_SetItemState(lclList, 0, LVIS_FOCUSED | LVIS_SELECTED,
+                                  LVIS_FOCUSED | LVIS_SELECTED);
         return 0;
     default: return 0;
     }

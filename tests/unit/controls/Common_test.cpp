@@ -33,11 +33,11 @@ TEST(OwnTranslator, AnswersByLanguageAndLeavesUnknownTextsAlone) {
 }
 
 TEST(PopupMenu, HidesWhatHasNothingToSeparateOrToOwn) {
-    PopupMenu menu{{"s", 0, "", 0, true, true, false},     {"a", 0, "A", 0, true, true, false},
-                   {"s", 0, "", 0, true, true, false},     {"b", 0, "B", 0, false, true, false},
-                   {"c", 0, "C", 1, true, true, false},    {"s", 0, "", 0, true, true, false},
-                   {"d", 0, "D", 0, true, true, false},    {"e", 0, "E", 1, true, true, false},
-                   {"s", 0, "", 1, true, true, false},     {"s", 0, "", 0, true, true, false}};
+    PopupMenu menu{{"s", 0, "", 0, true, true, false},  {"a", 0, "A", 0, true, true, false},
+                   {"s", 0, "", 0, true, true, false},  {"b", 0, "B", 0, false, true, false},
+                   {"c", 0, "C", 1, true, true, false}, {"s", 0, "", 0, true, true, false},
+                   {"d", 0, "D", 0, true, true, false}, {"e", 0, "E", 1, true, true, false},
+                   {"s", 0, "", 1, true, true, false},  {"s", 0, "", 0, true, true, false}};
     std::string names;
     for (const auto& entry : VisibleEntries(menu)) names += entry.name;
     EXPECT_EQ(names, "asde");

@@ -52,10 +52,11 @@ TEST_F(TreeTest, CreatesANoteAndAFolderFromTheMenu) {
     MakeDossier();
     tree.AttachWindow(&window);
     std::vector<TreeItemInfo> created;
-    const auto token = tree.EvItemCreated.Subscribe(
-        [&](const TreeItemInfo& info) { created.push_back(info); });
+    const auto token =
+        tree.EvItemCreated.Subscribe([&](const TreeItemInfo& info) { created.push_back(info); });
     database->Execute("Insert into tblSettings (Section, SKey, [Value]) values ('Storage', "
-                      "'DocumentPath', '" + machine.Folder() + "\\')");
+                      "'DocumentPath', '" +
+                      machine.Folder() + "\\')");
     tree.NodeSelected(letter); // its folder takes the new item
     tree.ChooseMenu({"mnuNew", 1, "", 0, true, true, false});
     ASSERT_EQ(created.size(), 1U);
@@ -94,9 +95,9 @@ TEST_F(TreeTest, RenamesInTheDatabaseUnlessRefused) {
     EXPECT_TRUE(tree.LabelEdited(letter, "It's é.tif"));
     EXPECT_EQ(before, "a.tif");
     EXPECT_EQ(window.At(letter).text, "It's é.tif");
-    EXPECT_EQ(Stored("Select Description from tblTreeItem where TreeItemId = " +
-                     std::to_string(letter)),
-              "It's é.tif");
+    EXPECT_EQ(
+        Stored("Select Description from tblTreeItem where TreeItemId = " + std::to_string(letter)),
+        "It's é.tif");
     EXPECT_FALSE(tree.LabelEdited(letter, "  "));
     tree.SetReadOnly(true);
     EXPECT_FALSE(tree.LabelEdited(letter, "x"));
@@ -121,8 +122,9 @@ TEST_F(TreeTest, DeletingSelectsTheNextThenThePreviousThenTheParent) {
     EXPECT_EQ(deleted, (std::vector<std::int32_t>{note, third, letter}));
     EXPECT_EQ(selections.size(), 3U);
     EXPECT_FALSE(window.At(letters).expanded) << "an emptied folder is closed";
-    EXPECT_EQ(Stored("Select ParentId from tblTreeItem where TreeItemId = -" + std::to_string(note)),
-              std::to_string(-letters));
+    EXPECT_EQ(
+        Stored("Select ParentId from tblTreeItem where TreeItemId = -" + std::to_string(note)),
+        std::to_string(-letters));
     EXPECT_FALSE(tree.DeleteItem(root)) << "the tree's own folder stays";
 }
 
@@ -148,7 +150,8 @@ TEST_F(TreeTest, ShowsDeletedItemsOnRequestAndLeavesThemAlone) {
             tree.ChooseMenu({std::string(option.menuEntry), 0, "", 1, true, true, false});
     EXPECT_EQ(window.At(-letter).text, "a.tif VERWIJDERD");
     EXPECT_FALSE(tree.CanEditLabel(-letter));
-    EXPECT_EQ(platform::GetRegSetting(machine, "Kavidex", "TreeSettings", "ShowDeleted", ""), "True");
+    EXPECT_EQ(platform::GetRegSetting(machine, "Kavidex", "TreeSettings", "ShowDeleted", ""),
+              "True");
 }
 
 TEST_F(TreeTest, CutAndPasteMoveTheItems) {
@@ -158,7 +161,8 @@ TEST_F(TreeTest, CutAndPasteMoveTheItems) {
     EXPECT_TRUE(tree.CommandKey('X', true, false));
     tree.NodeSelected(note);
     EXPECT_TRUE(tree.CommandKey('V', true, false));
-    EXPECT_EQ(window.Drawing(), "Dossier\n.Letters\n..a.tif\n..note\n..Mail\n...Old\n....b.msg\n.c.001\n");
+    EXPECT_EQ(window.Drawing(),
+              "Dossier\n.Letters\n..a.tif\n..note\n..Mail\n...Old\n....b.msg\n.c.001\n");
     EXPECT_EQ(Stored("Select ParentId from tblTreeItem where TreeItemId = " + std::to_string(mail)),
               std::to_string(letters));
     EXPECT_FALSE(tree.CommandKey('Q', true, false));
@@ -199,7 +203,8 @@ TEST_F(TreeTest, ADropFromOutsideGoesToTheHostOrIsRefused) {
     window.topWindow = "Microsoft outlook";
     tree.Dropped({true, false, "Subject", {}}, 0);
     tree.Dropped({true, true, "Subject", {R"(C:\a.tif)"}}, mail);
-    EXPECT_EQ(seen, (std::vector<std::string>{text(letters) + R"( C:\a.tif)", text(root) + " mail Subject",
+    EXPECT_EQ(seen, (std::vector<std::string>{text(letters) + R"( C:\a.tif)",
+                                              text(root) + " mail Subject",
                                               text(mail) + R"( C:\a.tif)"}));
     tree.SetAllowAddExternal(false);
     EXPECT_EQ(tree.Dropped({false, true, "", {R"(C:\a.tif)"}}, letters), drop::none);
@@ -256,8 +261,8 @@ TEST_F(TreeTest, PropertiesComeBackFromTheBagAndMissingOnesFromTheWorkstation) {
     EXPECT_FALSE(fresh.FullExpand());
     EXPECT_EQ(fresh.NameForInsert(), "Nieuwe map;Nieuwe notitie");
     std::vector<std::string> reports;
-    const auto token = fresh.PropertyChanged.Subscribe(
-        [&](std::string_view name) { reports.emplace_back(name); });
+    const auto token =
+        fresh.PropertyChanged.Subscribe([&](std::string_view name) { reports.emplace_back(name); });
     fresh.SetShowMail(false);
     fresh.SetShowMail(false);
     fresh.SetAllowedTypes("tif;msg");

@@ -51,7 +51,8 @@ TEST_F(TreeTest, PicturesGoByItemType) {
     window.withoutIcon = {"xyz"};
     tree.AttachWindow(&window);
     EXPECT_EQ(window.ImageOf(letters), "closedtab");
-    EXPECT_EQ(window.images.at(static_cast<std::size_t>(window.At(letters).expandedImage)), "opentab");
+    EXPECT_EQ(window.images.at(static_cast<std::size_t>(window.At(letters).expandedImage)),
+              "opentab");
     EXPECT_EQ(window.ImageOf(letter), "tif");
     EXPECT_EQ(window.ImageOf(second), "tif");
     EXPECT_EQ(window.ImageOf(numbered), "001key");
@@ -77,7 +78,8 @@ TEST_F(TreeTest, SelectionIsReportedOncePerChangeWithItsPath) {
     tree.NodeSelected(message);
     tree.NodeSelected(message);
     tree.NodeSelected(letters);
-    EXPECT_EQ(selections, (std::vector<std::string>{R"(Dossier\Mail\Old\b.msg)", R"(Dossier\Letters)"}));
+    EXPECT_EQ(selections,
+              (std::vector<std::string>{R"(Dossier\Mail\Old\b.msg)", R"(Dossier\Letters)"}));
     tree.SetOpenDoubleClick(true);
     tree.NodeSelected(letter);
     EXPECT_EQ(selections.size(), 2U) << "a document waits for its double click";

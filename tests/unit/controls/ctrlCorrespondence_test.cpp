@@ -127,9 +127,9 @@ TEST_F(Binder, TellsWhichStepOfOpeningFailed) {
 
 TEST_F(Binder, FilesDocumentsUnderTheirNamesWhateverTheyHold) {
     ASSERT_EQ(Open("key"), 0);
-    const auto result = binder->AddFiles({File("O'Brien (100%) déjà.txt"), File("met & teken.PDF"),
-                                          File("zonder extensie")},
-                                         "", 0, false, true);
+    const auto result = binder->AddFiles(
+        {File("O'Brien (100%) déjà.txt"), File("met & teken.PDF"), File("zonder extensie")}, "", 0,
+        false, true);
     EXPECT_EQ(result, addFiles::done);
     EXPECT_EQ(binder->ContainsDocuments(""), 3);
     EXPECT_EQ(binder->ContainsDocuments("txt"), 1);
@@ -218,9 +218,8 @@ TEST_F(Binder, ShowsWhatIsSelectedAndTellsTheHostFirst) {
     ASSERT_EQ(binder->AddFiles({File("brief.txt", "12345")}, "", 0, false, true), 0);
     std::vector<std::string> told;
     int old = 0;
-    const auto selected = binder->EvItemSelected.Subscribe([&](const TreeItemInfo& item) {
-        told.push_back(item.description + "|" + item.type);
-    });
+    const auto selected = binder->EvItemSelected.Subscribe(
+        [&](const TreeItemInfo& item) { told.push_back(item.description + "|" + item.type); });
     const auto never = binder->ItemSelected.Subscribe([&](const TreeItemInfo&) { ++old; });
     binder->treCorr().NodeSelected(Root());
     EXPECT_EQ(binder->Viewer().Content(), PanelContent::Folder);
@@ -297,7 +296,8 @@ TEST_F(Binder, SavesAndRestoresItsStateWithTheSpellingsOfOldHosts) {
 
 TEST_F(Binder, ArrangesItsChildrenByLayoutAndRemembersTheSplitter) {
     const auto shown = [&] {
-        return std::pair(binder->SplitPanel().Control1Visible(), binder->SplitPanel().Control2Visible());
+        return std::pair(binder->SplitPanel().Control1Visible(),
+                         binder->SplitPanel().Control2Visible());
     };
     const auto marked = [&] {
         std::string names;
@@ -352,7 +352,8 @@ TEST_F(Binder, LooksIntoTheScanQueueWithoutAskingInVain) {
     EXPECT_TRUE(machine.log.Has("fncCheckDocumentQueue", "queue\\key"));
     EXPECT_TRUE(machine.messages.shown.empty());
     EXPECT_EQ(binder->fncCheckDocumentQueue("..\\queue\\key"), 0);
-    EXPECT_TRUE(Told("Mapnaam voor opslag vanuit multifunctional = Map" + std::to_string(binder->Id())));
+    EXPECT_TRUE(
+        Told("Mapnaam voor opslag vanuit multifunctional = Map" + std::to_string(binder->Id())));
 }
 
 } // namespace

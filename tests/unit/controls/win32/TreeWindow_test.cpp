@@ -16,8 +16,8 @@ protected:
     void SetUp() override {
         OleInitialize(nullptr);
         MakeDossier();
-        lclHost = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW, 0, 0, 400, 400, nullptr,
-                                  nullptr, nullptr, nullptr);
+        lclHost = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW, 0, 0, 400, 400,
+                                  nullptr, nullptr, nullptr, nullptr);
         control = MakeTreeWindow(tree, machine);
         ASSERT_NE(control->Create(lclHost, {0, 0, 300, 350}), nullptr);
         view = FindWindowExW(control->Handle(), nullptr, WC_TREEVIEWW, nullptr);
