@@ -65,7 +65,7 @@ std::int32_t ExecuteSql(const platform::Workstation& workstation, std::string_vi
                                  ? platform::Replace(statement, "\\", "\\\\")
                                  : std::string(statement);
     RecordsetPtr rows = OpenRecordset(workstation, text, connection);
-    if (result) *result = std::move(rows);
+    if (result && *result) *result = std::move(rows);
     return 0;
 }
 

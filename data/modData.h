@@ -29,7 +29,7 @@ RecordsetPtr OpenRecordset(const platform::Workstation& workstation, std::string
 
 // The one way to write, through OpenRecordset and with its rules (on MySQL each backslash reaches
 // the server as four). -1 and nothing done without a connection, else 0, whatever the engine said.
-// `result`, when given, receives the recordset.
+// `result` receives the recordset when it holds one already; an empty one stays empty.
 std::int32_t ExecuteSql(const platform::Workstation& workstation, std::string_view statement,
                         const ConnectionPtr& connection, RecordsetPtr* result = nullptr);
 

@@ -12,9 +12,21 @@
 
 namespace kavidex::tests {
 
-// Before version 1.0.1: keys without own ids, the settings' column Key, the column Order.
-inline data::ConnectionPtr OldDatabase(const std::string& path, bool dossierTables) {
-    data::ConnectionPtr connection = data::EmbeddedDatabase::CreateEmpty(path);
+inline std::vector<std::string> TablesOf(data::Connection& connection) {
+    std::vector<std::string> names;
+    const data::RecordsetPtr rows = connection.OpenSchema(data::Schema::Tables);
+    for (; !rows->Eof(); rows->MoveNext())
+        if (platform::EqualNoCase(data::ToText(rows->Get("TABLE_TYPE")), "TABLE"))
+            names.push_back(data::ToText(rows->Get("TABLE_NAME")));
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+// In memory, before version 1.0.1: keys without own ids, the settings' column Key, the column Order.
+inline data::ConnectionPtr OldDatabase(bool dossierTables) {
+    data::ConnectionPtr connection = data::EmbeddedDatabase::CreateInMemory();
+    for (const std::string& table : TablesOf(*connection))
+        connection->Execute("DROP TABLE " + table);
     std::vector<std::string> statements = {
         "CREATE TABLE tblSettings (Id COUNTER CONSTRAINT a PRIMARY KEY, Section TEXT(255), [Key] "
         "TEXT(255), [Value] TEXT(255))",
@@ -56,16 +68,6 @@ inline data::ConnectionPtr OldDatabase(const std::string& path, bool dossierTabl
             statements.emplace_back(statement);
     for (const std::string& statement : statements) connection->Execute(statement);
     return connection;
-}
-
-inline std::vector<std::string> TablesOf(data::Connection& connection) {
-    std::vector<std::string> names;
-    const data::RecordsetPtr rows = connection.OpenSchema(data::Schema::Tables);
-    for (; !rows->Eof(); rows->MoveNext())
-        if (platform::EqualNoCase(data::ToText(rows->Get("TABLE_TYPE")), "TABLE"))
-            names.push_back(data::ToText(rows->Get("TABLE_NAME")));
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 // Every table with its columns and rows, and every index; `without` names a column to leave out.

@@ -37,13 +37,6 @@ struct clsUpdateDbTest : testing::Test {
                       const std::string& column) {
         return ToText(connection->Open({"select * from " + table})->Get(column));
     }
-    ConnectionPtr Old(bool dossierTables) {
-        return OldDatabase(machine.Path("old" + std::to_string(++lclFiles) + ".kdb"),
-                           dossierTables);
-    }
-
-private:
-    int lclFiles = 0;
 };
 
 } // namespace
@@ -82,7 +75,7 @@ TEST_F(clsUpdateDbTest, ChangesNothingTheSecondTime) {
 }
 
 TEST_F(clsUpdateDbTest, ConvertsAnOldDatabaseWithItsRows) {
-    const ConnectionPtr connection = Old(true);
+    const ConnectionPtr connection = OldDatabase(true);
     Upgrade(connection);
     EXPECT_EQ(Version(connection), "1.1.8");
     EXPECT_EQ(First(connection, "tblSettings", "SKey"), "DocumentPath");
@@ -105,7 +98,7 @@ TEST_F(clsUpdateDbTest, ConvertsAnOldDatabaseWithItsRows) {
 }
 
 TEST_F(clsUpdateDbTest, SkipsTheDossierStepsWithoutTheirTables) {
-    const ConnectionPtr inner = Old(false);
+    const ConnectionPtr inner = OldDatabase(false);
     const auto connection = std::make_shared<RecordingConnection>("", inner);
     Upgrade(connection);
     EXPECT_EQ(Version(inner), "1.1.8");
@@ -120,11 +113,11 @@ TEST_F(clsUpdateDbTest, SkipsTheDossierStepsWithoutTheirTables) {
 }
 
 TEST_F(clsUpdateDbTest, GoesOnFromEveryVersion) {
-    const ConnectionPtr whole = Old(true);
+    const ConnectionPtr whole = OldDatabase(true);
     Upgrade(whole);
     const std::string expected = Printout(*whole, "DocGuid");
     for (std::size_t steps = 1; steps < UpgradeSteps().size(); steps += 3) {
-        const ConnectionPtr inner = Old(true);
+        const ConnectionPtr inner = OldDatabase(true);
         const auto connection = std::make_shared<RecordingConnection>("", inner);
         const std::string stop = "'" + std::string(UpgradeSteps()[steps].to) + "'";
         bool stopped = false; // the connection drops when the next version would be recorded
@@ -139,41 +132,6 @@ TEST_F(clsUpdateDbTest, GoesOnFromEveryVersion) {
         Upgrade(inner);
         EXPECT_EQ(Version(inner), "1.1.8");
         EXPECT_EQ(Printout(*inner, "DocGuid"), expected) << "stopped before " << stop;
-    }
-}
-
-TEST_F(clsUpdateDbTest, ResumesAfterTheConnectionDroppedAtAnyStatement) {
-    const ConnectionPtr whole = EmbeddedDatabase::CreateInMemory();
-    const auto counted = std::make_shared<RecordingConnection>("", whole);
-    Upgrade(counted);
-    const std::string expected = Printout(*whole);
-    // Translations are many alike: some of them will do.
-    for (std::size_t n = 1; n <= counted->statements.size(); ++n) {
-        const bool translation = counted->statements[n - 1].starts_with("insert into tblTr");
-        if (n % (translation ? 60 : 3) != 0) continue;
-        const auto connection =
-            std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
-        connection->FailAt(n, true);
-        Upgrade(connection);
-        Upgrade(connection->inner);
-        ASSERT_EQ(Printout(*connection->inner), expected)
-            << "dropped at " << counted->statements[n - 1];
-    }
-}
-
-TEST_F(clsUpdateDbTest, SkipsAnySingleFailingStatement) {
-    const auto counted =
-        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
-    Upgrade(counted);
-    for (std::size_t n = 1; n <= counted->statements.size(); n += 37) {
-        const auto connection =
-            std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
-        connection->FailAt(n);
-        machine.log.lines.clear();
-        Upgrade(connection);
-        EXPECT_FALSE(machine.log.lines.empty());
-        Upgrade(connection->inner);
-        EXPECT_EQ(Version(connection->inner), "1.1.8") << n;
     }
 }
 

@@ -51,9 +51,12 @@ TEST(modData, SwallowsAFailingStatementWithATraceInTheLog) {
     const RecordsetPtr rows = OpenRecordset(machine, "select 1", connection);
     EXPECT_FALSE(rows->IsOpen());
     EXPECT_THROW(rows->Eof(), Error);
-    RecordsetPtr result;
+    RecordsetPtr result = MemoryRows({"x"}, {});
     EXPECT_EQ(ExecuteSql(machine, "update x", connection, &result), 0);
     EXPECT_FALSE(result->IsOpen());
+    RecordsetPtr none; // a variable without a recordset gets none
+    EXPECT_EQ(ExecuteSql(machine, "update x", connection, &none), 0);
+    EXPECT_EQ(none, nullptr);
     EXPECT_TRUE(machine.log.Has("OpenRecordset", "select 1"));
     EXPECT_TRUE(machine.log.Has("OpenRecordset", "made to fail"));
     EXPECT_EQ(ExecuteSql(machine, "update x", nullptr), -1);

@@ -14,7 +14,7 @@
 #include "model/IntegrityCheck.h"
 #include "model/clsTree.h"
 #include "tests/fakes/FakeWorkstation.h"
-#include "tests/unit/model/FaultyConnection.h"
+#include "tests/fakes/FaultyConnection.h"
 
 namespace kavidex::tests {
 

@@ -16,6 +16,8 @@ public:
     // Every read, write, row update and commit counts as one step; called before it happens.
     std::function<void(int step)> onStep;
     int steps = 0;
+    // Begins, schema reads and row deletions count too.
+    bool countsAll = false;
     void FailStep(int n, bool onwards = false) {
         steps = 0;
         onStep = [n, onwards](int step) {
@@ -32,9 +34,17 @@ public:
         Step();
         return RecordingConnection::Execute(statement);
     }
+    void BeginTrans() override {
+        if (countsAll) Step();
+        RecordingConnection::BeginTrans();
+    }
     void CommitTrans() override {
         Step();
         RecordingConnection::CommitTrans();
+    }
+    data::RecordsetPtr OpenSchema(data::Schema schema) override {
+        if (countsAll) Step();
+        return RecordingConnection::OpenSchema(schema);
     }
 
 private:
@@ -70,7 +80,10 @@ private:
             lclRows->Update();
         }
         void CancelUpdate() override { lclRows->CancelUpdate(); }
-        void Delete() override { lclRows->Delete(); }
+        void Delete() override {
+            if (lclOwner.countsAll) lclOwner.Step();
+            lclRows->Delete();
+        }
         void Requery() override { lclRows->Requery(); }
         void SetSort(std::string_view order) override { lclRows->SetSort(order); }
         std::string Sort() const override { return lclRows->Sort(); }

@@ -1,0 +1,141 @@
+// Every statement of the upgrade chain fails once: alone, and with all after it.
+#include <gtest/gtest.h>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <filesystem>
+
+#include "data/clsUpdateDb.h"
+#include "tests/fakes/Databases.h"
+#include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/FaultyConnection.h"
+
+using namespace kavidex;
+using namespace kavidex::data;
+using namespace kavidex::tests;
+
+namespace {
+
+namespace fs = std::filesystem;
+using Faulty = std::shared_ptr<FaultyConnection>;
+
+// A file for each fault, in memory where the system has such a folder: hundreds of databases would
+// wait for a disk.
+struct UpgradeFaults : testing::Test {
+    FakeWorkstation machine;
+    fs::path folder = (access("/dev/shm", W_OK) == 0 ? fs::path("/dev/shm")
+                                                     : fs::temp_directory_path()) /
+                      ("kavidex-upgrade-" + std::to_string(getpid()));
+
+    UpgradeFaults() { fs::create_directories(folder); }
+    ~UpgradeFaults() override { fs::remove_all(folder); }
+
+    std::string PathOf(const std::string& name) const {
+        return platform::Replace((folder / name).string(), "/", "\\");
+    }
+    Faulty Opened(const std::string& name) {
+        auto connection = std::make_shared<FaultyConnection>(EmbeddedDatabase::Open(PathOf(name)));
+        connection->countsAll = true;
+        return connection;
+    }
+    Faulty CopyOf(const std::string& name) {
+        fs::copy_file(folder / name, folder / "copy", fs::copy_options::overwrite_existing);
+        return Opened("copy");
+    }
+    // Upgrades until a version was recorded, then the connection is gone. Step `failing` fails, and
+    // with `onwards` all after it. The steps, each named by the statement before it.
+    std::vector<std::string> OneVersion(const Faulty& connection, int failing = 0,
+                                        bool onwards = false) {
+        std::vector<std::string> steps;
+        connection->statements.clear();
+        connection->steps = 0;
+        connection->onStep = [&](int step) {
+            const auto& issued = connection->statements;
+            if (!steps.empty() && RecordsVersion(issued)) Fail();
+            steps.push_back(issued.empty() ? "the start" : issued.back());
+            if (step == failing || (onwards && step > failing)) Fail();
+        };
+        clsUpdateDb update(machine);
+        update.SetDbConnection(connection);
+        update.fncUpdateDb();
+        connection->onStep = nullptr;
+        return steps;
+    }
+    static bool RecordsVersion(const std::vector<std::string>& issued) {
+        return std::any_of(issued.begin(), issued.end(), [](const std::string& statement) {
+            return statement.starts_with("update tblSettings") ||
+                   statement.starts_with("Insert into tblSettings");
+        });
+    }
+    [[noreturn]] static void Fail() {
+        throw Error(errors::unspecified, "made to fail", "UpgradeFaults");
+    }
+    std::string Version(const Faulty& connection) {
+        clsSettings settings(machine);
+        settings.SetDbConnection(connection->inner);
+        std::string version;
+        settings.GetSetting("Build", "DbVersion", version);
+        return version;
+    }
+    static std::string Printed(const Faulty& connection) {
+        return Printout(*connection->inner, "DocGuid");
+    }
+    bool LeftATrace() const {
+        const auto& lines = machine.log.lines;
+        return std::any_of(lines.begin(), lines.end(), [](const FakeLog::Line& line) {
+            return line.what.find("made to fail") != std::string::npos;
+        });
+    }
+    // All faults of the step that begins at the version of that file.
+    void FailEverywhere(const std::string& before, const std::vector<std::string>& steps,
+                        const std::string& versionAfter, const std::string& printoutAfter) {
+        for (std::size_t n = 1; n <= steps.size(); ++n) {
+            // Translations are hundreds of inserts, all alike: every fortieth stands for the others.
+            if (steps[n - 1].starts_with("insert into tblTranslations") && n % 40 != 0) continue;
+            for (const bool onwards : {false, true}) {
+                SCOPED_TRACE((onwards ? "dropped after " : "refused after ") + steps[n - 1]);
+                const Faulty connection = CopyOf(before);
+                const std::string versionBefore = Version(connection);
+                machine.log.lines.clear();
+                OneVersion(connection, static_cast<int>(n), onwards);
+                EXPECT_TRUE(LeftATrace());
+                EXPECT_FALSE(machine.busy.open);
+                if (Version(connection) == versionBefore) OneVersion(connection);
+                if (Version(connection) == versionAfter) {
+                    // What a single refused statement would have done is not done again.
+                    if (onwards) {
+                        EXPECT_EQ(Printed(connection), printoutAfter);
+                    }
+                    continue;
+                }
+                // The version could not be read, which reads as "0", or not be written, and the
+                // next step's was.
+                EXPECT_FALSE(onwards);
+                while (!OneVersion(connection).empty() && Version(connection) != currentVersion) {
+                }
+                EXPECT_EQ(Version(connection), currentVersion);
+            }
+        }
+    }
+};
+
+} // namespace
+
+TEST_F(UpgradeFaults, AreSkippedWithATraceAndResumedFromAtEveryStatement) {
+    const std::string first = "0";
+    EmbeddedDatabase::BackupTo(*OldDatabase(true), PathOf(first));
+    std::size_t walked = 0;
+    for (std::string before = first, after; before != currentVersion; before = after) {
+        const Faulty whole = CopyOf(before);
+        const std::vector<std::string> steps = OneVersion(whole);
+        walked += steps.size();
+        after = Version(whole);
+        ASSERT_NE(after, before);
+        const std::string printout = Printed(whole);
+        EmbeddedDatabase::BackupTo(*whole->inner, PathOf(after));
+        whole->Close();
+        FailEverywhere(before, steps, after, printout);
+    }
+    EXPECT_GT(walked, 500u);
+}
