@@ -26,9 +26,13 @@ struct FakeAdo : AdoFactory, AccessRepair {
         void Note(const std::string& what) {
             ado.calls.push_back(std::to_string(number) + " " + what);
         }
+        void FailIfDue() const {
+            if (++ado.steps == ado.failAt) throw Error(ado.failure, "refused", "driver");
+        }
         void SetMode(std::int32_t mode) override { Note("mode " + std::to_string(mode)); }
         void OpenDatabase(std::string_view text) override {
             Note("open " + std::string(text));
+            FailIfDue();
             if (const std::int32_t number_ = ado.refuse(std::string(text)); number_ != 0)
                 throw Error(number_, "refused", "driver");
             open = true;
@@ -41,6 +45,7 @@ struct FakeAdo : AdoFactory, AccessRepair {
         RecordsetPtr Open(const Command&) override { return MakeClosedRecordset(); }
         std::int64_t Execute(std::string_view text) override {
             Note("execute " + std::string(text));
+            FailIfDue();
             if (ado.refuseExecute) throw Error(errors::unspecified, "refused", "driver");
             return -1;
         }
@@ -55,6 +60,8 @@ struct FakeAdo : AdoFactory, AccessRepair {
     std::vector<std::string> calls;
     int made = 0, repairs = 0;
     bool refuseExecute = false, noAdo = false;
+    int steps = 0, failAt = 0; // opens and executes; from 1
+    std::int32_t failure = 0;
     std::function<std::int32_t(const std::string&)> refuse = [](const std::string&) { return 0; };
 
     std::shared_ptr<AdoConnection> Create() override {
@@ -133,6 +140,29 @@ TEST_F(OpenerTest, NeverLeavesTheExclusiveConnectionOpen) {
     EXPECT_EQ(ado.calls.back(), "2 " + Plain() + ";Password=Kw72p5n9");
 }
 
+TEST_F(OpenerTest, SwallowsOrShowsTheFailureOfEachOfItsSteps) {
+    for (int n = 1; n <= 4; ++n)
+        for (const std::int32_t number :
+             {errors::authentication, errors::unspecified, errors::syntax}) {
+            SCOPED_TRACE(std::to_string(n) + " fails with " + std::to_string(number));
+            const bool told = number == errors::syntax;
+            assigned.clear();
+            machine.messages.shown.clear();
+            ado.steps = 0;
+            ado.failAt = n;
+            ado.failure = number;
+            opened = false;
+            EXPECT_EQ(Open("msaccess", path), told ? -99 : 0);
+            EXPECT_EQ(ado.steps, told ? n : n == 1 ? 2 : n == 2 ? 3 : 4);
+            EXPECT_EQ(opened, !told);
+            EXPECT_EQ(machine.messages.shown.size(), told ? 1u : 0u);
+            ASSERT_EQ(assigned.size(), told ? 0u : 1u);
+            if (!told) {
+                EXPECT_EQ(assigned[0]->IsOpen(), n != 4);
+            }
+        }
+}
+
 TEST_F(OpenerTest, ShowsOtherErrorsAndAssignsNothing) {
     ado.refuse = [](const std::string&) { return errors::syntax; };
     EXPECT_EQ(Open("sqlserver", "server;UID=x"), -99);
@@ -186,6 +216,22 @@ TEST(ConnectionAssignment, WorksOnceADatabaseAndInItsOrder) {
 
     EXPECT_TRUE(assignment.SetDbConnection(nullptr));
     EXPECT_EQ(order.back(), "none");
+}
+
+TEST(ConnectionAssignment, ChecksAServerOnceWhateverComesOfIt) {
+    FakeWorkstation machine;
+    const auto failing = std::make_shared<RecordingConnection>("Microsoft SQL Server");
+    failing->schemaAnswer = [](Schema) -> RecordsetPtr {
+        throw Error(errors::unspecified, "dropped", "driver");
+    };
+    ConnectionAssignment(machine, {}).SetDbConnection(failing);
+    EXPECT_TRUE(machine.log.Has("CheckAndCreateDatabase", "dropped"));
+    EXPECT_EQ(machine.registry.Read("Kavidex", "CorrespSetting", "DbCheck"), "0");
+    machine.busy.shown.clear();
+    const auto next = std::make_shared<RecordingConnection>("MySQL");
+    next->answer = [](const Command&) { return MemoryRows({"Value"}, {{std::string("1.1.8")}}); };
+    ConnectionAssignment(machine, {}).SetDbConnection(next);
+    EXPECT_TRUE(machine.busy.shown.empty());
 }
 
 TEST(ConnectionAssignment, NeverChecksAnAccessFileNorAClosedConnection) {

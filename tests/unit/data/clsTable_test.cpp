@@ -22,7 +22,7 @@ struct clsTableTest : testing::Test {
     void SetUp() override {
         connection->Execute("ALTER TABLE tblDocument ADD COLUMN DocGuid Text(38)");
         connection->Execute("CREATE TABLE tblSample (Id COUNTER CONSTRAINT pk PRIMARY KEY, "
-                            "Name TEXT(255), Amount DOUBLE, Units LONG, Flag BIT)");
+                            "Name TEXT(255), Amount DOUBLE, Units LONG, Flag BIT, Moment DATETIME)");
         connection->statements.clear();
         table.SetDbConnection(connection);
         table.SetTableName("tblSample");
@@ -80,6 +80,10 @@ TEST_F(clsTableTest, FollowsTheTypeRulesOfFields) {
     EXPECT_EQ(table.GetField("Units"), Value(std::int64_t{0})); // null by type
     EXPECT_EQ(table.GetField("Amount"), Value(std::int64_t{0}));
     EXPECT_EQ(table.GetField("Name"), Value(std::string()));
+    EXPECT_EQ(table.GetField("Moment"), Value(std::string()));
+    table.SetField("Units", Value()); // no null in a column of whole numbers
+    EXPECT_EQ(table.GetField("Units"), Value(std::string("0")));
+    table.RecordSet()->CancelUpdate();
     EXPECT_EQ(table.GetFieldLength("Name"), Value(std::int64_t{255}));
     table.MoveNext();
     EXPECT_EQ(Text("Name"), "padded");
