@@ -60,7 +60,8 @@ ConnectionOpener::DbOpenConnection(std::string_view provider, std::string_view p
             opened = true;
         } else {
             connection = lclFactory.Create();
-            lclWorkstation.messages.Show({.text = Joined("Not yet implemented (", provider, ")")});
+            lclWorkstation.messages.Show(
+                {.text = Joined(Translated(lclTranslation, "Not yet implemented ("), provider, ")")});
             result = openUnknownProvider;
         }
         Swallowing(lclWorkstation, [&] { assign(connection); });
