@@ -1,6 +1,8 @@
 // What the native tree and the user's hands tell, decoded into calls of the logic.
 #include <windowsx.h>
 
+#include <vector>
+
 #include "controls/common/win32/Look.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/tree/win32/TreeWindowWin32.h"
@@ -150,6 +152,21 @@ LRESULT CALLBACK TreeWindowWin32::TreeProcedure(HWND window, UINT message, WPARA
     }
 }
 
+// The deepest folder first, the top closed meanwhile: what is not visible costs no new layout.
+void TreeWindowWin32::ExpandBelow(HTREEITEM top) {
+    if (!top) return;
+    std::vector<HTREEITEM> folders{top};
+    for (std::size_t i = 0; i < folders.size(); ++i)
+        for (auto child = TreeView_GetChild(lclTree, folders[i]); child;
+             child = TreeView_GetNextSibling(lclTree, child))
+            if (TreeView_GetChild(lclTree, child)) folders.push_back(child);
+    SetRedraw(false);
+    Expand(reinterpret_cast<NodeHandle>(top), false);
+    for (auto folder = folders.rbegin(); folder != folders.rend(); ++folder)
+        Expand(reinterpret_cast<NodeHandle>(*folder), true);
+    SetRedraw(true);
+}
+
 LRESULT TreeWindowWin32::HandleTree(UINT message, WPARAM w, LPARAM l) {
     const HWND tree = lclTree;
     auto key = static_cast<std::int16_t>(w);
@@ -176,11 +193,9 @@ LRESULT TreeWindowWin32::HandleTree(UINT message, WPARAM w, LPARAM l) {
     case WM_KEYDOWN:
         lclLogic.KeyDown.Raise(key, ShiftState());
         if (key == 0) return 0;
-        if (key == VK_MULTIPLY) { // opens all below: painted once, not folder by folder
-            SetRedraw(false);
-            const LRESULT result = DefSubclassProc(tree, message, w, l);
-            if (lclTree) SetRedraw(true);
-            return result;
+        if (key == VK_MULTIPLY) {
+            ExpandBelow(TreeView_GetSelection(tree));
+            return 0;
         }
         break;
     case WM_SYSKEYDOWN:

@@ -73,6 +73,7 @@ private:
     static LRESULT CALLBACK TreeProcedure(HWND window, UINT message, WPARAM w, LPARAM l,
                                           UINT_PTR id, DWORD_PTR self);
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
+    void ExpandBelow(HTREEITEM top);
     LRESULT HandleTree(UINT message, WPARAM w, LPARAM l);
     LRESULT Notified(NMHDR& header);
     LRESULT CustomDraw(NMTVCUSTOMDRAW& draw) const;
