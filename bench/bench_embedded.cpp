@@ -19,7 +19,8 @@ using namespace kavidex;
 constexpr int folders = 5000, itemsPerFolder = 20;
 
 std::string MakeDatabase() {
-    const std::string path = (std::filesystem::temp_directory_path() / "kavidex-bench.kdb").string();
+    const std::string path =
+        (std::filesystem::temp_directory_path() / "kavidex-bench.kdb").string();
     std::filesystem::remove(path);
     const data::ConnectionPtr connection = data::EmbeddedDatabase::Create(path);
     connection->BeginTrans();
@@ -27,8 +28,9 @@ std::string MakeDatabase() {
     for (int folder = 1; folder <= folders; ++folder)
         for (int item = 0; item < itemsPerFolder; ++item)
             connection->Execute("Insert into tblTreeItem (Type, ItemId, ParentId, Description, "
-                                "TreeItemId) Values ('tif', 1, " + std::to_string(folder) +
-                                ", 'Document number " + std::to_string(item) + "', " +
+                                "TreeItemId) Values ('tif', 1, " +
+                                std::to_string(folder) + ", 'Document number " +
+                                std::to_string(item) + "', " +
                                 std::to_string(folder * itemsPerFolder + item) + ")");
     connection->CommitTrans();
     return path;
@@ -108,9 +110,9 @@ public:
             "the same, raw statement prepared once", 2.0, [&] { ReadThroughEngine(); },
             [&] {
                 sqlite3_stmt* statement = nullptr;
-                sqlite3_prepare_v2(lclRaw,
-                                   "Select * from tblTreeItem where ParentId = ? ORDER BY TreeItemId",
-                                   -1, &statement, nullptr);
+                sqlite3_prepare_v2(
+                    lclRaw, "Select * from tblTreeItem where ParentId = ? ORDER BY TreeItemId", -1,
+                    &statement, nullptr);
                 for (int i = 1; i <= folders; ++i) {
                     std::vector<PlainRow> rows;
                     sqlite3_bind_int(statement, 1, i);
@@ -144,7 +146,8 @@ private:
 
     void ReadThroughEngine() {
         for (int i = 1; i <= folders; ++i) {
-            const data::RecordsetPtr rows = lclConnection->Open({.text = Statement(i), .parameters = {}});
+            const data::RecordsetPtr rows =
+                lclConnection->Open({.text = Statement(i), .parameters = {}});
             for (; !rows->Eof(); rows->MoveNext())
                 for (std::size_t field = 0; field < 6; ++field) rows->Get(field);
         }
@@ -163,8 +166,9 @@ private:
         const std::string key = "'{guid-" + std::to_string(number) + "}'";
         Raw("Insert into tblDossierDbRelation (dbKey) Values (" + key + ")");
         sqlite3_stmt* statement = nullptr;
-        sqlite3_prepare_v2(lclRaw, ("Select * from tblDossierDbRelation where dbKey = " + key).c_str(),
-                           -1, &statement, nullptr);
+        sqlite3_prepare_v2(lclRaw,
+                           ("Select * from tblDossierDbRelation where dbKey = " + key).c_str(), -1,
+                           &statement, nullptr);
         sqlite3_step(statement);
         const std::string id = Text(statement, 0);
         sqlite3_finalize(statement);

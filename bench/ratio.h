@@ -31,8 +31,8 @@ Times Measure(Ours ours, Peer peer, int rounds = 7) {
 
 inline bool Report(const char* name, const Times& times, const char* what, double ratio, bool good,
                    const char* bound, double limit) {
-    std::printf("%-44s %s %.2f (%s %.2f)  ours %.1f ms, peer %.1f ms  %s\n", name, what, ratio, bound, limit,
-                times.ours * 1e3, times.peer * 1e3, good ? "ok" : "MISSED");
+    std::printf("%-44s %s %.2f (%s %.2f)  ours %.1f ms, peer %.1f ms  %s\n", name, what, ratio,
+                bound, limit, times.ours * 1e3, times.peer * 1e3, good ? "ok" : "MISSED");
     std::fflush(stdout);
     return good;
 }

@@ -37,8 +37,7 @@ void ClientRecordset::Close() {
 }
 
 void ClientRecordset::CheckOpen() const {
-    if (!lclOpen)
-        throw Error(errors::objectClosed, "The recordset is closed.", component);
+    if (!lclOpen) throw Error(errors::objectClosed, "The recordset is closed.", component);
 }
 
 RowSource& ClientRecordset::Source() const {
@@ -166,7 +165,8 @@ void ClientRecordset::Set(std::size_t field, Value value) {
     const Field& target = (*lclFields)[field];
     if (target.baseColumn.empty())
         throw Error(errors::featureNotAvailable,
-                    "The field '" + target.name + "' is computed and cannot be written.", component);
+                    "The field '" + target.name + "' is computed and cannot be written.",
+                    component);
     Value coerced = Coerced(target, std::move(value));
     if (lclChanges.empty()) lclChanges.resize(lclFields->size());
     lclChanges[field] = std::move(coerced);

@@ -68,8 +68,8 @@ private:
     std::int64_t lclPosition = 0;       // 0-based in the view; -1 BOF, size EOF
     bool lclOnDeleted = false;          // the row at lclPosition was deleted, the next stands there
     bool lclAdding = false;
-    bool lclRefused = false;            // the pending changes failed, and that was reported
-    RowChanges lclChanges;              // empty when nothing is pending
+    bool lclRefused = false; // the pending changes failed, and that was reported
+    RowChanges lclChanges;   // empty when nothing is pending
 
     // Values of the current row, converted on first reading; lclStamps tells which are current.
     mutable std::vector<Value> lclCurrent;

@@ -16,7 +16,7 @@ enum class CommandType { Text = 1, StoredProcedure = 4 };
 struct Parameter {
     std::string name;
     AdoType type = AdoType::Char;
-    int direction = 1;      // 1 input
+    int direction = 1; // 1 input
     std::int64_t size = 0;
     Value value;
 };

@@ -61,7 +61,8 @@ ConnectionOpener::DbOpenConnection(std::string_view provider, std::string_view p
         } else {
             connection = lclFactory.Create();
             lclWorkstation.messages.Show(
-                {.text = Joined(Translated(lclTranslation, "Not yet implemented ("), provider, ")")});
+                {.text =
+                     Joined(Translated(lclTranslation, "Not yet implemented ("), provider, ")")});
             result = openUnknownProvider;
         }
         Swallowing(lclWorkstation, [&] { assign(connection); });

@@ -11,8 +11,8 @@ std::size_t Recordset::IndexOf(std::string_view name) const {
         if (fields[i].name.size() == name.size() &&
             platform::EqualAsciiNoCase(fields[i].name, name))
             return i;
-    throw Error(errors::itemNotFound,
-                "The recordset has no field '" + std::string(name) + "'.", "Recordset");
+    throw Error(errors::itemNotFound, "The recordset has no field '" + std::string(name) + "'.",
+                "Recordset");
 }
 
 } // namespace kavidex::data

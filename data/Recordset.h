@@ -13,12 +13,12 @@
 namespace kavidex::data {
 
 struct Field {
-    std::string name;         // the column's name, or its alias in the statement
+    std::string name; // the column's name, or its alias in the statement
     AdoType type = AdoType::VarWChar;
     std::int64_t definedSize = 0; // characters or bytes as ADO counts them
-    std::string baseTable;    // empty for an expression
-    std::string baseColumn;   // empty for an expression
-    bool key = false;         // part of the base table's primary key
+    std::string baseTable;        // empty for an expression
+    std::string baseColumn;       // empty for an expression
+    bool key = false;             // part of the base table's primary key
     bool nullable = true;
 };
 

@@ -17,8 +17,8 @@ constexpr const char* component = "Recordset";
 }
 
 [[noreturn]] void RefuseValue(const Field& field, const Value& value) {
-    Refuse(errors::invalidArgument,
-           "'" + ToText(value).substr(0, 100) + "' is no value for the field '" + field.name + "'.");
+    Refuse(errors::invalidArgument, "'" + ToText(value).substr(0, 100) +
+                                        "' is no value for the field '" + field.name + "'.");
 }
 
 bool IsNumberText(std::string_view text) {
@@ -80,9 +80,9 @@ void CheckLength(const Field& field, const std::string& text) {
     if (!IsShortText(field.type) || field.definedSize <= 0) return;
     const std::int64_t length = CharacterCount(text);
     if (length <= field.definedSize) return;
-    Refuse(errors::invalidArgument, "A text of " + std::to_string(length) +
-                                        " characters is too long for the field '" + field.name +
-                                        "', which holds " + std::to_string(field.definedSize) + ".");
+    Refuse(errors::invalidArgument,
+           "A text of " + std::to_string(length) + " characters is too long for the field '" +
+               field.name + "', which holds " + std::to_string(field.definedSize) + ".");
 }
 
 struct Statement {
@@ -248,8 +248,7 @@ std::vector<Value> UpdateRow(RowSource& source, const std::vector<Field>& fields
     return row;
 }
 
-void DeleteRow(RowSource& source, const std::vector<Field>& fields,
-               const std::vector<Value>& old) {
+void DeleteRow(RowSource& source, const std::vector<Field>& fields, const std::vector<Value>& old) {
     const std::string* table = nullptr;
     for (const Field& field : fields) {
         if (field.baseColumn.empty()) continue;

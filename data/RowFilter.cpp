@@ -109,8 +109,8 @@ private:
         }
         for (std::size_t i = 0; i < lclFields.size(); ++i)
             if (platform::EqualAsciiNoCase(lclFields[i].name, name)) return i;
-        throw Error(errors::itemNotFound,
-                    "The recordset has no field '" + std::string(name) + "'.", "Recordset");
+        throw Error(errors::itemNotFound, "The recordset has no field '" + std::string(name) + "'.",
+                    "Recordset");
     }
 
     std::string Quoted(char quote) {

@@ -21,7 +21,10 @@ double NumberOf(const RowStore::Cell& cell) {
                                    : static_cast<double>(cell.integer);
 }
 
-template <class Number> int Order(Number a, Number b) { return a < b ? -1 : b < a ? 1 : 0; }
+template <class Number>
+int Order(Number a, Number b) {
+    return a < b ? -1 : b < a ? 1 : 0;
+}
 
 // Null, numbers, texts, bytes.
 int Rank(const RowStore::Cell& cell) {
@@ -36,8 +39,9 @@ struct SortKey {
 
 [[noreturn]] void RefuseOrder(std::string_view order) {
     throw Error(errors::invalidArgument,
-                "'" + std::string(order) + "' is no sort order: name the fields, each with ASC or "
-                                           "DESC, separated by commas.",
+                "'" + std::string(order) +
+                    "' is no sort order: name the fields, each with ASC or "
+                    "DESC, separated by commas.",
                 "Recordset");
 }
 
@@ -86,8 +90,7 @@ int CompareCells(const RowStore& rows, const RowStore::Cell& a, const RowStore::
     switch (rank) {
     case 0: return 0;
     case 1:
-        if (a.kind == Kind::Integer && b.kind == Kind::Integer)
-            return Order(a.integer, b.integer);
+        if (a.kind == Kind::Integer && b.kind == Kind::Integer) return Order(a.integer, b.integer);
         return Order(NumberOf(a), NumberOf(b));
     case 2: return platform::CompareNoCase(rows.Text(a), rows.Text(b));
     default: return rows.Text(a).compare(rows.Text(b));

@@ -84,8 +84,10 @@ void RowStore::Read(std::size_t row, std::size_t column, Value& value) const {
     case Kind::Integer: value = cell.integer; break;
     case Kind::Double: value = cell.number; break;
     case Kind::Text:
-        if (auto* held = std::get_if<std::string>(&value)) held->assign(Text(cell));
-        else value.emplace<std::string>(Text(cell));
+        if (auto* held = std::get_if<std::string>(&value))
+            held->assign(Text(cell));
+        else
+            value.emplace<std::string>(Text(cell));
         break;
     case Kind::Binary: {
         const std::string_view bytes = Text(cell);

@@ -10,15 +10,17 @@ namespace kavidex::data {
 
 namespace {
 
-template <class... Cases> struct Overloaded : Cases... {
+template <class... Cases>
+struct Overloaded : Cases... {
     using Cases::operator()...;
 };
-template <class... Cases> Overloaded(Cases...) -> Overloaded<Cases...>;
+template <class... Cases>
+Overloaded(Cases...) -> Overloaded<Cases...>;
 
 std::string NumberText(double value) {
     char buffer[40];
-    const auto end = std::to_chars(buffer, buffer + sizeof buffer, value,
-                                   std::chars_format::general, 15).ptr;
+    const auto end =
+        std::to_chars(buffer, buffer + sizeof buffer, value, std::chars_format::general, 15).ptr;
     std::string text(buffer, end);
     for (char& c : text)
         if (c == 'e') c = 'E';
@@ -26,7 +28,8 @@ std::string NumberText(double value) {
 }
 
 // Half to even, as Basic rounds; the nearest end beyond the range; 0 for what is no number.
-template <class Integer> Integer Rounded(double value) {
+template <class Integer>
+Integer Rounded(double value) {
     using Limits = std::numeric_limits<Integer>;
     if (std::isnan(value)) return 0;
     const double rounded = std::nearbyint(value);

@@ -15,12 +15,38 @@ using Value = std::variant<std::monostate, bool, std::int64_t, double, std::stri
 
 // ADO's DataTypeEnum, by its own numbers.
 enum class AdoType : int {
-    Empty = 0, SmallInt = 2, Integer = 3, Single = 4, Double = 5, Currency = 6, Date = 7,
-    BStr = 8, Boolean = 11, Variant = 12, Decimal = 14, TinyInt = 16, UnsignedTinyInt = 17,
-    UnsignedSmallInt = 18, UnsignedInt = 19, BigInt = 20, UnsignedBigInt = 21, Guid = 72,
-    Binary = 128, Char = 129, WChar = 130, Numeric = 131, DBDate = 133, DBTime = 134,
-    DBTimeStamp = 135, VarNumeric = 139, VarChar = 200, LongVarChar = 201, VarWChar = 202,
-    LongVarWChar = 203, VarBinary = 204, LongVarBinary = 205
+    Empty = 0,
+    SmallInt = 2,
+    Integer = 3,
+    Single = 4,
+    Double = 5,
+    Currency = 6,
+    Date = 7,
+    BStr = 8,
+    Boolean = 11,
+    Variant = 12,
+    Decimal = 14,
+    TinyInt = 16,
+    UnsignedTinyInt = 17,
+    UnsignedSmallInt = 18,
+    UnsignedInt = 19,
+    BigInt = 20,
+    UnsignedBigInt = 21,
+    Guid = 72,
+    Binary = 128,
+    Char = 129,
+    WChar = 130,
+    Numeric = 131,
+    DBDate = 133,
+    DBTime = 134,
+    DBTimeStamp = 135,
+    VarNumeric = 139,
+    VarChar = 200,
+    LongVarChar = 201,
+    VarWChar = 202,
+    LongVarWChar = 203,
+    VarBinary = 204,
+    LongVarBinary = 205
 };
 
 inline bool IsNull(const Value& value) { return std::holds_alternative<std::monostate>(value); }

@@ -13,8 +13,7 @@ TypeWords WordsOf(ColumnType type) {
     case ColumnType::Integer: return {"LONG", "INTEGER", "INTEGER"};
     case ColumnType::OwnId: return {"LONG", "INTEGER", "BIGINT"};
     case ColumnType::Bit: return {"BIT", "BIT", "BIT"};
-    case ColumnType::Text38:
-        return {"TEXT(38)", "CHAR(38)", "CHAR(38)"};
+    case ColumnType::Text38: return {"TEXT(38)", "CHAR(38)", "CHAR(38)"};
     case ColumnType::Text50: return {"TEXT(50)", "CHAR(50)", "CHAR(50)"};
     case ColumnType::Text100: return {"TEXT(100)", "CHAR(100)", "CHAR(100)"};
     case ColumnType::Text255: return {"TEXT(255)", "CHAR(255)", "CHAR(255)"};

@@ -42,15 +42,17 @@ void MakeDossier(controls::ctrlTree& tree) {
         ++id;
         const auto number = std::to_string(id);
         connection->Execute("Insert into tblTreeItem (Id, TreeItemId, Type, ItemId, ParentId, "
-                            "Description) Values (" + number + ", " + number + ", '" + type +
-                            "', 0, " + std::to_string(parent) + ", '" + text + "')");
+                            "Description) Values (" +
+                            number + ", " + number + ", '" + type + "', 0, " +
+                            std::to_string(parent) + ", '" + text + "')");
         return id;
     };
     constexpr const char* types[] = {"tif", "pdf", "msg", "doc", "nnt"};
     for (int folder = 0; folder < folders; ++folder) {
         const int parent = insert("tab", root, "Folder " + std::to_string(folder));
         for (int i = 0; i < documents; ++i)
-            insert(types[i % 5], parent, "Document number " + std::to_string(folder * documents + i));
+            insert(types[i % 5], parent,
+                   "Document number " + std::to_string(folder * documents + i));
     }
     connection->CommitTrans();
     tree.Refresh();

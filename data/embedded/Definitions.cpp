@@ -30,8 +30,10 @@ public:
         std::vector<std::string> statements;
         do {
             std::string text = "ALTER TABLE " + table;
-            if (add) text += " ADD COLUMN " + Column();
-            else text += " DROP COLUMN " + QuotedName(lclReader.NeedName(true));
+            if (add)
+                text += " ADD COLUMN " + Column();
+            else
+                text += " DROP COLUMN " + QuotedName(lclReader.NeedName(true));
             statements.push_back(text);
         } while (lclReader.TakeSymbol(","));
         // A list of new columns may end in a parenthesis that was never opened.
@@ -103,8 +105,7 @@ private:
     std::string Column() {
         const std::string name = QuotedName(lclReader.NeedName(true));
         const Token word = lclReader.Peek();
-        const ColumnType* type =
-            word.kind == TokenKind::Word ? TypeOfWord(word.text) : nullptr;
+        const ColumnType* type = word.kind == TokenKind::Word ? TypeOfWord(word.text) : nullptr;
         if (!type) lclReader.Refuse("no column type of this dialect");
         lclReader.Take();
         const bool counter = type->declared == "INTEGER";
@@ -185,8 +186,10 @@ private:
         const char* separator = "";
         do {
             text += separator + QuotedName(lclReader.NeedName(true));
-            if (lclReader.TakeWord("desc")) text += " DESC";
-            else lclReader.TakeWord("asc");
+            if (lclReader.TakeWord("desc"))
+                text += " DESC";
+            else
+                lclReader.TakeWord("asc");
             separator = ", ";
         } while (lclReader.TakeSymbol(","));
         lclReader.NeedSymbol(")");
@@ -204,9 +207,12 @@ Translation TranslateDefinition(TokenReader& reader) {
     DefinitionParser parser(reader);
     Translation result;
     result.definition = true;
-    if (reader.TakeWord("create")) result.statements = parser.Create();
-    else if (reader.TakeWord("alter")) result.statements = parser.Alter();
-    else if (reader.TakeWord("drop")) result.statements = parser.Drop();
+    if (reader.TakeWord("create"))
+        result.statements = parser.Create();
+    else if (reader.TakeWord("alter"))
+        result.statements = parser.Alter();
+    else if (reader.TakeWord("drop"))
+        result.statements = parser.Drop();
     reader.NeedEnd();
     return result;
 }

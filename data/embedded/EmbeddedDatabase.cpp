@@ -62,8 +62,10 @@ void MakeFile(std::string_view path, bool base) {
     try {
         Session session(temporary, Session::Mode::Create);
         std::int64_t touched = 0;
-        if (base) WriteBase(session);
-        else session.RunNative("PRAGMA user_version=1", {}, touched); // else nothing is written
+        if (base)
+            WriteBase(session);
+        else
+            session.RunNative("PRAGMA user_version=1", {}, touched); // else nothing is written
         session.Close();
         made = embedded::RenameFile(temporary, path, false);
     } catch (...) {
@@ -85,7 +87,8 @@ void CheckHeader(std::string_view path) {
     if (!size) Refuse(path, "does not exist");
     constexpr std::size_t headerSize = 100;
     const std::string header = embedded::FirstBytes(path, headerSize);
-    if (header.size() < headerSize || header.compare(0, 16, std::string("SQLite format 3\0", 16)) != 0)
+    if (header.size() < headerSize ||
+        header.compare(0, 16, std::string("SQLite format 3\0", 16)) != 0)
         Refuse(path, "is no database of this program");
     const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(header[at]); };
     std::uint64_t pageSize = (byte(16) << 8) | byte(17);
@@ -93,14 +96,16 @@ void CheckHeader(std::string_view path) {
     const std::uint64_t pages = (static_cast<std::uint64_t>(byte(28)) << 24) | (byte(29) << 16) |
                                 (byte(30) << 8) | byte(31);
     // A journal left behind brings back what a broken write has cut.
-    if (*size < pages * pageSize && !HasJournal(path)) Refuse(path, "is damaged: its end is missing");
+    if (*size < pages * pageSize && !HasJournal(path))
+        Refuse(path, "is damaged: its end is missing");
 }
 
 SessionPtr OpenChecked(std::string_view path) {
     CheckHeader(path);
     auto session = std::make_shared<Session>(path, Session::Mode::ReadWrite);
     const std::vector<std::string> names = Lines(
-        *session, "SELECT name FROM sqlite_master WHERE type = 'table' AND lower(name) = 'tblsettings'");
+        *session,
+        "SELECT name FROM sqlite_master WHERE type = 'table' AND lower(name) = 'tblsettings'");
     if (names.empty()) Refuse(path, "is no database of this program: it has no table tblSettings");
     if (FileSize(path).value_or(0) <= checkedWhole) {
         const auto findings = Findings(*session, "PRAGMA quick_check(1)");

@@ -146,8 +146,10 @@ Expression ExpressionParser::Sum() {
         lclReader.Take();
         const Expression right = Modulo();
         const bool number = left.kind == Operand::Number || right.kind == Operand::Number;
-        if (plus && !number) left = {"kv_add(" + left.text + ", " + right.text + ")"};
-        else left = {"(" + left.text + (plus ? " + " : " - ") + right.text + ")"};
+        if (plus && !number)
+            left = {"kv_add(" + left.text + ", " + right.text + ")"};
+        else
+            left = {"(" + left.text + (plus ? " + " : " - ") + right.text + ")"};
     }
 }
 
@@ -168,10 +170,12 @@ Expression ExpressionParser::Quotient() {
 Expression ExpressionParser::Product() {
     Expression left = Sign();
     for (;;) {
-        if (lclReader.TakeSymbol("*")) left = {"(" + left.text + " * " + Sign().text + ")"};
+        if (lclReader.TakeSymbol("*"))
+            left = {"(" + left.text + " * " + Sign().text + ")"};
         else if (lclReader.TakeSymbol("/"))
             left = {"(kv_cdbl(" + left.text + ") / " + Sign().text + ")"};
-        else return left;
+        else
+            return left;
     }
 }
 
@@ -210,9 +214,7 @@ Expression ExpressionParser::Primary() {
         const int number = lclReader.Literals() + lclReader.Take().literal + 1;
         return {"?" + std::to_string(number)};
     }
-    case TokenKind::Identity:
-        lclReader.Take();
-        return {"last_insert_rowid()"};
+    case TokenKind::Identity: lclReader.Take(); return {"last_insert_rowid()"};
     case TokenKind::Symbol:
         if (lclReader.TakeSymbol("(")) return Parenthesised();
         lclReader.Refuse();

@@ -32,7 +32,7 @@ private:
     Expression Conjunction();
     Expression Negation();
     Expression Comparison();
-    Expression Joining();  // &
+    Expression Joining(); // &
     Expression Sum();
     Expression Modulo();
     Expression Quotient(); // whole-number division

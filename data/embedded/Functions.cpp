@@ -16,37 +16,17 @@ namespace {
 
 constexpr Function functions[] = {
     // word     name          fewest most
-    {"abs",     "abs",        1, 1},
-    {"asc",     "unicode",    1, 1},
-    {"avg",     "avg",        1, 1},
-    {"cdbl",    "kv_cdbl",    1, 1},
-    {"chr",     "char",       1, 1},
-    {"cint",    "kv_clng",    1, 1},
-    {"clng",    "kv_clng",    1, 1},
-    {"count",   "count",      1, 1},
-    {"cstr",    "kv_cstr",    1, 1},
-    {"iif",     "iif",        3, 3},
-    {"instr",   "kv_instr",   2, 3},
-    {"int",     "kv_int",     1, 1},
-    {"isnull",  "kv_isnull",  1, 1},
-    {"lcase",   "kv_lcase",   1, 1},
-    {"left",    "kv_left",    2, 2},
-    {"len",     "kv_len",     1, 1},
-    {"ltrim",   "ltrim",      1, 1},
-    {"max",     "max",        1, 1},
-    {"mid",     "kv_mid",     2, 3},
-    {"min",     "min",        1, 1},
-    {"nz",      "kv_nz",      1, 2},
-    {"replace", "replace",    3, 3},
-    {"right",   "kv_right",   2, 2},
-    {"round",   "round",      1, 2},
-    {"rtrim",   "rtrim",      1, 1},
-    {"sgn",     "kv_sgn",     1, 1},
-    {"str",     "kv_cstr",    1, 1},
-    {"sum",     "sum",        1, 1},
-    {"trim",    "trim",       1, 1},
-    {"ucase",   "kv_ucase",   1, 1},
-    {"val",     "kv_val",     1, 1},
+    {"abs", "abs", 1, 1},          {"asc", "unicode", 1, 1},    {"avg", "avg", 1, 1},
+    {"cdbl", "kv_cdbl", 1, 1},     {"chr", "char", 1, 1},       {"cint", "kv_clng", 1, 1},
+    {"clng", "kv_clng", 1, 1},     {"count", "count", 1, 1},    {"cstr", "kv_cstr", 1, 1},
+    {"iif", "iif", 3, 3},          {"instr", "kv_instr", 2, 3}, {"int", "kv_int", 1, 1},
+    {"isnull", "kv_isnull", 1, 1}, {"lcase", "kv_lcase", 1, 1}, {"left", "kv_left", 2, 2},
+    {"len", "kv_len", 1, 1},       {"ltrim", "ltrim", 1, 1},    {"max", "max", 1, 1},
+    {"mid", "kv_mid", 2, 3},       {"min", "min", 1, 1},        {"nz", "kv_nz", 1, 2},
+    {"replace", "replace", 3, 3},  {"right", "kv_right", 2, 2}, {"round", "round", 1, 2},
+    {"rtrim", "rtrim", 1, 1},      {"sgn", "kv_sgn", 1, 1},     {"str", "kv_cstr", 1, 1},
+    {"sum", "sum", 1, 1},          {"trim", "trim", 1, 1},      {"ucase", "kv_ucase", 1, 1},
+    {"val", "kv_val", 1, 1},
 };
 
 bool IsNullArgument(sqlite3_value* value) { return sqlite3_value_type(value) == SQLITE_NULL; }
@@ -176,9 +156,12 @@ void Len(sqlite3_context* context, int, sqlite3_value** arguments) {
 }
 
 void Nz(sqlite3_context* context, int count, sqlite3_value** arguments) {
-    if (!IsNullArgument(arguments[0])) sqlite3_result_value(context, arguments[0]);
-    else if (count > 1) sqlite3_result_value(context, arguments[1]);
-    else Return(context, "");
+    if (!IsNullArgument(arguments[0]))
+        sqlite3_result_value(context, arguments[0]);
+    else if (count > 1)
+        sqlite3_result_value(context, arguments[1]);
+    else
+        Return(context, "");
 }
 
 void IsNullValue(sqlite3_context* context, int, sqlite3_value** arguments) {
@@ -226,12 +209,25 @@ struct Registration {
 };
 
 constexpr Registration registrations[] = {
-    {"kv_left", 2, Left},        {"kv_right", 2, Right},      {"kv_mid", -1, Mid},
-    {"kv_concat", -1, Concat},   {"kv_add", 2, Add},          {"kv_like", 2, Like},
-    {"kv_instr", -1, Instr},     {"kv_lcase", 1, LowerCaseOf}, {"kv_ucase", 1, UpperCaseOf},
-    {"kv_len", 1, Len},          {"kv_nz", -1, Nz},           {"kv_isnull", 1, IsNullValue},
-    {"kv_cstr", 1, CStr},        {"kv_clng", 1, CLng},        {"kv_cdbl", 1, CDbl},
-    {"kv_int", 1, Int},           {"kv_val", 1, CDbl},         {"kv_sgn", 1, Sgn},          {"kv_power", 2, Power},
+    {"kv_left", 2, Left},
+    {"kv_right", 2, Right},
+    {"kv_mid", -1, Mid},
+    {"kv_concat", -1, Concat},
+    {"kv_add", 2, Add},
+    {"kv_like", 2, Like},
+    {"kv_instr", -1, Instr},
+    {"kv_lcase", 1, LowerCaseOf},
+    {"kv_ucase", 1, UpperCaseOf},
+    {"kv_len", 1, Len},
+    {"kv_nz", -1, Nz},
+    {"kv_isnull", 1, IsNullValue},
+    {"kv_cstr", 1, CStr},
+    {"kv_clng", 1, CLng},
+    {"kv_cdbl", 1, CDbl},
+    {"kv_int", 1, Int},
+    {"kv_val", 1, CDbl},
+    {"kv_sgn", 1, Sgn},
+    {"kv_power", 2, Power},
 };
 
 // One table lookup a byte; only what is not ASCII takes the long way.
@@ -257,10 +253,9 @@ int RegisterFunctions(sqlite3* database) {
                                              CompareTexts, nullptr);
     for (const Registration& function : registrations) {
         if (result != SQLITE_OK) break;
-        result = sqlite3_create_function_v2(
-            database, function.name, function.arguments,
-            SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS, nullptr, function.run, nullptr,
-            nullptr, nullptr);
+        result = sqlite3_create_function_v2(database, function.name, function.arguments,
+                                            SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS,
+                                            nullptr, function.run, nullptr, nullptr, nullptr);
     }
     return result;
 }

@@ -11,9 +11,9 @@ namespace kavidex::data::embedded {
 int RegisterFunctions(sqlite3* database);
 
 struct Function {
-    std::string_view word;  // in a statement of the dialect
-    std::string_view name;  // in SQLite
-    int fewest, most;       // arguments
+    std::string_view word; // in a statement of the dialect
+    std::string_view name; // in SQLite
+    int fewest, most;      // arguments
 };
 
 // Null for a word that is no function of the dialect.

@@ -55,7 +55,9 @@ FieldsPtr TypedByValue(const FieldsPtr& fields, const RowStore& rows) {
             if (type == (*fields)[column].type) break;
             if (!typed) typed = std::make_shared<std::vector<Field>>(*fields);
             (*typed)[column].type = type;
-            (*typed)[column].definedSize = type == AdoType::Integer ? 4 : type == AdoType::Double ? 8 : 0;
+            (*typed)[column].definedSize = type == AdoType::Integer  ? 4
+                                           : type == AdoType::Double ? 8
+                                                                     : 0;
             break;
         }
     }

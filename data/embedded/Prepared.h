@@ -14,7 +14,8 @@ struct Session::Prepared {
     Prepared& operator=(const Prepared&) = delete;
 
     std::string key;
-    sqlite3_stmt* statement = nullptr; // null: statements of this shape are kept by their whole text
+    sqlite3_stmt* statement =
+        nullptr; // null: statements of this shape are kept by their whole text
     FieldsPtr fields;
     std::vector<char> flags;  // per column: yes/no
     bool computed = false;    // has columns that come from no table

@@ -39,7 +39,8 @@ constexpr SchemaColumn indexColumns[] = {
     {"ORDINAL_POSITION", AdoType::Integer}, {"COLUMN_NAME", AdoType::VarWChar},
 };
 
-template <std::size_t Count> ResultRows Empty(const SchemaColumn (&columns)[Count]) {
+template <std::size_t Count>
+ResultRows Empty(const SchemaColumn (&columns)[Count]) {
     auto fields = std::make_shared<std::vector<Field>>();
     for (const SchemaColumn& column : columns) {
         Field field;
@@ -61,9 +62,10 @@ ResultRows Query(Session& session, const std::string& statement,
 }
 
 std::vector<std::string> TableNames(Session& session) {
-    const ResultRows found = Query(
-        session, "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' "
-                 "ESCAPE '\\' ORDER BY name COLLATE NOCASE");
+    const ResultRows found =
+        Query(session,
+              "SELECT name FROM sqlite_master WHERE type = 'table' AND name NOT LIKE 'sqlite\\_%' "
+              "ESCAPE '\\' ORDER BY name COLLATE NOCASE");
     std::vector<std::string> names;
     for (std::size_t row = 0; row < found.rows.Rows(); ++row)
         names.push_back(ToText(found.rows.Read(row, 0)));
@@ -107,8 +109,10 @@ ResultRows Columns(Session& session) {
             result.rows.Add(value(5));
             result.rows.AddBool(ToInt64(value(4)) == 0 && ToInt64(value(0)) == 0);
             result.rows.AddInteger(static_cast<int>(type.type));
-            if (type.type == AdoType::VarWChar) result.rows.AddInteger(type.size);
-            else result.rows.AddNull();
+            if (type.type == AdoType::VarWChar)
+                result.rows.AddInteger(type.size);
+            else
+                result.rows.AddNull();
         }
     }
     return result;

@@ -37,7 +37,8 @@ int BindValue(sqlite3_stmt* statement, int at, const Value& value) {
         return sqlite3_bind_text64(statement, at, text->c_str(), text->size(), SQLITE_STATIC,
                                    SQLITE_UTF8);
     if (const auto* bytes = std::get_if<Bytes>(&value))
-        return sqlite3_bind_blob64(statement, at, bytes->empty() ? "" : static_cast<const void*>(bytes->data()),
+        return sqlite3_bind_blob64(statement, at,
+                                   bytes->empty() ? "" : static_cast<const void*>(bytes->data()),
                                    bytes->size(), SQLITE_STATIC);
     return sqlite3_bind_null(statement, at);
 }
@@ -56,8 +57,8 @@ int BindLiteral(sqlite3_stmt* statement, int at, const Literal& literal) {
 
 Session::Session(std::string_view path, Mode mode) : lclPath(path) {
     const std::string name = mode == Mode::Memory ? ":memory:" : NativeName(path);
-    const int result =
-        sqlite3_open_v2(name.c_str(), &lclDatabase, OpenFlags(mode) | SQLITE_OPEN_EXRESCODE, nullptr);
+    const int result = sqlite3_open_v2(name.c_str(), &lclDatabase,
+                                       OpenFlags(mode) | SQLITE_OPEN_EXRESCODE, nullptr);
     try {
         if (result != SQLITE_OK) Fail(result, {});
         sqlite3_busy_timeout(lclDatabase, busyMilliseconds);
@@ -250,12 +251,14 @@ void Session::ReadRow(const Prepared& prepared, RowStore& rows) {
         case SQLITE_INTEGER:
             if (prepared.flags[static_cast<std::size_t>(i)])
                 rows.AddBool(sqlite3_column_int64(statement, i) != 0);
-            else rows.AddInteger(sqlite3_column_int64(statement, i));
+            else
+                rows.AddInteger(sqlite3_column_int64(statement, i));
             break;
         case SQLITE_FLOAT:
             if (prepared.flags[static_cast<std::size_t>(i)])
                 rows.AddBool(sqlite3_column_double(statement, i) != 0);
-            else rows.AddDouble(sqlite3_column_double(statement, i));
+            else
+                rows.AddDouble(sqlite3_column_double(statement, i));
             break;
         case SQLITE_TEXT: {
             const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(statement, i));

@@ -8,11 +8,11 @@ namespace kavidex::data::embedded {
 namespace {
 
 constexpr std::string_view reserved[] = {
-    "all",    "and",   "as",    "between", "by",     "case",  "create", "delete", "distinct",
-    "drop",   "else",  "end",   "exists",  "from",   "full",  "group",  "having", "in",
-    "inner",  "insert", "into", "is",      "join",   "left",  "like",   "mod",    "not",
-    "null",   "on",    "or",    "order",   "outer",  "right", "select", "set",    "then",
-    "union",  "update", "values", "when",  "where",  "with",
+    "all",   "and",    "as",     "between", "by",    "case",  "create", "delete", "distinct",
+    "drop",  "else",   "end",    "exists",  "from",  "full",  "group",  "having", "in",
+    "inner", "insert", "into",   "is",      "join",  "left",  "like",   "mod",    "not",
+    "null",  "on",     "or",     "order",   "outer", "right", "select", "set",    "then",
+    "union", "update", "values", "when",    "where", "with",
 };
 
 constexpr int manyTokens = 200000;
@@ -111,7 +111,8 @@ std::string_view TokenReader::NeedTable() {
 }
 
 void TokenReader::NeedEnd() {
-    while (TakeSymbol(";")) {}
+    while (TakeSymbol(";")) {
+    }
     if (Peek().kind != TokenKind::End) Refuse();
 }
 

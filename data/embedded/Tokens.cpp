@@ -65,7 +65,10 @@ Token Scanner::Next() {
     }
     if (IsDigit(c) || (c == '.' && IsDigit(next))) return NumberToken();
     switch (c) {
-    case '\'': case '"': case '#': case '`': return Quoted(c);
+    case '\'':
+    case '"':
+    case '#':
+    case '`': return Quoted(c);
     case '[': return Quoted(']');
     case '?': token.kind = TokenKind::Parameter; break;
     case '@': {
@@ -77,17 +80,27 @@ Token Scanner::Next() {
         lclAt += found.size();
         return token;
     }
-    case '<': case '>': {
+    case '<':
+    case '>': {
         const bool two = next == '=' || (c == '<' && next == '>');
         token.kind = TokenKind::Symbol;
         token.text = lclText.substr(lclAt, two ? 2 : 1);
         lclAt += token.text.size();
         return token;
     }
-    case '(': case ')': case ',': case '.': case ';': case '=': case '+': case '-': case '*':
-    case '/': case '\\': case '^': case '&':
-        token.kind = TokenKind::Symbol;
-        break;
+    case '(':
+    case ')':
+    case ',':
+    case '.':
+    case ';':
+    case '=':
+    case '+':
+    case '-':
+    case '*':
+    case '/':
+    case '\\':
+    case '^':
+    case '&': token.kind = TokenKind::Symbol; break;
     default: Refuse("a character that is not understood", lclAt);
     }
     token.text = lclText.substr(lclAt++, 1);
@@ -140,7 +153,8 @@ Token Scanner::NumberToken() {
             digits();
         }
     }
-    if (end < lclText.size() && BeginsWord(lclText[end])) Refuse("a number runs into a name", lclAt);
+    if (end < lclText.size() && BeginsWord(lclText[end]))
+        Refuse("a number runs into a name", lclAt);
     token.text = lclText.substr(lclAt, end - lclAt);
     lclAt = end;
     return token;

@@ -23,9 +23,9 @@ enum class TokenKind {
 
 struct Token {
     TokenKind kind = TokenKind::End;
-    std::string_view text;  // as it stands in the statement, without the brackets of a name
-    std::size_t at = 0;     // where it begins in the statement
-    int literal = -1;       // number among the literals, or among the parameters
+    std::string_view text; // as it stands in the statement, without the brackets of a name
+    std::size_t at = 0;    // where it begins in the statement
+    int literal = -1;      // number among the literals, or among the parameters
 };
 
 // A literal, ready to be bound; the texts that a view names live in the statement or in `Literals`.

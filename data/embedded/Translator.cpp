@@ -81,8 +81,10 @@ private:
     std::string Select(std::string& limit) {
         lclReader.NeedWord("select");
         std::string text = "SELECT ";
-        if (lclReader.TakeWord("distinct") || lclReader.TakeWord("distinctrow")) text += "DISTINCT ";
-        else lclReader.TakeWord("all");
+        if (lclReader.TakeWord("distinct") || lclReader.TakeWord("distinctrow"))
+            text += "DISTINCT ";
+        else
+            lclReader.TakeWord("all");
         if (lclReader.PeekWord("top") && lclReader.Peek(1).kind == TokenKind::Whole) {
             lclReader.Take();
             limit = " LIMIT " + std::string(lclReader.Take().text);
@@ -178,8 +180,10 @@ private:
                 text += value.text;
                 if (value.kind == Operand::Other) text += std::string(" COLLATE ") + collation;
             }
-            if (lclReader.TakeWord("desc")) text += " DESC";
-            else lclReader.TakeWord("asc");
+            if (lclReader.TakeWord("desc"))
+                text += " DESC";
+            else
+                lclReader.TakeWord("asc");
         } while (lclReader.TakeSymbol(","));
         return text;
     }
@@ -198,11 +202,16 @@ Translation Translate(std::string_view statement) {
         return TranslateDefinition(reader);
     StatementParser parser(reader);
     Translation result;
-    if (reader.PeekWord("select")) result.statements = {parser.Query()};
-    else if (reader.TakeWord("insert")) result.statements = {parser.Insert()};
-    else if (reader.TakeWord("update")) result.statements = {parser.Update()};
-    else if (reader.TakeWord("delete")) result.statements = {parser.Delete()};
-    else reader.Refuse("no statement of this dialect");
+    if (reader.PeekWord("select"))
+        result.statements = {parser.Query()};
+    else if (reader.TakeWord("insert"))
+        result.statements = {parser.Insert()};
+    else if (reader.TakeWord("update"))
+        result.statements = {parser.Update()};
+    else if (reader.TakeWord("delete"))
+        result.statements = {parser.Delete()};
+    else
+        reader.Refuse("no statement of this dialect");
     reader.NeedEnd();
     result.fixed = parser.Fixed();
     return result;

@@ -11,35 +11,35 @@ namespace {
 // The first row of a declaration is the one that a file's column reads back as.
 constexpr ColumnType types[] = {
     // word          declared        type                    sized
-    {"COUNTER",       "INTEGER",      AdoType::Integer,        false},
-    {"AUTOINCREMENT", "INTEGER",      AdoType::Integer,        false},
-    {"LONG",          "LONGINT",      AdoType::Integer,        false},
-    {"INTEGER",       "LONGINT",      AdoType::Integer,        false},
-    {"INT",           "LONGINT",      AdoType::Integer,        false},
-    {"SHORT",         "SHORTINT",     AdoType::SmallInt,       false},
-    {"SMALLINT",      "SHORTINT",     AdoType::SmallInt,       false},
-    {"BYTE",          "BYTEINT",      AdoType::UnsignedTinyInt, false},
-    {"BIT",           "BITINT",       AdoType::Boolean,        false},
-    {"YESNO",         "BITINT",       AdoType::Boolean,        false},
-    {"LOGICAL",       "BITINT",       AdoType::Boolean,        false},
-    {"BOOLEAN",       "BITINT",       AdoType::Boolean,        false},
-    {"SINGLE",        "SINGLEREAL",   AdoType::Single,         false},
-    {"REAL",          "SINGLEREAL",   AdoType::Single,         false},
-    {"DOUBLE",        "DOUBLEREAL",   AdoType::Double,         false},
-    {"FLOAT",         "DOUBLEREAL",   AdoType::Double,         false},
-    {"NUMBER",        "DOUBLEREAL",   AdoType::Double,         false},
-    {"CURRENCY",      "CURRENCYREAL", AdoType::Currency,       false},
-    {"MONEY",         "CURRENCYREAL", AdoType::Currency,       false},
-    {"DATETIME",      "DATETEXT",     AdoType::Date,           false},
-    {"DATE",          "DATETEXT",     AdoType::Date,           false},
-    {"TEXT",          "TEXT",         AdoType::VarWChar,       true},
-    {"CHAR",          "TEXT",         AdoType::VarWChar,       true},
-    {"VARCHAR",       "TEXT",         AdoType::VarWChar,       true},
-    {"STRING",        "TEXT",         AdoType::VarWChar,       true},
-    {"MEMO",          "MEMOTEXT",     AdoType::LongVarWChar,   false},
-    {"NOTE",          "MEMOTEXT",     AdoType::LongVarWChar,   false},
-    {"LONGBINARY",    "LONGBLOB",     AdoType::LongVarBinary,  false},
-    {"OLEOBJECT",     "LONGBLOB",     AdoType::LongVarBinary,  false},
+    {"COUNTER", "INTEGER", AdoType::Integer, false},
+    {"AUTOINCREMENT", "INTEGER", AdoType::Integer, false},
+    {"LONG", "LONGINT", AdoType::Integer, false},
+    {"INTEGER", "LONGINT", AdoType::Integer, false},
+    {"INT", "LONGINT", AdoType::Integer, false},
+    {"SHORT", "SHORTINT", AdoType::SmallInt, false},
+    {"SMALLINT", "SHORTINT", AdoType::SmallInt, false},
+    {"BYTE", "BYTEINT", AdoType::UnsignedTinyInt, false},
+    {"BIT", "BITINT", AdoType::Boolean, false},
+    {"YESNO", "BITINT", AdoType::Boolean, false},
+    {"LOGICAL", "BITINT", AdoType::Boolean, false},
+    {"BOOLEAN", "BITINT", AdoType::Boolean, false},
+    {"SINGLE", "SINGLEREAL", AdoType::Single, false},
+    {"REAL", "SINGLEREAL", AdoType::Single, false},
+    {"DOUBLE", "DOUBLEREAL", AdoType::Double, false},
+    {"FLOAT", "DOUBLEREAL", AdoType::Double, false},
+    {"NUMBER", "DOUBLEREAL", AdoType::Double, false},
+    {"CURRENCY", "CURRENCYREAL", AdoType::Currency, false},
+    {"MONEY", "CURRENCYREAL", AdoType::Currency, false},
+    {"DATETIME", "DATETEXT", AdoType::Date, false},
+    {"DATE", "DATETEXT", AdoType::Date, false},
+    {"TEXT", "TEXT", AdoType::VarWChar, true},
+    {"CHAR", "TEXT", AdoType::VarWChar, true},
+    {"VARCHAR", "TEXT", AdoType::VarWChar, true},
+    {"STRING", "TEXT", AdoType::VarWChar, true},
+    {"MEMO", "MEMOTEXT", AdoType::LongVarWChar, false},
+    {"NOTE", "MEMOTEXT", AdoType::LongVarWChar, false},
+    {"LONGBINARY", "LONGBLOB", AdoType::LongVarBinary, false},
+    {"OLEOBJECT", "LONGBLOB", AdoType::LongVarBinary, false},
 };
 
 bool Holds(std::string_view upper, std::string_view part) {
@@ -60,9 +60,13 @@ AdoType TypeByLetters(const std::string& upper) {
 std::int64_t SizeOf(AdoType type, std::int64_t characters) {
     switch (type) {
     case AdoType::UnsignedTinyInt: return 1;
-    case AdoType::SmallInt: case AdoType::Boolean: return 2;
-    case AdoType::Integer: case AdoType::Single: return 4;
-    case AdoType::Double: case AdoType::Currency: case AdoType::Date: return 8;
+    case AdoType::SmallInt:
+    case AdoType::Boolean: return 2;
+    case AdoType::Integer:
+    case AdoType::Single: return 4;
+    case AdoType::Double:
+    case AdoType::Currency:
+    case AdoType::Date: return 8;
     case AdoType::LongVarWChar: return 536870910;
     case AdoType::LongVarBinary: return 1073741823;
     default: return characters > 0 ? characters : longestText;
@@ -92,7 +96,8 @@ DeclaredType ReadDeclared(std::string_view declaration) {
 }
 
 bool IsWholeNumber(AdoType type) {
-    return type == AdoType::Integer || type == AdoType::SmallInt || type == AdoType::UnsignedTinyInt;
+    return type == AdoType::Integer || type == AdoType::SmallInt ||
+           type == AdoType::UnsignedTinyInt;
 }
 
 } // namespace kavidex::data::embedded

@@ -13,7 +13,7 @@ struct ColumnType {
     std::string_view word;     // in a statement of the dialect
     std::string_view declared; // in the file; its letters decide the affinity of the column
     AdoType type;
-    bool sized;                // takes (n)
+    bool sized; // takes (n)
 };
 
 // Null for a word that is no type of the dialect.

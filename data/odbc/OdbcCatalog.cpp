@@ -23,10 +23,10 @@ constexpr SchemaColumn tables[] = {
     {"DESCRIPTION", AdoType::VarWChar, 5},
 };
 constexpr SchemaColumn columns[] = {
-    {"TABLE_CATALOG", AdoType::VarWChar, 1}, {"TABLE_SCHEMA", AdoType::VarWChar, 2},
-    {"TABLE_NAME", AdoType::VarWChar, 3},    {"COLUMN_NAME", AdoType::VarWChar, 4},
+    {"TABLE_CATALOG", AdoType::VarWChar, 1},    {"TABLE_SCHEMA", AdoType::VarWChar, 2},
+    {"TABLE_NAME", AdoType::VarWChar, 3},       {"COLUMN_NAME", AdoType::VarWChar, 4},
     {"ORDINAL_POSITION", AdoType::Integer, 17}, {"IS_NULLABLE", AdoType::Boolean, 11},
-    {"DATA_TYPE", AdoType::Integer, 5},      {"CHARACTER_MAXIMUM_LENGTH", AdoType::Integer, 7},
+    {"DATA_TYPE", AdoType::Integer, 5},         {"CHARACTER_MAXIMUM_LENGTH", AdoType::Integer, 7},
 };
 constexpr SchemaColumn indexes[] = {
     {"TABLE_CATALOG", AdoType::VarWChar, 1}, {"TABLE_SCHEMA", AdoType::VarWChar, 2},
@@ -40,8 +40,10 @@ Value Translated(std::string_view name, Value value) {
     if (name == "UNIQUE") return ToInt32(value) == SQL_FALSE; // ODBC says "non-unique"
     if (name == "IS_NULLABLE") return ToInt32(value) != SQL_NO_NULLS;
     if (name == "DATA_TYPE")
-        return std::int64_t{static_cast<int>(TypeOf(static_cast<SQLSMALLINT>(ToInt32(value)), 0, 0, false).ado)};
-    if (name == "TABLE_TYPE" && platform::EqualAsciiNoCase(ToText(value), "BASE TABLE")) return std::string("TABLE");
+        return std::int64_t{
+            static_cast<int>(TypeOf(static_cast<SQLSMALLINT>(ToInt32(value)), 0, 0, false).ado)};
+    if (name == "TABLE_TYPE" && platform::EqualAsciiNoCase(ToText(value), "BASE TABLE"))
+        return std::string("TABLE");
     return value;
 }
 
@@ -52,7 +54,8 @@ void Append(ResultRows& result, OdbcStatement& statement, std::span<const Schema
         // Statistics of a table come among its indexes, without a name.
         if (wanted.data() == indexes && IsNull(rows.Read(row, 5))) continue;
         for (const SchemaColumn& column : wanted)
-            result.rows.Add(Translated(column.name, rows.Read(row, static_cast<std::size_t>(column.from) - 1)));
+            result.rows.Add(
+                Translated(column.name, rows.Read(row, static_cast<std::size_t>(column.from) - 1)));
     }
 }
 
@@ -72,7 +75,7 @@ ResultRows Empty(std::span<const SchemaColumn> wanted) {
 
 ResultRows ReadSchema(const LinkPtr& link, Schema schema) {
     const std::span<const SchemaColumn> wanted =
-        schema == Schema::Tables ? std::span<const SchemaColumn>(tables)
+        schema == Schema::Tables    ? std::span<const SchemaColumn>(tables)
         : schema == Schema::Columns ? std::span<const SchemaColumn>(columns)
                                     : std::span<const SchemaColumn>(indexes);
     // Without a catalog some drivers list the tables of every database of the server.
@@ -102,8 +105,8 @@ ResultRows ReadSchema(const LinkPtr& link, Schema schema) {
         std::u16string table = platform::ToUtf16(ToText(names.rows.Read(row, 2)));
         OdbcStatement each(link);
         each.RunCatalog("SQLStatistics", [&](SQLHSTMT handle) {
-            return SQLStatisticsW(handle, name, length, nullptr, 0, Raw(table), Length<SQLSMALLINT>(table),
-                                  SQL_INDEX_ALL, SQL_QUICK);
+            return SQLStatisticsW(handle, name, length, nullptr, 0, Raw(table),
+                                  Length<SQLSMALLINT>(table), SQL_INDEX_ALL, SQL_QUICK);
         });
         Append(result, each, wanted);
     }

@@ -13,7 +13,8 @@ namespace odbc {
 
 namespace {
 
-ResultRows ReadRows(const LinkPtr& link, const std::string& text, const std::vector<Value>& values, bool keys) {
+ResultRows ReadRows(const LinkPtr& link, const std::string& text, const std::vector<Value>& values,
+                    bool keys) {
     OdbcStatement statement(link);
     statement.Run(text, values);
     if (!statement.HasRows()) {
@@ -31,8 +32,12 @@ public:
         : lclLink(std::move(link)), lclText(std::move(text)), lclValues(std::move(values)) {}
 
     ResultRows Fetch() override { return ReadRows(lclLink, lclText, lclValues, true); }
-    std::string Quoted(std::string_view name) const override { return odbc::Quoted(lclLink->Speaks(), name); }
-    std::string SameAs(const Field& field) const override { return odbc::SameAs(lclLink->Speaks(), field); }
+    std::string Quoted(std::string_view name) const override {
+        return odbc::Quoted(lclLink->Speaks(), name);
+    }
+    std::string SameAs(const Field& field) const override {
+        return odbc::SameAs(lclLink->Speaks(), field);
+    }
     std::int64_t Run(const std::string& text, const std::vector<Value>& values) override {
         OdbcStatement statement(lclLink);
         statement.Run(text, values);
@@ -66,10 +71,14 @@ struct InfoProperty {
 };
 
 constexpr InfoProperty properties[] = {
-    {"DBMS Name", SQL_DBMS_NAME},       {"DBMS Version", SQL_DBMS_VER},
-    {"Data Source Name", SQL_DATA_SOURCE_NAME}, {"Server Name", SQL_SERVER_NAME},
-    {"User Name", SQL_USER_NAME},       {"Driver Name", SQL_DRIVER_NAME},
-    {"Driver Version", SQL_DRIVER_VER}, {"Current Catalog", SQL_DATABASE_NAME},
+    {"DBMS Name", SQL_DBMS_NAME},
+    {"DBMS Version", SQL_DBMS_VER},
+    {"Data Source Name", SQL_DATA_SOURCE_NAME},
+    {"Server Name", SQL_SERVER_NAME},
+    {"User Name", SQL_USER_NAME},
+    {"Driver Name", SQL_DRIVER_NAME},
+    {"Driver Version", SQL_DRIVER_VER},
+    {"Current Catalog", SQL_DATABASE_NAME},
 };
 
 class OdbcConnection : public Connection {
@@ -109,7 +118,8 @@ public:
             return std::string(lclLink->Speaks().dbmsName);
         for (const InfoProperty& known : properties)
             if (platform::EqualAsciiNoCase(known.name, name)) return lclLink->Info(known.what);
-        throw Error(errors::itemNotFound, "The connection has no property \"" + std::string(name) + "\"", "ODBC");
+        throw Error(errors::itemNotFound,
+                    "The connection has no property \"" + std::string(name) + "\"", "ODBC");
     }
 
     std::string DefaultDatabase() const override { return lclLink->CurrentCatalog(); }
@@ -135,13 +145,15 @@ private:
     void Leave(bool commit) {
         lclLink->CheckOpen();
         if (lclLevel == 0)
-            throw Error(errors::unspecified, "No transaction is under way on this connection", "ODBC");
+            throw Error(errors::unspecified, "No transaction is under way on this connection",
+                        "ODBC");
         if (!commit) lclUndone = true;
         if (--lclLevel > 0) return;
         lclLink->EndTransaction(!lclUndone);
         lclLink->SetAutoCommit(true);
         if (commit && lclUndone)
-            throw Error(errors::unspecified, "The transaction was rolled back, since a part of it was", "ODBC");
+            throw Error(errors::unspecified,
+                        "The transaction was rolled back, since a part of it was", "ODBC");
     }
 
     LinkPtr lclLink;

@@ -20,7 +20,7 @@ struct OdbcStatement::Column {
 
 namespace {
 
-constexpr SQLULEN longestBound = 2000;            // characters or bytes of a bound column
+constexpr SQLULEN longestBound = 2000; // characters or bytes of a bound column
 constexpr std::size_t blockBytes = 512 * 1024, mostRows = 256;
 
 // A character outside the basic plane takes two units, and the last is the terminating zero.
@@ -40,7 +40,8 @@ std::size_t WidthOf(Fetched fetched, SQLULEN size) {
 }
 
 bool IsLong(Fetched fetched, SQLULEN size) {
-    return (fetched == Fetched::Text || fetched == Fetched::Bytes) && (size == 0 || size > longestBound);
+    return (fetched == Fetched::Text || fetched == Fetched::Bytes) &&
+           (size == 0 || size > longestBound);
 }
 
 template <class Plain>
@@ -68,7 +69,8 @@ std::string MomentText(Fetched fetched, const unsigned char* data) {
 
 } // namespace
 
-std::vector<OdbcStatement::Column> OdbcStatement::BindColumns(std::size_t rows, std::size_t& firstLong) {
+std::vector<OdbcStatement::Column> OdbcStatement::BindColumns(std::size_t rows,
+                                                              std::size_t& firstLong) {
     std::vector<Column> columns(firstLong);
     for (std::size_t i = 0; i < firstLong; ++i) {
         Column& column = columns[i];
@@ -77,7 +79,8 @@ std::vector<OdbcStatement::Column> OdbcStatement::BindColumns(std::size_t rows, 
         column.data.reset(new unsigned char[column.width * rows]);
         column.lengths.reset(new SQLLEN[rows]);
         Check(SQLBindCol(lclHandle, static_cast<SQLUSMALLINT>(i + 1), CTypeOf(column.fetched),
-                         column.data.get(), static_cast<SQLLEN>(column.width), column.lengths.get()));
+                         column.data.get(), static_cast<SQLLEN>(column.width),
+                         column.lengths.get()));
     }
     return columns;
 }
@@ -87,14 +90,18 @@ RowStore OdbcStatement::FetchAll() {
     // answers before a bound column, or in a block of several rows.
     std::size_t firstLong = lclTypes.size(), rowBytes = 1;
     for (std::size_t i = 0; i < lclTypes.size(); ++i) {
-        if (IsLong(lclTypes[i].fetched, lclSizes[i])) { firstLong = i; break; }
+        if (IsLong(lclTypes[i].fetched, lclSizes[i])) {
+            firstLong = i;
+            break;
+        }
         rowBytes += WidthOf(lclTypes[i].fetched, lclSizes[i]);
     }
     std::size_t rows = std::clamp<std::size_t>(blockBytes / rowBytes, 1, mostRows);
     if (firstLong < lclTypes.size()) rows = 1;
 
     SQLULEN fetched = 0;
-    Check(SQLSetStmtAttrW(lclHandle, SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(rows), 0));
+    Check(
+        SQLSetStmtAttrW(lclHandle, SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(rows), 0));
     Check(SQLSetStmtAttrW(lclHandle, SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0));
     const std::vector<Column> columns = BindColumns(rows, firstLong);
 
@@ -122,16 +129,22 @@ void OdbcStatement::Append(RowStore& store, const Column& column, std::size_t ro
     case Fetched::Long: return store.AddInteger(As<SQLINTEGER>(data));
     case Fetched::BigInt: return store.AddInteger(As<SQLBIGINT>(data));
     case Fetched::Double: return store.AddDouble(As<SQLDOUBLE>(data));
-    case Fetched::Date: case Fetched::Time: case Fetched::TimeStamp:
-        return store.AddText(MomentText(column.fetched, data));
-    case Fetched::Text: case Fetched::Bytes: break;
+    case Fetched::Date:
+    case Fetched::Time:
+    case Fetched::TimeStamp: return store.AddText(MomentText(column.fetched, data));
+    case Fetched::Text:
+    case Fetched::Bytes: break;
     }
     const bool text = column.fetched == Fetched::Text;
     const std::size_t room = column.width - (text ? sizeof(char16_t) : 0);
     if (length < 0 || static_cast<std::size_t>(length) > room)
-        throw Error(errors::unspecified, "The driver answers a value longer than its column", "ODBC", lclText);
-    if (text) AppendText(store, reinterpret_cast<const char16_t*>(data), static_cast<std::size_t>(length) / 2);
-    else store.AddBytes(data, static_cast<std::size_t>(length));
+        throw Error(errors::unspecified, "The driver answers a value longer than its column",
+                    "ODBC", lclText);
+    if (text)
+        AppendText(store, reinterpret_cast<const char16_t*>(data),
+                   static_cast<std::size_t>(length) / 2);
+    else
+        store.AddBytes(data, static_cast<std::size_t>(length));
 }
 
 void OdbcStatement::AppendLong(RowStore& store, SQLUSMALLINT number, Fetched fetched) {
@@ -157,11 +170,14 @@ void OdbcStatement::AppendLong(RowStore& store, SQLUSMALLINT number, Fetched fet
         filled += whole ? static_cast<std::size_t>(length) : room;
         if (whole) break;
         // What is left is known, or doubled room is offered.
-        const std::size_t left = length == SQL_NO_TOTAL ? all.size() : static_cast<std::size_t>(length) - room;
+        const std::size_t left =
+            length == SQL_NO_TOTAL ? all.size() : static_cast<std::size_t>(length) - room;
         all.resize(filled + left + zero);
     }
-    if (text) AppendText(store, reinterpret_cast<const char16_t*>(all.data()), filled / 2);
-    else store.AddBytes(all.data(), filled);
+    if (text)
+        AppendText(store, reinterpret_cast<const char16_t*>(all.data()), filled / 2);
+    else
+        store.AddBytes(all.data(), filled);
 }
 
 void OdbcStatement::AppendText(RowStore& store, const char16_t* units, std::size_t count) {

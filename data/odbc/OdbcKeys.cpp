@@ -15,7 +15,8 @@ OdbcLink::Keys ReadKeys(const LinkPtr& link, const std::string& table) {
     try {
         OdbcStatement statement(link);
         statement.RunCatalog("SQLPrimaryKeys", [&](SQLHSTMT handle) {
-            return SQLPrimaryKeysW(handle, nullptr, 0, nullptr, 0, Raw(name), Length<SQLSMALLINT>(name));
+            return SQLPrimaryKeysW(handle, nullptr, 0, nullptr, 0, Raw(name),
+                                   Length<SQLSMALLINT>(name));
         });
         statement.Describe(false);
         const RowStore rows = statement.FetchAll();
@@ -36,7 +37,8 @@ void MarkKeys(const LinkPtr& link, std::vector<Field>& fields) {
         if (field.baseTable.empty()) continue;
         auto known = link->KnownKeys().find(field.baseTable);
         if (known == link->KnownKeys().end())
-            known = link->KnownKeys().emplace(field.baseTable, ReadKeys(link, field.baseTable)).first;
+            known =
+                link->KnownKeys().emplace(field.baseTable, ReadKeys(link, field.baseTable)).first;
         field.key = known->second.count(platform::LowerCase(field.baseColumn)) > 0;
     }
 }

@@ -15,8 +15,8 @@ struct State {
 };
 
 constexpr State states[] = {
-    {"42S02", errors::noTable},     {"S0002", errors::noTable},  {"42", errors::syntax},
-    {"37", errors::syntax},         {"S0", errors::syntax},      {"23", errors::integrity},
+    {"42S02", errors::noTable},     {"S0002", errors::noTable},      {"42", errors::syntax},
+    {"37", errors::syntax},         {"S0", errors::syntax},          {"23", errors::integrity},
     {"28", errors::authentication}, {"07", errors::invalidArgument},
 };
 
@@ -29,7 +29,8 @@ std::int32_t NumberOf(std::string_view state) {
 // Class 08 is a lost connection; this driver family reports some as a general error by number.
 bool IsLost(std::string_view state, SQLINTEGER native) {
     constexpr SQLINTEGER goneAway = 2006, lostInQuery = 2013, terminated = 1927;
-    return state.substr(0, 2) == "08" || native == goneAway || native == lostInQuery || native == terminated;
+    return state.substr(0, 2) == "08" || native == goneAway || native == lostInQuery ||
+           native == terminated;
 }
 
 ErrorDetail Detail(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT record, bool& found) {
@@ -58,15 +59,18 @@ ErrorDetail Detail(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT record, bool&
 
 OdbcLink::OdbcLink(std::string_view connectionString) {
     SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &lclEnvironment);
-    SQLSetEnvAttr(lclEnvironment, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+    SQLSetEnvAttr(lclEnvironment, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3),
+                  0);
     try {
         if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_DBC, lclEnvironment, &lclConnection)))
             Fail(SQL_HANDLE_ENV, lclEnvironment);
-        SQLSetConnectAttrW(lclConnection, SQL_ATTR_LOGIN_TIMEOUT, reinterpret_cast<SQLPOINTER>(15), 0);
+        SQLSetConnectAttrW(lclConnection, SQL_ATTR_LOGIN_TIMEOUT, reinterpret_cast<SQLPOINTER>(15),
+                           0);
         std::u16string text = platform::ToUtf16(connectionString);
         SQLSMALLINT length = 0;
-        if (!SQL_SUCCEEDED(SQLDriverConnectW(lclConnection, nullptr, Raw(text), Length<SQLSMALLINT>(text),
-                                             nullptr, 0, &length, SQL_DRIVER_NOPROMPT)))
+        if (!SQL_SUCCEEDED(SQLDriverConnectW(lclConnection, nullptr, Raw(text),
+                                             Length<SQLSMALLINT>(text), nullptr, 0, &length,
+                                             SQL_DRIVER_NOPROMPT)))
             Fail(SQL_HANDLE_DBC, lclConnection);
         lclDialect = &DialectOf(Info(SQL_DBMS_NAME));
     } catch (...) {
@@ -101,7 +105,8 @@ SQLHDBC OdbcLink::Handle() const {
 std::string OdbcLink::Info(SQLUSMALLINT what) const {
     std::u16string text(512, u'\0');
     SQLSMALLINT bytes = 0;
-    if (!SQL_SUCCEEDED(SQLGetInfoW(Handle(), what, Raw(text), static_cast<SQLSMALLINT>(text.size() * 2), &bytes)))
+    if (!SQL_SUCCEEDED(SQLGetInfoW(Handle(), what, Raw(text),
+                                   static_cast<SQLSMALLINT>(text.size() * 2), &bytes)))
         return {};
     return UpToZero(text);
 }
@@ -117,7 +122,8 @@ std::string OdbcLink::CurrentCatalog() const {
 
 void OdbcLink::SetAutoCommit(bool on) {
     const auto value = static_cast<SQLULEN>(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF);
-    if (!SQL_SUCCEEDED(SQLSetConnectAttrW(Handle(), SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(value), 0)))
+    if (!SQL_SUCCEEDED(SQLSetConnectAttrW(Handle(), SQL_ATTR_AUTOCOMMIT,
+                                          reinterpret_cast<SQLPOINTER>(value), 0)))
         Fail(SQL_HANDLE_DBC, lclConnection);
 }
 

@@ -31,14 +31,16 @@ void OdbcStatement::Run(std::string_view text, const std::vector<Value>& values)
         Check(SQLExecDirectW(lclHandle, Raw(wide), Length<SQLINTEGER>(wide)));
     } else {
         Check(SQLPrepareW(lclHandle, Raw(wide), Length<SQLINTEGER>(wide)));
-        for (std::size_t i = 0; i < values.size(); ++i) Bind(static_cast<SQLUSMALLINT>(i + 1), values[i]);
+        for (std::size_t i = 0; i < values.size(); ++i)
+            Bind(static_cast<SQLUSMALLINT>(i + 1), values[i]);
         Check(SQLExecute(lclHandle));
     }
     CountColumns();
     if (!HasRows() && !ChangesRowsOnly(text)) lclLink->KnownKeys().clear();
 }
 
-void OdbcStatement::RunCatalog(std::string_view name, const std::function<SQLRETURN(SQLHSTMT)>& call) {
+void OdbcStatement::RunCatalog(std::string_view name,
+                               const std::function<SQLRETURN(SQLHSTMT)>& call) {
     lclText = name;
     Check(call(lclHandle));
     CountColumns();
@@ -93,7 +95,8 @@ std::string OdbcStatement::Attribute(SQLUSMALLINT column, SQLUSMALLINT which) {
     std::u16string text(256, u'\0');
     SQLSMALLINT bytes = 0;
     if (!SQL_SUCCEEDED(SQLColAttributeW(lclHandle, column, which, Raw(text),
-                                        static_cast<SQLSMALLINT>(text.size() * 2), &bytes, nullptr)))
+                                        static_cast<SQLSMALLINT>(text.size() * 2), &bytes,
+                                        nullptr)))
         return {};
     return UpToZero(text);
 }

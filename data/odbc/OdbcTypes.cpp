@@ -52,7 +52,8 @@ TypeRow TypeOf(SQLSMALLINT sqlType, SQLULEN size, SQLSMALLINT digits, bool isUns
         if (row.ado == AdoType::UnsignedBigInt) row.fetched = Fetched::Double;
     }
     constexpr SQLULEN exactDigits = 18; // that a 64-bit number always holds
-    if (row.ado == AdoType::Numeric && digits == 0 && size <= exactDigits) row.fetched = Fetched::BigInt;
+    if (row.ado == AdoType::Numeric && digits == 0 && size <= exactDigits)
+        row.fetched = Fetched::BigInt;
     return row;
 }
 

@@ -37,7 +37,8 @@ std::string SingleTable(std::string_view statement) {
         !EqualAsciiNoCase(NextWord(rest), "from"))
         return {};
     const std::string_view table = NextWord(rest), next = NextWord(rest);
-    const bool plain = next.empty() || EqualAsciiNoCase(next, "where") || EqualAsciiNoCase(next, "order");
+    const bool plain =
+        next.empty() || EqualAsciiNoCase(next, "where") || EqualAsciiNoCase(next, "order");
     return plain ? std::string(table) : std::string();
 }
 

@@ -13,7 +13,9 @@ static_assert(sizeof(SQLWCHAR) == sizeof(char16_t), "wide ODBC characters are UT
 inline SQLWCHAR* Raw(std::u16string& text) { return reinterpret_cast<SQLWCHAR*>(text.data()); }
 
 template <class Number>
-Number Length(const std::u16string& text) { return static_cast<Number>(text.size()); }
+Number Length(const std::u16string& text) {
+    return static_cast<Number>(text.size());
+}
 
 inline std::string UpToZero(const std::u16string& text) {
     return platform::ToUtf8(std::u16string_view(text).substr(0, text.find(u'\0')));

@@ -25,7 +25,9 @@ struct DataLayerOverEngines : EngineTest {
         if (engine.ComesWithSchema()) return;
         clsSettings settings(machine);
         settings.SetDbConnection(connection);
-        EXPECT_EQ(CheckAndCreateDatabase(machine, connection, settings, IsMySqlConnection(connection)), 1);
+        EXPECT_EQ(
+            CheckAndCreateDatabase(machine, connection, settings, IsMySqlConnection(connection)),
+            1);
     }
     std::string Setting(const std::string& section, const std::string& key) {
         clsSettings settings(machine);
@@ -33,10 +35,13 @@ struct DataLayerOverEngines : EngineTest {
         std::string value;
         return settings.GetSetting(section, key, value) ? value : "(none)";
     }
-    std::int64_t Count(const std::string& table) { return ToInt64(One("select count(*) from " + table)); }
+    std::int64_t Count(const std::string& table) {
+        return ToInt64(One("select count(*) from " + table));
+    }
     std::string Logged() {
         std::string lines;
-        for (const auto& line : machine.log.lines) lines += line.where + ": " + line.what.substr(0, 300) + "\n";
+        for (const auto& line : machine.log.lines)
+            lines += line.where + ": " + line.what.substr(0, 300) + "\n";
         return lines;
     }
 };
@@ -67,12 +72,15 @@ TEST_P(DataLayerOverEngines, EveryHostileTextComesBackAsItWas) {
     connection->Execute("delete from tblTreeItem");
     for (const Hostile& each : HostileTexts()) {
         const bool isLong = each.text.size() > 255;
-        const std::string column = isLong ? "Memo" : "Value1", table = isLong ? "tblProbe" : "tblDossierReference";
+        const std::string column = isLong ? "Memo" : "Value1",
+                          table = isLong ? "tblProbe" : "tblDossierReference";
         if (isLong) {
-            static const schema::Table probe = {"tblProbe", "Id", "IdConstProbe", {{"Memo", schema::ColumnType::LongText}}};
+            static const schema::Table probe = {
+                "tblProbe", "Id", "IdConstProbe", {{"Memo", schema::ColumnType::LongText}}};
             connection->Execute(schema::CreateTable(probe, engine.dialect));
         }
-        const std::string insert = "insert into " + table + " (" + column + ") values (" + SqlValue(each.text) + ")";
+        const std::string insert =
+            "insert into " + table + " (" + column + ") values (" + SqlValue(each.text) + ")";
         const std::string read = "select " + column + " from " + table;
         // Read by the one statement that escapes once...
         OpenRecordset(machine, insert, connection);
@@ -81,7 +89,8 @@ TEST_P(DataLayerOverEngines, EveryHostileTextComesBackAsItWas) {
         // ... and written by the one that escapes twice.
         ExecuteSql(machine, insert, connection);
         const std::string expected = engine.DoublesBackslashesOnExecute()
-                                         ? platform::Replace(each.text, "\\", "\\\\") : each.text;
+                                         ? platform::Replace(each.text, "\\", "\\\\")
+                                         : each.text;
         EXPECT_EQ(ToText(One(read)), expected) << each.name;
         // Through the recordset, without any text of a statement.
         const RecordsetPtr rows = OpenRecordset(machine, "select * from " + table, connection);
@@ -121,14 +130,17 @@ TEST_P(DataLayerOverEngines, SettingsAreInsertedUpdatedWalkedAndDeleted) {
     EXPECT_EQ(Setting("Storage", "DocumentPath"), "twee");
     EXPECT_TRUE(machine.log.Has("OpenRecordset")) << "a refused statement leaves a trace";
 
-    for (const char* key : {"k1", "k2", "k3"}) settings.SetSetting("Rij", key, std::string("v") + key);
+    for (const char* key : {"k1", "k2", "k3"})
+        settings.SetSetting("Rij", key, std::string("v") + key);
     const std::string all = engine.HasAccessLikeWildcards() ? "*" : "%";
     const std::string pattern = engine.HasAccessLikeWildcards() ? "k?" : "k_";
     std::string value, section, key;
-    ASSERT_TRUE(settings.GetSettingLike("R" + all, pattern, value, section, key, false)) << Logged();
+    ASSERT_TRUE(settings.GetSettingLike("R" + all, pattern, value, section, key, false))
+        << Logged();
     std::vector<std::string> walked{section + key + value};
     EXPECT_GT(settings.Id(), 0);
-    while (settings.GetNextSettingLike(value, section, key)) walked.push_back(section + key + value);
+    while (settings.GetNextSettingLike(value, section, key))
+        walked.push_back(section + key + value);
     std::sort(walked.begin(), walked.end());
     EXPECT_EQ(walked, (std::vector<std::string>{"Rijk1vk1", "Rijk2vk2", "Rijk3vk3"}));
     EXPECT_EQ(value, "");
@@ -142,10 +154,12 @@ TEST_P(DataLayerOverEngines, SettingsAreInsertedUpdatedWalkedAndDeleted) {
 }
 
 TEST_P(DataLayerOverEngines, TheSchemaIsThereOnceAndOnlyOnce) {
-    for (const schema::Table& table : schema::Tables()) EXPECT_GE(Count(std::string(table.name)), 0) << table.name;
+    for (const schema::Table& table : schema::Tables())
+        EXPECT_GE(Count(std::string(table.name)), 0) << table.name;
     clsSettings settings(machine);
     settings.SetDbConnection(connection);
-    EXPECT_EQ(CheckAndCreateDatabase(machine, connection, settings, IsMySqlConnection(connection)), 0);
+    EXPECT_EQ(CheckAndCreateDatabase(machine, connection, settings, IsMySqlConnection(connection)),
+              0);
 
     std::size_t indexes = 0;
     const RecordsetPtr found = connection->OpenSchema(Schema::Indexes);

@@ -29,11 +29,13 @@ public:
     MariaDbDatabase() {
         static int count = 0;
         lclName = "suite" + std::to_string(++count);
-        data::OpenOdbc(MariaDbServer::Instance().ConnectionString(""))->Execute("create database " + lclName);
+        data::OpenOdbc(MariaDbServer::Instance().ConnectionString(""))
+            ->Execute("create database " + lclName);
     }
     ~MariaDbDatabase() override {
         try {
-            data::OpenOdbc(MariaDbServer::Instance().ConnectionString(""))->Execute("drop database " + lclName);
+            data::OpenOdbc(MariaDbServer::Instance().ConnectionString(""))
+                ->Execute("drop database " + lclName);
         } catch (const platform::Error& error) {
             ADD_FAILURE() << error.what();
         }
@@ -75,12 +77,15 @@ private:
 };
 
 template <class Database>
-std::unique_ptr<TestDatabase> Make() { return std::make_unique<Database>(); }
+std::unique_ptr<TestDatabase> Make() {
+    return std::make_unique<Database>();
+}
 
 std::string Nothing() { return {}; }
 std::string MissingMariaDb() { return MariaDbServer::Instance().Missing(); }
 std::string MissingSqlServer() {
-    return SqlServerString() ? "" : "no server named: KAVIDEX_SQLSERVER holds no ODBC connection string";
+    return SqlServerString() ? ""
+                             : "no server named: KAVIDEX_SQLSERVER holds no ODBC connection string";
 }
 
 } // namespace

@@ -34,7 +34,9 @@ struct Engine {
     bool HasServerSessions() const { return dialect != data::schema::Dialect::Access; }
     // A new database has the base schema already.
     bool ComesWithSchema() const { return dialect == data::schema::Dialect::Access; }
-    std::int64_t FirstAutoNumber() const { return dialect == data::schema::Dialect::Access ? 1 : 1000; }
+    std::int64_t FirstAutoNumber() const {
+        return dialect == data::schema::Dialect::Access ? 1 : 1000;
+    }
 };
 
 inline void PrintTo(const Engine& engine, std::ostream* out) { *out << engine.name; }
@@ -52,14 +54,16 @@ protected:
     std::unique_ptr<TestDatabase> database;
     data::ConnectionPtr connection;
 
-    data::RecordsetPtr Open(const std::string& statement) { return connection->Open({statement, data::CommandType::Text, {}}); }
+    data::RecordsetPtr Open(const std::string& statement) {
+        return connection->Open({statement, data::CommandType::Text, {}});
+    }
     // The first value of the first row.
     data::Value One(const std::string& statement);
 };
 
 // A test fixture that runs over all engines, one instance each.
-#define KAVIDEX_OVER_ENGINES(Fixture)                                                          \
-    INSTANTIATE_TEST_SUITE_P(Engines, Fixture, testing::ValuesIn(kavidex::tests::Engines()),  \
+#define KAVIDEX_OVER_ENGINES(Fixture)                                                              \
+    INSTANTIATE_TEST_SUITE_P(Engines, Fixture, testing::ValuesIn(kavidex::tests::Engines()),       \
                              [](const auto& param) { return param.param.name; })
 
 } // namespace kavidex::tests

@@ -23,15 +23,17 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
 std::string FindProgram(const std::string& name) {
-    for (const char* folder : {"/usr/sbin/", "/usr/bin/", "/usr/local/sbin/", "/usr/local/bin/", "/usr/libexec/"})
+    for (const char* folder :
+         {"/usr/sbin/", "/usr/bin/", "/usr/local/sbin/", "/usr/local/bin/", "/usr/libexec/"})
         if (::access((folder + name).c_str(), X_OK) == 0) return folder + name;
     return {};
 }
 
 // By its file where it lies in a usual place, since its name may not be registered.
 std::string FindDriver() {
-    for (const char* pattern : {"/usr/lib/x86_64-linux-gnu/odbc/", "/usr/lib/aarch64-linux-gnu/odbc/",
-                                "/usr/lib/odbc/", "/usr/lib64/"})
+    for (const char* pattern :
+         {"/usr/lib/x86_64-linux-gnu/odbc/", "/usr/lib/aarch64-linux-gnu/odbc/", "/usr/lib/odbc/",
+          "/usr/lib64/"})
         if (::access((std::string(pattern) + "libmaodbc.so").c_str(), R_OK) == 0)
             return std::string(pattern) + "libmaodbc.so";
     return "MariaDB Unicode";
@@ -58,7 +60,8 @@ int FreePort() {
 // Starts a program with its output in `log`, bound to the life of this process.
 int Launch(const std::vector<std::string>& arguments, const std::string& log) {
     std::vector<char*> raw;
-    for (const std::string& argument : arguments) raw.push_back(const_cast<char*>(argument.c_str()));
+    for (const std::string& argument : arguments)
+        raw.push_back(const_cast<char*>(argument.c_str()));
     raw.push_back(nullptr);
     const pid_t parent = ::getpid(), child = ::fork();
     if (child != 0) return child;
@@ -110,8 +113,10 @@ void MariaDbServer::Start() {
     // The account that owns the folder runs the server: root names itself, others need not.
     const std::string user = ::geteuid() == 0 ? "--user=root" : "--skip-log-bin";
 
-    const int installed = WaitFor(Launch({install, "--no-defaults", user, "--datadir=" + data,
-                                          "--auth-root-authentication-method=normal", "--skip-test-db"}, log));
+    const int installed =
+        WaitFor(Launch({install, "--no-defaults", user, "--datadir=" + data,
+                        "--auth-root-authentication-method=normal", "--skip-test-db"},
+                       log));
     if (installed != 0) {
         lclMissing = "mariadb-install-db failed: " + EndOf(log);
         return;
@@ -119,12 +124,14 @@ void MariaDbServer::Start() {
     // Table names without case, as on the servers that run on Windows: the statements differ in it.
     for (int attempt = 0; attempt < 3; ++attempt) { // the port may be taken meanwhile
         lclPort = FreePort();
-        lclPid = Launch({server, "--no-defaults", user, "--datadir=" + data, "--bind-address=127.0.0.1",
-                         "--port=" + std::to_string(lclPort), "--socket=" + lclFolder + "/s",
-                         "--pid-file=" + lclFolder + "/pid", "--character-set-server=utf8mb4",
-                         "--collation-server=utf8mb4_general_ci", "--innodb-buffer-pool-size=64M",
-                         "--innodb-flush-log-at-trx-commit=0", "--innodb-file-per-table=0",
-                         "--skip-innodb-doublewrite", "--lower-case-table-names=1", "--max-allowed-packet=64M"}, log);
+        lclPid = Launch({server, "--no-defaults", user, "--datadir=" + data,
+                         "--bind-address=127.0.0.1", "--port=" + std::to_string(lclPort),
+                         "--socket=" + lclFolder + "/s", "--pid-file=" + lclFolder + "/pid",
+                         "--character-set-server=utf8mb4", "--collation-server=utf8mb4_general_ci",
+                         "--innodb-buffer-pool-size=64M", "--innodb-flush-log-at-trx-commit=0",
+                         "--innodb-file-per-table=0", "--skip-innodb-doublewrite",
+                         "--lower-case-table-names=1", "--max-allowed-packet=64M"},
+                        log);
         for (int i = 0; i < 300; ++i) {
             if (Answers()) return;
             if (::waitpid(lclPid, nullptr, WNOHANG) == lclPid) {
@@ -141,7 +148,8 @@ void MariaDbServer::Start() {
 bool MariaDbServer::Answers() const {
     const int socket = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
     const sockaddr_in address = Loopback(lclPort);
-    const bool up = ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
+    const bool up =
+        ::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0;
     ::close(socket);
     return up;
 }
@@ -165,8 +173,8 @@ void MariaDbServer::Stop() {
 }
 
 std::string MariaDbServer::ConnectionString(const std::string& database) const {
-    return "DRIVER=" + lclDriver + ";SERVER=127.0.0.1;PORT=" + std::to_string(lclPort) + ";UID=root;" +
-           (database.empty() ? "" : "DATABASE=" + database + ";");
+    return "DRIVER=" + lclDriver + ";SERVER=127.0.0.1;PORT=" + std::to_string(lclPort) +
+           ";UID=root;" + (database.empty() ? "" : "DATABASE=" + database + ";");
 }
 
 } // namespace kavidex::tests

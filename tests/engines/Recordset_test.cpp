@@ -13,20 +13,27 @@ struct RecordsetOverEngines : EngineTest {
         EngineTest::SetUp();
         if (IsSkipped()) return;
         using enum schema::ColumnType;
-        static const schema::Table probe = {"tblProbe", "Id", "IdConstProbe",
+        static const schema::Table probe = {
+            "tblProbe",
+            "Id",
+            "IdConstProbe",
             {{"Naam", Text255}, {"Getal", Integer}, {"Vlag", Bit}, {"Verhaal", LongText}}};
         connection->Execute(schema::CreateTable(probe, engine.dialect));
     }
     void Fill(int rows) {
         for (int i = 1; i <= rows; ++i)
-            connection->Execute("insert into tblProbe (Naam, Getal, Vlag, Verhaal) values ('naam" + std::to_string(i) +
-                                "', " + std::to_string(i * 10) + ", " + (i % 2 ? "1" : "0") + ", null)");
+            connection->Execute("insert into tblProbe (Naam, Getal, Vlag, Verhaal) values ('naam" +
+                                std::to_string(i) + "', " + std::to_string(i * 10) + ", " +
+                                (i % 2 ? "1" : "0") + ", null)");
     }
-    RecordsetPtr All(Connection& on) { return on.Open({"select * from tblProbe order by Id", CommandType::Text, {}}); }
+    RecordsetPtr All(Connection& on) {
+        return on.Open({"select * from tblProbe order by Id", CommandType::Text, {}});
+    }
     std::string Names(Recordset& rows) {
         std::string names;
         if (rows.RecordCount() > 0)
-            for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) names += ToText(rows.Get("Naam")).substr(4);
+            for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext())
+                names += ToText(rows.Get("Naam")).substr(4);
         return names;
     }
     template <class Call>
@@ -101,7 +108,8 @@ TEST_P(RecordsetOverEngines, WritesOneRowAndFindsItChanged) {
     rows->Set("Naam", odd);
     rows->Set("Getal", Value());
     rows->Set("Vlag", true);
-    EXPECT_EQ(ToText(One("select Naam from tblProbe where Getal = 20")), "naam2") << "written before Update";
+    EXPECT_EQ(ToText(One("select Naam from tblProbe where Getal = 20")), "naam2")
+        << "written before Update";
     rows->Update();
     const RecordsetPtr again = All(*connection);
     again->MoveNext();
@@ -153,7 +161,8 @@ TEST_P(RecordsetOverEngines, AddsRowsWithTheirAutoNumber) {
     rows->Update();
     EXPECT_EQ(rows->RecordCount(), 2);
     EXPECT_EQ(ToInt64(rows->Get("Id")), engine.FirstAutoNumber() + 1);
-    EXPECT_EQ(ToText(One("select Verhaal from tblProbe where Naam = 'nieuw'")), std::string(65536, 'v'));
+    EXPECT_EQ(ToText(One("select Verhaal from tblProbe where Naam = 'nieuw'")),
+              std::string(65536, 'v'));
     rows->AddNew();
     rows->Set("Naam", std::string("niet"));
     rows->CancelUpdate();
@@ -188,7 +197,10 @@ TEST_P(RecordsetOverEngines, TransactionsKeepOrUndoAll) {
     connection->BeginTrans();
     connection->Execute("update tblProbe set Getal = 2");
     connection->CommitTrans();
-    EXPECT_EQ(ToInt64(database->Connect()->Open({"select Getal from tblProbe", CommandType::Text, {}})->Get(0)), 2);
+    EXPECT_EQ(ToInt64(database->Connect()
+                          ->Open({"select Getal from tblProbe", CommandType::Text, {}})
+                          ->Get(0)),
+              2);
     EXPECT_NE(Failure([&] { connection->CommitTrans(); }), 0);
 }
 
@@ -199,7 +211,8 @@ TEST_P(RecordsetOverEngines, ErrorsTellTheStatementAndTheCause) {
     } catch (const Error& error) {
         EXPECT_EQ(error.Number(), errors::noTable);
         EXPECT_EQ(error.Statement(), "select * from tblNergens");
-        EXPECT_NE(platform::LowerCase(error.what()).find("tblnergens"), std::string::npos) << error.what();
+        EXPECT_NE(platform::LowerCase(error.what()).find("tblnergens"), std::string::npos)
+            << error.what();
     }
     ASSERT_FALSE(connection->Errors().empty());
     EXPECT_NE(connection->Errors().front().description, "");

@@ -30,8 +30,10 @@ struct Form {
 
 const Form forms[] = {
     {"access", "ACCESS", schema::Dialect::Access, "CREATE TABLE tblCheckListFields ( Id COUNTER"},
-    {"sqlserver", "Microsoft SQL Server", schema::Dialect::SqlServer, "CREATE TABLE tblCheckListFields ( Id INTEGER Identity(1000,1)"},
-    {"mysql", "MySQL", schema::Dialect::MySql, "CREATE TABLE tblCheckListFields ( Id BIGINT AUTO_INCREMENT"},
+    {"sqlserver", "Microsoft SQL Server", schema::Dialect::SqlServer,
+     "CREATE TABLE tblCheckListFields ( Id INTEGER Identity(1000,1)"},
+    {"mysql", "MySQL", schema::Dialect::MySql,
+     "CREATE TABLE tblCheckListFields ( Id BIGINT AUTO_INCREMENT"},
 };
 
 // No tables yet: the check creates them all.
@@ -42,9 +44,11 @@ RecordsetPtr NoTables(Schema) {
     return std::make_unique<ClientRecordset>(ResultRows{fields, RowStore(2)}, nullptr);
 }
 
-void CreateIn(const Form& form, const platform::Workstation& machine, std::vector<std::string>& all) {
+void CreateIn(const Form& form, const platform::Workstation& machine,
+              std::vector<std::string>& all) {
     if (form.dialect == schema::Dialect::Access) {
-        for (const std::string& statement : schema::AccessBaseStatements()) all.push_back(statement);
+        for (const std::string& statement : schema::AccessBaseStatements())
+            all.push_back(statement);
         return;
     }
     const auto recorder = std::make_shared<RecordingConnection>(form.dbmsName);
@@ -57,7 +61,8 @@ void CreateIn(const Form& form, const platform::Workstation& machine, std::vecto
 
 // Upgrade, settings and rows; the rows come from an embedded database, whatever the name says.
 void WorkIn(const Form& form, const platform::Workstation& machine, std::vector<std::string>& all) {
-    const auto recorder = std::make_shared<RecordingConnection>(form.dbmsName, EmbeddedDatabase::CreateInMemory());
+    const auto recorder =
+        std::make_shared<RecordingConnection>(form.dbmsName, EmbeddedDatabase::CreateInMemory());
     clsUpdateDb upgrade(machine);
     upgrade.SetDbConnection(recorder);
     upgrade.fncUpdateDb();
@@ -72,7 +77,8 @@ void WorkIn(const Form& form, const platform::Workstation& machine, std::vector<
     table.SetDbConnection(recorder);
     table.SetTableName("tblDocument");
     std::int32_t id = 0;
-    if (table.OpenDbConnection() && table.SaveNewRow("Id", "DocGuid", id, "DocId")) table.DeleteCurrentRow();
+    if (table.OpenDbConnection() && table.SaveNewRow("Id", "DocGuid", id, "DocId"))
+        table.DeleteCurrentRow();
     all.insert(all.end(), recorder->statements.begin(), recorder->statements.end());
 }
 

@@ -37,10 +37,9 @@ std::optional<std::uint64_t> FileSize(std::string_view path) {
 }
 
 std::string FirstBytes(std::string_view path, std::size_t count) {
-    const HANDLE file =
-        CreateFileW(Wide(path).c_str(), GENERIC_READ,
-                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                    FILE_ATTRIBUTE_NORMAL, nullptr);
+    const HANDLE file = CreateFileW(Wide(path).c_str(), GENERIC_READ,
+                                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                    OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     if (file == INVALID_HANDLE_VALUE) Fail(path, "opened");
     std::string bytes(count, '\0');
     DWORD got = 0;

@@ -26,10 +26,12 @@ protected:
     static std::string Shown(Recordset& rows) {
         std::string text;
         if (rows.RecordCount() > 0)
-            for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext()) text += ToText(rows.Get("TopItemId"));
+            for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext())
+                text += ToText(rows.Get("TopItemId"));
         return text;
     }
-    template <class Action> static std::int32_t NumberOf(Action action) {
+    template <class Action>
+    static std::int32_t NumberOf(Action action) {
         try {
             action();
         } catch (const Error& error) {
@@ -68,7 +70,8 @@ TEST_F(ClientRecordsets, MovesAsAdoDoes) {
 }
 
 TEST_F(ClientRecordsets, DescribesItsFields) {
-    const RecordsetPtr rows = Open("Select Id, Description as Text, TopItemId + 1 as Sum, NewEnabled from tblTree");
+    const RecordsetPtr rows =
+        Open("Select Id, Description as Text, TopItemId + 1 as Sum, NewEnabled from tblTree");
     const std::vector<Field>& fields = rows->Fields();
     EXPECT_TRUE(fields[0].key);
     EXPECT_EQ(fields[0].type, AdoType::Integer);
@@ -107,7 +110,8 @@ TEST_F(ClientRecordsets, WritesRowsByKey) {
     EXPECT_FALSE(rows->Eof());
     rows->MoveNext();
     EXPECT_EQ(rows->Get("Id"), Value(std::int64_t{4}));
-    const RecordsetPtr again = other->Open({.text = "Select * from tblTree order by Id", .parameters = {}});
+    const RecordsetPtr again =
+        other->Open({.text = "Select * from tblTree order by Id", .parameters = {}});
     std::string all;
     for (; !again->Eof(); again->MoveNext()) all += ToText(again->Get("Description")) + ";";
     EXPECT_EQ(all, "changed;by the move;alpha;;new;");
@@ -129,7 +133,11 @@ TEST_F(ClientRecordsets, RefusesRowsThatSomeoneElseChanged) {
     EXPECT_EQ(rows->RecordCount(), 4);
     rows->Set("Description", std::string("mine"));
     rows->Update();
-    EXPECT_EQ(ToText(other->Open({.text = "Select Description from tblTree where Id = 1", .parameters = {}})->Get(0)), "mine");
+    EXPECT_EQ(
+        ToText(
+            other->Open({.text = "Select Description from tblTree where Id = 1", .parameters = {}})
+                ->Get(0)),
+        "mine");
 }
 
 TEST_F(ClientRecordsets, LeavesALoopWhoseRowsAreRefused) {
@@ -146,11 +154,15 @@ TEST_F(ClientRecordsets, LeavesALoopWhoseRowsAreRefused) {
 }
 
 TEST_F(ClientRecordsets, RefusesWhatDoesNotFitAField) {
-    const RecordsetPtr rows = Open("Select Id, Description, TopItemId, NewEnabled, Id + 1 as Next from tblTree");
-    EXPECT_EQ(NumberOf([&] { rows->Set("TopItemId", std::string("abc")); }), errors::invalidArgument);
+    const RecordsetPtr rows =
+        Open("Select Id, Description, TopItemId, NewEnabled, Id + 1 as Next from tblTree");
+    EXPECT_EQ(NumberOf([&] { rows->Set("TopItemId", std::string("abc")); }),
+              errors::invalidArgument);
     EXPECT_EQ(NumberOf([&] { rows->Set("TopItemId", 1e12); }), errors::invalidArgument);
-    EXPECT_EQ(NumberOf([&] { rows->Set("NewEnabled", std::string("maybe")); }), errors::invalidArgument);
-    EXPECT_EQ(NumberOf([&] { rows->Set("Description", std::string(256, 'x')); }), errors::invalidArgument);
+    EXPECT_EQ(NumberOf([&] { rows->Set("NewEnabled", std::string("maybe")); }),
+              errors::invalidArgument);
+    EXPECT_EQ(NumberOf([&] { rows->Set("Description", std::string(256, 'x')); }),
+              errors::invalidArgument);
     EXPECT_EQ(NumberOf([&] { rows->Set("Next", std::int64_t{1}); }), errors::featureNotAvailable);
     rows->Set("TopItemId", 2.5);
     EXPECT_EQ(rows->Get("TopItemId"), Value(std::int64_t{2}));
@@ -184,7 +196,8 @@ TEST_F(ClientRecordsets, SortsStablyAndFilters) {
         rows->SetFilter(filter);
         EXPECT_EQ(Shown(*rows), shown) << filter;
     }
-    for (const char* wrong : {"Description", "Description = ", "(TopItemId = 1", "TopItemId = 1 1", "Description = 'x"})
+    for (const char* wrong :
+         {"Description", "Description = ", "(TopItemId = 1", "TopItemId = 1 1", "Description = 'x"})
         EXPECT_EQ(NumberOf([&] { rows->SetFilter(wrong); }), errors::invalidArgument) << wrong;
     EXPECT_EQ(NumberOf([&] { rows->SetFilter("None = 1"); }), errors::itemNotFound);
     EXPECT_EQ(NumberOf([&] { rows->SetSort("None"); }), errors::itemNotFound);

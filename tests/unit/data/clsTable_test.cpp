@@ -21,8 +21,9 @@ struct clsTableTest : testing::Test {
 
     void SetUp() override {
         connection->Execute("ALTER TABLE tblDocument ADD COLUMN DocGuid Text(38)");
-        connection->Execute("CREATE TABLE tblSample (Id COUNTER CONSTRAINT pk PRIMARY KEY, "
-                            "Name TEXT(255), Amount DOUBLE, Units LONG, Flag BIT, Moment DATETIME)");
+        connection->Execute(
+            "CREATE TABLE tblSample (Id COUNTER CONSTRAINT pk PRIMARY KEY, "
+            "Name TEXT(255), Amount DOUBLE, Units LONG, Flag BIT, Moment DATETIME)");
         connection->statements.clear();
         table.SetDbConnection(connection);
         table.SetTableName("tblSample");

@@ -24,8 +24,9 @@ TEST(Odbc, KnowsTheOneTableOfAPlainStatement) {
     EXPECT_EQ(SingleTable("select * from tblTree"), "tblTree");
     EXPECT_EQ(SingleTable("Select  *  FROM [tblTree Item] where Id=1 order by Id"), "tblTree Item");
     EXPECT_EQ(SingleTable("select * from `tblTree`"), "tblTree");
-    for (const char* none : {"select Id from t", "select * from t, u", "select * from t u", "select * from (select 1) x",
-                             "select * from t group by a", "select count(*) from t", "update t set a = 1", "", "select *"})
+    for (const char* none : {"select Id from t", "select * from t, u", "select * from t u",
+                             "select * from (select 1) x", "select * from t group by a",
+                             "select count(*) from t", "update t set a = 1", "", "select *"})
         EXPECT_EQ(SingleTable(none), "") << none;
     EXPECT_TRUE(ChangesRowsOnly(" Update t set a = 1"));
     EXPECT_FALSE(ChangesRowsOnly("alter table t add a int"));
@@ -45,7 +46,8 @@ TEST(Odbc, QuotesAndComparesAsEachServerAsks) {
     field.type = AdoType::Single;
     EXPECT_EQ(SameAs(mySql, field), "");
     field.type = AdoType::WChar;
-    EXPECT_EQ(SameAs(sqlServer, field), "cast([c] as nvarchar(max)) collate Latin1_General_BIN2 = cast(? as nvarchar(max))");
+    EXPECT_EQ(SameAs(sqlServer, field),
+              "cast([c] as nvarchar(max)) collate Latin1_General_BIN2 = cast(? as nvarchar(max))");
 }
 
 } // namespace kavidex::data::odbc

@@ -32,10 +32,11 @@ Texts Literals(const std::string& source) {
         std::string text;
         do {
             for (++at; at < source.size() && source[at] != '"'; ++at)
-                text += source[at] != '\\' ? source[at]
+                text += source[at] != '\\'    ? source[at]
                         : source[++at] == 'n' ? '\n'
-                        : source[at] == 'r' ? '\r'
-                        : source[at] == 't' ? '\t' : source[at];
+                        : source[at] == 'r'   ? '\r'
+                        : source[at] == 't'   ? '\t'
+                                              : source[at];
             at = source.find_first_not_of(" \n", at + 1);
         } while (at != std::string::npos && source[at] == '"');
         texts.push_back(text);
@@ -117,7 +118,8 @@ struct Shown : testing::Test {
             ExpectAll(table, where);
         }
     }
-    template <class Visit> static void EachSource(const char* room, Visit visit) {
+    template <class Visit>
+    static void EachSource(const char* room, Visit visit) {
         namespace fs = std::filesystem;
         const fs::path root = KAVIDEX_SOURCES;
         for (const auto& entry : fs::recursive_directory_iterator(root / room)) {
@@ -150,14 +152,15 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
     EXPECT_GE(titles.size(), 4u);
     const std::map<std::string, Texts> texts = {
         {"button.tooltip", tooltips},
-        {"row.caption", [&] {
+        {"row.caption",
+         [&] {
              Texts both = captions;
              both.insert(both.end(), menu.begin(), menu.end());
              return both;
          }()},
-        {"title", titles},  // of factTitles
-        {"names[i]", {}},   // the user's own, or Text("Nieuwe map") and its like
-        {"text", {}},       // handed on by Tell and by the translation of the data layer
+        {"title", titles}, // of factTitles
+        {"names[i]", {}},  // the user's own, or Text("Nieuwe map") and its like
+        {"text", {}},      // handed on by Tell and by the translation of the data layer
     };
     const std::regex call(R"((Text|Tell|Translate)\()");
     EachSource("controls", [&](const std::string& source, const std::string& where) {
@@ -170,9 +173,11 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
 
 TEST_F(Shown, TextsOfTheDataLayerHaveTranslations) {
     // The phases of the upgrade are a table with a test of its own.
-    const std::map<std::string, Texts> phases = {
-        {"phase.caption", {}}, {"phase.text", {}}, {"step.phases.front().caption", {}},
-        {"step.phases.front().text", {}}, {"text", {}}};
+    const std::map<std::string, Texts> phases = {{"phase.caption", {}},
+                                                 {"phase.text", {}},
+                                                 {"step.phases.front().caption", {}},
+                                                 {"step.phases.front().text", {}},
+                                                 {"text", {}}};
     EachSource("data", [&](const std::string& source, const std::string& where) {
         if (where.starts_with("data/embedded") || where.starts_with("data/odbc"))
             return; // they translate statements and names

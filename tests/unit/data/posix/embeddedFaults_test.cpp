@@ -27,7 +27,8 @@ protected:
         return ToInt64(connection.Open({.text = statement, .parameters = {}})->Get(0));
     }
     // Runs `work` in a process of its own and answers its id.
-    template <class Work> static pid_t Start(Work work) {
+    template <class Work>
+    static pid_t Start(Work work) {
         const pid_t child = fork();
         if (child == 0) {
             int code = 0;
@@ -57,8 +58,10 @@ TEST_F(EmbeddedFaults, KilledWritersLeaveWholeTransactions) {
             for (;;) {
                 connection->BeginTrans();
                 connection->Execute("Insert into tblTree (Description) Values ('tree')");
-                connection->Execute("Insert into tblTreeItem (ParentId, Description) Values (1, 'one')");
-                connection->Execute("Insert into tblTreeItem (ParentId, Description) Values (2, 'two')");
+                connection->Execute(
+                    "Insert into tblTreeItem (ParentId, Description) Values (1, 'one')");
+                connection->Execute(
+                    "Insert into tblTreeItem (ParentId, Description) Values (2, 'two')");
                 connection->CommitTrans();
             }
         });
@@ -145,7 +148,8 @@ TEST_F(EmbeddedFaults, NoHandleRemainsAfterClose) {
     };
     const auto before = handles();
     const ConnectionPtr connection = EmbeddedDatabase::Create(path);
-    const RecordsetPtr rows = connection->Open({.text = "Select * from tblSettings", .parameters = {}});
+    const RecordsetPtr rows =
+        connection->Open({.text = "Select * from tblSettings", .parameters = {}});
     EXPECT_GT(handles(), before);
     connection->Close();
     EXPECT_EQ(handles(), before);
