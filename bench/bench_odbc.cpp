@@ -20,25 +20,31 @@ constexpr int texts[] = {2, 5, 6}; // columns of text, the others are numbers
 constexpr int columns = 6, textUnits = 511;
 
 void Fill(data::Connection& connection) {
-    connection.Execute("create table tblTreeItem (Id bigint auto_increment primary key, Type char(255), "
-                       "ItemId integer, ParentId integer, Description char(255), TreeItemGuid char(38))");
-    connection.Execute("insert into tblTreeItem (Type, ItemId, ParentId, Description, TreeItemGuid) values "
-                       "('tif', 1001, 1000, 'Brief van 15-11-2026 over de aanvraag', '{0A1B2C3D-0000-4000-8000-0123456789AB}')");
+    connection.Execute(
+        "create table tblTreeItem (Id bigint auto_increment primary key, Type char(255), "
+        "ItemId integer, ParentId integer, Description char(255), TreeItemGuid char(38))");
+    connection.Execute(
+        "insert into tblTreeItem (Type, ItemId, ParentId, Description, TreeItemGuid) values "
+        "('tif', 1001, 1000, 'Brief van 15-11-2026 over de aanvraag', "
+        "'{0A1B2C3D-0000-4000-8000-0123456789AB}')");
     for (int rows = 1; rows < rowCount; rows *= 2)
-        connection.Execute("insert into tblTreeItem (Type, ItemId, ParentId, Description, TreeItemGuid) "
-                           "select Type, ItemId, ParentId, Description, TreeItemGuid from tblTreeItem limit " +
-                           std::to_string(std::min(rows, rowCount - rows)));
+        connection.Execute(
+            "insert into tblTreeItem (Type, ItemId, ParentId, Description, TreeItemGuid) "
+            "select Type, ItemId, ParentId, Description, TreeItemGuid from tblTreeItem limit " +
+            std::to_string(std::min(rows, rowCount - rows)));
 }
 
 class RawLoop {
 public:
     explicit RawLoop(const std::string& connectionString) {
         SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment);
-        SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
+        SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION,
+                      reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
         SQLAllocHandle(SQL_HANDLE_DBC, environment, &connection);
         std::u16string text = platform::ToUtf16(connectionString);
         SQLDriverConnectW(connection, nullptr, reinterpret_cast<SQLWCHAR*>(text.data()),
-                          static_cast<SQLSMALLINT>(text.size()), nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
+                          static_cast<SQLSMALLINT>(text.size()), nullptr, 0, nullptr,
+                          SQL_DRIVER_NOPROMPT);
     }
     ~RawLoop() {
         SQLDisconnect(connection);
@@ -53,7 +59,8 @@ public:
         SQLHSTMT handle = nullptr;
         SQLAllocHandle(SQL_HANDLE_STMT, connection, &handle);
         std::u16string text = platform::ToUtf16(statement);
-        SQLExecDirectW(handle, reinterpret_cast<SQLWCHAR*>(text.data()), static_cast<SQLINTEGER>(text.size()));
+        SQLExecDirectW(handle, reinterpret_cast<SQLWCHAR*>(text.data()),
+                       static_cast<SQLINTEGER>(text.size()));
         std::vector<std::vector<char16_t>> wide(columns + 1);
         SQLBIGINT numbers[columns + 1] = {};
         SQLLEN lengths[columns + 1] = {};
@@ -70,7 +77,8 @@ public:
         for (; SQL_SUCCEEDED(SQLFetch(handle)); ++rows)
             for (int i = 1; i <= columns; ++i) {
                 sum += numbers[i];
-                for (SQLLEN unit = 0; !wide[i].empty() && unit < lengths[i] / 2; ++unit) sum += wide[i][unit];
+                for (SQLLEN unit = 0; !wide[i].empty() && unit < lengths[i] / 2; ++unit)
+                    sum += wide[i][unit];
             }
         SQLFreeHandle(SQL_HANDLE_STMT, handle);
         return rows;
@@ -100,15 +108,17 @@ int main() {
     std::int64_t ours = 0, peers = 0;
     const bench::Times times = bench::Measure(
         [&] {
-            const data::RecordsetPtr rows = connection->Open({statement, data::CommandType::Text, {}});
+            const data::RecordsetPtr rows =
+                connection->Open({statement, data::CommandType::Text, {}});
             ours += rows->RecordCount();
         },
         [&] { peers += raw.Run(); });
     if (ours != peers || ours == 0) {
-        std::printf("ODBC rows: the two read different rows (%lld, %lld)\n", static_cast<long long>(ours),
-                    static_cast<long long>(peers));
+        std::printf("ODBC rows: the two read different rows (%lld, %lld)\n",
+                    static_cast<long long>(ours), static_cast<long long>(peers));
         return 1;
     }
-    std::printf("%d rows of %d columns, checksum %lld\n", rowCount, columns, static_cast<long long>(raw.sum));
+    std::printf("%d rows of %d columns, checksum %lld\n", rowCount, columns,
+                static_cast<long long>(raw.sum));
     return bench::AtLeast("ODBC rows into a recordset", times, 0.8) ? 0 : 1;
 }

@@ -28,10 +28,10 @@ constexpr int samples = 4; // a side, in each pixel
 float Coverage(const PictureLayer& layer, int column, int line, float unit) {
     int hits = 0;
     for (int i = 0; i < samples * samples; ++i) {
+        const int row = i / samples;
         const float x =
             static_cast<float>(column) + (static_cast<float>(i % samples) + 0.5F) / samples;
-        const float y =
-            static_cast<float>(line) + (static_cast<float>(i / samples) + 0.5F) / samples;
+        const float y = static_cast<float>(line) + (static_cast<float>(row) + 0.5F) / samples;
         hits += Covers(layer, x * unit, y * unit) ? 1 : 0;
     }
     return static_cast<float>(hits) / (samples * samples);

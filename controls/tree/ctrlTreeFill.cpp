@@ -82,7 +82,7 @@ void ctrlTree::FillFrom(const ItemPtr& top, std::int32_t parentId) {
 
 std::vector<ItemPtr> ctrlTree::Children(const model::clsItem& item) const {
     std::vector<ItemPtr> children;
-    if (const auto collection = item.ChildCollection())
+    if (const auto& collection = item.ChildCollection())
         children.assign(collection->Items().begin(), collection->Items().end());
     // By name, folders and documents apart: the model's order by name within each.
     if (lclState.OrderByName && !lclState.FoldersAndDocs)
@@ -226,7 +226,7 @@ NodeHandle ctrlTree::HandleOf(std::int32_t id) const {
 
 std::string ctrlTree::NodeText(const model::clsItem& item) const {
     if (!lclState.ShowNumberOfChildren || !item.AllowChildren()) return item.Description();
-    const auto children = item.ChildCollection();
+    const auto& children = item.ChildCollection();
     return item.Description() + " (" + std::to_string(children ? children->Count() : 0) + ")";
 }
 

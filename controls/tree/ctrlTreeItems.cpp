@@ -160,7 +160,8 @@ ItemPtr ctrlTree::CreateNote(std::string_view name, std::int32_t folder) {
         throw platform::Error(platform::errors::alreadyExists,
                               "The store already holds a file " + std::to_string(document.DocId()));
     try {
-        if (auto item = lclTree->AddChildItem(0, "nnt", nullptr, document.DocId(), description, folder))
+        if (auto item =
+                lclTree->AddChildItem(0, "nnt", nullptr, document.DocId(), description, folder))
             return item;
     } catch (const std::exception&) {
         document.RemoveNewRow(); // a document in no folder is out of reach

@@ -26,7 +26,8 @@ public:
     std::string Quoted(std::string_view name) const override { return QuotedName(name); }
     std::string SameAs(const Field& field) const override {
         const std::string column = QuotedName(field.baseColumn);
-        // Yes may be stored as 1 or -1; texts are compared to the letter, in spite of the collation.
+        // Yes may be stored as 1 or -1; texts are compared to the letter, in spite of the
+        // collation.
         if (field.type == AdoType::Boolean) return "(" + column + " <> 0) = ?";
         return column + " = ? COLLATE BINARY";
     }
@@ -86,8 +87,7 @@ Value EmbeddedConnection::Property(std::string_view name) const {
     };
     for (const auto& [own, value] : properties)
         if (platform::EqualAsciiNoCase(own, name)) return value;
-    throw Error(errors::itemNotFound,
-                "The connection has no property '" + std::string(name) + "'.",
+    throw Error(errors::itemNotFound, "The connection has no property '" + std::string(name) + "'.",
                 "EmbeddedDatabase");
 }
 

@@ -8,9 +8,9 @@
 #include <string_view>
 #include <vector>
 
+#include "OdbcHeaders.h"
 #include "data/Connection.h"
 #include "data/odbc/OdbcDialect.h"
-#include "OdbcHeaders.h"
 
 namespace kavidex::data::odbc {
 

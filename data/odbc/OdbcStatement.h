@@ -26,7 +26,8 @@ public:
 
     bool HasRows() const { return lclColumns > 0; }
     std::int64_t RowCount();
-    // Runs what else the text holds (a procedure's further statements), so that their failures show.
+    // Runs what else the text holds (a procedure's further statements), so that their failures
+    // show.
     void Finish();
 
     // Primary keys are asked of the database where `keys`.
@@ -48,7 +49,7 @@ private:
     SQLHSTMT lclHandle = SQL_NULL_HSTMT;
     std::string lclText;
     SQLSMALLINT lclColumns = 0;
-    std::vector<TypeRow> lclTypes;       // by Describe
+    std::vector<TypeRow> lclTypes; // by Describe
     std::vector<SQLULEN> lclSizes;
     std::string lclScratch;
     std::deque<std::u16string> lclTexts; // of the parameters, alive while the statement runs

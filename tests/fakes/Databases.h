@@ -22,7 +22,8 @@ inline std::vector<std::string> TablesOf(data::Connection& connection) {
     return names;
 }
 
-// In memory, before version 1.0.1: keys without own ids, the settings' column Key, the column Order.
+// In memory, before version 1.0.1: keys without own ids, the settings' column Key, the column
+// Order.
 inline data::ConnectionPtr OldDatabase(bool dossierTables) {
     data::ConnectionPtr connection = data::EmbeddedDatabase::CreateInMemory();
     for (const std::string& table : TablesOf(*connection))

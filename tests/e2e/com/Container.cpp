@@ -5,8 +5,8 @@
 namespace kavidex::tests {
 
 Container::Container() {
-    window = CreateWindowW(L"STATIC", L"container", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 400, 300, nullptr,
-                           nullptr, nullptr, nullptr);
+    window = CreateWindowW(L"STATIC", L"container", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 10, 10, 400,
+                           300, nullptr, nullptr, nullptr, nullptr);
 }
 
 Container::~Container() {
@@ -22,7 +22,9 @@ void Container::Take(const ComPtr<IDispatch>& object, bool show) {
     ASSERT_EQ(ole->SetClientSite(this), S_OK);
     ASSERT_EQ(As<IPersistStreamInit>(IID_IPersistStreamInit)->InitNew(), S_OK);
     IID source{};
-    ASSERT_EQ(As<IProvideClassInfo2>(IID_IProvideClassInfo2)->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source), S_OK);
+    ASSERT_EQ(As<IProvideClassInfo2>(IID_IProvideClassInfo2)
+                  ->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &source),
+              S_OK);
     Connect(source, static_cast<IDispatch*>(this));
     Connect(IID_IPropertyNotifySink, static_cast<IPropertyNotifySink*>(this));
     if (show) {
@@ -33,7 +35,9 @@ void Container::Take(const ComPtr<IDispatch>& object, bool show) {
 void Container::Connect(REFIID iid, IUnknown* sink) {
     ComPtr<IConnectionPoint> point;
     DWORD cookie = 0;
-    ASSERT_EQ(As<IConnectionPointContainer>(IID_IConnectionPointContainer)->FindConnectionPoint(iid, point.Put()), S_OK);
+    ASSERT_EQ(As<IConnectionPointContainer>(IID_IConnectionPointContainer)
+                  ->FindConnectionPoint(iid, point.Put()),
+              S_OK);
     ASSERT_EQ(point->Advise(sink, &cookie), S_OK);
     lclConnections.emplace_back(std::move(point), cookie);
 }
@@ -60,18 +64,26 @@ std::size_t Container::Count(const std::string& call) const {
 }
 
 HRESULT STDMETHODCALLTYPE Container::QueryInterface(REFIID iid, void** object) {
-    if (iid == IID_IUnknown || iid == IID_IOleClientSite) *object = static_cast<IOleClientSite*>(this);
-    else if (iid == IID_IOleInPlaceSite || iid == IID_IOleWindow) *object = static_cast<IOleInPlaceSite*>(this);
-    else if (iid == IID_IOleControlSite) *object = static_cast<IOleControlSite*>(this);
-    else if (iid == IID_IPropertyNotifySink) *object = static_cast<IPropertyNotifySink*>(this);
-    else if (iid == IID_IDispatch) *object = static_cast<IDispatch*>(this);
-    else return *object = nullptr, E_NOINTERFACE;
+    if (iid == IID_IUnknown || iid == IID_IOleClientSite)
+        *object = static_cast<IOleClientSite*>(this);
+    else if (iid == IID_IOleInPlaceSite || iid == IID_IOleWindow)
+        *object = static_cast<IOleInPlaceSite*>(this);
+    else if (iid == IID_IOleControlSite)
+        *object = static_cast<IOleControlSite*>(this);
+    else if (iid == IID_IPropertyNotifySink)
+        *object = static_cast<IPropertyNotifySink*>(this);
+    else if (iid == IID_IDispatch)
+        *object = static_cast<IDispatch*>(this);
+    else
+        return *object = nullptr, E_NOINTERFACE;
     AddRef();
     return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE Container::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWindow** document,
-                                                      LPRECT position, LPRECT clip, LPOLEINPLACEFRAMEINFO) {
+HRESULT STDMETHODCALLTYPE Container::GetWindowContext(IOleInPlaceFrame** frame,
+                                                      IOleInPlaceUIWindow** document,
+                                                      LPRECT position, LPRECT clip,
+                                                      LPOLEINPLACEFRAMEINFO) {
     AddRef();
     *frame = this;
     *document = nullptr;
@@ -79,8 +91,9 @@ HRESULT STDMETHODCALLTYPE Container::GetWindowContext(IOleInPlaceFrame** frame, 
     return S_OK;
 }
 
-HRESULT STDMETHODCALLTYPE Container::Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
-                                            VARIANT* result, EXCEPINFO*, UINT*) {
+HRESULT STDMETHODCALLTYPE Container::Invoke(DISPID id, REFIID, LCID, WORD flags,
+                                            DISPPARAMS* parameters, VARIANT* result, EXCEPINFO*,
+                                            UINT*) {
     if (id == DISPID_AMBIENT_UIDEAD && result) {
         result->vt = VT_BOOL;
         result->boolVal = uiDead ? VARIANT_TRUE : VARIANT_FALSE;

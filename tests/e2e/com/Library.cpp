@@ -10,7 +10,8 @@ void Library::SetUp() {
 
 void Library::TearDown() {
     if (lclModule) {
-        EXPECT_EQ(Export<HRESULT STDMETHODCALLTYPE()>("DllCanUnloadNow")(), S_OK) << "objects are left over";
+        EXPECT_EQ(Export<HRESULT STDMETHODCALLTYPE()>("DllCanUnloadNow")(), S_OK)
+            << "objects are left over";
         FreeLibrary(lclModule);
     }
     OleUninitialize();
@@ -19,7 +20,8 @@ void Library::TearDown() {
 ComPtr<IDispatch> Library::Make(REFCLSID clsid) const {
     ComPtr<IClassFactory> factory;
     ComPtr<IDispatch> object;
-    const auto get = Export<HRESULT STDMETHODCALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
+    const auto get =
+        Export<HRESULT STDMETHODCALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
     if (SUCCEEDED(get(clsid, IID_IClassFactory, reinterpret_cast<void**>(factory.Put()))))
         factory->CreateInstance(nullptr, IID_IDispatch, reinterpret_cast<void**>(object.Put()));
     return object;

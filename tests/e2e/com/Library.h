@@ -24,7 +24,8 @@ protected:
 
     template <class Function>
     Function* Export(const char* name) const {
-        return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(lclModule, name)));
+        return reinterpret_cast<Function*>(
+            reinterpret_cast<void*>(GetProcAddress(lclModule, name)));
     }
     ComPtr<IDispatch> Make(REFCLSID clsid) const;
     std::wstring Path() const;

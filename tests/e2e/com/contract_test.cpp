@@ -28,8 +28,10 @@ struct Entry {
 using Entries = std::map<std::pair<DISPID, int>, Entry>;
 
 std::ostream& operator<<(std::ostream& out, const Entry& entry) {
-    out << platform::win32::FromWide(entry.name) << "(" << platform::win32::FromWide(entry.parameters) << ":";
-    for (std::size_t i = 0; i < entry.types.size(); ++i) out << " " << entry.types[i] << (entry.optional[i] ? "?" : "");
+    out << platform::win32::FromWide(entry.name) << "("
+        << platform::win32::FromWide(entry.parameters) << ":";
+    for (std::size_t i = 0; i < entry.types.size(); ++i)
+        out << " " << entry.types[i] << (entry.optional[i] ? "?" : "");
     return out << ") -> " << entry.result;
 }
 
@@ -67,7 +69,8 @@ VARTYPE Plain(ITypeInfo& info, const TYPEDESC& type) {
     if (type.vt != VT_USERDEFINED) return type.vt;
     ComPtr<ITypeInfo> other;
     TYPEATTR* attributes = nullptr;
-    if (FAILED(info.GetRefTypeInfo(type.hreftype, other.Put())) || FAILED(other->GetTypeAttr(&attributes)))
+    if (FAILED(info.GetRefTypeInfo(type.hreftype, other.Put())) ||
+        FAILED(other->GetTypeAttr(&attributes)))
         return VT_EMPTY;
     const TYPEKIND kind = attributes->typekind;
     const bool unknown = attributes->guid == IID_IUnknown;
@@ -97,8 +100,9 @@ Entries Contract::Read(ITypeInfo& info) const {
                 const ELEMDESC& parameter = function->lprgelemdescParam[p];
                 entry.types.push_back(Plain(info, parameter.tdesc));
                 entry.optional.push_back(parameter.paramdesc.wParamFlags & PARAMFLAG_FOPT);
-                const bool value = (function->invkind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) &&
-                                   p == function->cParams - 1;
+                const bool value =
+                    (function->invkind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) &&
+                    p == function->cParams - 1;
                 if (!value && static_cast<UINT>(p) + 1 < known)
                     entry.parameters += (p ? L"," : L"") + Lower(names[p + 1]);
             }
@@ -130,11 +134,14 @@ void Contract::Compare(const com::Table& table) const {
     const Entries written = Read(*info), served = Served(table);
     for (const auto& [key, entry] : written) {
         const auto found = served.find(key);
-        if (found == served.end()) ADD_FAILURE() << "not served: " << key.first << "/" << key.second << " " << entry;
-        else EXPECT_EQ(found->second, entry) << key.first;
+        if (found == served.end())
+            ADD_FAILURE() << "not served: " << key.first << "/" << key.second << " " << entry;
+        else
+            EXPECT_EQ(found->second, entry) << key.first;
     }
     for (const auto& [key, entry] : served)
-        EXPECT_TRUE(written.contains(key)) << "not in the type library: " << key.first << "/" << key.second << " " << entry;
+        EXPECT_TRUE(written.contains(key))
+            << "not in the type library: " << key.first << "/" << key.second << " " << entry;
 }
 
 } // namespace

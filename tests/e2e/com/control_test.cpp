@@ -1,4 +1,5 @@
-// The controls in a container: activation, size, focus, keys, drawing, events, and all of it undone.
+// The controls in a container: activation, size, focus, keys, drawing, events, and all of it
+// undone.
 #include <cstdlib>
 
 #include "Container.h"
@@ -12,7 +13,9 @@ namespace {
 class Controls : public Library, public testing::WithParamInterface<const CLSID*> {
 protected:
     ComPtr<IDispatch> Control() const { return Make(*GetParam()); }
-    static ComPtr<IOleObject> Ole(const Container& host) { return host.As<IOleObject>(IID_IOleObject); }
+    static ComPtr<IOleObject> Ole(const Container& host) {
+        return host.As<IOleObject>(IID_IOleObject);
+    }
 };
 
 bool HasInk(HDC device, int width, int height, COLORREF blank) {
@@ -68,7 +71,8 @@ TEST_P(Controls, ActivateInPlaceFollowTheirRectangleAndLeaveNoWindow) {
     ASSERT_EQ(inPlace->InPlaceDeactivate(), S_OK);
     EXPECT_FALSE(IsWindow(window));
     EXPECT_EQ(host.Count("OnInPlaceDeactivate"), 1u);
-    EXPECT_EQ(Ole(host)->DoVerb(OLEIVERB_SHOW, nullptr, &host, 0, host.window, &host.place), S_OK); // once more
+    EXPECT_EQ(Ole(host)->DoVerb(OLEIVERB_SHOW, nullptr, &host, 0, host.window, &host.place),
+              S_OK); // once more
     EXPECT_TRUE(IsWindow(host.ControlWindow()));
     EXPECT_EQ(Ole(host)->DoVerb(OLEIVERB_HIDE, nullptr, &host, 0, host.window, &host.place), S_OK);
     EXPECT_FALSE(IsWindowVisible(host.ControlWindow()));
@@ -81,7 +85,8 @@ TEST_P(Controls, TakeAndGiveBackTheFocus) {
     Container host;
     host.Take(Control(), true);
     SetForegroundWindow(host.window);
-    ASSERT_EQ(Ole(host)->DoVerb(OLEIVERB_UIACTIVATE, nullptr, &host, 0, host.window, &host.place), S_OK);
+    ASSERT_EQ(Ole(host)->DoVerb(OLEIVERB_UIACTIVATE, nullptr, &host, 0, host.window, &host.place),
+              S_OK);
     EXPECT_EQ(host.Count("OnUIActivate"), 1u);
     EXPECT_EQ(host.Count("SetActiveObject"), 1u);
     const HWND focus = GetFocus();
@@ -91,7 +96,8 @@ TEST_P(Controls, TakeAndGiveBackTheFocus) {
     EXPECT_EQ(host.Count("ClearActiveObject"), 1u);
 
     // A click into it activates it as well.
-    SendMessageW(host.ControlWindow(), WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(host.window), MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN));
+    SendMessageW(host.ControlWindow(), WM_MOUSEACTIVATE, reinterpret_cast<WPARAM>(host.window),
+                 MAKELPARAM(HTCLIENT, WM_LBUTTONDOWN));
     EXPECT_EQ(host.Count("OnUIActivate"), 2u);
 }
 
@@ -104,7 +110,8 @@ TEST_P(Controls, HandKeysThatTheyDoNotUseBackToTheHost) {
     key.hwnd = GetFocus();
     key.message = WM_KEYDOWN;
     key.wParam = VK_F10;
-    EXPECT_EQ(active->TranslateAccelerator(&key), S_FALSE); // neither wants it: it goes its usual way
+    EXPECT_EQ(active->TranslateAccelerator(&key),
+              S_FALSE); // neither wants it: it goes its usual way
     EXPECT_EQ(host.Count("SiteKey"), 1u);
     host.takesKeys = true;
     EXPECT_EQ(active->TranslateAccelerator(&key), S_OK);
@@ -118,7 +125,9 @@ TEST_P(Controls, KeepTheSizeThatTheHostGives) {
     ASSERT_EQ(Ole(host)->GetExtent(DVASPECT_CONTENT, &got), S_OK);
     EXPECT_EQ(got.cx, 5080);
     EXPECT_EQ(got.cy, 2540);
-    ASSERT_EQ(host.As<IViewObject2>(IID_IViewObject2)->GetExtent(DVASPECT_CONTENT, -1, nullptr, &got), S_OK);
+    ASSERT_EQ(
+        host.As<IViewObject2>(IID_IViewObject2)->GetExtent(DVASPECT_CONTENT, -1, nullptr, &got),
+        S_OK);
     EXPECT_EQ(got.cx, 5080);
     EXPECT_EQ(Ole(host)->SetExtent(DVASPECT_ICON, &size), DV_E_DVASPECT);
     EXPECT_EQ(host.As<IPersistStreamInit>(IID_IPersistStreamInit)->IsDirty(), S_OK);
@@ -132,18 +141,24 @@ TEST_P(Controls, DrawWithoutAWindowOnScreenAndInAMetafile) {
     auto view = As<IViewObject2>(control, IID_IViewObject2);
     const Canvas canvas;
     const RECTL bounds{10, 10, 90, 70};
-    ASSERT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, canvas.device, &bounds, nullptr, nullptr, 0), S_OK);
+    ASSERT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, canvas.device, &bounds,
+                         nullptr, nullptr, 0),
+              S_OK);
     EXPECT_TRUE(HasInk(canvas.device, 100, 80, Canvas::blank));
     EXPECT_EQ(GetPixel(canvas.device, 2, 2), Canvas::blank); // nothing beyond the bounds
 
     const HDC meta = CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr);
-    EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, meta, &bounds, nullptr, nullptr, 0), S_OK);
+    EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, meta, &bounds, nullptr,
+                         nullptr, 0),
+              S_OK);
     const HENHMETAFILE file = CloseEnhMetaFile(meta);
     ENHMETAHEADER header{};
     GetEnhMetaFileHeader(file, sizeof header, &header);
     EXPECT_GT(header.nRecords, 2u); // more than its own head and end
     DeleteEnhMetaFile(file);
-    EXPECT_EQ(view->Draw(DVASPECT_ICON, -1, nullptr, nullptr, nullptr, canvas.device, &bounds, nullptr, nullptr, 0), DV_E_DVASPECT);
+    EXPECT_EQ(view->Draw(DVASPECT_ICON, -1, nullptr, nullptr, nullptr, canvas.device, &bounds,
+                         nullptr, nullptr, 0),
+              DV_E_DVASPECT);
 }
 
 TEST_P(Controls, FollowADeadUserInterface) {
@@ -162,7 +177,9 @@ TEST_P(Controls, WorkWithoutASite) {
     const Late control(Control());
     control.Put(L"NameForInsert", {Variant("Map;Notitie")});
     EXPECT_EQ(control.Get(L"NameForInsert").ToText(), "Map;Notitie");
-    EXPECT_EQ(As<IOleObject>(control.Object(), IID_IOleObject)->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, nullptr, nullptr), E_FAIL);
+    EXPECT_EQ(As<IOleObject>(control.Object(), IID_IOleObject)
+                  ->DoVerb(OLEIVERB_SHOW, nullptr, nullptr, 0, nullptr, nullptr),
+              E_FAIL);
     EXPECT_EQ(GetTopWindow(nullptr), before);
 }
 
@@ -176,8 +193,10 @@ TEST_P(Controls, TellTheHostWhichPropertyChanged) {
     EXPECT_EQ(host.As<IPersistStreamInit>(IID_IPersistStreamInit)->IsDirty(), S_OK);
 }
 
-INSTANTIATE_TEST_SUITE_P(, Controls, testing::Values(&CLSID_ctrlTree, &CLSID_ctrlCorrespondence), [](const auto& one) {
-    return *one.param == CLSID_ctrlTree ? "ctrlTree" : "ctrlCorrespondence";
-});
+INSTANTIATE_TEST_SUITE_P(, Controls, testing::Values(&CLSID_ctrlTree, &CLSID_ctrlCorrespondence),
+                         [](const auto& one) {
+                             return *one.param == CLSID_ctrlTree ? "ctrlTree"
+                                                                 : "ctrlCorrespondence";
+                         });
 
 } // namespace kavidex::tests

@@ -26,7 +26,8 @@ protected:
         GetTempFileNameW(folder, L"kvx", 0, name);
         DeleteFileW(name);
         lclFile = name;
-        lclConnection = Late(Make(CLSID_EmbeddedDatabase)).Call(L"OpenOrCreate", {Variant(platform::win32::FromWide(lclFile))});
+        lclConnection = Late(Make(CLSID_EmbeddedDatabase))
+                            .Call(L"OpenOrCreate", {Variant(platform::win32::FromWide(lclFile))});
         // The binder brings the tables to the current version.
         Late(Make(CLSID_ctrlCorrespondence)).PutRef(L"DbConnection", {lclConnection});
     }
@@ -110,8 +111,11 @@ TEST_F(Work, ASelectedItemIsToldWithItsArguments) {
     host.Take(Make(CLSID_ctrlCorrespondence), true);
     const Late binder(host.control);
     binder.PutRef(L"DbConnection", {lclConnection});
-    ASSERT_EQ(binder.Call(L"OpenOrCreate", {Variant("K1"), Variant("Dossier"), Variant("Post"),
-                                            Variant(""), Variant("")}).ToInt32(), 0);
+    ASSERT_EQ(binder
+                  .Call(L"OpenOrCreate", {Variant("K1"), Variant("Dossier"), Variant("Post"),
+                                          Variant(""), Variant("")})
+                  .ToInt32(),
+              0);
     host.events.clear();
     const HWND tree = FindDescendant(host.window, L"SysTreeView32");
     ASSERT_TRUE(tree);
@@ -181,7 +185,8 @@ TEST_F(Work, EventsArriveWithTheirArgumentsAndFrozenOnesDoNot) {
     ASSERT_TRUE(tree.Call(L"DeleteItem", {Variant(id)}).ToBool());
 
     for (std::size_t i = 0; i < heard; ++i)
-        for (const auto& argument : host.events[i].second) EXPECT_FALSE(argument.IsText() && argument.ToText() == "Stil");
+        for (const auto& argument : host.events[i].second)
+            EXPECT_FALSE(argument.IsText() && argument.ToText() == "Stil");
     bool deleted = false;
     for (const auto& [event, arguments] : host.events) {
         if (event != Event(L"EvItemDelete")) continue;
@@ -237,7 +242,8 @@ TEST_F(Work, TextsComeFromCollectionsKeysArraysAndSingleTexts) {
 TEST_F(Work, FontsAndRightsComeBackAsTheyWereGiven) {
     const Late control(Make(CLSID_ctrlTree));
     EXPECT_FALSE(control.Get(L"Font").ToDispatch());
-    control.PutRef(L"Font", {Variant(com::FontObject(controls::FontFace{"Liberation Sans", 11.25, 700, true, false, false}))});
+    control.PutRef(L"Font", {Variant(com::FontObject(controls::FontFace{
+                                "Liberation Sans", 11.25, 700, true, false, false}))});
     const auto font = com::FontFrom(control.Get(L"Font").ToDispatch());
     ASSERT_TRUE(font);
     EXPECT_EQ(font->name, "Liberation Sans");
@@ -246,7 +252,8 @@ TEST_F(Work, FontsAndRightsComeBackAsTheyWereGiven) {
 
     const auto rights = Make(CLSID_clsUserAuth);
     control.PutRef(L"UserAuth", {Variant(rights)});
-    EXPECT_TRUE(platform::win32::SameObject(control.Get(L"UserAuth").ToDispatch().Get(), rights.Get()));
+    EXPECT_TRUE(
+        platform::win32::SameObject(control.Get(L"UserAuth").ToDispatch().Get(), rights.Get()));
 }
 
 } // namespace kavidex::tests

@@ -12,7 +12,9 @@ namespace {
 class Bag final : public IPropertyBag {
 public:
     std::map<std::wstring, Variant> items;
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override { return *object = nullptr, E_NOINTERFACE; }
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID, void** object) override {
+        return *object = nullptr, E_NOINTERFACE;
+    }
     ULONG STDMETHODCALLTYPE AddRef() override { return 1; }
     ULONG STDMETHODCALLTYPE Release() override { return 1; }
     HRESULT STDMETHODCALLTYPE Read(LPCOLESTR name, VARIANT* value, IErrorLog*) override {
@@ -48,7 +50,9 @@ protected:
     }
     std::string Saved(const Late& control) {
         auto stream = Stream();
-        EXPECT_EQ(As<IPersistStreamInit>(control.Object(), IID_IPersistStreamInit)->Save(stream.Get(), TRUE), S_OK);
+        EXPECT_EQ(As<IPersistStreamInit>(control.Object(), IID_IPersistStreamInit)
+                      ->Save(stream.Get(), TRUE),
+                  S_OK);
         Rewind(*stream);
         return Rest(*stream);
     }
@@ -77,13 +81,16 @@ TEST_F(Persistence, StreamsRoundTripAndKeepWhatFollowsThem) {
         SIZEL size{4000, 3000};
         As<IOleObject>(first.Object(), IID_IOleObject)->SetExtent(DVASPECT_CONTENT, &size);
         const std::string saved = Saved(first);
-        EXPECT_EQ(As<IPersistStreamInit>(first.Object(), IID_IPersistStreamInit)->IsDirty(), S_FALSE);
+        EXPECT_EQ(As<IPersistStreamInit>(first.Object(), IID_IPersistStreamInit)->IsDirty(),
+                  S_FALSE);
         ULARGE_INTEGER most{};
         As<IPersistStreamInit>(first.Object(), IID_IPersistStreamInit)->GetSizeMax(&most);
         EXPECT_EQ(most.QuadPart, saved.size());
 
         auto stream = Stream(saved + "behind");
-        ASSERT_EQ(As<IPersistStreamInit>(second.Object(), IID_IPersistStreamInit)->Load(stream.Get()), S_OK);
+        ASSERT_EQ(
+            As<IPersistStreamInit>(second.Object(), IID_IPersistStreamInit)->Load(stream.Get()),
+            S_OK);
         EXPECT_EQ(Rest(*stream), "behind");
         ExpectFilled(second);
         SIZEL got{};
@@ -98,7 +105,8 @@ TEST_F(Persistence, DamagedStreamsAreRefusedAndChangeNothing) {
     const std::string good = Saved(control);
     std::string tooLong = good;
     tooLong[7] = '\x7f'; // the length, far beyond the stream
-    for (const std::string& bad : {std::string(), std::string("KVX1"), "NOPE" + good.substr(4), good.substr(0, good.size() - 3), tooLong}) {
+    for (const std::string& bad : {std::string(), std::string("KVX1"), "NOPE" + good.substr(4),
+                                   good.substr(0, good.size() - 3), tooLong}) {
         EXPECT_EQ(Load(control, bad), STG_E_DOCFILECORRUPT);
         ExpectFilled(control);
     }
@@ -108,7 +116,12 @@ TEST_F(Persistence, UnknownItemsArePassedOver) {
     const Late control(Make(CLSID_ctrlTree));
     Fill(control);
     std::string bytes = Saved(control);
-    const std::string stranger("\x06\x00" "Future" "\x63" "\x03\x00\x00\x00" "abc", 16); // an unknown kind
+    const std::string stranger("\x06\x00"
+                               "Future"
+                               "\x63"
+                               "\x03\x00\x00\x00"
+                               "abc",
+                               16); // an unknown kind
     bytes += stranger;
     std::uint32_t length = 0;
     memcpy(&length, bytes.data() + 4, 4);
@@ -123,12 +136,16 @@ TEST_F(Persistence, BagsRoundTripUnderTheNamesAsTheyStand) {
     const Late first(Make(CLSID_ctrlCorrespondence)), second(Make(CLSID_ctrlCorrespondence));
     Fill(first);
     Bag bag;
-    ASSERT_EQ(As<IPersistPropertyBag>(first.Object(), IID_IPersistPropertyBag)->Save(&bag, TRUE, TRUE), S_OK);
+    ASSERT_EQ(
+        As<IPersistPropertyBag>(first.Object(), IID_IPersistPropertyBag)->Save(&bag, TRUE, TRUE),
+        S_OK);
     EXPECT_TRUE(bag.items.contains(L"ChecklistPresent"));
     EXPECT_FALSE(bag.items.contains(L"ChecklistPresent "));
     EXPECT_EQ(bag.items[L"SelectItems"].Type(), VT_BOOL);
     bag.items[L"IniFile"] = Variant("C:\\host.ini"); // its default is a number, its value a text
-    ASSERT_EQ(As<IPersistPropertyBag>(second.Object(), IID_IPersistPropertyBag)->Load(&bag, nullptr), S_OK);
+    ASSERT_EQ(
+        As<IPersistPropertyBag>(second.Object(), IID_IPersistPropertyBag)->Load(&bag, nullptr),
+        S_OK);
     ExpectFilled(second);
     EXPECT_EQ(second.Get(L"IniFile").ToText(), "C:\\host.ini");
 }
@@ -136,7 +153,9 @@ TEST_F(Persistence, BagsRoundTripUnderTheNamesAsTheyStand) {
 TEST_F(Persistence, AbsentItemsTakeTheirDefaults) {
     const Late control(Make(CLSID_ctrlCorrespondence));
     Bag bag;
-    ASSERT_EQ(As<IPersistPropertyBag>(control.Object(), IID_IPersistPropertyBag)->Load(&bag, nullptr), S_OK);
+    ASSERT_EQ(
+        As<IPersistPropertyBag>(control.Object(), IID_IPersistPropertyBag)->Load(&bag, nullptr),
+        S_OK);
     EXPECT_EQ(control.Get(L"DossierType").ToText(), "Dossiermap");
     EXPECT_EQ(control.Get(L"IniFile").ToText(), "0");
     EXPECT_EQ(control.Get(L"TypeForInsert").ToText(), "Tab;nnt");
@@ -148,7 +167,10 @@ TEST_F(Persistence, StoragesHoldTheSame) {
     const Late first(Make(CLSID_ctrlTree)), second(Make(CLSID_ctrlTree));
     Fill(first);
     ComPtr<IStorage> storage;
-    ASSERT_EQ(StgCreateDocfile(nullptr, STGM_READWRITE | STGM_SHARE_EXCLUSIVE | STGM_DELETEONRELEASE, 0, storage.Put()), S_OK);
+    ASSERT_EQ(StgCreateDocfile(nullptr,
+                               STGM_READWRITE | STGM_SHARE_EXCLUSIVE | STGM_DELETEONRELEASE, 0,
+                               storage.Put()),
+              S_OK);
     auto store = As<IPersistStorage>(first.Object(), IID_IPersistStorage);
     ASSERT_EQ(store->Save(storage.Get(), FALSE), S_OK);
     EXPECT_EQ(store->SaveCompleted(nullptr), S_OK);

@@ -16,13 +16,14 @@ protected:
     static std::wstring Value(HKEY root, const std::wstring& key, const wchar_t* name = nullptr) {
         wchar_t text[MAX_PATH];
         DWORD size = sizeof text;
-        const LONG got = RegGetValueW(root, (L"Software\\Classes\\" + key).c_str(), name, RRF_RT_REG_SZ,
-                                      nullptr, text, &size);
+        const LONG got = RegGetValueW(root, (L"Software\\Classes\\" + key).c_str(), name,
+                                      RRF_RT_REG_SZ, nullptr, text, &size);
         return got == ERROR_SUCCESS ? text : L"(none)";
     }
     static bool Exists(HKEY root, const std::wstring& key) {
         HKEY opened = nullptr;
-        if (RegOpenKeyExW(root, (L"Software\\Classes\\" + key).c_str(), 0, KEY_READ, &opened) != ERROR_SUCCESS)
+        if (RegOpenKeyExW(root, (L"Software\\Classes\\" + key).c_str(), 0, KEY_READ, &opened) !=
+            ERROR_SUCCESS)
             return false;
         RegCloseKey(opened);
         return true;
@@ -38,7 +39,8 @@ protected:
 
 void Server::ExpectWritten(HKEY root) const {
     for (const com::ClassRow& row : com::ClassTable()) {
-        const std::wstring key = L"CLSID\\" + Text(*row.clsid), progId = std::wstring(L"Kavidex.") + row.name;
+        const std::wstring key = L"CLSID\\" + Text(*row.clsid),
+                           progId = std::wstring(L"Kavidex.") + row.name;
         EXPECT_EQ(Value(root, progId + L"\\CLSID"), Text(*row.clsid));
         EXPECT_EQ(Value(root, progId + L"\\CurVer"), progId + L".1");
         EXPECT_EQ(Value(root, progId + L".1\\CLSID"), Text(*row.clsid));
@@ -47,9 +49,12 @@ void Server::ExpectWritten(HKEY root) const {
         EXPECT_EQ(Exists(root, key + L"\\Control"), row.IsControl());
         EXPECT_TRUE(Exists(root, L"Interface\\" + Text(*row.iid)));
         // No control is marked safe for a browser.
-        EXPECT_FALSE(Exists(root, key + L"\\Implemented Categories\\{7DD95801-9882-11CF-9FA9-00AA006C42C4}"));
+        EXPECT_FALSE(Exists(
+            root, key + L"\\Implemented Categories\\{7DD95801-9882-11CF-9FA9-00AA006C42C4}"));
     }
-    EXPECT_EQ(_wcsicmp(Value(root, L"TypeLib\\" + Text(LIBID_Kavidex) + L"\\1.0\\0\\win32").c_str(), Path().c_str()), 0);
+    EXPECT_EQ(_wcsicmp(Value(root, L"TypeLib\\" + Text(LIBID_Kavidex) + L"\\1.0\\0\\win32").c_str(),
+                       Path().c_str()),
+              0);
 }
 
 void Server::ExpectGone(HKEY root) const {
@@ -67,7 +72,8 @@ void Server::ExpectGone(HKEY root) const {
 } // namespace
 
 TEST_F(Server, FactoryRefusesWhatItCannotMake) {
-    const auto get = Export<HRESULT STDMETHODCALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
+    const auto get =
+        Export<HRESULT STDMETHODCALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
     void* object = this;
     EXPECT_EQ(get(IID_IUnknown, IID_IClassFactory, &object), CLASS_E_CLASSNOTAVAILABLE);
     EXPECT_EQ(object, nullptr);
@@ -78,7 +84,8 @@ TEST_F(Server, FactoryRefusesWhatItCannotMake) {
 }
 
 TEST_F(Server, StaysLoadedWhileLockedOrInUse) {
-    const auto get = Export<HRESULT STDMETHODCALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
+    const auto get =
+        Export<HRESULT STDMETHODCALLTYPE(REFCLSID, REFIID, void**)>("DllGetClassObject");
     ComPtr<IClassFactory> factory;
     ASSERT_EQ(get(CLSID_clsTree, IID_IClassFactory, reinterpret_cast<void**>(factory.Put())), S_OK);
     EXPECT_EQ(Call("DllCanUnloadNow"), S_FALSE);

@@ -51,9 +51,8 @@ int main(int count, char** arguments) {
     window->Create(host, {0, 0, area.right / 2 + 60, area.bottom});
     tree.SetHighLightToItem(pdf);
     tree.NodeToggled(scans);
-    const UINT_PTR timer =
-        SetTimer(nullptr, 0, 1000U * (count > 1 ? std::strtoul(arguments[1], nullptr, 10) : 10U),
-                 nullptr);
+    const UINT_PTR timer = SetTimer(
+        nullptr, 0, 1000U * (count > 1 ? std::strtoul(arguments[1], nullptr, 10) : 10U), nullptr);
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (message.message == WM_TIMER && message.wParam == timer) break;

@@ -1,5 +1,5 @@
-// The dispatch table as a script sees it: conversions, named and left-out arguments, default members,
-// enumerators, errors.
+// The dispatch table as a script sees it: conversions, named and left-out arguments, default
+// members, enumerators, errors.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -34,7 +34,9 @@ struct BookFace : com::Face<Book> {
 
 template <>
 struct com::FaceOf<Book> {
-    static ComPtr<IDispatch> Make(std::shared_ptr<Book> book) { return com::Make<BookFace>(std::move(book)); }
+    static ComPtr<IDispatch> Make(std::shared_ptr<Book> book) {
+        return com::Make<BookFace>(std::move(book));
+    }
 };
 
 namespace {
@@ -58,11 +60,14 @@ struct Shelf : Automation {
     std::shared_ptr<Book> Item(std::int32_t place) const {
         return books.at(static_cast<std::size_t>(place - 1));
     }
-    std::string Joined(const std::string& a, std::optional<std::string> b, std::optional<bool> loud) {
+    std::string Joined(const std::string& a, std::optional<std::string> b,
+                       std::optional<bool> loud) {
         return a + "|" + b.value_or("-") + "|" + (loud ? (*loud ? "loud" : "soft") : "none");
     }
     std::int32_t Length(std::string_view text) { return static_cast<std::int32_t>(text.size()); }
-    void Swap(com::ByRef<std::string>& a, com::ByRef<std::string>& b) { std::swap(a.value, b.value); }
+    void Swap(com::ByRef<std::string>& a, com::ByRef<std::string>& b) {
+        std::swap(a.value, b.value);
+    }
 
     const com::Table& Members() const override {
         using Row = com::Rows<Shelf>;
@@ -73,14 +78,17 @@ struct Shelf : Automation {
             Row::Method<&Shelf::Swap>(L"Swap", 3, L"a,b"),
             Row::Get<[](Shelf& s) { return ComPtr<IDispatch>(&s); }>(L"Self", 4),
             Row::Get<[](Shelf& s, std::string key) { return s.marks[key]; }>(L"Mark", 5, L"key"),
-            Row::Put<[](Shelf& s, std::string key, std::int16_t v) { s.marks[key] = v; }>(L"Mark", 5, L"key"),
+            Row::Put<[](Shelf& s, std::string key, std::int16_t v) { s.marks[key] = v; }>(
+                L"Mark", 5, L"key"),
             Row::Method<[](Shelf&, std::int32_t n) {
-                if (n == 1) throw platform::Error(platform::errors::notFound, "Geen boek \"é\"", "Shelf");
+                if (n == 1)
+                    throw platform::Error(platform::errors::notFound, "Geen boek \"é\"", "Shelf");
                 if (n == 2) throw platform::Error(3021, "Basic's number");
                 if (n == 3) throw std::runtime_error("standard");
                 if (n == 4) throw 7;
             }>(L"Fail", 6, L"n"),
-            Row::Method<[](Shelf&, std::shared_ptr<Book> b) { return b ? b->pages : -1; }>(L"PagesOf", 7, L"book"),
+            Row::Method<[](Shelf&, std::shared_ptr<Book> b) { return b ? b->pages : -1; }>(
+                L"PagesOf", 7, L"book"),
             Row::Get<[](Shelf& s) {
                 std::vector<Variant> items;
                 for (auto& book : s.books) items.emplace_back(com::FaceOf<Book>::Make(book));
@@ -98,7 +106,8 @@ protected:
         shelf = Late();
         EXPECT_EQ(com::LiveObjects(), 0);
     }
-    HRESULT Raw(DISPID id, WORD flags, std::vector<Variant> reversed, UINT* wrong = nullptr, EXCEPINFO* info = nullptr) {
+    HRESULT Raw(DISPID id, WORD flags, std::vector<Variant> reversed, UINT* wrong = nullptr,
+                EXCEPINFO* info = nullptr) {
         std::vector<VARIANT> raw;
         for (auto& v : reversed) raw.push_back(v.Get());
         DISPPARAMS parameters{raw.data(), nullptr, static_cast<UINT>(raw.size()), 0};
@@ -123,15 +132,19 @@ TEST_F(Dispatch, ConvertsAsBasicDoesAndFindsNamesWithoutCase) {
 
 TEST_F(Dispatch, LeavesOptionalArgumentsOutAndTakesThemByName) {
     EXPECT_EQ(shelf.Call(L"Joined", {Variant("a")}).ToText(), "a|-|none");
-    EXPECT_EQ(shelf.Call(L"Joined", {Variant("a"), Variant::Missing(), Variant(true)}).ToText(), "a|-|loud");
+    EXPECT_EQ(shelf.Call(L"Joined", {Variant("a"), Variant::Missing(), Variant(true)}).ToText(),
+              "a|-|loud");
 
-    LPOLESTR names[] = {const_cast<wchar_t*>(L"joined"), const_cast<wchar_t*>(L"LOUD"), const_cast<wchar_t*>(L"a")};
+    LPOLESTR names[] = {const_cast<wchar_t*>(L"joined"), const_cast<wchar_t*>(L"LOUD"),
+                        const_cast<wchar_t*>(L"a")};
     DISPID ids[3];
     ASSERT_EQ(shelf.Object()->GetIDsOfNames(IID_NULL, names, 3, 0, ids), S_OK);
     Variant loud(false), a("x"), result;
     VARIANT arguments[] = {loud.Get(), a.Get()};
     DISPPARAMS parameters{arguments, &ids[1], 2, 2};
-    ASSERT_EQ(shelf.Object()->Invoke(ids[0], IID_NULL, 0, DISPATCH_METHOD, &parameters, result.Put(), nullptr, nullptr), S_OK);
+    ASSERT_EQ(shelf.Object()->Invoke(ids[0], IID_NULL, 0, DISPATCH_METHOD, &parameters,
+                                     result.Put(), nullptr, nullptr),
+              S_OK);
     EXPECT_EQ(result.ToText(), "x|-|soft");
 
     names[1] = const_cast<wchar_t*>(L"volume");
@@ -145,13 +158,19 @@ TEST_F(Dispatch, UnwrapsVariablesAndWritesThemBack) {
     references[0].pvarVal = b.Address();
     references[1].pvarVal = a.Address();
     DISPPARAMS parameters{references, nullptr, 2, 0};
-    ASSERT_EQ(shelf.Object()->Invoke(3, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr, nullptr), S_OK);
+    ASSERT_EQ(shelf.Object()->Invoke(3, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr,
+                                     nullptr),
+              S_OK);
     EXPECT_EQ(a.ToText(), "right");
     EXPECT_EQ(b.ToText(), "left");
 }
 
 TEST_F(Dispatch, PassesSpareArgumentsToTheDefaultMemberOfWhatAPropertyGives) {
-    EXPECT_EQ(shelf.Invoke(DISPID_VALUE, DISPATCH_METHOD | DISPATCH_PROPERTYGET, std::vector<Variant>{Variant(2)}).IsObject(), true);
+    EXPECT_EQ(shelf
+                  .Invoke(DISPID_VALUE, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                          std::vector<Variant>{Variant(2)})
+                  .IsObject(),
+              true);
     EXPECT_EQ(Late(shelf.Get(L"Self", {Variant(2)})).Get(L"Pages").ToInt32(), 2);
     shelf.Put(L"Self", {Variant(1), Variant("Nieuw")}); // Self(1) = "Nieuw" reaches Title
     EXPECT_EQ(Late(shelf.Get(L"Item", {Variant(1)})).Get(L"Title").ToText(), "Nieuw");
@@ -183,7 +202,12 @@ TEST_F(Dispatch, EnumeratesAndKeepsItsPlaceInACopy) {
 }
 
 TEST_F(Dispatch, TurnsExceptionsIntoTheHostsErrors) {
-    struct { std::int32_t n; HRESULT scode; const char* text; const char* source; } cases[] = {
+    struct {
+        std::int32_t n;
+        HRESULT scode;
+        const char* text;
+        const char* source;
+    } cases[] = {
         {1, platform::errors::notFound, "Geen boek \"é\"", "Shelf"},
         {2, static_cast<HRESULT>(0x800A0BCD), "Basic's number", "Kavidex"},
         {3, E_FAIL, "standard", "Kavidex.Shelf"},
@@ -205,8 +229,10 @@ TEST_F(Dispatch, RefusesWrongCallsWithTheirPlace) {
     EXPECT_EQ(Raw(2, DISPATCH_METHOD, {}), DISP_E_PARAMNOTOPTIONAL);
     EXPECT_EQ(Raw(2, DISPATCH_METHOD, {Variant("a"), Variant("b")}), DISP_E_BADPARAMCOUNT);
     EXPECT_EQ(Raw(99, DISPATCH_METHOD, {}), DISP_E_MEMBERNOTFOUND);
-    EXPECT_EQ(Raw(1, DISPATCH_METHOD, {Variant("maybe"), Variant("b"), Variant("a")}, &wrong), DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(Raw(1, DISPATCH_METHOD, {Variant("maybe"), Variant("b"), Variant("a")}, &wrong),
+              DISP_E_TYPEMISMATCH);
     EXPECT_EQ(wrong, 0u); // rgvarg counts from the last argument
     EXPECT_EQ(Raw(5, DISPATCH_PROPERTYGET, {}), DISP_E_PARAMNOTOPTIONAL);
-    EXPECT_THROW(shelf.Put(L"Mark", {Variant("x"), Variant(40000)}), platform::Error); // overflows 16 bits
+    EXPECT_THROW(shelf.Put(L"Mark", {Variant("x"), Variant(40000)}),
+                 platform::Error); // overflows 16 bits
 }

@@ -133,10 +133,10 @@ TEST_F(clsSettingsTest, ConvertsTheKeyColumnOfAnOldTable) {
 }
 
 TEST_F(clsSettingsTest, ReadsAnIdOfZeroOnceMore) {
-    for (const char* statement :
-         {"DROP TABLE tblSettings",
-          "CREATE TABLE tblSettings (Id LONG, Section TEXT(255), SKey TEXT(255), [Value] TEXT(255))",
-          "insert into tblSettings (Id,Section,SKey) values (0,'A','B')"})
+    for (const char* statement : {"DROP TABLE tblSettings",
+                                  "CREATE TABLE tblSettings (Id LONG, Section TEXT(255), SKey "
+                                  "TEXT(255), [Value] TEXT(255))",
+                                  "insert into tblSettings (Id,Section,SKey) values (0,'A','B')"})
         connection->Execute(statement);
     EXPECT_TRUE(settings.GetSetting("A", "B", value));
     EXPECT_EQ(settings.Id(), 0);

@@ -17,7 +17,8 @@ protected:
     std::string path = folder.Path("x.kdb");
 
     static std::string Count(Connection& connection, const std::string& table) {
-        return ToText(connection.Open({.text = "Select count(*) from " + table, .parameters = {}})->Get(0));
+        return ToText(
+            connection.Open({.text = "Select count(*) from " + table, .parameters = {}})->Get(0));
     }
     std::string Bytes(const std::string& name) {
         std::ifstream file(folder.Native(name), std::ios::binary);
@@ -26,7 +27,8 @@ protected:
     void Write(const std::string& name, const std::string& bytes) {
         std::ofstream(folder.Native(name), std::ios::binary) << bytes;
     }
-    template <class Action> static std::string Failure(Action action) {
+    template <class Action>
+    static std::string Failure(Action action) {
         try {
             action();
         } catch (const Error& error) {
@@ -42,7 +44,12 @@ protected:
 
 TEST_F(EmbeddedFiles, HoldTheBaseSchemaAndNothingBeside) {
     const ConnectionPtr connection = EmbeddedDatabase::Create(path);
-    EXPECT_EQ(ToText(connection->Open({.text = "Select [Value] from tblSettings where Section = 'build' and sKey = 'dbversion'", .parameters = {}})->Get(0)), "1.0.8");
+    EXPECT_EQ(ToText(connection
+                         ->Open({.text = "Select [Value] from tblSettings where Section = 'build' "
+                                         "and sKey = 'dbversion'",
+                                 .parameters = {}})
+                         ->Get(0)),
+              "1.0.8");
     const RecordsetPtr tables = connection->OpenSchema(Schema::Tables);
     EXPECT_EQ(tables->RecordCount(), 16);
     tables->SetFilter("TABLE_NAME = 'tblsettings' and TABLE_TYPE = 'TABLE'");
@@ -61,11 +68,14 @@ TEST_F(EmbeddedFiles, HoldTheBaseSchemaAndNothingBeside) {
     connection->Close();
     EXPECT_EQ(Entries(), 1u);
     EXPECT_TRUE(EmbeddedDatabase::Check(path).empty());
-    EXPECT_NE(Failure([&] { EmbeddedDatabase::Create(path); }).find("exists already"), std::string::npos);
+    EXPECT_NE(Failure([&] { EmbeddedDatabase::Create(path); }).find("exists already"),
+              std::string::npos);
     EXPECT_EQ(Count(*EmbeddedDatabase::OpenOrCreate(path), "tblSettings"), "1");
     const std::string hard = folder.Path("O'Brien 100% [\xC3\xA9\xE4\xB8\xAD] file.x.kdb");
     EXPECT_EQ(Count(*EmbeddedDatabase::OpenOrCreate(hard), "tblTree"), "0");
-    EXPECT_NE(Failure([&] { EmbeddedDatabase::Open(folder.Path("none.kdb")); }).find("does not exist"), std::string::npos);
+    EXPECT_NE(
+        Failure([&] { EmbeddedDatabase::Open(folder.Path("none.kdb")); }).find("does not exist"),
+        std::string::npos);
     EXPECT_NE(Failure([&] { EmbeddedDatabase::Create(folder.Path("none\\x.kdb")); }), "");
     EXPECT_EQ(Entries(), 2u);
 }
@@ -86,9 +96,11 @@ TEST_F(EmbeddedFiles, OfOtherKindsAreRefusedAndLeftAsTheyWere) {
     };
     for (const auto& [name, bytes] : files) {
         Write(name, bytes);
-        const std::string message = Failure([&, file = name] { EmbeddedDatabase::Open(folder.Path(file)); });
+        const std::string message =
+            Failure([&, file = name] { EmbeddedDatabase::Open(folder.Path(file)); });
         EXPECT_NE(message.find(name), std::string::npos) << name << ": " << message;
-        EXPECT_NE(Failure([&, file = name] { EmbeddedDatabase::OpenOrCreate(folder.Path(file)); }), "");
+        EXPECT_NE(Failure([&, file = name] { EmbeddedDatabase::OpenOrCreate(folder.Path(file)); }),
+                  "");
         EXPECT_EQ(Bytes(name), bytes) << name;
     }
     EXPECT_FALSE(EmbeddedDatabase::Check(folder.Path("scrambled.kdb")).empty());
@@ -118,7 +130,8 @@ TEST_F(EmbeddedFiles, CountTransactionLevelsAndUndoOnClose) {
     connection->Close();
     connection = EmbeddedDatabase::Open(path);
     EXPECT_EQ(Count(*connection, "tblTree"), "1");
-    EXPECT_EQ(connection->Open({.text = "Select * from tblTree", .parameters = {}})->Fields().size(), 7u);
+    EXPECT_EQ(
+        connection->Open({.text = "Select * from tblTree", .parameters = {}})->Fields().size(), 7u);
 }
 
 TEST_F(EmbeddedFiles, ServeSeveralConnections) {
@@ -146,7 +159,9 @@ TEST_F(EmbeddedFiles, AreCopiedWholeWhileInUse) {
     EXPECT_EQ(Count(*EmbeddedDatabase::Open(folder.Path("copy.kdb")), "tblTree"), "1");
     EmbeddedDatabase::BackupTo(*connection, folder.Path("copy.kdb"));
     EXPECT_EQ(Count(*EmbeddedDatabase::Open(folder.Path("copy.kdb")), "tblTree"), "2");
-    EXPECT_NE(Failure([&] { EmbeddedDatabase::BackupTo(*connection, folder.Path("none\\copy.kdb")); }), "");
+    EXPECT_NE(
+        Failure([&] { EmbeddedDatabase::BackupTo(*connection, folder.Path("none\\copy.kdb")); }),
+        "");
     EXPECT_TRUE(EmbeddedDatabase::Check(*connection).empty());
     EXPECT_EQ(Entries(), 2u);
 }

@@ -12,7 +12,9 @@ protected:
     ConnectionPtr connection = EmbeddedDatabase::CreateInMemory();
 
     void Run(const std::string& statement) { connection->Execute(statement); }
-    RecordsetPtr Open(const std::string& statement) { return connection->Open({.text = statement, .parameters = {}}); }
+    RecordsetPtr Open(const std::string& statement) {
+        return connection->Open({.text = statement, .parameters = {}});
+    }
 
     // The first value of the first row as text; "(none)" without rows.
     std::string First(const std::string& statement) {
@@ -86,11 +88,21 @@ TEST_F(EmbeddedDialect, MatchesPatternsOfBothWildcardFamilies) {
         const char* pattern;
         bool matches;
     } cases[] = {
-        {"Dossier", "Dos%", true},    {"Dossier", "dos*", true},   {"Dossier", "%SIER", true},
-        {"Dossier", "D?ss_er", true}, {"Dossier", "Dossier", true}, {"Dossier", "Dos", false},
-        {"Dossier", "", false},       {"", "%", true},             {"a[b", "a[b", true},
-        {"cat", "[a-d]at", true},     {"hat", "[a-d]at", false},   {"hat", "[!a-d]at", true},
-        {"\xC3\x89toile", "\xC3\xA9*", true}, {"aXbXc", "a*x*c", true}, {"100%", "100[%]", true},
+        {"Dossier", "Dos%", true},
+        {"Dossier", "dos*", true},
+        {"Dossier", "%SIER", true},
+        {"Dossier", "D?ss_er", true},
+        {"Dossier", "Dossier", true},
+        {"Dossier", "Dos", false},
+        {"Dossier", "", false},
+        {"", "%", true},
+        {"a[b", "a[b", true},
+        {"cat", "[a-d]at", true},
+        {"hat", "[a-d]at", false},
+        {"hat", "[!a-d]at", true},
+        {"\xC3\x89toile", "\xC3\xA9*", true},
+        {"aXbXc", "a*x*c", true},
+        {"100%", "100[%]", true},
     };
     for (const auto& [text, pattern, matches] : cases)
         EXPECT_EQ(First(std::string("Select '") + text + "' like '" + pattern + "'"),
@@ -119,8 +131,10 @@ TEST_F(EmbeddedDialect, TakesEveryFormOfFlag) {
 
 TEST_F(EmbeddedDialect, RefusesWhatBelongsToOtherServers) {
     for (const char* statement : {
-             "CREATE TABLE tblX ( Id INTEGER Identity(1000,1)  CONSTRAINT c PRIMARY KEY, a CHAR(5))",
-             "CREATE TABLE tblX ( Id BIGINT AUTO_INCREMENT  PRIMARY KEY, a CHAR(5)) AUTO_INCREMENT = 1000",
+             "CREATE TABLE tblX ( Id INTEGER Identity(1000,1)  CONSTRAINT c PRIMARY KEY, a "
+             "CHAR(5))",
+             "CREATE TABLE tblX ( Id BIGINT AUTO_INCREMENT  PRIMARY KEY, a CHAR(5)) AUTO_INCREMENT "
+             "= 1000",
              "CREATE TABLE tblX (Id COUNTER PRIMARY KEY, a NTEXT)",
              "CREATE TABLE tblX (Id COUNTER PRIMARY KEY, a LONGTEXT)",
              "CREATE TABLE tblX (Id COUNTER PRIMARY KEY) AUTO_INCREMENT = 1000",
@@ -146,7 +160,8 @@ TEST_F(EmbeddedDialect, RefusesWhatBelongsToOtherServers) {
     EXPECT_EQ(Failure("Select * from tblNone"), errors::noTable);
     EXPECT_EQ(Failure("Select * from sqlite_master"), errors::noTable);
     EXPECT_EQ(Failure("Select Nothing from tblTree"), errors::syntax);
-    EXPECT_EQ(Failure("insert into tblDossierTabs (TabDescription) values (Dossier)"), errors::syntax);
+    EXPECT_EQ(Failure("insert into tblDossierTabs (TabDescription) values (Dossier)"),
+              errors::syntax);
     const std::string deep(5000, '(');
     EXPECT_EQ(Failure("Select " + deep), errors::syntax);
     std::string negations = "Select ";
@@ -185,16 +200,18 @@ TEST_F(EmbeddedDialect, RefusesValuesThatDoNotFitAndNamesTheColumn) {
     Run("CREATE TABLE tblFit (Id COUNTER, Short TEXT(3), Number LONG, Tiny SHORT, Real DOUBLE)");
     Run("insert into tblFit (Short, Number, Tiny, Real) values ('abc', '12', 7, 1.5)");
     EXPECT_EQ(First("Select Number + 1 from tblFit"), "13");
-    for (const char* values : {"(Short) values ('abcd')", "(Number) values ('x')",
-                               "(Number) values (2147483648)", "(Tiny) values (40000)",
-                               "(Real) values ('x')"})
-        EXPECT_EQ(Failure(std::string("insert into tblFit ") + values), errors::integrity) << values;
+    for (const char* values :
+         {"(Short) values ('abcd')", "(Number) values ('x')", "(Number) values (2147483648)",
+          "(Tiny) values (40000)", "(Real) values ('x')"})
+        EXPECT_EQ(Failure(std::string("insert into tblFit ") + values), errors::integrity)
+            << values;
     try {
         Run("update tblFit set Short = 'much too long'");
         FAIL();
     } catch (const Error& error) {
         EXPECT_NE(std::string(error.what()).find("'Short'"), std::string::npos) << error.what();
-        EXPECT_NE(std::string(error.what()).find("3 characters"), std::string::npos) << error.what();
+        EXPECT_NE(std::string(error.what()).find("3 characters"), std::string::npos)
+            << error.what();
         EXPECT_EQ(error.Statement(), "update tblFit set Short = 'much too long'");
         ASSERT_EQ(connection->Errors().size(), 1u);
         EXPECT_EQ(connection->Errors()[0].number, errors::integrity);
@@ -212,16 +229,25 @@ TEST_F(EmbeddedDialect, NumbersRowsFromOneAndNeverAgain) {
 }
 
 TEST_F(EmbeddedDialect, ComparesAndOrdersTextsWithoutCase) {
-    for (const char* text : {"beta", "Alpha", "\xC3\x89" "cole", "\xC3\xA9" "clair", "ALPHA"})
+    for (const char* text : {"beta", "Alpha",
+                             "\xC3\x89"
+                             "cole",
+                             "\xC3\xA9"
+                             "clair",
+                             "ALPHA"})
         Run(std::string("Insert into tblTree (Description) Values ('") + text + "')");
     EXPECT_EQ(First("Select count(*) from tblTree where Description = 'alpha'"), "2");
-    EXPECT_EQ(First("Select count(*) from tblTree where Description = '\xC3\xA9" "COLE'"), "1");
-    EXPECT_EQ(First("Select Description from tblTree order by Description desc"), "\xC3\x89" "cole");
+    EXPECT_EQ(First("Select count(*) from tblTree where Description = '\xC3\xA9"
+                    "COLE'"),
+              "1");
+    EXPECT_EQ(First("Select Description from tblTree order by Description desc"), "\xC3\x89"
+                                                                                  "cole");
     Run("CREATE UNIQUE INDEX indOnce on tblTree (Description, Id)");
     Run("CREATE TABLE tblOnce (Id COUNTER, Word TEXT(20))");
     Run("CREATE UNIQUE INDEX indWord on tblOnce (Word)");
     Run("insert into tblOnce (Word) values ('\xC3\x89t\xC3\xA9')");
-    EXPECT_EQ(Failure("insert into tblOnce (Word) values ('\xC3\xA9T\xC3\x89')"), errors::integrity);
+    EXPECT_EQ(Failure("insert into tblOnce (Word) values ('\xC3\xA9T\xC3\x89')"),
+              errors::integrity);
 }
 
 TEST_F(EmbeddedDialect, KeepsHostileTextsWhole) {
@@ -248,17 +274,40 @@ TEST_F(EmbeddedDialect, KeepsHostileTextsWhole) {
 
 // The list of a folder's documents: the largest statement that the system runs on this dialect.
 TEST_F(EmbeddedDialect, ListsTheDocumentsOfAFolder) {
-    Run("CREATE TABLE tblDocExtraInfo (Id COUNTER CONSTRAINT IdDocEx PRIMARY KEY, DocId LONG, SendTo "
-        "TEXT(255), SendFrom TEXT(255), SendOn TEXT(255), RecievedOn TEXT(255), NrOfAttatchements LONG)");
-    Run("Insert into tblDocument (InsertedBy,InsertDate,InsertTime,DocId) Values ('jan',20040501,1230,1)");
-    Run("Insert into tblDocument (InsertedBy,InsertDate,InsertTime,DocId) Values ('piet',20031224,915,2)");
-    Run("Insert into tblDocExtraInfo (DocId,SendTo,SendOn,NrOfAttatchements) Values (2,'x@y','20031224091533',3)");
+    Run("CREATE TABLE tblDocExtraInfo (Id COUNTER CONSTRAINT IdDocEx PRIMARY KEY, DocId LONG, "
+        "SendTo "
+        "TEXT(255), SendFrom TEXT(255), SendOn TEXT(255), RecievedOn TEXT(255), NrOfAttatchements "
+        "LONG)");
+    Run("Insert into tblDocument (InsertedBy,InsertDate,InsertTime,DocId) Values "
+        "('jan',20040501,1230,1)");
+    Run("Insert into tblDocument (InsertedBy,InsertDate,InsertTime,DocId) Values "
+        "('piet',20031224,915,2)");
+    Run("Insert into tblDocExtraInfo (DocId,SendTo,SendOn,NrOfAttatchements) Values "
+        "(2,'x@y','20031224091533',3)");
     Run("Insert into tblTreeItem (Type,ItemId,ParentId,Description) Values ('tif',1,5,'Scan')");
     Run("Insert into tblTreeItem (Type,ItemId,ParentId,Description) Values ('msg',2,5,'Mail')");
     Run("Insert into tblTreeItem (Type,ItemId,ParentId,Description) Values ('tab',0,5,'Folder')");
     Run("Insert into tblTreeItem (Type,ParentId,Description) Values ('tab',5,'Folder')");
     const RecordsetPtr list = Open(
-        "SELECT tblTreeItem.Id, tblTreeItem.Description as Omschrijving, tblTreeItem.Type, tblDocument.InsertedBy as [Toegevoegd door], tblDocument.InsertDate & tblDocument.InsertTime as InsertSort, right(tblDocument.InsertDate,2) & '-' & mid(tblDocument.InsertDate,5,2) & '-' & left(tblDocument.InsertDate,4)   & ' ' & left(tblDocument.InsertTime,2) & ':' & right(tblDocument.InsertTime,2) as [Toegevoegd op], tblDocExtraInfo.SendTo as [Verzonden aan], tblDocExtraInfo.SendFrom as [Ontvangen van],  tblDocExtraInfo.SendOn as [Sort Verzonden op], iif(tblDocExtraInfo.SendOn is null,'',mid(tblDocExtraInfo.SendOn,7,2) & '-' & mid(tblDocExtraInfo.SendOn,5,2) & '-' & left(tblDocExtraInfo.SendOn,4)   & ' ' & mid(tblDocExtraInfo.SendOn,9,2) & ':' & mid(tblDocExtraInfo.SendOn,11,2) & ':' & mid(tblDocExtraInfo.SendOn,13,2)) as [Verzonden op],  tblDocExtraInfo.RecievedOn as [Sort Ontvangen op], iif(tblDocExtraInfo.RecievedOn is null,'',mid(tblDocExtraInfo.RecievedOn,7,2) & '-' & mid(tblDocExtraInfo.RecievedOn,5,2) & '-' & left(tblDocExtraInfo.RecievedOn,4)   & ' ' & mid(tblDocExtraInfo.RecievedOn,9,2) & ':' & mid(tblDocExtraInfo.RecievedOn,11,2) & ':' & mid(tblDocExtraInfo.RecievedOn,13,2)) as [Ontvangen op],  tblDocExtraInfo.NrOfAttatchements as [Aantal bijlagen] FROM (tblTreeItem LEFT JOIN tblDocument ON tblTreeItem.ItemId = tblDocument.DocId) LEFT JOIN tblDocExtraInfo ON tblDocument.Id = tblDocExtraInfo.DocId Where Not ((ItemId Is Null) Or ItemId = 0) And ParentId = 5");
+        "SELECT tblTreeItem.Id, tblTreeItem.Description as Omschrijving, tblTreeItem.Type, "
+        "tblDocument.InsertedBy as [Toegevoegd door], tblDocument.InsertDate & "
+        "tblDocument.InsertTime as InsertSort, right(tblDocument.InsertDate,2) & '-' & "
+        "mid(tblDocument.InsertDate,5,2) & '-' & left(tblDocument.InsertDate,4)   & ' ' & "
+        "left(tblDocument.InsertTime,2) & ':' & right(tblDocument.InsertTime,2) as [Toegevoegd "
+        "op], tblDocExtraInfo.SendTo as [Verzonden aan], tblDocExtraInfo.SendFrom as [Ontvangen "
+        "van],  tblDocExtraInfo.SendOn as [Sort Verzonden op], iif(tblDocExtraInfo.SendOn is "
+        "null,'',mid(tblDocExtraInfo.SendOn,7,2) & '-' & mid(tblDocExtraInfo.SendOn,5,2) & '-' & "
+        "left(tblDocExtraInfo.SendOn,4)   & ' ' & mid(tblDocExtraInfo.SendOn,9,2) & ':' & "
+        "mid(tblDocExtraInfo.SendOn,11,2) & ':' & mid(tblDocExtraInfo.SendOn,13,2)) as [Verzonden "
+        "op],  tblDocExtraInfo.RecievedOn as [Sort Ontvangen op], iif(tblDocExtraInfo.RecievedOn "
+        "is null,'',mid(tblDocExtraInfo.RecievedOn,7,2) & '-' & "
+        "mid(tblDocExtraInfo.RecievedOn,5,2) & '-' & left(tblDocExtraInfo.RecievedOn,4)   & ' ' & "
+        "mid(tblDocExtraInfo.RecievedOn,9,2) & ':' & mid(tblDocExtraInfo.RecievedOn,11,2) & ':' & "
+        "mid(tblDocExtraInfo.RecievedOn,13,2)) as [Ontvangen op],  "
+        "tblDocExtraInfo.NrOfAttatchements as [Aantal bijlagen] FROM (tblTreeItem LEFT JOIN "
+        "tblDocument ON tblTreeItem.ItemId = tblDocument.DocId) LEFT JOIN tblDocExtraInfo ON "
+        "tblDocument.Id = tblDocExtraInfo.DocId Where Not ((ItemId Is Null) Or ItemId = 0) And "
+        "ParentId = 5");
     ASSERT_EQ(list->RecordCount(), 2);
     ASSERT_EQ(list->Fields().size(), 13u);
     EXPECT_EQ(list->Fields()[1].name, "Omschrijving");
@@ -275,7 +324,8 @@ TEST_F(EmbeddedDialect, ListsTheDocumentsOfAFolder) {
 
 TEST_F(EmbeddedDialect, BindsParametersInOrder) {
     Command command{.text = "Select ? & '-' & ? & '-' & 5", .parameters = {}};
-    command.parameters = {{.name = "a", .value = std::string("x")}, {.name = "b", .value = Value(std::int64_t{2})}};
+    command.parameters = {{.name = "a", .value = std::string("x")},
+                          {.name = "b", .value = Value(std::int64_t{2})}};
     EXPECT_EQ(ToText(connection->Open(command)->Get(0)), "x-2-5");
     command.parameters.pop_back();
     EXPECT_THROW(connection->Open(command), Error);
@@ -290,8 +340,9 @@ TEST_F(EmbeddedDialect, KeepsStatementsOfOneShapeApartByTheirValues) {
     for (int i = 1; i <= 5; ++i) {
         EXPECT_EQ(First("Select Description from tblTree where TreeId = " + std::to_string(i * 10)),
                   "t" + std::to_string(i));
-        EXPECT_EQ(First("Select TreeId from tblTree where Description = 't" + std::to_string(i) + "'"),
-                  std::to_string(i * 10));
+        EXPECT_EQ(
+            First("Select TreeId from tblTree where Description = 't" + std::to_string(i) + "'"),
+            std::to_string(i * 10));
     }
     // Numbers that stand in the statement itself.
     EXPECT_EQ(Open("Select top 2 * from tblTree")->RecordCount(), 2);

@@ -24,9 +24,9 @@ using Faulty = std::shared_ptr<FaultyConnection>;
 // wait for a disk.
 struct UpgradeFaults : testing::Test {
     FakeWorkstation machine;
-    fs::path folder = (access("/dev/shm", W_OK) == 0 ? fs::path("/dev/shm")
-                                                     : fs::temp_directory_path()) /
-                      ("kavidex-upgrade-" + std::to_string(getpid()));
+    fs::path folder =
+        (access("/dev/shm", W_OK) == 0 ? fs::path("/dev/shm") : fs::temp_directory_path()) /
+        ("kavidex-upgrade-" + std::to_string(getpid()));
 
     UpgradeFaults() { fs::create_directories(folder); }
     ~UpgradeFaults() override { fs::remove_all(folder); }
@@ -91,7 +91,8 @@ struct UpgradeFaults : testing::Test {
     void FailEverywhere(const std::string& before, const std::vector<std::string>& steps,
                         const std::string& versionAfter, const std::string& printoutAfter) {
         for (std::size_t n = 1; n <= steps.size(); ++n) {
-            // Translations are hundreds of inserts, all alike: every fortieth stands for the others.
+            // Translations are hundreds of inserts, all alike: every fortieth stands for the
+            // others.
             if (steps[n - 1].starts_with("insert into tblTranslations") && n % 40 != 0) continue;
             for (const bool onwards : {false, true}) {
                 SCOPED_TRACE((onwards ? "dropped after " : "refused after ") + steps[n - 1]);
