@@ -12,6 +12,8 @@ here=$(cd "$(dirname "$0")/.." && pwd)
 home=${KAVIDEX_WINE_HOME:-$here/build/wine}
 mkdir -p "$home"
 export WINEPREFIX=$home/prefix WINEARCH=win32 WINEDEBUG=${WINEDEBUG:--all}
+# Wine names files by the locale's character set; without UTF-8 it knows only ASCII ones.
+case ${LC_ALL:-${LC_CTYPE:-${LANG:-}}} in *UTF-8 | *utf8) ;; *) export LC_ALL=C.UTF-8 ;; esac
 export WINEDLLOVERRIDES='mscoree=,mshtml=,winemenubuilder.exe='
 
 alive() { [ -s "$1" ] && kill -0 "$(cat "$1")" 2>/dev/null; }
@@ -52,7 +54,7 @@ up() {
 
 case ${1:-} in
   up) up ;;
-  env) up; printf 'export DISPLAY=%q WINEPREFIX=%q WINEARCH=win32 WINEDEBUG=%q WINEDLLOVERRIDES=%q\n' \
+  env) up; printf 'export LC_CTYPE=C.UTF-8 DISPLAY=%q WINEPREFIX=%q WINEARCH=win32 WINEDEBUG=%q WINEDLLOVERRIDES=%q\n' \
          "$DISPLAY" "$WINEPREFIX" "$WINEDEBUG" "$WINEDLLOVERRIDES" ;;
   run) shift; up; exec timeout --kill-after=10 "${KAVIDEX_WINE_SECONDS:-300}" wine "$@" 9>&- ;;
   shot) up; import-im6 -window root "$2" ;;
