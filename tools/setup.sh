@@ -15,6 +15,10 @@ native=(build-essential cmake ninja-build ccache pkg-config dpkg-dev tcl
 cross=(g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev libz-mingw-w64-dev)
 desktop=(xvfb xauth x11-utils openbox xdotool fonts-wine fonts-liberation)
 wine=(wine wine32:i386)
+# What Windows programs under Wine reach MariaDB by. Installed, the first would displace the native
+# driver: these are unpacked into a folder, and what they need is installed.
+odbc32=(odbc-mariadb:i386 libmariadb3:i386 libodbc2:i386 libodbcinst2:i386)
+odbc32Needs=(libltdl7:i386 libssl3:i386 zlib1g:i386)
 
 say() { printf 'setup: %s\n' "$*"; }
 asRoot() { if [ "$(id -u)" = 0 ]; then "$@"; else sudo "$@"; fi; }
@@ -85,6 +89,32 @@ setupWine() {
   echo ready >"$stateFile"
 }
 
+# The 32-bit ODBC driver of MariaDB, unpacked. Without it the tests that need it say so.
+setupOdbc32() {
+  local state=$deps/odbc32.state folder=$deps/odbc32 work name names
+  [ "$(cat "$stateFile")" = ready ] || { cp "$stateFile" "$state"; return 0; }
+  [ "$(cat "$state" 2>/dev/null)" = ready ] && [ -d "$folder" ] && return 0
+  say "unpacking the 32-bit ODBC driver"
+  work=$(mktemp -d)
+  mapfile -t names < <(missing "${odbc32Needs[@]}")
+  if install "${names[@]}" && fetchPackages "$work" "${odbc32[@]}"; then
+    rm -rf "$folder"; mkdir "$folder"
+    for name in "$work"/*.deb; do dpkg -x "$name" "$folder"; done
+    echo ready >"$state"
+  else
+    say "the 32-bit ODBC driver cannot be fetched: tests of MariaDB under Wine will be counted as skipped"
+    echo "skipped: the 32-bit ODBC driver cannot be fetched here" >"$state"
+  fi
+  rm -rf "$work"
+}
+
+# fetchPackages DIR NAME...: downloads the packages there, with a fresh index where the old one fails.
+fetchPackages() {
+  local dir=$1; shift
+  local fetch=(apt-get -q -o APT::Sandbox::User=root download "$@")
+  ( cd "$dir"; "${fetch[@]}" >"$dir/log" 2>&1 || { update; "${fetch[@]}" >"$dir/log" 2>&1; } || { tail -n 5 "$dir/log" >&2; false; } )
+}
+
 # SQLite for Windows, from the source package of the release that the native build links against.
 buildSqlite() {
   local prefix=$deps/win32
@@ -141,6 +171,7 @@ mirrorOf() {
 mkdir -p "$deps"
 setupPackages
 setupWine
+setupOdbc32
 buildSqlite
 buildGoogleTest
 say "ready"

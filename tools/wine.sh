@@ -16,6 +16,9 @@ export WINEPREFIX=$home/prefix WINEARCH=win32 WINEDEBUG=${WINEDEBUG:--all}
 case ${LC_ALL:-${LC_CTYPE:-${LANG:-}}} in *UTF-8 | *utf8) ;; *) export LC_ALL=C.UTF-8 ;; esac
 export WINEDLLOVERRIDES='mscoree=,mshtml=,winemenubuilder.exe='
 
+# Wine's ODBC loads the system's 32-bit one, which the setup unpacked.
+export LD_LIBRARY_PATH=$here/build/deps/odbc32/usr/lib/i386-linux-gnu${LD_LIBRARY_PATH:+:$LD_LIBRARY_PATH}
+
 alive() { [ -s "$1" ] && kill -0 "$(cat "$1")" 2>/dev/null; }
 
 screenUp() {
@@ -54,8 +57,8 @@ up() {
 
 case ${1:-} in
   up) up ;;
-  env) up; printf 'export LC_CTYPE=C.UTF-8 DISPLAY=%q WINEPREFIX=%q WINEARCH=win32 WINEDEBUG=%q WINEDLLOVERRIDES=%q\n' \
-         "$DISPLAY" "$WINEPREFIX" "$WINEDEBUG" "$WINEDLLOVERRIDES" ;;
+  env) up; printf 'export LC_CTYPE=C.UTF-8 DISPLAY=%q WINEPREFIX=%q WINEARCH=win32 WINEDEBUG=%q WINEDLLOVERRIDES=%q LD_LIBRARY_PATH=%q\n' \
+         "$DISPLAY" "$WINEPREFIX" "$WINEDEBUG" "$WINEDLLOVERRIDES" "$LD_LIBRARY_PATH" ;;
   run) shift; up; exec timeout --kill-after=10 "${KAVIDEX_WINE_SECONDS:-300}" wine "$@" 9>&- ;;
   shot) up; import-im6 -window root "$2" ;;
   stop)

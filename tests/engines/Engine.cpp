@@ -5,6 +5,7 @@
 #include "data/embedded/EmbeddedDatabase.h"
 #include "data/odbc/OdbcConnection.h"
 #include "tests/engines/MariaDbServer.h"
+#include "tests/engines/MySqlDatabase.h"
 
 namespace kavidex::tests {
 
@@ -26,26 +27,10 @@ private:
 
 class MariaDbDatabase : public TestDatabase {
 public:
-    MariaDbDatabase() {
-        static int count = 0;
-        lclName = "suite" + std::to_string(++count);
-        data::OpenOdbc(MariaDbServer::Instance().ConnectionString(""))
-            ->Execute("create database " + lclName);
-    }
-    ~MariaDbDatabase() override {
-        try {
-            data::OpenOdbc(MariaDbServer::Instance().ConnectionString(""))
-                ->Execute("drop database " + lclName);
-        } catch (const platform::Error& error) {
-            ADD_FAILURE() << error.what();
-        }
-    }
-    ConnectionPtr Connect() override {
-        return data::OpenOdbc(MariaDbServer::Instance().ConnectionString(lclName));
-    }
+    ConnectionPtr Connect() override { return data::OpenOdbc(lclDatabase.ConnectionString()); }
 
 private:
-    std::string lclName;
+    MySqlDatabase lclDatabase{MariaDbServer::Instance().ConnectionString("")};
 };
 
 const char* SqlServerString() { return std::getenv("KAVIDEX_SQLSERVER"); }

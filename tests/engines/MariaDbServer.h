@@ -8,8 +8,7 @@ namespace kavidex::tests {
 
 class MariaDbServer {
 public:
-    // Started on first use, stopped at the end of the process; should the process crash, the kernel
-    // ends the server with it.
+    // Started on first use, stopped at the end of the process, and soon after it should it crash.
     static MariaDbServer& Instance();
 
     // Why there is none; empty when it runs.
@@ -23,13 +22,8 @@ public:
 private:
     MariaDbServer();
     ~MariaDbServer();
-    void Start();
-    void Stop();
-    bool Answers() const;
 
-    std::string lclMissing, lclFolder, lclDriver;
-    int lclPort = 0;
-    int lclPid = 0;
+    std::string lclFolder, lclConnection, lclMissing;
 };
 
 } // namespace kavidex::tests

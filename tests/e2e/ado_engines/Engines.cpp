@@ -1,10 +1,11 @@
-// The engines that can be reached through COM on this machine.
+// The engines that can be reached through COM on this machine, and ODBC without it.
 #include <cstdlib>
 
 #include "data/win32/LateAdoConnection.h"
 #include "data/win32/LateAdoFactory.h"
 #include "tests/e2e/doubles/AdoClasses.h"
 #include "tests/engines/Engine.h"
+#include "tests/engines/MySqlDatabase.h"
 
 namespace kavidex::tests {
 
@@ -60,9 +61,27 @@ private:
     FakeWorkstation lclMachine;
 };
 
-class MySqlByOdbc : public ComDatabase {
+std::string Variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value ? value : "";
+}
+
+class MySqlByOdbc : public TestDatabase {
 public:
-    data::ConnectionPtr Connect() override { return OpenByAdo(std::getenv("KAVIDEX_ADO_ODBC")); }
+    data::ConnectionPtr Connect() override {
+        return data::OpenOdbc(lclDatabase.ConnectionString());
+    }
+
+private:
+    MySqlDatabase lclDatabase{Variable("KAVIDEX_MYSQL")};
+};
+
+class MySqlByAdo : public ComDatabase {
+public:
+    data::ConnectionPtr Connect() override { return OpenByAdo(lclDatabase.ConnectionString()); }
+
+private:
+    MySqlDatabase lclDatabase{Variable("KAVIDEX_MYSQL")};
 };
 
 template <class Database>
@@ -70,9 +89,11 @@ std::unique_ptr<TestDatabase> Make() {
     return std::make_unique<Database>();
 }
 std::string Nothing() { return {}; }
-std::string MissingOdbc() {
-    return std::getenv("KAVIDEX_ADO_ODBC") ? ""
-                                           : "KAVIDEX_ADO_ODBC holds no ODBC connection string";
+std::string MissingMySql() {
+    if (!Variable("KAVIDEX_MYSQL").empty()) return {};
+    const std::string reason = Variable("KAVIDEX_MYSQL_MISSING");
+    return reason.empty() ? "no server named: KAVIDEX_MYSQL holds no ODBC connection string"
+                          : reason;
 }
 
 } // namespace
@@ -81,7 +102,8 @@ const std::vector<Engine>& Engines() {
     static const std::vector<Engine> engines = {
         {"adoOverEmbedded", Dialect::Access, &Nothing, &Make<AccessDouble>},
         {"handedOver", Dialect::Access, &Nothing, &Make<HandedOver>},
-        {"adoOverOdbc", Dialect::MySql, &MissingOdbc, &Make<MySqlByOdbc>},
+        {"adoOverOdbc", Dialect::MySql, &MissingMySql, &Make<MySqlByAdo>},
+        {"odbc", Dialect::MySql, &MissingMySql, &Make<MySqlByOdbc>},
     };
     return engines;
 }
