@@ -51,6 +51,7 @@ void ctrlCorrespondence::SubscribeToChildren() {
         lclViewer->Refresh();
         ItemDropped.Raise();
     }));
+    keep(tree.EvItemPaste.Subscribe([this] { lclViewer->Refresh(); }));
     keep(tree.EvItemPastedSpecial.Subscribe(
         [this](const std::vector<std::string>& files, std::int32_t) {
             AddFiles(files, {}, 0, false, false);

@@ -236,6 +236,22 @@ TEST_F(Binder, ShowsWhatIsSelectedAndTellsTheHostFirst) {
     EXPECT_EQ(machine.shell.opened.size(), 1U);
 }
 
+TEST_F(Binder, ListsWhatWasPastedIntoTheShownFolder) {
+    ASSERT_EQ(Open("key"), 0);
+    ASSERT_EQ(binder->AddFiles({File("brief.txt")}, "", 0, false, true), 0);
+    auto& tree = binder->treCorr();
+    const auto letter = tree.Tree()->Item()->ChildCollection()->Items().front()->Id();
+    tree.NodeSelected(Root());
+    const auto folder = tree.AddTab("Map", Root())->Id();
+    tree.NodeSelected(letter);
+    EXPECT_TRUE(tree.CommandKey('X', true, false));
+    tree.NodeSelected(folder);
+    EXPECT_TRUE(binder->Viewer().Documents().empty());
+    EXPECT_TRUE(tree.CommandKey('V', true, false));
+    ASSERT_EQ(binder->Viewer().Documents().size(), 1U);
+    EXPECT_EQ(binder->Viewer().Documents()[0].description, "brief");
+}
+
 TEST_F(Binder, DroppedFilesGoIntoTheTargetFolderOrWaitForOne) {
     ASSERT_EQ(Open("key"), 0);
     DropData data;
