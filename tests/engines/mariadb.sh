@@ -14,7 +14,7 @@ root=$(cd "$(dirname "$self")/../.." && pwd)
 
 program() { PATH=/usr/sbin:/usr/local/sbin:$PATH:/usr/libexec command -v "$1"; }
 alive() { [ -n "${1:-}" ] && kill -0 "$1" 2>/dev/null; }
-refuse() { echo "$*" >"$folder/missing"; exit 0; }
+refuse() { echo "$*" | tr '\n' ' ' >"$folder/missing"; exit 0; } # one line
 
 # By its file, since its name may not be registered.
 driverOf() {
@@ -62,7 +62,9 @@ keep() {
     port=$(freePort)
     serve >"$folder/server.log" 2>&1 &
     server=$!
-    while alive $server && ! grep -q 'ready for connections' "$folder/server.log"; do sleep 0.05; done
+    while alive $server && alive "$owner" && ! grep -q 'ready for connections' "$folder/server.log"; do
+      sleep 0.05
+    done
     alive $server || { cat "$folder/server.log"; continue; }
     echo "DRIVER=$driver;SERVER=127.0.0.1;PORT=$port;UID=root;" >"$folder/connection.new"
     mv "$folder/connection.new" "$folder/connection"
