@@ -4,6 +4,8 @@
 
 #include <windows.h>
 
+#include "com/dispatch/Native.h"
+
 namespace kavidex::com::adodb {
 
 constexpr IID IdNumber(unsigned char number) {
@@ -17,7 +19,7 @@ inline constexpr IID iidConnection = IdNumber(0x01), iidRecordset = IdNumber(0x0
                      iidProperty = IdNumber(0x09), iidErrors = IdNumber(0x0a),
                      iidError = IdNumber(0x0b);
 
-inline constexpr IID iidConnectionObject = IdNumber(0x81), iidCommandObject = IdNumber(0x82),
-                     iidParameterObject = IdNumber(0x83);
+inline const IID iidConnectionObject = ModuleIid(0x81), iidCommandObject = ModuleIid(0x82),
+                 iidParameterObject = ModuleIid(0x83);
 
 } // namespace kavidex::com::adodb

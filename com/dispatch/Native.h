@@ -1,18 +1,29 @@
 // The way from one of our own COM objects back to the C++ object behind it. Objects of other
-// libraries, and proxies from other apartments, do not have this interface: they are called
-// late-bound.
+// libraries, a second copy of this one among them, and proxies from other apartments do not have
+// this interface: they are called late-bound.
 #pragma once
 
 #include <windows.h>
 #include <unknwn.h>
 
+#include <cstdint>
 #include <memory>
 #include <typeinfo>
 
 namespace kavidex::com {
 
-inline constexpr IID iidNative = {
-    0x9c0b7f52, 0x4d0e, 0x4c51, {0x9a, 0x2e, 0x71, 0x5d, 0x3f, 0x88, 0x10, 0x6b}};
+// An interface id that only this module knows, in this process: two copies of the library, perhaps
+// of two versions, share no C++ objects and no exceptions.
+inline IID ModuleIid(unsigned char number) {
+    static const char here = 0;
+    const auto place = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(&here));
+    return {static_cast<DWORD>(place),
+            static_cast<WORD>(place >> 32),
+            0x4c51,
+            {0x9a, 0x2e, 0x71, 0x5d, 0x3f, 0x88, 0x10, number}};
+}
+
+inline const IID iidNative = ModuleIid(0x6b);
 
 struct INative : public IUnknown {
     // The object as `wanted`, or null when it is something else.

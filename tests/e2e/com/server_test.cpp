@@ -1,7 +1,10 @@
 // The library as a COM server: factories, locks, registration for the machine and for one user.
 #include "Library.h"
+#include "com/adodb/ConnectionObject.h"
 #include "com/class_table.h"
+#include "data/embedded/EmbeddedDatabase.h"
 #include "kavidex_idl.h"
+#include "tests/fakes/FakeWorkstation.h"
 
 namespace kavidex::tests {
 
@@ -70,6 +73,21 @@ void Server::ExpectGone(HKEY root) const {
 }
 
 } // namespace
+
+TEST_F(Server, AnotherCopyOfTheLibraryInTheProcessIsAnotherLibrary) {
+    // This program holds the same classes: it knows what it made itself, not what the library made.
+    FakeWorkstation machine;
+    const std::string path = machine.Path("both.kdb");
+    const auto own =
+        com::Make<com::adodb::ConnectionObject>(data::EmbeddedDatabase::OpenOrCreate(path));
+    EXPECT_TRUE(com::NativeOf<data::Connection>(own.Get()));
+    EXPECT_TRUE(com::adodb::ConnectionObject::From(own.Get()));
+    const Late theirs(Late(Make(CLSID_EmbeddedDatabase)).Call(L"Open", {Variant(path)}));
+    ASSERT_TRUE(theirs.Object());
+    EXPECT_FALSE(com::NativeOf<data::Connection>(theirs.Object().Get()));
+    EXPECT_FALSE(com::adodb::ConnectionObject::From(theirs.Object().Get()));
+    theirs.Call(L"Close");
+}
 
 TEST_F(Server, FactoryRefusesWhatItCannotMake) {
     const auto get =
