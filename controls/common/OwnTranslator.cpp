@@ -35,7 +35,7 @@ void OwnTranslator::SetLanguage(Language language) {
 std::string OwnTranslator::Translate(std::string_view text,
                                      const std::vector<std::string>& values) {
     Load();
-    const auto found = lclTexts.find(text);
+    const auto found = lclTexts.find(platform::LowerCase(text));
     return platform::FillPlaceholders(found == lclTexts.end() ? text : found->second, values);
 }
 
@@ -53,8 +53,9 @@ void OwnTranslator::Load() {
         for (; !rows->Eof(); rows->MoveNext()) {
             auto translated = platform::Trim(data::ToText(rows->Get(1)));
             if (!translated.empty())
-                lclTexts.try_emplace(platform::Trim(data::ToText(rows->Get(std::size_t{0}))),
-                                     std::move(translated));
+                lclTexts.try_emplace(
+                    platform::LowerCase(platform::TrimView(data::ToText(rows->Get(0)))),
+                    std::move(translated));
         }
     } catch (const platform::Error& error) {
         lclWorkstation.log.Write("OwnTranslator", error.what());

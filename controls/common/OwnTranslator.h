@@ -17,8 +17,9 @@ namespace kavidex::controls {
 // The values of the binder control's `Language`; any other number counts as Dutch.
 enum class Language : int { Dutch = 0, English = 1, German = 2, French = 3 };
 
-// The rows are read once per language, on first use. Without a connection, without the table, or
-// without a row, a text stays as it is; a failing read leaves a line in the log.
+// The rows are read once per language, on first use; keys are found without case, as the databases
+// compare them. Without a connection, without the table, or without a row, a text stays as it is; a
+// failing read leaves a line in the log.
 class OwnTranslator : public Translator {
 public:
     explicit OwnTranslator(const platform::Workstation& workstation)
@@ -32,20 +33,13 @@ public:
                           const std::vector<std::string>& values = {}) override;
 
 private:
-    struct TextHash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>{}(text);
-        }
-    };
-
     void Load();
 
     const platform::Workstation& lclWorkstation;
     data::ConnectionPtr lclConnection;
     Language lclLanguage = Language::Dutch;
     bool lclLoaded = false;
-    std::unordered_map<std::string, std::string, TextHash, std::equal_to<>> lclTexts;
+    std::unordered_map<std::string, std::string> lclTexts; // by lower-cased key
 };
 
 } // namespace kavidex::controls

@@ -21,6 +21,7 @@ TEST(OwnTranslator, AnswersByLanguageAndLeavesUnknownTextsAlone) {
     translator.SetDbConnection(database);
     translator.SetLanguage(Language::English);
     EXPECT_EQ(translator.Translate("Map $%$ van $%$", {"1", "2"}), "Folder 1 of 2");
+    EXPECT_EQ(translator.Translate("MAP $%$ Van $%$", {"1", "2"}), "Folder 1 of 2");
     EXPECT_EQ(translator.Translate("Onbekend $%$", {"x"}), "Onbekend x");
     database->Execute("Delete from tblTranslations");
     EXPECT_EQ(translator.Translate("Map $%$ van $%$", {"1"}), "Folder 1 of $%$") << "read once";
