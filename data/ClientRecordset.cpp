@@ -27,7 +27,6 @@ ClientRecordset::ClientRecordset(ResultRows result, std::unique_ptr<RowSource> r
 }
 
 void ClientRecordset::Close() {
-    CheckOpen();
     lclOpen = false;
     lclRows.Clear(0);
     lclView.clear();

@@ -37,6 +37,7 @@ public:
     virtual std::int64_t RecordCount() const = 0;
     // 1-based; 0 or below when there is no current row (-1 no rows, -2 BOF, -3 EOF as ADO has it).
     virtual std::int64_t AbsolutePosition() const = 0;
+    // From 1; beyond the last row is EOF. Below 1 throws errors::invalidArgument.
     virtual void SetAbsolutePosition(std::int64_t position) = 0;
     virtual void Move(std::int64_t rows) = 0;
     virtual void MoveFirst() = 0;

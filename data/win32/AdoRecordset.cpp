@@ -126,8 +126,8 @@ void AdoRecordset::SetAbsolutePosition(std::int64_t position) {
         return;
     }
     NeedOpen();
-    if (position < 1 || position > lclCount)
-        throw Error(errors::invalidArgument, "The position is outside the recordset.", source);
+    if (position < 1)
+        throw Error(errors::invalidArgument, "A position in a recordset begins at 1.", source);
     GoTo(position);
 }
 

@@ -76,6 +76,10 @@ TEST_P(RecordsetOverEngines, WalksItsRowsAsAdoDoes) {
     EXPECT_TRUE(rows->Bof());
     rows->SetAbsolutePosition(2);
     EXPECT_EQ(ToText(rows->Get("Naam")), "naam2");
+    EXPECT_EQ(Failure([&] { rows->SetAbsolutePosition(0); }), errors::invalidArgument);
+    EXPECT_EQ(rows->AbsolutePosition(), 2);
+    rows->SetAbsolutePosition(6);
+    EXPECT_TRUE(rows->Eof());
 
     // Static: rows that come or go later are not seen before Requery.
     connection->Execute("delete from tblProbe where Getal = 20");
@@ -83,6 +87,7 @@ TEST_P(RecordsetOverEngines, WalksItsRowsAsAdoDoes) {
     rows->Requery();
     EXPECT_EQ(rows->RecordCount(), 4);
     rows->Close();
+    rows->Close(); // closed already: nothing happens
     EXPECT_EQ(Failure([&] { rows->RecordCount(); }), errors::objectClosed);
 }
 

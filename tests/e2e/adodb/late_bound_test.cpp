@@ -94,7 +94,8 @@ TEST_P(AdoEngine, MovesLikeTheEngineItself) {
         [](R& r) { r.Move(-250); },     [](R& r) { r.SetAbsolutePosition(257); },
         [](R& r) { r.Move(0); },        [](R& r) { r.Move(-1000); },
         [](R& r) { r.MoveFirst(); },    [](R& r) { r.Move(5000); },
-        [](R& r) { r.MoveFirst(); },
+        [](R& r) { r.MoveFirst(); },    [](R& r) { r.SetAbsolutePosition(601); },
+        [](R& r) { r.MoveFirst(); },    [](R& r) { r.SetAbsolutePosition(0); },
     };
     for (std::size_t i = 0; i < steps.size(); ++i)
         ASSERT_EQ(After(*byName, steps[i]), After(*direct, steps[i])) << "step " << i;
