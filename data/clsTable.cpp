@@ -174,12 +174,11 @@ bool clsTable::SaveNewRow(std::string_view idField, std::string_view guidField, 
                                      "Select * from " + lclTableName + " where " + guidColumn +
                                          " = " + SqlValue(guid),
                                      lclConnection);
-        const std::int32_t id = ToInt32(lclRecordset->Get(idField));
+        newId = ToInt32(lclRecordset->Get(idField));
         if (!copyField.empty()) {
-            lclRecordset->Set(copyField, std::int64_t{id});
+            lclRecordset->Set(copyField, std::int64_t{newId});
             lclRecordset->Update();
         }
-        newId = id;
         return true;
     } catch (const std::exception& error) {
         Swallowed("clsTable.SaveNewRow", error);

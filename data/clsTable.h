@@ -62,7 +62,8 @@ public:
     void SetField(std::string_view field, const Value& value);
 
     // Inserts a row by a fresh GUID and finds it again by that; the row becomes current and
-    // `newId` its key. With `copyField` the key is also written there.
+    // `newId` its key. With `copyField` the key is also written there; when only that fails, the
+    // row stays and `newId` names it.
     bool SaveNewRow(std::string_view idField, std::string_view guidField, std::int32_t& newId,
                     std::string_view copyField);
     bool UpdateCurrentRow();

@@ -140,6 +140,10 @@ TEST_F(clsTableTest, ReportsFailureOfEachStatementOfANewRow) {
         connection->FailAt(0);
     }
     EXPECT_FALSE(table.SaveNewRow("Id", "NoColumn", id, "DocId"));
+    EXPECT_EQ(id, -5);
+    EXPECT_FALSE(table.SaveNewRow("Id", "DocGuid", id, "NoColumn"));
+    EXPECT_EQ(ToInt32(table.RecordSet()->Get("Id")), id); // the row is there, without its copy
+    id = -5;
     machine.guids.refuse = true;
     const std::size_t before = connection->statements.size();
     EXPECT_FALSE(table.SaveNewRow("Id", "DocGuid", id, "DocId"));
