@@ -56,16 +56,17 @@ bool clsSettings::Query(const std::string& statement) {
     return lclRecordset->IsOpen();
 }
 
-// Opens the exact look-up; false when the table cannot be read. A table that still has the column
-// Key beside or instead of SKey is converted on the way.
-bool clsSettings::LookUp(std::string_view section, std::string_view key) {
-    const std::string statement = "Select * from tblSettings where " + Where(section, key);
+// Opens a look-up; false when the table cannot be read. A table that still has the column Key
+// beside or instead of SKey is converted on the way.
+bool clsSettings::LookUp(const std::string& where) {
+    const std::string statement = "Select * from tblSettings where " + where;
     const bool open = Query(statement);
     if (open && !(lclRecordset->Eof() && HasField(*lclRecordset, "Key"))) return true;
     if (!open && !Query("select * from tblsettings")) return false;
-    if (!HasField(*lclRecordset, "Key")) return false;
-    MigrateKeyColumn();
-    return Query(statement);
+    const bool old = HasField(*lclRecordset, "Key");
+    if (old) MigrateKeyColumn();
+    CloseSettings(); // nobody walks on over rows that were only looked at
+    return old && Query(statement);
 }
 
 // The column Key goes only after every row was copied.
@@ -107,15 +108,14 @@ bool clsSettings::ReadCurrent(std::string& value, std::string* section, std::str
 
 bool clsSettings::GetSetting(std::string_view section, std::string_view key, std::string& value) {
     value.clear();
-    return LookUp(section, key) && ReadCurrent(value, nullptr, nullptr);
+    return LookUp(Where(section, key)) && ReadCurrent(value, nullptr, nullptr);
 }
 
 bool clsSettings::GetSettingLike(std::string_view sectionPattern, std::string_view keyPattern,
                                  std::string& value, std::string& section, std::string& key,
                                  bool close) {
-    Query("Select * from tblSettings where Section like " + SqlValue(sectionPattern) +
-          " and sKey like " + SqlValue(keyPattern));
-    const bool found = ReadCurrent(value, &section, &key);
+    LookUp("Section like " + SqlValue(sectionPattern) + " and sKey like " + SqlValue(keyPattern));
+    const bool found = ReadCurrent(value, &section, &key); // closed when the look-up failed
     if (close) CloseSettings();
     return found;
 }
@@ -154,7 +154,7 @@ void clsSettings::Insert(std::string_view section, std::string_view key, std::st
 void clsSettings::SetSetting(std::string_view section, std::string_view key,
                              std::string_view value) {
     try {
-        if (!LookUp(section, key)) return;
+        if (!LookUp(Where(section, key))) return;
         const bool exists = !lclRecordset->Eof();
         CloseSettings();
         if (!exists) return Insert(section, key, value);

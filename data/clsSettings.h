@@ -44,7 +44,7 @@ public:
 
 private:
     bool Query(const std::string& statement);
-    bool LookUp(std::string_view section, std::string_view key);
+    bool LookUp(const std::string& where);
     void MigrateKeyColumn();
     bool ReadCurrent(std::string& value, std::string* section, std::string* key);
     void Insert(std::string_view section, std::string_view key, std::string_view value);

@@ -108,7 +108,8 @@ TEST_F(clsSettingsTest, WritesInTheFormOfItsServer) {
 }
 
 TEST_F(clsSettingsTest, ConvertsTheKeyColumnOfAnOldTable) {
-    for (const bool interrupted : {false, true}) {
+    enum Start { Whole, Interrupted, ByPattern };
+    for (const Start start : {Whole, Interrupted, ByPattern}) {
         const auto old =
             std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
         for (const char* statement :
@@ -121,7 +122,11 @@ TEST_F(clsSettingsTest, ConvertsTheKeyColumnOfAnOldTable) {
               "('Storage','DocumentPath','C:\\d')"})
             old->Execute(statement);
         settings.SetDbConnection(old);
-        if (interrupted) old->Execute("ALTER TABLE tblSettings ADD COLUMN SKey TEXT(255)");
+        if (start == Interrupted) old->Execute("ALTER TABLE tblSettings ADD COLUMN SKey TEXT(255)");
+        if (start == ByPattern) {
+            EXPECT_TRUE(settings.GetSettingLike("Buil%", "%", value, section, key, false));
+            EXPECT_EQ(key, "DbVersion");
+        }
         EXPECT_TRUE(settings.GetSetting("Build", "DbVersion", value));
         EXPECT_EQ(value, "1.0.4");
         EXPECT_TRUE(settings.GetSetting("Storage", "DocumentPath", value));
@@ -142,6 +147,16 @@ TEST_F(clsSettingsTest, ReadsAnIdOfZeroOnceMore) {
     EXPECT_EQ(settings.Id(), 0);
     connection->Execute("update tblSettings set Id = 7");
     EXPECT_EQ(settings.Id(), 7);
+}
+
+TEST_F(clsSettingsTest, FindsNothingWhereTheLookUpIsRefused) {
+    settings.SetSetting("A", "B", "C");
+    connection->refuse = [](const std::string& s) { return s.find("where") != std::string::npos; };
+    EXPECT_FALSE(settings.GetSetting("A", "B", value));
+    EXPECT_FALSE(settings.GetNextSetting(value));
+    EXPECT_FALSE(settings.GetSettingLike("A", "B", value, section, key, false));
+    EXPECT_EQ(value + section + key, "");
+    EXPECT_EQ(settings.Id(), 0);
 }
 
 TEST_F(clsSettingsTest, FindsNothingWithoutAConnection) {
