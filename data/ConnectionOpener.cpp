@@ -80,7 +80,7 @@ ConnectionPtr ConnectionOpener::OpenAccess(std::string_view path) {
     const bool noPasswordYet =
         Swallowing(lclWorkstation, [&] { connection->OpenDatabase(Joined(accessDriver, path)); });
     if (noPasswordYet) {
-        connection->Close();
+        Swallowing(lclWorkstation, [&] { connection->Close(); });
         connection = lclFactory.Create();
         Swallowing(lclWorkstation, [&] { SetAccessPassword(path); });
     }

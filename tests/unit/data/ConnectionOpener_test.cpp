@@ -41,6 +41,7 @@ struct FakeAdo : AdoFactory, AccessRepair {
         void Close() override {
             Note("close");
             open = false;
+            if (ado.refuseClose) throw Error(errors::unspecified, "refused to close", "driver");
         }
         RecordsetPtr Open(const Command&) override { return MakeClosedRecordset(); }
         std::int64_t Execute(std::string_view text) override {
@@ -59,7 +60,7 @@ struct FakeAdo : AdoFactory, AccessRepair {
     };
     std::vector<std::string> calls;
     int made = 0, repairs = 0;
-    bool refuseExecute = false, noAdo = false;
+    bool refuseExecute = false, refuseClose = false, noAdo = false;
     int steps = 0, failAt = 0; // opens and executes; from 1
     std::int32_t failure = 0;
     std::function<std::int32_t(const std::string&)> refuse = [](const std::string&) { return 0; };
@@ -137,6 +138,14 @@ TEST_F(OpenerTest, NeverLeavesTheExclusiveConnectionOpen) {
     ado.refuseExecute = true;
     EXPECT_EQ(Open("msaccess", path), 0);
     EXPECT_EQ(std::count(ado.calls.begin(), ado.calls.end(), "3 close"), 1);
+    EXPECT_EQ(ado.calls.back(), "2 " + Plain() + ";Password=Kw72p5n9");
+}
+
+TEST_F(OpenerTest, SwallowsARefusalToClose) {
+    ado.refuseClose = true;
+    EXPECT_EQ(Open("msaccess", path), 0);
+    EXPECT_TRUE(machine.messages.shown.empty());
+    EXPECT_TRUE(machine.log.Has("DbOpenConnection", "refused to close"));
     EXPECT_EQ(ado.calls.back(), "2 " + Plain() + ";Password=Kw72p5n9");
 }
 
