@@ -4,6 +4,7 @@
 
 #include "com/adodb/Collections.h"
 #include "data/Error.h"
+#include "data/RowSearch.h"
 #include "data/win32/Convert.h"
 #include "data/win32/LateAdoConnection.h"
 
@@ -150,6 +151,7 @@ Variant RecordsetObject::GetRows(std::optional<std::int32_t> count, std::optiona
         for (std::size_t i = 0; i < places.size(); ++i) columns[i].push_back(Value(places[i]));
         rows.MoveNext();
     }
+    lclEditMode = 0;
     return platform::win32::TableOf(columns, read);
 }
 
@@ -192,17 +194,76 @@ void RecordsetObject::Delete(std::optional<std::int32_t> affect) {
     lclEditMode = 0;
 }
 
+void RecordsetObject::Find(const std::string& criteria, std::optional<std::int32_t> skip,
+                           std::optional<std::int32_t> direction, std::optional<Variant> start) {
+    if (start) Move(0, start);
+    const auto way =
+        direction.value_or(1) < 0 ? data::Direction::Backward : data::Direction::Forward;
+    Leave([&](auto& rows) { data::FindRow(rows, criteria, skip.value_or(0), way); });
+}
+
+std::string RecordsetObject::GetString(std::optional<std::int32_t> format,
+                                       std::optional<std::int32_t> count,
+                                       std::optional<std::string> columnDelimiter,
+                                       std::optional<std::string> rowDelimiter,
+                                       std::optional<std::string> nullText) {
+    constexpr std::int32_t clipString = 2;
+    if (format.value_or(clipString) != clipString)
+        throw data::Error(data::errors::invalidArgument, "Rows are printed as text only (2).",
+                          source);
+    data::TextForm form;
+    if (columnDelimiter && !columnDelimiter->empty()) form.column = *columnDelimiter;
+    if (rowDelimiter && !rowDelimiter->empty()) form.row = *rowDelimiter;
+    form.null = nullText.value_or("");
+    std::string text;
+    Leave([&](auto& rows) { text = data::RowsAsText(rows, count.value_or(-1), form); });
+    return text;
+}
+
+bool RecordsetObject::Supports(std::int32_t options) const {
+    constexpr std::int32_t movePrevious = 0x200, bookmark = 0x2000, approxPosition = 0x4000,
+                           find = 0x80000, addNew = 0x1000400, remove = 0x1000800,
+                           update = 0x1008000;
+    constexpr std::int32_t reading = movePrevious | bookmark | approxPosition | find;
+    Rows();
+    const std::int32_t offered =
+        lclLockType == readOnlyLock ? reading : reading | addNew | remove | update;
+    return (options & offered) == options;
+}
+
+void RecordsetObject::SetPageSize(std::int32_t rows) {
+    if (rows < 1)
+        throw data::Error(data::errors::invalidArgument, "A page holds at least one row.", source);
+    lclPageSize = rows;
+}
+
+std::int32_t RecordsetObject::PageCount() const {
+    return static_cast<std::int32_t>((Rows().RecordCount() + lclPageSize - 1) / lclPageSize);
+}
+
+std::int32_t RecordsetObject::AbsolutePage() const {
+    const auto position = static_cast<std::int32_t>(Rows().AbsolutePosition());
+    return position < 1 ? position : (position - 1) / lclPageSize + 1;
+}
+
+void RecordsetObject::SetAbsolutePage(std::int32_t page) {
+    if (page < 1)
+        throw data::Error(data::errors::invalidArgument, "Pages are counted from 1.", source);
+    const std::int64_t first = std::int64_t{page - 1} * lclPageSize + 1;
+    Leave([&](auto& rows) { rows.SetAbsolutePosition(first); });
+}
+
 Variant RecordsetObject::Filter() const {
     const std::string filter = Rows().Filter();
     return filter.empty() ? Variant(0) : Variant(filter);
 }
 
 void RecordsetObject::SetFilter(const Variant& filter) {
-    if (filter.IsText()) return Rows().SetFilter(filter.ToText());
-    if (filter.ToInt32() != 0)
+    if (!filter.IsText() && filter.ToInt32() != 0)
         throw data::Error(data::errors::featureNotAvailable,
                           "This kind of filter is not available.", source);
-    Rows().SetFilter("");
+    const std::string criteria = filter.IsText() ? filter.ToText() : std::string();
+    Leave([&](auto& rows) { rows.SetFilter(criteria); });
 }
 
 Variant RecordsetObject::ActiveConnection() const {

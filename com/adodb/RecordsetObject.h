@@ -45,6 +45,26 @@ public:
     Variant Filter() const;
     void SetFilter(const Variant& filter);
     std::int32_t EditMode() const { return lclEditMode; }
+    // Runs what leaves the current row: afterwards none is under change.
+    template <class Work>
+    void Leave(Work work) {
+        work(Rows());
+        lclEditMode = 0;
+    }
+    void Find(const std::string& criteria, std::optional<std::int32_t> skip,
+              std::optional<std::int32_t> direction, std::optional<Variant> start);
+    std::string GetString(std::optional<std::int32_t> format, std::optional<std::int32_t> count,
+                          std::optional<std::string> columnDelimiter,
+                          std::optional<std::string> rowDelimiter,
+                          std::optional<std::string> nullText);
+    bool Supports(std::int32_t options) const;
+
+    // Pages are counted from 1 over the rows shown.
+    std::int32_t PageSize() const { return lclPageSize; }
+    void SetPageSize(std::int32_t rows);
+    std::int32_t PageCount() const;
+    std::int32_t AbsolutePage() const;
+    void SetAbsolutePage(std::int32_t page);
 
     Variant ActiveConnection() const;
     void SetActiveConnection(const Variant& connection);
@@ -72,6 +92,7 @@ private:
     std::function<data::Recordset*()> lclBorrowed;
     Variant lclSource;
     std::int32_t lclCursorLocation = 2, lclCursorType = 0, lclLockType = 1, lclCacheSize = 1;
+    std::int32_t lclPageSize = 10;
     std::int32_t lclEditMode = 0; // 0 none, 1 changing, 2 adding
 };
 

@@ -9,19 +9,25 @@ namespace {
 using Row = Rows<RecordsetObject>;
 using Self = RecordsetObject;
 
+template <auto move>
+void Leaving(Self& self) {
+    self.Leave([](data::Recordset& rows) { (rows.*move)(); });
+}
+
 constexpr Member members[] = {
     Row::Get<&Self::Fields>(L"Fields", 0),
     Row::Get<[](Self& self) { return static_cast<std::int32_t>(self.Rows().AbsolutePosition()); }>(
         L"AbsolutePosition", 1000),
-    Row::Put<[](Self& self, std::int32_t value) { self.Rows().SetAbsolutePosition(value); }>(
-        L"AbsolutePosition", 1000),
+    Row::Put<[](Self& self, std::int32_t value) {
+        self.Leave([&](auto& rows) { rows.SetAbsolutePosition(value); });
+    }>(L"AbsolutePosition", 1000),
     Row::Get<&Self::ActiveConnection>(L"ActiveConnection", 1001),
     Row::Put<&Self::SetActiveConnection>(L"ActiveConnection", 1001),
     Row::Get<[](Self& self) { return self.Rows().Bof(); }>(L"BOF", 1002),
     Row::Get<[](Self& self) { return static_cast<double>(self.Rows().AbsolutePosition()); }>(
         L"Bookmark", 1003),
     Row::Put<[](Self& self, double value) {
-        self.Rows().SetAbsolutePosition(static_cast<std::int64_t>(value));
+        self.Leave([&](auto& rows) { rows.SetAbsolutePosition(static_cast<std::int64_t>(value)); });
     }>(L"Bookmark", 1003),
     Row::Get<&Self::CacheSize>(L"CacheSize", 1004),
     Row::Put<&Self::SetCacheSize>(L"CacheSize", 1004),
@@ -40,21 +46,32 @@ constexpr Member members[] = {
     Row::Method<&Self::Delete>(L"Delete", 1015, L"AffectRecords"),
     Row::Method<&Self::GetRows>(L"GetRows", 1016, L"Rows,Start,Fields"),
     Row::Method<&Self::Move>(L"Move", 1017, L"NumRecords,Start"),
-    Row::Method<[](Self& self) { self.Rows().MoveNext(); }>(L"MoveNext", 1018),
-    Row::Method<[](Self& self) { self.Rows().MovePrevious(); }>(L"MovePrevious", 1019),
-    Row::Method<[](Self& self) { self.Rows().MoveFirst(); }>(L"MoveFirst", 1020),
-    Row::Method<[](Self& self) { self.Rows().MoveLast(); }>(L"MoveLast", 1021),
+    Row::Method<&Leaving<&data::Recordset::MoveNext>>(L"MoveNext", 1018),
+    Row::Method<&Leaving<&data::Recordset::MovePrevious>>(L"MovePrevious", 1019),
+    Row::Method<&Leaving<&data::Recordset::MoveFirst>>(L"MoveFirst", 1020),
+    Row::Method<&Leaving<&data::Recordset::MoveLast>>(L"MoveLast", 1021),
     Row::Method<&Self::Open>(L"Open", 1022, L"Source,ActiveConnection,CursorType,LockType,Options"),
-    Row::Method<[](Self& self) { self.Rows().Requery(); }>(L"Requery", 1023),
+    Row::Method<&Leaving<&data::Recordset::Requery>>(L"Requery", 1023),
     Row::Method<&Self::Update>(L"Update", 1025, L"Fields,Values"),
     Row::Get<&Self::EditMode>(L"EditMode", 1026),
     Row::Get<&Self::Filter>(L"Filter", 1030),
     Row::Put<&Self::SetFilter>(L"Filter", 1030),
     Row::Get<[](Self& self) { return self.Rows().Sort(); }>(L"Sort", 1031),
-    Row::Put<[](Self& self, std::string order) { self.Rows().SetSort(order); }>(L"Sort", 1031),
+    Row::Put<[](Self& self, std::string order) {
+        self.Leave([&](auto& rows) { rows.SetSort(order); });
+    }>(L"Sort", 1031),
+    Row::Method<&Self::Supports>(L"Supports", 1036, L"CursorOptions"),
+    Row::Get<&Self::AbsolutePage>(L"AbsolutePage", 1047),
+    Row::Put<&Self::SetAbsolutePage>(L"AbsolutePage", 1047),
+    Row::Get<&Self::PageSize>(L"PageSize", 1048),
+    Row::Put<&Self::SetPageSize>(L"PageSize", 1048),
+    Row::Get<&Self::PageCount>(L"PageCount", 1050),
     Row::Get<&Self::CursorLocation>(L"CursorLocation", 1051),
     Row::Put<&Self::SetCursorLocation>(L"CursorLocation", 1051),
     Row::Get<&Self::State>(L"State", 1054),
+    Row::Method<&Self::Find>(L"Find", 1058, L"Criteria,SkipRecords,SearchDirection,Start"),
+    Row::Method<&Self::GetString>(L"GetString", 1062,
+                                  L"StringFormat,NumRows,ColumnDelimeter,RowDelimeter,NullExpr"),
 };
 constexpr Table table{"Kavidex.Recordset", &iidRecordset, members};
 

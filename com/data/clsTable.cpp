@@ -15,9 +15,16 @@ namespace {
 using data::clsSettings;
 using data::clsTable;
 
-// Nothing where there is no current row, as the core's null; a database null never gets here.
+// Nothing where there is no current row, as the core's null; a database null never gets here. What
+// is no text is the 0 of an empty column of numbers, an Integer.
 Variant FieldVariant(const data::Value& value) {
-    return data::IsNull(value) ? Variant() : data::win32::ToVariant(value);
+    return data::IsNull(value) ? Variant() : data::win32::ToVariant(value, data::AdoType::SmallInt);
+}
+
+// An Integer where there is no current row, else a Long.
+Variant LengthVariant(const data::Value& value) {
+    const auto length = static_cast<std::int32_t>(data::ToInt64(value));
+    return length == 0 ? Variant(std::int16_t{0}) : Variant(length);
 }
 
 // An empty variant is an empty text, null is null.
@@ -47,7 +54,7 @@ constexpr Member tableMembers[] = {
     Row::Put<[](clsTable& table, std::int32_t position) { table.SetAbsolutePosition(position); }>(
         L"AbsolutePosition", 7),
     Row::Method<[](clsTable& table, std::string field) {
-        return FieldVariant(table.GetFieldLength(field));
+        return LengthVariant(table.GetFieldLength(field));
     }>(L"GetFieldLength", 8, L"Field"),
     Row::Method<[](clsTable& table, std::string field) {
         return FieldVariant(table.GetField(field));

@@ -52,6 +52,12 @@ Demand rs.RecordCount = 1 And rs("Name") = "renamed", "filter"
 rs.Filter = ""
 rs.Sort = ""
 rs.MoveFirst
+rs.Find "Name = 'third'"
+Demand rs.AbsolutePosition = 3 And rs.PageCount = 1, "Find stands at " & rs.AbsolutePosition
+Demand rs.Supports(&H1000400) And rs("Name").Type = 202 And rs("Name").DefinedSize = 50, "Supports or the field"
+rs.MoveFirst
+Demand InStr(rs.GetString(2, 1, "|"), "|renamed|7|") > 0, "GetString"
+rs.MoveFirst
 rows = rs.GetRows()
 Demand UBound(rows, 1) = 3 And UBound(rows, 2) = 2 And rows(1, 2) = "third", "GetRows"
 Demand rs.EOF And Not rs.BOF, "EOF after GetRows"

@@ -83,6 +83,48 @@ TEST_F(Objects, GetRowsGivesColumnsByRowsFromTheCurrentRowOn) {
     EXPECT_EQ(NumberOf([&] { rows.Call(L"GetRows"); }), data::errors::badEof);
 }
 
+TEST_F(Objects, RowsAreFoundPrintedAndLeafedThrough) {
+    Fill(25);
+    const Late rows = Recordset("select Name, Amount from tblThing order by Id");
+    rows.Call(L"Find", {"Amount >= 120"});
+    EXPECT_EQ(rows.Get(L"AbsolutePosition").ToInt32(), 12);
+    rows.Call(L"Find", {"Name like 'name 1*'", 1, -1});
+    EXPECT_EQ(rows.Get(L"AbsolutePosition").ToInt32(), 11);
+    rows.Call(L"Find", {"Amount = 10", 0, 1, 1}); // from the first row on
+    EXPECT_EQ(rows.Call(L"GetString", {2, 2, "|", ";"}).ToText(), "name 1|10;name 2|20;");
+    EXPECT_EQ(NumberOf([&] { rows.Call(L"GetString", {1}); }), data::errors::invalidArgument);
+
+    EXPECT_EQ(rows.Get(L"PageCount").ToInt32(), 3); // of ten rows each
+    rows.Put(L"AbsolutePage", {3});
+    EXPECT_EQ(rows.Get(L"AbsolutePosition").ToInt32(), 21);
+    rows.Put(L"PageSize", {5});
+    EXPECT_EQ(rows.Get(L"AbsolutePage").ToInt32(), 5);
+    EXPECT_EQ(NumberOf([&] { rows.Put(L"PageSize", {0}); }), data::errors::invalidArgument);
+    EXPECT_EQ(NumberOf([&] { rows.Put(L"AbsolutePage", {0}); }), data::errors::invalidArgument);
+    rows.Put(L"AbsolutePage", {6});
+    EXPECT_TRUE(rows.Get(L"EOF").ToBool());
+    EXPECT_EQ(rows.Get(L"AbsolutePage").ToInt32(), -3);
+    EXPECT_EQ(NumberOf([&] { rows.Call(L"Find", {"Amount = 10"}); }), data::errors::badEof);
+}
+
+TEST_F(Objects, LeavingARowEndsItsChange) {
+    Fill(2);
+    const Late rows = Recordset("select * from tblThing order by Id");
+    for (const auto& leave : std::vector<std::function<void()>>{
+             [&] { rows.Call(L"MoveNext"); }, [&] { rows.Call(L"MoveFirst"); },
+             [&] { rows.Put(L"AbsolutePosition", {2}); }, [&] { rows.Put(L"Filter", {""}); },
+             [&] { rows.Put(L"Sort", {"Name"}); }, [&] { rows.Call(L"Requery"); }}) {
+        rows.Child(L"Fields").Child(L"Item", {"Amount"}).Put(L"Value", {77});
+        EXPECT_EQ(rows.Get(L"EditMode").ToInt32(), 1);
+        leave();
+        EXPECT_EQ(rows.Get(L"EditMode").ToInt32(), 0);
+    }
+    rows.Child(L"Fields").Child(L"Item", {"Name"}).Put(L"Value", {"mine"});
+    engine->Execute("update tblThing set Amount = 1");
+    EXPECT_EQ(NumberOf([&] { rows.Call(L"MoveNext"); }), data::errors::rowChanged);
+    EXPECT_EQ(rows.Get(L"EditMode").ToInt32(), 1); // still there, not written
+}
+
 TEST_F(Objects, ARecordsetObeysItsLockAndItsState) {
     Fill(1);
     const Late rows(connection.Call(L"NewRecordset"));
@@ -91,10 +133,15 @@ TEST_F(Objects, ARecordsetObeysItsLockAndItsState) {
     rows.Call(L"Open", {"tblThing", connection.Object()}); // a table's name, locked for reading
     EXPECT_EQ(rows.Get(L"RecordCount").ToInt32(), 1);
     EXPECT_EQ(NumberOf([&] { rows.Call(L"AddNew"); }), data::errors::featureNotAvailable);
+    constexpr int find = 0x80000, addNew = 0x1000400, resync = 0x20000;
+    EXPECT_TRUE(rows.Call(L"Supports", {find}).ToBool());
+    EXPECT_FALSE(rows.Call(L"Supports", {addNew}).ToBool());
     EXPECT_EQ(NumberOf([&] { rows.Put(L"LockType", {3}); }), data::errors::objectOpen);
     rows.Call(L"Close");
     rows.Put(L"LockType", {3});
     rows.Call(L"Open");
+    EXPECT_TRUE(rows.Call(L"Supports", {addNew}).ToBool());
+    EXPECT_FALSE(rows.Call(L"Supports", {resync}).ToBool());
     rows.Call(L"AddNew",
               {platform::win32::ArrayOf({"Name", "Amount"}), platform::win32::ArrayOf({"new", 3})});
     EXPECT_EQ(rows.Get(L"RecordCount").ToInt32(), 2);
@@ -180,6 +227,14 @@ TEST_F(Objects, ATableShowsItsRecordsetAsItStands) {
     const Late rows = table.Child(L"RecordSet");
     table.Call(L"MoveNext");
     EXPECT_EQ(Default(rows, {"Name"}).ToText(), "name 2");
+    EXPECT_EQ(table.Call(L"GetField", {"Price"}).ToText(), "2.5");
+    EXPECT_EQ(table.Call(L"GetFieldLength", {"Name"}).Type(), VT_I4);
+    rows.Child(L"Fields").Child(L"Item", {"Amount"}).Put(L"Value", {Variant::Null()});
+    EXPECT_EQ(table.Call(L"GetField", {"Amount"}).Type(), VT_I2);
+    EXPECT_EQ(table.Call(L"GetField", {"Words"}).Type(), VT_BSTR);
+    table.Call(L"MoveNext");
+    EXPECT_TRUE(table.Call(L"GetField", {"Amount"}).IsEmpty());
+    EXPECT_EQ(table.Call(L"GetFieldLength", {"Name"}).Type(), VT_I2);
     table.Call(L"CloseDataSource");
     EXPECT_EQ(rows.Get(L"State").ToInt32(), 0);
 }

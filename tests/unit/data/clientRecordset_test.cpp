@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "data/Error.h"
+#include "data/RowSearch.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "tests/unit/data/TemporaryFolder.h"
 
@@ -204,6 +205,38 @@ TEST_F(ClientRecordsets, SortsStablyAndFilters) {
     EXPECT_EQ(rows->Filter(), "TopItemId = 99");
     rows->SetFilter("");
     EXPECT_EQ(rows->RecordCount(), 5);
+}
+
+TEST_F(ClientRecordsets, AreSearchedForwardAndBackFromTheCurrentRow) {
+    const RecordsetPtr rows = Open();
+    FindRow(*rows, "Description like 'a*'");
+    EXPECT_EQ(rows->AbsolutePosition(), 2);
+    FindRow(*rows, "[Description] like 'a*'"); // the current row counts
+    EXPECT_EQ(rows->AbsolutePosition(), 2);
+    FindRow(*rows, "Description like 'a*'", 1);
+    EXPECT_EQ(rows->AbsolutePosition(), 4);
+    FindRow(*rows, "TopItemId <= 2", 0, Direction::Backward);
+    EXPECT_EQ(rows->AbsolutePosition(), 2);
+    FindRow(*rows, "TopItemId = 9", 1, Direction::Backward);
+    EXPECT_TRUE(rows->Bof());
+    EXPECT_EQ(NumberOf([&] { FindRow(*rows, "TopItemId = 1"); }), errors::badEof);
+    rows->MoveFirst();
+    EXPECT_EQ(NumberOf([&] { FindRow(*rows, "TopItemId"); }), errors::invalidArgument);
+    EXPECT_EQ(NumberOf([&] { FindRow(*rows, "None = 1"); }), errors::itemNotFound);
+    EXPECT_EQ(rows->AbsolutePosition(), 1);
+    FindRow(*rows, "Description = null");
+    EXPECT_EQ(rows->AbsolutePosition(), 5);
+    FindRow(*rows, "Description = 'none'");
+    EXPECT_TRUE(rows->Eof());
+}
+
+TEST_F(ClientRecordsets, ArePrintedFromTheCurrentRowOn) {
+    const RecordsetPtr rows = Open("Select Description, TopItemId from tblTree");
+    EXPECT_EQ(RowsAsText(*rows, 2), "beta\t2\rAlpha\t1\r");
+    EXPECT_EQ(RowsAsText(*rows, -1, {.column = ",", .row = ";", .null = "-"}),
+              "gamma,3;alpha,4;-,5;");
+    EXPECT_TRUE(rows->Eof());
+    EXPECT_EQ(NumberOf([&] { RowsAsText(*rows); }), errors::badEof);
 }
 
 TEST_F(ClientRecordsets, StayReadableAfterCloseAndRefuseToWrite) {
