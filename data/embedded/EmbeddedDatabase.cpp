@@ -53,9 +53,12 @@ void WriteBase(Session& session) {
     session.CommitTrans();
 }
 
+std::string JournalOf(std::string_view path) { return std::string(path) + "-journal"; }
+
 // A new file is filled under another name; whoever gives it its own name first wins.
 void MakeFile(std::string_view path, bool base) {
     if (FileSize(path)) Refuse(path, "exists already");
+    embedded::RemoveFile(JournalOf(path)); // of a file that is gone: not to be played back here
     const std::string temporary = embedded::TemporaryBeside(path);
     embedded::RemoveFile(temporary); // of a process killed long ago
     bool made = false;
@@ -70,7 +73,7 @@ void MakeFile(std::string_view path, bool base) {
         made = embedded::RenameFile(temporary, path, false);
     } catch (...) {
         embedded::RemoveFile(temporary);
-        embedded::RemoveFile(temporary + "-journal");
+        embedded::RemoveFile(JournalOf(temporary));
         throw;
     }
     if (!made) {
@@ -79,7 +82,7 @@ void MakeFile(std::string_view path, bool base) {
     }
 }
 
-bool HasJournal(std::string_view path) { return FileSize(std::string(path) + "-journal") > 0u; }
+bool HasJournal(std::string_view path) { return FileSize(JournalOf(path)) > 0u; }
 
 // What can be told before SQLite touches the file.
 void CheckHeader(std::string_view path) {
@@ -98,6 +101,24 @@ void CheckHeader(std::string_view path) {
     // A journal left behind brings back what a broken write has cut.
     if (*size < pages * pageSize && !HasJournal(path))
         Refuse(path, "is damaged: its end is missing");
+}
+
+// A journal that a killed process left is played back now, while it is about this file, and not
+// into the one that takes its place.
+void SettleJournal(std::string_view path) {
+    if (!HasJournal(path)) return;
+    bool database = true;
+    try {
+        CheckHeader(path);
+    } catch (const Error&) {
+        database = false;
+    }
+    if (database) {
+        Session session(path, Session::Mode::ReadWrite);
+        Lines(session, "SELECT count(*) FROM sqlite_master");
+        if (HasJournal(path)) Refuse(path, "is being written");
+    }
+    embedded::RemoveFile(JournalOf(path));
 }
 
 SessionPtr OpenChecked(std::string_view path) {
@@ -193,16 +214,18 @@ std::vector<std::string> EmbeddedDatabase::Check(Connection& connection) {
 
 void EmbeddedDatabase::BackupTo(Connection& connection, std::string_view path) {
     Session& from = SessionOf(connection);
+    if (embedded::SameFile(from.Path(), path)) Refuse(path, "is the database itself");
     const std::string temporary = embedded::TemporaryBeside(path);
     embedded::RemoveFile(temporary);
     try {
         Session to(temporary, Session::Mode::Create);
         CopyPages(from, to);
         to.Close();
+        SettleJournal(path);
         embedded::RenameFile(temporary, path, true);
     } catch (...) {
         embedded::RemoveFile(temporary);
-        embedded::RemoveFile(temporary + "-journal");
+        embedded::RemoveFile(JournalOf(temporary));
         throw;
     }
 }

@@ -18,6 +18,9 @@ std::optional<std::uint64_t> FileSize(std::string_view path);
 std::string FirstBytes(std::string_view path, std::size_t count);
 void RemoveFile(std::string_view path) noexcept; // no error when there is none
 
+// Whether both names lead to one file that is there.
+bool SameFile(std::string_view a, std::string_view b);
+
 // A name beside `path` that no other process makes at the same time.
 std::string TemporaryBeside(std::string_view path);
 

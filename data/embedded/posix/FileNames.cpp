@@ -59,6 +59,13 @@ std::string FirstBytes(std::string_view path, std::size_t count) {
 
 void RemoveFile(std::string_view path) noexcept { unlink(NativeName(path).c_str()); }
 
+bool SameFile(std::string_view a, std::string_view b) {
+    struct stat one {
+    }, other{};
+    return stat(NativeName(a).c_str(), &one) == 0 && stat(NativeName(b).c_str(), &other) == 0 &&
+           one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
 std::string TemporaryBeside(std::string_view path) {
     static unsigned count = 0;
     return std::string(path) + "." + std::to_string(getpid()) + "-" + std::to_string(++count) +

@@ -14,6 +14,18 @@ std::wstring Wide(std::string_view path) {
     return std::wstring(text.begin(), text.end());
 }
 
+// The file's place on its volume; all zero when it cannot be opened.
+BY_HANDLE_FILE_INFORMATION PlaceOf(std::string_view path) {
+    BY_HANDLE_FILE_INFORMATION place = {};
+    const HANDLE file =
+        CreateFileW(Wide(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                    nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) return place;
+    if (!GetFileInformationByHandle(file, &place)) place = {};
+    CloseHandle(file);
+    return place;
+}
+
 [[noreturn]] void Fail(std::string_view path, const char* what) {
     const DWORD code = GetLastError();
     throw Error(errors::unspecified,
@@ -51,6 +63,12 @@ std::string FirstBytes(std::string_view path, std::size_t count) {
 }
 
 void RemoveFile(std::string_view path) noexcept { DeleteFileW(Wide(path).c_str()); }
+
+bool SameFile(std::string_view a, std::string_view b) {
+    const BY_HANDLE_FILE_INFORMATION one = PlaceOf(a), other = PlaceOf(b);
+    return one.nNumberOfLinks > 0 && one.dwVolumeSerialNumber == other.dwVolumeSerialNumber &&
+           one.nFileIndexHigh == other.nFileIndexHigh && one.nFileIndexLow == other.nFileIndexLow;
+}
 
 std::string TemporaryBeside(std::string_view path) {
     static unsigned count = 0;

@@ -162,8 +162,40 @@ TEST_F(EmbeddedFiles, AreCopiedWholeWhileInUse) {
     EXPECT_NE(
         Failure([&] { EmbeddedDatabase::BackupTo(*connection, folder.Path("none\\copy.kdb")); }),
         "");
+    EXPECT_NE(Failure([&] { EmbeddedDatabase::BackupTo(*connection, path); }).find("itself"),
+              std::string::npos);
     EXPECT_TRUE(EmbeddedDatabase::Check(*connection).empty());
     EXPECT_EQ(Entries(), 2u);
+}
+
+// A process was killed while it wrote: its journal must not get into another file of that name.
+TEST_F(EmbeddedFiles, AreNeverMixedWithTheJournalOfTheFileBefore) {
+    const ConnectionPtr connection = EmbeddedDatabase::Create(path);
+    connection->BeginTrans();
+    const std::string words(2000, 'x');
+    for (int i = 0; i < 2000; ++i) // more than stays in memory
+        connection->Execute("Insert into tblDossierReference (Memo) Values ('" + words + "')");
+    const std::string crashed = folder.Path("crashed.kdb");
+    const auto crash = [&] {
+        for (const std::string end : {"", "-journal"})
+            Write("crashed.kdb" + end, Bytes("x.kdb" + end));
+    };
+    crash();
+    EXPECT_GT(Bytes("crashed.kdb-journal").size(), 0u);
+    std::filesystem::remove(folder.Native("crashed.kdb"));
+    const ConnectionPtr made = EmbeddedDatabase::Create(crashed);
+    EXPECT_TRUE(EmbeddedDatabase::Check(*made).empty());
+    made->Close();
+
+    const ConnectionPtr other = EmbeddedDatabase::Create(folder.Path("other.kdb"));
+    other->Execute("Insert into tblTree (Description) Values ('other')");
+    other->Execute("create table tblExtra (Words MEMO)");
+    crash();
+    EmbeddedDatabase::BackupTo(*other, crashed);
+    const ConnectionPtr copy = EmbeddedDatabase::Open(crashed);
+    EXPECT_TRUE(EmbeddedDatabase::Check(*copy).empty());
+    EXPECT_EQ(Count(*copy, "tblTree"), "1");
+    EXPECT_EQ(Count(*copy, "tblExtra"), "0");
 }
 
 } // namespace
