@@ -21,7 +21,7 @@ struct OdbcStatement::Column {
 namespace {
 
 constexpr SQLULEN longestBound = 2000; // characters or bytes of a bound column
-constexpr std::size_t blockBytes = 512 * 1024, mostRows = 256;
+constexpr std::size_t blockBytes = 64 * 1024, mostRows = 256;
 
 // A character outside the basic plane takes two units, and the last is the terminating zero.
 std::size_t WidthOf(Fetched fetched, SQLULEN size) {
@@ -106,7 +106,7 @@ RowStore OdbcStatement::FetchAll() {
     const std::vector<Column> columns = BindColumns(rows, firstLong);
 
     RowStore store(lclTypes.size());
-    for (;;) {
+    do {
         const SQLRETURN rc = SQLFetch(lclHandle);
         if (rc == SQL_NO_DATA) break;
         Check(rc);
@@ -115,7 +115,7 @@ RowStore OdbcStatement::FetchAll() {
             for (std::size_t i = firstLong; i < lclTypes.size(); ++i)
                 AppendLong(store, static_cast<SQLUSMALLINT>(i + 1), lclTypes[i].fetched);
         }
-    }
+    } while (fetched == rows); // a block that is not full was the last
     SQLSetStmtAttrW(lclHandle, SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
     return store;
 }

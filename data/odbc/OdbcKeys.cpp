@@ -32,7 +32,8 @@ OdbcLink::Keys ReadKeys(const LinkPtr& link, const std::string& table) {
 
 } // namespace
 
-void MarkKeys(const LinkPtr& link, std::vector<Field>& fields) {
+bool MarkKeys(const LinkPtr& link, std::vector<Field>& fields) {
+    bool any = false;
     for (Field& field : fields) {
         if (field.baseTable.empty()) continue;
         auto known = link->KnownKeys().find(field.baseTable);
@@ -40,7 +41,9 @@ void MarkKeys(const LinkPtr& link, std::vector<Field>& fields) {
             known =
                 link->KnownKeys().emplace(field.baseTable, ReadKeys(link, field.baseTable)).first;
         field.key = known->second.count(platform::LowerCase(field.baseColumn)) > 0;
+        any = any || field.key;
     }
+    return any;
 }
 
 } // namespace kavidex::data::odbc

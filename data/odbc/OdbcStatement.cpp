@@ -6,6 +6,7 @@
 #include "data/odbc/OdbcKeys.h"
 #include "data/odbc/SingleTable.h"
 #include "data/odbc/Wide.h"
+#include "platform/text.h"
 
 namespace kavidex::data::odbc {
 
@@ -101,41 +102,60 @@ std::string OdbcStatement::Attribute(SQLUSMALLINT column, SQLUSMALLINT which) {
     return UpToZero(text);
 }
 
+Field OdbcStatement::DescribeColumn(SQLUSMALLINT column) {
+    std::u16string name(256, u'\0');
+    SQLSMALLINT length = 0, sqlType = 0, digits = 0, nullable = SQL_NULLABLE_UNKNOWN;
+    SQLULEN size = 0;
+    Check(SQLDescribeColW(lclHandle, column, Raw(name), Length<SQLSMALLINT>(name), &length,
+                          &sqlType, &size, &digits, &nullable));
+    SQLLEN isUnsigned = SQL_FALSE;
+    if (IsWholeNumber(sqlType))
+        SQLColAttributeW(lclHandle, column, SQL_DESC_UNSIGNED, nullptr, 0, nullptr, &isUnsigned);
+    const TypeRow type = TypeOf(sqlType, size, digits, isUnsigned == SQL_TRUE);
+    lclTypes.push_back(type);
+    lclSizes.push_back(size);
+
+    Field field;
+    field.name = UpToZero(name);
+    field.type = type.ado;
+    field.definedSize = static_cast<std::int64_t>(
+        std::min<SQLULEN>(size, std::numeric_limits<std::int32_t>::max()));
+    field.nullable = nullable != SQL_NO_NULLS;
+    return field;
+}
+
 FieldsPtr OdbcStatement::Describe(bool keys) {
     auto fields = std::make_shared<std::vector<Field>>();
-    const std::string onlyTable = keys ? SingleTable(lclText) : std::string();
-    for (SQLUSMALLINT i = 1; i <= lclColumns; ++i) {
-        std::u16string name(256, u'\0');
-        SQLSMALLINT length = 0, sqlType = 0, digits = 0, nullable = SQL_NULLABLE_UNKNOWN;
-        SQLULEN size = 0;
-        Check(SQLDescribeColW(lclHandle, i, Raw(name), Length<SQLSMALLINT>(name), &length, &sqlType,
-                              &size, &digits, &nullable));
-        SQLLEN isUnsigned = SQL_FALSE;
-        SQLColAttributeW(lclHandle, i, SQL_DESC_UNSIGNED, nullptr, 0, nullptr, &isUnsigned);
-        const TypeRow type = TypeOf(sqlType, size, digits, isUnsigned == SQL_TRUE);
-        lclTypes.push_back(type);
-        lclSizes.push_back(size);
-
-        Field field;
-        field.name = UpToZero(name);
-        field.type = type.ado;
-        field.definedSize = static_cast<std::int64_t>(
-            std::min<SQLULEN>(size, std::numeric_limits<std::int32_t>::max()));
-        field.nullable = nullable != SQL_NO_NULLS;
-        if (keys) {
-            field.baseTable = Attribute(i, SQL_DESC_BASE_TABLE_NAME);
-            field.baseColumn = Attribute(i, SQL_DESC_BASE_COLUMN_NAME);
-            // Some drivers name no base: a statement over one table leaves no doubt.
-            if (field.baseTable.empty() && !onlyTable.empty()) {
-                field.baseTable = onlyTable;
-                if (field.baseColumn.empty()) field.baseColumn = field.name;
-            }
-            if (field.baseColumn.empty()) field.baseTable.clear();
-        }
-        fields->push_back(std::move(field));
-    }
-    if (keys) MarkKeys(lclLink, *fields);
+    for (SQLUSMALLINT i = 1; i <= lclColumns; ++i) fields->push_back(DescribeColumn(i));
+    if (keys) FindKeys(*fields);
     return fields;
+}
+
+// A plain statement over one table leaves no doubt where its columns come from; the driver may know
+// that table in another case. For any other statement, or a table without a key, the driver is
+// asked for every column, which takes two calls each.
+void OdbcStatement::FindKeys(std::vector<Field>& fields) {
+    const auto allOf = [&](const std::string& table) {
+        for (Field& field : fields) {
+            field.baseTable = table;
+            field.baseColumn = field.name;
+        }
+        return MarkKeys(lclLink, fields);
+    };
+    if (const std::string table = SingleTable(lclText); !table.empty()) {
+        if (allOf(table)) return;
+        const std::string known = Attribute(1, SQL_DESC_BASE_TABLE_NAME);
+        if (platform::EqualAsciiNoCase(known, table) && allOf(known)) return;
+    }
+    for (std::size_t i = 0; i < fields.size(); ++i) {
+        const auto number = static_cast<SQLUSMALLINT>(i + 1);
+        const std::string table = Attribute(number, SQL_DESC_BASE_TABLE_NAME);
+        const std::string column = Attribute(number, SQL_DESC_BASE_COLUMN_NAME);
+        if (table.empty() || column.empty()) continue; // some drivers name no base
+        fields[i].baseTable = table;
+        fields[i].baseColumn = column;
+    }
+    MarkKeys(lclLink, fields);
 }
 
 } // namespace kavidex::data::odbc

@@ -39,6 +39,8 @@ private:
     void Check(SQLRETURN rc);
     void Bind(SQLUSMALLINT number, const Value& value);
     void CountColumns();
+    Field DescribeColumn(SQLUSMALLINT column);
+    void FindKeys(std::vector<Field>& fields);
     std::string Attribute(SQLUSMALLINT column, SQLUSMALLINT which);
     std::vector<Column> BindColumns(std::size_t rows, std::size_t& firstLong);
     void Append(RowStore& store, const Column& column, std::size_t row);

@@ -57,6 +57,12 @@ TypeRow TypeOf(SQLSMALLINT sqlType, SQLULEN size, SQLSMALLINT digits, bool isUns
     return row;
 }
 
+bool IsWholeNumber(SQLSMALLINT sqlType) {
+    for (const TypeRow& known : types)
+        if (known.sqlType == sqlType) return Unsigned(known.ado) != known.ado;
+    return false;
+}
+
 SQLSMALLINT CTypeOf(Fetched fetched) {
     switch (fetched) {
     case Fetched::Bool: return SQL_C_BIT;

@@ -17,6 +17,8 @@ struct TypeRow {
 // An unknown type is read as text.
 TypeRow TypeOf(SQLSMALLINT sqlType, SQLULEN size, SQLSMALLINT digits, bool isUnsigned);
 
+bool IsWholeNumber(SQLSMALLINT sqlType); // with or without a sign
+
 SQLSMALLINT CTypeOf(Fetched fetched);
 
 } // namespace kavidex::data::odbc

@@ -133,6 +133,32 @@ TEST_P(RecordsetOverEngines, WritesOneRowAndFindsItChanged) {
     EXPECT_EQ(ToText(One("select Naam from tblProbe where Getal is null")), "twee");
 }
 
+TEST_P(RecordsetOverEngines, WritesThroughOtherNamesAndWhatATableIsNow) {
+    Fill(1);
+    const auto write = [&](const char* statement, const char* field, const char* text) {
+        const RecordsetPtr row = Open(statement);
+        row->Set(field, std::string(text));
+        row->Update();
+    };
+    write("SELECT * FROM TBLPROBE", "naam", "een");
+    EXPECT_EQ(ToText(One("select Naam from tblProbe")), "een");
+    write("select Verhaal as Naam, Naam as Verhaal, Id from tblProbe", "Naam", "verteld");
+    EXPECT_EQ(ToText(One("select Verhaal from tblProbe")), "verteld");
+    EXPECT_EQ(ToText(One("select Naam from tblProbe")), "een");
+
+    // Another table under the name that was read before.
+    using enum schema::ColumnType;
+    connection->Execute("drop table tblProbe");
+    const schema::Table other = {
+        "tblProbe", "Sleutel", "SleutelConst", {{"Id", Integer}, {"Naam", Integer}}};
+    connection->Execute(schema::CreateTable(other, engine.dialect));
+    connection->Execute("insert into tblProbe (Id, Naam) values (7, 1)");
+    connection->Execute("insert into tblProbe (Id, Naam) values (7, 2)");
+    write("SELECT * FROM TBLPROBE order by Naam", "Naam", "11");
+    EXPECT_EQ(ToInt32(One("select Naam from tblProbe where Naam > 2")), 11);
+    EXPECT_EQ(ToInt32(One("select Naam from tblProbe where Naam < 3")), 2);
+}
+
 TEST_P(RecordsetOverEngines, RefusesARowThatSomeoneElseChangedOrRemoved) {
     Fill(3);
     const ConnectionPtr other = database->Connect();
