@@ -5,15 +5,16 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <limits>
+#include <vector>
 
 namespace kavidex::bench {
 
 struct Times {
-    double ours, peer; // seconds, the best of all rounds
+    double ours, peer; // seconds
 };
 
-// The two take turns, so that a busy moment of the machine meets both.
+// The two take turns, so that a busy moment of the machine meets both; the round whose ratio lies
+// in the middle counts.
 template <class Ours, class Peer>
 Times Measure(Ours ours, Peer peer, int rounds = 7) {
     const auto once = [](auto& work) {
@@ -21,12 +22,16 @@ Times Measure(Ours ours, Peer peer, int rounds = 7) {
         work();
         return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     };
-    Times best{std::numeric_limits<double>::max(), std::numeric_limits<double>::max()};
+    std::vector<Times> all;
     for (int i = 0; i < rounds; ++i) {
-        best.ours = std::min(best.ours, once(ours));
-        best.peer = std::min(best.peer, once(peer));
+        const double time = once(ours);
+        all.push_back({time, once(peer)});
     }
-    return best;
+    const auto middle = all.begin() + rounds / 2;
+    std::nth_element(all.begin(), middle, all.end(), [](const Times& one, const Times& other) {
+        return one.ours * other.peer < other.ours * one.peer;
+    });
+    return *middle;
 }
 
 inline bool Report(const char* name, const Times& times, const char* what, double ratio, bool good,
