@@ -14,6 +14,7 @@ clsItem::clsItem(NodeId id, std::string type, std::int32_t itemId, std::string d
 
 void clsItem::SetId(NodeId id) {
     lclId = id;
+    ItemList::IdChanged();
     clsItemCol::StructureChanged();
 }
 

@@ -60,15 +60,15 @@ clsItemCol::clsItemCol(const platform::Workstation& workstation) : lclWorkstatio
 // would otherwise end as deep on the stack.
 clsItemCol::~clsItemCol() {
     StructureChanged();
-    std::vector<clsItemPtr> doomed = std::move(lclItems);
+    std::vector<clsItemPtr> doomed = lclItems.TakeAll();
     while (!doomed.empty()) {
         const clsItemPtr item = std::move(doomed.back());
         doomed.pop_back();
         if (!item || item.use_count() != 1) continue;
         const clsItemColPtr children = std::move(item->lclChildren);
         if (!children || children.use_count() != 1) continue;
-        std::move(children->lclItems.begin(), children->lclItems.end(), std::back_inserter(doomed));
-        children->lclItems.clear();
+        std::vector<clsItemPtr> below = children->lclItems.TakeAll();
+        std::move(below.begin(), below.end(), std::back_inserter(doomed));
     }
 }
 
@@ -81,14 +81,18 @@ void clsItemCol::StructureChanged() { structureVersion.fetch_add(1, std::memory_
 void clsItemCol::Append(clsItemPtr item) {
     StructureChanged();
     lclHighestId = std::max(lclHighestId, item->Id());
-    lclItems.push_back(std::move(item));
+    lclItems.Append(std::move(item));
+}
+
+void clsItemCol::RefuseSecond(NodeId id) const {
+    if (id <= lclHighestId && Find(id))
+        throw platform::Error(keyInUse, "The key " + KeyOf(id) +
+                                            " is already associated with an element of this "
+                                            "collection");
 }
 
 void clsItemCol::Add(clsItemPtr item) {
-    if (item->Id() <= lclHighestId && Find(item->Id()))
-        throw platform::Error(keyInUse, "The key " + KeyOf(item->Id()) +
-                                            " is already associated with an element of this "
-                                            "collection");
+    RefuseSecond(item->Id());
     Append(std::move(item));
 }
 
@@ -96,6 +100,9 @@ clsItemPtr clsItemCol::AddItem(NodeId& id, std::string_view type, clsItemColPtr 
                                std::int32_t itemId, std::string_view description,
                                const data::ConnectionPtr& connection, NodeId parentId) {
     if (!connection) return nullptr;
+    const auto isThis = [&](const clsItem& node) { return node.ChildCollection().get() == this; };
+    if (children.get() == this || AnyBelow(children, isThis))
+        throw platform::Error(invalidCall, "A collection cannot hang from its own member.");
     if (id == 0) id = InsertNode(lclWorkstation, connection, type, itemId, parentId, description);
     auto item = std::make_shared<clsItem>(id, std::string(type), itemId, std::string(description),
                                           lclConnection);
@@ -119,20 +126,25 @@ clsItemPtr clsItemCol::AddUserGroup(std::string_view description,
 clsItemPtr clsItemCol::MoveItem(const clsItemPtr& item, const data::ConnectionPtr& connection,
                                 const clsItemPtr& newParent, const clsItemPtr& oldParent) {
     if (!connection) return nullptr;
-    if (!item || !newParent)
-        throw platform::Error(invalidCall, "A move needs an item and its new parent.");
+    if (!item || !newParent || !oldParent)
+        throw platform::Error(invalidCall, "A move needs an item, its new and its old parent.");
+    const clsItemColPtr& siblings = oldParent->ChildCollection();
+    if (!siblings || !siblings->Find(item->Id()))
+        throw platform::Error(invalidCall, "The old parent " + Number(oldParent->Id()) +
+                                               " does not hold the item " + KeyOf(item->Id()) +
+                                               ".");
     const clsItem* const target = newParent.get();
-    if (FirstDepthFirst(*item, [&](const clsItem& node) { return &node == target; }))
-        return nullptr; // it would hang from itself, out of reach
-    if (Find(item->Id())) throw platform::Error(keyInUse, KeyOf(item->Id()) + " is there already.");
+    const auto within = [&](const clsItem& node) {
+        return &node == target || node.ChildCollection().get() == this;
+    };
+    if (FirstDepthFirst(*item, within)) return nullptr; // it would hang from itself, out of reach
+    RefuseSecond(item->Id());
     Store(connection)
         .Write("Update tbltreeitem set ParentId = " + Number(newParent->Id()) +
                " Where TreeItemId = " + Number(item->Id()));
     const clsItemPtr moved = item; // the reference may live in the old parent's collection
     Append(moved);
-    if (oldParent && oldParent->ChildCollection() &&
-        oldParent->ChildCollection()->Find(moved->Id()))
-        oldParent->ChildCollection()->Remove(moved->Id());
+    siblings->lclItems.Remove(moved->Id());
     return moved;
 }
 
@@ -146,40 +158,11 @@ clsItemPtr clsItemCol::Item(std::int32_t index) const {
     return items[static_cast<std::size_t>(index) - 1];
 }
 
-// From both ends at once: trees are mostly taken down from one of them.
-std::size_t clsItemCol::PositionOf(NodeId id) const {
-    std::size_t front = lclFirst, back = lclItems.size();
-    while (front < back) {
-        if (lclItems[front]->Id() == id) return front;
-        ++front;
-        if (lclItems[--back]->Id() == id) {
-            // A damaged database may hold an id twice: the first one counts.
-            for (std::size_t i = front; i < back; ++i)
-                if (lclItems[i]->Id() == id) return i;
-            return back;
-        }
-    }
-    return lclItems.size();
-}
-
-clsItemPtr clsItemCol::Find(NodeId id) const {
-    const std::size_t position = PositionOf(id);
-    return position < lclItems.size() ? lclItems[position] : nullptr;
-}
-
 void clsItemCol::Remove(NodeId id) {
-    const std::size_t position = PositionOf(id);
-    if (position == lclItems.size())
+    const clsItemPtr removed = lclItems.Remove(id);
+    if (!removed)
         throw platform::Error(invalidCall, "There is no item " + KeyOf(id) + " in the collection.");
     StructureChanged();
-    if (position != lclFirst) {
-        lclItems.erase(lclItems.begin() + static_cast<std::ptrdiff_t>(position));
-        return;
-    }
-    lclItems[lclFirst++].reset();
-    if (lclFirst < 32 || lclFirst * 2 < lclItems.size()) return;
-    lclItems.erase(lclItems.begin(), lclItems.begin() + static_cast<std::ptrdiff_t>(lclFirst));
-    lclFirst = 0;
 }
 
 void clsItemCol::Remove(std::string_view key) {

@@ -6,8 +6,8 @@
 #include <span>
 #include <string>
 #include <string_view>
-#include <vector>
 
+#include "model/ItemList.h"
 #include "model/clsItem.h"
 
 namespace kavidex::platform {
@@ -52,12 +52,13 @@ public:
     clsItemPtr MoveItem(const clsItemPtr& item, const data::ConnectionPtr& connection,
                         const clsItemPtr& newParent, const clsItemPtr& oldParent);
 
-    std::int32_t Count() const { return static_cast<std::int32_t>(Items().size()); }
+    std::int32_t Count() const { return static_cast<std::int32_t>(lclItems.Size()); }
     // By position, counted from 1, within 16 bits; throws platform::Error otherwise.
     clsItemPtr Item(std::int32_t index) const;
     // All members, for walking; valid until the collection changes.
-    std::span<const clsItemPtr> Items() const { return std::span(lclItems).subspan(lclFirst); }
-    clsItemPtr Find(NodeId id) const; // null when it is not a member
+    std::span<const clsItemPtr> Items() const { return lclItems.Items(); }
+    // Null when it is not a member.
+    clsItemPtr Find(NodeId id) const { return lclItems.Find(id); }
 
     void Remove(NodeId id);
     void Remove(std::string_view key); // "C17"
@@ -65,7 +66,7 @@ public:
 
     // For loading: adds a node that is known to be new here, without any check.
     void Append(clsItemPtr item);
-    void Reserve(std::size_t count) { lclItems.reserve(lclFirst + count); }
+    void Reserve(std::size_t count) { lclItems.Reserve(count); }
 
     // Changes whenever any tree of the process changes its shape; what was looked up before may
     // then be out of date.
@@ -74,14 +75,12 @@ public:
 private:
     friend class clsItem;
     static void StructureChanged();
-    std::size_t PositionOf(NodeId id) const; // lclItems.size() when it is not there
     void Add(clsItemPtr item);
+    void RefuseSecond(NodeId id) const;
 
     const platform::Workstation& lclWorkstation;
     data::ConnectionPtr lclConnection;
-    // Members from lclFirst on; those before it were removed from the front.
-    std::vector<clsItemPtr> lclItems;
-    std::size_t lclFirst = 0;
+    ItemList lclItems;
     NodeId lclHighestId = 0; // no member has a higher one
 };
 

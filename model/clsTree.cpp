@@ -189,8 +189,9 @@ clsItemPtr clsTree::MoveItem(NodeId itemId, NodeId newParentId, NodeId oldParent
 }
 
 bool clsTree::DeleteItem(clsItemPtr& item, NodeId id) {
-    const clsItemPtr doomed = item ? std::exchange(item, nullptr) : GetItem(id, "");
-    if (!doomed || !lclConnection) return false;
+    if (!lclConnection) return false;
+    const clsItemPtr doomed = item ? item : GetItem(id, "");
+    if (!doomed) return false;
     const model::Store store(lclConnection);
     Transaction transaction(store);
     VisitChildrenFirst(*doomed, [&](const clsItem& node) {
@@ -201,6 +202,7 @@ bool clsTree::DeleteItem(clsItemPtr& item, NodeId id) {
         store.Write("Delete from tbltreeitemuplink where serverrefId = " + number);
     });
     transaction.Commit();
+    item = nullptr;
     return true;
 }
 

@@ -39,6 +39,14 @@ clsItem* FirstDepthFirst(clsItem& start, Matches matches) {
     return nullptr;
 }
 
+template <class Matches>
+bool AnyBelow(const clsItemColPtr& children, Matches matches) {
+    if (!children) return false;
+    for (const clsItemPtr& child : children->Items())
+        if (FirstDepthFirst(*child, matches)) return true;
+    return false;
+}
+
 // Every node, children before their parent; `visit` must not change the tree.
 template <class Visit>
 void VisitChildrenFirst(clsItem& start, Visit visit) {

@@ -5,6 +5,8 @@
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"
+#include "model/walk.h"
+#include "platform/Error.h"
 #include "platform/Workstation.h"
 
 namespace kavidex::com {
@@ -62,6 +64,14 @@ constexpr Table treeTable{"Kavidex.clsTree", &DIID__clsTree, treeMembers};
 
 using Item = Rows<SharedFace<clsItem>>;
 
+// A host may hand over any collection; one that holds the item would have no end.
+void SetChildren(clsItem& item, clsItemColPtr children) {
+    if (model::AnyBelow(children, [&](const clsItem& node) { return &node == &item; }))
+        throw platform::Error(platform::errors::invalidArgument,
+                              "The collection holds the item itself.", "Kavidex.clsItem");
+    item.SetChildCollection(std::move(children));
+}
+
 constexpr Member itemMembers[] = {
     Item::Get<&clsItem::Id>(L"Id", 1),
     Item::Put<&clsItem::SetId>(L"Id", 1),
@@ -74,13 +84,23 @@ constexpr Member itemMembers[] = {
     Item::Get<&clsItem::AllowChildren>(L"AllowChildren", 5),
     Item::Put<&clsItem::SetAllowChildren>(L"AllowChildren", 5),
     Item::Get<&clsItem::ChildCollection>(L"ChildCollection", 6),
-    Item::PutRef<&clsItem::SetChildCollection>(L"ChildCollection", 6),
+    Item::PutRef<SetChildren>(L"ChildCollection", 6),
     Item::PutRef<&clsItem::SetDbConnection>(L"DbConnection", 7),
 };
 constexpr Table itemTable{"Kavidex.clsItem", &DIID__clsItem, itemMembers};
 
 using ColFace = SharedFace<clsItemCol>;
 using Col = Rows<ColFace>;
+
+// By node id for a number, also one in a text, otherwise by key.
+void Remove(clsItemCol& col, Variant key) {
+    const bool digits = key.IsText() && !key.ToText().empty() &&
+                        key.ToText().find_first_not_of("-0123456789 ") == std::string::npos;
+    if (key.IsNumber() || digits)
+        col.Remove(key.ToInt32());
+    else
+        col.Remove(key.ToText());
+}
 
 constexpr Member colMembers[] = {
     Col::Get<[](clsItemCol& col, std::int16_t index) { return col.Item(index); }>(L"Item", 0,
@@ -104,12 +124,7 @@ constexpr Member colMembers[] = {
     Col::Method<&clsItemCol::AddUserGroup>(L"AddUserGroup", 5,
                                            L"Description,DbConnection,ParentId"),
     Col::Method<&clsItemCol::MoveItem>(L"MoveItem", 6, L"Item,DbConnection,NewParent,OldParent"),
-    Col::Method<[](clsItemCol& col, Variant key) {
-        if (key.IsNumber())
-            col.Remove(key.ToInt32());
-        else
-            col.Remove(key.ToText());
-    }>(L"Remove", 7, L"Key"),
+    Col::Method<Remove>(L"Remove", 7, L"Key"),
     Col::Method<[](clsItemCol&, std::string type) { return model::fncCanHaveChildren(type); }>(
         L"fncCanHaveChildren", 8, L"Type"),
 };
