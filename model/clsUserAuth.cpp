@@ -172,6 +172,9 @@ bool clsUserAuth::RenameUser(std::string_view oldName, std::string_view newName)
     if (SectionOf(oldName) == SectionOf(newName)) return true;
     return Whole("clsUserAuth.RenameUser", [&] {
         const Pairs pairs = Read(oldName);
+        // Databases compare without case: to them the two may be one name.
+        if (platform::EqualNoCase(SectionOf(oldName), SectionOf(newName)))
+            return Erase(oldName) && Save(newName, pairs);
         return Erase(newName) && Save(newName, pairs) && Erase(oldName);
     });
 }

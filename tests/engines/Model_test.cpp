@@ -220,6 +220,7 @@ TEST_P(ModelOverEngines, RightsAndChecklistsComeBackAsTheyWereSaved) {
     clsUserAuth auth(machine);
     auth.SetDbConnection(connection);
     EXPECT_TRUE(auth.RenameUser(hostile[1], "piet"));
+    EXPECT_TRUE(auth.RenameUser("piet", "Piet") && auth.RenameUser("Piet", "piet"));
     auth.SetUserId("piet");
     EXPECT_TRUE(auth.LoadRights() && auth.GetRight("Print") == hostile[1]);
     EXPECT_TRUE(auth.DeleteRights() && auth.LoadRights() && auth.GetRight("Print").empty());

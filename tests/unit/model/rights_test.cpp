@@ -86,6 +86,11 @@ TEST_F(Rights, AreKeptPerUserWhateverTheName) {
         EXPECT_TRUE(none->LoadRights());
         EXPECT_EQ(none->GetRight("Mail"), "") << gone;
     }
+    // Only the case changes: to the database both are one name.
+    ASSERT_TRUE(Of("")->RenameUser("jan", "JAN"));
+    const auto renamed = Of("JAN");
+    EXPECT_TRUE(renamed->LoadRights());
+    EXPECT_EQ(renamed->GetRight("Mail"), "v jan");
     Use("true"); // a user without a name has no rights, and does not reach the switch
     EXPECT_FALSE(Of(" ")->DeleteRights());
     EXPECT_TRUE(model::UseRights(machine, database));
