@@ -107,18 +107,16 @@ void clsDocument::InsertNewRow() {
         rows.Set("DocGuid", std::string());
         rows.Set("Description", std::string(markedDescription));
     });
-    const std::int32_t docId = lclDocId == 0 ? id : lclDocId;
     if (!lclSendTo.empty() || !lclRecievedFrom.empty())
         store.Write("Insert into tblDocExtraInfo "
                     "(DocId,SendTo,SendFrom,RecievedOn,SendOn,NrOfAttatchements) Values (" +
-                    Number(docId) + "," + data::SqlValue(lclSendTo) + "," +
+                    Number(id) + "," + data::SqlValue(lclSendTo) + "," +
                     data::SqlValue(lclRecievedFrom) + "," + data::SqlValue(lclRecievedOn) + "," +
                     data::SqlValue(lclSendOn) + "," + Number(lclNumberOfAttatchements) + ")");
     transaction.Commit();
 
-    lclId = id;
-    lclDocId = docId;
-    lclExtraInfoOf = docId;
+    lclId = lclExtraInfoOf = id;
+    if (lclDocId == 0) lclDocId = id;
     lclExtraInfoId = lclSendTo.empty() && lclRecievedFrom.empty() ? 0 : -1;
 }
 
@@ -126,28 +124,29 @@ void clsDocument::RemoveNewRow() {
     const Store store(DbConnection());
     Transaction transaction(store);
     if (lclExtraInfoId != 0)
-        store.Write("Delete from tblDocExtraInfo where DocId = " + Number(lclDocId));
+        store.Write("Delete from tblDocExtraInfo where DocId = " + Number(lclId));
     store.Write("Delete from " + TableName() + " where DocGuid = " + data::SqlValue(lclGuid));
     transaction.Commit();
     lclExtraInfoId = 0;
 }
 
-// The key of this document's extra information, 0 when it has none that is known.
-std::int32_t clsDocument::ExtraInfoId() {
-    if (lclExtraInfoOf != lclDocId) return 0;
-    if (lclExtraInfoId == -1) {
-        const data::RecordsetPtr row =
-            Store(DbConnection())
-                .Read("Select * from tblDocExtraInfo where DocId = " + Number(lclDocId));
-        lclExtraInfoId = row->Eof() ? 0 : data::ToInt32(row->Get("Id"));
-    }
-    return lclExtraInfoId;
+// The key of a document's extra information, 0 when it has none; read unless it is known.
+std::int32_t clsDocument::ExtraInfoId(std::int32_t document) {
+    const bool kept = lclExtraInfoOf == document;
+    if (kept && lclExtraInfoId >= 0) return lclExtraInfoId;
+    const data::RecordsetPtr row =
+        Store(DbConnection())
+            .Read("Select * from tblDocExtraInfo where DocId = " + Number(document));
+    const std::int32_t key = row->Eof() ? 0 : data::ToInt32(row->Get("Id"));
+    if (kept) lclExtraInfoId = key;
+    return key;
 }
 
 bool clsDocument::UpdateCurrentRow() {
     return Guarded("UpdateCurrentRow", [&] {
         const Store store(DbConnection());
-        const std::int32_t extraInfo = ExtraInfoId();
+        // What was never read or written by this object would be overwritten unseen.
+        const std::int32_t extraInfo = lclExtraInfoOf == lclDocId ? ExtraInfoId(lclDocId) : 0;
         Transaction transaction(store);
         store.Write("update " + TableName() + " set ExternalId = " + data::SqlValue(lclExternalId) +
                     ", InsertedBy = " + data::SqlValue(lclInsertedBy) +
@@ -173,7 +172,7 @@ bool clsDocument::DeleteCurrentRow() {
         if (lclId < 1) // minus a negative number would bring the document back, or read as a remark
             throw data::Error(data::errors::badEof, "There is no current document.", "clsDocument");
         const Store store(DbConnection());
-        const std::int32_t extraInfo = ExtraInfoId();
+        const std::int32_t extraInfo = ExtraInfoId(lclId);
         const std::string id = Number(lclId);
         Transaction transaction(store);
         store.Write("update " + TableName() + " set Id = -" + id + " where Id = " + id);

@@ -108,7 +108,7 @@ private:
     std::string PathOf(std::int32_t id) const;
     void LoadExtraInfo();
     void InsertExtraInfo();
-    std::int32_t ExtraInfoId();
+    std::int32_t ExtraInfoId(std::int32_t document);
 
     std::string lclCriteria, lclBaseSaveDirectory;
     std::int32_t lclId = 0, lclDocId = 0;

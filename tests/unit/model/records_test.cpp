@@ -104,6 +104,28 @@ TEST_F(Documents, WithoutMailInformationGetNoExtraRowAndKeepOneTheyWrote) {
     EXPECT_EQ(One("select SendTo from tblDocExtraInfo"), "piet");
 }
 
+TEST_F(Documents, ExtraInformationBelongsToItsOwnRow) {
+    clsDocument document(machine);
+    Fill(document);
+    document.SetSendTo("piet");
+    ASSERT_TRUE(document.SaveNewRow());
+    const std::string first = std::to_string(document.DocId());
+    document.SetSendTo("klaas");
+    ASSERT_TRUE(document.SaveNewRow()); // the object keeps its DocId, the row is another one
+    EXPECT_EQ(std::to_string(document.DocId()), first);
+    const std::string second = std::to_string(document.Id());
+    EXPECT_EQ(Rows("select DocId, SendTo from tblDocExtraInfo order by Id"),
+              (std::vector<std::string>{first + "|piet", second + "|klaas"}));
+
+    clsDocument doomed(machine); // never read
+    doomed.SetDatabaseObject(connection);
+    doomed.SetId(document.Id());
+    ASSERT_TRUE(doomed.DeleteCurrentRow());
+    EXPECT_EQ(One("select SendTo from tblDocExtraInfo"), "piet");
+    ASSERT_TRUE(doomed.UpdateCurrentRow());
+    EXPECT_EQ(One("select SendTo from tblDocExtraInfo"), "piet");
+}
+
 TEST_F(Documents, ARowWhoseFileIsThereAlreadyIsMarked) {
     clsDocument first(machine);
     Fill(first);
