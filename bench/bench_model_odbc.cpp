@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "OdbcHeaders.h"
+#include "bench/RawOdbc.h"
 #include "bench/ratio.h"
 #include "data/clsSettings.h"
 #include "data/clsUpdateDb.h"
@@ -68,31 +68,12 @@ struct PlainNode {
 
 class RawLoop {
 public:
-    explicit RawLoop(const std::string& connectionString) {
-        SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment);
-        SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION,
-                      reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
-        SQLAllocHandle(SQL_HANDLE_DBC, environment, &connection);
-        std::u16string text = platform::ToUtf16(connectionString);
-        SQLDriverConnectW(connection, nullptr, reinterpret_cast<SQLWCHAR*>(text.data()),
-                          static_cast<SQLSMALLINT>(text.size()), nullptr, 0, nullptr,
-                          SQL_DRIVER_NOPROMPT);
-    }
-    ~RawLoop() {
-        SQLDisconnect(connection);
-        SQLFreeHandle(SQL_HANDLE_DBC, connection);
-        SQLFreeHandle(SQL_HANDLE_ENV, environment);
-    }
-    RawLoop(const RawLoop&) = delete;
-    RawLoop& operator=(const RawLoop&) = delete;
+    explicit RawLoop(const std::string& connectionString) : link(connectionString) {}
 
     std::size_t Children(int parent, std::vector<PlainNode>& children) {
-        SQLHSTMT handle = nullptr;
-        SQLAllocHandle(SQL_HANDLE_STMT, connection, &handle);
-        std::u16string text = platform::ToUtf16("Select * from tblTreeItem where ParentId = " +
-                                                std::to_string(parent) + " ORDER BY TreeItemId");
-        SQLExecDirectW(handle, reinterpret_cast<SQLWCHAR*>(text.data()),
-                       static_cast<SQLINTEGER>(text.size()));
+        const SQLHSTMT handle =
+            link.Run("Select * from tblTreeItem where ParentId = " + std::to_string(parent) +
+                     " ORDER BY TreeItemId");
         if (columns.empty()) FindColumns(handle);
         for (std::size_t i = 0; i < columns.size(); ++i) {
             Column& column = columns[i];
@@ -148,8 +129,7 @@ private:
                    : std::u16string(columns[column].wide, static_cast<std::size_t>(length) / 2);
     }
 
-    SQLHENV environment = nullptr;
-    SQLHDBC connection = nullptr;
+    bench::RawOdbc link;
     std::vector<Column> columns;
     std::size_t id = 0, item = 0, type = 0, description = 0;
 };

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "OdbcHeaders.h"
+#include "bench/RawOdbc.h"
 #include "bench/ratio.h"
 #include "data/odbc/OdbcConnection.h"
 #include "platform/text.h"
@@ -36,31 +36,11 @@ void Fill(data::Connection& connection) {
 
 class RawLoop {
 public:
-    explicit RawLoop(const std::string& connectionString) {
-        SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &environment);
-        SQLSetEnvAttr(environment, SQL_ATTR_ODBC_VERSION,
-                      reinterpret_cast<SQLPOINTER>(SQL_OV_ODBC3), 0);
-        SQLAllocHandle(SQL_HANDLE_DBC, environment, &connection);
-        std::u16string text = platform::ToUtf16(connectionString);
-        SQLDriverConnectW(connection, nullptr, reinterpret_cast<SQLWCHAR*>(text.data()),
-                          static_cast<SQLSMALLINT>(text.size()), nullptr, 0, nullptr,
-                          SQL_DRIVER_NOPROMPT);
-    }
-    ~RawLoop() {
-        SQLDisconnect(connection);
-        SQLFreeHandle(SQL_HANDLE_DBC, connection);
-        SQLFreeHandle(SQL_HANDLE_ENV, environment);
-    }
-    RawLoop(const RawLoop&) = delete;
-    RawLoop& operator=(const RawLoop&) = delete;
+    explicit RawLoop(const std::string& connectionString) : link(connectionString) {}
 
     // The rows fetched; `sum` keeps the reading from being optimised away.
     int Run() {
-        SQLHSTMT handle = nullptr;
-        SQLAllocHandle(SQL_HANDLE_STMT, connection, &handle);
-        std::u16string text = platform::ToUtf16(statement);
-        SQLExecDirectW(handle, reinterpret_cast<SQLWCHAR*>(text.data()),
-                       static_cast<SQLINTEGER>(text.size()));
+        const SQLHSTMT handle = link.Run(statement);
         std::vector<std::vector<char16_t>> wide(columns + 1);
         SQLBIGINT numbers[columns + 1] = {};
         SQLLEN lengths[columns + 1] = {};
@@ -87,8 +67,7 @@ public:
     std::int64_t sum = 0;
 
 private:
-    SQLHENV environment = nullptr;
-    SQLHDBC connection = nullptr;
+    bench::RawOdbc link;
 };
 
 } // namespace

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <type_traits>
 #include <vector>
 
 namespace kavidex::bench {
@@ -13,19 +14,26 @@ struct Times {
     double ours, peer; // seconds
 };
 
+// Seconds that the work took; by the clock where it does not measure itself.
+template <class Work>
+double Once(Work& work) {
+    if constexpr (std::is_same_v<decltype(work()), double>) {
+        return work();
+    } else {
+        const auto start = std::chrono::steady_clock::now();
+        work();
+        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    }
+}
+
 // The two take turns, so that a busy moment of the machine meets both; the round whose ratio lies
 // in the middle counts.
 template <class Ours, class Peer>
 Times Measure(Ours ours, Peer peer, int rounds = 7) {
-    const auto once = [](auto& work) {
-        const auto start = std::chrono::steady_clock::now();
-        work();
-        return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    };
     std::vector<Times> all;
     for (int i = 0; i < rounds; ++i) {
-        const double time = once(ours);
-        all.push_back({time, once(peer)});
+        const double time = Once(ours);
+        all.push_back({time, Once(peer)});
     }
     const auto middle = all.begin() + rounds / 2;
     std::nth_element(all.begin(), middle, all.end(), [](const Times& one, const Times& other) {
