@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cwchar>
+#include <utility>
 
 #include <objbase.h>
 
@@ -13,6 +14,19 @@ namespace kavidex::platform::win32 {
 namespace {
 
 std::string CallName(const wchar_t* name) { return name && *name ? FromWide(name) : "Invoke"; }
+
+// Not every system has texts for these.
+constexpr std::pair<HRESULT, const char*> dispatchTexts[] = {
+    {DISP_E_TYPEMISMATCH, "Type mismatch"},
+    {DISP_E_OVERFLOW, "Overflow"},
+    {DISP_E_BADVARTYPE, "Bad variable type"},
+    {DISP_E_BADINDEX, "Invalid index"},
+    {DISP_E_MEMBERNOTFOUND, "Member not found"},
+    {DISP_E_UNKNOWNNAME, "Unknown name"},
+    {DISP_E_BADPARAMCOUNT, "Wrong number of arguments"},
+    {DISP_E_PARAMNOTFOUND, "Unknown argument"},
+    {DISP_E_PARAMNOTOPTIONAL, "Argument not optional"},
+};
 
 [[noreturn]] void Raise(HRESULT result, EXCEPINFO& info, const wchar_t* name) {
     if (result != DISP_E_EXCEPTION)
@@ -44,6 +58,8 @@ std::string HresultText(HRESULT result) {
     std::string words = FromWide(text);
     LocalFree(buffer);
     if (!words.empty()) return words;
+    for (const auto& [known, meaning] : dispatchTexts)
+        if (known == result) return meaning;
     char number[16];
     std::snprintf(number, sizeof number, "0x%08lX", static_cast<unsigned long>(result));
     return number;
