@@ -57,8 +57,9 @@ constexpr Member treeMembers[] = {
         return tree.GetItemWithinTree(start, id, description.value_or(""));
     }>(L"GetItemWithinTree", 16, L"StartItem,Id,Description"),
     Tree::Method<&clsTree::Delete>(L"Delete", 17),
-    // Callers walk the root's ChildCollection.
-    Tree::Get<[](clsTree&) { return ComPtr<IUnknown>(); }>(L"NewEnum", DISPID_NEWENUM),
+    // Callers walk the root's ChildCollection. Not under the id that For Each asks: script engines
+    // take no collection better than one without members to ask.
+    Tree::Get<[](clsTree&) { return ComPtr<IUnknown>(); }>(L"NewEnum", 18),
 };
 constexpr Table treeTable{"Kavidex.clsTree", &DIID__clsTree, treeMembers};
 

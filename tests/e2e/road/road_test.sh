@@ -66,6 +66,11 @@ build_dossier) # a dossier made of the data classes alone, sound to the integrit
   ! check || fail "the check misses a file that is gone"
   expect "document without file" ;;
 
+model_classes) # hostile texts, wrong values and orphans, straight into the data classes
+  mkdir "$work/d"; printf '\377\376\075\330\301\334 \000\207e\366N' >"$work/d/emoji.txt"
+  script "$here/model_classes.vbs" "$(windows "$work/d")"
+  ! grep "^failed" "$work/out" || fail "see above" ;;
+
 events) # what the small host in C++ hears
   printf 'inhoud\n' >"$work/brief.txt"; mkdir "$work/store"
   run "$(windows "$bin/show_events.exe")" "$(windows "$work/a.kdb")" "$(windows "$work/store")" K1 \
