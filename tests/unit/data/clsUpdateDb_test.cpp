@@ -183,6 +183,46 @@ TEST_F(clsUpdateDbTest, IssuesEachFormAndShowsEachPhase) {
                                   "DROP INDEX indRefVal10 on tblDossierReference",
                                   "DROP INDEX tblDossierReference.indRefVal10"})
         EXPECT_TRUE(server->Issued(statement)) << statement;
+    update.fncUpTo113(reached);
+    for (const char* name :
+         {"CheckListRefFields", "Document", "DossierDbRelation", "DossierReference",
+          "DossierRefTabs", "DossierRelations", "Tree", "TreeItem"}) {
+        const std::string plain = std::string(name) + "UpLink";
+        EXPECT_TRUE(
+            server->Issued("CREATE INDEX ind" + plain + " on tbl" + plain + " (RefGuid, RefId)"));
+        EXPECT_TRUE(server->Issued("CREATE TABLE tbl" + plain +
+                                   " ( Id BIGINT AUTO_INCREMENT  PRIMARY KEY, RefGuid CHAR(38), "
+                                   "RefId INTEGER, ServerRefId INTEGER) AUTO_INCREMENT = 1000"));
+    }
+    update.fncUpTo111(reached);
+    for (const char* index :
+         {"indChecklistFields on tblChecklistFields (Id)",
+          "indChecklistRefFields on tblChecklistRefFields (Id)",
+          "indTabChecklistRefFields on tblChecklistRefFields (TabRefId)",
+          "indDossierFields on tblDossierFields (DossierId)",
+          "indDossierRefTabs on tblDossierReftabs (DossierReferenceId)",
+          "indRelDossierId on tblDossierRelations (DossierId)",
+          "indRelTreeId on tblDossierRelations (TreeId)",
+          "indtabdossierid on tblDossierTabs (DossierTypeId)",
+          "indscreensettingsScreenId on tblscreensettings (ScreenId)",
+          "indstrKey on tblTranslations (strKey)", "indParentId on tblTreeItem (parentId)"})
+        EXPECT_TRUE(server->Issued("CREATE INDEX " + std::string(index))) << index;
+    server->statements.clear();
+    update.fncUp101(reached);
+    EXPECT_EQ(
+        server->statements,
+        (std::vector<std::string>{
+            "CREATE TABLE tblDossierTabs (Id COUNTER CONSTRAINT IdConst PRIMARY "
+            "KEY,DossierTypeId LONG,TabDescription TEXT(50),TabType TEXT(50),Order LONG)",
+            "CREATE TABLE tblDossierRefTabs (Id COUNTER CONSTRAINT IdConst PRIMARY "
+            "KEY,DossierReferenceId LONG,TabDescription TEXT(50),TabType TEXT(50),Order LONG)",
+            "Select * from tblDossierTypes"}));
+    update.fncUpTo110(reached);
+    EXPECT_GE(server->Count("insert into tblTranslations (strKey,NL,UK) values('"), 1u);
+    EXPECT_EQ(server->Count("GE,FR) values("), 0u);
+    update.fncUpTo109(reached);
+    EXPECT_TRUE(server->Issued("insert into tblTranslations (strKey,NL,UK,GE,FR) "
+                               "values('Map','Map','Folder','Ordner','Sous-dossier')"));
     update.fncUpTo108(reached);
     EXPECT_TRUE(server->Issued("ALTER TABLE tblDossiertypes ADD COLUMN ShowCabinet NTEXT, "
                                "CreateDossier NTEXT, OpenDossier NTEXT)"));
