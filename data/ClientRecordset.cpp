@@ -268,4 +268,13 @@ void ClientRecordset::SetFilter(std::string_view criteria) {
     lclFilter = criteria;
 }
 
+std::unique_ptr<Recordset> ClientRecordset::Clone() const {
+    CheckOpen();
+    ResultRows copy{lclFields, RowStore(lclFields->size())};
+    for (std::size_t row = 0; row < lclRows.Rows(); ++row)
+        for (std::size_t i = 0; !lclRemoved[row] && i < lclFields->size(); ++i)
+            copy.rows.Add(lclRows.Read(row, i));
+    return std::make_unique<ClientRecordset>(std::move(copy), nullptr);
+}
+
 } // namespace kavidex::data

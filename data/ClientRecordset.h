@@ -48,6 +48,7 @@ public:
     std::string Sort() const override { return lclSort; }
     void SetFilter(std::string_view criteria) override;
     std::string Filter() const override { return lclFilter; }
+    std::unique_ptr<Recordset> Clone() const override;
 
 private:
     void CheckOpen() const;

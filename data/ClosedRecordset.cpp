@@ -37,6 +37,7 @@ public:
     std::string Sort() const override { Refuse(); }
     void SetFilter(std::string_view) override { Refuse(); }
     std::string Filter() const override { Refuse(); }
+    std::unique_ptr<Recordset> Clone() const override { Refuse(); }
 };
 
 } // namespace

@@ -5,6 +5,10 @@
 
 namespace kavidex::data {
 
+std::unique_ptr<Recordset> Recordset::Clone() const {
+    throw Error(errors::featureNotAvailable, "This recordset cannot be copied.", "Recordset");
+}
+
 std::size_t Recordset::IndexOf(std::string_view name) const {
     const std::vector<Field>& fields = Fields();
     for (std::size_t i = 0; i < fields.size(); ++i)

@@ -67,6 +67,11 @@ public:
     virtual void SetFilter(std::string_view criteria) = 0;
     virtual std::string Filter() const = 0;
 
+    // The rows in the order of the statement without the filter, for reading only, with a current
+    // row of their own; changes made afterwards are not seen in it. Engines without such copies
+    // throw errors::featureNotAvailable.
+    virtual std::unique_ptr<Recordset> Clone() const;
+
     // Conveniences over the above.
     std::size_t IndexOf(std::string_view name) const; // without case; throws errors::itemNotFound
     const Value& Get(std::string_view name) const { return Get(IndexOf(name)); }

@@ -231,6 +231,13 @@ bool RecordsetObject::Supports(std::int32_t options) const {
     return (options & offered) == options;
 }
 
+ComPtr<IDispatch> RecordsetObject::Clone() const {
+    auto copy = ComPtr<RecordsetObject>::Attach(new RecordsetObject(lclConnection, Rows().Clone()));
+    copy->lclLockType = readOnlyLock;
+    copy->lclSource = lclSource;
+    return ComPtr<IDispatch>(copy.Get());
+}
+
 void RecordsetObject::SetPageSize(std::int32_t rows) {
     if (rows < 1)
         throw data::Error(data::errors::invalidArgument, "A page holds at least one row.", source);
@@ -270,9 +277,13 @@ Variant RecordsetObject::ActiveConnection() const {
     return lclConnection ? Variant(lclConnection) : Variant(static_cast<IDispatch*>(nullptr));
 }
 
+// An open recordset can only be taken off its connection: its rows can then still be read.
 void RecordsetObject::SetActiveConnection(const Variant& connection) {
-    NeedClosed();
-    lclConnection = ConnectionFor(connection);
+    ComPtr<ConnectionObject> given = ConnectionFor(connection);
+    if (State() && given.Get() == lclConnection.Get()) return;
+    if (given) NeedClosed();
+    if (State()) lclLockType = readOnlyLock;
+    lclConnection = std::move(given);
 }
 
 Variant RecordsetObject::Source() const { return lclSource; }

@@ -58,6 +58,7 @@ public:
                           std::optional<std::string> rowDelimiter,
                           std::optional<std::string> nullText);
     bool Supports(std::int32_t options) const;
+    ComPtr<IDispatch> Clone() const; // for reading only, whatever the lock of this one
 
     // Pages are counted from 1 over the rows shown.
     std::int32_t PageSize() const { return lclPageSize; }

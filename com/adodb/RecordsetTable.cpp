@@ -60,6 +60,8 @@ constexpr Member members[] = {
     Row::Put<[](Self& self, std::string order) {
         self.Leave([&](auto& rows) { rows.SetSort(order); });
     }>(L"Sort", 1031),
+    Row::Method<[](Self& self, std::optional<std::int32_t>) { return self.Clone(); }>(
+        L"Clone", 1034, L"LockType"),
     Row::Method<&Self::Supports>(L"Supports", 1036, L"CursorOptions"),
     Row::Get<&Self::AbsolutePage>(L"AbsolutePage", 1047),
     Row::Put<&Self::SetAbsolutePage>(L"AbsolutePage", 1047),

@@ -345,4 +345,12 @@ std::string AdoRecordset::Filter() const {
     });
 }
 
+std::unique_ptr<Recordset> AdoRecordset::Clone() const {
+    NeedOpen();
+    constexpr int readOnly = 1;
+    return Guarded({}, [&] {
+        return std::make_unique<AdoRecordset>(lclRecordset.Child(L"Clone", {readOnly}));
+    });
+}
+
 } // namespace kavidex::data::win32

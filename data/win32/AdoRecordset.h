@@ -46,6 +46,7 @@ public:
     std::string Sort() const override;
     void SetFilter(std::string_view criteria) override;
     std::string Filter() const override;
+    std::unique_ptr<Recordset> Clone() const override;
 
 private:
     using Row = std::vector<Value>;

@@ -168,6 +168,12 @@ TEST_P(AdoEngine, SortsAndFiltersTheRowsInMemory) {
     EXPECT_EQ(rows->RecordCount(), 5);
     EXPECT_EQ(rows->Get("Name"), Value(std::string("name 1")));
     EXPECT_EQ(rows->Filter() + rows->Sort(), "");
+    if (GetParam() == Road::ExecuteOnly) return;
+    rows->MoveLast();
+    const auto copy = rows->Clone();
+    EXPECT_EQ(copy->Get("Name"), Value(std::string("name 1")));
+    rows->Close();
+    EXPECT_EQ(copy->RecordCount(), 5);
 }
 
 TEST_P(AdoEngine, TellsTheEnginesErrorWithNumberTextAndStatement) {

@@ -107,6 +107,27 @@ TEST_F(Objects, RowsAreFoundPrintedAndLeafedThrough) {
     EXPECT_EQ(NumberOf([&] { rows.Call(L"Find", {"Amount = 10"}); }), data::errors::badEof);
 }
 
+TEST_F(Objects, RowsAreReadOnWithoutTheirConnectionAndInACopy) {
+    Fill(3);
+    const Late rows = Recordset("select * from tblThing order by Id");
+    rows.Call(L"MoveLast");
+    const Late copy = rows.Child(L"Clone");
+    EXPECT_EQ(Default(copy, {"Name"}).ToText(), "name 1");
+    EXPECT_EQ(copy.Get(L"LockType").ToInt32(), 1);
+    EXPECT_EQ(rows.Get(L"AbsolutePosition").ToInt32(), 3);
+    copy.Put(L"Bookmark", {rows.Get(L"Bookmark")});
+    EXPECT_EQ(Default(copy, {"Name"}).ToText(), "name 3");
+
+    const auto other = com::adodb::ObjectOf(data::EmbeddedDatabase::CreateInMemory());
+    EXPECT_EQ(NumberOf([&] { rows.PutRef(L"ActiveConnection", {other}); }),
+              data::errors::objectOpen);
+    rows.PutRef(L"ActiveConnection", {static_cast<IDispatch*>(nullptr)});
+    EXPECT_FALSE(rows.Get(L"ActiveConnection").ToDispatch());
+    connection.Call(L"Close");
+    EXPECT_EQ(Default(rows, {"Name"}).ToText(), "name 3");
+    EXPECT_EQ(NumberOf([&] { rows.Call(L"Delete"); }), data::errors::featureNotAvailable);
+}
+
 TEST_F(Objects, LeavingARowEndsItsChange) {
     Fill(2);
     const Late rows = Recordset("select * from tblThing order by Id");

@@ -239,6 +239,26 @@ TEST_F(ClientRecordsets, ArePrintedFromTheCurrentRowOn) {
     EXPECT_EQ(NumberOf([&] { RowsAsText(*rows); }), errors::badEof);
 }
 
+TEST_F(ClientRecordsets, AreCopiedWithAPlaceOfTheirOwn) {
+    const RecordsetPtr rows = Open();
+    rows->SetAbsolutePosition(2);
+    rows->Delete();
+    rows->SetFilter("TopItemId > 3");
+    const RecordsetPtr copy = rows->Clone();
+    EXPECT_EQ(copy->RecordCount(), 4);
+    EXPECT_EQ(copy->AbsolutePosition(), 1);
+    rows->Set("Description", std::string("later"));
+    rows->Update();
+    copy->MoveLast();
+    EXPECT_EQ(rows->AbsolutePosition(), 1);
+    rows->Close();
+    EXPECT_EQ(Shown(*copy), "2345");
+    copy->MoveFirst();
+    copy->Set("Description", std::string("x"));
+    EXPECT_EQ(NumberOf([&] { copy->Update(); }), errors::featureNotAvailable);
+    EXPECT_EQ(NumberOf([&] { rows->Clone(); }), errors::objectClosed);
+}
+
 TEST_F(ClientRecordsets, StayReadableAfterCloseAndRefuseToWrite) {
     const RecordsetPtr rows = Open();
     connection->Close();
