@@ -114,6 +114,7 @@ private:
                     // Marked by the insert because its file was there: not a document.
                     const bool marked =
                         docId == 0 && TrimmedText(row.Get(4)) == "Document allready exists";
+                    if (marked) lclMarked.insert(key);
                     if (marked || !WorkingId(key, docId, "tblDocument", taken)) return;
                     const auto number = static_cast<std::int32_t>(std::abs(docId));
                     Document document{key, DocumentPath("", TrimmedText(row.Get(2)), type, number),
@@ -196,7 +197,8 @@ private:
 
     void ReadExtraInfo() {
         EachRow("Select Id, DocId from tblDocExtraInfo", [&](data::Recordset& row) {
-            if (lclDocuments.count(std::abs(Field(row, 1))) == 0)
+            const Id document = std::abs(Field(row, 1));
+            if (lclDocuments.count(document) == 0 && lclMarked.count(document) == 0)
                 Found(Fault::ExtraInfoWithoutDocument, Field(row, 0),
                       "tblDocExtraInfo row " + Number(Field(row, 0)) + ": document " +
                           Number(Field(row, 1)));
@@ -307,6 +309,7 @@ private:
     std::unordered_map<Id, Document> lclDocuments; // by DocId without sign
     std::unordered_set<std::string> lclFiles;      // paths that belong to a document, lower case
     std::unordered_map<Id, Tree> lclTrees;         // live ones
+    std::unordered_set<Id> lclMarked;              // keys of documents that were there already
     std::unordered_set<Id> lclTops, lclDeletedNodes, lclSwept, lclRelated;
     std::unordered_map<Id, Node> lclNodes; // live ones
     std::vector<Id> lclUserNodes;          // groups and users

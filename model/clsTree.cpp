@@ -102,12 +102,14 @@ bool clsTree::CreateNew() {
 void clsTree::Load() {
     if (!lclConnection) return;
     Reset();
+    if (lclTreeId <= 0) return;
     NodeId topItem = 0;
-    if (lclTreeId <= 0 || !LoadTreeRow(topItem)) return;
+    const bool known = LoadTreeRow(topItem);
     if (topItem != 0)
         LoadRoot(topItem);
     else
-        lclWorkstation.log.Write("clsTree.Load", "Tree " + Number(lclTreeId) + " has no root");
+        lclWorkstation.log.Write("clsTree.Load", "Tree " + Number(lclTreeId) +
+                                                     (known ? " has no root" : " does not exist"));
 }
 
 bool clsTree::LoadTreeRow(NodeId& topItem) {

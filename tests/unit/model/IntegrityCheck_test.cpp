@@ -120,7 +120,9 @@ TEST_F(Integrity, KnowsWhatIsNoFault) {
     Sql("Insert into tblDocument (Id, DocId, Type, InsertDate) Values (8000, 8000, 'nnt', "
         "20260101)");
     tree->AddChildItem(0, "nnt", nullptr, 8000, "Nieuwe notitie", folder->Id());
-    Sql("Insert into tblDocument (DocId, Description) Values (0, 'Document allready exists')");
+    Sql("Insert into tblDocument (Id, DocId, Description) Values (8001, 0, 'Document allready "
+        "exists')");
+    Sql("Insert into tblDocExtraInfo (DocId, SendTo) Values (8001, 'piet')");
     machine.files.CreateDirectories(Store() + "\\Sjablonen");
     machine.files.WriteAll(Store() + "\\Sjablonen\\brief.dot", "x");
     EXPECT_TRUE(Faults().empty());

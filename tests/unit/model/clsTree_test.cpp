@@ -134,6 +134,39 @@ TEST_F(Tree, ShowsDeletedNodesOnlyWhenAskedAndInEitherOrder) {
     EXPECT_TRUE(connection->statements.empty());
 }
 
+TEST_F(Tree, LoadsWhenItsConnectionComesAfterTheIdAndOnlyThen) {
+    const auto tree = NewTree("O'B");
+    tree->AddChildTab("Map", tree->Item()->Id());
+    clsTree late(machine);
+    ASSERT_TRUE(late.Item()); // before anything is loaded
+    connection->statements.clear();
+    late.SetTreeId(tree->TreeId());
+    EXPECT_TRUE(connection->statements.empty());
+    late.SetDbConnection(connection);
+    EXPECT_EQ(Outline(*late.Item()), "O'B\n Map\n");
+    connection->statements.clear();
+    late.SetDbConnection(connection);
+    EXPECT_TRUE(connection->statements.empty());
+    late.SetTreeId(0); // a new, unsaved tree
+    EXPECT_TRUE(late.Description().empty() && !late.NewEnabled());
+    EXPECT_EQ(late.Item()->Id(), 0);
+    EXPECT_EQ(late.Item()->ChildCollection(), nullptr);
+    EXPECT_TRUE(connection->statements.empty());
+    // The first description of a node is not a rename.
+    auto node = std::make_shared<model::clsItem>();
+    node->SetDbConnection(connection);
+    node->SetId(5);
+    node->SetDescription("eerste");
+    EXPECT_TRUE(connection->statements.empty());
+    node->SetDescription("tweede");
+    EXPECT_EQ(connection->statements.size(), 1u);
+    // The database does not know this tree.
+    late.SetTreeId(99999);
+    EXPECT_EQ(connection->statements.back(), "Select * from tblTree where TreeId = 99999");
+    EXPECT_EQ(late.Item()->Id(), 0);
+    EXPECT_TRUE(machine.log.Has("clsTree.Load", "99999 does not exist"));
+}
+
 TEST_F(Tree, SearchesDepthFirstAndStaysExactWhileItChanges) {
     const auto tree = NewTree();
     const auto root = tree->Item()->Id();
