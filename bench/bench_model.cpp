@@ -5,8 +5,10 @@
 #include <sqlite3.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -192,16 +194,20 @@ bool FileDocuments(const data::ConnectionPtr& connection, const fs::path& folder
     const auto commits = [&] {
         for (int i = 0; i < filesToFile; ++i) raw.Run("insert into documents (name) values ('a')");
     };
-    const auto both = [&] {
-        copies();
-        commits();
-    };
+    // All three in each round, so that a busy disk meets them alike.
+    double copying = std::numeric_limits<double>::max(), committing = copying, filing = copying;
+    for (int turn = 0; turn < 3; ++turn) {
+        const bench::Times once = bench::Measure(file, copies, 1);
+        filing = std::min(filing, once.ours);
+        copying = std::min(copying, once.peer);
+        committing = std::min(committing, bench::Measure(
+                                              commits, [] {}, 1)
+                                              .ours);
+    }
     const bool good = bench::AtLeast("file 1,000 documents / copies and commits",
-                                     bench::Measure(file, both, 2), 0.5);
-    const bench::Times copy = bench::Measure(file, copies, 1);
-    std::printf("  speed against the copies alone  %.2f\n", copy.peer / copy.ours);
-    const bench::Times commit = bench::Measure(file, commits, 1);
-    std::printf("  speed against the commits alone %.2f\n", commit.peer / commit.ours);
+                                     {filing, copying + committing}, 0.5);
+    bench::Tell("file 1,000 documents / copies alone", {filing, copying});
+    bench::Tell("file 1,000 documents / commits alone", {filing, committing});
     return good;
 }
 

@@ -62,4 +62,11 @@ inline bool AtLeast(const char* name, const Times& times, double limit) {
     return Report(name, times, "speed", ratio, ratio >= limit, "at least", limit);
 }
 
+// The same, for a figure that has no bound of its own.
+inline void Tell(const char* name, const Times& times) {
+    std::printf("%-44s speed %.2f (for comparison)  ours %.1f ms, peer %.1f ms\n", name,
+                times.peer / times.ours, times.ours * 1e3, times.peer * 1e3);
+    std::fflush(stdout);
+}
+
 } // namespace kavidex::bench

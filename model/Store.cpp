@@ -1,5 +1,7 @@
 #include "model/Store.h"
 
+#include <utility>
+
 #include "data/Error.h"
 #include "data/modData.h"
 #include "platform/Workstation.h"
@@ -47,10 +49,12 @@ Transaction::Transaction(const Store& store) {
     }
 }
 
-Transaction::~Transaction() {
+Transaction::~Transaction() { RollBack(); }
+
+void Transaction::RollBack() noexcept {
     if (!lclConnection) return;
     try {
-        lclConnection->RollbackTrans();
+        std::exchange(lclConnection, nullptr)->RollbackTrans();
     } catch (const std::exception&) {
         // The connection is gone, and what it had not committed with it.
     }

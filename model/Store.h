@@ -37,6 +37,7 @@ public:
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
     void Commit();
+    void RollBack() noexcept; // nothing once it is committed
 
 private:
     data::ConnectionPtr lclConnection; // null when there is nothing to end

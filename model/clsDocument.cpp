@@ -68,13 +68,21 @@ std::string clsDocument::BaseFolder() const {
     return WithBackslash(lclBaseSaveDirectory);
 }
 
-std::string clsDocument::PathOf(std::int32_t id) const {
+std::string clsDocument::StorePath() const {
+    return DocumentPath(BaseFolder(), lclInsertDate, lclDocType, lclDocId);
+}
+
+// The path of a file that is to be written: the type folder is made, unless the base is unknown.
+std::string clsDocument::MakePath(std::int32_t id) const {
     const std::string base = BaseFolder();
-    if (!base.empty()) {
-        const std::string folder = TypeFolder(base, lclInsertDate, lclDocType);
-        if (!Machine().files.DirectoryExists(folder)) Machine().files.CreateDirectories(folder);
-    }
+    if (!base.empty()) MakeTypeFolder(base);
     return DocumentPath(base, lclInsertDate, lclDocType, id);
+}
+
+std::string clsDocument::MakeTypeFolder(std::string_view base) const {
+    std::string folder = TypeFolder(base, lclInsertDate, lclDocType);
+    if (!Machine().files.DirectoryExists(folder)) Machine().files.CreateDirectories(folder);
+    return folder;
 }
 
 bool clsDocument::SaveNewRow() {
@@ -101,7 +109,7 @@ void clsDocument::InsertNewRow() {
 
     Transaction transaction(store);
     const std::int32_t id = InsertRow(store, row, [&](data::Recordset& rows, std::int32_t key) {
-        lclAllreadyExists = Machine().files.FileExists(PathOf(key));
+        lclAllreadyExists = Machine().files.FileExists(MakePath(key));
         SetNumber(rows, "DocId", lclAllreadyExists ? 0 : key);
         if (!lclAllreadyExists) return;
         rows.Set("DocGuid", std::string());
@@ -118,6 +126,13 @@ void clsDocument::InsertNewRow() {
     lclId = lclExtraInfoOf = id;
     if (lclDocId == 0) lclDocId = id;
     lclExtraInfoId = lclSendTo.empty() && lclRecievedFrom.empty() ? 0 : -1;
+}
+
+bool clsDocument::IsNewRowThere() const {
+    return !Store(DbConnection())
+                .Read("Select Id from " + TableName() +
+                      " where DocGuid = " + data::SqlValue(lclGuid))
+                ->Eof();
 }
 
 void clsDocument::RemoveNewRow() {
@@ -185,16 +200,27 @@ bool clsDocument::DeleteCurrentRow() {
     });
 }
 
-std::string clsDocument::CopyIn(std::string_view source, bool failIfExists) {
+void clsDocument::MakeDayFolder() {
     if (lclBaseSaveDirectory.empty()) lclBaseSaveDirectory = BaseFolder();
     if (lclBaseSaveDirectory.empty())
         throw platform::Error(platform::errors::pathNotFound,
                               "There is no document store to copy to.", "clsDocument");
     MakeDateFolder(Machine(), lclBaseSaveDirectory);
-    std::string target = StorePath();
+}
+
+std::string clsDocument::CopyIn(std::string_view source, bool failIfExists) {
+    MakeDayFolder();
+    std::string target = MakePath(lclDocId);
     Machine().files.Copy(source, target, failIfExists);
     return target;
 }
+
+std::string clsDocument::CopyAside(std::string_view source) {
+    MakeDayFolder();
+    return Machine().files.CopyAside(source, MakeTypeFolder(BaseFolder()));
+}
+
+void clsDocument::PutInPlace(std::string_view copy) { Machine().files.Rename(copy, StorePath()); }
 
 bool clsDocument::AddDocument(std::string_view source, bool failIfExists, bool deleteSource) {
     return Guarded("AddDocument", [&] {
@@ -213,7 +239,7 @@ bool clsDocument::CreateEmptyDoc(std::string& path) {
     return Guarded("CreateEmptyDoc", [&] {
         if (lclBaseSaveDirectory.empty()) lclBaseSaveDirectory = BaseFolder();
         if (!lclBaseSaveDirectory.empty()) MakeDateFolder(Machine(), lclBaseSaveDirectory);
-        path = StorePath();
+        path = MakePath(lclDocId);
         return !platform::Trim(path).empty();
     });
 }

@@ -89,12 +89,16 @@ public:
     // throw. CopyIn gives the file's path in the store.
     void InsertNewRow();
     std::string CopyIn(std::string_view source, bool failIfExists);
+    // The two halves of CopyIn, for a document that has no number before its file is in the store:
+    // a copy under a temporary name, whose path is given, then its final name, never one in use.
+    std::string CopyAside(std::string_view source);
+    void PutInPlace(std::string_view copy);
     // Takes back what InsertNewRow wrote, for a document that could not be completed. Throws.
+    bool IsNewRowThere() const;
     void RemoveNewRow();
 
-    // base\InsertDate\DocType\DocId.DocType; the type folder is made when it is missing and the
-    // base is known. Throws platform::Error when it cannot be made.
-    std::string StorePath() { return PathOf(lclDocId); }
+    // base\InsertDate\DocType\DocId.DocType; nothing is made.
+    std::string StorePath() const;
 
 protected:
     std::string SelectStatement() const override;
@@ -105,7 +109,9 @@ private:
         std::int64_t from = 0, to = 0, sendOn = 0, recievedOn = 0, attachments = 0;
     };
     std::string BaseFolder() const;
-    std::string PathOf(std::int32_t id) const;
+    std::string MakePath(std::int32_t id) const;
+    std::string MakeTypeFolder(std::string_view base) const;
+    void MakeDayFolder(); // throws platform::Error without a store
     void LoadExtraInfo();
     void InsertExtraInfo();
     std::int32_t ExtraInfoId(std::int32_t document);

@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "data/clsSettings.h"
+#include "data/modData.h"
 #include "model/Store.h"
 #include "model/clsDocument.h"
 #include "model/clsItemCol.h"
@@ -24,28 +26,16 @@ constexpr std::string_view unnamedType = "bin";
 constexpr std::size_t longestType = 20, longestText = 255;
 constexpr int attempts = 20; // at rows whose file is there already
 
-// Names that Windows gives no folder, and types that mean something else to the tree.
-constexpr std::array<std::string_view, 9> takenTypes = {"con",
-                                                        "prn",
-                                                        "aux",
-                                                        "nul",
-                                                        itemTypes::tab,
-                                                        itemTypes::userGroup,
-                                                        itemTypes::users,
-                                                        itemTypes::user,
-                                                        itemTypes::userPost};
-
-bool IsPort(std::string_view type) {
-    return type.size() == 4 && (type.starts_with("com") || type.starts_with("lpt")) &&
-           type[3] >= '0' && type[3] <= '9';
-}
+// Types that mean something else to the tree.
+constexpr std::array<std::string_view, 5> takenTypes = {
+    itemTypes::tab, itemTypes::userGroup, itemTypes::users, itemTypes::user, itemTypes::userPost};
 
 bool CanBeType(std::string_view type) {
     const auto plain = [](char c) {
         return (c >= 'a' && c <= 'z') || (c >= '0' && c <= '9') || c == '_' || c == '-';
     };
     return !type.empty() && type.size() <= longestType &&
-           std::all_of(type.begin(), type.end(), plain) && !IsPort(type) &&
+           std::all_of(type.begin(), type.end(), plain) && !platform::IsDeviceName(type) &&
            std::find(takenTypes.begin(), takenTypes.end(), type) == takenTypes.end();
 }
 
@@ -68,15 +58,15 @@ public:
         FindSource();
         FindFolder();
         FindStore();
+        DescribeDocument();
         try {
-            InsertRow();
-            lclResult.path = lclDocument.CopyIn(lclRequest.source, true);
-            lclCopied = true;
-            AddItem();
+            lclCopy = lclDocument.CopyAside(lclRequest.source); // no lock is held meanwhile
+            Write();
         } catch (...) {
             TakeBack();
             throw;
         }
+        lclResult.docId = lclDocument.DocId();
         lclResult.filed = true;
         if (lclRequest.deleteSource)
             RemoveCopied(lclWorkstation, lclRequest.source, lclResult.path);
@@ -120,7 +110,7 @@ private:
         lclDocument.SetBaseSaveDirectory(base);
     }
 
-    void InsertRow() {
+    void DescribeDocument() {
         const platform::DateTime now = lclWorkstation.clock.Now();
         const bool named = !lclRequest.description.empty();
         const bool signedBy = !lclRequest.insertedBy.empty();
@@ -134,14 +124,6 @@ private:
         lclDocument.SetDocType(DocumentTypeOf(lclRequest.source));
         lclDocument.SetReadOnly(lclRequest.readOnly);
         if (lclRequest.mail) SetMail(*lclRequest.mail);
-        for (int attempt = 0; attempt < attempts; ++attempt) {
-            lclDocument.SetDocId(0);
-            lclDocument.InsertNewRow();
-            lclInserted = !lclDocument.AllreadyExists();
-            if (lclInserted) return;
-        }
-        throw platform::Error(platform::errors::alreadyExists,
-                              "The store already holds files under the new documents' numbers.");
     }
 
     void SetMail(const MailInfo& mail) {
@@ -152,33 +134,91 @@ private:
         lclDocument.SetNumberOfAttatchements(mail.numberOfAttatchements);
     }
 
-    void AddItem() {
+    // All of it becomes true with one commit: the rows, and the file's name just before.
+    void Write() {
         const Store store(lclTree.DbConnection());
         Transaction transaction(store);
+        if (!InsertRow()) {
+            transaction.Commit(); // the marked rows stay, so that the next filing gets past them
+            throw platform::Error(
+                platform::errors::alreadyExists,
+                "The store already holds files under the new documents' numbers.");
+        }
+        AddItem();
+        lclResult.path = lclDocument.StorePath();
+        lclDocument.PutInPlace(lclCopy);
+        transaction.Commit();
+    }
+
+    // False when every number's file was there already.
+    bool InsertRow() {
+        lclInserted = true;
+        for (int attempt = 0; attempt < attempts; ++attempt) {
+            lclDocument.SetDocId(0);
+            lclDocument.InsertNewRow();
+            if (!lclDocument.AllreadyExists()) return true;
+        }
+        return false;
+    }
+
+    void AddItem() {
         lclResult.item =
             lclTree.AddChildItem(0, lclDocument.DocType(), nullptr, lclDocument.DocId(),
                                  lclDocument.Description(), lclRequest.folderId);
         if (!lclResult.item)
             throw platform::Error(platform::errors::fail, "The folder did not take the document.");
         CheckFolderLives(); // after the write: a lock that begins with a read may have to give way
-        transaction.Commit();
-        lclResult.docId = lclDocument.DocId();
     }
 
-    // The row goes first: a file without one is found and harmless, a row without its file would
+    // The rows go first: a file without one is found and harmless, a row without its file would
     // show a document that is not there.
     void TakeBack() noexcept {
-        try {
+        const bool rowsGone = Undo([&] {
             if (lclResult.item) lclFolder->ChildCollection()->Remove(lclResult.item->Id());
             lclResult.item = nullptr;
-            if (lclInserted) lclDocument.RemoveNewRow();
-            if (lclCopied) lclWorkstation.files.Remove(lclResult.path);
+            RemoveRows();
+        });
+        Undo([&] {
+            if (lclCopy.empty()) return;
+            if (lclWorkstation.files.FileExists(lclCopy))
+                RemoveFile(lclCopy);
+            else if (rowsGone)
+                RemoveFile(lclResult.path);
+        });
+        lclResult.path.clear();
+    }
+
+    template <class Step>
+    bool Undo(Step step) noexcept {
+        try {
+            step();
+            return true;
         } catch (const std::exception& error) {
             lclWorkstation.log.Write("FileDocument",
                                      "Document " + Number(lclDocument.Id()) +
                                          " could not be taken back: " + error.what());
+            return false;
         }
-        lclResult.path.clear();
+    }
+
+    // What is there still, since the engine has no transactions or a commit failed halfway.
+    void RemoveRows() {
+        if (!lclInserted || !lclDocument.IsNewRowThere()) return;
+        const Store store(lclTree.DbConnection());
+        Transaction transaction(store);
+        if (lclDocument.DocId() > 0)
+            store.Write("Delete from tblTreeItem where ItemId = " + Number(lclDocument.DocId()) +
+                        " and Type = " + data::SqlValue(lclDocument.DocType()));
+        lclDocument.RemoveNewRow();
+        transaction.Commit();
+    }
+
+    // A copy is as read-only as its source.
+    void RemoveFile(const std::string& path) {
+        platform::Files& files = lclWorkstation.files;
+        if (files.Attributes(path) & platform::attributes::readOnly)
+            files.SetAttributes(path, platform::attributes::normal);
+        files.Remove(path);
     }
 
     const platform::Workstation& lclWorkstation;
@@ -187,7 +227,8 @@ private:
     FilingResult& lclResult;
     clsDocument lclDocument;
     clsItemPtr lclFolder;
-    bool lclInserted = false, lclCopied = false;
+    std::string lclCopy; // under its temporary name
+    bool lclInserted = false;
 };
 
 } // namespace

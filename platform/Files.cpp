@@ -1,6 +1,7 @@
 #include "platform/Files.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "platform/text.h"
 #include "platform/utf8.h"
@@ -48,6 +49,22 @@ std::string WithoutExtension(std::string_view fileName) {
     const auto start = NameStart(fileName);
     const auto dot = ExtensionDot(fileName.substr(start));
     return std::string(dot == std::string_view::npos ? fileName : fileName.substr(0, start + dot));
+}
+
+bool IsDeviceName(std::string_view fileName) {
+    constexpr std::string_view devices[] = {"con", "prn", "aux", "nul", "conin$", "conout$"};
+    constexpr std::string_view ports[] = {"com", "lpt"};
+    constexpr std::string_view superscripts[] = {"\xC2\xB9", "\xC2\xB2", "\xC2\xB3"};
+    // What follows a dot counts for nothing, nor do blanks before it.
+    const std::string name = LowerCase(TrimView(fileName.substr(0, fileName.find('.'))));
+    if (std::find(std::begin(devices), std::end(devices), name) != std::end(devices)) return true;
+    if (name.size() < 4 ||
+        std::find(std::begin(ports), std::end(ports), name.substr(0, 3)) == std::end(ports))
+        return false;
+    const std::string number = name.substr(3);
+    return (number.size() == 1 && number[0] >= '0' && number[0] <= '9') ||
+           std::find(std::begin(superscripts), std::end(superscripts), number) !=
+               std::end(superscripts);
 }
 
 bool MatchesPattern(std::string_view name, std::string_view pattern) {

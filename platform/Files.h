@@ -29,7 +29,11 @@ public:
     // source and then renamed, so that the target is whole or absent. An existing target is
     // replaced, or refused with errors::alreadyExists when `failIfExists`.
     virtual void Copy(std::string_view source, std::string_view target, bool failIfExists) = 0;
-    // Within one volume; an existing target is refused with errors::alreadyExists.
+    // The first half of that: a whole, flushed copy under a new temporary name in `folder`, whose
+    // path is given. Rename puts it in place.
+    virtual std::string CopyAside(std::string_view source, std::string_view folder) = 0;
+    // Within one volume, on disk when it returns; an existing target is refused with
+    // errors::alreadyExists.
     virtual void Rename(std::string_view from, std::string_view to) = 0;
     // A file; a read-only one is refused with errors::accessDenied, as by Copy and WriteAll.
     virtual void Remove(std::string_view path) = 0;
@@ -55,6 +59,9 @@ std::string FileName(std::string_view path);  // after the last separator
 std::string FolderOf(std::string_view path);  // before the last separator, empty when there is none
 std::string Extension(std::string_view path); // without the dot, as written; empty when none
 std::string WithoutExtension(std::string_view fileName);
+
+// Whether Windows takes the name for a device ("CON", "com1.txt") and gives no file or folder it.
+bool IsDeviceName(std::string_view fileName);
 
 // * and ? against a whole name, without case; "*.*" matches every name.
 bool MatchesPattern(std::string_view name, std::string_view pattern);

@@ -1,4 +1,6 @@
 // Counting the dossier's documents and copying them out of the store.
+#include <algorithm>
+
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/viewer/DocumentPanel.h"
@@ -34,6 +36,7 @@ std::string FileNameOf(std::string_view description) {
     }
     name = platform::Trim(name);
     while (!name.empty() && (name.back() == '.' || name.back() == ' ')) name.pop_back();
+    if (platform::IsDeviceName(name)) name.insert(std::min(name.find('.'), name.size()), "_");
     return name.empty() ? "document" : name;
 }
 
@@ -61,7 +64,7 @@ std::int32_t ctrlCorrespondence::Copy(const std::vector<std::shared_ptr<model::c
             const auto stem = platform::JoinPath(folder, FileNameOf(item->Description()));
             const auto extension = "." + platform::Extension(source);
             auto target = stem + extension;
-            for (int n = 1; files.FileExists(target); ++n)
+            for (int n = 1; files.FileExists(target) || files.DirectoryExists(target); ++n)
                 target = stem + " (" + std::to_string(n) + ")" + extension;
             files.Copy(source, target, true);
             copies.push_back(target);

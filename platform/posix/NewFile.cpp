@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <cstdint>
+#include <utility>
 
 #include "platform/posix/paths.h"
 
@@ -28,8 +29,8 @@ std::string TemporaryName() {
 
 } // namespace
 
-NewFile::NewFile(std::string nativeTarget, unsigned mode)
-    : lclTarget(std::move(nativeTarget)), lclTemporary(NativeFolder(lclTarget) + TemporaryName()),
+NewFile::NewFile(const std::string& nativeFolder, unsigned mode)
+    : lclTemporary(nativeFolder + TemporaryName()),
       lclFile(::open(lclTemporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode)) {
     if (!lclFile) {
         lclError = errno;
@@ -41,15 +42,23 @@ NewFile::~NewFile() {
     if (!lclTemporary.empty()) ::unlink(lclTemporary.c_str());
 }
 
-int NewFile::PutInPlace(bool failIfExists) {
-    if (::fsync(lclFile.Get()) != 0 || !lclFile.Close()) return errno;
+int NewFile::Finish() { return ::fsync(lclFile.Get()) == 0 && lclFile.Close() ? 0 : errno; }
+
+int NewFile::PutInPlace(const std::string& nativeTarget, bool failIfExists) {
+    if (const int failed = Finish()) return failed;
     if (failIfExists) {
-        if (const int failed = RenameNew(lclTemporary, lclTarget)) return failed;
-    } else if (::rename(lclTemporary.c_str(), lclTarget.c_str()) != 0) {
+        if (const int failed = RenameNew(lclTemporary, nativeTarget)) return failed;
+    } else if (::rename(lclTemporary.c_str(), nativeTarget.c_str()) != 0) {
         return errno;
     }
     lclTemporary.clear();
-    return FlushFolder(NativeFolder(lclTarget));
+    return FlushFolder(NativeFolder(nativeTarget));
+}
+
+int NewFile::Keep(std::string& nativePath) {
+    if (const int failed = Finish()) return failed;
+    nativePath = std::exchange(lclTemporary, {});
+    return 0;
 }
 
 int RenameNew(const std::string& from, const std::string& to) {

@@ -1,4 +1,5 @@
-// A file in the making under a temporary name beside its target, gone unless it is put in place.
+// A file in the making under a temporary name of its folder, gone unless it is put in place or
+// kept.
 #pragma once
 
 #include <string>
@@ -10,18 +11,22 @@ namespace kavidex::platform::posix {
 // The calls return 0 or an errno.
 class NewFile {
 public:
-    NewFile(std::string nativeTarget, unsigned mode);
+    NewFile(const std::string& nativeFolder, unsigned mode);
     ~NewFile();
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
     int Error() const { return lclError; } // of the making
     int Descriptor() const { return lclFile.Get(); }
-    // Flushes, closes, renames, and flushes the folder.
-    int PutInPlace(bool failIfExists);
+    // Flushes, closes, renames within the folder, and flushes the folder.
+    int PutInPlace(const std::string& nativeTarget, bool failIfExists);
+    // Flushes and closes; the file stays under its temporary name, which is handed back.
+    int Keep(std::string& nativePath);
 
 private:
-    std::string lclTarget, lclTemporary;
+    int Finish();
+
+    std::string lclTemporary;
     OpenFile lclFile;
     int lclError = 0;
 };

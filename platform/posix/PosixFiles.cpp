@@ -65,6 +65,18 @@ int CopyBytes(int from, int to) {
     }
 }
 
+// Writes the source's bytes and time; 0 or an errno. The copy is checked while it is at hand.
+int Fill(const NewFile& copy, const OpenFile& from) {
+    FileInfo after{}, written{};
+    if (const int failed = copy.Error()) return failed;
+    if (const int failed = CopyBytes(from.Get(), copy.Descriptor())) return failed;
+    if (::fstat(from.Get(), &after) != 0 || ::fstat(copy.Descriptor(), &written) != 0) return errno;
+    if (written.st_size != after.st_size) return EIO;
+    const timespec times[] = {after.st_atim, after.st_mtim};
+    ::futimens(copy.Descriptor(), times); // a kindness; the copy is good without
+    return 0;
+}
+
 } // namespace
 
 bool PosixFiles::FileExists(std::string_view path) {
@@ -82,7 +94,10 @@ void PosixFiles::CreateDirectories(std::string_view path) {
     const std::string native = Checked(path, action);
     for (std::size_t end = native.find('/', 1);; end = native.find('/', end + 1)) {
         const std::string part = native.substr(0, end);
-        if (::mkdir(part.c_str(), 0777) != 0) {
+        if (::mkdir(part.c_str(), 0777) == 0) {
+            // What is flushed in it later must not go with a lost name of the folder itself.
+            if (const int failed = FlushFolder(NativeFolder(part))) Fail(failed, action, path);
+        } else {
             const int cause = errno;
             FileInfo info{};
             const bool there = ::stat(part.c_str(), &info) == 0;
@@ -96,22 +111,27 @@ void PosixFiles::CreateDirectories(std::string_view path) {
 void PosixFiles::Copy(std::string_view source, std::string_view target, bool failIfExists) {
     constexpr std::string_view action = "copy";
     const std::string native = Checked(target, action);
-    FileInfo before{}, after{}, written{};
-    const OpenFile from = OpenForReading(source, action, before);
+    FileInfo info{};
+    const OpenFile from = OpenForReading(source, action, info);
     if (!failIfExists) RefuseReadOnly(target, "replace");
 
-    NewFile copy(native, before.st_mode & 0777);
-    int failed = copy.Error();
-    if (!failed) failed = CopyBytes(from.Get(), copy.Descriptor());
-    if (!failed && (::fstat(from.Get(), &after) != 0 || ::fstat(copy.Descriptor(), &written) != 0))
-        failed = errno;
-    if (!failed && written.st_size != after.st_size) failed = EIO;
-    if (!failed) {
-        const timespec times[] = {after.st_atim, after.st_mtim};
-        ::futimens(copy.Descriptor(), times); // a kindness; the copy is good without
-        failed = copy.PutInPlace(failIfExists);
-    }
+    NewFile copy(NativeFolder(native), info.st_mode & 0777);
+    int failed = Fill(copy, from);
+    if (!failed) failed = copy.PutInPlace(native, failIfExists);
     if (failed) Fail(failed, action, source, target);
+}
+
+std::string PosixFiles::CopyAside(std::string_view source, std::string_view folder) {
+    constexpr std::string_view action = "copy";
+    const std::string native = Checked(folder, action);
+    FileInfo info{};
+    const OpenFile from = OpenForReading(source, action, info);
+    NewFile copy(native, info.st_mode & 0777);
+    std::string path;
+    int failed = Fill(copy, from);
+    if (!failed) failed = copy.Keep(path);
+    if (failed) Fail(failed, action, source, folder);
+    return FromNative(path);
 }
 
 void PosixFiles::Rename(std::string_view from, std::string_view to) {
@@ -175,10 +195,10 @@ void PosixFiles::WriteAll(std::string_view path, std::string_view bytes) {
     const std::string native = Checked(path, action);
     RefuseReadOnly(path, action);
     FileInfo old{};
-    NewFile file(native, Find(path, old) ? old.st_mode & 0777 : 0666);
+    NewFile file(NativeFolder(native), Find(path, old) ? old.st_mode & 0777 : 0666);
     int failed = file.Error();
     if (!failed) failed = WriteFully(file.Descriptor(), bytes);
-    if (!failed) failed = file.PutInPlace(false);
+    if (!failed) failed = file.PutInPlace(native, false);
     if (failed) Fail(failed, action, path);
 }
 

@@ -12,19 +12,17 @@ namespace kavidex::platform::win32 {
 namespace {
 
 // Short, so that a target of the longest allowed name has room for it.
-std::wstring TemporaryBeside(const std::wstring& target) {
+std::wstring TemporaryName() {
     GUID guid{};
     wchar_t name[40] = L"{0}";
     if (SUCCEEDED(CoCreateGuid(&guid))) StringFromGUID2(guid, name, 40);
-    const auto last = target.find_last_of(L"\\/");
-    const std::wstring folder = last == std::wstring::npos ? L"" : target.substr(0, last + 1);
-    return folder + L"kavidex-" + std::wstring(name).substr(1, 18) + L".tmp";
+    return L"kavidex-" + std::wstring(name).substr(1, 18) + L".tmp";
 }
 
 } // namespace
 
-NewFile::NewFile(std::wstring target)
-    : lclTarget(std::move(target)), lclTemporary(TemporaryBeside(lclTarget)),
+NewFile::NewFile(const std::wstring& folder)
+    : lclTemporary(folder + TemporaryName()),
       lclFile(CreateFileW(lclTemporary.c_str(), GENERIC_WRITE | GENERIC_READ, 0, nullptr,
                           CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr)) {
     if (!lclFile) {
@@ -40,15 +38,32 @@ NewFile::~NewFile() {
     DeleteFileW(lclTemporary.c_str());
 }
 
-DWORD NewFile::PutInPlace(bool failIfExists, DWORD attributes) {
+DWORD NewFile::Finish(DWORD attributes) {
     if (!FlushFileBuffers(lclFile.Get())) return GetLastError();
     lclFile.Close();
     constexpr DWORD kept = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
     if (attributes & kept) SetFileAttributesW(lclTemporary.c_str(), attributes & kept);
+    return 0;
+}
+
+DWORD NewFile::PutInPlace(const std::wstring& target, bool failIfExists, DWORD attributes) {
+    if (const DWORD failed = Finish(attributes)) return failed;
     const DWORD how = MOVEFILE_WRITE_THROUGH | (failIfExists ? 0 : MOVEFILE_REPLACE_EXISTING);
-    if (!MoveFileExW(lclTemporary.c_str(), lclTarget.c_str(), how)) return GetLastError();
+    if (!MoveFileExW(lclTemporary.c_str(), target.c_str(), how)) return GetLastError();
     lclTemporary.clear();
     return 0;
+}
+
+DWORD NewFile::Keep(DWORD attributes, std::wstring& name) {
+    if (const DWORD failed = Finish(attributes)) return failed;
+    name = lclTemporary.substr(FolderPart(lclTemporary).size());
+    lclTemporary.clear();
+    return 0;
+}
+
+std::wstring FolderPart(const std::wstring& path) {
+    const auto last = path.find_last_of(L"\\/");
+    return last == std::wstring::npos ? L"" : path.substr(0, last + 1);
 }
 
 DWORD WriteFully(HANDLE file, std::string_view bytes) {

@@ -1,4 +1,4 @@
-// File handles, and a file in the making under a temporary name beside its target.
+// File handles, and a file in the making under a temporary name of its folder.
 #pragma once
 
 #include <string>
@@ -28,24 +28,31 @@ private:
     HANDLE lclHandle;
 };
 
-// Gone unless it is put in place. The calls return 0 or a GetLastError number.
+// Gone unless it is put in place or kept. The calls return 0 or a GetLastError number.
 class NewFile {
 public:
-    explicit NewFile(std::wstring target);
+    explicit NewFile(const std::wstring& folder); // ends in a backslash, or is empty
     ~NewFile();
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
     DWORD Error() const { return lclError; } // of the making
     HANDLE Handle() const { return lclFile.Get(); }
-    // Flushes, closes, gives it its attributes, renames.
-    DWORD PutInPlace(bool failIfExists, DWORD attributes);
+    // Flushes, closes, gives it its attributes, renames within the folder.
+    DWORD PutInPlace(const std::wstring& target, bool failIfExists, DWORD attributes);
+    // Flushes, closes, gives it its attributes; it stays under its temporary name, which is handed
+    // back without the folder.
+    DWORD Keep(DWORD attributes, std::wstring& name);
 
 private:
-    std::wstring lclTarget, lclTemporary;
+    DWORD Finish(DWORD attributes);
+
+    std::wstring lclTemporary;
     FileHandle lclFile;
     DWORD lclError = 0;
 };
+
+std::wstring FolderPart(const std::wstring& path); // with its backslash
 
 DWORD WriteFully(HANDLE file, std::string_view bytes);
 

@@ -59,6 +59,25 @@ DWORD CopyBytes(HANDLE from, HANDLE to) {
     }
 }
 
+// Writes the source's bytes and time; 0 or a GetLastError number. The copy is checked while it is
+// at hand.
+DWORD Fill(const NewFile& copy, const FileHandle& from, std::string_view source,
+           std::string_view target, std::string_view action) {
+    if (const DWORD failed = copy.Error()) return failed;
+    if (const DWORD failed = CopyBytes(from.Get(), copy.Handle())) return failed;
+    if (SizeOf(from.Get(), source, action) != SizeOf(copy.Handle(), target, action))
+        return ERROR_WRITE_FAULT;
+    FILETIME written{};
+    if (GetFileTime(from.Get(), nullptr, nullptr, &written))
+        SetFileTime(copy.Handle(), nullptr, nullptr, &written);
+    return 0;
+}
+
+DWORD KnownAttributesOf(std::string_view path) {
+    const DWORD found = AttributesOf(path);
+    return found == INVALID_FILE_ATTRIBUTES ? 0 : found;
+}
+
 } // namespace
 
 bool WindowsFiles::FileExists(std::string_view path) {
@@ -93,21 +112,23 @@ void WindowsFiles::Copy(std::string_view source, std::string_view target, bool f
     FileHandle from = OpenForReading(source, action);
     if (!failIfExists) RefuseReadOnly(target, "replace");
 
-    NewFile copy(wide);
-    DWORD failed = copy.Error();
-    if (!failed) failed = CopyBytes(from.Get(), copy.Handle());
-    if (!failed && SizeOf(from.Get(), source, action) != SizeOf(copy.Handle(), target, action))
-        failed = ERROR_WRITE_FAULT;
-    if (!failed) {
-        FILETIME written{};
-        if (GetFileTime(from.Get(), nullptr, nullptr, &written))
-            SetFileTime(copy.Handle(), nullptr, nullptr, &written);
-        const DWORD attributes = AttributesOf(source);
-        from.Close(); // the source may be the target itself
-        failed =
-            copy.PutInPlace(failIfExists, attributes == INVALID_FILE_ATTRIBUTES ? 0 : attributes);
-    }
+    NewFile copy(FolderPart(wide));
+    DWORD failed = Fill(copy, from, source, target, action);
+    from.Close(); // the source may be the target itself
+    if (!failed) failed = copy.PutInPlace(wide, failIfExists, KnownAttributesOf(source));
     if (failed) Fail(failed, action, source, target);
+}
+
+std::string WindowsFiles::CopyAside(std::string_view source, std::string_view folder) {
+    constexpr std::string_view action = "copy";
+    const std::wstring wide = Checked(JoinPath(folder, "*"), action);
+    const FileHandle from = OpenForReading(source, action);
+    NewFile copy(FolderPart(wide));
+    std::wstring name;
+    DWORD failed = Fill(copy, from, source, folder, action);
+    if (!failed) failed = copy.Keep(KnownAttributesOf(source), name);
+    if (failed) Fail(failed, action, source, folder);
+    return JoinPath(folder, FromWide(name));
 }
 
 void WindowsFiles::Rename(std::string_view from, std::string_view to) {
@@ -168,11 +189,10 @@ void WindowsFiles::WriteAll(std::string_view path, std::string_view bytes) {
     constexpr std::string_view action = "write";
     const std::wstring wide = Checked(path, action);
     RefuseReadOnly(path, action);
-    const DWORD old = AttributesOf(path);
-    NewFile file(wide);
+    NewFile file(FolderPart(wide));
     DWORD failed = file.Error();
     if (!failed) failed = WriteFully(file.Handle(), bytes);
-    if (!failed) failed = file.PutInPlace(false, old == INVALID_FILE_ATTRIBUTES ? 0 : old);
+    if (!failed) failed = file.PutInPlace(wide, false, KnownAttributesOf(path));
     if (failed) Fail(failed, action, path);
 }
 

@@ -37,6 +37,10 @@ public:
         Count("Copy", source, target);
         lclReal.Copy(source, target, failIfExists);
     }
+    std::string CopyAside(std::string_view source, std::string_view folder) override {
+        Count("CopyAside", source, folder);
+        return lclReal.CopyAside(source, folder);
+    }
     void Rename(std::string_view from, std::string_view to) override {
         Count("Rename", from, to);
         lclReal.Rename(from, to);

@@ -281,6 +281,18 @@ TEST_F(Binder, ExportsTheDocumentsUnderNamesOfTheirOwn) {
     EXPECT_EQ(machine.files.ReadAll(machine.Path("export\\brief (1).txt")), "inhoud");
 }
 
+TEST_F(Binder, ExportsUnderNamesThatWindowsTakes) {
+    ASSERT_EQ(Open("key"), 0);
+    for (const char* const name : {"CON", "com1.oud", "brief. . ", "nulmeting"})
+        ASSERT_EQ(binder->AddFiles({File(std::string(name) + ".txt", name)}, "", 0, false, true),
+                  0);
+    machine.files.CreateDirectories(machine.Path("export\\brief.txt"));
+    EXPECT_EQ(binder->ExportFiles(machine.Path("export")), 4);
+    const auto names = machine.files.List(machine.Path("export"), "*");
+    EXPECT_EQ(names, (std::vector<std::string>{"brief (1).txt", "com1_.oud.txt", "CON_.txt",
+                                               "nulmeting.txt"}));
+}
+
 TEST_F(Binder, SavesAndRestoresItsStateWithTheSpellingsOfOldHosts) {
     binder->SetExternalId("abc");
     binder->SetShowTreeOnly(true);

@@ -121,6 +121,78 @@ TEST_F(Filing, NeverOverwritesAFileOfTheStore) {
     EXPECT_EQ(machine.files.ReadAll(second.path), "new");
 }
 
+TEST_F(Filing, GetsPastMoreStrayFilesThanOneAttemptTries) {
+    const auto first = FileDocument(machine, *tree, Request("a.tif"));
+    for (int i = 1; i <= 25; ++i)
+        machine.files.WriteAll(platform::FolderOf(first.path) + "\\" +
+                                   std::to_string(first.docId + i) + ".tif",
+                               "stray");
+    const auto refused = FileDocument(machine, *tree, Request("b.tif"));
+    EXPECT_FALSE(refused);
+    EXPECT_EQ(refused.number, platform::errors::alreadyExists);
+    const auto second = FileDocument(machine, *tree, Request("b.tif"));
+    ASSERT_TRUE(second) << second.error;
+    EXPECT_EQ(second.docId, first.docId + 26);
+    EXPECT_EQ(Rows("select Id from tblDocument where DocId = 0").size(), 25u);
+    EXPECT_EQ(Faults(), std::vector<std::string>(25, "file without document"));
+}
+
+TEST_F(Filing, CopiesBeforeTheDatabaseIsLocked) {
+    FilingRequest request = Request("a.tif");
+    request.deleteSource = true;
+    bool copied = false, named = false;
+    machine.files.FailAt(0);
+    connection->statements.clear();
+    connection->onStep = [&](int) {
+        const bool wrote = !connection->statements.empty() &&
+                           connection->statements.back().starts_with("Insert into");
+        if (wrote) copied = machine.files.calls.size() >= 2; // the folder and the copy
+        for (const std::string& call : machine.files.calls) named = call.starts_with("Rename");
+    };
+    ASSERT_TRUE(FileDocument(machine, *tree, request));
+    connection->onStep = nullptr;
+    EXPECT_TRUE(copied);
+    EXPECT_TRUE(named) << "the name comes before the commit";
+    std::string calls;
+    for (const std::string& call : machine.files.calls)
+        calls += call.substr(0, call.find(' ')) + " ";
+    EXPECT_EQ(calls, "CreateDirectories CreateDirectories CopyAside Rename Size Size Remove ");
+}
+
+TEST_F(Filing, BelongsToTheHostsOwnTransaction) {
+    connection->BeginTrans();
+    const auto lost = FileDocument(machine, *tree, Request("a.tif"));
+    ASSERT_TRUE(lost) << lost.error;
+    connection->RollbackTrans();
+    EXPECT_EQ(Documents(), 0u);
+    EXPECT_EQ(Faults(), std::vector<std::string>{"file without document"});
+    machine.files.Remove(lost.path);
+
+    const auto loaded = Load(tree->TreeId());
+    connection->BeginTrans();
+    FilingRequest gone = Request("b.tif");
+    machine.files.FailAt(1); // a copy that fails leaves the host's transaction alone
+    EXPECT_FALSE(FileDocument(machine, *loaded, gone));
+    machine.files.FailAt(0);
+    const auto kept = FileDocument(machine, *loaded, Request("c.tif"));
+    ASSERT_TRUE(kept) << kept.error;
+    connection->CommitTrans();
+    EXPECT_EQ(Documents(), 1u);
+    EXPECT_TRUE(Faults().empty());
+}
+
+TEST_F(Filing, ARefusedReadOnlySourceLeavesNoCopy) {
+    const FilingRequest request = Request("a.tif");
+    machine.files.SetAttributes(request.source, platform::attributes::readOnly);
+    connection->FailStep(4);
+    EXPECT_FALSE(FileDocument(machine, *tree, request));
+    connection->onStep = nullptr;
+    EXPECT_TRUE(Faults().empty());
+    EXPECT_TRUE(FileDocument(machine, *tree, request));
+    EXPECT_TRUE(Faults().empty());
+    machine.files.SetAttributes(request.source, platform::attributes::normal);
+}
+
 class FilingFaults : public Filing {
 protected:
     enum class Where { Database, Files };

@@ -161,6 +161,12 @@ TEST_F(Documents, FilesAreCopiedWholeAndSourcesDeletedOnlyAfterwards) {
     std::string path;
     EXPECT_TRUE(document.CreateEmptyDoc(path));
     EXPECT_EQ(path, stored);
+    EXPECT_EQ(document.StorePath(), stored);
+    document.SetDocType("pdf");
+    EXPECT_TRUE(document.StorePath().ends_with(".pdf"));
+    EXPECT_FALSE(machine.files.DirectoryExists(platform::FolderOf(document.StorePath())))
+        << "a path that is only looked at makes no folder";
+    document.SetDocType("tif");
     EXPECT_FALSE(document.AddDocument(machine.Path("gone.tif"), false, true));
 }
 

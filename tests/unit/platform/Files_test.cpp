@@ -74,6 +74,33 @@ TEST_F(FilesTest, CopyIsWholeAndRefusesOrReplacesAnExistingTarget) {
     EXPECT_EQ(All().size(), 2u) << "a temporary file stayed behind";
 }
 
+TEST_F(FilesTest, ACopyAsideIsWholeAndTakesItsNameLater) {
+    const std::string source = Path("bron.tif"), bytes(300'000, 'x');
+    files.WriteAll(source, bytes);
+    files.SetAttributes(source, attributes::readOnly);
+    const std::string first = files.CopyAside(source, machine.Folder());
+    const std::string second = files.CopyAside(source, machine.Folder());
+    EXPECT_NE(first, second);
+    EXPECT_EQ(files.ReadAll(first), bytes);
+    files.Rename(first, Path("doel.tif"));
+    EXPECT_EQ(Failure([&] { files.Rename(second, Path("doel.tif")); }, Path("doel.tif")),
+              errors::alreadyExists);
+    EXPECT_EQ(files.ReadAll(Path("doel.tif")), bytes);
+    EXPECT_TRUE(files.Attributes(Path("doel.tif")) & attributes::readOnly);
+    EXPECT_NE(Failure([&] { files.CopyAside(source, Path("geen")); }, Path("geen")), 0);
+    EXPECT_EQ(Failure([&] { files.CopyAside(Path("niet"), machine.Folder()); }, Path("niet")),
+              errors::notFound);
+    EXPECT_EQ(All().size(), 3u);
+}
+
+TEST(Paths, NamesOfDevicesAreKnown) {
+    for (const char* const name :
+         {"CON", "nul", "Aux.txt", "com1", "LPT9.a.b", "con .txt", "COM\xC2\xB9", "CONIN$"})
+        EXPECT_TRUE(IsDeviceName(name)) << name;
+    for (const char* const name : {"", "conto", "com", "com10", "a.con", "lptx", "nul_.txt"})
+        EXPECT_FALSE(IsDeviceName(name)) << name;
+}
+
 TEST_F(FilesTest, FailuresNameThePathAndLeaveNothingBehind) {
     const std::string missing = Path("niet.tif"), file = Path("a.tif");
     files.WriteAll(file, "a");

@@ -32,6 +32,20 @@ public:
         FaultyFiles::Copy(source, target, failIfExists);
         if (Due()) Die();
     }
+    std::string CopyAside(std::string_view source, std::string_view folder) override {
+        if (Due()) {
+            FaultyFiles::WriteAll(std::string(folder) + "\\cut.tmp", "cut off");
+            Die();
+        }
+        std::string copy = FaultyFiles::CopyAside(source, folder);
+        if (Due()) Die();
+        return copy;
+    }
+    void Rename(std::string_view from, std::string_view to) override {
+        if (Due()) Die();
+        FaultyFiles::Rename(from, to);
+        if (Due()) Die();
+    }
     void CreateDirectories(std::string_view path) override {
         FaultyFiles::CreateDirectories(path);
         if (Due()) Die();
