@@ -288,7 +288,7 @@ TEST_F(Binder, ExportsUnderNamesThatWindowsTakes) {
                   0);
     machine.files.CreateDirectories(machine.Path("export\\brief.txt"));
     EXPECT_EQ(binder->ExportFiles(machine.Path("export")), 4);
-    const auto names = machine.files.List(machine.Path("export"), "*");
+    const auto names = machine.files.List(machine.Path("export"), "*", false);
     EXPECT_EQ(names, (std::vector<std::string>{"brief (1).txt", "com1_.oud.txt", "CON_.txt",
                                                "nulmeting.txt"}));
 }
