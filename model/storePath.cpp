@@ -32,10 +32,9 @@ void RemoveCopied(const platform::Workstation& workstation, std::string_view sou
     if (platform::EqualNoCase(plain(source), plain(copy)))
         throw platform::Error(platform::errors::invalidArgument,
                               std::string(source) + " is the stored file itself.");
-    if (workstation.files.Size(source) != workstation.files.Size(copy))
+    if (!workstation.files.SameBytes(source, copy))
         throw platform::Error(platform::errors::fail, std::string(source) + " is kept: its copy " +
-                                                          std::string(copy) +
-                                                          " is not as long as it.");
+                                                          std::string(copy) + " differs from it.");
     workstation.files.Remove(source);
 }
 

@@ -16,8 +16,8 @@ std::string TypeFolder(std::string_view base, std::string_view date, std::string
 std::string DocumentPath(std::string_view base, std::string_view date, std::string_view type,
                          std::int32_t id);
 
-// Deletes a source whose copy is there and as long as it. Throws platform::Error, and deletes
-// nothing, when it is not, or when the two are one file.
+// Deletes a source whose copy is there and holds the same bytes. Throws platform::Error, and
+// deletes nothing, when it is not, or when the two are one file.
 void RemoveCopied(const platform::Workstation& workstation, std::string_view source,
                   std::string_view copy);
 

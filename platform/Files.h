@@ -39,6 +39,7 @@ public:
     virtual void Remove(std::string_view path) = 0;
 
     virtual std::uint64_t Size(std::string_view path) = 0;
+    virtual bool SameBytes(std::string_view path, std::string_view other) = 0;
     virtual std::uint32_t Attributes(std::string_view path) = 0;
     virtual void SetAttributes(std::string_view path, std::uint32_t attributes) = 0;
 

@@ -59,4 +59,15 @@ int WriteFully(int descriptor, std::string_view bytes) {
     return 0;
 }
 
+int ReadFully(int descriptor, char* room, std::size_t size, std::size_t& got) {
+    for (got = 0; got < size;) {
+        const ssize_t read = ::read(descriptor, room + got, size - got);
+        if (read < 0 && errno == EINTR) continue;
+        if (read < 0) return errno;
+        if (read == 0) break;
+        got += static_cast<std::size_t>(read);
+    }
+    return 0;
+}
+
 } // namespace kavidex::platform::posix

@@ -30,5 +30,7 @@ private:
 
 // All of it or an errno; 0 when written.
 int WriteFully(int descriptor, std::string_view bytes);
+// Fills the room, less of it only at the file's end; 0 or an errno.
+int ReadFully(int descriptor, char* room, std::size_t size, std::size_t& got);
 
 } // namespace kavidex::platform::posix

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "platform/SameBytes.h"
 #include "platform/posix/NewFile.h"
 #include "platform/posix/OpenFile.h"
 #include "platform/posix/paths.h"
@@ -56,12 +57,10 @@ int CopyBytes(int from, int to) {
     constexpr std::size_t block = 256 * 1024;
     const std::unique_ptr<char[]> buffer(new char[block]);
     for (;;) {
-        const ssize_t got = ::read(from, buffer.get(), block);
-        if (got == 0) return 0;
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) return errno;
-        if (const int failed = WriteFully(to, {buffer.get(), static_cast<std::size_t>(got)}))
-            return failed;
+        std::size_t got = 0;
+        if (const int failed = ReadFully(from, buffer.get(), block, got)) return failed;
+        if (const int failed = WriteFully(to, {buffer.get(), got})) return failed;
+        if (got < block) return 0;
     }
 }
 
@@ -152,6 +151,23 @@ std::uint64_t PosixFiles::Size(std::string_view path) {
     return static_cast<std::uint64_t>(InfoOf(path, "find the size of").st_size);
 }
 
+bool PosixFiles::SameBytes(std::string_view path, std::string_view other) {
+    constexpr std::string_view action = "compare";
+    const auto reader = [&](const OpenFile& file, std::string_view name) {
+        return [&file, name](char* room, std::size_t size) {
+            std::size_t got = 0;
+            if (const int failed = ReadFully(file.Get(), room, size, got))
+                Fail(failed, action, name);
+            return got;
+        };
+    };
+    FileInfo info{}, otherInfo{};
+    const OpenFile file = OpenForReading(path, action, info);
+    const OpenFile otherFile = OpenForReading(other, action, otherInfo);
+    return info.st_size == otherInfo.st_size &&
+           platform::SameBytes(reader(file, path), reader(otherFile, other));
+}
+
 std::uint32_t PosixFiles::Attributes(std::string_view path) {
     const FileInfo info = InfoOf(path, "find the attributes of");
     std::uint32_t bits = 0;
@@ -180,11 +196,12 @@ std::string PosixFiles::ReadAll(std::string_view path) {
     // The size is a first guess: the file may grow or shrink meanwhile, or have none to tell.
     for (;;) {
         if (filled == bytes.size()) bytes.resize(filled + 4096);
-        const ssize_t got = ::read(file.Get(), bytes.data() + filled, bytes.size() - filled);
-        if (got < 0 && errno == EINTR) continue;
-        if (got < 0) Fail(errno, action, path);
+        std::size_t got = 0;
+        if (const int failed =
+                ReadFully(file.Get(), bytes.data() + filled, bytes.size() - filled, got))
+            Fail(failed, action, path);
         if (got == 0) break;
-        filled += static_cast<std::size_t>(got);
+        filled += got;
     }
     bytes.resize(filled);
     return bytes;

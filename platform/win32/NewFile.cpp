@@ -79,6 +79,19 @@ DWORD WriteFully(HANDLE file, std::string_view bytes) {
     return 0;
 }
 
+DWORD ReadFully(HANDLE file, char* room, std::size_t size, std::size_t& got) {
+    constexpr std::size_t most = 1 << 20;
+    for (got = 0; got < size;) {
+        DWORD read = 0;
+        if (!ReadFile(file, room + got, static_cast<DWORD>(std::min(size - got, most)), &read,
+                      nullptr))
+            return GetLastError();
+        if (read == 0) break;
+        got += read;
+    }
+    return 0;
+}
+
 std::wstring WidePath(std::string_view path) {
     if (path.empty() || path.find('\0') != std::string_view::npos) return {};
     std::wstring wide = ToWide(path);

@@ -55,6 +55,8 @@ private:
 std::wstring FolderPart(const std::wstring& path); // with its backslash
 
 DWORD WriteFully(HANDLE file, std::string_view bytes);
+// Fills the room, less of it only at the file's end; 0 or a GetLastError number.
+DWORD ReadFully(HANDLE file, char* room, std::size_t size, std::size_t& got);
 
 // The path as wide calls take it at any length; empty for one that no call could take.
 std::wstring WidePath(std::string_view path);

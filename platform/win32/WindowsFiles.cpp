@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <memory>
 
+#include "platform/SameBytes.h"
 #include "platform/text.h"
 #include "platform/win32/Failure.h"
 #include "platform/win32/NewFile.h"
@@ -49,13 +50,13 @@ std::uint64_t SizeOf(HANDLE file, std::string_view path, std::string_view action
 
 // 0 or a GetLastError number.
 DWORD CopyBytes(HANDLE from, HANDLE to) {
-    constexpr DWORD block = 256 * 1024;
+    constexpr std::size_t block = 256 * 1024;
     const std::unique_ptr<char[]> buffer(new char[block]);
     for (;;) {
-        DWORD got = 0;
-        if (!ReadFile(from, buffer.get(), block, &got, nullptr)) return GetLastError();
-        if (got == 0) return 0;
+        std::size_t got = 0;
+        if (const DWORD failed = ReadFully(from, buffer.get(), block, got)) return failed;
         if (const DWORD failed = WriteFully(to, {buffer.get(), got})) return failed;
+        if (got < block) return 0;
     }
 }
 
@@ -152,6 +153,21 @@ std::uint64_t WindowsFiles::Size(std::string_view path) {
     return static_cast<std::uint64_t>(data.nFileSizeHigh) << 32 | data.nFileSizeLow;
 }
 
+bool WindowsFiles::SameBytes(std::string_view path, std::string_view other) {
+    constexpr std::string_view action = "compare";
+    const auto reader = [&](const FileHandle& file, std::string_view name) {
+        return [&file, name](char* room, std::size_t size) {
+            std::size_t got = 0;
+            if (const DWORD failed = ReadFully(file.Get(), room, size, got))
+                Fail(failed, action, name);
+            return got;
+        };
+    };
+    const FileHandle file = OpenForReading(path, action), otherFile = OpenForReading(other, action);
+    return SizeOf(file.Get(), path, action) == SizeOf(otherFile.Get(), other, action) &&
+           platform::SameBytes(reader(file, path), reader(otherFile, other));
+}
+
 std::uint32_t WindowsFiles::Attributes(std::string_view path) {
     constexpr std::string_view action = "find the attributes of";
     const DWORD found = GetFileAttributesW(Checked(path, action).c_str());
@@ -167,17 +183,16 @@ void WindowsFiles::SetAttributes(std::string_view path, std::uint32_t bits) {
 
 std::string WindowsFiles::ReadAll(std::string_view path) {
     constexpr std::string_view action = "read";
-    constexpr DWORD block = 1 << 20;
     const FileHandle file = OpenForReading(path, action);
     std::string bytes(static_cast<std::size_t>(SizeOf(file.Get(), path, action)), '\0');
     std::size_t filled = 0;
     // The size is a first guess: the file may grow or shrink meanwhile.
     for (;;) {
         if (filled == bytes.size()) bytes.resize(filled + 4096);
-        const DWORD room = static_cast<DWORD>(std::min<std::size_t>(bytes.size() - filled, block));
-        DWORD got = 0;
-        if (!ReadFile(file.Get(), bytes.data() + filled, room, &got, nullptr))
-            Fail(GetLastError(), action, path);
+        std::size_t got = 0;
+        if (const DWORD failed =
+                ReadFully(file.Get(), bytes.data() + filled, bytes.size() - filled, got))
+            Fail(failed, action, path);
         if (got == 0) break;
         filled += got;
     }

@@ -53,6 +53,10 @@ public:
         Count("Size", path);
         return lclReal.Size(path);
     }
+    bool SameBytes(std::string_view path, std::string_view other) override {
+        Count("SameBytes", path, other);
+        return lclReal.SameBytes(path, other);
+    }
     std::uint32_t Attributes(std::string_view path) override {
         Count("Attributes", path);
         return lclReal.Attributes(path);

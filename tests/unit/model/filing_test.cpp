@@ -156,7 +156,26 @@ TEST_F(Filing, CopiesBeforeTheDatabaseIsLocked) {
     std::string calls;
     for (const std::string& call : machine.files.calls)
         calls += call.substr(0, call.find(' ')) + " ";
-    EXPECT_EQ(calls, "CreateDirectories CreateDirectories CopyAside Rename Size Size Remove ");
+    EXPECT_EQ(calls, "CreateDirectories CreateDirectories CopyAside Rename SameBytes Remove ");
+}
+
+TEST_F(Filing, KeepsASourceThatChangedMeanwhile) {
+    FilingRequest request = Request("a.tif");
+    request.deleteSource = true;
+    const std::string filed = machine.files.ReadAll(request.source);
+    const std::string changed(filed.size(), '~');
+    connection->onStep = [&](int) {
+        const auto& calls = machine.files.calls;
+        if (!calls.empty() && calls.back().starts_with("CopyAside"))
+            machine.files.WriteAll(request.source, changed);
+    };
+    machine.files.FailAt(0);
+    const auto result = FileDocument(machine, *tree, request);
+    connection->onStep = nullptr;
+    EXPECT_TRUE(result) << "the document is filed all the same";
+    EXPECT_NE(result.number, 0);
+    EXPECT_EQ(machine.files.ReadAll(request.source), changed);
+    EXPECT_EQ(machine.files.ReadAll(result.path), filed);
 }
 
 TEST_F(Filing, BelongsToTheHostsOwnTransaction) {

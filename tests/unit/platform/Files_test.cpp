@@ -93,6 +93,23 @@ TEST_F(FilesTest, ACopyAsideIsWholeAndTakesItsNameLater) {
     EXPECT_EQ(All().size(), 3u);
 }
 
+TEST_F(FilesTest, ComparesFilesByteForByte) {
+    for (const std::size_t size : {0, 1, 256 * 1024, 256 * 1024 + 1, 700'000}) {
+        std::string bytes(size, 'x');
+        files.WriteAll(Path("een"), bytes);
+        files.WriteAll(Path("twee"), bytes);
+        EXPECT_TRUE(files.SameBytes(Path("een"), Path("twee"))) << size;
+        files.WriteAll(Path("twee"), bytes + "x");
+        EXPECT_FALSE(files.SameBytes(Path("een"), Path("twee"))) << size;
+        if (size == 0) continue;
+        bytes.back() = 'y';
+        files.WriteAll(Path("twee"), bytes);
+        EXPECT_FALSE(files.SameBytes(Path("een"), Path("twee"))) << size;
+    }
+    EXPECT_EQ(Failure([&] { files.SameBytes(Path("een"), Path("niet")); }, Path("niet")),
+              errors::notFound);
+}
+
 TEST(Paths, NamesOfDevicesAreKnown) {
     for (const char* const name :
          {"CON", "nul", "Aux.txt", "com1", "LPT9.a.b", "con .txt", "COM\xC2\xB9", "CONIN$"})
