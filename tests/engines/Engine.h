@@ -54,9 +54,7 @@ protected:
     std::unique_ptr<TestDatabase> database;
     data::ConnectionPtr connection;
 
-    data::RecordsetPtr Open(const std::string& statement) {
-        return connection->Open({statement, data::CommandType::Text, {}});
-    }
+    data::RecordsetPtr Open(const std::string& statement) { return connection->Open({statement}); }
     // The first value of the first row.
     data::Value One(const std::string& statement);
 };

@@ -1,6 +1,7 @@
 // Recordset behaviour: client-side, static, optimistic, the same on every engine.
 #include "data/Error.h"
 #include "tests/engines/Engine.h"
+#include "tests/fakes/Failures.h"
 
 namespace kavidex::tests {
 
@@ -26,25 +27,13 @@ struct RecordsetOverEngines : EngineTest {
                                 std::to_string(i) + "', " + std::to_string(i * 10) + ", " +
                                 (i % 2 ? "1" : "0") + ", null)");
     }
-    RecordsetPtr All(Connection& on) {
-        return on.Open({"select * from tblProbe order by Id", CommandType::Text, {}});
-    }
+    RecordsetPtr All(Connection& on) { return on.Open({"select * from tblProbe order by Id"}); }
     std::string Names(Recordset& rows) {
         std::string names;
         if (rows.RecordCount() > 0)
             for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext())
                 names += ToText(rows.Get("Naam")).substr(4);
         return names;
-    }
-    template <class Call>
-    std::int32_t Failure(Call call) {
-        try {
-            call();
-        } catch (const platform::Error& error) {
-            EXPECT_NE(std::string(error.what()), "");
-            return error.Number();
-        }
-        return 0;
     }
 };
 
@@ -55,7 +44,7 @@ TEST_P(RecordsetOverEngines, WalksItsRowsAsAdoDoes) {
     EXPECT_TRUE(none->IsOpen());
     EXPECT_TRUE(none->Eof() && none->Bof());
     EXPECT_EQ(none->RecordCount(), 0);
-    EXPECT_EQ(Failure([&] { none->Get(0); }), errors::badEof);
+    EXPECT_EQ(NumberOf([&] { none->Get(0); }), errors::badEof);
 
     Fill(5);
     const RecordsetPtr rows = All(*connection);
@@ -65,7 +54,7 @@ TEST_P(RecordsetOverEngines, WalksItsRowsAsAdoDoes) {
     EXPECT_EQ(ToInt64(rows->Get("ID")), engine.FirstAutoNumber());
     EXPECT_EQ(std::get<bool>(rows->Get("Vlag")), true);
     EXPECT_TRUE(IsNull(rows->Get("Verhaal")));
-    EXPECT_EQ(Failure([&] { rows->Get("Geen"); }), errors::itemNotFound);
+    EXPECT_EQ(NumberOf([&] { rows->Get("Geen"); }), errors::itemNotFound);
     rows->Move(3);
     EXPECT_EQ(ToInt64(rows->Get("Getal")), 40);
     rows->MoveLast();
@@ -76,7 +65,7 @@ TEST_P(RecordsetOverEngines, WalksItsRowsAsAdoDoes) {
     EXPECT_TRUE(rows->Bof());
     rows->SetAbsolutePosition(2);
     EXPECT_EQ(ToText(rows->Get("Naam")), "naam2");
-    EXPECT_EQ(Failure([&] { rows->SetAbsolutePosition(0); }), errors::invalidArgument);
+    EXPECT_EQ(NumberOf([&] { rows->SetAbsolutePosition(0); }), errors::invalidArgument);
     EXPECT_EQ(rows->AbsolutePosition(), 2);
     rows->SetAbsolutePosition(6);
     EXPECT_TRUE(rows->Eof());
@@ -88,7 +77,7 @@ TEST_P(RecordsetOverEngines, WalksItsRowsAsAdoDoes) {
     EXPECT_EQ(rows->RecordCount(), 4);
     rows->Close();
     rows->Close(); // closed already: nothing happens
-    EXPECT_EQ(Failure([&] { rows->RecordCount(); }), errors::objectClosed);
+    EXPECT_EQ(NumberOf([&] { rows->RecordCount(); }), errors::objectClosed);
 }
 
 TEST_P(RecordsetOverEngines, TellsItsFieldsAndClosedRecordsets) {
@@ -166,7 +155,7 @@ TEST_P(RecordsetOverEngines, RefusesARowThatSomeoneElseChangedOrRemoved) {
     theirs->Set("Naam", std::string("NAAM1")); // differs in case alone
     theirs->Update();
     mine->Set("Naam", std::string("mijn"));
-    EXPECT_EQ(Failure([&] { mine->Update(); }), errors::rowChanged);
+    EXPECT_EQ(NumberOf([&] { mine->Update(); }), errors::rowChanged);
     mine->CancelUpdate();
     EXPECT_EQ(ToText(One("select Naam from tblProbe where Getal = 10")), "NAAM1");
 
@@ -174,9 +163,9 @@ TEST_P(RecordsetOverEngines, RefusesARowThatSomeoneElseChangedOrRemoved) {
     theirs->Delete();
     mine->MoveNext();
     mine->Set("Getal", std::int64_t{99});
-    EXPECT_EQ(Failure([&] { mine->Update(); }), errors::rowChanged);
+    EXPECT_EQ(NumberOf([&] { mine->Update(); }), errors::rowChanged);
     mine->CancelUpdate();
-    EXPECT_EQ(Failure([&] { mine->Delete(); }), errors::rowChanged);
+    EXPECT_EQ(NumberOf([&] { mine->Delete(); }), errors::rowChanged);
 
     mine->MoveNext();
     mine->Delete();
@@ -228,11 +217,8 @@ TEST_P(RecordsetOverEngines, TransactionsKeepOrUndoAll) {
     connection->BeginTrans();
     connection->Execute("update tblProbe set Getal = 2");
     connection->CommitTrans();
-    EXPECT_EQ(ToInt64(database->Connect()
-                          ->Open({"select Getal from tblProbe", CommandType::Text, {}})
-                          ->Get(0)),
-              2);
-    EXPECT_NE(Failure([&] { connection->CommitTrans(); }), 0);
+    EXPECT_EQ(ToInt64(database->Connect()->Open({"select Getal from tblProbe"})->Get(0)), 2);
+    EXPECT_NE(NumberOf([&] { connection->CommitTrans(); }), 0);
 }
 
 TEST_P(RecordsetOverEngines, ErrorsTellTheStatementAndTheCause) {
@@ -247,11 +233,11 @@ TEST_P(RecordsetOverEngines, ErrorsTellTheStatementAndTheCause) {
     }
     ASSERT_FALSE(connection->Errors().empty());
     EXPECT_NE(connection->Errors().front().description, "");
-    EXPECT_EQ(Failure([&] { Open("selekt 1"); }), errors::syntax);
-    EXPECT_EQ(Failure([&] { connection->Property("Geen"); }), errors::itemNotFound);
+    EXPECT_EQ(NumberOf([&] { Open("selekt 1"); }), errors::syntax);
+    EXPECT_EQ(NumberOf([&] { connection->Property("Geen"); }), errors::itemNotFound);
     connection->Close();
     EXPECT_FALSE(connection->IsOpen());
-    EXPECT_EQ(Failure([&] { Open("select 1"); }), errors::objectClosed);
+    EXPECT_EQ(NumberOf([&] { Open("select 1"); }), errors::objectClosed);
 }
 
 TEST_P(RecordsetOverEngines, ADroppedConnectionIsAClearError) {
@@ -269,7 +255,7 @@ TEST_P(RecordsetOverEngines, ADroppedConnectionIsAClearError) {
         EXPECT_NE(std::string(error.what()).find("is lost"), std::string::npos) << error.what();
     }
     rows->Set("Naam", std::string("x"));
-    EXPECT_NE(Failure([&] { rows->Update(); }), 0);
+    EXPECT_NE(NumberOf([&] { rows->Update(); }), 0);
 }
 
 KAVIDEX_OVER_ENGINES(RecordsetOverEngines);

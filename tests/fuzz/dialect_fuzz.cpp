@@ -35,15 +35,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Connection& database = Database();
     database.BeginTrans();
     try {
-        const RecordsetPtr rows = database.Open({.text = std::string(statement), .parameters = {}});
+        const RecordsetPtr rows = database.Open({std::string(statement)});
         if (rows->IsOpen())
             for (; !rows->Eof(); rows->MoveNext())
                 for (std::size_t i = 0; i < rows->Fields().size(); ++i) rows->Get(i);
     } catch (const Error&) { // refused by SQLite
     }
     database.RollbackTrans();
-    if (database.Open({.text = "Select count(*) from tblSettings", .parameters = {}})->Get(0) !=
-        Value(std::int64_t{1}))
+    if (database.Open({"Select count(*) from tblSettings"})->Get(0) != Value(std::int64_t{1}))
         __builtin_trap();
     return 0;
 }

@@ -32,9 +32,7 @@ protected:
         return GetParam() == Road::OwnObjects ? com::Make<com::adodb::ConnectionObject>(connection)
                                               : com::Make<Stranger>(connection);
     }
-    data::RecordsetPtr Open(const std::string& statement) {
-        return late->Open({statement, data::CommandType::Text, {}});
-    }
+    data::RecordsetPtr Open(const std::string& statement) { return late->Open({statement}); }
 
     std::shared_ptr<data::win32::LateAdoConnection> late;
     std::unique_ptr<AdoClasses> classes;
@@ -63,8 +61,7 @@ TEST_P(AdoEngine, DescribesAndReadsEveryKindOfColumnLikeTheEngineItself) {
                     "('O''Brien \xc3\xa9\xf0\x9f\x98\x80', -5, 2.25, True, '2026-11-22 13:14:15', "
                     "'long text')");
     engine->Execute("insert into tblThing (Name) values (null)");
-    const auto direct =
-        engine->Open({"select * from tblThing order by Id", data::CommandType::Text, {}});
+    const auto direct = engine->Open({"select * from tblThing order by Id"});
     const auto byName = Open("select * from tblThing order by Id");
     ASSERT_EQ(byName->Fields().size(), direct->Fields().size());
     for (std::size_t i = 0; i < direct->Fields().size(); ++i) {
@@ -82,8 +79,7 @@ TEST_P(AdoEngine, DescribesAndReadsEveryKindOfColumnLikeTheEngineItself) {
 
 TEST_P(AdoEngine, MovesLikeTheEngineItself) {
     Fill(600); // more than two blocks
-    const auto direct =
-        engine->Open({"select * from tblThing order by Id", data::CommandType::Text, {}});
+    const auto direct = engine->Open({"select * from tblThing order by Id"});
     const auto byName = Open("select * from tblThing order by Id");
     using R = data::Recordset;
     const std::vector<std::function<void(R&)>> steps = {
@@ -131,8 +127,7 @@ TEST_P(AdoEngine, WritesThroughTheFieldsAndReadsBackWhatStands) {
     EXPECT_EQ(rows->Get("Name"), Value(std::string("changed")));
     EXPECT_EQ(rows->RecordCount(), 3);
 
-    const auto stands = engine->Open(
-        {"select Name, Amount from tblThing order by Id", data::CommandType::Text, {}});
+    const auto stands = engine->Open({"select Name, Amount from tblThing order by Id"});
     std::string names;
     for (; !stands->Eof(); stands->MoveNext()) names += data::ToText(stands->Get("Name")) + ";";
     EXPECT_EQ(names, "changed;name 3;fourth;");
@@ -179,7 +174,7 @@ TEST_P(AdoEngine, SortsAndFiltersTheRowsInMemory) {
 TEST_P(AdoEngine, TellsTheEnginesErrorWithNumberTextAndStatement) {
     data::Error wanted(0, "", "");
     try {
-        engine->Open({"select * from tblNowhere", data::CommandType::Text, {}});
+        engine->Open({"select * from tblNowhere"});
     } catch (const data::Error& error) {
         wanted = error;
     }

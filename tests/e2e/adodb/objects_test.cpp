@@ -10,6 +10,7 @@
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"
 #include "platform/Workstation.h"
+#include "tests/fakes/Failures.h"
 
 namespace kavidex::tests {
 
@@ -31,14 +32,6 @@ protected:
     static Variant Default(const Late& object, std::initializer_list<Variant> arguments) {
         return object.Invoke(DISPID_VALUE, DISPATCH_PROPERTYGET | DISPATCH_METHOD, arguments);
     }
-    static std::int32_t NumberOf(const std::function<void()>& work) {
-        try {
-            work();
-            return 0;
-        } catch (const platform::Error& error) {
-            return error.Number();
-        }
-    }
 
     Late connection;
 };
@@ -55,8 +48,7 @@ TEST_F(Objects, FieldsAreReachedByDefaultMembersNamesAndNumbers) {
     rows.Invoke(DISPID_VALUE, DISPATCH_PROPERTYPUT, put);
     EXPECT_EQ(rows.Get(L"EditMode").ToInt32(), 1);
     rows.Call(L"Update");
-    EXPECT_EQ(engine->Open({"select Name from tblThing order by Id", data::CommandType::Text, {}})
-                  ->Get("Name"),
+    EXPECT_EQ(engine->Open({"select Name from tblThing order by Id"})->Get("Name"),
               Value(std::string("by default member")));
 
     std::string names;

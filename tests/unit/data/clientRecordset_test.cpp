@@ -4,10 +4,13 @@
 #include "data/Error.h"
 #include "data/RowSearch.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "tests/fakes/Failures.h"
 #include "tests/unit/data/TemporaryFolder.h"
 
 namespace kavidex::data {
 namespace {
+
+using tests::NumberOf;
 
 class ClientRecordsets : public testing::Test {
 protected:
@@ -22,7 +25,7 @@ protected:
                                 std::string(row) + ")");
     }
     RecordsetPtr Open(const std::string& statement = "Select * from tblTree") {
-        return connection->Open({.text = statement, .parameters = {}});
+        return connection->Open({statement});
     }
     static std::string Shown(Recordset& rows) {
         std::string text;
@@ -30,15 +33,6 @@ protected:
             for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext())
                 text += ToText(rows.Get("TopItemId"));
         return text;
-    }
-    template <class Action>
-    static std::int32_t NumberOf(Action action) {
-        try {
-            action();
-        } catch (const Error& error) {
-            return error.Number();
-        }
-        return 0;
     }
 };
 
@@ -111,8 +105,7 @@ TEST_F(ClientRecordsets, WritesRowsByKey) {
     EXPECT_FALSE(rows->Eof());
     rows->MoveNext();
     EXPECT_EQ(rows->Get("Id"), Value(std::int64_t{4}));
-    const RecordsetPtr again =
-        other->Open({.text = "Select * from tblTree order by Id", .parameters = {}});
+    const RecordsetPtr again = other->Open({"Select * from tblTree order by Id"});
     std::string all;
     for (; !again->Eof(); again->MoveNext()) all += ToText(again->Get("Description")) + ";";
     EXPECT_EQ(all, "changed;by the move;alpha;;new;");
@@ -134,11 +127,8 @@ TEST_F(ClientRecordsets, RefusesRowsThatSomeoneElseChanged) {
     EXPECT_EQ(rows->RecordCount(), 4);
     rows->Set("Description", std::string("mine"));
     rows->Update();
-    EXPECT_EQ(
-        ToText(
-            other->Open({.text = "Select Description from tblTree where Id = 1", .parameters = {}})
-                ->Get(0)),
-        "mine");
+    EXPECT_EQ(ToText(other->Open({"Select Description from tblTree where Id = 1"})->Get(0)),
+              "mine");
 }
 
 TEST_F(ClientRecordsets, LeavesALoopWhoseRowsAreRefused) {

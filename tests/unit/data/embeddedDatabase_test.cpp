@@ -6,10 +6,13 @@
 
 #include "data/Error.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "tests/fakes/Failures.h"
 #include "tests/unit/data/TemporaryFolder.h"
 
 namespace kavidex::data {
 namespace {
+
+using tests::WordsOf;
 
 class EmbeddedFiles : public testing::Test {
 protected:
@@ -17,8 +20,7 @@ protected:
     std::string path = folder.Path("x.kdb");
 
     static std::string Count(Connection& connection, const std::string& table) {
-        return ToText(
-            connection.Open({.text = "Select count(*) from " + table, .parameters = {}})->Get(0));
+        return ToText(connection.Open({"Select count(*) from " + table})->Get(0));
     }
     std::string Bytes(const std::string& name) {
         std::ifstream file(folder.Native(name), std::ios::binary);
@@ -26,15 +28,6 @@ protected:
     }
     void Write(const std::string& name, const std::string& bytes) {
         std::ofstream(folder.Native(name), std::ios::binary) << bytes;
-    }
-    template <class Action>
-    static std::string Failure(Action action) {
-        try {
-            action();
-        } catch (const Error& error) {
-            return error.what();
-        }
-        return "";
     }
     std::size_t Entries() {
         return static_cast<std::size_t>(
@@ -45,9 +38,8 @@ protected:
 TEST_F(EmbeddedFiles, HoldTheBaseSchemaAndNothingBeside) {
     const ConnectionPtr connection = EmbeddedDatabase::Create(path);
     EXPECT_EQ(ToText(connection
-                         ->Open({.text = "Select [Value] from tblSettings where Section = 'build' "
-                                         "and sKey = 'dbversion'",
-                                 .parameters = {}})
+                         ->Open({"Select [Value] from tblSettings where Section = 'build' "
+                                 "and sKey = 'dbversion'"})
                          ->Get(0)),
               "1.0.8");
     const RecordsetPtr tables = connection->OpenSchema(Schema::Tables);
@@ -64,19 +56,19 @@ TEST_F(EmbeddedFiles, HoldTheBaseSchemaAndNothingBeside) {
     EXPECT_EQ(ToText(connection->Property("dbms name")), "ACCESS");
     EXPECT_EQ(ToText(connection->Property("Data Source Name")), path);
     EXPECT_EQ(connection->DefaultDatabase(), folder.Path("x"));
-    EXPECT_NE(Failure([&] { connection->Property("None"); }), "");
+    EXPECT_NE(WordsOf([&] { connection->Property("None"); }), "");
     connection->Close();
     EXPECT_EQ(Entries(), 1u);
     EXPECT_TRUE(EmbeddedDatabase::Check(path).empty());
-    EXPECT_NE(Failure([&] { EmbeddedDatabase::Create(path); }).find("exists already"),
+    EXPECT_NE(WordsOf([&] { EmbeddedDatabase::Create(path); }).find("exists already"),
               std::string::npos);
     EXPECT_EQ(Count(*EmbeddedDatabase::OpenOrCreate(path), "tblSettings"), "1");
     const std::string hard = folder.Path("O'Brien 100% [\xC3\xA9\xE4\xB8\xAD] file.x.kdb");
     EXPECT_EQ(Count(*EmbeddedDatabase::OpenOrCreate(hard), "tblTree"), "0");
     EXPECT_NE(
-        Failure([&] { EmbeddedDatabase::Open(folder.Path("none.kdb")); }).find("does not exist"),
+        WordsOf([&] { EmbeddedDatabase::Open(folder.Path("none.kdb")); }).find("does not exist"),
         std::string::npos);
-    EXPECT_NE(Failure([&] { EmbeddedDatabase::Create(folder.Path("none\\x.kdb")); }), "");
+    EXPECT_NE(WordsOf([&] { EmbeddedDatabase::Create(folder.Path("none\\x.kdb")); }), "");
     EXPECT_EQ(Entries(), 2u);
 }
 
@@ -97,9 +89,9 @@ TEST_F(EmbeddedFiles, OfOtherKindsAreRefusedAndLeftAsTheyWere) {
     for (const auto& [name, bytes] : files) {
         Write(name, bytes);
         const std::string message =
-            Failure([&, file = name] { EmbeddedDatabase::Open(folder.Path(file)); });
+            WordsOf([&, file = name] { EmbeddedDatabase::Open(folder.Path(file)); });
         EXPECT_NE(message.find(name), std::string::npos) << name << ": " << message;
-        EXPECT_NE(Failure([&, file = name] { EmbeddedDatabase::OpenOrCreate(folder.Path(file)); }),
+        EXPECT_NE(WordsOf([&, file = name] { EmbeddedDatabase::OpenOrCreate(folder.Path(file)); }),
                   "");
         EXPECT_EQ(Bytes(name), bytes) << name;
     }
@@ -122,29 +114,28 @@ TEST_F(EmbeddedFiles, CountTransactionLevelsAndUndoOnClose) {
     connection->BeginTrans();
     connection->Execute("Insert into tblTree (Description) Values ('c')");
     connection->RollbackTrans();
-    EXPECT_NE(Failure([&] { connection->CommitTrans(); }), "");
-    EXPECT_NE(Failure([&] { connection->CommitTrans(); }), "");
+    EXPECT_NE(WordsOf([&] { connection->CommitTrans(); }), "");
+    EXPECT_NE(WordsOf([&] { connection->CommitTrans(); }), "");
     connection->BeginTrans();
     connection->Execute("Insert into tblTree (Description) Values ('d')");
     connection->Execute("ALTER TABLE tblTree ADD COLUMN Extra LONG");
     connection->Close();
     connection = EmbeddedDatabase::Open(path);
     EXPECT_EQ(Count(*connection, "tblTree"), "1");
-    EXPECT_EQ(
-        connection->Open({.text = "Select * from tblTree", .parameters = {}})->Fields().size(), 7u);
+    EXPECT_EQ(connection->Open({"Select * from tblTree"})->Fields().size(), 7u);
 }
 
 TEST_F(EmbeddedFiles, ServeSeveralConnections) {
     const ConnectionPtr one = EmbeddedDatabase::Create(path), two = EmbeddedDatabase::Open(path);
-    EXPECT_EQ(two->Open({.text = "Select * from tblTree", .parameters = {}})->Fields().size(), 7u);
+    EXPECT_EQ(two->Open({"Select * from tblTree"})->Fields().size(), 7u);
     one->Execute("ALTER TABLE tblTree ADD COLUMN TreeGuid TEXT(38)");
     one->Execute("Insert into tblTree (TreeGuid) Values ('g')");
-    const RecordsetPtr rows = two->Open({.text = "Select * from tblTree", .parameters = {}});
+    const RecordsetPtr rows = two->Open({"Select * from tblTree"});
     EXPECT_EQ(ToText(rows->Get("TreeGuid")), "g");
     one->BeginTrans();
     one->Execute("Insert into tblTree (TreeGuid) Values ('h')");
     EXPECT_EQ(Count(*two, "tblTree"), "1");
-    const std::string message = Failure([&] { two->Execute("Delete from tblTree"); });
+    const std::string message = WordsOf([&] { two->Execute("Delete from tblTree"); });
     EXPECT_NE(message.find("locked"), std::string::npos) << message;
     EXPECT_NE(message.find(path), std::string::npos) << message;
     one->CommitTrans();
@@ -160,9 +151,9 @@ TEST_F(EmbeddedFiles, AreCopiedWholeWhileInUse) {
     EmbeddedDatabase::BackupTo(*connection, folder.Path("copy.kdb"));
     EXPECT_EQ(Count(*EmbeddedDatabase::Open(folder.Path("copy.kdb")), "tblTree"), "2");
     EXPECT_NE(
-        Failure([&] { EmbeddedDatabase::BackupTo(*connection, folder.Path("none\\copy.kdb")); }),
+        WordsOf([&] { EmbeddedDatabase::BackupTo(*connection, folder.Path("none\\copy.kdb")); }),
         "");
-    EXPECT_NE(Failure([&] { EmbeddedDatabase::BackupTo(*connection, path); }).find("itself"),
+    EXPECT_NE(WordsOf([&] { EmbeddedDatabase::BackupTo(*connection, path); }).find("itself"),
               std::string::npos);
     EXPECT_TRUE(EmbeddedDatabase::Check(*connection).empty());
     EXPECT_EQ(Entries(), 2u);

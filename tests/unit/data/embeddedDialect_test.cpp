@@ -3,6 +3,7 @@
 
 #include "data/Error.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "tests/fakes/Failures.h"
 
 namespace kavidex::data {
 namespace {
@@ -12,9 +13,7 @@ protected:
     ConnectionPtr connection = EmbeddedDatabase::CreateInMemory();
 
     void Run(const std::string& statement) { connection->Execute(statement); }
-    RecordsetPtr Open(const std::string& statement) {
-        return connection->Open({.text = statement, .parameters = {}});
-    }
+    RecordsetPtr Open(const std::string& statement) { return connection->Open({statement}); }
 
     // The first value of the first row as text; "(none)" without rows.
     std::string First(const std::string& statement) {
@@ -22,13 +21,7 @@ protected:
         return rows->Eof() ? "(none)" : IsNull(rows->Get(0)) ? "(null)" : ToText(rows->Get(0));
     }
     std::int32_t Failure(const std::string& statement) {
-        try {
-            Run(statement);
-        } catch (const Error& error) {
-            EXPECT_FALSE(std::string(error.what()).empty());
-            return error.Number();
-        }
-        return 0;
+        return tests::NumberOf([&] { Run(statement); });
     }
 };
 
@@ -323,7 +316,7 @@ TEST_F(EmbeddedDialect, ListsTheDocumentsOfAFolder) {
 }
 
 TEST_F(EmbeddedDialect, BindsParametersInOrder) {
-    Command command{.text = "Select ? & '-' & ? & '-' & 5", .parameters = {}};
+    Command command{"Select ? & '-' & ? & '-' & 5"};
     command.parameters = {{.name = "a", .value = std::string("x")},
                           {.name = "b", .value = Value(std::int64_t{2})}};
     EXPECT_EQ(ToText(connection->Open(command)->Get(0)), "x-2-5");

@@ -24,7 +24,7 @@ protected:
     std::string path = folder.Path("x.kdb");
 
     static std::int64_t Number(Connection& connection, const std::string& statement) {
-        return ToInt64(connection.Open({.text = statement, .parameters = {}})->Get(0));
+        return ToInt64(connection.Open({statement})->Get(0));
     }
     // Runs `work` in a process of its own and answers its id.
     template <class Work>
@@ -148,8 +148,7 @@ TEST_F(EmbeddedFaults, NoHandleRemainsAfterClose) {
     };
     const auto before = handles();
     const ConnectionPtr connection = EmbeddedDatabase::Create(path);
-    const RecordsetPtr rows =
-        connection->Open({.text = "Select * from tblSettings", .parameters = {}});
+    const RecordsetPtr rows = connection->Open({"Select * from tblSettings"});
     EXPECT_GT(handles(), before);
     connection->Close();
     EXPECT_EQ(handles(), before);
