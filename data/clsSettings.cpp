@@ -203,13 +203,14 @@ std::int32_t clsSettings::Id() {
     }
 }
 
-std::string DocumentRoot(const platform::Workstation& workstation,
-                         const ConnectionPtr& connection) {
+std::string DocumentRoot(const platform::Workstation& workstation, const ConnectionPtr& connection,
+                         const Translation& translation) {
     clsSettings settings(workstation);
     settings.SetDbConnection(connection);
     std::string root;
     if (!settings.GetSetting("Storage", "DocumentPath", root)) {
-        workstation.messages.Show({.text = "DocumentPath in section Storage not found"});
+        workstation.messages.Show(
+            {.text = Translated(translation, "DocumentPath in section Storage not found")});
         return {};
     }
     if (root.empty() || root.back() != '\\') root += '\\';

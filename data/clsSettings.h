@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "data/Connection.h"
+#include "data/Texts.h"
 
 namespace kavidex::platform {
 struct Workstation;
@@ -57,6 +58,7 @@ private:
 
 // The root folder of the document files (section "Storage", key "DocumentPath"), ending in a
 // backslash; empty, after a message box, when the setting is not there.
-std::string DocumentRoot(const platform::Workstation& workstation, const ConnectionPtr& connection);
+std::string DocumentRoot(const platform::Workstation& workstation, const ConnectionPtr& connection,
+                         const Translation& translation = {});
 
 } // namespace kavidex::data

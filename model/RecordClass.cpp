@@ -114,10 +114,11 @@ void RecordClass::Report(std::string_view where, const std::exception& error) co
     const std::int32_t number = known ? known->Number() : platform::errors::fail;
     lclWorkstation.log.Write(lclClassName + "." + std::string(where), error.what());
     platform::Message message;
-    message.caption = lclTitle + lclClassName;
-    message.text = number == 0 ? "An unknown runtime error has occured."
-                               : "Error #" + std::string(number > 0 ? " " : "") + Number(number) +
-                                     ": " + error.what();
+    message.caption = data::Translated(lclTranslation, lclTitle, {lclClassName});
+    message.text = number == 0
+                       ? data::Translated(lclTranslation, "An unknown runtime error has occured.")
+                       : data::Translated(lclTranslation, "Error #$%$: $%$",
+                                          {(number > 0 ? " " : "") + Number(number), error.what()});
     lclWorkstation.messages.Show(message);
 }
 

@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "data/Connection.h"
+#include "data/Texts.h"
 
 namespace kavidex::platform {
 struct Workstation;
@@ -26,6 +27,8 @@ public:
 
     const data::ConnectionPtr& DbConnection() const { return lclConnection; }
     void SetDbConnection(data::ConnectionPtr connection) { lclConnection = std::move(connection); }
+    // What the messages shown pass through; without it they are shown as they stand.
+    void SetTranslation(data::Translation translation) { lclTranslation = std::move(translation); }
     const std::string& TableName() const { return lclTableName; }
     void SetTableName(std::string_view name) { lclTableName = name; }
     const std::string& Ordering() const { return lclOrdering; }
@@ -53,7 +56,7 @@ public:
     void MovePrevious();
 
 protected:
-    // `title` is the first half of the message's caption, the class name the second.
+    // `title` is the message's caption, with a place for the class name.
     RecordClass(const platform::Workstation& workstation, std::string_view table,
                 std::string_view title, std::string_view className);
 
@@ -78,6 +81,7 @@ protected:
         }
     }
     void Report(std::string_view where, const std::exception& error) const;
+    const data::Translation& Translation() const { return lclTranslation; }
     const platform::Workstation& Machine() const { return lclWorkstation; }
 
 private:
@@ -85,6 +89,7 @@ private:
 
     const platform::Workstation& lclWorkstation;
     data::ConnectionPtr lclConnection;
+    data::Translation lclTranslation;
     data::RecordsetPtr lclRecordset;
     std::string lclTableName, lclOrdering;
     std::string lclTitle, lclClassName;

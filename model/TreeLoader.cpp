@@ -18,8 +18,10 @@ constexpr std::string_view deletedMark = " VERWIJDERD";
 } // namespace
 
 TreeLoader::TreeLoader(const platform::Workstation& workstation,
-                       const data::ConnectionPtr& connection, bool orderByName)
-    : lclWorkstation(workstation), lclStore(connection), lclOrderByName(orderByName),
+                       const data::ConnectionPtr& connection, bool orderByName,
+                       data::Translation translation)
+    : lclWorkstation(workstation), lclStore(connection), lclTranslation(std::move(translation)),
+      lclOrderByName(orderByName),
       lclShowDeleted(platform::GetRegFlag(workstation, "TreeSettings", "ShowDeleted")) {}
 
 clsItemColPtr TreeLoader::Load(NodeId parentId) {
@@ -93,7 +95,7 @@ void TreeLoader::Report(const std::exception& error) {
     lclShown.push_back(text);
     platform::Message message;
     message.text = text;
-    message.caption = "Error in " + std::string(routine);
+    message.caption = data::Translated(lclTranslation, "Error in $%$", {std::string(routine)});
     lclWorkstation.messages.Show(message);
 }
 

@@ -5,6 +5,7 @@
 #include <unordered_set>
 #include <vector>
 
+#include "data/Texts.h"
 #include "model/Store.h"
 #include "model/clsItemCol.h"
 
@@ -15,7 +16,7 @@ namespace kavidex::model {
 class TreeLoader {
 public:
     TreeLoader(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
-               bool orderByName);
+               bool orderByName, data::Translation translation);
 
     clsItemColPtr Load(NodeId parentId); // null without children
 
@@ -27,6 +28,7 @@ private:
 
     const platform::Workstation& lclWorkstation;
     const Store lclStore;
+    const data::Translation lclTranslation;
     const bool lclOrderByName, lclShowDeleted;
     std::unordered_set<NodeId> lclFolders; // met so far
     std::vector<clsItem*> lclToRead;       // folders whose children are to be read, next one last

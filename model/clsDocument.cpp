@@ -19,7 +19,7 @@ constexpr std::string_view markedDescription = "Document allready exists";
 } // namespace
 
 clsDocument::clsDocument(const platform::Workstation& workstation)
-    : RecordClass(workstation, "tblDocument", "Section Runtime Error ", "clsDocument") {}
+    : RecordClass(workstation, "tblDocument", "Section Runtime Error $%$", "clsDocument") {}
 
 std::string clsDocument::SelectStatement() const {
     std::string statement = "select Id, ExternalId, InsertedBy, InsertDate, InsertTime, "
@@ -64,7 +64,8 @@ void clsDocument::LoadExtraInfo() {
 }
 
 std::string clsDocument::BaseFolder() const {
-    if (lclBaseSaveDirectory.empty()) return data::DocumentRoot(Machine(), DbConnection());
+    if (lclBaseSaveDirectory.empty())
+        return data::DocumentRoot(Machine(), DbConnection(), Translation());
     return WithBackslash(lclBaseSaveDirectory);
 }
 

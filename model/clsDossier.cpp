@@ -7,7 +7,8 @@
 namespace kavidex::model {
 
 clsDossier::clsDossier(const platform::Workstation& workstation)
-    : RecordClass(workstation, "tblDossierRelations", "Application Runtime Error ", "clsDossier") {}
+    : RecordClass(workstation, "tblDossierRelations", "Application Runtime Error $%$",
+                  "clsDossier") {}
 
 std::string clsDossier::SelectStatement() const {
     Criteria criteria;

@@ -7,7 +7,7 @@
 namespace kavidex::model {
 
 clsDossierDbRelations::clsDossierDbRelations(const platform::Workstation& workstation)
-    : RecordClass(workstation, "tblDossierDbRelation", "Application Runtime Error ",
+    : RecordClass(workstation, "tblDossierDbRelation", "Application Runtime Error $%$",
                   "clsDossierDbRelations") {}
 
 std::string clsDossierDbRelations::SelectStatement() const {

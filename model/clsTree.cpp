@@ -148,7 +148,7 @@ void clsTree::LoadRoot(NodeId topItem) {
 
 clsItemColPtr clsTree::fncLoadCollectionFromDatabase(NodeId parentId) {
     if (!lclConnection) return nullptr;
-    return TreeLoader(lclWorkstation, lclConnection, lclOrderByName).Load(parentId);
+    return TreeLoader(lclWorkstation, lclConnection, lclOrderByName, lclTranslation).Load(parentId);
 }
 
 clsItemColPtr clsTree::ChildrenOf(clsItem& parent) {

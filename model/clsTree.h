@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "data/Texts.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 
@@ -34,6 +35,10 @@ public:
     const data::ConnectionPtr& DbConnection() const { return lclConnection; }
     // Loads the tree when an id is set and there was no connection before.
     void SetDbConnection(data::ConnectionPtr connection);
+
+    // What the messages shown pass through; without it they are shown as they stand.
+    void SetTranslation(data::Translation translation) { lclTranslation = std::move(translation); }
+    const data::Translation& Translation() const { return lclTranslation; }
 
     const std::string& Description() const { return lclDescription; }
     void SetDescription(std::string_view description);
@@ -93,6 +98,7 @@ private:
 
     const platform::Workstation& lclWorkstation;
     data::ConnectionPtr lclConnection;
+    data::Translation lclTranslation;
     std::int32_t lclTreeId = 0;
     std::string lclDescription;
     bool lclNewEnabled = false, lclDeleteEnabled = false, lclUpdateEnabled = false;

@@ -104,7 +104,9 @@ private:
 
     void FindStore() {
         std::string base = lclRequest.baseSaveDirectory;
-        if (base.empty()) base = data::DocumentRoot(lclWorkstation, lclTree.DbConnection());
+        if (base.empty())
+            base =
+                data::DocumentRoot(lclWorkstation, lclTree.DbConnection(), lclTree.Translation());
         if (base.empty())
             throw platform::Error(platform::errors::pathNotFound, "There is no document store.");
         lclDocument.SetBaseSaveDirectory(base);

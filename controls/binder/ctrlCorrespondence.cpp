@@ -75,7 +75,8 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
         HandDownRights();
     };
     lclAssignment = std::make_unique<data::ConnectionAssignment>(
-        workstation, std::move(listeners), [this](std::string_view text) { return Text(text); });
+        workstation, std::move(listeners),
+        [this](std::string_view text, const auto& values) { return Text(text, values); });
     SubscribeToChildren();
     PassOnToTree();
     ApplyLayout();
@@ -236,6 +237,7 @@ void ctrlCorrespondence::Tell(std::string_view text, const std::vector<std::stri
     lclWorkstation.messages.Show(message);
 }
 
+// The report is for whoever looks after the system: its lines are the same in every language.
 void ctrlCorrespondence::ReportError(std::string_view where, const std::exception& error) const {
     const auto* ours = dynamic_cast<const platform::Error*>(&error);
     std::string text = "Error # " + std::to_string(ours ? ours->Number() : platform::errors::fail);
@@ -252,9 +254,9 @@ void ctrlCorrespondence::ReportError(std::string_view where, const std::exceptio
             line("   Description  ", detail.description);
             line("   Source       ", detail.source);
         }
-    const std::string caption = "Error in " + std::string(where);
-    lclWorkstation.log.Write(caption, error.what());
-    lclWorkstation.messages.Show({text, caption, platform::Buttons::Ok, platform::Icon::Critical});
+    lclWorkstation.log.Write(where, error.what());
+    lclWorkstation.messages.Show({text, Text("Error in $%$", {std::string(where)}),
+                                  platform::Buttons::Ok, platform::Icon::Critical});
 }
 
 } // namespace kavidex::controls

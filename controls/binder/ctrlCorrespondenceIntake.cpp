@@ -241,7 +241,7 @@ bool ctrlCorrespondence::QueueFolder(std::string_view root, const std::string& n
         Tell("Mapnaam voor opslag vanuit multifunctional = $%$", {name});
     const std::string folder = platform::JoinPath(root, name);
     if (platform::EqualNoCase(setting("DebugFlags"), "true"))
-        lclWorkstation.messages.Show({folder, "Path for ScanQueue"});
+        lclWorkstation.messages.Show({folder, Text("Path for ScanQueue")});
     // A key names one folder below the root and nothing else.
     if (name.find_first_of("\\/:*?\"<>|") != std::string::npos || name == "." || name == "..")
         return false;

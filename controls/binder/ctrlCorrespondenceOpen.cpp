@@ -78,8 +78,7 @@ std::int32_t ctrlCorrespondence::DbOpenConnection() {
     NoAdo noAdo;
     NoRepair noRepair;
     data::ConnectionOpener opener(lclWorkstation, lclAdo ? *lclAdo : noAdo,
-                                  lclRepair ? *lclRepair : noRepair,
-                                  [this](std::string_view text) { return Text(text); });
+                                  lclRepair ? *lclRepair : noRepair, TranslationBy(lclTranslator));
     bool opened = false;
     data::ConnectionPtr made;
     const auto result = opener.DbOpenConnection(lclState.DbProvider, lclState.DbPath, opened,
@@ -178,6 +177,7 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
     }
     lclViewer->SetDbConnection(DbConnection());
     model::clsDossierDbRelations relation(lclWorkstation);
+    relation.SetTranslation(TranslationBy(lclTranslator));
     relation.SetDbConnection(DbConnection());
     relation.SetDbKey(externalId);
     if (!relation.OpenDataSource()) return -1;
@@ -192,6 +192,7 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
     if (!found) {
         step = -2;
         model::clsDossierDbRelations fresh(lclWorkstation);
+        fresh.SetTranslation(TranslationBy(lclTranslator));
         fresh.SetDbConnection(DbConnection());
         fresh.SetDbKey(externalId);
         if (!fresh.SaveNewRow()) return -2;
@@ -199,6 +200,7 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
     }
     step = -6;
     model::clsDossier dossier(lclWorkstation);
+    dossier.SetTranslation(TranslationBy(lclTranslator));
     dossier.SetDbConnection(DbConnection());
     dossier.SetDossierId(relation.DossierId());
     if (!dossier.OpenDataSource()) return -6;
@@ -214,6 +216,7 @@ std::int32_t ctrlCorrespondence::CreateDossier(std::int32_t dossierId, std::stri
     if (!CreateNew(platform::Trim(description), platform::Trim(tabs))) return -3;
     step = -4;
     model::clsDossier dossier(lclWorkstation);
+    dossier.SetTranslation(TranslationBy(lclTranslator));
     dossier.SetDbConnection(DbConnection());
     dossier.SetDossierId(dossierId);
     if (!dossier.OpenDataSource()) return -4;

@@ -7,6 +7,7 @@
 #include "model/clsItem.h"
 #include "platform/Error.h"
 #include "platform/General.h"
+#include "platform/Log.h"
 #include "platform/Messages.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
@@ -209,8 +210,10 @@ void ctrlCorrespondence::ButtonClicked(std::string_view key) {
             lclTree->SetNextChildItem();
         }
     } catch (const std::exception& error) {
-        lclWorkstation.messages.Show({error.what(), "Error in ButttonClick of ctrlCorrespondence",
-                                      platform::Buttons::Ok, platform::Icon::Exclamation});
+        lclWorkstation.log.Write("ButtonClicked", error.what());
+        lclWorkstation.messages.Show({error.what(),
+                                      Text("Error in ButttonClick of ctrlCorrespondence"),
+                                      platform::Buttons::Ok, platform::Icon::Critical});
     }
 }
 

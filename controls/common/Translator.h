@@ -1,9 +1,12 @@
 // The port to the translator: the host's object, or the control's own over the translation table.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "data/Texts.h"
 
 namespace kavidex::controls {
 
@@ -15,5 +18,14 @@ public:
     virtual std::string Translate(std::string_view text,
                                   const std::vector<std::string>& values = {}) = 0;
 };
+
+// For what lies below the controls; it holds the translator, and is empty when there is none.
+inline data::Translation TranslationBy(std::shared_ptr<Translator> translator) {
+    if (!translator) return {};
+    return [translator = std::move(translator)](std::string_view text,
+                                                const std::vector<std::string>& values) {
+        return translator->Translate(text, values);
+    };
+}
 
 } // namespace kavidex::controls

@@ -58,6 +58,7 @@ void ctrlTree::SetTranslate(std::shared_ptr<Translator> translator) {
     const auto names = [&] { return Text("Nieuwe map") + ";" + Text("Nieuwe notitie"); };
     const bool ours = lclState.NameForInsert == names();
     lclTranslator = std::move(translator);
+    if (lclTree) lclTree->SetTranslation(TranslationBy(lclTranslator));
     if (ours) lclState.NameForInsert = names();
     ShowStatusText();
 }
@@ -120,18 +121,19 @@ bool ctrlTree::Guarded(std::string_view routine, const std::function<void()>& wo
         work();
         return true;
     } catch (const std::exception& error) {
-        ShowError("Error in " + std::string(routine), error);
+        ShowError("Error in $%$", {std::string(routine)}, error);
         return false;
     }
 }
 
-void ctrlTree::ShowError(std::string_view caption, const std::exception& error) const {
+void ctrlTree::ShowError(std::string_view caption, const std::vector<std::string>& values,
+                         const std::exception& error) const {
     std::string text = error.what();
     if (const auto* ours = dynamic_cast<const platform::Error*>(&error))
         text = std::to_string(ours->Number()) + " " + text;
-    lclWorkstation.log.Write(caption, text);
+    lclWorkstation.log.Write(platform::FillPlaceholders(caption, values), text);
     lclWorkstation.messages.Show(
-        {text, std::string(caption), platform::Buttons::Ok, platform::Icon::Critical});
+        {text, Text(caption, values), platform::Buttons::Ok, platform::Icon::Critical});
 }
 
 } // namespace kavidex::controls

@@ -240,9 +240,10 @@ private:
     void ShowStatusText();
 
     std::string Text(std::string_view text, const std::vector<std::string>& values = {}) const;
-    // Runs one public operation: its error is shown as "Error in " and the routine's name.
+    // Runs one public operation: its error is shown under "Error in " and the routine's name.
     bool Guarded(std::string_view routine, const std::function<void()>& work) const;
-    void ShowError(std::string_view caption, const std::exception& error) const;
+    void ShowError(std::string_view caption, const std::vector<std::string>& values,
+                   const std::exception& error) const;
 
     ItemPtr Root() const; // null while no tree is loaded
     void LoadTree();

@@ -25,6 +25,7 @@ void ctrlTree::LoadTree() {
             lclTree.reset();
         } else {
             auto tree = std::make_shared<model::clsTree>(lclWorkstation);
+            tree->SetTranslation(TranslationBy(lclTranslator));
             tree->SetOrderByName(lclState.OrderByName);
             tree->SetSortFoldersAndDocs(lclState.FoldersAndDocs);
             tree->SetDbConnection(lclConnection);
@@ -73,7 +74,7 @@ void ctrlTree::FillFrom(const ItemPtr& top, std::int32_t parentId) {
         } catch (const std::exception& error) {
             // One box tells the user; a box for each of many items would lock him out.
             if (lclFillErrors++ == 0)
-                ShowError("Error in fncItemToTreeView", error);
+                ShowError("Error in $%$", {"fncItemToTreeView"}, error);
             else
                 lclWorkstation.log.Write("fncItemToTreeView", error.what());
         }
@@ -213,7 +214,7 @@ const ctrlTree::IconEntry& ctrlTree::FileIcon(const std::string& type) {
         if (lclWindow->Image(key) < 0 && (type.empty() || !lclWindow->AddFileIcon(type, key)))
             key = "unknown";
     } catch (const std::exception& error) {
-        ShowError("Error in fncSetIcon", error);
+        ShowError("Error in $%$", {"fncSetIcon"}, error);
         key = "unknown";
     }
     return lclIcons.emplace_back(IconEntry{type, key, lclWindow->Image(key)});

@@ -49,6 +49,7 @@ bool ctrlTree::CreateNew(std::string_view description, std::string_view listOfDe
     Guarded("CreateNew", [&] {
         if (!lclConnection) return;
         auto tree = std::make_shared<model::clsTree>(lclWorkstation);
+        tree->SetTranslation(TranslationBy(lclTranslator));
         tree->SetOrderByName(lclState.OrderByName);
         tree->SetSortFoldersAndDocs(lclState.FoldersAndDocs);
         tree->SetDbConnection(lclConnection);
@@ -149,6 +150,7 @@ ItemPtr ctrlTree::CreateNote(std::string_view name, std::int32_t folder) {
     const auto description = std::string(name) + " " + platform::DayFirst(now) + " " +
                              time.substr(0, 2) + ":" + time.substr(2, 2);
     model::clsDocument document(lclWorkstation);
+    document.SetTranslation(TranslationBy(lclTranslator));
     document.SetDatabaseObject(lclConnection);
     document.SetDocType("nnt");
     document.SetDescription(description);
@@ -211,7 +213,7 @@ bool ctrlTree::DeleteItem(std::int32_t id) {
             next = fncDeleteSingleItem(one);
             deleted = true;
         } catch (const std::exception& error) {
-            ShowError("Error fncDeleteSingleItem", error);
+            ShowError("Error fncDeleteSingleItem", {}, error);
         }
     }
     if (deleted) SelectNode(next, true);

@@ -198,6 +198,7 @@ std::string DocumentPanel::PathOf(const ItemPtr& document) const {
     if (!settings.GetSetting("Storage", "DocumentPath", root) || root.empty()) return {};
     if (root.back() != '\\') root += '\\';
     model::clsDocument record(lclWorkstation);
+    record.SetTranslation(TranslationBy(lclTranslator));
     record.SetDatabaseObject(lclConnection);
     record.SetBaseSaveDirectory(root);
     record.SetCriteria("tblDocument.DocId = " + std::to_string(document->ItemId()));
@@ -285,7 +286,7 @@ bool DocumentPanel::OpenDefault(const ItemPtr& document) {
         return true;
     } catch (const platform::Error& error) {
         lclWorkstation.messages.Show({std::to_string(error.Number()) + " " + error.what(),
-                                      "Error in OpenDefault", platform::Buttons::Ok,
+                                      Text("Error in $%$", {"OpenDefault"}), platform::Buttons::Ok,
                                       platform::Icon::Critical});
         return false;
     }

@@ -70,6 +70,20 @@ TEST_F(TreeTest, ARefusedNodeIsToldOnceAndTheFillGoesOn) {
     EXPECT_EQ(window.Drawing(), "Dossier\n.a.tif\n.note\n.Mail\n..Old\n...b.msg\n.c.001\n");
     ASSERT_EQ(machine.messages.shown.size(), 1U);
     EXPECT_EQ(machine.messages.shown[0].caption, "Error in fncItemToTreeView");
+
+    // With a translator the caption speaks its language, also that of what lies below the control.
+    struct Marking : Translator {
+        std::string Translate(std::string_view text, const std::vector<std::string>& v) override {
+            return "<" + platform::FillPlaceholders(text, v) + ">";
+        }
+    };
+    tree.SetTranslate(std::make_shared<Marking>());
+    tree.Refresh();
+    EXPECT_EQ(machine.messages.shown.back().caption, "<Error in fncItemToTreeView>");
+    EXPECT_TRUE(machine.log.Has("Error in fncItemToTreeView")); // for the maintainer, untranslated
+    database->Execute("drop table tblTreeItem");
+    EXPECT_EQ(tree.Tree()->fncLoadCollectionFromDatabase(root), nullptr);
+    EXPECT_EQ(machine.messages.shown.back().caption, "<Error in fncLoadCollectionFromDatabase>");
 }
 
 TEST_F(TreeTest, SelectionIsReportedOncePerChangeWithItsPath) {

@@ -160,9 +160,10 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
          }()},
         {"title", titles}, // of factTitles
         {"names[i]", {}},  // the user's own, or Text("Nieuwe map") and its like
+        {"caption", {}},   // handed on by ShowError
         {"text", {}},      // handed on by Tell and by the translation of the data layer
     };
-    const std::regex call(R"((Text|Tell|Translate)\()");
+    const std::regex call(R"((Text|Tell|Translate|ShowError)\()");
     EachSource("controls", [&](const std::string& source, const std::string& where) {
         Read(source, where, call, 0, texts);
     });
@@ -171,20 +172,30 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
         EXPECT_TRUE(checked.count(known)) << known << " was not seen";
 }
 
-TEST_F(Shown, TextsOfTheDataLayerHaveTranslations) {
+TEST_F(Shown, TextsOfTheDataLayerAndTheModelHaveTranslations) {
     // The phases of the upgrade are a table with a test of its own.
     const std::map<std::string, Texts> phases = {{"phase.caption", {}},
                                                  {"phase.text", {}},
                                                  {"step.phases.front().caption", {}},
                                                  {"step.phases.front().text", {}},
                                                  {"text", {}}};
+    const std::regex translated(R"(\bTranslated\()");
     EachSource("data", [&](const std::string& source, const std::string& where) {
         if (where.starts_with("data/embedded") || where.starts_with("data/odbc"))
             return; // they translate statements and names
         Read(source, where, std::regex(R"(\bsay\()"), 0, phases);
-        Read(source, where, std::regex(R"(\bTranslated\()"), 1, phases);
+        Read(source, where, translated, 1, phases);
+    });
+    const std::map<std::string, Texts> titles = {
+        {"lclTitle", {"Section Runtime Error $%$", "Application Runtime Error $%$"}}};
+    EachSource("model", [&](const std::string& source, const std::string& where) {
+        Read(source, where, translated, 1, titles);
+        // What is shown as it stands would pass the translator by.
+        EXPECT_FALSE(std::regex_search(source, std::regex(R"re((caption|text) = ")re"))) << where;
     });
     for (const char* known : {"Controle database", "Bezig met bijwerken van versienummer",
-                              "Database backup and compress", "Not yet implemented ("})
+                              "Database backup and compress", "Not yet implemented (",
+                              "DocumentPath in section Storage not found", "Error in $%$",
+                              "An unknown runtime error has occured."})
         EXPECT_TRUE(checked.count(known)) << known << " was not seen";
 }
