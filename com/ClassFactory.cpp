@@ -6,29 +6,17 @@
 #include "com/class_table.h"
 #include "com/dispatch/ErrorBoundary.h"
 #include "com/dispatch/LiveObjects.h"
+#include "platform/win32/Counted.h"
 
 namespace kavidex::com {
 
 namespace {
 
-class ClassFactory final : public IClassFactory {
+using platform::win32::Counted;
+
+class ClassFactory final : public Counted<IClassFactory> {
 public:
     explicit ClassFactory(const ClassRow& row) : lclRow(row) {}
-    virtual ~ClassFactory() = default;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        *object = iid == IID_IUnknown || iid == IID_IClassFactory ? this : nullptr;
-        if (!*object) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++lclReferences); }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const long left = --lclReferences;
-        if (left == 0) delete this;
-        return static_cast<ULONG>(left);
-    }
 
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown* outer, REFIID iid, void** object) override {
         if (!object) return E_POINTER;
@@ -44,7 +32,6 @@ public:
 
 private:
     const ClassRow& lclRow;
-    long lclReferences = 1;
     LiveCount lclCount;
 };
 

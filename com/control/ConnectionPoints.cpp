@@ -6,37 +6,25 @@
 
 #include "com/dispatch/ErrorBoundary.h"
 #include "com/dispatch/LiveObjects.h"
+#include "platform/win32/Counted.h"
 
 namespace kavidex::com {
 
 namespace {
 
 using platform::win32::ComPtr;
+using platform::win32::Counted;
 using platform::win32::Variant;
 
 constexpr const char* source = "Kavidex";
 
 // `Copy` turns a kept element into what the caller owns.
 template <class Interface, class Element, class Kept, Element (*Copy)(const Kept&)>
-class ListEnumerator final : public Interface {
+class ListEnumerator final : public Counted<Interface> {
 public:
     ListEnumerator(std::vector<Kept> list, std::size_t place)
         : lclList(std::move(list)), lclPlace(place) {}
-    virtual ~ListEnumerator() = default;
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        *object = iid == IID_IUnknown || iid == __uuidof(Interface) ? this : nullptr;
-        if (!*object) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++lclReferences); }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const long left = --lclReferences;
-        if (left == 0) delete this;
-        return static_cast<ULONG>(left);
-    }
     HRESULT STDMETHODCALLTYPE Next(ULONG count, Element* items, ULONG* fetched) override {
         if (!items || (!fetched && count != 1)) return E_POINTER;
         ULONG done = 0;
@@ -65,7 +53,6 @@ public:
 private:
     std::vector<Kept> lclList;
     std::size_t lclPlace;
-    long lclReferences = 1;
     LiveCount lclCount;
 };
 

@@ -3,31 +3,19 @@
 #include <utility>
 
 #include "com/dispatch/LiveObjects.h"
+#include "platform/win32/Counted.h"
 
 namespace kavidex::com {
 
 namespace {
 
-class Enumerator final : public IEnumVARIANT {
+using platform::win32::Counted;
+
+class Enumerator final : public Counted<IEnumVARIANT> {
 public:
     using Item = std::function<std::optional<Variant>(std::size_t)>;
 
     Enumerator(Item item, std::size_t place) : lclItem(std::move(item)), lclPlace(place) {}
-    virtual ~Enumerator() = default;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-        if (!object) return E_POINTER;
-        *object = iid == IID_IUnknown || iid == IID_IEnumVARIANT ? this : nullptr;
-        if (!*object) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(++lclReferences); }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const long left = --lclReferences;
-        if (left == 0) delete this;
-        return static_cast<ULONG>(left);
-    }
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT* items, ULONG* fetched) override {
         if (fetched) *fetched = 0;
@@ -65,7 +53,6 @@ public:
 private:
     Item lclItem;
     std::size_t lclPlace;
-    long lclReferences = 1;
     LiveCount lclCount;
 };
 

@@ -11,6 +11,7 @@
 namespace kavidex::controls::win32 {
 
 using platform::win32::ComPtr;
+using platform::win32::Counted;
 
 namespace {
 
@@ -43,21 +44,9 @@ private:
 };
 
 // The text, and nothing but the text, as the data of a drag.
-class TextData : public IDataObject {
+class TextData : public Counted<IDataObject> {
 public:
     explicit TextData(std::wstring text) : lclText(std::move(text)) {}
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-        if (!object) return E_POINTER;
-        *object = id == IID_IUnknown || id == IID_IDataObject ? this : nullptr;
-        if (*object) AddRef();
-        return *object ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++lclCount; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --lclCount;
-        if (!left) delete this;
-        return left;
-    }
     HRESULT STDMETHODCALLTYPE GetData(FORMATETC* format, STGMEDIUM* medium) override {
         if (!format || !medium) return E_POINTER;
         if (QueryGetData(format) != S_OK) return DV_E_FORMATETC;
@@ -98,7 +87,6 @@ public:
     }
 
 private:
-    virtual ~TextData() = default;
     static HRESULT CreateFormatEnumerator(UINT count, FORMATETC* formats, IEnumFORMATETC** result) {
         // The shell's enumerator, found at run time since not every import library names it.
         using Function = HRESULT(WINAPI*)(UINT, const FORMATETC*, IEnumFORMATETC**);
@@ -107,33 +95,16 @@ private:
         return function ? function(count, formats, result) : E_NOTIMPL;
     }
 
-    ULONG lclCount = 1;
     std::wstring lclText;
 };
 
-class Source : public IDropSource {
+class Source : public Counted<IDropSource> {
 public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override {
-        if (!object) return E_POINTER;
-        *object = id == IID_IUnknown || id == IID_IDropSource ? this : nullptr;
-        if (*object) AddRef();
-        return *object ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++lclCount; }
-    ULONG STDMETHODCALLTYPE Release() override {
-        const ULONG left = --lclCount;
-        if (!left) delete this;
-        return left;
-    }
     HRESULT STDMETHODCALLTYPE QueryContinueDrag(BOOL escape, DWORD keys) override {
         if (escape) return DRAGDROP_S_CANCEL;
         return keys & MK_LBUTTON ? S_OK : DRAGDROP_S_DROP;
     }
     HRESULT STDMETHODCALLTYPE GiveFeedback(DWORD) override { return DRAGDROP_S_USEDEFAULTCURSORS; }
-
-private:
-    virtual ~Source() = default;
-    ULONG lclCount = 1;
 };
 
 } // namespace
@@ -173,19 +144,6 @@ DWORD DragText(const std::string& text) {
     const HRESULT result =
         DoDragDrop(data.Get(), source.Get(), DROPEFFECT_MOVE | DROPEFFECT_COPY, &effect);
     return result == DRAGDROP_S_DROP ? effect : DROPEFFECT_NONE;
-}
-
-HRESULT TreeDropTarget::QueryInterface(REFIID id, void** object) {
-    if (!object) return E_POINTER;
-    *object = id == IID_IUnknown || id == IID_IDropTarget ? this : nullptr;
-    if (*object) AddRef();
-    return *object ? S_OK : E_NOINTERFACE;
-}
-
-ULONG TreeDropTarget::Release() {
-    const ULONG left = --lclCount;
-    if (!left) delete this;
-    return left;
 }
 
 void TreeDropTarget::Report(DragState state, POINTL point, DWORD* effect) {

@@ -8,6 +8,7 @@
 #include <ole2.h>
 
 #include "controls/tree/TreeEvents.h"
+#include "platform/win32/Counted.h"
 
 namespace kavidex::controls::win32 {
 
@@ -23,14 +24,11 @@ protected:
 
 // A target over `receiver`, held by one reference of the caller's. Disconnect before the receiver
 // goes: the system may hold the target longer.
-class TreeDropTarget : public IDropTarget {
+class TreeDropTarget : public platform::win32::Counted<IDropTarget> {
 public:
     explicit TreeDropTarget(DropReceiver& receiver) : lclReceiver(&receiver) {}
     void Disconnect() { lclReceiver = nullptr; }
 
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void** object) override;
-    ULONG STDMETHODCALLTYPE AddRef() override { return ++lclCount; }
-    ULONG STDMETHODCALLTYPE Release() override;
     HRESULT STDMETHODCALLTYPE DragEnter(IDataObject* data, DWORD keys, POINTL point,
                                         DWORD* effect) override;
     HRESULT STDMETHODCALLTYPE DragOver(DWORD keys, POINTL point, DWORD* effect) override;
@@ -38,13 +36,9 @@ public:
     HRESULT STDMETHODCALLTYPE Drop(IDataObject* data, DWORD keys, POINTL point,
                                    DWORD* effect) override;
 
-protected:
-    virtual ~TreeDropTarget() = default;
-
 private:
     void Report(DragState state, POINTL point, DWORD* effect);
 
-    ULONG lclCount = 1;
     DropReceiver* lclReceiver;
     DropData lclData; // of the drag that is over the window
 };
