@@ -142,7 +142,7 @@ clsItemPtr clsItemCol::MoveItem(const clsItemPtr& item, const data::ConnectionPt
     Store(connection)
         .Write("Update tbltreeitem set ParentId = " + Number(newParent->Id()) +
                " Where TreeItemId = " + Number(item->Id()));
-    const clsItemPtr moved = item; // the reference may live in the old parent's collection
+    clsItemPtr moved = item; // the reference may live in the old parent's collection
     Append(moved);
     siblings->lclItems.Remove(moved->Id());
     return moved;

@@ -171,8 +171,8 @@ clsItemPtr clsTree::AddChildItem(NodeId id, std::string_view type, clsItemColPtr
     const clsItemPtr parent = GetItem(parentId, "");
     if (!parent || !parent->AllowChildren()) return nullptr;
     const bool indexed = lclIndex->Current(*lclItem);
-    const clsItemPtr added = ChildrenOf(*parent)->AddItem(id, type, std::move(children), itemId,
-                                                          description, lclConnection, parent->Id());
+    clsItemPtr added = ChildrenOf(*parent)->AddItem(id, type, std::move(children), itemId,
+                                                    description, lclConnection, parent->Id());
     if (added && indexed) lclIndex->Added(*added);
     return added;
 }
@@ -184,8 +184,7 @@ clsItemPtr clsTree::MoveItem(NodeId itemId, NodeId newParentId, NodeId oldParent
     const clsItemPtr oldParent = GetItem(oldParentId, "");
     if (!newParent || !item || !newParent->AllowChildren()) return nullptr;
     const bool indexed = lclIndex->Current(*lclItem);
-    const clsItemPtr moved =
-        ChildrenOf(*newParent)->MoveItem(item, lclConnection, newParent, oldParent);
+    clsItemPtr moved = ChildrenOf(*newParent)->MoveItem(item, lclConnection, newParent, oldParent);
     if (indexed) lclIndex->Moved();
     return moved;
 }

@@ -21,7 +21,7 @@ public:
     void Write(std::string_view where, std::string_view what) noexcept override;
 
     // A longer file becomes the one with ".old" behind its name, in place of the last such.
-    static constexpr std::uint64_t largest = 4 * 1024 * 1024;
+    static constexpr std::uint64_t largest = std::uint64_t{4} * 1024 * 1024;
 
 private:
     void MakeRoom(const std::string& path);

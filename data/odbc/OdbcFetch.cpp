@@ -21,7 +21,7 @@ struct OdbcStatement::Column {
 namespace {
 
 constexpr SQLULEN longestBound = 2000; // characters or bytes of a bound column
-constexpr std::size_t blockBytes = 64 * 1024, mostRows = 256;
+constexpr std::size_t blockBytes = std::size_t{64} * 1024, mostRows = 256;
 
 // A character outside the basic plane takes two units, and the last is the terminating zero.
 std::size_t WidthOf(Fetched fetched, SQLULEN size) {

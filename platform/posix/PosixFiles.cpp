@@ -54,7 +54,7 @@ OpenFile OpenForReading(std::string_view path, std::string_view action, FileInfo
 
 // 0 or an errno.
 int CopyBytes(int from, int to) {
-    constexpr std::size_t block = 256 * 1024;
+    constexpr std::size_t block = std::size_t{256} * 1024;
     const std::unique_ptr<char[]> buffer(new char[block]);
     for (;;) {
         std::size_t got = 0;

@@ -58,16 +58,6 @@ HWND BinderWindowWin32::Create(HWND parent, const RECT& place) {
     return lclWindow;
 }
 
-void BinderWindowWin32::Destroy() {
-    if (lclWindow) DestroyWindow(lclWindow);
-}
-
-void BinderWindowWin32::Place(const RECT& place) {
-    if (lclWindow)
-        MoveWindow(lclWindow, place.left, place.top, place.right - place.left,
-                   place.bottom - place.top, TRUE);
-}
-
 void BinderWindowWin32::Layout() {
     if (!lclWindow || !lclSplitter.Handle()) return;
     RECT area;
@@ -107,11 +97,6 @@ void BinderWindowWin32::FocusTree() {
 }
 
 // --- Focus and keys -----------------------------------------------------------------------------
-
-bool BinderWindowWin32::HasFocus() const {
-    const HWND focus = GetFocus();
-    return lclWindow && focus && (focus == lclWindow || IsChild(lclWindow, focus));
-}
 
 std::vector<HWND> BinderWindowWin32::Stops() const {
     std::vector<HWND> stops;

@@ -9,24 +9,20 @@
 
 #include "controls/binder/BinderWindow.h"
 #include "controls/binder/win32/ToolbarWindow.h"
-#include "controls/common/win32/ControlWindow.h"
+#include "controls/common/win32/OwnWindow.h"
 #include "controls/splitter/win32/SplitWindow.h"
 
 namespace kavidex::controls::win32 {
 
-class BinderWindowWin32 final : public ControlWindow, public BinderWindow {
+class BinderWindowWin32 final : public OwnWindow, public BinderWindow {
 public:
     BinderWindowWin32(ctrlCorrespondence& logic, const platform::Workstation& workstation);
     ~BinderWindowWin32() override { Destroy(); }
 
     HWND Create(HWND parent, const RECT& place) override;
-    void Destroy() override;
-    HWND Handle() const override { return lclWindow; }
-    void Place(const RECT& place) override;
     void TakeFocus() override;
     bool TranslateKey(const MSG& message) override;
     void Draw(HDC device, const RECT& place) const override;
-    bool HasFocus() const override;
 
     void ToolbarChanged() override { lclToolbar.ShowButtons(); }
     void LayoutChanged() override { Layout(); }
@@ -37,6 +33,7 @@ public:
         return lclToolbar.ShowMenu(menu, button);
     }
 
+    using OwnWindow::Handle;
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
 
 private:
@@ -46,7 +43,6 @@ private:
 
     ctrlCorrespondence& lclLogic;
     const platform::Workstation& lclWorkstation;
-    HWND lclWindow = nullptr;
     HWND lclLastFocus = nullptr;
     int lclDpi = 96;
     ToolbarWindow lclToolbar;

@@ -2,6 +2,7 @@
 #include "controls/tree/win32/TreeWindowWin32.h"
 
 #include "controls/common/win32/Look.h"
+#include "controls/common/win32/WindowClass.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/tree/win32/MakeTreeWindow.h"
 #include "platform/Log.h"
@@ -13,7 +14,6 @@ namespace kavidex::controls::win32 {
 
 namespace {
 
-constexpr wchar_t className[] = L"KavidexTree";
 constexpr int labelId = 1, treeId = 2;
 
 } // namespace
@@ -27,22 +27,9 @@ HWND TreeWindowWin32::Create(HWND parent, const RECT& place) {
     if (lclWindow) return lclWindow;
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_TREEVIEW_CLASSES};
     InitCommonControlsEx(&controls);
-    const HINSTANCE module = platform::win32::OwnModule();
-    WNDCLASSEXW type{};
-    type.cbSize = sizeof type;
-    if (!GetClassInfoExW(module, className, &type)) {
-        type = {};
-        type.cbSize = sizeof type;
-        type.lpfnWndProc = Procedure;
-        type.hInstance = module;
-        type.hCursor = LoadCursorW(nullptr, IDC_ARROW);
-        type.hbrBackground = reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1);
-        type.lpszClassName = className;
-        if (!RegisterClassExW(&type)) return nullptr;
-    }
-    CreateWindowExW(WS_EX_CONTROLPARENT, className, L"", WS_CHILD | WS_CLIPCHILDREN | WS_VISIBLE,
-                    place.left, place.top, place.right - place.left, place.bottom - place.top,
-                    parent, nullptr, module, this);
+    WindowOf<TreeWindowWin32>::Create(*this, lclWindow, L"KavidexTree", L"",
+                                      WS_CHILD | WS_CLIPCHILDREN | WS_VISIBLE, WS_EX_CONTROLPARENT,
+                                      place, parent, lclWorkstation);
     if (!lclWindow) return nullptr;
     if (!CreateChildren()) {
         Destroy();
@@ -75,23 +62,8 @@ bool TreeWindowWin32::CreateChildren() {
     return true;
 }
 
-void TreeWindowWin32::Destroy() {
-    if (lclWindow) DestroyWindow(lclWindow);
-}
-
-void TreeWindowWin32::Place(const RECT& place) {
-    if (lclWindow)
-        MoveWindow(lclWindow, place.left, place.top, place.right - place.left,
-                   place.bottom - place.top, TRUE);
-}
-
 void TreeWindowWin32::TakeFocus() {
     if (lclTree) ::SetFocus(lclTree);
-}
-
-bool TreeWindowWin32::HasFocus() const {
-    const HWND focus = GetFocus();
-    return lclWindow && focus && (focus == lclWindow || IsChild(lclWindow, focus));
 }
 
 // What the tree uses is handed to it here; all else is the host's.
@@ -136,23 +108,6 @@ bool TreeWindowWin32::TranslateKey(const MSG& message) {
     return true;
 }
 
-LRESULT CALLBACK TreeWindowWin32::Procedure(HWND window, UINT message, WPARAM w, LPARAM l) {
-    auto* self = reinterpret_cast<TreeWindowWin32*>(GetWindowLongPtrW(window, GWLP_USERDATA));
-    if (message == WM_NCCREATE) {
-        self = static_cast<TreeWindowWin32*>(reinterpret_cast<CREATESTRUCTW*>(l)->lpCreateParams);
-        self->lclWindow = window;
-        SetWindowLongPtrW(window, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(self));
-    }
-    if (!self) return DefWindowProcW(window, message, w, l);
-    // The one boundary between Windows and the control: no exception passes it.
-    try {
-        return self->Handle(message, w, l);
-    } catch (const std::exception& error) {
-        self->lclWorkstation.log.Write("ctrlTree", error.what());
-        return 0;
-    }
-}
-
 LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
     const HWND window = lclWindow;
     switch (message) {
@@ -185,10 +140,9 @@ LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         lclImages.Destroy();
         return 0;
     case WM_NCDESTROY:
-        SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         if (lclFont) DeleteObject(std::exchange(lclFont, nullptr));
         if (std::exchange(lclOleReady, false)) OleUninitialize();
-        lclWindow = lclTree = lclLabel = nullptr;
+        lclTree = lclLabel = nullptr;
         lclQuiet = 0;
         return DefWindowProcW(window, message, w, l);
     default: return DefWindowProcW(window, message, w, l);

@@ -9,7 +9,7 @@
 
 #include <commctrl.h>
 
-#include "controls/common/win32/ControlWindow.h"
+#include "controls/common/win32/OwnWindow.h"
 #include "controls/tree/TreeWindow.h"
 #include "controls/tree/win32/TreeDrop.h"
 #include "controls/tree/win32/TreeImages.h"
@@ -23,20 +23,16 @@ class ctrlTree;
 
 namespace kavidex::controls::win32 {
 
-class TreeWindowWin32 final : public ControlWindow, public TreeWindow, private DropReceiver {
+class TreeWindowWin32 final : public OwnWindow, public TreeWindow, private DropReceiver {
 public:
     TreeWindowWin32(ctrlTree& logic, const platform::Workstation& workstation)
         : lclLogic(logic), lclWorkstation(workstation) {}
     ~TreeWindowWin32() override { Destroy(); }
 
     HWND Create(HWND parent, const RECT& place) override;
-    void Destroy() override;
-    HWND Handle() const override { return lclWindow; }
-    void Place(const RECT& place) override;
     void TakeFocus() override;
     bool TranslateKey(const MSG& message) override;
     void Draw(HDC device, const RECT& place) const override;
-    bool HasFocus() const override;
 
     void SetRedraw(bool redraw) override;
     void Clear() override;
@@ -68,11 +64,12 @@ public:
     bool ClipboardHasFiles() override;
     bool HasTopWindow(std::string_view title) override;
 
+    using OwnWindow::Handle;
+    LRESULT Handle(UINT message, WPARAM w, LPARAM l);
+
 private:
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l);
     static LRESULT CALLBACK TreeProcedure(HWND window, UINT message, WPARAM w, LPARAM l,
                                           UINT_PTR id, DWORD_PTR self);
-    LRESULT Handle(UINT message, WPARAM w, LPARAM l);
     void ExpandBelow(HTREEITEM top);
     LRESULT HandleTree(UINT message, WPARAM w, LPARAM l);
     LRESULT Notified(NMHDR& header);
@@ -98,7 +95,7 @@ private:
 
     ctrlTree& lclLogic;
     const platform::Workstation& lclWorkstation;
-    HWND lclWindow = nullptr, lclTree = nullptr, lclLabel = nullptr;
+    HWND lclTree = nullptr, lclLabel = nullptr;
     HFONT lclFont = nullptr;
     int lclDpi = 96;
     TreeImages lclImages;

@@ -77,16 +77,6 @@ bool PanelWindowWin32::CreateChildren() {
     return true;
 }
 
-void PanelWindowWin32::Destroy() {
-    if (lclWindow) DestroyWindow(lclWindow);
-}
-
-void PanelWindowWin32::Place(const RECT& place) {
-    if (lclWindow)
-        MoveWindow(lclWindow, place.left, place.top, place.right - place.left,
-                   place.bottom - place.top, TRUE);
-}
-
 HWND PanelWindowWin32::FirstStop() const {
     if (lclLogic.Content() == PanelContent::Folder) return lclList;
     if (lclLogic.Content() == PanelContent::Document)
@@ -96,11 +86,6 @@ HWND PanelWindowWin32::FirstStop() const {
 
 void PanelWindowWin32::TakeFocus() {
     if (const HWND stop = FirstStop()) ::SetFocus(stop);
-}
-
-bool PanelWindowWin32::HasFocus() const {
-    const HWND focus = GetFocus();
-    return lclWindow && focus && (focus == lclWindow || IsChild(lclWindow, focus));
 }
 
 bool PanelWindowWin32::TranslateKey(const MSG& message) {

@@ -6,30 +6,27 @@
 
 #include <commctrl.h>
 
-#include "controls/common/win32/ControlWindow.h"
 #include "controls/common/win32/GdiObject.h"
+#include "controls/common/win32/OwnWindow.h"
 #include "controls/viewer/DocumentPanel.h"
 
 namespace kavidex::controls::win32 {
 
-class PanelWindowWin32 final : public ControlWindow, public PanelWindow {
+class PanelWindowWin32 final : public OwnWindow, public PanelWindow {
 public:
     PanelWindowWin32(DocumentPanel& logic, const platform::Workstation& workstation)
         : lclLogic(logic), lclWorkstation(workstation) {}
     ~PanelWindowWin32() override { Destroy(); }
 
     HWND Create(HWND parent, const RECT& place) override;
-    void Destroy() override;
-    HWND Handle() const override { return lclWindow; }
-    void Place(const RECT& place) override;
     void TakeFocus() override;
     bool TranslateKey(const MSG& message) override;
     void Draw(HDC device, const RECT& place) const override;
-    bool HasFocus() const override;
 
     void ContentChanged() override;
     void AppearanceChanged() override;
 
+    using OwnWindow::Handle;
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
 
 private:
@@ -50,7 +47,7 @@ private:
 
     DocumentPanel& lclLogic;
     const platform::Workstation& lclWorkstation;
-    HWND lclWindow = nullptr, lclCaption = nullptr, lclList = nullptr, lclNothing = nullptr;
+    HWND lclCaption = nullptr, lclList = nullptr, lclNothing = nullptr;
     HWND lclLabels[factCount] = {}, lclValues[factCount] = {};
     HWND lclMissing = nullptr, lclOpen = nullptr;
     GdiObject<HFONT> lclFont, lclBold;

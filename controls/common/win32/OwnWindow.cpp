@@ -1,0 +1,20 @@
+#include "controls/common/win32/OwnWindow.h"
+
+namespace kavidex::controls::win32 {
+
+void OwnWindow::Destroy() {
+    if (lclWindow) DestroyWindow(lclWindow);
+}
+
+void OwnWindow::Place(const RECT& place) {
+    if (lclWindow)
+        MoveWindow(lclWindow, place.left, place.top, place.right - place.left,
+                   place.bottom - place.top, TRUE);
+}
+
+bool OwnWindow::HasFocus() const {
+    const HWND focus = GetFocus();
+    return lclWindow && focus && (focus == lclWindow || IsChild(lclWindow, focus));
+}
+
+} // namespace kavidex::controls::win32
