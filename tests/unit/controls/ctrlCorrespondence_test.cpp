@@ -283,9 +283,10 @@ TEST_F(Binder, ExportsTheDocumentsUnderNamesOfTheirOwn) {
 
 TEST_F(Binder, ExportsUnderNamesThatWindowsTakes) {
     ASSERT_EQ(Open("key"), 0);
-    for (const char* const name : {"CON", "com1.oud", "brief. . ", "nulmeting"})
-        ASSERT_EQ(binder->AddFiles({File(std::string(name) + ".txt", name)}, "", 0, false, true),
-                  0);
+    for (const char* const name : {"CON", "com1.oud", "brief. . ", "nulmeting"}) {
+        ASSERT_EQ(binder->AddFiles({File("a.txt")}, "", 0, false, true), 0);
+        binder->treCorr().Tree()->Item()->ChildCollection()->Items().back()->SetDescription(name);
+    }
     machine.files.CreateDirectories(machine.Path("export\\brief.txt"));
     EXPECT_EQ(binder->ExportFiles(machine.Path("export")), 4);
     const auto names = machine.files.List(machine.Path("export"), "*", false);
