@@ -10,7 +10,7 @@ namespace kavidex::platform {
 // Each reader fills a room, less of it only at its end, and tells how much.
 template <class One, class Other>
 bool SameBytes(One readOne, Other readOther) {
-    constexpr std::size_t block = 256 * 1024;
+    constexpr std::size_t block = std::size_t{256} * 1024;
     const std::unique_ptr<char[]> one(new char[block]), other(new char[block]);
     for (;;) {
         const std::size_t got = readOne(one.get(), block);

@@ -152,7 +152,7 @@ std::uint64_t PosixFiles::Size(std::string_view path) {
 }
 
 bool PosixFiles::SameBytes(std::string_view path, std::string_view other) {
-    constexpr std::string_view action = "compare";
+    static constexpr std::string_view action = "compare"; // needs no capture
     const auto reader = [&](const OpenFile& file, std::string_view name) {
         return [&file, name](char* room, std::size_t size) {
             std::size_t got = 0;
