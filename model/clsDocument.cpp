@@ -81,6 +81,12 @@ std::string clsDocument::MakePath(std::int32_t id) const {
 }
 
 std::string clsDocument::MakeTypeFolder(std::string_view base) const {
+    // Either could lead out of the store.
+    for (const std::string& name : {lclInsertDate, lclDocType})
+        if (!name.empty() && !platform::IsFileName(name))
+            throw platform::Error(platform::errors::invalidArgument,
+                                  "\"" + name + "\" cannot be a folder of the document store.",
+                                  "clsDocument");
     std::string folder = TypeFolder(base, lclInsertDate, lclDocType);
     if (!Machine().files.DirectoryExists(folder)) Machine().files.CreateDirectories(folder);
     return folder;

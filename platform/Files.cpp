@@ -51,6 +51,16 @@ std::string WithoutExtension(std::string_view fileName) {
     return std::string(dot == std::string_view::npos ? fileName : fileName.substr(0, start + dot));
 }
 
+bool IsFileName(std::string_view name) {
+    return !name.empty() && std::all_of(name.begin(), name.end(), CanBeInFileName) &&
+           name.back() != '.' && name.back() != ' ' && !IsDeviceName(name);
+}
+
+bool CanBeInFileName(char c) {
+    return static_cast<unsigned char>(c) >= 32 &&
+           std::string_view("\\/:*?\"<>|").find(c) == std::string_view::npos;
+}
+
 bool IsDeviceName(std::string_view fileName) {
     constexpr std::string_view devices[] = {"con", "prn", "aux", "nul", "conin$", "conout$"};
     constexpr std::string_view ports[] = {"com", "lpt"};

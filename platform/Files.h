@@ -61,6 +61,10 @@ std::string FolderOf(std::string_view path);  // before the last separator, empt
 std::string Extension(std::string_view path); // without the dot, as written; empty when none
 std::string WithoutExtension(std::string_view fileName);
 
+// Whether Windows takes it as the name of one file or folder.
+bool IsFileName(std::string_view name);
+bool CanBeInFileName(char c);
+
 // Whether Windows takes the name for a device ("CON", "com1.txt") and gives no file or folder it.
 bool IsDeviceName(std::string_view fileName);
 

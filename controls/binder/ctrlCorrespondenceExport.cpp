@@ -24,11 +24,7 @@ constexpr std::size_t longestName = 120; // bytes; leaves room for the folder in
 // A description as a file name that Windows takes.
 std::string FileNameOf(std::string_view description) {
     std::string name;
-    for (const char c : description) {
-        const bool refused = static_cast<unsigned char>(c) < 32 ||
-                             std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos;
-        name += refused ? ' ' : c;
-    }
+    for (const char c : description) name += platform::CanBeInFileName(c) ? c : ' ';
     if (name.size() > longestName) {
         std::size_t end = longestName; // never within a character
         while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0) == 0x80) --end;

@@ -170,6 +170,25 @@ TEST_F(Documents, FilesAreCopiedWholeAndSourcesDeletedOnlyAfterwards) {
     EXPECT_FALSE(document.AddDocument(machine.Path("gone.tif"), false, true));
 }
 
+TEST_F(Documents, NeverLeaveTheStore) {
+    clsDocument document(machine);
+    Fill(document);
+    const std::string source = MakeFile("a.tif");
+    for (const char* const name : {"..", "..\\..\\x", "../x", "c:", "nul", "tif ", "a\tb"}) {
+        document.SetDocType(name);
+        EXPECT_FALSE(document.SaveNewRow()) << name;
+        EXPECT_FALSE(document.AddDocument(source, true, true)) << name;
+    }
+    document.SetDocType("tif");
+    document.SetInsertDate("..");
+    EXPECT_FALSE(document.AddDocument(source, true, true));
+    EXPECT_TRUE(machine.files.FileExists(source));
+    EXPECT_EQ(Rows("select Id from tblDocument").size(), 0u);
+    EXPECT_NE(machine.messages.shown.back().text.find("\"..\" cannot be a folder"),
+              std::string::npos)
+        << machine.messages.shown.back().text;
+}
+
 TEST_F(Documents, WithoutAStoreSayWhatIsMissingAndBuildAPathFromNothing) {
     Sql("Delete from tblSettings where Section = 'Storage'");
     clsDocument document(machine);
