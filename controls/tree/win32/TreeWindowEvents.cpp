@@ -140,10 +140,8 @@ void TreeWindowWin32::OpenContextMenu(LPARAM position) {
     lclLogic.ContextMenu(item ? std::optional(IdOf(item)) : std::nullopt, point.x, point.y);
 }
 
-LRESULT CALLBACK TreeWindowWin32::TreeProcedure(HWND window, UINT message, WPARAM w, LPARAM l,
-                                                UINT_PTR id, DWORD_PTR self) {
-    if (message == WM_NCDESTROY) RemoveWindowSubclass(window, TreeProcedure, id);
-    auto& control = *reinterpret_cast<TreeWindowWin32*>(self);
+LRESULT CALLBACK TreeWindowWin32::TreeProcedure(HWND window, UINT message, WPARAM w, LPARAM l) {
+    auto& control = *reinterpret_cast<TreeWindowWin32*>(GetWindowLongPtrW(window, GWLP_USERDATA));
     try {
         return control.HandleTree(message, w, l);
     } catch (const std::exception& error) {
@@ -212,7 +210,7 @@ LRESULT TreeWindowWin32::HandleTree(UINT message, WPARAM w, LPARAM l) {
         break;
     default: break;
     }
-    return DefSubclassProc(tree, message, w, l);
+    return CallWindowProcW(lclNativeTree, tree, message, w, l);
 }
 
 void TreeWindowWin32::MouseEvent(UINT message, WPARAM w, LPARAM l) {

@@ -53,7 +53,11 @@ bool TreeWindowWin32::CreateChildren() {
                             TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_EDITLABELS | TVS_INFOTIP,
                         0, 0, 0, 0, lclWindow, reinterpret_cast<HMENU>(treeId), module, nullptr);
     if (!lclLabel || !lclTree) return false;
-    SetWindowSubclass(lclTree, TreeProcedure, 1, reinterpret_cast<DWORD_PTR>(this));
+    // Not as a subclass of the common controls: that looks its data up at every message, and a fill
+    // sends a hundred thousand.
+    SetWindowLongPtrW(lclTree, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    lclNativeTree = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(lclTree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TreeProcedure)));
     lclOleReady = SUCCEEDED(OleInitialize(nullptr));
     lclDropTarget = new TreeDropTarget(*this);
     const HRESULT registered = RegisterDragDrop(lclTree, lclDropTarget);

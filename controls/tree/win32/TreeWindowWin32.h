@@ -68,8 +68,7 @@ public:
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
 
 private:
-    static LRESULT CALLBACK TreeProcedure(HWND window, UINT message, WPARAM w, LPARAM l,
-                                          UINT_PTR id, DWORD_PTR self);
+    static LRESULT CALLBACK TreeProcedure(HWND window, UINT message, WPARAM w, LPARAM l);
     void ExpandBelow(HTREEITEM top);
     LRESULT HandleTree(UINT message, WPARAM w, LPARAM l);
     LRESULT Notified(NMHDR& header);
@@ -96,6 +95,7 @@ private:
     ctrlTree& lclLogic;
     const platform::Workstation& lclWorkstation;
     HWND lclTree = nullptr, lclLabel = nullptr;
+    WNDPROC lclNativeTree = nullptr;
     HFONT lclFont = nullptr;
     int lclDpi = 96;
     TreeImages lclImages;
