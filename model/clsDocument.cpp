@@ -74,8 +74,7 @@ std::string clsDocument::StorePath() const {
 }
 
 // The path of a file that is to be written: the type folder is made, unless the base is unknown.
-std::string clsDocument::MakePath(std::int32_t id) const {
-    const std::string base = BaseFolder();
+std::string clsDocument::MakePath(std::string_view base, std::int32_t id) const {
     if (!base.empty()) MakeTypeFolder(base);
     return DocumentPath(base, lclInsertDate, lclDocType, id);
 }
@@ -116,7 +115,7 @@ void clsDocument::InsertNewRow() {
 
     Transaction transaction(store);
     const std::int32_t id = InsertRow(store, row, [&](data::Recordset& rows, std::int32_t key) {
-        lclAllreadyExists = Machine().files.FileExists(MakePath(key));
+        lclAllreadyExists = Machine().files.FileExists(MakePath(BaseFolder(), key));
         SetNumber(rows, "DocId", lclAllreadyExists ? 0 : key);
         if (!lclAllreadyExists) return;
         rows.Set("DocGuid", std::string());
@@ -217,7 +216,7 @@ void clsDocument::MakeDayFolder() {
 
 std::string clsDocument::CopyIn(std::string_view source, bool failIfExists) {
     MakeDayFolder();
-    std::string target = MakePath(lclDocId);
+    std::string target = MakePath(BaseFolder(), lclDocId);
     Machine().files.Copy(source, target, failIfExists);
     return target;
 }
@@ -244,9 +243,11 @@ bool clsDocument::AddDocument(std::string_view source, bool failIfExists, bool d
 
 bool clsDocument::CreateEmptyDoc(std::string& path) {
     return Guarded("CreateEmptyDoc", [&] {
-        if (lclBaseSaveDirectory.empty()) lclBaseSaveDirectory = BaseFolder();
-        if (!lclBaseSaveDirectory.empty()) MakeDateFolder(Machine(), lclBaseSaveDirectory);
-        path = MakePath(lclDocId);
+        const std::string base =
+            BaseFolder(); // asked once, since it tells the user what is missing
+        if (lclBaseSaveDirectory.empty()) lclBaseSaveDirectory = base;
+        if (!base.empty()) MakeDateFolder(Machine(), base);
+        path = MakePath(base, lclDocId);
         return !platform::Trim(path).empty();
     });
 }

@@ -109,7 +109,7 @@ private:
         std::int64_t from = 0, to = 0, sendOn = 0, recievedOn = 0, attachments = 0;
     };
     std::string BaseFolder() const;
-    std::string MakePath(std::int32_t id) const;
+    std::string MakePath(std::string_view base, std::int32_t id) const;
     std::string MakeTypeFolder(std::string_view base) const;
     void MakeDayFolder(); // throws platform::Error without a store
     void LoadExtraInfo();

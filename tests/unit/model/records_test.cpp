@@ -198,6 +198,7 @@ TEST_F(Documents, WithoutAStoreSayWhatIsMissingAndBuildAPathFromNothing) {
     EXPECT_EQ(machine.messages.shown[0].text, "DocumentPath in section Storage not found");
     std::string path;
     EXPECT_TRUE(document.CreateEmptyDoc(path));
+    EXPECT_EQ(machine.messages.shown.size(), 2u);
     EXPECT_EQ(path, "20060315\\tif\\" + std::to_string(document.DocId()) + ".tif");
     const std::string source = MakeFile("a.tif");
     EXPECT_FALSE(document.AddDocument(source, true, true)); // not into the host's folder
