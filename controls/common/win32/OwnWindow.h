@@ -5,6 +5,9 @@
 
 namespace kavidex::controls::win32 {
 
+// The page keys, End, Home and the arrows: what moves within a list or a text.
+constexpr bool IsMoveKey(WPARAM key) { return key >= VK_PRIOR && key <= VK_DOWN; }
+
 // A subclass creates `lclWindow` through WindowOf, and calls Destroy in its own destructor: the
 // last messages go to it.
 class OwnWindow : public ControlWindow {

@@ -79,14 +79,6 @@ bool TreeWindowWin32::TranslateKey(const MSG& message) {
     bool ours = false;
     if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
         switch (message.wParam) {
-        case VK_UP:
-        case VK_DOWN:
-        case VK_LEFT:
-        case VK_RIGHT:
-        case VK_HOME:
-        case VK_END:
-        case VK_PRIOR:
-        case VK_NEXT: ours = !alt; break;
         case VK_MULTIPLY:
         case VK_ADD:
         case VK_SUBTRACT:
@@ -99,7 +91,7 @@ bool TreeWindowWin32::TranslateKey(const MSG& message) {
         case VK_ESCAPE: ours = editing; break;
         case 'X':
         case 'V': ours = control && !alt; break;
-        default: break;
+        default: ours = IsMoveKey(message.wParam) && !alt; break;
         }
         // A label's editor uses every key but the one that leaves the control.
         if (editing) ours = message.wParam != VK_TAB;

@@ -93,16 +93,6 @@ bool PanelWindowWin32::TranslateKey(const MSG& message) {
     const bool list = message.hwnd == lclList, button = message.hwnd == lclOpen;
     const bool control = GetKeyState(VK_CONTROL) < 0;
     switch (message.wParam) {
-    case VK_UP:
-    case VK_DOWN:
-    case VK_LEFT:
-    case VK_RIGHT:
-    case VK_HOME:
-    case VK_END:
-    case VK_PRIOR:
-    case VK_NEXT:
-        if (button) return false;
-        break;
     case VK_RETURN:
         if (button) {
             SendMessageW(lclOpen, BM_CLICK, 0, 0);
@@ -117,7 +107,8 @@ bool PanelWindowWin32::TranslateKey(const MSG& message) {
     case 'A':
         if (!control || list || button) return false;
         break;
-    default: return false;
+    default:
+        if (!IsMoveKey(message.wParam) || button) return false;
     }
     TranslateMessage(&message);
     DispatchMessageW(&message);
