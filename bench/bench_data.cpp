@@ -7,8 +7,8 @@
 
 #include "bench/ratio.h"
 #include "data/clsTable.h"
-#include "data/clsUpdateDb.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "data/schema/clsUpdateDb.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/RecordingConnection.h"
 

@@ -14,10 +14,10 @@
 
 #include "bench/ratio.h"
 #include "data/clsSettings.h"
-#include "data/clsUpdateDb.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "data/embedded/FileNames.h"
 #include "data/embedded/Functions.h"
+#include "data/schema/clsUpdateDb.h"
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"
 #include "model/filing.h"

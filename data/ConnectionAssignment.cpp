@@ -1,9 +1,9 @@
 // The work that assigning a connection sets off, in its order.
 #include "data/ConnectionAssignment.h"
 
-#include "data/clsUpdateDb.h"
 #include "data/modData.h"
-#include "data/modDataBase.h"
+#include "data/schema/clsUpdateDb.h"
+#include "data/schema/modDataBase.h"
 #include "platform/General.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"

@@ -2,7 +2,7 @@
 #include "data/ConnectionOpener.h"
 
 #include "data/Error.h"
-#include "data/modDataBase.h"
+#include "data/schema/modDataBase.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
 #include "platform/Workstation.h"

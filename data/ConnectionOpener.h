@@ -5,9 +5,9 @@
 #include <functional>
 #include <string_view>
 
-#include "data/AccessRepair.h"
 #include "data/AdoFactory.h"
 #include "data/Texts.h"
+#include "data/schema/AccessRepair.h"
 
 namespace kavidex::platform {
 struct Workstation;

@@ -1,8 +1,8 @@
 // The statement helpers: what every read and write of the data layer goes through.
 #include "data/modData.h"
 
-#include "data/ClosedRecordset.h"
 #include "data/Error.h"
+#include "data/rows/ClosedRecordset.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"

@@ -4,7 +4,7 @@
 
 #include "com/adodb/Collections.h"
 #include "data/Error.h"
-#include "data/RowSearch.h"
+#include "data/rows/RowSearch.h"
 #include "data/win32/Convert.h"
 #include "data/win32/LateAdoConnection.h"
 

@@ -3,7 +3,7 @@
 #include "com/control/Metrics.h"
 #include "com/model/faces.h"
 #include "controls/binder/win32/MakeBinderWindow.h"
-#include "data/AccessRepair.h"
+#include "data/schema/AccessRepair.h"
 #include "data/win32/LateAdoFactory.h"
 #include "kavidex_idl.h"
 #include "model/clsItem.h"

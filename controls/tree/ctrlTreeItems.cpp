@@ -4,7 +4,7 @@
 #include "controls/tree/DefaultTabs.h"
 #include "controls/tree/ctrlTree.h"
 #include "data/clsSettings.h"
-#include "data/clsUpdateDb.h"
+#include "data/schema/clsUpdateDb.h"
 #include "model/clsDocument.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"

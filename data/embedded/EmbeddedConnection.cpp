@@ -2,10 +2,10 @@
 
 #include <sqlite3.h>
 
-#include "data/ClientRecordset.h"
 #include "data/Error.h"
 #include "data/embedded/Translator.h"
 #include "data/embedded/Types.h"
+#include "data/rows/ClientRecordset.h"
 #include "platform/text.h"
 
 namespace kavidex::data::embedded {

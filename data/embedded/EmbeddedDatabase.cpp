@@ -5,7 +5,7 @@
 #include "data/Error.h"
 #include "data/embedded/EmbeddedConnection.h"
 #include "data/embedded/FileNames.h"
-#include "data/schema.h"
+#include "data/schema/schema.h"
 
 namespace kavidex::data {
 

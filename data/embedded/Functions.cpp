@@ -5,9 +5,9 @@
 #include <cmath>
 #include <string>
 
-#include "data/Like.h"
 #include "data/Value.h"
 #include "data/embedded/Types.h"
+#include "data/rows/Like.h"
 #include "platform/text.h"
 
 namespace kavidex::data::embedded {

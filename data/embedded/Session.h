@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "data/Connection.h"
-#include "data/RowSource.h"
 #include "data/embedded/Tokens.h"
+#include "data/rows/RowSource.h"
 
 struct sqlite3;
 struct sqlite3_stmt;

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "data/Connection.h"
-#include "data/RowSource.h"
 #include "data/odbc/OdbcLink.h"
+#include "data/rows/RowSource.h"
 
 namespace kavidex::data::odbc {
 

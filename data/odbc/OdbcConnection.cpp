@@ -1,10 +1,10 @@
 #include "data/odbc/OdbcConnection.h"
 
-#include "data/ClientRecordset.h"
 #include "data/Error.h"
 #include "data/odbc/OdbcCatalog.h"
 #include "data/odbc/OdbcLink.h"
 #include "data/odbc/OdbcStatement.h"
+#include "data/rows/ClientRecordset.h"
 #include "platform/text.h"
 
 namespace kavidex::data {

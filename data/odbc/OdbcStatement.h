@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "data/RowSource.h"
 #include "data/odbc/OdbcLink.h"
 #include "data/odbc/OdbcTypes.h"
+#include "data/rows/RowSource.h"
 
 namespace kavidex::data::odbc {
 

@@ -1,5 +1,5 @@
 // The ODBC installer of Windows, loaded only when a file is to be repaired.
-#include "data/AccessRepair.h"
+#include "data/schema/AccessRepair.h"
 
 #include <windows.h>
 

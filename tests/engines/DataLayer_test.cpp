@@ -4,9 +4,9 @@
 #include "data/Error.h"
 #include "data/clsSettings.h"
 #include "data/clsTable.h"
-#include "data/clsUpdateDb.h"
 #include "data/modData.h"
-#include "data/modDataBase.h"
+#include "data/schema/clsUpdateDb.h"
+#include "data/schema/modDataBase.h"
 #include "tests/engines/Engine.h"
 
 namespace kavidex::tests {

@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "data/Connection.h"
-#include "data/schema.h"
+#include "data/schema/schema.h"
 #include "tests/fakes/FakeWorkstation.h"
 
 namespace kavidex::tests {

@@ -1,8 +1,8 @@
 // The binder model over every engine: trees, documents, dossiers, rights and checklists.
 #include "data/clsSettings.h"
-#include "data/clsUpdateDb.h"
 #include "data/modData.h"
-#include "data/modDataBase.h"
+#include "data/schema/clsUpdateDb.h"
+#include "data/schema/modDataBase.h"
 #include "model/IntegrityCheck.h"
 #include "model/clsCheckListType.h"
 #include "model/clsDocument.h"

@@ -5,13 +5,13 @@
 #include <algorithm>
 #include <fstream>
 
-#include "data/ClientRecordset.h"
 #include "data/clsSettings.h"
 #include "data/clsTable.h"
-#include "data/clsUpdateDb.h"
 #include "data/embedded/EmbeddedDatabase.h"
-#include "data/modDataBase.h"
-#include "data/schema.h"
+#include "data/rows/ClientRecordset.h"
+#include "data/schema/clsUpdateDb.h"
+#include "data/schema/modDataBase.h"
+#include "data/schema/schema.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/RecordingConnection.h"
 

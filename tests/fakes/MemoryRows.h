@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "data/ClientRecordset.h"
+#include "data/rows/ClientRecordset.h"
 
 namespace kavidex::tests {
 

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
-#include "data/ClosedRecordset.h"
 #include "data/Connection.h"
 #include "data/Error.h"
+#include "data/rows/ClosedRecordset.h"
 
 namespace kavidex::tests {
 

@@ -5,7 +5,7 @@
 #include "com/model/faces.h"
 #include "data/Error.h"
 #include "data/clsTable.h"
-#include "data/clsUpdateDb.h"
+#include "data/schema/clsUpdateDb.h"
 #include "data/win32/Convert.h"
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"

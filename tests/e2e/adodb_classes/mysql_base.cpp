@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "data/clsSettings.h"
-#include "data/modDataBase.h"
 #include "data/odbc/OdbcConnection.h"
+#include "data/schema/modDataBase.h"
 #include "tests/fakes/FakeWorkstation.h"
 
 int main(int count, char** arguments) {

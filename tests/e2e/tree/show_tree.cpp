@@ -7,8 +7,8 @@
 
 #include "controls/tree/ctrlTree.h"
 #include "controls/tree/win32/MakeTreeWindow.h"
-#include "data/clsUpdateDb.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "data/schema/clsUpdateDb.h"
 #include "model/clsItem.h"
 #include "model/clsTree.h"
 #include "platform/Workstation.h"

@@ -7,8 +7,8 @@
 #include <gtest/gtest.h>
 
 #include "controls/tree/ctrlTree.h"
-#include "data/clsUpdateDb.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "data/schema/clsUpdateDb.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"

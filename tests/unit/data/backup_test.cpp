@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "data/modDataBase.h"
+#include "data/schema/modDataBase.h"
 #include "tests/fakes/FakeWorkstation.h"
 
 using namespace kavidex;

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "data/Error.h"
-#include "data/RowSearch.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "data/rows/RowSearch.h"
 #include "tests/fakes/Failures.h"
 #include "tests/unit/data/TemporaryFolder.h"
 

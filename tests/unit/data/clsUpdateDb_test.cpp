@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "data/clsUpdateDb.h"
-#include "data/translations.h"
-#include "data/upgradeSteps.h"
+#include "data/schema/clsUpdateDb.h"
+#include "data/schema/translations.h"
+#include "data/schema/upgradeSteps.h"
 #include "tests/fakes/Databases.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/RecordingConnection.h"

@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "data/clsSettings.h"
-#include "data/modDataBase.h"
-#include "data/schema.h"
+#include "data/schema/modDataBase.h"
+#include "data/schema/schema.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/MemoryRows.h"
 #include "tests/fakes/RecordingConnection.h"

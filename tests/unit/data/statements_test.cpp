@@ -8,10 +8,10 @@
 #include <functional>
 
 #include "data/clsTable.h"
-#include "data/clsUpdateDb.h"
 #include "data/modData.h"
-#include "data/modDataBase.h"
-#include "data/schema.h"
+#include "data/schema/clsUpdateDb.h"
+#include "data/schema/modDataBase.h"
+#include "data/schema/schema.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/MemoryRows.h"
 #include "tests/fakes/RecordingConnection.h"

@@ -2,8 +2,8 @@
 
 #include <set>
 
-#include "data/translations.h"
-#include "data/upgradeSteps.h"
+#include "data/schema/translations.h"
+#include "data/schema/upgradeSteps.h"
 #include "platform/Error.h"
 #include "platform/text.h"
 

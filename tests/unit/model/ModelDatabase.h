@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "data/clsSettings.h"
-#include "data/clsUpdateDb.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "data/schema/clsUpdateDb.h"
 #include "model/IntegrityCheck.h"
 #include "model/clsTree.h"
 #include "tests/fakes/FakeWorkstation.h"

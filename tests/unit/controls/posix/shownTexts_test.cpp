@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "controls/binder/Toolbar.h"
-#include "data/translations.h"
+#include "data/schema/translations.h"
 #include "platform/text.h"
 
 using namespace kavidex;

@@ -6,7 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 
-#include "data/clsUpdateDb.h"
+#include "data/schema/clsUpdateDb.h"
 #include "tests/fakes/Databases.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/FaultyConnection.h"

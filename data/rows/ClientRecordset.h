@@ -6,8 +6,8 @@
 // loop over all rows ends. Close and Requery drop what was not written.
 #pragma once
 
-#include "data/RowEdit.h"
-#include "data/RowSource.h"
+#include "data/rows/RowEdit.h"
+#include "data/rows/RowSource.h"
 
 namespace kavidex::data {
 

@@ -1,5 +1,5 @@
 // The tables of the base schema in the order of creation.
-#include "data/schema.h"
+#include "data/schema/schema.h"
 
 namespace kavidex::data::schema {
 

@@ -1,10 +1,10 @@
 // Walks the table of upgrade steps from the version that the database records.
-#include "data/clsUpdateDb.h"
+#include "data/schema/clsUpdateDb.h"
 
 #include <algorithm>
 
-#include "data/upgradeConversions.h"
-#include "data/upgradeSteps.h"
+#include "data/schema/upgradeConversions.h"
+#include "data/schema/upgradeSteps.h"
 #include "platform/BusyDialog.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"

@@ -1,8 +1,8 @@
 // Checks a server database and creates the base schema in it.
-#include "data/modDataBase.h"
+#include "data/schema/modDataBase.h"
 
 #include "data/clsSettings.h"
-#include "data/schema.h"
+#include "data/schema/schema.h"
 #include "platform/BusyDialog.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"

@@ -1,5 +1,5 @@
 // Turns the table of tables into each dialect's statements.
-#include "data/schema.h"
+#include "data/schema/schema.h"
 
 namespace kavidex::data::schema {
 namespace {

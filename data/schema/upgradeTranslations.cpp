@@ -3,8 +3,8 @@
 #include <string>
 
 #include "data/modData.h"
-#include "data/translations.h"
-#include "data/upgradeConversions.h"
+#include "data/schema/translations.h"
+#include "data/schema/upgradeConversions.h"
 #include "platform/BusyDialog.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"

@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "data/AccessRepair.h"
 #include "data/Connection.h"
 #include "data/Texts.h"
+#include "data/schema/AccessRepair.h"
 
 namespace kavidex::platform {
 struct Workstation;

@@ -1,12 +1,12 @@
 // The rows of the upgrade chain. A change is issued in each dialect's form, one after the other;
 // the form that the database knows takes effect, the others are refused without harm.
-#include "data/upgradeSteps.h"
+#include "data/schema/upgradeSteps.h"
 
 #include <algorithm>
 #include <initializer_list>
 
-#include "data/schema.h"
-#include "data/upgradeConversions.h"
+#include "data/schema/schema.h"
+#include "data/schema/upgradeConversions.h"
 
 namespace kavidex::data {
 namespace {

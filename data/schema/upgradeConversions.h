@@ -4,7 +4,7 @@
 
 #include <functional>
 
-#include "data/upgradeSteps.h"
+#include "data/schema/upgradeSteps.h"
 
 namespace kavidex::data::upgrade {
 

@@ -3,7 +3,7 @@
 #include <exception>
 #include <functional>
 
-#include "data/modDataBase.h"
+#include "data/schema/modDataBase.h"
 #include "platform/BusyDialog.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"

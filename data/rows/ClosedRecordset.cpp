@@ -1,5 +1,5 @@
 // A recordset in state closed: every use but IsOpen and Close is refused as ADO refuses it.
-#include "data/ClosedRecordset.h"
+#include "data/rows/ClosedRecordset.h"
 
 #include "data/Error.h"
 

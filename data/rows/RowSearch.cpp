@@ -1,7 +1,7 @@
-#include "data/RowSearch.h"
+#include "data/rows/RowSearch.h"
 
 #include "data/Error.h"
-#include "data/RowOrder.h"
+#include "data/rows/RowOrder.h"
 
 namespace kavidex::data {
 

@@ -1,7 +1,7 @@
 #include <algorithm>
 
 #include "data/Error.h"
-#include "data/RowOrder.h"
+#include "data/rows/RowOrder.h"
 #include "platform/text.h"
 
 namespace kavidex::data {

@@ -1,4 +1,4 @@
-// The texts of the system in its four languages, from data/translations.tsv.
+// The texts of the system in its four languages, from data/schema/translations.tsv.
 #pragma once
 
 #include <string>

@@ -1,5 +1,5 @@
 // Rows that the upgrade chain copies, numbers and fills, in one transaction where there are any.
-#include "data/upgradeConversions.h"
+#include "data/schema/upgradeConversions.h"
 
 #include <algorithm>
 #include <functional>

@@ -1,9 +1,9 @@
-#include "data/ClientRecordset.h"
+#include "data/rows/ClientRecordset.h"
 
 #include <algorithm>
 
 #include "data/Error.h"
-#include "data/RowOrder.h"
+#include "data/rows/RowOrder.h"
 
 namespace kavidex::data {
 

@@ -1,8 +1,8 @@
 #include <charconv>
 
 #include "data/Error.h"
-#include "data/Like.h"
-#include "data/RowOrder.h"
+#include "data/rows/Like.h"
+#include "data/rows/RowOrder.h"
 #include "platform/text.h"
 
 namespace kavidex::data {

@@ -1,4 +1,4 @@
-#include "data/RowEdit.h"
+#include "data/rows/RowEdit.h"
 
 #include <charconv>
 #include <limits>

@@ -4,7 +4,7 @@
 #include <optional>
 #include <vector>
 
-#include "data/RowSource.h"
+#include "data/rows/RowSource.h"
 
 namespace kavidex::data {
 

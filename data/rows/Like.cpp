@@ -1,4 +1,4 @@
-#include "data/Like.h"
+#include "data/rows/Like.h"
 
 #include <string>
 

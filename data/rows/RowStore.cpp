@@ -1,4 +1,4 @@
-#include "data/RowStore.h"
+#include "data/rows/RowStore.h"
 
 #include <limits>
 

@@ -1,12 +1,12 @@
 // Reads the embedded table of translations.
-#include "data/translations.h"
+#include "data/schema/translations.h"
 
 #include "platform/Error.h"
 #include "platform/text.h"
 
 namespace kavidex::data {
 
-// From data/translations.tsv, by cmake/EmbedText.cmake.
+// From data/schema/translations.tsv, by cmake/EmbedText.cmake.
 extern const std::string_view translationsTsv;
 
 namespace {

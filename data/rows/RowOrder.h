@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "data/Recordset.h"
-#include "data/RowStore.h"
+#include "data/rows/RowStore.h"
 
 namespace kavidex::data {
 
