@@ -5,13 +5,15 @@ set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 deps=$here/build/deps
 stateFile=$deps/wine32.state
+mingw=/usr/i686-w64-mingw32
 codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
 
 native=(build-essential cmake ninja-build ccache pkg-config dpkg-dev tcl
         clang clang-format clang-tidy libclang-rt-14-dev
         libsqlite3-dev libgtest-dev googletest libbenchmark-dev
         unixodbc-dev odbc-mariadb mariadb-server
-        imagemagick libtiff-tools)
+        libtiff-dev libjpeg62-turbo-dev zlib1g-dev nasm python3-pip
+        imagemagick libtiff-tools qpdf poppler-utils ghostscript)
 cross=(g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev libz-mingw-w64-dev)
 desktop=(xvfb xauth x11-utils openbox xdotool fonts-wine fonts-liberation)
 wine=(wine wine32:i386)
@@ -148,12 +150,63 @@ buildGoogleTest() {
   rm -rf "$work"
 }
 
+# crossBuild SOURCE LIBRARY OPTION...: a static library for Windows from Debian's source package.
+crossBuild() {
+  local source=$1 library=$2 prefix=$deps/win32; shift 2
+  [ -f "$prefix/lib/$library" ] && return 0
+  say "cross-building $source"
+  local work; work=$(mktemp -d)
+  fetchSource "$source" "$work"
+  local tree; tree=$(find "$work" -mindepth 1 -maxdepth 1 -type d)
+  local ccache=(env CCACHE_BASEDIR="$work" CCACHE_NOHASHDIR=1)
+  # The prefix is told by path: a finder would take zlib's import library, which needs a DLL beside ours.
+  { "${ccache[@]}" cmake -S "$tree" -B "$tree/made" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/cmake/mingw-i686.cmake" \
+      -DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_BUILD_TYPE=Release \
+      -DCMAKE_INSTALL_PREFIX="$prefix" -DCMAKE_INSTALL_LIBDIR="$prefix/lib" \
+      -DZLIB_LIBRARY="$mingw/lib/libz.a" -DZLIB_INCLUDE_DIR="$mingw/include" "$@" &&
+    "${ccache[@]}" cmake --build "$tree/made" --target install; } >"$work/log" 2>&1 || { tail -n 20 "$work/log" >&2; return 1; }
+  rm -rf "$work"
+}
+
+buildImageLibraries() {
+  crossBuild libjpeg-turbo libjpeg.a -DENABLE_SHARED=OFF -DWITH_TURBOJPEG=OFF
+  crossBuild tiff libtiff.a -DBUILD_SHARED_LIBS=OFF -Dtiff-tools=OFF -Dtiff-tests=OFF -Dtiff-contrib=OFF \
+    -Dtiff-docs=OFF -Dcxx=OFF -Dlzma=OFF -Dzstd=OFF -Dwebp=OFF -Djbig=OFF -Dlibdeflate=OFF -Dlerc=OFF \
+    -DJPEG_LIBRARY="$deps/win32/lib/libjpeg.a" -DJPEG_INCLUDE_DIR="$deps/win32/include"
+}
+
+# PDFium, which draws pages of PDF files, as published for each platform; tools/pdfium.txt pins the
+# version and the checksums. Without it such pages are not drawn, and the tests of that say so.
+fetchPdfium() {
+  local folder=$deps/pdfium state=$deps/pdfium.state
+  if [ "$(cat "$state" 2>/dev/null)" = ready ] && cmp -s "$here/tools/pdfium.txt" "$folder/pdfium.txt"; then return 0; fi
+  say "fetching PDFium"
+  local work platform; work=$(mktemp -d)
+  rm -rf "$folder"; mkdir -p "$folder"
+  for platform in win32 win_amd64 manylinux_2_17_x86_64; do
+    if ! { python3 -m pip download -q --no-deps --only-binary=:all: --require-hashes --platform "$platform" \
+             -r "$here/tools/pdfium.txt" -d "$work/$platform" && python3 -m zipfile -e "$work/$platform"/*.whl "$work/$platform"
+         } >"$work/log" 2>&1; then
+      tail -n 5 "$work/log" >&2
+      say "PDFium cannot be fetched: tests of pages of PDF files will be counted as skipped"
+      echo "skipped: PDFium cannot be fetched here" >"$state"
+      rm -rf "$work" "$folder"
+      return 0
+    fi
+    mkdir "$folder/$platform"
+    mv "$work/$platform"/pypdfium2_raw/*pdfium.* "$folder/$platform/"
+    cp -r "$work/$platform"/*.dist-info/licenses "$folder/$platform/"
+  done
+  cp "$here/tools/pdfium.txt" "$folder/"
+  echo ready >"$state"
+  rm -rf "$work"
+}
+
 # fetchSource NAME DIR: unpacks Debian's source package there, through a sources list of its own.
 fetchSource() {
   local lists; lists=$(mktemp -d)
-  local mirror; mirror=$(mirrorOf)
   mkdir -p "$lists/lists/partial" "$lists/cache/archives/partial"
-  echo "deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] $mirror $codename main" >"$lists/sources.list"
+  sourceLines >"$lists/sources.list"
   local options=(-o Dir::Etc::SourceList="$lists/sources.list" -o Dir::Etc::SourceParts=/dev/null
                  -o Dir::State::Lists="$lists/lists" -o Dir::Cache="$lists/cache" -o APT::Sandbox::User=root)
   apt-get -q "${options[@]}" update >/dev/null 2>&1 || true
@@ -162,10 +215,11 @@ fetchSource() {
   rm -rf "$lists"
 }
 
-# The archive that this machine already uses for its own packages.
-mirrorOf() {
-  apt-get indextargets --format '$(SITE) $(CODENAME) $(COMPONENT)' 2>/dev/null |
-    awk -v c="$codename" '$2 == c && $3 == "main" {print $1; exit}'
+# The archives that this machine already uses for its own packages, of the release and its corrections.
+sourceLines() {
+  apt-get indextargets --format '$(SITE) $(CODENAME) $(COMPONENT)' 2>/dev/null | sort -u |
+    awk -v c="$codename" '$3 == "main" && ($2 == c || $2 == c "-security") {
+      print "deb-src [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg]", $1, $2, "main" }'
 }
 
 mkdir -p "$deps"
@@ -174,4 +228,6 @@ setupWine
 setupOdbc32
 buildSqlite
 buildGoogleTest
+buildImageLibraries
+fetchPdfium
 say "ready"
