@@ -81,6 +81,17 @@ constexpr InfoProperty properties[] = {
     {"Current Catalog", SQL_DATABASE_NAME},
 };
 
+// OLE DB's numbers for what a transaction may hold.
+std::int64_t TransactionDdl(SQLUSMALLINT capability) {
+    switch (capability) {
+    case SQL_TC_NONE: return 0;
+    case SQL_TC_ALL: return 8;
+    case SQL_TC_DDL_COMMIT: return 2;
+    case SQL_TC_DDL_IGNORE: return 4;
+    default: return 1; // rows only
+    }
+}
+
 class OdbcConnection : public Connection {
 public:
     explicit OdbcConnection(std::string_view text) : lclLink(std::make_shared<OdbcLink>(text)) {}
@@ -116,6 +127,8 @@ public:
         lclLink->CheckOpen();
         if (platform::EqualAsciiNoCase(name, "DBMS Name") && !lclLink->Speaks().dbmsName.empty())
             return std::string(lclLink->Speaks().dbmsName);
+        if (platform::EqualAsciiNoCase(name, "Transaction DDL"))
+            return TransactionDdl(lclLink->TransactionCapability());
         for (const InfoProperty& known : properties)
             if (platform::EqualAsciiNoCase(known.name, name)) return lclLink->Info(known.what);
         throw Error(errors::itemNotFound,

@@ -111,6 +111,14 @@ std::string OdbcLink::Info(SQLUSMALLINT what) const {
     return UpToZero(text);
 }
 
+SQLUSMALLINT OdbcLink::TransactionCapability() const {
+    SQLUSMALLINT capability = SQL_TC_DML;
+    if (!SQL_SUCCEEDED(
+            SQLGetInfoW(Handle(), SQL_TXN_CAPABLE, &capability, sizeof capability, nullptr)))
+        return SQL_TC_DML;
+    return capability;
+}
+
 std::string OdbcLink::CurrentCatalog() const {
     std::u16string text(512, u'\0');
     SQLINTEGER bytes = 0;

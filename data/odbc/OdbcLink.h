@@ -29,6 +29,9 @@ public:
     const Dialect& Speaks() const { return *lclDialect; }
 
     std::string Info(SQLUSMALLINT what) const;
+    // SQL_TXN_CAPABLE's answer; SQL_TC_DML, the least that has transactions, when the driver is
+    // silent.
+    SQLUSMALLINT TransactionCapability() const;
     std::string CurrentCatalog() const;
     void SetAutoCommit(bool on);
     void EndTransaction(bool commit);

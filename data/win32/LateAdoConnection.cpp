@@ -117,6 +117,9 @@ Value LateAdoConnection::Property(std::string_view name) const {
     const bool dbmsName = platform::EqualAsciiNoCase(name, "DBMS Name");
     if (dbmsName && !lclDbmsName.empty()) return lclDbmsName;
     return Guarded({}, [&] {
+        if (name == "Transaction DDL" && !lclConnection.Has(L"BeginTrans"))
+            throw Error(errors::itemNotFound, "The object has no transactions.",
+                        "Kavidex.AdoConnection");
         const Late property = lclConnection.Child(L"Properties").Child(L"Item", {name});
         Value value = FromVariant(property.Get(L"Value").Get());
         if (dbmsName) lclDbmsName = ToText(value);
@@ -152,19 +155,33 @@ std::vector<ErrorDetail> LateAdoConnection::Errors() const {
 
 // Not every provider nests transactions; counted here, only the outermost pair reaches it.
 void LateAdoConnection::BeginTrans() {
-    if (lclTransactions == 0) Guarded("BeginTrans", [&] { lclConnection.Call(L"BeginTrans"); });
+    if (lclTransactions == 0) {
+        Guarded("BeginTrans", [&] { lclConnection.Call(L"BeginTrans"); });
+        lclUndone = false;
+    }
     ++lclTransactions;
 }
 
+// A commit that fails leaves the level, so that it can be undone.
 void LateAdoConnection::CommitTrans() {
-    if (lclTransactions <= 1) Guarded("CommitTrans", [&] { lclConnection.Call(L"CommitTrans"); });
+    if (lclTransactions <= 1) {
+        if (lclUndone) {
+            RollbackTrans();
+            throw Error(errors::unspecified,
+                        "The transaction was rolled back, since a part of it was.",
+                        "Kavidex.AdoConnection", "CommitTrans");
+        }
+        Guarded("CommitTrans", [&] { lclConnection.Call(L"CommitTrans"); });
+    }
     if (lclTransactions > 0) --lclTransactions;
 }
 
+// Whatever the object answers, the level is left: undoing is not tried twice.
 void LateAdoConnection::RollbackTrans() {
-    if (lclTransactions <= 1)
-        Guarded("RollbackTrans", [&] { lclConnection.Call(L"RollbackTrans"); });
+    const bool outermost = lclTransactions <= 1;
     if (lclTransactions > 0) --lclTransactions;
+    lclUndone = !outermost;
+    if (outermost) Guarded("RollbackTrans", [&] { lclConnection.Call(L"RollbackTrans"); });
 }
 
 void LateAdoConnection::SetMode(std::int32_t mode) {

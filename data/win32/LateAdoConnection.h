@@ -49,7 +49,8 @@ private:
 
     platform::win32::Late lclConnection;
     Means lclMeans = Means::Unknown;
-    int lclTransactions = 0;
+    int lclTransactions = 0;         // levels
+    bool lclUndone = false;          // an inner level was rolled back
     mutable std::string lclDbmsName; // asked before every statement, never changing while open
 };
 

@@ -1,5 +1,6 @@
 // Recordset behaviour: client-side, static, optimistic, the same on every engine.
 #include "data/Error.h"
+#include "data/transactions.h"
 #include "tests/engines/Engine.h"
 #include "tests/fakes/Failures.h"
 
@@ -219,6 +220,19 @@ TEST_P(RecordsetOverEngines, TransactionsKeepOrUndoAll) {
     connection->CommitTrans();
     EXPECT_EQ(ToInt64(database->Connect()->Open({"select Getal from tblProbe"})->Get(0)), 2);
     EXPECT_NE(NumberOf([&] { connection->CommitTrans(); }), 0);
+
+    // A part that was undone undoes the whole.
+    EXPECT_TRUE(HasTransactions(connection));
+    connection->BeginTrans();
+    connection->Execute("update tblProbe set Getal = 3");
+    connection->BeginTrans();
+    connection->RollbackTrans();
+    EXPECT_NE(NumberOf([&] { connection->CommitTrans(); }), 0);
+    EXPECT_EQ(ToInt64(One("select Getal from tblProbe")), 2);
+    connection->BeginTrans();
+    connection->Execute("update tblProbe set Getal = 4");
+    connection->CommitTrans();
+    EXPECT_EQ(ToInt64(One("select Getal from tblProbe")), 4);
 }
 
 TEST_P(RecordsetOverEngines, ErrorsTellTheStatementAndTheCause) {
