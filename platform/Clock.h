@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 namespace kavidex::platform {
@@ -15,6 +16,10 @@ public:
     virtual ~Clock() = default;
     virtual DateTime Now() = 0;
 };
+
+// Of a time counted as Windows does, in 100 ns since 1601 in UTC; null for 0 and for what lies
+// outside the calendar.
+std::optional<DateTime> LocalTime(std::uint64_t fileTime);
 
 std::string DateNumber(const DateTime& when); // yyyymmdd
 std::string TimeNumber(const DateTime& when); // hhmm
