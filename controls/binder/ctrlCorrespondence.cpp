@@ -209,8 +209,7 @@ void ctrlCorrespondence::HandDownRights() {
         lclTree->SetDeleteEnabled(ask("Delete"));
         lclTree->SetShowMail(ask("Mail"));
         lclTree->SetShowPrint(ask("Print"));
-        for (const auto& button : ToolbarTable())
-            if (!button.right.empty()) ask(button.right);
+        for (const auto right : RightsOfCommands()) ask(right);
     }
     ToolbarChanged();
 }

@@ -12,10 +12,10 @@
 #include <vector>
 
 #include "controls/binder/BinderProperties.h"
-#include "controls/binder/Toolbar.h"
 #include "controls/common/Appearance.h"
 #include "controls/common/Event.h"
 #include "controls/common/PopupMenu.h"
+#include "controls/common/Toolbar.h"
 #include "controls/common/Translator.h"
 #include "controls/tree/TreeEvents.h"
 #include "data/Connection.h"
@@ -59,13 +59,16 @@ constexpr std::int32_t noFile = -4;    // a file is missing or cannot be read
 constexpr std::int32_t notFiled = -5;  // the store or the database refused
 } // namespace addFiles
 
-class ctrlCorrespondence {
+template <class Context>
+class Commands;
+
+class ctrlCorrespondence : public ToolbarSource {
 public:
     // `ado` and `repair` serve DbOpenConnection only; without `ado` it reports a failure.
     explicit ctrlCorrespondence(const platform::Workstation& workstation,
                                 std::shared_ptr<data::AdoFactory> ado = nullptr,
                                 std::shared_ptr<data::AccessRepair> repair = nullptr);
-    ~ctrlCorrespondence(); // ends the work on the dossier as CloseObject does
+    ~ctrlCorrespondence() override; // ends the work on the dossier as CloseObject does
     ctrlCorrespondence(const ctrlCorrespondence&) = delete;
     ctrlCorrespondence& operator=(const ctrlCorrespondence&) = delete;
 
@@ -204,9 +207,9 @@ public:
     // Null detaches. The window must detach before it dies.
     void AttachWindow(BinderWindow* window);
 
-    std::vector<ButtonState> Toolbar() const; // in the order of the table, hidden ones included
+    std::vector<ToolbarItem> Toolbar() override;
     bool ToolbarVisible() const { return !lclState.ShowTreeOnly; }
-    void ButtonClicked(std::string_view key);
+    void ButtonClicked(std::string_view key) override;
     PopupMenu ButtonMenu(std::string_view key); // what the button drops down
     void MenuChosen(const MenuEntry& entry);
 
@@ -224,6 +227,10 @@ private:
         bool scanned = false;
     };
     struct Failed; // what went wrong while files were added
+
+    struct CommandContext; // what the rows of the toolbar act on
+    static const Commands<CommandContext>& CommandTable();
+    static std::vector<std::string_view> RightsOfCommands();
 
     template <class Type>
     void Change(Type BinderProperties::*member, const Type& value);

@@ -1,4 +1,4 @@
-// Toolbar, layout, and what the children report.
+// Layout, and what the children report.
 #include "controls/binder/BinderWindow.h"
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/splitter/ctlSplitPanel.h"
@@ -147,8 +147,6 @@ void ctrlCorrespondence::ApplyLayout() {
     ToolbarChanged();
 }
 
-// --- Toolbar ------------------------------------------------------------------------------------
-
 void ctrlCorrespondence::AttachWindow(BinderWindow* window) {
     lclWindow = window;
     if (!window) return;
@@ -159,75 +157,6 @@ void ctrlCorrespondence::AttachWindow(BinderWindow* window) {
 
 void ctrlCorrespondence::ToolbarChanged() {
     if (lclWindow) lclWindow->ToolbarChanged();
-}
-
-std::vector<ButtonState> ctrlCorrespondence::Toolbar() const {
-    std::vector<ButtonState> states;
-    for (const auto& button : ToolbarTable()) {
-        ButtonState state;
-        state.button = &button;
-        state.visible = button.available;
-        if (button.key.starts_with("Settings")) state.visible &= lclState.AllowSettings;
-        if (button.key.starts_with("New")) state.visible &= lclState.ShowAddButton;
-        if (button.key == "WithCheckList") state.visible &= !lclState.ShowCheckList.empty();
-        state.enabled = Usable() && (button.right.empty() || HasRight(button.right));
-        if (!button.tooltip.empty()) state.tooltip = Text(button.tooltip);
-        states.push_back(std::move(state));
-    }
-    return states;
-}
-
-PopupMenu ctrlCorrespondence::ButtonMenu(std::string_view key) {
-    PopupMenu menu;
-    if (platform::EqualAsciiNoCase(key, "New")) {
-        const auto names = platform::Split(lclState.NameForInsert, ';');
-        const auto types = platform::Split(lclState.TypeForInsert, ';');
-        for (std::size_t i = 0; i < names.size() && i < types.size(); ++i)
-            if (!platform::TrimView(names[i]).empty())
-                menu.push_back({"mnuNew", static_cast<int>(i), Text(names[i])});
-        return menu;
-    }
-    for (const auto& row : ToolbarMenuTable()) {
-        if (!row.available || !platform::EqualAsciiNoCase(row.button, key)) continue;
-        MenuEntry entry{std::string(row.key), row.layout, Text(row.caption)};
-        entry.checked = row.layout != 0 && row.layout == ShownLayout();
-        menu.push_back(std::move(entry));
-    }
-    return menu;
-}
-
-void ctrlCorrespondence::ButtonClicked(std::string_view key) {
-    const auto* button = FindButton(key);
-    if (!button) return;
-    try {
-        if (button->kind == ButtonKind::DropDown) {
-            const auto menu = ButtonMenu(key);
-            const auto chosen = lclWindow ? lclWindow->ShowMenu(menu, button->key) : std::nullopt;
-            if (chosen && *chosen < menu.size()) MenuChosen(menu[*chosen]);
-        } else if (button->description == "prevdoc") {
-            lclTree->SetPreviousChildItem();
-        } else if (button->description == "nextdoc") {
-            lclTree->SetNextChildItem();
-        }
-    } catch (const std::exception& error) {
-        lclWorkstation.log.Write("ButtonClicked", error.what());
-        lclWorkstation.messages.Show({error.what(),
-                                      Text("Error in ButttonClick of ctrlCorrespondence"),
-                                      platform::Buttons::Ok, platform::Icon::Critical});
-    }
-}
-
-void ctrlCorrespondence::MenuChosen(const MenuEntry& entry) {
-    if (entry.name == "mnuNew") return InsertNew(static_cast<std::size_t>(entry.index));
-    const auto name = platform::LowerCase(entry.name);
-    for (const auto& row : ToolbarMenuTable())
-        if (row.key == name && row.layout != 0) SetLayout(row.layout);
-}
-
-void ctrlCorrespondence::InsertNew(std::size_t which) {
-    if (!SelectedFolder()) return Tell("Selecteer eerst een map voor de toevoeging");
-    if (lclWindow) lclWindow->FocusTree();
-    lclTree->ChooseMenu({"mnuNew", static_cast<int>(which), {}});
 }
 
 void ctrlCorrespondence::OLEDrag() {

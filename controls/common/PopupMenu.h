@@ -15,6 +15,8 @@ struct MenuEntry {
     std::string caption;
     int depth = 0;
     bool visible = true, enabled = true, checked = false;
+    std::string shortcut{}; // as the user reads it
+    int mnemonic = -1;      // the place in the caption of the letter that chooses it; -1: none
 
     bool IsSeparator() const { return caption.empty(); }
 };
@@ -25,7 +27,8 @@ using PopupMenu = std::vector<MenuEntry>;
 MenuEntry* FindEntry(PopupMenu& menu, std::string_view name, int index = 0);
 
 // What a window shows: visible entries only, without owners that have no visible entries and
-// without separators at the ends or beside each other.
+// without separators at the ends or beside each other. Each entry has a mnemonic of its own among
+// its neighbours as long as letters last, in whatever language the captions are.
 PopupMenu VisibleEntries(const PopupMenu& menu);
 
 } // namespace kavidex::controls

@@ -34,6 +34,9 @@ namespace kavidex::controls {
 
 using ItemPtr = std::shared_ptr<model::clsItem>;
 
+template <class Context>
+class Commands;
+
 class ctrlTree {
 public:
     // Loads the workstation options; the window comes later, or never.
@@ -219,6 +222,8 @@ private:
         NodeHandle handle = 0;   // 0: not shown, or there is no window
         bool shown = false;
     };
+    struct MenuContext; // what the rows of the menu act on
+    static const Commands<MenuContext>& MenuTable();
     struct IconEntry {
         std::string lclType, lclIconName;
         int image = -1;

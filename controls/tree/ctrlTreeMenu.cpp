@@ -1,6 +1,7 @@
-// The popup menu: its table, its preparation before it opens, and what its entries do.
+// The popup menu and its keys: the table of commands, and how they are shown and taken.
 #include <algorithm>
 
+#include "controls/common/Commands.h"
 #include "controls/tree/ctrlTree.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
@@ -11,108 +12,219 @@
 
 namespace kavidex::controls {
 
-namespace {
+// What the entries' rules ask for, looked up once for a menu.
+struct ctrlTree::MenuContext {
+    MenuContext(ctrlTree& control, std::optional<std::int32_t> id)
+        : tree(control), item(id ? tree.GetNode(*id) : nullptr),
+          folder(tree.GetNode(tree.FolderAt(tree.lclSelected))), ids(tree.SelectedIds()),
+          handle(id ? tree.HandleOf(*id) : 0) {}
 
-constexpr int newEntries = 5;
+    ctrlTree& tree;
+    ItemPtr item;   // under the mouse; null: empty space
+    ItemPtr folder; // takes what is made or pasted; null: none
+    std::vector<std::int32_t> ids;
+    NodeHandle handle;
 
-// `offered` false: the entry has its place, but what it opens is not part of the control yet.
-struct MenuRow {
-    std::string_view name, caption;
-    int depth = 0;
-    bool offered = true;
+    const TreeProperties& State() const { return tree.lclState; }
+    TreeWindow* Window() const { return tree.lclWindow; }
+    bool Expanded() const { return Window() && handle && Window()->IsExpanded(handle); }
+    bool HasChildren() const {
+        const auto children = item ? item->ChildCollection() : nullptr;
+        return children && children->Count() > 0;
+    }
+    template <class Rule>
+    bool ForAll(Rule rule) const {
+        const auto root = tree.Root();
+        return root && !ids.empty() && std::all_of(ids.begin(), ids.end(), [&](std::int32_t one) {
+                   return one != root->Id() && rule(one);
+               });
+    }
+    bool Changeable() const {
+        return ForAll([&](std::int32_t one) { return tree.MayChange(one); });
+    }
+    bool MayCreate(int which) const {
+        const auto types = platform::Split(State().TypeForInsert, ';');
+        return State().NewEnabled && !State().ReadOnly && folder && folder->Id() > 0 &&
+               folder->AllowChildren() && tree.AcceptsType(types[static_cast<std::size_t>(which)]);
+    }
+    std::string NewName(int which) const {
+        const auto names = platform::Split(State().NameForInsert, ';');
+        const auto types = platform::Split(State().TypeForInsert, ';');
+        const auto position = static_cast<std::size_t>(which);
+        const bool named = position < names.size() && position < types.size();
+        return named && !platform::TrimView(names[position]).empty() ? names[position]
+                                                                     : std::string();
+    }
+    static const TreeOption* Option(std::string_view entry) {
+        for (const auto& option : TreeOptionTable())
+            if (option.menuEntry == entry) return &option;
+        return nullptr;
+    }
+    void Toggle(std::string_view entry) const { tree.ToggleOption(*Option(entry)); }
+    void Expand(bool expand) const {
+        const auto node = tree.HandleOf(tree.lclSelected);
+        if (Window() && node) Window()->Expand(node, expand);
+    }
+    void Rename() const {
+        const auto node = tree.HandleOf(tree.lclSelected);
+        if (Window() && node) Window()->EditLabel(node);
+    }
+    void Cut() const { tree.Cut(); }
+    void Paste() const { tree.Paste(); }
+    bool HoldsCut() const { return !tree.lclCut.empty(); }
+    void Create(int which) const { tree.CreateInsertItem(which); }
+    void ShowExternal() const {
+        for (const auto id : ids) tree.EvItemSelectedExternal.Raise(tree.Info(id));
+    }
+    bool HasPrinters() const { return tree.lclWorkstation.shell.HasPrinters(); }
 };
 
-constexpr MenuRow menuRows[] = {
-    {"mnuCut", "Knippen"},
-    {"mnuCopy", "Kopieren", 0, false},
-    {"mnuPaste", "Plakken"},
-    {"mnuDelete", "Verwijderen"},
-    {"mnuSep1", ""},
-    {"mnuCopySpecial", "Kopieren speciaal", 0, false},
-    {"mnuPasteSpecial", "Plakken speciaal", 0, false},
-    {"mnuCopyLink", "Link kopieren", 0, false},
-    {"mnuSep2", ""},
-    {"mnuShowExternal", "Toon in nieuw venster"},
-    {"mnuMail", "Mailen", 0, false},
-    {"mnuMailPdf", "Mailen als PDF", 0, false},
-    {"mnuRename", "Naam wijzigen"},
-    {"mnuPrint", "Afdrukken", 0, false},
-    {"mnuProperties", "Eigenschappen", 0, false},
-    {"mnuSep3", ""},
-    {"mnuExpand", "Uitvouwen"},
-    {"mnuCollaps", "Samenvoegen"},
-    {"mnuOptions", "Opties"},
-    {"mnuExpandAllways", "Altijd alles uitvouwen", 1},
-    {"mnuShowChildCount", "Toon teller", 1},
-    {"mnuAllwaysShowExt", "Altijd in nieuw venster tonen", 1},
-    {"mnuShowInOrg", "Altijd tonen in origineel programma", 1},
-    {"mnusortByName", "Sorteren op naam", 1},
-    {"mnuOpenDoubleClick", "Openen met dubbelklik", 1},
-    {"mnuShowDeleted", "Toon verwijderde bestanden", 1},
-    {"mnuSep4", ""},
-};
+const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
+    using Context = MenuContext;
+    using Id = CommandId;
+    using Kind = CommandKind;
+    using State = CommandState;
+    static constexpr auto onNode = [](const Context& on, const Id&) -> State {
+        return {on.item != nullptr};
+    };
+    static constexpr auto changeable = [](const Context& on, const Id&) -> State {
+        return {true, on.Changeable()};
+    };
+    static constexpr auto option = [](const Context& on, const Id& id) -> State {
+        return {true, true, on.State().*(Context::Option(id.name)->member)};
+    };
+    static constexpr auto toggle = [](Context& on, const Id& id) { on.Toggle(id.name); };
+    static constexpr auto mail = [](const Context& on, const Id&) -> State {
+        return {on.State().ShowMail};
+    };
 
-// Shown with a node under the mouse only.
-constexpr std::string_view nodeEntries[] = {"mnuSep1",    "mnuExpand",       "mnuCollaps",
-                                            "mnuSep4",    "mnuShowExternal", "mnuProperties",
-                                            "mnuCopyLink"};
-
-} // namespace
+    // What opens something that is not part of the control yet is not offered.
+    static constexpr Command<Context> rows[] = {
+        {.name = "mnuCut",
+         .caption = "Knippen",
+         .key = Ctrl('X'),
+         .rule = changeable,
+         .action = [](Context& on, const Id&) { on.Cut(); }},
+        {.name = "mnuCopy", .caption = "Kopieren", .offered = false},
+        {.name = "mnuPaste",
+         .caption = "Plakken",
+         .key = Ctrl('V'),
+         .rule = [](const Context& on, const Id&) -> State {
+             return {true, on.HoldsCut() && on.folder && on.State().UpdateEnabled &&
+                               !on.State().ReadOnly};
+         },
+         .action = [](Context& on, const Id&) { on.Paste(); }},
+        {.name = "mnuDelete",
+         .caption = "Verwijderen",
+         .key = Key(keys::del),
+         .rule = [](const Context& on, const Id&) -> State {
+             return {true, on.State().DeleteEnabled && !on.State().ReadOnly &&
+                               on.ForAll([](std::int32_t one) { return one > 0; })};
+         },
+         .action = [](Context& on, const Id&) { on.tree.DeleteItem(); }},
+        {.name = "mnuSep1", .kind = Kind::Separator, .rule = onNode},
+        {.name = "mnuCopySpecial", .caption = "Kopieren speciaal", .offered = false},
+        {.name = "mnuPasteSpecial", .caption = "Plakken speciaal", .offered = false},
+        {.name = "mnuCopyLink", .caption = "Link kopieren", .offered = false, .rule = onNode},
+        {.name = "mnuSep2", .kind = Kind::Separator},
+        {.name = "mnuShowExternal",
+         .caption = "Toon in nieuw venster",
+         .rule = [](const Context& on, const Id&) -> State {
+             return {on.item != nullptr, on.item && !on.item->AllowChildren()};
+         },
+         .action = [](Context& on, const Id&) { on.ShowExternal(); }},
+        {.name = "mnuMail", .caption = "Mailen", .offered = false, .rule = mail},
+        {.name = "mnuMailPdf", .caption = "Mailen als PDF", .offered = false, .rule = mail},
+        {.name = "mnuRename",
+         .caption = "Naam wijzigen",
+         .key = Key(keys::f2),
+         .rule = [](const Context& on, const Id&) -> State {
+             return {true, on.ids.size() == 1 && on.tree.CanEditLabel(on.ids.front())};
+         },
+         .action = [](Context& on, const Id&) { on.Rename(); }},
+        {.name = "mnuPrint",
+         .caption = "Afdrukken",
+         .offered = false,
+         .rule = [](const Context& on, const Id&) -> State {
+             return {on.State().ShowPrint && on.HasPrinters()};
+         }},
+        {.name = "mnuProperties",
+         .caption = "Eigenschappen",
+         .offered = false,
+         .rule = [](const Context& on, const Id&) -> State {
+             return {on.item && on.State().ShowProperties};
+         }},
+        {.name = "mnuSep3", .kind = Kind::Separator},
+        {.name = "mnuExpand",
+         .caption = "Uitvouwen",
+         .rule = [](const Context& on, const Id&) -> State {
+             return {on.HasChildren() && !on.Expanded()};
+         },
+         .action = [](Context& on, const Id&) { on.Expand(true); }},
+        {.name = "mnuCollaps",
+         .caption = "Samenvoegen",
+         .rule = [](const Context& on, const Id&) -> State {
+             return {on.HasChildren() && on.Expanded()};
+         },
+         .action = [](Context& on, const Id&) { on.Expand(false); }},
+        {.name = "mnuOptions", .caption = "Opties", .kind = Kind::Owner},
+        {.name = "mnuExpandAllways",
+         .caption = "Altijd alles uitvouwen",
+         .kind = Kind::Toggle,
+         .depth = 1,
+         .rule = option,
+         .action = toggle},
+        {.name = "mnuShowChildCount",
+         .caption = "Toon teller",
+         .kind = Kind::Toggle,
+         .depth = 1,
+         .rule = option,
+         .action = toggle},
+        {.name = "mnuAllwaysShowExt",
+         .caption = "Altijd in nieuw venster tonen",
+         .kind = Kind::Toggle,
+         .depth = 1,
+         .rule = option,
+         .action = toggle},
+        {.name = "mnuShowInOrg",
+         .caption = "Altijd tonen in origineel programma",
+         .kind = Kind::Toggle,
+         .depth = 1,
+         .rule = option,
+         .action = toggle},
+        {.name = "mnusortByName",
+         .caption = "Sorteren op naam",
+         .kind = Kind::Toggle,
+         .depth = 1,
+         .rule = option,
+         .action = toggle},
+        {.name = "mnuOpenDoubleClick",
+         .caption = "Openen met dubbelklik",
+         .kind = Kind::Toggle,
+         .depth = 1,
+         .rule = option,
+         .action = toggle},
+        {.name = "mnuShowDeleted",
+         .caption = "Toon verwijderde bestanden",
+         .kind = Kind::Toggle,
+         .depth = 1,
+         .rule = option,
+         .action = toggle},
+        {.name = "mnuSep4", .kind = Kind::Separator, .rule = onNode},
+        {.name = "mnuNew",
+         .count = 5,
+         .rule = [](const Context& on, const Id& id) -> State {
+             return {true, !on.NewName(id.index).empty() && on.MayCreate(id.index)};
+         },
+         .text = [](const Context& on, const Id& id) { return on.NewName(id.index); },
+         .action = [](Context& on, const Id& id) { on.Create(id.index); }},
+    };
+    static constexpr Commands<Context> table{std::span<const Command<Context>>(rows)};
+    return table;
+}
 
 PopupMenu ctrlTree::PrepareMenu(std::optional<std::int32_t> id) {
-    PopupMenu menu;
-    for (const auto& row : menuRows)
-        menu.push_back({std::string(row.name), 0,
-                        row.caption.empty() ? std::string() : Text(row.caption), row.depth});
-    const auto names = platform::Split(lclState.NameForInsert, ';');
-    const auto types = platform::Split(lclState.TypeForInsert, ';');
-    const auto folder = GetNode(FolderAt(lclSelected));
-    const bool mayCreate = lclState.NewEnabled && !lclState.ReadOnly && folder &&
-                           folder->Id() > 0 && folder->AllowChildren();
-    for (int i = 0; i < newEntries; ++i) {
-        const auto position = static_cast<std::size_t>(i);
-        const bool named = position < names.size() && position < types.size() &&
-                           !platform::TrimView(names[position]).empty();
-        menu.push_back({"mnuNew", i, named ? names[position] : "-", 0, named,
-                        named && mayCreate && AcceptsType(types[position])});
-    }
-    const auto entry = [&](std::string_view name) -> MenuEntry& { return *FindEntry(menu, name); };
-
-    const auto item = id ? GetNode(*id) : nullptr;
-    for (const auto name : nodeEntries) entry(name).visible = item != nullptr;
-    const auto children = item ? item->ChildCollection() : nullptr;
-    const bool parent = children && children->Count() > 0;
-    const auto handle = id ? HandleOf(*id) : 0;
-    const bool expanded = lclWindow && handle && lclWindow->IsExpanded(handle);
-    entry("mnuExpand").visible = parent && !expanded;
-    entry("mnuCollaps").visible = parent && expanded;
-
-    entry("mnuPasteSpecial").visible = lclWindow && lclWindow->ClipboardHasFiles();
-    entry("mnuPrint").visible = lclState.ShowPrint && lclWorkstation.shell.HasPrinters();
-    entry("mnuMail").visible = entry("mnuMailPdf").visible = lclState.ShowMail;
-    entry("mnuProperties").visible = item && lclState.ShowProperties;
-    for (const auto& option : TreeOptionTable())
-        if (auto* row = FindEntry(menu, option.menuEntry)) row->checked = lclState.*option.member;
-
-    const auto ids = SelectedIds();
-    const auto root = Root();
-    const auto changeable = [&](std::int32_t one) {
-        return MayChange(one) && root && one != root->Id();
-    };
-    const bool allChangeable = !ids.empty() && std::all_of(ids.begin(), ids.end(), changeable);
-    entry("mnuCut").enabled = allChangeable;
-    entry("mnuDelete").enabled = lclState.DeleteEnabled && !lclState.ReadOnly && !ids.empty() &&
-                                 std::all_of(ids.begin(), ids.end(), [&](std::int32_t one) {
-                                     return one > 0 && root && one != root->Id();
-                                 });
-    entry("mnuPaste").enabled =
-        !lclCut.empty() && folder && lclState.UpdateEnabled && !lclState.ReadOnly;
-    entry("mnuRename").enabled = ids.size() == 1 && MayChange(ids.front());
-    entry("mnuShowExternal").enabled = item && !item->AllowChildren();
-
-    for (const auto& row : menuRows)
-        if (!row.offered) entry(row.name).visible = false;
-    return menu;
+    return MenuTable().Menu({*this, id}, TranslationBy(lclTranslator));
 }
 
 void ctrlTree::ContextMenu(std::optional<std::int32_t> id, int x, int y) {
@@ -133,25 +245,8 @@ void ctrlTree::ContextMenu(std::optional<std::int32_t> id, int x, int y) {
 }
 
 void ctrlTree::ChooseMenu(const MenuEntry& entry) {
-    const auto is = [&](std::string_view name) { return entry.name == name; };
-    const auto handle = HandleOf(lclSelected);
-    if (is("mnuCut"))
-        Cut();
-    else if (is("mnuPaste"))
-        Paste();
-    else if (is("mnuDelete"))
-        DeleteItem();
-    else if (is("mnuShowExternal"))
-        for (const auto id : SelectedIds()) EvItemSelectedExternal.Raise(Info(id));
-    else if (is("mnuRename") && lclWindow && handle)
-        lclWindow->EditLabel(handle);
-    else if ((is("mnuExpand") || is("mnuCollaps")) && lclWindow && handle)
-        lclWindow->Expand(handle, is("mnuExpand"));
-    else if (is("mnuNew"))
-        CreateInsertItem(entry.index);
-    else
-        for (const auto& option : TreeOptionTable())
-            if (!option.menuEntry.empty() && is(option.menuEntry)) ToggleOption(option);
+    MenuContext context(*this, lclSelected);
+    MenuTable().Run(context, {entry.name, entry.index});
 }
 
 void ctrlTree::ToggleOption(const TreeOption& option) {
@@ -178,25 +273,11 @@ void ctrlTree::Paste() {
 }
 
 bool ctrlTree::CommandKey(int key, bool control, bool shift) {
-    struct Shortcut {
-        int key;
-        bool control;
-        std::string_view entry;
-    };
-    constexpr Shortcut keys[] = {{0x71, false, "mnuRename"},
-                                 {0x2E, false, "mnuDelete"},
-                                 {'X', true, "mnuCut"},
-                                 {'V', true, "mnuPaste"}};
-    if (shift) return false;
-    for (const auto& row : keys)
-        if (row.key == key && row.control == control) {
-            // What the menu would refuse, the key refuses, and stays with the control.
-            auto menu = PrepareMenu(lclSelected);
-            const auto* entry = FindEntry(menu, row.entry);
-            if (entry->visible && entry->enabled) ChooseMenu(*entry);
-            return true;
-        }
-    return false;
+    const auto* command = MenuTable().Of({key, control, shift});
+    if (!command) return false;
+    MenuContext context(*this, lclSelected);
+    MenuTable().Run(context, {command->name}); // refused where the menu refuses
+    return true;
 }
 
 } // namespace kavidex::controls

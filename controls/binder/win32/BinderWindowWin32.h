@@ -8,9 +8,13 @@
 #include <windows.h>
 
 #include "controls/binder/BinderWindow.h"
-#include "controls/binder/win32/ToolbarWindow.h"
 #include "controls/common/win32/OwnWindow.h"
+#include "controls/common/win32/ToolbarWindow.h"
 #include "controls/splitter/win32/SplitWindow.h"
+
+namespace kavidex::controls {
+class ctrlCorrespondence;
+}
 
 namespace kavidex::controls::win32 {
 

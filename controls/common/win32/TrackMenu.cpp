@@ -1,11 +1,29 @@
 #include "controls/common/win32/TrackMenu.h"
 
+#include <algorithm>
+#include <string>
 #include <vector>
 
 #include "platform/text.h"
 #include "platform/win32/Variant.h"
 
 namespace kavidex::controls::win32 {
+
+namespace {
+
+// An ampersand within a name is no mnemonic; the shortcut stands at the right edge.
+std::wstring MenuText(const MenuEntry& entry) {
+    const auto split = static_cast<std::size_t>(std::max(entry.mnemonic, 0));
+    const auto part = [&](std::size_t from, std::size_t count) {
+        return platform::Replace(entry.caption.substr(from, count), "&", "&&");
+    };
+    std::string text =
+        part(0, split) + (entry.mnemonic >= 0 ? "&" : "") + part(split, std::string::npos);
+    if (!entry.shortcut.empty()) text += "\t" + entry.shortcut;
+    return platform::win32::ToWide(text);
+}
+
+} // namespace
 
 std::optional<std::size_t> TrackMenu(HWND owner, const PopupMenu& menu, int x, int y) {
     std::vector<HMENU> levels{CreatePopupMenu()};
@@ -17,8 +35,7 @@ std::optional<std::size_t> TrackMenu(HWND owner, const PopupMenu& menu, int x, i
             AppendMenuW(levels.back(), MF_SEPARATOR, 0, nullptr);
             continue;
         }
-        // An ampersand in a name is no mnemonic.
-        const auto caption = platform::win32::ToWide(platform::Replace(entry.caption, "&", "&&"));
+        const auto caption = MenuText(entry);
         UINT flags = MF_STRING | (entry.enabled ? MF_ENABLED : MF_GRAYED) |
                      (entry.checked ? MF_CHECKED : MF_UNCHECKED);
         UINT_PTR id = i + 1;

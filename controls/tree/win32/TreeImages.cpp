@@ -5,8 +5,8 @@
 #include <shellapi.h>
 
 #include "controls/common/win32/Look.h"
-#include "controls/common/win32/PictureIcon.h"
-#include "controls/tree/IconShapes.h"
+#include "controls/pictures/win32/PictureIcon.h"
+#include "controls/pictures/NamedPictures.h"
 #include "platform/win32/Variant.h"
 
 namespace kavidex::controls::win32 {
@@ -35,7 +35,7 @@ void TreeImages::Build(int dpi) {
     if (!lclList) return;
     ++listsAlive;
     if (lclEntries.empty())
-        for (const auto key : PictureKeys()) lclEntries.push_back({std::string(key), {}});
+        for (const auto key : PictureNames()) lclEntries.push_back({std::string(key), {}});
     for (const auto& entry : lclEntries)
         if (!AddToList(entry)) AddToList({"unknown", {}}); // the numbers behind it must hold
 }

@@ -1,9 +1,10 @@
 // Shared pieces: the own translator, menus, pictures.
 #include <gtest/gtest.h>
 
+#include "controls/common/Commands.h"
 #include "controls/common/OwnTranslator.h"
 #include "controls/common/PopupMenu.h"
-#include "controls/tree/IconShapes.h"
+#include "controls/pictures/NamedPictures.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "tests/fakes/FakeWorkstation.h"
 
@@ -44,8 +45,83 @@ TEST(PopupMenu, HidesWhatHasNothingToSeparateOrToOwn) {
     EXPECT_EQ(names, "asde");
 }
 
-TEST(IconShapes, EveryPictureIsDrawnAtEverySizeInItsColours) {
-    for (const auto key : PictureKeys())
+namespace {
+
+struct Desk {
+    bool open = false, wide = false;
+    std::vector<std::string> done;
+    bool HasRight(std::string_view right) const { return right != "Burn"; }
+};
+using Row = Command<Desk>;
+constexpr auto whenOpen = [](const Desk& desk, const CommandId&) -> CommandState {
+    return {true, desk.open};
+};
+constexpr auto note = [](Desk& desk, const CommandId& id) {
+    desk.done.push_back(std::string(id.name) + std::to_string(id.index));
+};
+constexpr Row deskRows[] = {
+    {.name = "view", .kind = CommandKind::Owner, .tooltip = "View", .rule = whenOpen},
+    {.name = "wide",
+     .caption = "Wide",
+     .kind = CommandKind::Toggle,
+     .depth = 1,
+     .key = Ctrl('W'),
+     .rule = [](const Desk& desk, const CommandId&) -> CommandState {
+         return {true, true, desk.wide};
+     },
+     .action = note},
+    {.name = "burn", .caption = "Burn", .right = "Burn", .key = Key(keys::del), .action = note},
+    {.name = "later", .caption = "Later", .key = Key(keys::f5), .offered = false, .action = note},
+    {.name = "open",
+     .count = 3,
+     .text =
+         [](const Desk&, const CommandId& id) {
+             return id.index < 2 ? "Open " + std::to_string(id.index) : std::string();
+         },
+     .action = note},
+};
+
+} // namespace
+
+TEST(Commands, MenuToolbarAndKeysRefuseAlike) {
+    Desk desk;
+    const Commands<Desk> commands{std::span<const Row>(deskRows)};
+    EXPECT_FALSE(commands.Run(desk, {"wide"})) << "its owner is shut";
+    EXPECT_FALSE(commands.Run(desk, {"burn"})) << "no right";
+    EXPECT_FALSE(commands.Run(desk, {"later"}));
+    EXPECT_FALSE(commands.Run(desk, {"open", 2})) << "there is none of that index now";
+    EXPECT_FALSE(commands.Run(desk, {"open", -1}));
+    EXPECT_FALSE(commands.Run(desk, {"nothing"}));
+    desk.open = desk.wide = true;
+    EXPECT_TRUE(commands.Run(desk, {"Wide"}));
+    EXPECT_TRUE(commands.Run(desk, {"open", 1}));
+    EXPECT_EQ(desk.done, (std::vector<std::string>{"wide0", "open1"}));
+    EXPECT_EQ(commands.Of(Ctrl('W'))->name, "wide");
+    EXPECT_EQ(commands.Of(Key('W')), nullptr);
+    EXPECT_EQ(commands.Of(Key(keys::f5)), nullptr) << "a key without its command is the host's";
+    const auto menu = commands.Menu(desk, {}, "view");
+    ASSERT_EQ(menu.size(), 1U);
+    EXPECT_TRUE(menu[0].checked);
+    EXPECT_EQ(menu[0].depth, 0);
+    EXPECT_EQ(menu[0].shortcut, "Ctrl+W");
+    const auto bar = commands.Bar(desk, {});
+    ASSERT_EQ(bar.size(), 4U);
+    EXPECT_FALSE(bar[1].enabled);
+    EXPECT_FALSE(bar[2].visible);
+}
+
+TEST(PopupMenu, EveryEntryHasALetterOfItsOwn) {
+    PopupMenu menu{{"a", 0, "Knippen"},   {"b", 0, "Kopieren"}, {"c", 0, "Kopieren k"},
+                   {"d", 0, "\xC3\xA9k"}, {"e", 0, "Opties"},   {"f", 0, "Knop", 1}};
+    std::string letters;
+    for (const auto& entry : VisibleEntries(menu))
+        letters +=
+            entry.mnemonic < 0 ? '?' : entry.caption[static_cast<std::size_t>(entry.mnemonic)];
+    EXPECT_EQ(letters, "Kop?tK");
+}
+
+TEST(Pictures, EveryPictureIsDrawnAtEverySizeInItsColours) {
+    for (const auto key : PictureNames())
         for (const int size : {16, 20, 24, 32}) {
             const auto picture = DrawPicture(key, size);
             ASSERT_EQ(picture.pixels.size(), static_cast<std::size_t>(size) * size);
@@ -56,7 +132,7 @@ TEST(IconShapes, EveryPictureIsDrawnAtEverySizeInItsColours) {
                 clear += alpha == 0;
                 EXPECT_LE((pixel >> 16) & 255, alpha) << "colours are multiplied by alpha";
             }
-            EXPECT_GT(opaque, size * size / 4) << key << size;
+            EXPECT_GT(opaque, size * size / 5) << key << size;
             EXPECT_GT(clear, size) << key << size;
         }
     for (const auto pixel : DrawPicture("closedtab", 16, {true, 0x00FF00, 0x000000}).pixels)

@@ -336,6 +336,10 @@ TEST_F(Binder, ArrangesItsChildrenByLayoutAndRemembersTheSplitter) {
     };
     EXPECT_EQ(marked(), "mnutreeleftviewerright") << "the one in use before any was chosen";
     binder->MenuChosen({"mnutreeonly", 0, {}});
+    EXPECT_EQ(shown(), std::pair(true, true))
+        << "refused with its button, while no dossier is open";
+    ASSERT_EQ(Open("key"), 0);
+    binder->MenuChosen({"mnutreeonly", 0, {}});
     EXPECT_EQ(shown(), std::pair(true, false));
     EXPECT_EQ(marked(), "mnutreeonly");
     binder->MenuChosen({"mnudoconly", 0, {}});
@@ -354,7 +358,7 @@ TEST_F(Binder, ArrangesItsChildrenByLayoutAndRemembersTheSplitter) {
 TEST_F(Binder, EnablesItsButtonsByDossierAndRights) {
     const auto enabled = [&](std::string_view key) {
         for (const auto& state : binder->Toolbar())
-            if (state.button->key == key) return state.visible && state.enabled;
+            if (state.name == key) return state.visible && state.enabled;
         return false;
     };
     EXPECT_FALSE(enabled("Nextdoc"));
@@ -369,7 +373,9 @@ TEST_F(Binder, EnablesItsButtonsByDossierAndRights) {
     binder->SetShowAddButton(false);
     EXPECT_FALSE(enabled("NewSep"));
     binder->ButtonClicked("Nextdoc"); // nothing to go to: no harm
-    EXPECT_TRUE(machine.messages.shown.empty());
+    binder->ButtonClicked("New");
+    binder->MenuChosen({"mnuNew", 0, {}});
+    EXPECT_TRUE(machine.messages.shown.empty()) << "what the toolbar refuses, its menu refuses";
 }
 
 TEST_F(Binder, LooksIntoTheScanQueueWithoutAskingInVain) {

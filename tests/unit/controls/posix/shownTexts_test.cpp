@@ -11,7 +11,6 @@
 #include <set>
 #include <vector>
 
-#include "controls/binder/Toolbar.h"
 #include "data/schema/translations.h"
 #include "platform/text.h"
 
@@ -135,40 +134,33 @@ struct Shown : testing::Test {
 } // namespace
 
 TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
-    Texts tooltips, captions, menu;
-    for (const auto& button : controls::ToolbarTable()) tooltips.emplace_back(button.tooltip);
-    for (const auto& entry : controls::ToolbarMenuTable()) captions.emplace_back(entry.caption);
     std::string factTitles;
+    std::size_t rows = 0;
     EachSource("controls", [&](const std::string& source, const std::string& where) {
-        const std::regex row(R"re(\{"mnu\w+", ("[^"]*"))re");
-        for (std::sregex_iterator it(source.begin(), source.end(), row), end; it != end; ++it)
-            if (where.ends_with("ctrlTreeMenu.cpp")) menu.push_back(Literals((*it)[1].str()).at(0));
+        // Tables of commands name their texts.
+        const std::regex text(R"re(\.(caption|tooltip|checkedTooltip)\s*=\s*("[^"]*"))re");
+        for (std::sregex_iterator it(source.begin(), source.end(), text), end; it != end; ++it) {
+            Expect(Literals((*it)[2].str()).at(0), where);
+            ++rows;
+        }
         if (source.find(" factTitles[] =") != std::string::npos) factTitles = source;
     });
-    EXPECT_GE(tooltips.size(), 8u);
-    EXPECT_GE(captions.size(), 8u);
-    EXPECT_GE(menu.size(), 20u);
+    EXPECT_GE(rows, 40u);
     const Texts titles = InitialisersOf("factTitles", factTitles);
     EXPECT_GE(titles.size(), 4u);
     const std::map<std::string, Texts> texts = {
-        {"button.tooltip", tooltips},
-        {"row.caption",
-         [&] {
-             Texts both = captions;
-             both.insert(both.end(), menu.begin(), menu.end());
-             return both;
-         }()},
-        {"title", titles}, // of factTitles
-        {"names[i]", {}},  // the user's own, or Text("Nieuwe map") and its like
-        {"caption", {}},   // handed on by ShowError
-        {"text", {}},      // handed on by Tell and by the translation of the data layer
+        {"title", titles},       // of factTitles
+        {"names[position]", {}}, // the user's own, or Text("Nieuwe map") and its like
+        {"caption", {}},         // handed on by ShowError
+        {"text", {}},            // handed on by Tell and by the translation of the data layer
     };
     const std::regex call(R"((Text|Tell|Translate|ShowError)\()");
     EachSource("controls", [&](const std::string& source, const std::string& where) {
         Read(source, where, call, 0, texts);
     });
-    for (const char* known : {"Melding viewer", "Knippen", "Vorig document", "Nieuwe notitie",
-                              "Geen authorisatie", "(aflopend)", "Grootte", "Alleen boom"})
+    for (const char* known :
+         {"Melding viewer", "Knippen", "Vorig document", "Nieuwe notitie", "Geen authorisatie",
+          "(aflopend)", "Grootte", "Alleen boom", "Verberg checklist"})
         EXPECT_TRUE(checked.count(known)) << known << " was not seen";
 }
 

@@ -1,4 +1,5 @@
-#include "controls/binder/ToolbarPictures.h"
+// The buttons of toolbars.
+#include "controls/pictures/NamedPictures.h"
 
 namespace kavidex::controls {
 
@@ -37,11 +38,7 @@ constexpr Layer next[] = {
      {{{14.5F, 8}, {8, 2}, {8, 5.8F}, {1.5F, 5.8F}, {1.5F, 10.2F}, {8, 10.2F}, {8, 14}}}},
 };
 
-struct Row {
-    std::string_view button;
-    std::span<const Layer> layers;
-};
-constexpr Row rows[] = {
+constexpr NamedPicture rows[] = {
     {"New", newItem},
     {"WindowPlacement", placement},
     {"Prevdoc", previous},
@@ -50,10 +47,6 @@ constexpr Row rows[] = {
 
 } // namespace
 
-std::span<const PictureLayer> ToolbarPicture(std::string_view button) {
-    for (const auto& row : rows)
-        if (row.button == button) return row.layers;
-    return {};
-}
+std::span<const NamedPicture> ToolbarPictures() { return rows; }
 
 } // namespace kavidex::controls

@@ -1,12 +1,11 @@
-#include "controls/binder/win32/ToolbarWindow.h"
+#include "controls/common/win32/ToolbarWindow.h"
 
 #include <algorithm>
 
-#include "controls/binder/ToolbarPictures.h"
-#include "controls/binder/ctrlCorrespondence.h"
 #include "controls/common/win32/Look.h"
-#include "controls/common/win32/PictureIcon.h"
 #include "controls/common/win32/TrackMenu.h"
+#include "controls/pictures/NamedPictures.h"
+#include "controls/pictures/win32/PictureIcon.h"
 #include "platform/win32/Owner.h"
 #include "platform/win32/Variant.h"
 
@@ -14,23 +13,35 @@ namespace kavidex::controls::win32 {
 
 namespace {
 
-constexpr int firstCommand = 100; // plus the position in the table
+constexpr int firstCommand = 100; // plus the position among the items
 constexpr int iconUnits = 20;
 
-int CommandOf(std::string_view key) {
-    const auto table = ToolbarTable();
-    for (std::size_t i = 0; i < table.size(); ++i)
-        if (table[i].key == key) return firstCommand + static_cast<int>(i);
-    return -1;
+BYTE StyleOf(CommandKind kind) {
+    switch (kind) {
+    case CommandKind::Separator: return BTNS_SEP;
+    case CommandKind::Owner: return BTNS_BUTTON | BTNS_WHOLEDROPDOWN | BTNS_AUTOSIZE;
+    case CommandKind::Toggle: return BTNS_CHECK | BTNS_AUTOSIZE;
+    default: return BTNS_BUTTON | BTNS_AUTOSIZE;
+    }
 }
 
-const ToolbarButton* ButtonOf(int command) {
-    const auto index = static_cast<std::size_t>(command - firstCommand);
-    return command >= firstCommand && index < ToolbarTable().size() ? &ToolbarTable()[index]
-                                                                    : nullptr;
+HICON ButtonIcon(const ToolbarItem& item, int size) {
+    if (item.picture.empty()) return nullptr;
+    return IconOf(DrawPicture(item.picture, size, SystemColours(COLOR_BTNTEXT, COLOR_BTNFACE)));
 }
 
 } // namespace
+
+int ToolbarWindow::CommandOf(std::string_view name) const {
+    for (std::size_t i = 0; i < lclItems.size(); ++i)
+        if (lclItems[i].name == name) return firstCommand + static_cast<int>(i);
+    return -1;
+}
+
+const ToolbarItem* ToolbarWindow::ItemOf(int command) const {
+    const auto index = static_cast<std::size_t>(command - firstCommand);
+    return command >= firstCommand && index < lclItems.size() ? &lclItems[index] : nullptr;
+}
 
 HWND ToolbarWindow::Create(HWND parent, int id) {
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
@@ -60,16 +71,14 @@ void ToolbarWindow::BuildLook(int dpi) {
     lclDpi = dpi;
     const int size = Scaled(iconUnits, dpi);
     const HIMAGELIST list = ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 4, 4);
+    lclItems = lclSource.Toolbar();
     std::vector<int> images;
-    for (const auto& button : ToolbarTable()) {
-        const auto layers = ToolbarPicture(button.key);
+    for (const auto& item : lclItems) {
         int image = I_IMAGENONE;
-        if (!layers.empty())
-            if (const HICON icon =
-                    IconOf(DrawLayers(layers, size, SystemColours(COLOR_BTNTEXT, COLOR_BTNFACE)))) {
-                image = ImageList_ReplaceIcon(list, -1, icon);
-                DestroyIcon(icon);
-            }
+        if (const HICON icon = ButtonIcon(item, size)) {
+            image = ImageList_ReplaceIcon(list, -1, icon);
+            DestroyIcon(icon);
+        }
         images.push_back(image);
     }
     SendMessageW(lclWindow, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(list));
@@ -79,18 +88,13 @@ void ToolbarWindow::BuildLook(int dpi) {
     }
     std::vector<TBBUTTON> buttons;
     for (std::size_t i = 0; i < images.size(); ++i) {
-        const auto& row = ToolbarTable()[i];
+        const auto kind = lclItems[i].kind;
         TBBUTTON button{};
         button.idCommand = firstCommand + static_cast<int>(i);
-        button.iBitmap = images[i];
+        button.iBitmap = kind == CommandKind::Separator ? Scaled(8, dpi) : images[i];
         button.fsState = TBSTATE_ENABLED;
-        button.fsStyle = static_cast<BYTE>(
-            row.kind == ButtonKind::Separator  ? BTNS_SEP
-            : row.kind == ButtonKind::DropDown ? BTNS_BUTTON | BTNS_WHOLEDROPDOWN | BTNS_AUTOSIZE
-            : row.kind == ButtonKind::Toggle   ? BTNS_CHECK | BTNS_AUTOSIZE
-                                               : BTNS_BUTTON | BTNS_AUTOSIZE);
+        button.fsStyle = StyleOf(kind);
         button.iString = -1;
-        if (row.kind == ButtonKind::Separator) button.iBitmap = Scaled(8, dpi);
         buttons.push_back(button);
     }
     SendMessageW(lclWindow, TB_ADDBUTTONSW, buttons.size(),
@@ -101,10 +105,10 @@ void ToolbarWindow::BuildLook(int dpi) {
 
 void ToolbarWindow::ShowButtons() {
     if (!lclWindow || !lclFilled) return;
-    const auto states = lclLogic.Toolbar();
-    lclTooltips.assign(states.size(), {});
-    for (std::size_t i = 0; i < states.size(); ++i) {
-        const auto& state = states[i];
+    lclItems = lclSource.Toolbar();
+    lclTooltips.assign(lclItems.size(), {});
+    for (std::size_t i = 0; i < lclItems.size(); ++i) {
+        const auto& state = lclItems[i];
         lclTooltips[i] = platform::win32::ToWide(state.tooltip);
         TBBUTTONINFOW info{};
         info.cbSize = sizeof info;
@@ -134,12 +138,12 @@ bool ToolbarWindow::CanTakeFocus() const {
 }
 
 int ToolbarWindow::NextEnabled(int from, int step) const {
-    const auto count = static_cast<int>(ToolbarTable().size());
+    const auto count = static_cast<int>(lclItems.size());
     for (int i = from + step; i >= 0 && i < count; i += step) {
         const auto state =
             SendMessageW(lclWindow, TB_GETSTATE, static_cast<WPARAM>(firstCommand + i), 0);
         if (state != -1 && (state & TBSTATE_ENABLED) && !(state & TBSTATE_HIDDEN) &&
-            ToolbarTable()[static_cast<std::size_t>(i)].kind != ButtonKind::Separator)
+            lclItems[static_cast<std::size_t>(i)].kind != CommandKind::Separator)
             return i;
     }
     return -1;
@@ -164,13 +168,12 @@ bool ToolbarWindow::Key(WPARAM key) {
     case VK_HOME:
     case VK_END: {
         const int edge = key == VK_HOME ? NextEnabled(-1, 1)
-                                        : NextEnabled(static_cast<int>(ToolbarTable().size()), -1);
+                                        : NextEnabled(static_cast<int>(lclItems.size()), -1);
         SendMessageW(lclWindow, TB_SETHOTITEM, static_cast<WPARAM>(edge), 0);
         return true;
     }
     case VK_DOWN:
-        if (const auto* button = ButtonOf(firstCommand + hot);
-            button && button->kind == ButtonKind::DropDown)
+        if (const auto* item = ItemOf(firstCommand + hot); item && item->kind == CommandKind::Owner)
             Command(firstCommand + hot);
         return true;
     case VK_SPACE:
@@ -182,7 +185,12 @@ bool ToolbarWindow::Key(WPARAM key) {
 }
 
 void ToolbarWindow::Command(int id) {
-    if (const auto* button = ButtonOf(id)) lclLogic.ButtonClicked(button->key);
+    const auto* item = ItemOf(id);
+    if (!item) return;
+    const auto clicked = *item; // the items may be others afterwards
+    lclSource.ButtonClicked(clicked.name);
+    // As its state is, not as the click left it.
+    if (clicked.kind == CommandKind::Toggle) ShowButtons();
 }
 
 std::optional<std::size_t> ToolbarWindow::ShowMenu(const PopupMenu& menu, std::string_view button) {
@@ -253,14 +261,11 @@ LRESULT ToolbarWindow::Handle(UINT message, WPARAM w, LPARAM l) {
 }
 
 void ToolbarWindow::Draw(HDC device, const RECT& place, int dpi,
-                         const std::vector<ButtonState>& buttons) {
+                         const std::vector<ToolbarItem>& items) {
     const int size = Scaled(iconUnits, dpi);
     int left = place.left + Scaled(6, dpi);
-    for (const auto& state : buttons) {
-        const auto layers = ToolbarPicture(state.button->key);
-        if (!state.visible || layers.empty()) continue;
-        const HICON icon =
-            IconOf(DrawLayers(layers, size, SystemColours(COLOR_BTNTEXT, COLOR_BTNFACE)));
+    for (const auto& item : items) {
+        const HICON icon = item.visible ? ButtonIcon(item, size) : nullptr;
         if (!icon) continue;
         DrawIconEx(device, left, place.top + Scaled(4, dpi), icon, size, size, 0, nullptr,
                    DI_NORMAL);

@@ -1,4 +1,4 @@
-#include "controls/common/Pictures.h"
+#include "controls/pictures/Pictures.h"
 
 #include <cmath>
 

@@ -1,4 +1,4 @@
-#include "controls/common/win32/PictureIcon.h"
+#include "controls/pictures/win32/PictureIcon.h"
 
 #include <algorithm>
 #include <vector>

@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "controls/common/Pictures.h"
+#include "controls/pictures/Pictures.h"
 
 namespace kavidex::controls::win32 {
 

@@ -1,6 +1,5 @@
-#include "controls/tree/IconShapes.h"
-
-#include <span>
+// The items of a folder tree.
+#include "controls/pictures/NamedPictures.h"
 
 namespace kavidex::controls {
 
@@ -54,28 +53,13 @@ constexpr Layer unknown[] = {
     {0x7A7A7A, false, false, 3, {{{9.5F, 2}, {13, 5.5F}, {9.5F, 5.5F}}}},
 };
 
-struct Row {
-    std::string_view key;
-    std::span<const Layer> layers;
-};
-constexpr Row rows[] = {
+constexpr NamedPicture rows[] = {
     {"closedtab", closedTab}, {"opentab", openTab},           {"attachtment", note},
     {"Users", users},         {"SelectedUser", selectedUser}, {"unknown", unknown},
 };
 
 } // namespace
 
-std::vector<std::string_view> PictureKeys() {
-    std::vector<std::string_view> keys;
-    for (const auto& row : rows) keys.push_back(row.key);
-    return keys;
-}
-
-Picture DrawPicture(std::string_view key, int size, const PictureColours& colours) {
-    std::span<const Layer> layers = unknown;
-    for (const auto& row : rows)
-        if (row.key == key) layers = row.layers;
-    return DrawLayers(layers, size, colours);
-}
+std::span<const NamedPicture> ItemPictures() { return rows; }
 
 } // namespace kavidex::controls

@@ -1,4 +1,4 @@
-// The binder's toolbar as a native one, with pictures of ours and full use by keyboard.
+// A native toolbar over any control's items, with pictures of ours and full use by keyboard.
 #pragma once
 
 #include <optional>
@@ -11,18 +11,14 @@
 #include <commctrl.h>
 
 #include "controls/common/PopupMenu.h"
+#include "controls/common/Toolbar.h"
 #include "controls/common/win32/GdiObject.h"
-
-namespace kavidex::controls {
-class ctrlCorrespondence;
-struct ButtonState;
-} // namespace kavidex::controls
 
 namespace kavidex::controls::win32 {
 
 class ToolbarWindow {
 public:
-    explicit ToolbarWindow(ctrlCorrespondence& logic) : lclLogic(logic) {}
+    explicit ToolbarWindow(ToolbarSource& source) : lclSource(source) {}
     ToolbarWindow(const ToolbarWindow&) = delete;
     ToolbarWindow& operator=(const ToolbarWindow&) = delete;
 
@@ -31,7 +27,7 @@ public:
     void Forget(); // the parent is gone
 
     void BuildLook(int dpi); // pictures and sizes for that resolution
-    void ShowButtons();      // visibility, enabling, tooltips
+    void ShowButtons();      // visibility, enabling, state, tooltips
     int Height() const;
     void Place(int width);
 
@@ -43,8 +39,7 @@ public:
     LRESULT Notified(NMHDR& header);
 
     // For drawing without a window.
-    static void Draw(HDC device, const RECT& place, int dpi,
-                     const std::vector<ButtonState>& buttons);
+    static void Draw(HDC device, const RECT& place, int dpi, const std::vector<ToolbarItem>& items);
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
@@ -54,12 +49,16 @@ private:
     void MoveHot(int step);
     int NextEnabled(int from, int step) const; // -1: none that way
 
-    ctrlCorrespondence& lclLogic;
+    int CommandOf(std::string_view name) const;
+    const ToolbarItem* ItemOf(int command) const; // null: none
+
+    ToolbarSource& lclSource;
     HWND lclWindow = nullptr;
     GdiObject<HIMAGELIST> lclImages;
     int lclDpi = 96;
     bool lclFilled = false, lclMenuOpen = false;
-    std::vector<std::wstring> lclTooltips; // by position in the table
+    std::vector<ToolbarItem> lclItems;     // as they were shown last
+    std::vector<std::wstring> lclTooltips; // by position
 };
 
 } // namespace kavidex::controls::win32

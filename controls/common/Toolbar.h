@@ -1,0 +1,33 @@
+// A toolbar as its window is to show it, and the port through which the window tells of clicks.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace kavidex::controls {
+
+enum class CommandKind {
+    Push,
+    Toggle, // stays down while its state is checked
+    Owner,  // opens what it owns: a sub menu, or what drops down from a button
+    Separator
+};
+
+struct ToolbarItem {
+    std::string_view name;
+    CommandKind kind = CommandKind::Push;
+    std::string_view picture{}; // of the icon store; empty: none
+    bool visible = true, enabled = true, pressed = false;
+    std::string tooltip{}; // translated
+};
+
+class ToolbarSource {
+public:
+    virtual ~ToolbarSource() = default;
+    // Always the same items in the same order, hidden ones included.
+    virtual std::vector<ToolbarItem> Toolbar() = 0;
+    virtual void ButtonClicked(std::string_view name) = 0;
+};
+
+} // namespace kavidex::controls
