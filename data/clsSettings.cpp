@@ -5,7 +5,6 @@
 
 #include "data/modData.h"
 #include "platform/Log.h"
-#include "platform/Messages.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
 
@@ -201,20 +200,6 @@ std::int32_t clsSettings::Id() {
         lclWorkstation.log.Write("clsSettings.Id", error.what());
         return 0;
     }
-}
-
-std::string DocumentRoot(const platform::Workstation& workstation, const ConnectionPtr& connection,
-                         const Translation& translation) {
-    clsSettings settings(workstation);
-    settings.SetDbConnection(connection);
-    std::string root;
-    if (!settings.GetSetting("Storage", "DocumentPath", root)) {
-        workstation.messages.Show(
-            {.text = Translated(translation, "DocumentPath in section Storage not found")});
-        return {};
-    }
-    if (root.empty() || root.back() != '\\') root += '\\';
-    return root;
 }
 
 } // namespace kavidex::data

@@ -6,7 +6,6 @@
 #include <string_view>
 
 #include "data/Connection.h"
-#include "data/Texts.h"
 
 namespace kavidex::platform {
 struct Workstation;
@@ -55,10 +54,5 @@ private:
     ConnectionPtr lclConnection;
     RecordsetPtr lclRecordset;
 };
-
-// The root folder of the document files (section "Storage", key "DocumentPath"), ending in a
-// backslash; empty, after a message box, when the setting is not there.
-std::string DocumentRoot(const platform::Workstation& workstation, const ConnectionPtr& connection,
-                         const Translation& translation = {});
 
 } // namespace kavidex::data

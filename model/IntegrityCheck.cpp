@@ -5,10 +5,10 @@
 #include <unordered_map>
 #include <unordered_set>
 
-#include "data/clsSettings.h"
 #include "model/Store.h"
 #include "model/clsItemCol.h"
 #include "model/storePath.h"
+#include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
@@ -19,20 +19,11 @@ namespace {
 using Id = std::int64_t;
 
 constexpr std::string_view faultNames[] = {
-    "document without file",
-    "file without document",
-    "item without document",
-    "document without item",
-    "extra information without document",
-    "item without parent",
-    "item out of reach",
-    "tree without root",
-    "tree without dossier",
-    "relation without tree",
-    "relation without key",
-    "ids out of pair",
-    "row without working id",
-    "working id used twice",
+    "document without file", "document out of the store", "file without document",
+    "item without document", "document without item",     "extra information without document",
+    "item without parent",   "item out of reach",         "tree without root",
+    "tree without dossier",  "relation without tree",     "relation without key",
+    "ids out of pair",       "row without working id",    "working id used twice",
 };
 
 struct Document {
@@ -54,12 +45,9 @@ class Check {
 public:
     Check(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
           std::string_view storeRoot)
-        : lclWorkstation(workstation), lclStore(connection), lclRoot(storeRoot) {
-        data::clsSettings settings(workstation);
-        settings.SetDbConnection(connection);
-        if (lclRoot.empty()) settings.GetSetting("Storage", "DocumentPath", lclRoot);
-        lclRoot = WithBackslash(lclRoot);
-    }
+        : lclWorkstation(workstation), lclStore(connection),
+          lclRoot(storeRoot.empty() ? FindStore(workstation, connection).value_or("")
+                                    : WithBackslash(storeRoot)) {}
 
     std::vector<Finding> Run() {
         ReadDocuments();
@@ -117,12 +105,24 @@ private:
                     if (marked) lclMarked.insert(key);
                     if (marked || !WorkingId(key, docId, "tblDocument", taken)) return;
                     const auto number = static_cast<std::int32_t>(std::abs(docId));
-                    Document document{key, DocumentPath("", TrimmedText(row.Get(2)), type, number),
+                    Document document{key, PathOf(key, TrimmedText(row.Get(2)), type, number),
                                       key > 0 && docId > 0,
                                       platform::EqualAsciiNoCase(type, itemTypes::note)};
                     lclFiles.insert(platform::LowerCase(document.path));
                     lclDocuments.emplace(std::abs(docId), std::move(document));
                 });
+    }
+
+    // Below the store's root; empty for one that would lie elsewhere.
+    std::string PathOf(Id key, const std::string& date, const std::string& type,
+                       std::int32_t number) {
+        try {
+            return DocumentPath("", date, type, number);
+        } catch (const platform::Error& error) {
+            Found(Fault::DocumentOutOfStore, key,
+                  "document " + Number(number) + ": " + error.what());
+            return {};
+        }
     }
 
     void ReadTrees() {
@@ -211,7 +211,8 @@ private:
             if (!document.inTree)
                 Found(Fault::DocumentWithoutItem, document.key, "document " + Number(id));
             // A note's file is made when the note is first saved.
-            if (!document.note && !lclWorkstation.files.FileExists(lclRoot + document.path))
+            if (!document.note && !document.path.empty() &&
+                !lclWorkstation.files.FileExists(lclRoot + document.path))
                 Found(Fault::DocumentWithoutFile, document.key,
                       "document " + Number(id) + ": " + lclRoot + document.path);
         }
@@ -304,7 +305,7 @@ private:
 
     const platform::Workstation& lclWorkstation;
     const Store lclStore;
-    std::string lclRoot;
+    const std::string lclRoot;
     std::vector<Finding> lclFindings;
     std::unordered_map<Id, Document> lclDocuments; // by DocId without sign
     std::unordered_set<std::string> lclFiles;      // paths that belong to a document, lower case

@@ -17,6 +17,7 @@ namespace kavidex::model {
 
 enum class Fault {
     DocumentWithoutFile,
+    DocumentOutOfStore,  // its date or type leads elsewhere
     FileWithoutDocument, // also what an interrupted copy left behind
     ItemWithoutDocument,
     DocumentWithoutItem,

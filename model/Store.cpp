@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "data/Error.h"
+#include "data/clsSettings.h"
 #include "data/modData.h"
 #include "platform/Workstation.h"
 #include "platform/modCreateGuid.h"
@@ -86,6 +87,23 @@ void SetNumber(data::Recordset& row, std::string_view column, std::int64_t numbe
     data::Value value;
     value.emplace<std::int64_t>(number);
     row.Set(row.IndexOf(column), value);
+}
+
+std::optional<std::string> ReadSetting(const platform::Workstation& workstation,
+                                       const data::ConnectionPtr& connection,
+                                       std::string_view section, std::string_view key) {
+    std::string value;
+    {
+        data::clsSettings settings(workstation); // which converts an old table on its way
+        settings.SetDbConnection(connection);
+        if (settings.GetSetting(section, key, value)) return value;
+    }
+    const data::RecordsetPtr row =
+        Store(connection)
+            .Read("Select * from tblSettings where Section = " + data::SqlValue(section) +
+                  " and sKey = " + data::SqlValue(key));
+    if (row->Eof()) return std::nullopt;
+    return TrimmedText(row->Get("Value"));
 }
 
 std::string NewGuid(const platform::Workstation& workstation) {

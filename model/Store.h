@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -53,6 +54,12 @@ std::int32_t InsertRow(const Store& store, const NewRow& row,
                        const std::function<void(data::Recordset&, std::int32_t key)>& complete);
 
 void SetNumber(data::Recordset& row, std::string_view column, std::int64_t number);
+
+// An installation's setting, read through the settings store; none when there is no such row.
+// Throws data::Error when it could not be read, which the settings store takes for "none".
+std::optional<std::string> ReadSetting(const platform::Workstation& workstation,
+                                       const data::ConnectionPtr& connection,
+                                       std::string_view section, std::string_view key);
 
 std::string NewGuid(const platform::Workstation& workstation); // throws platform::Error
 

@@ -1,7 +1,6 @@
 #include "model/clsDocument.h"
 
 #include "data/Error.h"
-#include "data/clsSettings.h"
 #include "data/modData.h"
 #include "model/Store.h"
 #include "model/storePath.h"
@@ -21,10 +20,23 @@ constexpr std::string_view markedDescription = "Document allready exists";
 clsDocument::clsDocument(const platform::Workstation& workstation)
     : RecordClass(workstation, "tblDocument", "Section Runtime Error $%$", "clsDocument") {}
 
+std::string clsDocument::Columns() const {
+    return "select Id, ExternalId, InsertedBy, InsertDate, InsertTime, Description, ReadOnly, "
+           "Type, DocId FROM " +
+           TableName();
+}
+
+bool clsDocument::Load(std::int32_t docId) {
+    const data::RecordsetPtr rows = Store(DbConnection())
+                                        .Read(Columns() + " WHERE DocId = " + Number(docId) +
+                                              " and Id > 0"); // a deleted row has its key negated
+    if (rows->Eof()) return false;
+    ReadRow(*rows);
+    return true;
+}
+
 std::string clsDocument::SelectStatement() const {
-    std::string statement = "select Id, ExternalId, InsertedBy, InsertDate, InsertTime, "
-                            "Description, ReadOnly, Type, DocId FROM " +
-                            TableName();
+    std::string statement = Columns();
     statement += lclCriteria.empty() ? " WHERE tbldocument.Docid = " + Number(lclId)
                                      : " WHERE " + lclCriteria;
     if (!Ordering().empty()) statement += " order by " + Ordering();
@@ -64,8 +76,7 @@ void clsDocument::LoadExtraInfo() {
 }
 
 std::string clsDocument::BaseFolder() const {
-    if (lclBaseSaveDirectory.empty())
-        return data::DocumentRoot(Machine(), DbConnection(), Translation());
+    if (lclBaseSaveDirectory.empty()) return StoreOrTold(Machine(), DbConnection(), Translation());
     return WithBackslash(lclBaseSaveDirectory);
 }
 
@@ -80,14 +91,8 @@ std::string clsDocument::MakePath(std::string_view base, std::int32_t id) const 
 }
 
 std::string clsDocument::MakeTypeFolder(std::string_view base) const {
-    // Either could lead out of the store.
-    for (const std::string& name : {lclInsertDate, lclDocType})
-        if (!name.empty() && !platform::IsFileName(name))
-            throw platform::Error(platform::errors::invalidArgument,
-                                  "\"" + name + "\" cannot be a folder of the document store.",
-                                  "clsDocument");
     std::string folder = TypeFolder(base, lclInsertDate, lclDocType);
-    if (!Machine().files.DirectoryExists(folder)) Machine().files.CreateDirectories(folder);
+    MakeStoreFolder(Machine(), base, folder);
     return folder;
 }
 
@@ -130,6 +135,7 @@ void clsDocument::InsertNewRow() {
     transaction.Commit();
 
     lclId = lclExtraInfoOf = id;
+    if (lclAllreadyExists) lclMarkedId = id;
     if (lclDocId == 0) lclDocId = id;
     lclExtraInfoId = lclSendTo.empty() && lclRecievedFrom.empty() ? 0 : -1;
 }
@@ -193,10 +199,13 @@ bool clsDocument::DeleteCurrentRow() {
         if (lclId < 1) // minus a negative number would bring the document back, or read as a remark
             throw data::Error(data::errors::badEof, "There is no current document.", "clsDocument");
         const Store store(DbConnection());
+        if (lclId < 0)
+            throw platform::Error(platform::errors::notFound, "The document is deleted already.",
+                                  "clsDocument");
         const std::int32_t extraInfo = ExtraInfoId(lclId);
         const std::string id = Number(lclId);
         Transaction transaction(store);
-        store.Write("update " + TableName() + " set Id = -" + id + " where Id = " + id);
+        TakeOutRow();
         store.Write("delete from " + TableName() + "uplink where serverrefId = " + id);
         if (extraInfo > 0)
             store.Write("delete from tblDocExtraInfo WHERE Id = " + Number(extraInfo));
@@ -206,31 +215,58 @@ bool clsDocument::DeleteCurrentRow() {
     });
 }
 
-void clsDocument::MakeDayFolder() {
-    if (lclBaseSaveDirectory.empty()) lclBaseSaveDirectory = BaseFolder();
-    if (lclBaseSaveDirectory.empty())
-        throw platform::Error(platform::errors::pathNotFound,
-                              "There is no document store to copy to.", "clsDocument");
-    MakeDateFolder(Machine(), lclBaseSaveDirectory);
+// Where the key column cannot be written (SQL Server, Access), the row is taken out of the look-ups
+// by its working id instead, as every other soft-deleted row is.
+void clsDocument::TakeOutRow() {
+    const Store store(DbConnection());
+    const std::string id = Number(lclId), row = " where Id = " + id;
+    try {
+        store.Write("update " + TableName() + " set Id = -" + id + row);
+    } catch (const data::Error& error) {
+        Machine().log.Write("clsDocument.DeleteCurrentRow", error.what());
+    }
+    if (!store.Read("Select Id from " + TableName() + row)->Eof())
+        store.Write("update " + TableName() + " set DocId = -DocId" + row + " and DocId > 0");
 }
 
-std::string clsDocument::CopyIn(std::string_view source, bool failIfExists) {
-    MakeDayFolder();
-    std::string target = MakePath(BaseFolder(), lclDocId);
-    Machine().files.Copy(source, target, failIfExists);
-    return target;
+bool clsDocument::FindBase() {
+    if (lclBaseSaveDirectory.empty()) lclBaseSaveDirectory = BaseFolder();
+    return !lclBaseSaveDirectory.empty();
+}
+
+// A file that no document has, or another one.
+void clsDocument::RefuseForeignFile() const {
+    if (lclDocId <= 0)
+        throw platform::Error(platform::errors::invalidArgument,
+                              "The document is not in the database, so it can have no file.",
+                              "clsDocument");
+    if (lclDocId == lclMarkedId)
+        throw platform::Error(platform::errors::alreadyExists,
+                              "The store already holds a file " + Number(lclDocId) +
+                                  ", which is not this document's.",
+                              "clsDocument");
 }
 
 std::string clsDocument::CopyAside(std::string_view source) {
-    MakeDayFolder();
-    return Machine().files.CopyAside(source, MakeTypeFolder(BaseFolder()));
+    const std::string base = BaseFolder();
+    MakeDateFolder(Machine(), base);
+    return Machine().files.CopyAside(source, MakeTypeFolder(base));
 }
 
 void clsDocument::PutInPlace(std::string_view copy) { Machine().files.Rename(copy, StorePath()); }
 
 bool clsDocument::AddDocument(std::string_view source, bool failIfExists, bool deleteSource) {
     return Guarded("AddDocument", [&] {
-        const std::string target = CopyIn(source, failIfExists);
+        RefuseForeignFile();
+        if (!FindBase()) return false;
+        MakeDateFolder(Machine(), lclBaseSaveDirectory);
+        const std::string target = MakePath(BaseFolder(), lclDocId);
+        try {
+            Machine().files.Copy(source, target, failIfExists);
+        } catch (const platform::Error& error) {
+            Machine().log.Write("clsDocument.AddDocument", error.what());
+            return false;
+        }
         // The document is filed by now, whatever becomes of its source.
         if (deleteSource)
             Guarded("AddDocument", [&] {
@@ -243,10 +279,11 @@ bool clsDocument::AddDocument(std::string_view source, bool failIfExists, bool d
 
 bool clsDocument::CreateEmptyDoc(std::string& path) {
     return Guarded("CreateEmptyDoc", [&] {
-        const std::string base =
-            BaseFolder(); // asked once, since it tells the user what is missing
-        if (lclBaseSaveDirectory.empty()) lclBaseSaveDirectory = base;
-        if (!base.empty()) MakeDateFolder(Machine(), base);
+        if (lclDocId != 0) RefuseForeignFile();
+        // Asked once, since it tells the user what is missing.
+        const bool found = FindBase();
+        const std::string base = found ? BaseFolder() : std::string();
+        if (found) MakeDateFolder(Machine(), base);
         path = MakePath(base, lclDocId);
         return !platform::Trim(path).empty();
     });
@@ -254,7 +291,7 @@ bool clsDocument::CreateEmptyDoc(std::string& path) {
 
 std::string MakeDateFolder(const platform::Workstation& workstation, std::string_view path) {
     std::string folder = WithBackslash(path) + platform::DateNumber(workstation.clock.Now());
-    if (!workstation.files.DirectoryExists(folder)) workstation.files.CreateDirectories(folder);
+    MakeStoreFolder(workstation, path, folder);
     return folder;
 }
 

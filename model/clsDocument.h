@@ -75,22 +75,27 @@ public:
     // by AllreadyExists.
     bool SaveNewRow() override;
     bool UpdateCurrentRow() override;
-    // Negates the row's Id; the file stays.
+    // Negates the row's Id, or its DocId where the engine refuses the former; the file stays.
     bool DeleteCurrentRow() override;
     bool AllreadyExists() const { return lclAllreadyExists; }
 
-    // Copies the file into the store as this document's file; true when it was copied. The source
-    // is deleted only after the copy is whole and as long as the source.
+    // Copies the file into the store as this document's file; true when it was copied. A copy that
+    // fails is false and a line in the log, without a message. The source is deleted only after the
+    // copy is seen to be another file with the same bytes.
     bool AddDocument(std::string_view source, bool failIfExists, bool deleteSource);
     // Where this document's file belongs; the folder of the day is made, no file is written.
     bool CreateEmptyDoc(std::string& path);
 
-    // What SaveNewRow and AddDocument do, for callers that tell failures their own way: these
-    // throw. CopyIn gives the file's path in the store.
+    // The living row with this working id, for callers that tell failures their own way: false when
+    // there is none, throws data::Error when it could not be read.
+    bool Load(std::int32_t docId);
+    bool HasExtraInfo() const { return lclExtraInfoOf == lclDocId && lclExtraInfoId != 0; }
+
+    // What SaveNewRow does, for callers that tell failures their own way: this throws.
     void InsertNewRow();
-    std::string CopyIn(std::string_view source, bool failIfExists);
-    // The two halves of CopyIn, for a document that has no number before its file is in the store:
-    // a copy under a temporary name, whose path is given, then its final name, never one in use.
+    // The two halves of AddDocument, for a document that has no number before its file is in the
+    // store: a copy under a temporary name, whose path is given, then its final name, never one in
+    // use.
     std::string CopyAside(std::string_view source);
     void PutInPlace(std::string_view copy);
     // Takes back what InsertNewRow wrote, for a document that could not be completed. Throws.
@@ -111,7 +116,10 @@ private:
     std::string BaseFolder() const;
     std::string MakePath(std::string_view base, std::int32_t id) const;
     std::string MakeTypeFolder(std::string_view base) const;
-    void MakeDayFolder(); // throws platform::Error without a store
+    std::string Columns() const;
+    bool FindBase(); // false, and told to the user, without a store
+    void RefuseForeignFile() const;
+    void TakeOutRow();
     void LoadExtraInfo();
     void InsertExtraInfo();
     std::int32_t ExtraInfoId(std::int32_t document);
@@ -129,6 +137,7 @@ private:
     std::string lclGuid; // of the row that this object inserted
     ExtraSizes lclExtraSizes;
     bool lclAllreadyExists = false;
+    std::int32_t lclMarkedId = 0; // of the row that was marked: its file is another document's
 };
 
 // Makes the folder named by today's date (yyyymmdd) under `path`, and returns it.

@@ -4,7 +4,6 @@
 #include <array>
 #include <utility>
 
-#include "data/clsSettings.h"
 #include "data/modData.h"
 #include "model/Store.h"
 #include "model/clsDocument.h"
@@ -105,8 +104,7 @@ private:
     void FindStore() {
         std::string base = lclRequest.baseSaveDirectory;
         if (base.empty())
-            base =
-                data::DocumentRoot(lclWorkstation, lclTree.DbConnection(), lclTree.Translation());
+            base = StoreOrTold(lclWorkstation, lclTree.DbConnection(), lclTree.Translation());
         if (base.empty())
             throw platform::Error(platform::errors::pathNotFound, "There is no document store.");
         lclDocument.SetBaseSaveDirectory(base);

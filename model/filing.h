@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "model/MailInfo.h"
 #include "model/clsItem.h"
 
 namespace kavidex::platform {
@@ -15,11 +16,6 @@ struct Workstation;
 namespace kavidex::model {
 
 class clsTree;
-
-struct MailInfo {
-    std::string sendTo, recievedFrom, sendOn, recievedOn;
-    std::int32_t numberOfAttatchements = 0;
-};
 
 struct FilingRequest {
     std::string source;            // full path of the file

@@ -1,11 +1,29 @@
 #include "model/storePath.h"
 
+#include "model/Store.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
+#include "platform/Messages.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
 
 namespace kavidex::model {
+
+std::optional<std::string> FindStore(const platform::Workstation& workstation,
+                                     const data::ConnectionPtr& connection) {
+    const auto root = ReadSetting(workstation, connection, "Storage", "DocumentPath");
+    if (!root || root->empty()) return std::nullopt;
+    return WithBackslash(*root);
+}
+
+std::string StoreOrTold(const platform::Workstation& workstation,
+                        const data::ConnectionPtr& connection,
+                        const data::Translation& translation) {
+    if (auto root = FindStore(workstation, connection)) return std::move(*root);
+    workstation.messages.Show(
+        {.text = data::Translated(translation, "DocumentPath in section Storage not found")});
+    return {};
+}
 
 std::string WithBackslash(std::string_view folder) {
     std::string result(folder);
@@ -14,6 +32,12 @@ std::string WithBackslash(std::string_view folder) {
 }
 
 std::string TypeFolder(std::string_view base, std::string_view date, std::string_view type) {
+    for (const std::string_view name : {date, type})
+        if (!name.empty() && !platform::IsFileName(name))
+            throw platform::Error(platform::errors::invalidArgument,
+                                  "\"" + std::string(name) +
+                                      "\" cannot be a folder of the document store.",
+                                  "clsDocument");
     return std::string(base).append(date).append("\\").append(type);
 }
 
@@ -26,16 +50,26 @@ std::string DocumentPath(std::string_view base, std::string_view date, std::stri
         .append(type);
 }
 
+void MakeStoreFolder(const platform::Workstation& workstation, std::string_view base,
+                     std::string_view folder) {
+    if (workstation.files.DirectoryExists(folder)) return;
+    if (!workstation.files.DirectoryExists(base))
+        throw platform::Error(platform::errors::pathNotFound,
+                              "The document store \"" + std::string(base) + "\" is not there.",
+                              "clsDocument");
+    workstation.files.CreateDirectories(folder);
+}
+
 void RemoveCopied(const platform::Workstation& workstation, std::string_view source,
                   std::string_view copy) {
-    const auto plain = [](std::string_view path) { return platform::Replace(path, "/", "\\"); };
-    if (platform::EqualNoCase(plain(source), plain(copy)))
+    platform::Files& files = workstation.files;
+    if (files.SameFile(source, copy))
         throw platform::Error(platform::errors::invalidArgument,
                               std::string(source) + " is the stored file itself.");
-    if (!workstation.files.SameBytes(source, copy))
+    if (!files.SameBytes(source, copy))
         throw platform::Error(platform::errors::fail, std::string(source) + " is kept: its copy " +
                                                           std::string(copy) + " differs from it.");
-    workstation.files.Remove(source);
+    files.Remove(source);
 }
 
 } // namespace kavidex::model

@@ -40,6 +40,9 @@ public:
 
     virtual std::uint64_t Size(std::string_view path) = 0;
     virtual bool SameBytes(std::string_view path, std::string_view other) = 0;
+    // Whether both name one file, however they are spelled (links, short names, shares). Throws when
+    // it cannot tell.
+    virtual bool SameFile(std::string_view path, std::string_view other) = 0;
     virtual std::uint32_t Attributes(std::string_view path) = 0;
     virtual void SetAttributes(std::string_view path, std::uint32_t attributes) = 0;
 

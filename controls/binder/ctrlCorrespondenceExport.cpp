@@ -3,8 +3,8 @@
 
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/tree/ctrlTree.h"
-#include "controls/viewer/DocumentPanel.h"
 #include "model/clsItem.h"
+#include "model/documentFile.h"
 #include "platform/BusyDialog.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
@@ -46,6 +46,7 @@ std::int32_t ctrlCorrespondence::Copy(const std::vector<std::shared_ptr<model::c
                                       std::string_view folder,
                                       std::vector<std::string>& copies) const {
     auto& files = lclWorkstation.files;
+    model::DocumentFiles documents(lclWorkstation, DbConnection());
     std::int32_t failures = 0;
     platform::BusyScope busy(lclWorkstation.busy, Text("Documenten exporteren"), "");
     int done = 0;
@@ -53,16 +54,18 @@ std::int32_t ctrlCorrespondence::Copy(const std::vector<std::shared_ptr<model::c
         busy.Progress(done++, static_cast<int>(items.size()));
         if (item->AllowChildren() || item->ItemId() <= 0) continue;
         busy.Text(Text("Documenten exporteren"), item->Description());
-        const auto source = lclViewer->PathOf(item);
-        if (platform::EqualNoCase(item->ItemType(), "nnt") && !files.FileExists(source))
-            continue; // a note in which nothing was written
+        const auto document = documents.Of(*item);
+        const bool note = platform::EqualNoCase(item->ItemType(), "nnt");
+        if (note && document.outcome == model::DocumentLook::FileMissing)
+            continue; // one in which nothing was written
         try {
+            if (!document.HasFile()) throw platform::Error(document.number, document.error);
             const auto stem = platform::JoinPath(folder, FileNameOf(item->Description()));
-            const auto extension = "." + platform::Extension(source);
+            const auto extension = "." + platform::Extension(document.path);
             auto target = stem + extension;
             for (int n = 1; files.FileExists(target) || files.DirectoryExists(target); ++n)
                 target = stem + " (" + std::to_string(n) + ")" + extension;
-            files.Copy(source, target, true);
+            files.Copy(document.path, target, true);
             copies.push_back(target);
         } catch (const platform::Error& error) {
             lclWorkstation.log.Write("ExportFiles", error.what());

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <unordered_map>
 
-#include "data/clsSettings.h"
 #include "data/modData.h"
-#include "model/clsDocument.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "platform/Error.h"
@@ -31,6 +29,14 @@ std::string SortKey(std::string_view date, std::string_view time) {
     };
     return padded(date) + padded(time);
 }
+
+// Whether it could not be found out if the file is there.
+bool Failed(const model::DocumentFile& file) {
+    return file.outcome == model::DocumentLook::ReadFailed ||
+           file.outcome == model::DocumentLook::LookFailed;
+}
+
+bool IsMissing(const model::DocumentFile& file) { return !file.HasFile() && !Failed(file); }
 
 } // namespace
 
@@ -145,9 +151,9 @@ void DocumentPanel::ShowItem(const ItemPtr& document) {
     lclContent = PanelContent::Document;
     lclItem = document;
     lclDocuments.clear();
-    ReadFacts();
+    const auto file = ReadFacts();
     ContentChanged();
-    if (lclFacts.missing && lclWindow) TellMissing();
+    if (lclWindow && (lclFacts.missing || Failed(file))) TellUnusable(file, "ShowItem");
 }
 
 void DocumentPanel::Refresh() {
@@ -189,49 +195,31 @@ void DocumentPanel::ReadRows(std::vector<DocumentRow>& rows) const {
     }
 }
 
-std::string DocumentPanel::PathOf(const ItemPtr& document) const {
-    if (!document || document->ItemId() <= 0 || !lclConnection) return {};
-    // Asked for here, so that an installation without a store is not told with every selection.
-    data::clsSettings settings(lclWorkstation);
-    settings.SetDbConnection(lclConnection);
-    std::string root;
-    if (!settings.GetSetting("Storage", "DocumentPath", root) || root.empty()) return {};
-    if (root.back() != '\\') root += '\\';
-    model::clsDocument record(lclWorkstation);
-    record.SetTranslation(TranslationBy(lclTranslator));
-    record.SetDatabaseObject(lclConnection);
-    record.SetBaseSaveDirectory(root);
-    record.SetCriteria("tblDocument.DocId = " + std::to_string(document->ItemId()));
-    if (!record.OpenDataSource() || record.Eof() || !record.LoadData()) return {};
-    try {
-        return record.StorePath();
-    } catch (const platform::Error& error) {
-        lclWorkstation.log.Write("PathOf", error.what());
-        return {};
-    }
+model::DocumentFile DocumentPanel::FileOf(const ItemPtr& document) const {
+    if (!document || !lclConnection) return {};
+    return model::FindDocumentFile(lclWorkstation, lclConnection, *document);
 }
 
-void DocumentPanel::ReadFacts() {
+model::DocumentFile DocumentPanel::ReadFacts() {
+    auto file = FileOf(lclItem);
     lclFacts = {};
     auto& row = lclFacts.row;
     row.id = lclItem->Id();
     row.documentId = lclItem->ItemId();
     row.description = lclItem->Description();
     row.type = lclItem->ItemType();
-    std::vector<DocumentRow> rows{row};
-    ReadRows(rows);
-    row = rows.front();
-    lclFacts.path = PathOf(lclItem);
+    row.insertedBy = file.insertedBy;
+    row.insertedOn = InsertMoment(file.insertDate, file.insertTime);
+    row.sortKey = SortKey(file.insertDate, file.insertTime);
+    lclFacts.path = file.path;
     // A note has no file until something is written in it.
-    lclFacts.missing = lclFacts.path.empty() || !lclWorkstation.files.FileExists(lclFacts.path);
-    if (lclFacts.missing && platform::EqualNoCase(platform::Trim(row.type), "nnt"))
-        lclFacts.missing = false;
-    else if (!lclFacts.missing)
-        try {
-            lclFacts.size = SizeText(lclWorkstation.files.Size(lclFacts.path));
-        } catch (const platform::Error& error) {
-            lclWorkstation.log.Write("ReadFacts", error.what());
-        }
+    lclFacts.missing = IsMissing(file) && !platform::EqualNoCase(platform::Trim(row.type), "nnt");
+    try {
+        if (file.HasFile()) lclFacts.size = SizeText(lclWorkstation.files.Size(file.path));
+    } catch (const platform::Error& error) {
+        lclWorkstation.log.Write("ReadFacts", error.what());
+    }
+    return file;
 }
 
 std::string DocumentPanel::ColumnTitle(PanelColumn column) const {
@@ -266,9 +254,17 @@ void DocumentPanel::Sort() {
                      });
 }
 
-void DocumentPanel::TellMissing() const {
+void DocumentPanel::TellUnusable(const model::DocumentFile& file, std::string_view routine) const {
+    if (Failed(file)) return TellError(file.number, file.error, routine);
     lclWorkstation.messages.Show({Text(missingText), Text("Melding viewer"), platform::Buttons::Ok,
                                   platform::Icon::Critical});
+}
+
+void DocumentPanel::TellError(std::int32_t number, std::string_view words,
+                              std::string_view routine) const {
+    lclWorkstation.messages.Show({std::to_string(number) + " " + std::string(words),
+                                  Text("Error in $%$", {std::string(routine)}),
+                                  platform::Buttons::Ok, platform::Icon::Critical});
 }
 
 void DocumentPanel::OpenDefault() {
@@ -276,18 +272,16 @@ void DocumentPanel::OpenDefault() {
 }
 
 bool DocumentPanel::OpenDefault(const ItemPtr& document) {
-    const auto path = PathOf(document);
-    if (path.empty() || !lclWorkstation.files.FileExists(path)) {
-        TellMissing();
+    const auto file = FileOf(document);
+    if (!file.HasFile()) {
+        TellUnusable(file, "OpenDefault");
         return false;
     }
     try {
-        lclWorkstation.shell.OpenDefault(path);
+        lclWorkstation.shell.OpenDefault(file.path);
         return true;
     } catch (const platform::Error& error) {
-        lclWorkstation.messages.Show({std::to_string(error.Number()) + " " + error.what(),
-                                      Text("Error in $%$", {"OpenDefault"}), platform::Buttons::Ok,
-                                      platform::Icon::Critical});
+        TellError(error.Number(), error.what(), "OpenDefault");
         return false;
     }
 }

@@ -14,6 +14,7 @@
 #include "controls/common/Event.h"
 #include "controls/common/Translator.h"
 #include "data/Connection.h"
+#include "model/documentFile.h"
 
 namespace kavidex::platform {
 struct Workstation;
@@ -35,9 +36,9 @@ struct DocumentRow {
 
 struct DocumentFacts {
     DocumentRow row;
-    std::string path; // empty when the store is not set up
-    std::string size; // "12,3 kB"; empty when there is no file
-    bool missing = false;
+    std::string path;     // empty when the store is not set up
+    std::string size;     // "12,3 kB"; empty when there is no file
+    bool missing = false; // what could not be looked for is not missing
 };
 
 enum class PanelContent { Nothing, Folder, Document };
@@ -96,8 +97,7 @@ public:
     bool OpenDefault(const ItemPtr& document);
     void RowActivated(std::size_t row); // double click or Enter in the list
 
-    // Full path of the document's file, empty when the store is not set up or there is no row.
-    std::string PathOf(const ItemPtr& document) const;
+    model::DocumentFile FileOf(const ItemPtr& document) const;
 
     Event<std::int32_t> DocumentChosen; // a document of the list, by the id of its tree item
 
@@ -106,10 +106,12 @@ public:
 
 private:
     void ReadRows(std::vector<DocumentRow>& rows) const;
-    void ReadFacts();
+    model::DocumentFile ReadFacts();
     void Sort();
     void ContentChanged();
-    void TellMissing() const;
+    // Why a document's file cannot be used: that it is not there, or the error of `routine`.
+    void TellUnusable(const model::DocumentFile& file, std::string_view routine) const;
+    void TellError(std::int32_t number, std::string_view words, std::string_view routine) const;
 
     const platform::Workstation& lclWorkstation;
     data::ConnectionPtr lclConnection;

@@ -168,6 +168,12 @@ bool PosixFiles::SameBytes(std::string_view path, std::string_view other) {
            platform::SameBytes(reader(file, path), reader(otherFile, other));
 }
 
+bool PosixFiles::SameFile(std::string_view path, std::string_view other) {
+    constexpr std::string_view action = "compare";
+    const FileInfo info = InfoOf(path, action), otherInfo = InfoOf(other, action);
+    return info.st_dev == otherInfo.st_dev && info.st_ino == otherInfo.st_ino;
+}
+
 std::uint32_t PosixFiles::Attributes(std::string_view path) {
     const FileInfo info = InfoOf(path, "find the attributes of");
     std::uint32_t bits = 0;

@@ -17,6 +17,7 @@ public:
     void Remove(std::string_view path) override;
     std::uint64_t Size(std::string_view path) override;
     bool SameBytes(std::string_view path, std::string_view other) override;
+    bool SameFile(std::string_view path, std::string_view other) override;
     std::uint32_t Attributes(std::string_view path) override;
     void SetAttributes(std::string_view path, std::uint32_t attributes) override;
     std::string ReadAll(std::string_view path) override;

@@ -34,8 +34,9 @@ void RefuseReadOnly(std::string_view path, std::string_view action) {
 }
 
 // Whoever else works with the file is not kept from it.
-FileHandle OpenForReading(std::string_view path, std::string_view action) {
-    constexpr DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD withAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+
+FileHandle OpenForReading(std::string_view path, std::string_view action, DWORD sharing = withAll) {
     FileHandle file(CreateFileW(Checked(path, action).c_str(), GENERIC_READ, sharing, nullptr,
                                 OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     if (!file) Fail(GetLastError(), action, path);
@@ -166,6 +167,33 @@ bool WindowsFiles::SameBytes(std::string_view path, std::string_view other) {
     const FileHandle file = OpenForReading(path, action), otherFile = OpenForReading(other, action);
     return SizeOf(file.Get(), path, action) == SizeOf(otherFile.Get(), other, action) &&
            platform::SameBytes(reader(file, path), reader(otherFile, other));
+}
+
+bool WindowsFiles::SameFile(std::string_view path, std::string_view other) {
+    constexpr std::string_view action = "compare";
+    const auto identity = [&](std::string_view name) {
+        BY_HANDLE_FILE_INFORMATION info{};
+        const FileHandle file = OpenForReading(name, action);
+        if (!GetFileInformationByHandle(file.Get(), &info)) Fail(GetLastError(), action, name);
+        return info;
+    };
+    const auto info = identity(path), otherInfo = identity(other);
+    if (info.nFileSizeHigh != otherInfo.nFileSizeHigh ||
+        info.nFileSizeLow != otherInfo.nFileSizeLow)
+        return false;
+    const bool known = info.nFileIndexHigh != 0 || info.nFileIndexLow != 0;
+    if (known && info.dwVolumeSerialNumber == otherInfo.dwVolumeSerialNumber)
+        return info.nFileIndexHigh == otherInfo.nFileIndexHigh &&
+               info.nFileIndexLow == otherInfo.nFileIndexLow;
+    // Two shares of one disk may tell two serial numbers, and some servers none at all; but a file
+    // that is held alone cannot be opened under its other name.
+    const FileHandle alone = OpenForReading(path, action, 0);
+    const FileHandle second(CreateFileW(Checked(other, action).c_str(), GENERIC_READ, withAll,
+                                        nullptr, OPEN_EXISTING, 0, nullptr));
+    if (second) return false;
+    if (const DWORD cause = GetLastError(); cause != ERROR_SHARING_VIOLATION)
+        Fail(cause, action, other);
+    return true;
 }
 
 std::uint32_t WindowsFiles::Attributes(std::string_view path) {

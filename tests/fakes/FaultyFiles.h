@@ -57,6 +57,10 @@ public:
         Count("SameBytes", path, other);
         return lclReal.SameBytes(path, other);
     }
+    bool SameFile(std::string_view path, std::string_view other) override {
+        Count("SameFile", path, other);
+        return lclReal.SameFile(path, other);
+    }
     std::uint32_t Attributes(std::string_view path) override {
         Count("Attributes", path);
         return lclReal.Attributes(path);

@@ -23,6 +23,7 @@ Demand cn.State = 1, "the control closed a connection that is not its own"
 Dim settings : Set settings = CreateObject("Kavidex.clsSettings")
 Set settings.DbConnection = cn
 settings.SetSetting "Storage", "DocumentPath", folder
+fso.CreateFolder folder & "\store"
 settings.SetSetting "Storage", "DocumentPath", folder & "\store"
 Demand settings.GetSetting("Storage", "DocumentPath", value), "the setting is not found"
 Demand value = folder & "\store", "the setting is " & value

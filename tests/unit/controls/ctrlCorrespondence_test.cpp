@@ -135,7 +135,7 @@ TEST_F(Binder, FilesDocumentsUnderTheirNamesWhateverTheyHold) {
     EXPECT_EQ(binder->ContainsDocuments("txt"), 1);
     const auto item = binder->treCorr().Tree()->GetItem(0, "O'Brien (100%) déjà");
     ASSERT_NE(item, nullptr);
-    EXPECT_TRUE(machine.files.FileExists(binder->Viewer().PathOf(item)));
+    EXPECT_TRUE(binder->Viewer().FileOf(item).HasFile());
     EXPECT_FALSE(machine.busy.open);
     EXPECT_FALSE(machine.busy.progress.empty());
     binder = Make();

@@ -164,14 +164,3 @@ TEST_F(clsSettingsTest, FindsNothingWithoutAConnection) {
     settings.SetSetting("A", "B", "C");
     EXPECT_FALSE(settings.GetSetting("A", "B", value));
 }
-
-TEST_F(clsSettingsTest, GivesTheDocumentRootOrSaysThatThereIsNone) {
-    EXPECT_EQ(DocumentRoot(machine, connection), "");
-    ASSERT_EQ(machine.messages.shown.size(), 1u);
-    EXPECT_EQ(machine.messages.shown[0].text, "DocumentPath in section Storage not found");
-    settings.SetSetting("Storage", "DocumentPath", "C:\\docs");
-    EXPECT_EQ(DocumentRoot(machine, connection), "C:\\docs\\");
-    settings.SetSetting("Storage", "DocumentPath", "C:\\docs\\");
-    EXPECT_EQ(DocumentRoot(machine, connection), "C:\\docs\\");
-    EXPECT_EQ(machine.messages.shown.size(), 1u);
-}

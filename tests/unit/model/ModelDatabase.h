@@ -36,6 +36,7 @@ protected:
         UpgradeToCurrent(machine, database);
         data::clsSettings settings(machine);
         settings.SetDbConnection(database);
+        machine.files.CreateDirectories(Store());
         settings.SetSetting("Storage", "DocumentPath", Store());
         machine.messages.shown.clear();
         connection = std::make_shared<FaultyConnection>(database);

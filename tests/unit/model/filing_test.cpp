@@ -94,7 +94,7 @@ TEST_F(Filing, RefusesClearlyAndWritesNothing) {
         EXPECT_TRUE(result.error.starts_with(request.source + ": ")) << result.error;
         EXPECT_TRUE(machine.files.FileExists(machine.Path("a.tif")));
         EXPECT_EQ(Documents(), 0u);
-        EXPECT_FALSE(machine.files.DirectoryExists(Store()));
+        EXPECT_TRUE(machine.files.List(Store(), "*", true).empty());
         return result.number;
     };
     using namespace platform;
@@ -105,6 +105,9 @@ TEST_F(Filing, RefusesClearlyAndWritesNothing) {
     EXPECT_EQ(attempt([&](auto& r) { r.folderId = 0; }), errors::notFound);
     EXPECT_EQ(attempt([&](auto& r) { r.folderId = leaf->Id(); }), errors::invalidArgument);
     EXPECT_EQ(attempt([&](auto& r) { r.folderId = gone->Id(); }), errors::notFound);
+    EXPECT_EQ(attempt([&](auto& r) { r.baseSaveDirectory = machine.Path("unmounted"); }),
+              errors::pathNotFound);
+    EXPECT_FALSE(machine.files.DirectoryExists(machine.Path("unmounted")));
     Sql("Delete from tblSettings where Section = 'Storage'");
     EXPECT_EQ(attempt([&](auto&) {}), errors::pathNotFound);
 }
@@ -156,7 +159,8 @@ TEST_F(Filing, CopiesBeforeTheDatabaseIsLocked) {
     std::string calls;
     for (const std::string& call : machine.files.calls)
         calls += call.substr(0, call.find(' ')) + " ";
-    EXPECT_EQ(calls, "CreateDirectories CreateDirectories CopyAside Rename SameBytes Remove ");
+    EXPECT_EQ(calls, "CreateDirectories CreateDirectories CopyAside Rename SameFile SameBytes "
+                     "Remove ");
 }
 
 TEST_F(Filing, KeepsASourceThatChangedMeanwhile) {

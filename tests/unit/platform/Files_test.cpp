@@ -111,6 +111,20 @@ TEST_F(FilesTest, ComparesFilesByteForByte) {
               errors::notFound);
 }
 
+TEST_F(FilesTest, KnowsOneFileUnderEveryName) {
+    const std::string path = Path("een"), folder = machine.Folder();
+    files.WriteAll(path, "abc");
+    files.WriteAll(Path("twee"), "abc");
+    std::vector<std::string> aliases = {path, folder + "\\\\een", folder + "\\.\\een"};
+#ifdef _WIN32
+    aliases.push_back("\\\\?\\" + path);
+    aliases.push_back(Path("EEN"));
+#endif
+    for (const std::string& alias : aliases) EXPECT_TRUE(files.SameFile(alias, path)) << alias;
+    EXPECT_FALSE(files.SameFile(Path("twee"), path)) << "the same bytes are another file";
+    EXPECT_EQ(Failure([&] { files.SameFile(path, Path("niet")); }, Path("niet")), errors::notFound);
+}
+
 TEST(Paths, NamesOfDevicesAreKnown) {
     for (const char* const name :
          {"CON", "nul", "Aux.txt", "com1", "LPT9.a.b", "con .txt", "COM\xC2\xB9", "CONIN$"})

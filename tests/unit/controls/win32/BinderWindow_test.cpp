@@ -23,6 +23,7 @@ protected:
         binder.SetDbConnection(data::EmbeddedDatabase::CreateInMemory());
         data::clsSettings settings(machine);
         settings.SetDbConnection(binder.DbConnection());
+        machine.files.CreateDirectories(machine.Path("store"));
         settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
         host = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW, 0, 0, 900, 700, nullptr,
                                nullptr, nullptr, nullptr);
