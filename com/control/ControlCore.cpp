@@ -3,8 +3,8 @@
 #include <commctrl.h>
 #include <olectl.h>
 
-#include "com/control/ActivationScope.h"
 #include "com/control/Metrics.h"
+#include "platform/win32/ActivationScope.h"
 #include "platform/win32/Late.h"
 
 namespace kavidex::com {
@@ -90,7 +90,7 @@ HRESULT ControlCore::MakeActive(const RECT* given) {
     lclInPlaceSite = std::move(site);
     HWND window = nullptr;
     {
-        const ActivationScope scope;
+        const platform::win32::ActivationScope scope;
         window = Window().Create(parent, place);
     }
     if (!window) {

@@ -4,7 +4,7 @@
 
 #include <windows.h>
 
-namespace kavidex::com {
+namespace kavidex::platform::win32 {
 
 class ActivationScope {
 public:
@@ -18,4 +18,4 @@ private:
     bool lclActive = false;
 };
 
-} // namespace kavidex::com
+} // namespace kavidex::platform::win32

@@ -1,22 +1,18 @@
-#include "com/control/ActivationScope.h"
+#include "platform/win32/ActivationScope.h"
 
-#include <string>
+#include "platform/win32/Owner.h"
 
-#include "com/Module.h"
-
-namespace kavidex::com {
+namespace kavidex::platform::win32 {
 
 namespace {
 
 // Made once and kept while the library is loaded.
 HANDLE Context() {
     static const HANDLE context = [] {
-        const std::wstring path = ModulePath();
         ACTCTXW description{};
         description.cbSize = sizeof description;
         description.dwFlags = ACTCTX_FLAG_RESOURCE_NAME_VALID | ACTCTX_FLAG_HMODULE_VALID;
-        description.lpSource = path.c_str();
-        description.hModule = ThisModule();
+        description.hModule = OwnModule();
         description.lpResourceName = MAKEINTRESOURCEW(2);
         return CreateActCtxW(&description);
     }();
@@ -38,4 +34,4 @@ ActivationScope::~ActivationScope() {
     if (lclActive) DeactivateActCtx(0, lclCookie);
 }
 
-} // namespace kavidex::com
+} // namespace kavidex::platform::win32
