@@ -145,10 +145,24 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
         }
         if (source.find(" factTitles[] =") != std::string::npos) factTitles = source;
     });
+    // Forms: the rows of fields, the captions of layouts, the headings of columns.
+    EachSource("controls", [&](const std::string& source, const std::string& where) {
+        const std::regex captioned(
+            R"re((Kind::\w+,\s*\{[^}]*\},|\bLayout \w+\s*=?\s*\{"\w+",)\s*("[^"]*"))re");
+        for (std::sregex_iterator it(source.begin(), source.end(), captioned), end; it != end; ++it)
+            ExpectAll(platform::Split(Literals((*it)[2].str()).at(0), ';'), where);
+        const std::regex table(R"re(\bColumn (\w+)\[\]\s*=)re");
+        for (std::sregex_iterator it(source.begin(), source.end(), table), end; it != end; ++it)
+            ExpectAll(InitialisersOf((*it)[1].str(), source), where);
+    });
     EXPECT_GE(rows, 40u);
     const Texts titles = InitialisersOf("factTitles", factTitles);
     EXPECT_GE(titles.size(), 4u);
     const std::map<std::string, Texts> texts = {
+        {"layout.caption", {}}, // of forms: their tables are read above
+        {"row.caption", {}},
+        {"lclField.Row().caption", {}},
+        {"lclColumns[i].caption", {}},
         {"title", titles},       // of factTitles
         {"names[position]", {}}, // the user's own, or Text("Nieuwe map") and its like
         {"caption", {}},         // handed on by ShowError

@@ -1,0 +1,143 @@
+#include "controls/forms/win32/WindowsForms.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "controls/forms/win32/FormWindow.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+#include "platform/win32/ActivationScope.h"
+#include "platform/win32/Owner.h"
+
+namespace kavidex::controls::forms::win32 {
+
+namespace {
+
+// The owner takes no input while this lives. It is given back before the dialog goes: the system
+// would else activate the window of another program.
+class OwnerDisabled {
+public:
+    explicit OwnerDisabled(HWND owner)
+        : lclOwner(owner && IsWindowEnabled(owner) ? owner : nullptr), lclFocus(GetFocus()) {
+        if (lclOwner) EnableWindow(lclOwner, FALSE);
+    }
+    ~OwnerDisabled() {
+        if (lclOwner && IsWindow(lclOwner)) EnableWindow(lclOwner, TRUE);
+    }
+    OwnerDisabled(const OwnerDisabled&) = delete;
+    OwnerDisabled& operator=(const OwnerDisabled&) = delete;
+
+    void GiveFocusBack() const {
+        if (lclOwner && IsWindow(lclOwner)) SetActiveWindow(lclOwner);
+        if (lclFocus && IsWindow(lclFocus) && IsWindowVisible(lclFocus)) SetFocus(lclFocus);
+    }
+
+private:
+    HWND lclOwner, lclFocus;
+};
+
+void Loop(Form& form, FormWindow& window) {
+    const platform::win32::ActivationScope scope; // for what is made while the form is up
+    MSG message;
+    while (!form.IsClosed() && window.Handle()) {
+        const BOOL got = GetMessageW(&message, nullptr, 0, 0);
+        if (got <= 0) {
+            // The program ends: its own loop is to see it.
+            if (got == 0) PostQuitMessage(static_cast<int>(message.wParam));
+            break;
+        }
+        const bool key = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
+        if (key && window.TranslateKey(message)) continue;
+        TranslateMessage(&message);
+        DispatchMessageW(&message);
+    }
+    if (!form.IsClosed()) form.Close(false);
+}
+
+} // namespace
+
+// A dialog that lives beside its owner, in the host's own message loop: its keys are picked from
+// there by a hook.
+struct WindowsForms::Modeless {
+    Modeless(Form& shown, const platform::Workstation& workstation)
+        : form(shown), window(shown, workstation) {
+        All().push_back(this);
+        if (!hook) hook = SetWindowsHookExW(WH_GETMESSAGE, Watch, nullptr, GetCurrentThreadId());
+    }
+    ~Modeless() {
+        std::erase(All(), this);
+        if (!All().empty() || !hook) return;
+        UnhookWindowsHookEx(hook);
+        hook = nullptr;
+    }
+    Modeless(const Modeless&) = delete;
+    Modeless& operator=(const Modeless&) = delete;
+
+    static std::vector<Modeless*>& All() {
+        static std::vector<Modeless*> all;
+        return all;
+    }
+    static LRESULT CALLBACK Watch(int code, WPARAM removed, LPARAM l) {
+        auto& message = *reinterpret_cast<MSG*>(l);
+        const bool key = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
+        if (code == HC_ACTION && removed == PM_REMOVE) {
+            const auto all = All();
+            for (auto* one : all) {
+                if (key && one->window.TranslateKey(message)) message.message = WM_NULL;
+                if (one->form.IsClosed()) one->window.Destroy();
+            }
+        }
+        return CallNextHookEx(hook, code, removed, l);
+    }
+
+    Form& form;
+    FormWindow window;
+    static HHOOK hook;
+};
+
+HHOOK WindowsForms::Modeless::hook = nullptr;
+
+WindowsForms::WindowsForms(const platform::Workstation& workstation, std::function<HWND()> owner)
+    : lclWorkstation(workstation), lclOwner(std::move(owner)) {}
+
+WindowsForms::~WindowsForms() = default;
+
+HWND WindowsForms::OwnerWindow() const {
+    const HWND window = lclOwner ? lclOwner() : nullptr;
+    if (!window || !IsWindow(window)) return platform::win32::Owner();
+    return GetAncestor(window, GA_ROOT);
+}
+
+bool WindowsForms::ShowModal(Form& form) {
+    const HWND owner = OwnerWindow();
+    FormWindow window(form, lclWorkstation);
+    const HWND dialog = window.Open(owner);
+    if (!dialog) {
+        lclWorkstation.log.Write("ShowModal", "Windows made no window for the form");
+        return false;
+    }
+    {
+        const OwnerDisabled disabled(owner);
+        ShowWindow(dialog, SW_SHOW);
+        window.TakeFocus();
+        Loop(form, window);
+        // Still before the dialog goes:
+        if (owner && IsWindow(owner)) EnableWindow(owner, TRUE);
+        ShowWindow(dialog, SW_HIDE);
+        disabled.GiveFocusBack();
+    }
+    return form.Result();
+}
+
+bool WindowsForms::ShowModeless(Form& form) {
+    std::erase_if(lclModeless, [](const auto& one) { return one->form.IsClosed(); });
+    auto shown = std::make_unique<Modeless>(form, lclWorkstation);
+    const HWND dialog = shown->window.Open(OwnerWindow());
+    if (!dialog) return false;
+    lclModeless.push_back(std::move(shown));
+    ShowWindow(dialog, SW_SHOW);
+    lclModeless.back()->window.TakeFocus();
+    return true;
+}
+
+} // namespace kavidex::controls::forms::win32
