@@ -3,6 +3,7 @@
 
 #include "data/Error.h"
 #include "data/schema/modDataBase.h"
+#include "platform/ErrorNumber.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
 #include "platform/Workstation.h"
@@ -68,7 +69,7 @@ ConnectionOpener::DbOpenConnection(std::string_view provider, std::string_view p
         Swallowing(lclWorkstation, [&] { assign(connection); });
         return result;
     } catch (const platform::Error& error) {
-        return failed(error.Number(), error.what());
+        return failed(platform::ShownNumber(error.Number()), error.what());
     } catch (const std::exception& error) {
         return failed(platform::errors::fail, error.what());
     }

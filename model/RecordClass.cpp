@@ -2,6 +2,7 @@
 
 #include "model/Store.h"
 #include "platform/Error.h"
+#include "platform/ErrorNumber.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
 #include "platform/Workstation.h"
@@ -111,7 +112,8 @@ void RecordClass::MoveNext() { MoveQuietly(&data::Recordset::MoveNext); }
 
 void RecordClass::Report(std::string_view where, const std::exception& error) const {
     const auto* const known = dynamic_cast<const platform::Error*>(&error);
-    const std::int32_t number = known ? known->Number() : platform::errors::fail;
+    const std::int32_t number =
+        known ? platform::ShownNumber(known->Number()) : platform::errors::fail;
     lclWorkstation.log.Write(lclClassName + "." + std::string(where), error.what());
     platform::Message message;
     message.caption = data::Translated(lclTranslation, lclTitle, {lclClassName});

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/Error.h"
+#include "platform/ErrorNumber.h"
 #include "platform/General.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
@@ -87,7 +88,8 @@ void TreeLoader::AddRows(data::Recordset& rows, clsItemCol& children) {
 
 void TreeLoader::Report(const std::exception& error) {
     const auto* const known = dynamic_cast<const platform::Error*>(&error);
-    const std::int32_t number = known ? known->Number() : platform::errors::fail;
+    const std::int32_t number =
+        known ? platform::ShownNumber(known->Number()) : platform::errors::fail;
     const std::string text = std::string(error.what()) + " " + Number(number);
     lclWorkstation.log.Write(routine, text);
     // A connection that is gone fails for every folder of the tree: one box tells it.

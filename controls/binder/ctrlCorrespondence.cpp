@@ -12,6 +12,7 @@
 #include "model/clsItem.h"
 #include "model/clsUserAuth.h"
 #include "platform/Error.h"
+#include "platform/ErrorNumber.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
 #include "platform/Workstation.h"
@@ -239,7 +240,8 @@ void ctrlCorrespondence::Tell(std::string_view text, const std::vector<std::stri
 // The report is for whoever looks after the system: its lines are the same in every language.
 void ctrlCorrespondence::ReportError(std::string_view where, const std::exception& error) const {
     const auto* ours = dynamic_cast<const platform::Error*>(&error);
-    std::string text = "Error # " + std::to_string(ours ? ours->Number() : platform::errors::fail);
+    std::string text = "Error # " + std::to_string(ours ? platform::ShownNumber(ours->Number())
+                                                        : platform::errors::fail);
     const auto line = [&](std::string_view marker, const std::string& value) {
         text += "\r\n" + std::string(marker) + value;
     };
@@ -249,7 +251,7 @@ void ctrlCorrespondence::ReportError(std::string_view where, const std::exceptio
     if (const auto connection = DbConnection())
         for (const auto& detail : connection->Errors()) {
             line("Error #", std::to_string(++index) + ":");
-            line("   ADO Error   #", std::to_string(detail.number));
+            line("   ADO Error   #", std::to_string(platform::ShownNumber(detail.number)));
             line("   Description  ", detail.description);
             line("   Source       ", detail.source);
         }

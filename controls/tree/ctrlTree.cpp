@@ -3,6 +3,7 @@
 #include "model/clsItem.h"
 #include "model/clsTree.h"
 #include "platform/Error.h"
+#include "platform/ErrorNumber.h"
 #include "platform/General.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
@@ -130,7 +131,7 @@ void ctrlTree::ShowError(std::string_view caption, const std::vector<std::string
                          const std::exception& error) const {
     std::string text = error.what();
     if (const auto* ours = dynamic_cast<const platform::Error*>(&error))
-        text = std::to_string(ours->Number()) + " " + text;
+        text = std::to_string(platform::ShownNumber(ours->Number())) + " " + text;
     lclWorkstation.log.Write(platform::FillPlaceholders(caption, values), text);
     lclWorkstation.messages.Show(
         {text, Text(caption, values), platform::Buttons::Ok, platform::Icon::Critical});

@@ -7,6 +7,7 @@
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "platform/Error.h"
+#include "platform/ErrorNumber.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
@@ -262,9 +263,10 @@ void DocumentPanel::TellUnusable(const model::DocumentFile& file, std::string_vi
 
 void DocumentPanel::TellError(std::int32_t number, std::string_view words,
                               std::string_view routine) const {
-    lclWorkstation.messages.Show({std::to_string(number) + " " + std::string(words),
-                                  Text("Error in $%$", {std::string(routine)}),
-                                  platform::Buttons::Ok, platform::Icon::Critical});
+    lclWorkstation.messages.Show(
+        {std::to_string(platform::ShownNumber(number)) + " " + std::string(words),
+         Text("Error in $%$", {std::string(routine)}), platform::Buttons::Ok,
+         platform::Icon::Critical});
 }
 
 void DocumentPanel::OpenDefault() {
