@@ -1,6 +1,7 @@
 // The work that assigning a connection sets off, in its order.
 #include "data/ConnectionAssignment.h"
 
+#include "data/letters.h"
 #include "data/modData.h"
 #include "data/schema/clsUpdateDb.h"
 #include "data/schema/modDataBase.h"
@@ -48,6 +49,7 @@ bool ConnectionAssignment::SetDbConnection(const ConnectionPtr& connection) {
         clsUpdateDb update(lclWorkstation, lclTranslation);
         update.SetDbConnection(connection);
         update.fncUpdateDb();
+        CheckLetters();
     } else {
         lclTemplatePath.clear();
         lclWorkstation.log.Write("DbConnection", "assigned a connection that is not open");
@@ -65,6 +67,15 @@ void ConnectionAssignment::CheckDatabase() {
         return;
     CheckAndCreateDatabase(lclWorkstation, lclConnection, *lclSettings, false, lclTranslation);
     platform::SaveRegSetting(lclWorkstation, platform::applicationName, section, key, "0");
+}
+
+// The log alone tells it: the user can do nothing, whoever looks after the database can.
+void ConnectionAssignment::CheckLetters() {
+    const std::string collation = CollationOf(lclWorkstation, lclConnection);
+    if (KeepsEveryLetter(collation)) return;
+    lclWorkstation.log.Write("DbConnection", "The database keeps its texts in " + collation +
+                                                 ": letters that this lacks are lost. Choose a "
+                                                 "collation of UTF-8.");
 }
 
 void ConnectionAssignment::ReadTemplatePath() {

@@ -45,6 +45,7 @@ public:
 
 private:
     void CheckDatabase();
+    void CheckLetters();
 
     const platform::Workstation& lclWorkstation;
     ConnectionListeners lclListeners;

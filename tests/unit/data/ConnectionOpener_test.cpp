@@ -181,6 +181,10 @@ TEST_F(OpenerTest, ShowsOtherErrorsAndAssignsNothing) {
     EXPECT_TRUE(assigned.empty());
     EXPECT_EQ(ado.calls,
               std::vector<std::string>{"1 open DRIVER={SQL Server};SERVER=server;UID=x"});
+    ado.refuse = [](const std::string&) { return errors::badEof; };
+    EXPECT_EQ(Open("sqlserver", "server"), -99);
+    EXPECT_EQ(machine.messages.shown.back().text, "3021 refused") << "as Basic counts errors";
+    machine.messages.shown.pop_back();
     ado.noAdo = true;
     EXPECT_EQ(Open("msaccess", path), -99);
     EXPECT_EQ(machine.messages.shown[1].text, "-2147221164 no such class");
@@ -241,6 +245,25 @@ TEST(ConnectionAssignment, ChecksAServerOnceWhateverComesOfIt) {
     next->answer = [](const Command&) { return MemoryRows({"Value"}, {{std::string("1.1.8")}}); };
     ConnectionAssignment(machine, {}).SetDbConnection(next);
     EXPECT_TRUE(machine.busy.shown.empty());
+}
+
+TEST(ConnectionAssignment, TellsOnceInTheLogThatLettersWillBeLost) {
+    const auto linesFor = [](const char* dbmsName, const char* collation) {
+        FakeWorkstation machine;
+        const auto server = std::make_shared<RecordingConnection>(dbmsName);
+        server->answer = [&](const Command& command) {
+            const bool asked = command.text.find("ollation") != std::string::npos;
+            return MemoryRows({"Value"}, {{std::string(asked ? collation : "1.1.8")}});
+        };
+        ConnectionAssignment(machine, {}).SetDbConnection(server);
+        return std::count_if(
+            machine.log.lines.begin(), machine.log.lines.end(),
+            [](const auto& line) { return line.what.find("are lost") != std::string::npos; });
+    };
+    EXPECT_EQ(linesFor("Microsoft SQL Server", "SQL_Latin1_General_CP1_CI_AS"), 1);
+    EXPECT_EQ(linesFor("Microsoft SQL Server", "Latin1_General_100_CI_AS_SC_UTF8"), 0);
+    EXPECT_EQ(linesFor("MySQL", "latin1_swedish_ci"), 1);
+    EXPECT_EQ(linesFor("ACCESS", "none"), 0);
 }
 
 TEST(ConnectionAssignment, NeverChecksAnAccessFileNorAClosedConnection) {
