@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "data/Error.h"
 #include "data/modData.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -28,6 +29,14 @@ std::string Where(std::string_view section, std::string_view key) {
     return "Section = " + SqlValue(section) + " and sKey = " + SqlValue(key);
 }
 
+// The text between single quotes; throws where it would end there, at a quote that is not doubled.
+std::string Bare(std::string_view text) {
+    if (platform::Replace(text, "''", "").find('\'') != std::string::npos)
+        throw Error(errors::invalidArgument,
+                    "A setting holds no single quotes: " + std::string(text), "clsSettings");
+    return "'" + std::string(text) + "'";
+}
+
 } // namespace
 
 clsSettings::clsSettings(const platform::Workstation& workstation) : lclWorkstation(workstation) {}
@@ -38,6 +47,12 @@ void clsSettings::SetDbConnection(ConnectionPtr connection) {
     CloseSettings();
     lclRecordset.reset();
     lclConnection = std::move(connection);
+    lclFailure.clear();
+}
+
+void clsSettings::Failed(std::string_view where, std::string_view what) {
+    lclFailure = what;
+    lclWorkstation.log.Write(where, what);
 }
 
 void clsSettings::CloseSettings() {
@@ -51,7 +66,8 @@ void clsSettings::CloseSettings() {
 // False when the statement was refused.
 bool clsSettings::Query(const std::string& statement) {
     CloseSettings();
-    lclRecordset = OpenRecordset(lclWorkstation, statement, lclConnection);
+    lclRecordset =
+        OpenRecordset(lclWorkstation, statement, lclConnection, CommandType::Text, &lclFailure);
     return lclRecordset->IsOpen();
 }
 
@@ -61,11 +77,15 @@ bool clsSettings::LookUp(const std::string& where) {
     const std::string statement = "Select * from tblSettings where " + where;
     const bool open = Query(statement);
     if (open && !(lclRecordset->Eof() && HasField(*lclRecordset, "Key"))) return true;
+    const std::string refused = lclFailure;
     if (!open && !Query("select * from tblsettings")) return false;
     const bool old = HasField(*lclRecordset, "Key");
-    if (old) MigrateKeyColumn();
+    if (old)
+        MigrateKeyColumn();
+    else
+        lclFailure = refused;
     CloseSettings(); // nobody walks on over rows that were only looked at
-    return old && Query(statement);
+    return lclFailure.empty() && Query(statement);
 }
 
 // The column Key goes only after every row was copied.
@@ -81,7 +101,7 @@ void clsSettings::MigrateKeyColumn() {
             lclRecordset->Update();
         }
     } catch (const std::exception& error) {
-        lclWorkstation.log.Write("clsSettings.MigrateKeyColumn", error.what());
+        Failed("clsSettings.MigrateKeyColumn", error.what());
         return;
     }
     CloseSettings();
@@ -100,7 +120,7 @@ bool clsSettings::ReadCurrent(std::string& value, std::string* section, std::str
         if (key) *key = platform::Trim(ToText(lclRecordset->Get("sKey")));
         return true;
     } catch (const std::exception& error) {
-        lclWorkstation.log.Write("clsSettings", error.what());
+        Failed("clsSettings", error.what());
         return false;
     }
 }
@@ -125,25 +145,26 @@ bool clsSettings::GetNextSetting(std::string& value) {
 }
 
 bool clsSettings::GetNextSettingLike(std::string& value, std::string& section, std::string& key) {
+    lclFailure.clear();
     try {
         if (lclRecordset && lclRecordset->IsOpen() && !lclRecordset->Eof())
             lclRecordset->MoveNext();
     } catch (const std::exception& error) {
-        lclWorkstation.log.Write("clsSettings.GetNextSetting", error.what());
+        Failed("clsSettings.GetNextSetting", error.what());
     }
     return ReadCurrent(value, &section, &key);
 }
 
+void clsSettings::Write(const std::string& statement) {
+    ExecuteSql(lclWorkstation, statement, lclConnection, nullptr, &lclFailure);
+}
+
 void clsSettings::Insert(std::string_view section, std::string_view key, std::string_view value) {
     const bool access = IsAccessConnection(lclConnection);
-    if (access || IsMySqlConnection(lclConnection)) {
-        ExecuteSql(lclWorkstation,
-                   "Insert into tblSettings (Section,sKey," +
-                       std::string(access ? "[Value]" : "Value") + ") Values(" + SqlValue(section) +
-                       ",'" + std::string(key) + "','" + std::string(value) + "')",
-                   lclConnection);
-        return;
-    }
+    if (access || IsMySqlConnection(lclConnection))
+        return Write("Insert into tblSettings (Section,sKey," +
+                     std::string(access ? "[Value]" : "Value") + ") Values(" + SqlValue(section) +
+                     "," + Bare(key) + "," + Bare(value) + ")");
     lclConnection->Open({"AddToSettings",
                          CommandType::StoredProcedure,
                          {TextParameter("Section", section), TextParameter("Key", key),
@@ -157,20 +178,17 @@ void clsSettings::SetSetting(std::string_view section, std::string_view key,
         const bool exists = !lclRecordset->Eof();
         CloseSettings();
         if (!exists) return Insert(section, key, value);
-        ExecuteSql(lclWorkstation,
-                   "update tblSettings set " +
-                       std::string(IsAccessConnection(lclConnection) ? "[Value]" : "Value") +
-                       " = '" + std::string(value) + "' WHERE  " + Where(section, key),
-                   lclConnection);
+        Write("update tblSettings set " +
+              std::string(IsAccessConnection(lclConnection) ? "[Value]" : "Value") + " = " +
+              Bare(value) + " WHERE  " + Where(section, key));
     } catch (const std::exception& error) {
-        lclWorkstation.log.Write("clsSettings.SetSetting", error.what());
+        Failed("clsSettings.SetSetting", error.what());
     }
 }
 
 void clsSettings::DeleteRows(std::string_view section, std::string_view key) {
     CloseSettings();
-    ExecuteSql(lclWorkstation, "Delete from tblSettings where " + Where(section, key),
-               lclConnection);
+    Write("Delete from tblSettings where " + Where(section, key));
 }
 
 bool clsSettings::DeleteSetting(std::string_view section, std::string_view key) {
@@ -197,7 +215,7 @@ std::int32_t clsSettings::Id() {
         }
         return id;
     } catch (const std::exception& error) {
-        lclWorkstation.log.Write("clsSettings.Id", error.what());
+        Failed("clsSettings.Id", error.what());
         return 0;
     }
 }

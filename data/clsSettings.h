@@ -14,7 +14,7 @@ struct Workstation;
 namespace kavidex::data {
 
 // One recordset, reused: the last query stays open so that the "next" members can walk on.
-// Failures read as "not found"; they leave a trace in the log only.
+// Failures read as "not found" and leave a trace in the log; Failure tells one from the other.
 class clsSettings {
 public:
     explicit clsSettings(const platform::Workstation& workstation);
@@ -25,6 +25,10 @@ public:
     void SetDbConnection(ConnectionPtr connection);
     const ConnectionPtr& DbConnection() const { return lclConnection; }
 
+    // Why the last operation could not read or write; empty where it could. "Not found" is an
+    // answer only then.
+    const std::string& Failure() const { return lclFailure; }
+
     // `value` is trimmed; empty when the row's value is null or there is no row.
     bool GetSetting(std::string_view section, std::string_view key, std::string& value);
     // The patterns bring their own wildcards.
@@ -34,7 +38,7 @@ public:
     bool GetNextSettingLike(std::string& value, std::string& section, std::string& key);
 
     // Inserts or updates. Key and value go into the statement with their single quotes as they
-    // are: a quote in them makes it fail, and the setting stays as it was.
+    // are: one that would end the text there is refused, and the setting stays as it was.
     void SetSetting(std::string_view section, std::string_view key, std::string_view value);
 
     bool DeleteSetting(std::string_view section, std::string_view key);
@@ -43,16 +47,19 @@ public:
     void CloseSettings();
 
 private:
+    void Failed(std::string_view where, std::string_view what);
     bool Query(const std::string& statement);
     bool LookUp(const std::string& where);
     void MigrateKeyColumn();
     bool ReadCurrent(std::string& value, std::string* section, std::string* key);
     void Insert(std::string_view section, std::string_view key, std::string_view value);
+    void Write(const std::string& statement);
     void DeleteRows(std::string_view section, std::string_view key);
 
     const platform::Workstation& lclWorkstation;
     ConnectionPtr lclConnection;
     RecordsetPtr lclRecordset;
+    std::string lclFailure;
 };
 
 } // namespace kavidex::data

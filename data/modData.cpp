@@ -44,8 +44,10 @@ std::string SqlBool(std::string_view text) {
 }
 
 RecordsetPtr OpenRecordset(const platform::Workstation& workstation, std::string_view statement,
-                           const ConnectionPtr& connection, CommandType type) {
+                           const ConnectionPtr& connection, CommandType type,
+                           std::string* failure) {
     Command command{std::string(statement), type, {}};
+    if (failure) failure->clear();
     try {
         if (!connection)
             throw Error(errors::objectClosed, "There is no connection.", "OpenRecordset");
@@ -54,17 +56,19 @@ RecordsetPtr OpenRecordset(const platform::Workstation& workstation, std::string
         if (RecordsetPtr rows = connection->Open(command)) return rows;
     } catch (const std::exception& error) {
         workstation.log.Write("OpenRecordset", std::string(error.what()) + ": " + command.text);
+        if (failure) *failure = error.what();
     }
     return MakeClosedRecordset();
 }
 
 std::int32_t ExecuteSql(const platform::Workstation& workstation, std::string_view statement,
-                        const ConnectionPtr& connection, RecordsetPtr* result) {
+                        const ConnectionPtr& connection, RecordsetPtr* result,
+                        std::string* failure) {
     if (!connection) return -1;
     const std::string text = IsMySqlConnection(connection)
                                  ? platform::Replace(statement, "\\", "\\\\")
                                  : std::string(statement);
-    RecordsetPtr rows = OpenRecordset(workstation, text, connection);
+    RecordsetPtr rows = OpenRecordset(workstation, text, connection, CommandType::Text, failure);
     if (result && *result) *result = std::move(rows);
     return 0;
 }

@@ -23,15 +23,18 @@ std::string SqlBool(std::string_view text);   // "0" for empty, 0..., F... and f
 
 // The one way to read: a client-side, static, optimistic recordset. On MySQL every backslash of the
 // statement is doubled. Never throws and never returns null: what fails is logged, and the
-// recordset that comes back is not open.
+// recordset that comes back is not open. `failure` receives what failed, empty when nothing did: a
+// read that failed says nothing about which rows there are.
 RecordsetPtr OpenRecordset(const platform::Workstation& workstation, std::string_view statement,
-                           const ConnectionPtr& connection, CommandType type = CommandType::Text);
+                           const ConnectionPtr& connection, CommandType type = CommandType::Text,
+                           std::string* failure = nullptr);
 
 // The one way to write, through OpenRecordset and with its rules (on MySQL each backslash reaches
 // the server as four). -1 and nothing done without a connection, else 0, whatever the engine said.
 // `result` receives the recordset when it holds one already; an empty one stays empty.
 std::int32_t ExecuteSql(const platform::Workstation& workstation, std::string_view statement,
-                        const ConnectionPtr& connection, RecordsetPtr* result = nullptr);
+                        const ConnectionPtr& connection, RecordsetPtr* result = nullptr,
+                        std::string* failure = nullptr);
 
 // 0 when there is none.
 std::int32_t GetTreeIdOfTopItem(const platform::Workstation& workstation, std::int32_t topItemId,

@@ -42,12 +42,42 @@ TEST_F(clsSettingsTest, InsertsThenUpdatesOneRow) {
                                    "'Storage' and sKey = 'DocumentPath'"));
 }
 
-TEST_F(clsSettingsTest, KeepsAnOldValueWhenAQuoteBreaksTheStatement) {
+TEST_F(clsSettingsTest, SendsNoTextThatEndsItsQuotes) {
     settings.SetSetting("O'Neil", "Key", "kept");
-    settings.SetSetting("O'Neil", "Key", "it's");
+    settings.SetSetting("Rights", "Use", "True");
+    connection->statements.clear();
+    for (const char* text : {"it's", "x' where Section = 'Rights'", "'",
+                             "''"
+                             "'"}) {
+        settings.SetSetting("O'Neil", "Key", text);
+        EXPECT_NE(settings.Failure(), "") << text;
+        settings.SetSetting("New", text, "x");
+        EXPECT_NE(settings.Failure(), "") << text;
+    }
+    EXPECT_EQ(connection->Count("nsert") + connection->Count("pdate"), 0u);
+    EXPECT_TRUE(machine.log.Has("clsSettings.SetSetting", "it's"));
     EXPECT_TRUE(settings.GetSetting("O'Neil", "Key", value));
     EXPECT_EQ(value, "kept");
-    EXPECT_TRUE(machine.log.Has("OpenRecordset", "it's"));
+    EXPECT_EQ(settings.Failure(), "");
+    settings.SetSetting("O'Neil", "Key", "it''s"); // doubled by the caller
+    EXPECT_TRUE(settings.GetSetting("O'Neil", "Key", value));
+    EXPECT_EQ(value, "it's");
+}
+
+TEST_F(clsSettingsTest, TellsAReadThatFailedFromASettingThatIsNotThere) {
+    EXPECT_FALSE(settings.GetSetting("No", "Such", value));
+    EXPECT_EQ(settings.Failure(), "");
+    connection->refuse = [](const std::string&) { return true; };
+    EXPECT_FALSE(settings.GetSetting("No", "Such", value));
+    EXPECT_NE(settings.Failure(), "");
+    settings.SetSetting("No", "Such", "x");
+    EXPECT_NE(settings.Failure(), "");
+    connection->refuse = [](const std::string& s) { return s.rfind("Insert", 0) == 0; };
+    settings.SetSetting("No", "Such", "x");
+    EXPECT_NE(settings.Failure(), "") << "a write that failed";
+    connection->refuse = nullptr;
+    settings.SetSetting("No", "Such", "x");
+    EXPECT_EQ(settings.Failure(), "");
 }
 
 TEST_F(clsSettingsTest, ReadsMissingNullAndPaddedValues) {
@@ -153,6 +183,7 @@ TEST_F(clsSettingsTest, FindsNothingWhereTheLookUpIsRefused) {
     settings.SetSetting("A", "B", "C");
     connection->refuse = [](const std::string& s) { return s.find("where") != std::string::npos; };
     EXPECT_FALSE(settings.GetSetting("A", "B", value));
+    EXPECT_NE(settings.Failure(), "") << "though the table itself can be read";
     EXPECT_FALSE(settings.GetNextSetting(value));
     EXPECT_FALSE(settings.GetSettingLike("A", "B", value, section, key, false));
     EXPECT_EQ(value + section + key, "");
