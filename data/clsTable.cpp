@@ -74,7 +74,8 @@ bool clsTable::OpenDbConnection() {
     std::string statement = "select * from " + lclTableName;
     if (!lclCriteria.empty()) statement += " where " + lclCriteria;
     if (!lclOrdering.empty()) statement += " order by " + lclOrdering;
-    lclRecordset = OpenRecordset(lclWorkstation, statement, lclConnection);
+    lclRecordset =
+        OpenRecordset(lclWorkstation, statement, lclConnection, CommandType::Text, &lclFailure);
     lclConnected = lclRecordset->IsOpen();
     return lclConnected;
 }
@@ -92,32 +93,31 @@ void clsTable::ReQuery() {
     OpenDbConnection();
 }
 
-std::int64_t clsTable::RecordCount() const {
-    return lclConnected ? lclRecordset->RecordCount() : 0;
-}
+bool clsTable::HasRows() const { return lclConnected && lclRecordset->IsOpen(); }
+
+std::int64_t clsTable::RecordCount() const { return HasRows() ? lclRecordset->RecordCount() : 0; }
 
 std::int64_t clsTable::AbsolutePosition() const {
-    return lclConnected ? lclRecordset->AbsolutePosition() : 0;
+    return HasRows() ? lclRecordset->AbsolutePosition() : 0;
 }
 
 void clsTable::SetAbsolutePosition(std::int64_t position) {
-    if (lclConnected && position > 0) lclRecordset->SetAbsolutePosition(position);
+    if (HasRows() && position > 0) lclRecordset->SetAbsolutePosition(position);
 }
 
 bool clsTable::Eof() const {
-    return !lclConnected || lclRecordset->Eof() || lclRecordset->RecordCount() == 0;
+    return !HasRows() || lclRecordset->Eof() || lclRecordset->RecordCount() == 0;
 }
 
-bool clsTable::Bof() const { return !lclConnected || lclRecordset->Bof(); }
+bool clsTable::Bof() const { return !HasRows() || lclRecordset->Bof(); }
 
 void clsTable::Move(std::int64_t rows) {
-    if (lclConnected) lclRecordset->Move(rows);
+    if (HasRows()) lclRecordset->Move(rows);
 }
 
 void clsTable::MoveFirst() {
     try {
-        if (lclConnected && !(lclRecordset->Bof() && lclRecordset->Eof()))
-            lclRecordset->MoveFirst();
+        if (HasRows() && !(lclRecordset->Bof() && lclRecordset->Eof())) lclRecordset->MoveFirst();
     } catch (const std::exception& error) {
         Swallowed("clsTable.MoveFirst", error);
     }
@@ -140,7 +140,7 @@ void clsTable::MoveNext() {
 }
 
 void clsTable::MovePrevious() {
-    if (lclConnected) lclRecordset->MovePrevious();
+    if (HasRows()) lclRecordset->MovePrevious();
 }
 
 bool clsTable::AtRow() const { return HasRow(lclRecordset.get()); }
@@ -173,7 +173,10 @@ bool clsTable::SaveNewRow(std::string_view idField, std::string_view guidField, 
         lclRecordset = OpenRecordset(lclWorkstation,
                                      "Select * from " + lclTableName + " where " + guidColumn +
                                          " = " + SqlValue(guid),
-                                     lclConnection);
+                                     lclConnection, CommandType::Text, &lclFailure);
+        if (!lclFailure.empty())
+            throw Error(errors::objectClosed, "The new row cannot be read: " + lclFailure,
+                        "clsTable");
         newId = ToInt32(lclRecordset->Get(idField));
         if (!copyField.empty()) {
             lclRecordset->Set(copyField, std::int64_t{newId});

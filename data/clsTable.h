@@ -24,8 +24,9 @@ public:
     clsTable(const clsTable&) = delete;
     clsTable& operator=(const clsTable&) = delete;
 
-    // Null before the first read; lives until the next OpenDbConnection, SaveNewRow or close.
-    Recordset* RecordSet() const { return lclRecordset.get(); }
+    // Null before the first read; another one after each OpenDbConnection and SaveNewRow. Who keeps
+    // it keeps the rows of its time.
+    const std::shared_ptr<Recordset>& RecordSet() const { return lclRecordset; }
     void SetDbConnection(ConnectionPtr connection) { lclConnection = std::move(connection); }
     const ConnectionPtr& DbConnection() const { return lclConnection; }
     bool Connected() const { return lclConnected; }
@@ -37,6 +38,9 @@ public:
     void SetOrdering(std::string_view ordering) { lclOrdering = ordering; }
 
     bool OpenDbConnection();
+    // Why the last OpenDbConnection, ReQuery or SaveNewRow read nothing; empty where it could, so
+    // that no row means that there is none.
+    const std::string& Failure() const { return lclFailure; }
     void CloseDataSource();
     void ReQuery();
 
@@ -70,14 +74,15 @@ public:
     bool DeleteCurrentRow();
 
 private:
+    bool HasRows() const; // connected, and the rows are there
     bool AtRow() const;
     void Swallowed(std::string_view where, const std::exception& error) const;
     void DeleteUplinks(std::string_view linkField);
 
     const platform::Workstation& lclWorkstation;
     ConnectionPtr lclConnection;
-    RecordsetPtr lclRecordset;
-    std::string lclTableName, lclCriteria, lclOrdering;
+    std::shared_ptr<Recordset> lclRecordset;
+    std::string lclTableName, lclCriteria, lclOrdering, lclFailure;
     bool lclConnected = false;
 };
 

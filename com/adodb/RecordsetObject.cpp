@@ -31,21 +31,18 @@ ComPtr<ConnectionObject> ConnectionFor(const Variant& connection) {
 }
 
 RecordsetObject::RecordsetObject(ComPtr<ConnectionObject> connection, data::RecordsetPtr rows)
-    : lclConnection(std::move(connection)), lclOwned(std::move(rows)),
-      lclCursorLocation(clientSide), lclCursorType(staticCursor), lclLockType(optimisticLock) {}
+    : lclConnection(std::move(connection)), lclRows(std::move(rows)), lclCursorLocation(clientSide),
+      lclCursorType(staticCursor), lclLockType(optimisticLock) {}
 
-RecordsetObject::RecordsetObject(std::function<data::Recordset*()> rows)
-    : lclBorrowed(std::move(rows)), lclCursorLocation(clientSide), lclCursorType(staticCursor),
+RecordsetObject::RecordsetObject(std::shared_ptr<data::Recordset> rows)
+    : lclRows(std::move(rows)), lclCursorLocation(clientSide), lclCursorType(staticCursor),
       lclLockType(optimisticLock) {}
 
-std::int32_t RecordsetObject::State() const {
-    const data::Recordset* rows = lclBorrowed ? lclBorrowed() : lclOwned.get();
-    return rows && rows->IsOpen() ? 1 : 0;
-}
+std::int32_t RecordsetObject::State() const { return lclRows && lclRows->IsOpen() ? 1 : 0; }
 
 data::Recordset& RecordsetObject::Rows() const {
     if (!State()) throw data::Error(data::errors::objectClosed, "The recordset is closed.", source);
-    return lclBorrowed ? *lclBorrowed() : *lclOwned;
+    return *lclRows;
 }
 
 data::Recordset& RecordsetObject::RowsToEdit() const {
@@ -100,8 +97,7 @@ void RecordsetObject::Open(std::optional<Variant> from, std::optional<Variant> c
     if (!lclConnection)
         throw data::Error(data::errors::objectClosed, "The recordset has no connection.", source);
     lclEditMode = 0;
-    lclBorrowed = nullptr;
-    lclOwned = lclConnection->NeedOpen().Open(command);
+    lclRows = lclConnection->NeedOpen().Open(command);
 }
 
 void RecordsetObject::Close() {

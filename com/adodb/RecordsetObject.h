@@ -1,7 +1,7 @@
 // The face of ADODB.Recordset over the data layer's recordsets.
 #pragma once
 
-#include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -17,8 +17,8 @@ public:
     RecordsetObject() = default;
     // A result of the connection; it can be edited.
     RecordsetObject(ComPtr<ConnectionObject> connection, data::RecordsetPtr rows);
-    // A window on a recordset that another object owns; `rows` answers null while there is none.
-    explicit RecordsetObject(std::function<data::Recordset*()> rows);
+    // Over a recordset that it shares with another object.
+    explicit RecordsetObject(std::shared_ptr<data::Recordset> rows);
 
     const Table& Members() const override;
 
@@ -89,8 +89,7 @@ private:
     void SetValues(const std::optional<Variant>& fields, const std::optional<Variant>& values);
 
     ComPtr<ConnectionObject> lclConnection;
-    data::RecordsetPtr lclOwned;
-    std::function<data::Recordset*()> lclBorrowed;
+    std::shared_ptr<data::Recordset> lclRows;
     Variant lclSource;
     std::int32_t lclCursorLocation = 2, lclCursorType = 0, lclLockType = 1, lclCacheSize = 1;
     std::int32_t lclPageSize = 10;

@@ -4,6 +4,7 @@
 #include "com/adodb/RecordsetObject.h"
 #include "com/data/faces.h"
 #include "data/clsSettings.h"
+#include "data/win32/AdoRecordset.h"
 #include "data/win32/Convert.h"
 #include "kavidex_idl.h"
 #include "platform/Workstation.h"
@@ -32,15 +33,21 @@ data::Value FieldValue(const Variant& value) {
     return value.IsEmpty() ? data::Value(std::string()) : data::win32::FromVariant(value.Get());
 }
 
+// ADO's own recordset where there is one, since hosts hand it on to what takes no other.
+ComPtr<IDispatch> RecordSetOf(const clsTable& table) {
+    const auto& rows = table.RecordSet();
+    if (!rows) return {};
+    if (auto* ado = dynamic_cast<data::win32::AdoRecordset*>(rows.get()))
+        if (ComPtr<IDispatch> own = ado->HandOut()) return own;
+    return Make<adodb::RecordsetObject>(rows);
+}
+
 using TableFace = SharedFace<clsTable>;
 using Row = Rows<TableFace>;
 using Flag = ByRef<std::string>;
 
 constexpr Member tableMembers[] = {
-    Row::Get<[](TableFace& face) -> ComPtr<IDispatch> {
-        if (!face.Logic().RecordSet()) return {};
-        return Make<adodb::RecordsetObject>([table = face.Shared()] { return table->RecordSet(); });
-    }>(L"RecordSet", 1),
+    Row::Get<[](clsTable& table) { return RecordSetOf(table); }>(L"RecordSet", 1),
     Row::PutRef<&clsTable::SetDbConnection>(L"DbConnection", 2),
     Row::Get<&clsTable::Connected>(L"Connected", 3),
     Row::Get<&clsTable::TableName>(L"TableName", 4),

@@ -28,11 +28,27 @@ AdoRecordset::AdoRecordset(Late recordset) : lclRecordset(std::move(recordset)) 
 }
 
 AdoRecordset::~AdoRecordset() {
+    if (lclHandedOut) return;
     try {
         Close();
     } catch (const platform::Error&) {
         // A connection that is gone took the recordset along.
     }
+}
+
+platform::win32::ComPtr<IDispatch> AdoRecordset::HandOut() {
+    if (lclForwardOnly || !lclRecordset) return {};
+    if (!AsksObject() && IsOpen() && lclCount > 0)
+        Guarded({}, [&] {
+            if (lclPosition < 1 || lclPosition > lclCount) {
+                lclRecordset.Call(lclPosition < 1 ? L"MoveFirst" : L"MoveLast");
+                lclRecordset.Call(lclPosition < 1 ? L"MovePrevious" : L"MoveNext");
+            } else if (!lclOnDeleted) {
+                PlaceObject();
+            }
+        });
+    lclHandedOut = true;
+    return lclRecordset.Object();
 }
 
 bool AdoRecordset::IsOpen() const {
@@ -44,7 +60,8 @@ void AdoRecordset::Close() {
     lclFieldObjects.clear();
     if (!IsOpen()) return;
     // ADO refuses to close over a pending change; the port drops it.
-    if (lclEditing) CancelUpdate();
+    if (Pending()) CancelUpdate();
+    lclOnDeleted = false;
     Guarded({}, [&] { lclRecordset.Call(L"Close"); });
 }
 
@@ -53,7 +70,7 @@ void AdoRecordset::NeedOpen() const {
 }
 
 void AdoRecordset::NeedRow() const {
-    if (!lclEditing && (lclPosition < 1 || lclPosition > lclCount))
+    if (!AsksObject() && (lclOnDeleted || lclPosition < 1 || lclPosition > lclCount))
         throw Error(errors::badEof, "There is no current row.", source);
 }
 
@@ -63,36 +80,40 @@ void AdoRecordset::NeedField(std::size_t field) const {
 }
 
 bool AdoRecordset::Eof() const {
-    if (lclEditing) return Guarded({}, [&] { return lclRecordset.Get(L"EOF").ToBool(); });
     NeedOpen();
-    return lclPosition > lclCount;
+    if (AsksObject()) return Guarded({}, [&] { return lclRecordset.Get(L"EOF").ToBool(); });
+    return !lclOnDeleted && lclPosition > lclCount;
 }
 
 bool AdoRecordset::Bof() const {
-    if (lclEditing) return Guarded({}, [&] { return lclRecordset.Get(L"BOF").ToBool(); });
     NeedOpen();
-    return lclPosition < 1 || lclCount == 0;
+    if (AsksObject()) return Guarded({}, [&] { return lclRecordset.Get(L"BOF").ToBool(); });
+    return !lclOnDeleted && (lclPosition < 1 || lclCount == 0);
 }
 
 std::int64_t AdoRecordset::RecordCount() const {
     NeedOpen();
-    return lclEditing ? Guarded({}, [&] { return lclRecordset.Get(L"RecordCount").ToInt64(); })
-                      : lclCount;
+    return AsksObject() ? Guarded({}, [&] { return lclRecordset.Get(L"RecordCount").ToInt64(); })
+                        : lclCount;
 }
 
 std::int64_t AdoRecordset::AbsolutePosition() const {
-    if (lclEditing)
-        return Guarded({}, [&] { return lclRecordset.Get(L"AbsolutePosition").ToInt64(); });
     NeedOpen();
-    if (lclCount == 0) return -1;
+    if (AsksObject())
+        return Guarded({}, [&] { return lclRecordset.Get(L"AbsolutePosition").ToInt64(); });
+    if (lclCount == 0 || lclOnDeleted) return -1;
     if (lclPosition < 1) return -2;
     return lclPosition > lclCount ? -3 : lclPosition;
 }
 
 void AdoRecordset::ReadState() {
-    lclEditing = false;
+    lclEditing = lclAdding = lclOnDeleted = false;
     lclBlock.clear();
     lclEdited.clear();
+    if (!lclHandedOut) ReadPosition();
+}
+
+void AdoRecordset::ReadPosition() {
     lclCount = lclRecordset.Get(L"RecordCount").ToInt64();
     if (lclRecordset.Get(L"EOF").ToBool())
         lclPosition = lclCount + 1;
@@ -102,8 +123,26 @@ void AdoRecordset::ReadState() {
         lclPosition = lclRecordset.Get(L"AbsolutePosition").ToInt64();
 }
 
+// One row changed where it stands: the others of the block are as they were.
+void AdoRecordset::EndEdit(bool moved) {
+    if (!lclEditing || lclAdding || lclOrdered || lclHandedOut) return ReadState();
+    const std::int64_t place = lclPosition - lclBlockFirst;
+    if (place >= 0 && place < static_cast<std::int64_t>(lclBlock.size()))
+        lclBlock[static_cast<std::size_t>(place)].clear();
+    lclEditing = false;
+    lclEdited.clear();
+    if (moved) ReadPosition();
+}
+
 void AdoRecordset::GoTo(std::int64_t position) {
     lclPosition = std::clamp<std::int64_t>(position, 0, lclCount + 1);
+    lclOnDeleted = false;
+}
+
+// ADO refuses to write or drop a change where there is none.
+bool AdoRecordset::Pending() const {
+    if (!lclHandedOut) return lclEditing;
+    return Guarded({}, [&] { return lclRecordset.Get(L"EditMode").ToInt32() != 0; });
 }
 
 // With a row under change the object moves, which writes or drops the change as ADO does.
@@ -113,56 +152,58 @@ void AdoRecordset::MoveDirect(const wchar_t* member, std::int64_t rows) {
             lclRecordset.Call(member, {Variant::Big(rows)});
         else
             lclRecordset.Call(member);
-        ReadState();
+        EndEdit(true);
     });
 }
 
 void AdoRecordset::SetAbsolutePosition(std::int64_t position) {
-    if (lclEditing) {
+    NeedOpen();
+    if (AsksObject()) {
         Guarded({}, [&] {
             lclRecordset.Put(L"AbsolutePosition", {Variant::Big(position)});
-            ReadState();
+            EndEdit(true);
         });
         return;
     }
-    NeedOpen();
     if (position < 1)
         throw Error(errors::invalidArgument, "A position in a recordset begins at 1.", source);
     GoTo(position);
 }
 
 void AdoRecordset::Move(std::int64_t rows) {
-    if (lclEditing && rows) return MoveDirect(L"Move", rows);
     NeedOpen();
-    if (rows > 0 && lclPosition > lclCount)
+    if (AsksObject() && rows) return MoveDirect(L"Move", rows);
+    if (rows == 0) return;
+    if (rows > 0 && lclPosition > lclCount && !lclOnDeleted)
         throw Error(errors::badEof, "The recordset is at its end.", source);
     if (rows < 0 && lclPosition < 1)
         throw Error(errors::badEof, "The recordset is before its start.", source);
-    if (lclCount == 0 && rows) throw Error(errors::badEof, "The recordset has no rows.", source);
-    GoTo(lclPosition + rows);
+    if (lclCount == 0 && !lclOnDeleted)
+        throw Error(errors::badEof, "The recordset has no rows.", source);
+    GoTo(lclPosition + rows - (lclOnDeleted && rows > 0 ? 1 : 0));
 }
 
 void AdoRecordset::MoveFirst() {
-    if (lclEditing) return MoveDirect(L"MoveFirst");
+    if (AsksObject()) return MoveDirect(L"MoveFirst");
     NeedOpen();
     if (lclCount == 0) throw Error(errors::badEof, "The recordset has no rows.", source);
     GoTo(1);
 }
 
 void AdoRecordset::MoveLast() {
-    if (lclEditing) return MoveDirect(L"MoveLast");
+    if (AsksObject()) return MoveDirect(L"MoveLast");
     NeedOpen();
     if (lclCount == 0) throw Error(errors::badEof, "The recordset has no rows.", source);
     GoTo(lclCount);
 }
 
 void AdoRecordset::MoveNext() {
-    if (lclEditing) return MoveDirect(L"MoveNext");
+    if (AsksObject()) return MoveDirect(L"MoveNext");
     Move(1);
 }
 
 void AdoRecordset::MovePrevious() {
-    if (lclEditing) return MoveDirect(L"MovePrevious");
+    if (AsksObject()) return MoveDirect(L"MovePrevious");
     Move(-1);
 }
 
@@ -230,10 +271,19 @@ void AdoRecordset::ReadBlock(std::int64_t first) const {
     });
 }
 
+AdoRecordset::Row AdoRecordset::ReadRow(std::int64_t position) const {
+    return Guarded({}, [&] {
+        lclRecordset.Put(L"AbsolutePosition", {Variant::Big(position)});
+        std::vector<Row> rows = ReadRows(1);
+        if (rows.empty()) throw Error(errors::badEof, "The recordset gave no row.", source);
+        return std::move(rows[0]);
+    });
+}
+
 const Value& AdoRecordset::Get(std::size_t field) const {
     NeedField(field);
     NeedRow();
-    if (lclEditing) {
+    if (AsksObject()) {
         lclEdited.resize(Fields().size());
         lclEdited[field] = Guarded({}, [&] {
             return FromVariant(FieldObject(field).Get(L"Value").Get(), lclFields[field].type);
@@ -244,11 +294,13 @@ const Value& AdoRecordset::Get(std::size_t field) const {
     const std::int64_t end = lclBlockFirst + static_cast<std::int64_t>(lclBlock.size());
     if (lclBlock.empty() || lclPosition < lclBlockFirst || lclPosition >= end)
         ReadBlock(lclPosition);
-    return lclBlock[static_cast<std::size_t>(lclPosition - lclBlockFirst)][field];
+    Row& row = lclBlock[static_cast<std::size_t>(lclPosition - lclBlockFirst)];
+    if (row.empty()) row = ReadRow(lclPosition);
+    return row[field];
 }
 
 void AdoRecordset::PlaceObject() {
-    if (!lclEditing)
+    if (!AsksObject())
         Guarded({}, [&] { lclRecordset.Put(L"AbsolutePosition", {Variant::Big(lclPosition)}); });
 }
 
@@ -268,24 +320,25 @@ void AdoRecordset::AddNew() {
     if (lclForwardOnly)
         throw Error(errors::featureNotAvailable, "This recordset is read-only.", source);
     Guarded({}, [&] { lclRecordset.Call(L"AddNew"); });
-    lclEditing = true;
+    lclEditing = lclAdding = true;
+    lclOnDeleted = false;
 }
 
 void AdoRecordset::Update() {
     NeedOpen();
-    if (!lclEditing) return;
+    if (!Pending()) return;
     Guarded({}, [&] {
         lclRecordset.Call(L"Update");
-        ReadState();
+        EndEdit(false);
     });
 }
 
 void AdoRecordset::CancelUpdate() {
     NeedOpen();
-    if (!lclEditing) return;
+    if (!Pending()) return;
     Guarded({}, [&] {
         lclRecordset.Call(L"CancelUpdate");
-        ReadState();
+        EndEdit(false);
     });
 }
 
@@ -294,9 +347,20 @@ void AdoRecordset::Delete() {
     NeedRow();
     if (lclForwardOnly)
         throw Error(errors::featureNotAvailable, "This recordset is read-only.", source);
+    const bool adding = lclAdding;
     PlaceObject();
     Guarded({}, [&] { lclRecordset.Call(L"Delete", {1}); }); // adAffectCurrent
-    lclEditing = true; // the deleted row stays current until the next move
+    if (adding || lclHandedOut) return Guarded({}, [&] { ReadState(); });
+    // The deleted row stays current until the next move; the rows after it moved up.
+    const std::int64_t place = lclPosition - lclBlockFirst;
+    lclEditing = false;
+    lclEdited.clear();
+    if (place >= 0 && place < static_cast<std::int64_t>(lclBlock.size()))
+        lclBlock.erase(lclBlock.begin() + static_cast<std::ptrdiff_t>(place));
+    else
+        lclBlock.clear();
+    --lclCount;
+    lclOnDeleted = true;
 }
 
 void AdoRecordset::Requery() {
@@ -316,6 +380,7 @@ void AdoRecordset::SetSort(std::string_view order) {
     NeedOpen();
     Guarded({}, [&] {
         lclRecordset.Put(L"Sort", {order});
+        lclOrdered = true;
         ReadState();
     });
 }
@@ -333,6 +398,7 @@ void AdoRecordset::SetFilter(std::string_view criteria) {
             lclRecordset.Put(L"Filter", {0});
         else
             lclRecordset.Put(L"Filter", {criteria});
+        lclOrdered = true;
         ReadState();
     });
 }

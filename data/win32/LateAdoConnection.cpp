@@ -1,6 +1,9 @@
 #include "data/win32/LateAdoConnection.h"
 
+#include <functional>
+
 #include "data/Error.h"
+#include "data/odbc/OdbcDialect.h"
 #include "data/win32/AdoRecordset.h"
 #include "data/win32/Convert.h"
 #include "data/win32/Guard.h"
@@ -37,6 +40,19 @@ void AppendParameters(const Late& command, const std::vector<Parameter>& paramet
                                             ToVariant(parameter.value, parameter.type)})});
 }
 
+// What a command says to an object that is no connection of ADO's. Any other failure may pass.
+bool RefusesTheObject(std::int32_t number) {
+    return number == errors::invalidArgument || number == E_NOINTERFACE || number == E_NOTIMPL ||
+           number == E_INVALIDARG || number == DISP_E_TYPEMISMATCH ||
+           number == DISP_E_MEMBERNOTFOUND;
+}
+
+// Every name that ADO gives a server of this dialect.
+Value DialectName(Value dbmsName) {
+    const std::string_view known = odbc::DialectOf(ToText(dbmsName)).dbmsName;
+    return known.empty() ? dbmsName : Value(std::string(known));
+}
+
 } // namespace
 
 bool LateAdoConnection::IsOpen() const {
@@ -50,7 +66,7 @@ void LateAdoConnection::NeedOpen() const {
 
 void LateAdoConnection::Close() {
     lclTransactions = 0;
-    lclDbmsName.clear();
+    lclDbmsNameOf = 0;
     if (IsOpen()) Guarded({}, [&] { lclConnection.Call(L"Close"); });
 }
 
@@ -58,18 +74,18 @@ Late LateAdoConnection::NewObject(const wchar_t* member, const char* progId) con
     return lclMeans == Means::OwnObjects ? lclConnection.Child(member) : Late::Create(progId);
 }
 
-void LateAdoConnection::ChooseMeans() {
-    lclMeans = Means::ExecuteOnly;
-    if (lclConnection.Has(L"NewCommand") && lclConnection.Has(L"NewRecordset")) {
-        lclMeans = Means::OwnObjects;
-    } else if (const Late command = Late::TryCreate("ADODB.Command");
-               command && Late::TryCreate("ADODB.Recordset")) {
-        try {
-            command.PutRef(L"ActiveConnection", {lclConnection.Object()});
-            lclMeans = Means::AdoClasses;
-        } catch (const platform::Error&) {
-            // ADO's command takes only ADO's connections: the object's own Execute serves it.
-        }
+LateAdoConnection::Means LateAdoConnection::ChooseMeans() {
+    if (lclMeans != Means::Unknown) return lclMeans;
+    if (lclConnection.Has(L"NewCommand") && lclConnection.Has(L"NewRecordset"))
+        return lclMeans = Means::OwnObjects;
+    const Late command = Late::TryCreate("ADODB.Command");
+    if (!command || !Late::TryCreate("ADODB.Recordset")) return lclMeans = Means::ExecuteOnly;
+    try {
+        command.PutRef(L"ActiveConnection", {lclConnection.Object()});
+        return lclMeans = Means::AdoClasses;
+    } catch (const platform::Error& error) {
+        if (RefusesTheObject(error.Number())) lclMeans = Means::ExecuteOnly;
+        return Means::ExecuteOnly;
     }
 }
 
@@ -94,8 +110,7 @@ Late LateAdoConnection::RunByExecute(const Command& command) const {
 RecordsetPtr LateAdoConnection::Open(const Command& command) {
     return Guarded(command.text, [&] {
         NeedOpen();
-        if (lclMeans == Means::Unknown) ChooseMeans();
-        if (lclMeans == Means::ExecuteOnly)
+        if (ChooseMeans() == Means::ExecuteOnly)
             return std::make_unique<AdoRecordset>(RunByExecute(command));
         const Late made = NewCommand(command);
         const Late recordset = NewObject(L"NewRecordset", "ADODB.Recordset");
@@ -113,16 +128,26 @@ std::int64_t LateAdoConnection::Execute(std::string_view statement) {
     });
 }
 
+// 0 where the object does not tell.
+std::size_t LateAdoConnection::Address() const {
+    if (!lclConnection.Has(L"ConnectionString")) return 0;
+    return std::hash<std::string>()(lclConnection.Get(L"ConnectionString").ToText()) | 1;
+}
+
 Value LateAdoConnection::Property(std::string_view name) const {
-    const bool dbmsName = platform::EqualAsciiNoCase(name, "DBMS Name");
-    if (dbmsName && !lclDbmsName.empty()) return lclDbmsName;
     return Guarded({}, [&] {
+        const bool dbmsName = platform::EqualAsciiNoCase(name, "DBMS Name");
+        const std::size_t address = dbmsName ? Address() : 0;
+        if (address != 0 && address == lclDbmsNameOf) return Value(lclDbmsName);
         if (name == "Transaction DDL" && !lclConnection.Has(L"BeginTrans"))
             throw Error(errors::itemNotFound, "The object has no transactions.",
                         "Kavidex.AdoConnection");
         const Late property = lclConnection.Child(L"Properties").Child(L"Item", {name});
         Value value = FromVariant(property.Get(L"Value").Get());
-        if (dbmsName) lclDbmsName = ToText(value);
+        if (!dbmsName) return value;
+        value = DialectName(std::move(value));
+        lclDbmsName = ToText(value);
+        lclDbmsNameOf = address;
         return value;
     });
 }

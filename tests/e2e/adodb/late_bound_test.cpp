@@ -1,9 +1,11 @@
 // The ADO engine on every road, held against the embedded engine that stands behind it.
 #include "Roads.h"
 
+#include "com/data/faces.h"
 #include "data/Error.h"
 #include "data/clsSettings.h"
 #include "data/clsTable.h"
+#include "data/modData.h"
 #include "platform/Workstation.h"
 #include "tests/fakes/RecordingConnection.h"
 
@@ -48,7 +50,7 @@ std::string After(data::Recordset& rows, const std::function<void(data::Recordse
     }
     state += std::to_string(rows.AbsolutePosition()) + "/" + std::to_string(rows.RecordCount());
     state += (rows.Eof() ? " eof" : "") + std::string(rows.Bof() ? " bof" : "");
-    if (!rows.Eof() && !rows.Bof())
+    if (!rows.Eof() && !rows.Bof() && rows.AbsolutePosition() > 0)
         for (std::size_t i = 0; i < rows.Fields().size(); ++i)
             state += " " + data::ToText(rows.Get(i));
     return state;
@@ -122,9 +124,14 @@ TEST_P(AdoEngine, WritesThroughTheFieldsAndReadsBackWhatStands) {
     rows->CancelUpdate();
     EXPECT_EQ(rows->Get("Name"), Value(std::string("fourth")));
     rows->MoveFirst();
-    rows->Delete();
+    rows->Delete(); // nothing is under change any more, and no row is current
+    EXPECT_EQ(After(*rows, [](data::Recordset& r) { r.Get("Name"); }),
+              std::to_string(data::errors::badEof) + " -1/3");
+    EXPECT_EQ(After(*rows, [](data::Recordset& r) { r.CancelUpdate(), r.Update(), r.Move(0); }),
+              "-1/3");
     rows->MoveNext();
     EXPECT_EQ(rows->Get("Name"), Value(std::string("changed")));
+    EXPECT_EQ(rows->AbsolutePosition(), 1);
     EXPECT_EQ(rows->RecordCount(), 3);
 
     const auto stands = engine->Open({"select Name, Amount from tblThing order by Id"});
@@ -267,8 +274,86 @@ TEST_P(AdoEngine, ServesTheRecordWrapperAndTheSettings) {
     settings.SetDbConnection(nullptr);
 }
 
+TEST_P(AdoEngine, ATableHandsOutTheObjectItselfAndEachReadAnother) {
+    Fill(2);
+    auto table = std::make_shared<data::clsTable>(platform::TheWorkstation());
+    table->SetDbConnection(late);
+    table->SetTableName("tblThing");
+    ASSERT_TRUE(table->OpenDbConnection());
+    const Late face(com::FaceOf<data::clsTable>::Make(table));
+    table->MoveNext();
+    const Late rows = face.Child(L"RecordSet");
+    const auto name = [](const Late& of) {
+        return of.Child(L"Fields").Child(L"Item", {"Name"}).Get(L"Value").ToText();
+    };
+    EXPECT_EQ(name(rows), "name 2") << "it stands where the table stands";
+    if (GetParam() != Road::ExecuteOnly) {
+        EXPECT_EQ(face.Child(L"RecordSet").Object(), rows.Object()) << "no wrapper, made anew";
+        rows.Call(L"MoveFirst");
+        EXPECT_EQ(table->GetField("Name"), Value(std::string("name 1"))) << "one current row";
+        table->SetField("Name", std::string("new"));
+        ASSERT_TRUE(table->UpdateCurrentRow());
+        EXPECT_EQ(name(rows), "new");
+        rows.Call(L"MoveLast");
+    }
+    engine->Execute("delete from tblThing where Amount = 20");
+    ASSERT_TRUE(table->OpenDbConnection());
+    EXPECT_EQ(table->RecordCount(), 1);
+    EXPECT_EQ(rows.Get(L"RecordCount").ToInt32(), 2) << "an old reference keeps its rows";
+    EXPECT_EQ(name(rows), "name 2");
+}
+
 INSTANTIATE_TEST_SUITE_P(Roads, AdoEngine,
                          testing::Values(Road::OwnObjects, Road::AdoClasses, Road::ExecuteOnly),
                          RoadName);
+
+namespace {
+
+// Fails the first time that a connection is put into it, as on a busy machine.
+class MoodyCommand : public com::adodb::CommandObject {
+public:
+    static inline int moods = 0;
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD kind,
+                                     DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* info,
+                                     UINT* bad) override {
+        if ((kind & DISPATCH_PROPERTYPUTREF) != 0 && moods > 0) return --moods, E_OUTOFMEMORY;
+        return CommandObject::Invoke(id, iid, locale, kind, parameters, result, info, bad);
+    }
+};
+
+struct AdoConnection : ObjectTest {};
+
+} // namespace
+
+TEST_F(AdoConnection, IsWholeAgainOnceAFailureHasPassed) {
+    Fill(1);
+    const ClassUnder<MoodyCommand> command{L"ADODB.Command"};
+    const ClassUnder<com::adodb::RecordsetObject> recordset{L"ADODB.Recordset"};
+    data::win32::LateAdoConnection late{Late(ComPtr<IDispatch>(com::Make<Stranger>(engine)))};
+    MoodyCommand::moods = 1;
+    EXPECT_EQ(late.Open({"select * from tblThing"})->RecordCount(), 1);
+    EXPECT_EQ(MoodyCommand::moods, 0);
+    const auto found = late.Open({"select * from tblThing where Amount = ?",
+                                  data::CommandType::Text,
+                                  {{"Amount", data::AdoType::Integer, 1, 4, std::int64_t{10}}}});
+    EXPECT_EQ(found->RecordCount(), 1) << "by Execute alone there are no parameters";
+}
+
+TEST_F(AdoConnection, SpeaksTheDialectOfWhateverItsObjectIsOpenedOn) {
+    std::shared_ptr<RecordingConnection> server;
+    const auto opener = [&](const std::string& name) {
+        return server = std::make_shared<RecordingConnection>(name);
+    };
+    const Late object(ComPtr<IDispatch>(com::Make<Stranger>(com::adodb::Opener(opener))));
+    const data::ConnectionPtr late = std::make_shared<data::win32::LateAdoConnection>(object);
+    object.Call(L"Open", {"ACCESS"});
+    EXPECT_TRUE(data::IsAccessConnection(late));
+    object.Call(L"Close");
+    object.Call(L"Open", {"MariaDB"}); // speaks as MySQL does, and needs its backslashes doubled
+    EXPECT_TRUE(data::IsMySqlConnection(late));
+    data::OpenRecordset(platform::TheWorkstation(), "select 'a\\b'", late);
+    ASSERT_EQ(server->commands.size(), 1u);
+    EXPECT_EQ(server->commands[0].text, "select 'a\\\\b'");
+}
 
 } // namespace kavidex::tests

@@ -135,10 +135,17 @@ TEST_F(clsTableTest, ReportsFailureOfEachStatementOfANewRow) {
     table.SetTableName("tblDocument");
     std::int32_t id = -5;
     for (std::size_t n : {1u, 2u}) {
+        ASSERT_TRUE(table.OpenDbConnection());
+        EXPECT_EQ(table.Failure(), "");
         connection->FailAt(n);
         EXPECT_FALSE(table.SaveNewRow("Id", "DocGuid", id, "DocId"));
         connection->FailAt(0);
+        EXPECT_EQ(table.Failure().empty(), n == 1) << "the second reads the row";
+        EXPECT_EQ(table.RecordCount(), 0) << "still connected, to rows that are not there";
     }
+    connection->FailAt(1);
+    EXPECT_FALSE(table.OpenDbConnection());
+    EXPECT_NE(table.Failure(), "") << "no rows, and not because there are none";
     EXPECT_FALSE(table.SaveNewRow("Id", "NoColumn", id, "DocId"));
     EXPECT_EQ(id, -5);
     EXPECT_FALSE(table.SaveNewRow("Id", "DocGuid", id, "NoColumn"));
