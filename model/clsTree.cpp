@@ -1,5 +1,6 @@
 #include "model/clsTree.h"
 
+#include "data/Error.h"
 #include "data/modData.h"
 #include "model/NodeIndex.h"
 #include "model/Store.h"
@@ -67,11 +68,21 @@ void clsTree::SetFlag(bool& flag, bool value) {
 
 void clsTree::Store() {
     if (!lclConnection || lclTreeId < 1) return;
-    std::string statement = "update tblTree  set Description = " + data::SqlValue(lclDescription);
-    statement.append(", NewEnabled = ").append(Word(lclNewEnabled));
-    statement.append(", DeleteEnabled = ").append(Word(lclDeleteEnabled));
-    statement.append(", Updateenabled = ").append(Word(lclUpdateEnabled));
-    model::Store(lclConnection).Write(statement + " WHERE TreeId = " + Number(lclTreeId));
+    const auto statement = [&](auto flag) {
+        std::string text = "update tblTree  set Description = " + data::SqlValue(lclDescription);
+        text.append(", NewEnabled = ").append(flag(lclNewEnabled));
+        text.append(", DeleteEnabled = ").append(flag(lclDeleteEnabled));
+        text.append(", Updateenabled = ").append(flag(lclUpdateEnabled));
+        return text + " WHERE TreeId = " + Number(lclTreeId);
+    };
+    const model::Store store(lclConnection);
+    try {
+        store.Write(statement(Word));
+    } catch (const data::Error& error) {
+        // Some servers take the words for names of columns.
+        lclWorkstation.log.Write("clsTree", std::string(error.what()) + ": " + error.Statement());
+        store.Write(statement([](bool flag) { return flag ? "1" : "0"; }));
+    }
 }
 
 bool clsTree::CreateNew() {

@@ -48,7 +48,7 @@ Value Translated(std::string_view name, Value value) {
 }
 
 void Append(ResultRows& result, OdbcStatement& statement, std::span<const SchemaColumn> wanted) {
-    statement.Describe(false);
+    statement.Describe();
     const RowStore rows = statement.FetchAll();
     for (std::size_t row = 0; row < rows.Rows(); ++row) {
         // Statistics of a table come among its indexes, without a name.
@@ -82,22 +82,26 @@ ResultRows ReadSchema(const LinkPtr& link, Schema schema) {
     std::u16string catalog = platform::ToUtf16(link->CurrentCatalog());
     SQLWCHAR* const name = catalog.empty() ? nullptr : Raw(catalog);
     const auto length = Length<SQLSMALLINT>(catalog);
+    // No name means every name, but not every driver takes it.
+    SQLWCHAR all[] = {u'%', 0};
     ResultRows result = Empty(wanted);
 
     if (schema == Schema::Columns) {
         OdbcStatement statement(link);
         statement.RunCatalog("SQLColumns", [&](SQLHSTMT handle) {
-            return SQLColumnsW(handle, name, length, nullptr, 0, nullptr, 0, nullptr, 0);
+            return SQLColumnsW(handle, name, length, nullptr, 0, all, 1, all, 1);
         });
         Append(result, statement, wanted);
         return result;
     }
     ResultRows names = Empty(tables);
-    OdbcStatement statement(link);
-    statement.RunCatalog("SQLTables", [&](SQLHSTMT handle) {
-        return SQLTablesW(handle, name, length, nullptr, 0, nullptr, 0, nullptr, 0);
-    });
-    Append(names, statement, tables);
+    { // ends before the next one begins: a server may run one at a time
+        OdbcStatement statement(link);
+        statement.RunCatalog("SQLTables", [&](SQLHSTMT handle) {
+            return SQLTablesW(handle, name, length, nullptr, 0, nullptr, 0, nullptr, 0);
+        });
+        Append(names, statement, tables);
+    }
     if (schema == Schema::Tables) return names;
 
     for (std::size_t row = 0; row < names.rows.Rows(); ++row) {

@@ -13,17 +13,21 @@ namespace odbc {
 
 namespace {
 
+// `trouble` receives why the keys could not be asked for; null: they are not needed.
 ResultRows ReadRows(const LinkPtr& link, const std::string& text, const std::vector<Value>& values,
-                    bool keys) {
+                    std::string* trouble) {
     OdbcStatement statement(link);
     statement.Run(text, values);
     if (!statement.HasRows()) {
         statement.Finish();
         return {nullptr, RowStore()};
     }
-    FieldsPtr fields = statement.Describe(keys);
+    const auto fields = std::make_shared<std::vector<Field>>(statement.Describe());
+    const Origins origins = trouble ? statement.ReadOrigins() : Origins();
     RowStore rows = statement.FetchAll();
-    return {std::move(fields), std::move(rows)};
+    statement.Finish();
+    if (trouble) *trouble = MarkKeys(link, origins, *fields);
+    return {fields, std::move(rows)};
 }
 
 class OdbcRowSource : public RowSource {
@@ -31,7 +35,8 @@ public:
     OdbcRowSource(LinkPtr link, std::string text, std::vector<Value> values)
         : lclLink(std::move(link)), lclText(std::move(text)), lclValues(std::move(values)) {}
 
-    ResultRows Fetch() override { return ReadRows(lclLink, lclText, lclValues, true); }
+    ResultRows Fetch() override { return ReadRows(lclLink, lclText, lclValues, &lclTrouble); }
+    std::string KeyTrouble() const override { return lclTrouble; }
     std::string Quoted(std::string_view name) const override {
         return odbc::Quoted(lclLink->Speaks(), name);
     }
@@ -41,10 +46,12 @@ public:
     std::int64_t Run(const std::string& text, const std::vector<Value>& values) override {
         OdbcStatement statement(lclLink);
         statement.Run(text, values);
-        return statement.RowCount();
+        const std::int64_t rows = statement.RowCount();
+        statement.Finish();
+        return rows;
     }
     ResultRows Read(const std::string& text, const std::vector<Value>& values) override {
-        return ReadRows(lclLink, text, values, false);
+        return ReadRows(lclLink, text, values, nullptr);
     }
     std::int64_t NewIdentity() override {
         const ResultRows result = Read(std::string(lclLink->Speaks().identity), {});
@@ -53,7 +60,7 @@ public:
 
 private:
     LinkPtr lclLink;
-    std::string lclText;
+    std::string lclText, lclTrouble;
     std::vector<Value> lclValues;
 };
 
@@ -146,7 +153,7 @@ public:
 
     void BeginTrans() override {
         if (lclLevel == 0) {
-            lclLink->SetAutoCommit(false);
+            lclLink->BeginTransaction();
             lclUndone = false;
         }
         ++lclLevel;
@@ -162,8 +169,8 @@ private:
                         "ODBC");
         if (!commit) lclUndone = true;
         if (--lclLevel > 0) return;
+        lclUndone = lclUndone || lclLink->TransactionLost();
         lclLink->EndTransaction(!lclUndone);
-        lclLink->SetAutoCommit(true);
         if (commit && lclUndone)
             throw Error(errors::unspecified,
                         "The transaction was rolled back, since a part of it was", "ODBC");

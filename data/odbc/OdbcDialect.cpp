@@ -6,7 +6,7 @@ namespace kavidex::data::odbc {
 
 namespace {
 
-constexpr Dialect mySql = {"MySQL", '`', '`', "select last_insert_id()",
+constexpr Dialect mySql = {"MySQL", '`', '`', "select last_insert_id()", "rollback",
                            // An ordinary comparison ignores case and trailing blanks.
                            "binary convert(%1 using utf8mb4) = binary convert(? using utf8mb4)",
                            "%1 = ?", "%1 = ?"};
@@ -16,6 +16,7 @@ constexpr Dialect sqlServer = {
     '[',
     ']',
     "select @@identity",
+    "if @@trancount > 0 rollback transaction",
     "cast(%1 as nvarchar(max)) collate Latin1_General_BIN2 = cast(? as nvarchar(max))",
     "convert(varchar(19), %1, 120) = ?",
     "cast(%1 as varbinary(max)) = ?"};

@@ -12,6 +12,7 @@ struct Dialect {
     std::string_view dbmsName; // as "DBMS Name" answers; empty: as the driver says
     char openQuote, closeQuote;
     std::string_view identity; // reads the last auto number of this connection
+    std::string_view rollback; // undoes the transaction, and is no error where there is none
     // Conditions with %1 for the quoted column and one ?, exact to the letter.
     std::string_view sameText, sameMoment, sameBytes;
 };

@@ -1,6 +1,7 @@
 #include "data/odbc/OdbcLink.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "data/Error.h"
 #include "data/odbc/Wide.h"
@@ -26,14 +27,18 @@ std::int32_t NumberOf(std::string_view state) {
     return errors::unspecified;
 }
 
-// Class 08 is a lost connection; this driver family reports some as a general error by number.
+constexpr std::string_view lostWords = "The connection to the database is lost: ";
+
+// Class 08 is a lost connection; one driver family reports some as a general error by number, and
+// others say it only when asked.
 bool IsLost(std::string_view state, SQLINTEGER native) {
     constexpr SQLINTEGER goneAway = 2006, lostInQuery = 2013, terminated = 1927;
     return state.substr(0, 2) == "08" || native == goneAway || native == lostInQuery ||
            native == terminated;
 }
 
-ErrorDetail Detail(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT record, bool& found) {
+ErrorDetail Detail(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT record, bool& lost,
+                   bool& found) {
     SQLWCHAR state[6] = {};
     SQLINTEGER native = 0;
     SQLSMALLINT length = 0;
@@ -50,9 +55,8 @@ ErrorDetail Detail(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT record, bool&
     text.resize(std::min<std::size_t>(text.size(), static_cast<std::size_t>(length)));
     std::string code;
     for (int i = 0; i < 5; ++i) code += static_cast<char>(state[i]);
-    std::string words = platform::ToUtf8(text);
-    if (IsLost(code, native)) words = "The connection to the database is lost: " + words;
-    return {NumberOf(code), words, "ODBC " + code};
+    lost = lost || IsLost(code, native);
+    return {NumberOf(code), platform::ToUtf8(text), "ODBC " + code};
 }
 
 } // namespace
@@ -87,6 +91,7 @@ OdbcLink::~OdbcLink() {
 
 void OdbcLink::Close() {
     if (!IsOpen()) return;
+    lclInTransaction = lclTransactionLost = false;
     SQLEndTran(SQL_HANDLE_DBC, lclConnection, SQL_ROLLBACK);
     SQLDisconnect(lclConnection);
     SQLFreeHandle(SQL_HANDLE_DBC, lclConnection);
@@ -128,29 +133,77 @@ std::string OdbcLink::CurrentCatalog() const {
     return UpToZero(text);
 }
 
-void OdbcLink::SetAutoCommit(bool on) {
+bool OdbcLink::SetAutoCommit(bool on) {
     const auto value = static_cast<SQLULEN>(on ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF);
-    if (!SQL_SUCCEEDED(SQLSetConnectAttrW(Handle(), SQL_ATTR_AUTOCOMMIT,
-                                          reinterpret_cast<SQLPOINTER>(value), 0)))
-        Fail(SQL_HANDLE_DBC, lclConnection);
+    return SQL_SUCCEEDED(
+        SQLSetConnectAttrW(Handle(), SQL_ATTR_AUTOCOMMIT, reinterpret_cast<SQLPOINTER>(value), 0));
+}
+
+void OdbcLink::BeginTransaction() {
+    if (!SetAutoCommit(false)) Fail(SQL_HANDLE_DBC, lclConnection);
+    lclInTransaction = true;
+    lclTransactionLost = false;
+}
+
+// Drivers refuse to end a transaction that the server has ended already; the server's own word for
+// it does not mind.
+bool OdbcLink::Undo() {
+    if (SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, lclConnection, SQL_ROLLBACK))) return true;
+    SQLHSTMT statement = SQL_NULL_HSTMT;
+    if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, lclConnection, &statement))) return false;
+    std::u16string text = platform::ToUtf16(lclDialect->rollback);
+    const SQLRETURN rc = SQLExecDirectW(statement, Raw(text), Length<SQLINTEGER>(text));
+    SQLFreeHandle(SQL_HANDLE_STMT, statement);
+    return SQL_SUCCEEDED(rc) || rc == SQL_NO_DATA;
 }
 
 void OdbcLink::EndTransaction(bool commit) {
-    if (!SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, Handle(), commit ? SQL_COMMIT : SQL_ROLLBACK)))
-        Fail(SQL_HANDLE_DBC, lclConnection);
+    const SQLHDBC connection = Handle();
+    lclInTransaction = lclTransactionLost = false;
+    std::optional<Error> failure;
+    if (!SQL_SUCCEEDED(SQLEndTran(SQL_HANDLE_DBC, connection, commit ? SQL_COMMIT : SQL_ROLLBACK)))
+        try {
+            Fail(SQL_HANDLE_DBC, connection);
+        } catch (const Error& error) {
+            failure = error;
+        }
+    // Committing by itself again commits what is still open: only after it is undone for certain.
+    if ((failure && !Undo()) || !SetAutoCommit(true)) Close();
+    if (failure && (commit || !IsOpen())) throw Error(*failure);
+}
+
+SQLHDBC OdbcLink::Ready() {
+    const SQLHDBC connection = Handle();
+    if (lclTransactionLost)
+        throw Error(errors::unspecified,
+                    "The transaction was undone by an earlier failure; nothing more is written "
+                    "until it is rolled back",
+                    "ODBC");
+    return connection;
+}
+
+bool OdbcLink::IsDead() const {
+    SQLUINTEGER dead = SQL_CD_FALSE;
+    return IsOpen() && lclDialect &&
+           SQL_SUCCEEDED(SQLGetConnectAttrW(lclConnection, SQL_ATTR_CONNECTION_DEAD, &dead,
+                                            SQL_IS_UINTEGER, nullptr)) &&
+           dead == SQL_CD_TRUE;
 }
 
 void OdbcLink::Fail(SQLSMALLINT kind, SQLHANDLE handle, std::string_view statement) {
     constexpr SQLSMALLINT most = 20;
     lclErrors.clear();
-    bool found = true;
+    bool found = true, lost = false;
     for (SQLSMALLINT record = 1; found && record <= most; ++record) {
-        const ErrorDetail detail = Detail(kind, handle, record, found);
+        const ErrorDetail detail = Detail(kind, handle, record, lost, found);
         if (found) lclErrors.push_back(detail);
     }
     if (lclErrors.empty())
         lclErrors.push_back({errors::unspecified, "The ODBC driver gives no reason", "ODBC"});
-    const ErrorDetail& first = lclErrors.front();
+    ErrorDetail& first = lclErrors.front();
+    if (lost || IsDead()) first.description.insert(0, lostWords);
+    // The states of class 40: the server rolled the transaction back.
+    if (lclInTransaction && first.source.starts_with("ODBC 40")) lclTransactionLost = true;
     throw Error(first.number, first.description, first.source, std::string(statement));
 }
 

@@ -26,6 +26,8 @@ public:
     void Close(); // rolls an open transaction back
     void CheckOpen() const;
     SQLHDBC Handle() const;
+    // For a new statement: throws where what it writes could be lost.
+    SQLHDBC Ready();
     const Dialect& Speaks() const { return *lclDialect; }
 
     std::string Info(SQLUSMALLINT what) const;
@@ -33,8 +35,12 @@ public:
     // silent.
     SQLUSMALLINT TransactionCapability() const;
     std::string CurrentCatalog() const;
-    void SetAutoCommit(bool on);
+    void BeginTransaction();
+    // Whether it fails or not, no transaction is under way afterwards; where nothing else helps the
+    // connection is closed, since what it would keep open could be lost or half done.
     void EndTransaction(bool commit);
+    // The server undid the transaction that is under way.
+    bool TransactionLost() const { return lclTransactionLost; }
 
     const std::vector<ErrorDetail>& Errors() const { return lclErrors; }
     [[noreturn]] void Fail(SQLSMALLINT kind, SQLHANDLE handle, std::string_view statement = {});
@@ -45,11 +51,17 @@ public:
     std::map<std::string, Keys>& KnownKeys() { return lclKeys; }
 
 private:
+    bool SetAutoCommit(bool on);
+    bool Undo();
+    bool IsDead() const;
+
     SQLHENV lclEnvironment = SQL_NULL_HENV;
     SQLHDBC lclConnection = SQL_NULL_HDBC;
     const Dialect* lclDialect = nullptr;
     std::vector<ErrorDetail> lclErrors;
     std::map<std::string, Keys> lclKeys;
+    bool lclInTransaction = false;
+    bool lclTransactionLost = false;
 };
 
 using LinkPtr = std::shared_ptr<OdbcLink>;

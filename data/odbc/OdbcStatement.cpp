@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <limits>
 
-#include "data/odbc/OdbcKeys.h"
 #include "data/odbc/SingleTable.h"
 #include "data/odbc/Wide.h"
 #include "platform/text.h"
@@ -11,7 +10,7 @@
 namespace kavidex::data::odbc {
 
 OdbcStatement::OdbcStatement(LinkPtr link) : lclLink(std::move(link)) {
-    const SQLHDBC connection = lclLink->Handle();
+    const SQLHDBC connection = lclLink->Ready();
     if (!SQL_SUCCEEDED(SQLAllocHandle(SQL_HANDLE_STMT, connection, &lclHandle)))
         lclLink->Fail(SQL_HANDLE_DBC, connection);
 }
@@ -124,38 +123,21 @@ Field OdbcStatement::DescribeColumn(SQLUSMALLINT column) {
     return field;
 }
 
-FieldsPtr OdbcStatement::Describe(bool keys) {
-    auto fields = std::make_shared<std::vector<Field>>();
-    for (SQLUSMALLINT i = 1; i <= lclColumns; ++i) fields->push_back(DescribeColumn(i));
-    if (keys) FindKeys(*fields);
+std::vector<Field> OdbcStatement::Describe() {
+    std::vector<Field> fields;
+    for (SQLUSMALLINT i = 1; i <= lclColumns; ++i) fields.push_back(DescribeColumn(i));
     return fields;
 }
 
-// A plain statement over one table leaves no doubt where its columns come from; the driver may know
-// that table in another case. For any other statement, or a table without a key, the driver is
-// asked for every column, which takes two calls each.
-void OdbcStatement::FindKeys(std::vector<Field>& fields) {
-    const auto allOf = [&](const std::string& table) {
-        for (Field& field : fields) {
-            field.baseTable = table;
-            field.baseColumn = field.name;
-        }
-        return MarkKeys(lclLink, fields);
-    };
-    if (const std::string table = SingleTable(lclText); !table.empty()) {
-        if (allOf(table)) return;
-        const std::string known = Attribute(1, SQL_DESC_BASE_TABLE_NAME);
-        if (platform::EqualAsciiNoCase(known, table) && allOf(known)) return;
-    }
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        const auto number = static_cast<SQLUSMALLINT>(i + 1);
-        const std::string table = Attribute(number, SQL_DESC_BASE_TABLE_NAME);
-        const std::string column = Attribute(number, SQL_DESC_BASE_COLUMN_NAME);
-        if (table.empty() || column.empty()) continue; // some drivers name no base
-        fields[i].baseTable = table;
-        fields[i].baseColumn = column;
-    }
-    MarkKeys(lclLink, fields);
+// Two calls a column, saved where the keys of the one table are known.
+Origins OdbcStatement::ReadOrigins() {
+    Origins origins{SingleTable(lclText), {}};
+    const auto known = lclLink->KnownKeys().find(origins.table);
+    if (known != lclLink->KnownKeys().end() && !known->second.empty()) return origins;
+    for (SQLUSMALLINT i = 1; i <= lclColumns; ++i)
+        origins.columns.push_back(
+            {Attribute(i, SQL_DESC_BASE_TABLE_NAME), Attribute(i, SQL_DESC_BASE_COLUMN_NAME)});
+    return origins;
 }
 
 } // namespace kavidex::data::odbc

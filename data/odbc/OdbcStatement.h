@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "data/odbc/OdbcKeys.h"
 #include "data/odbc/OdbcLink.h"
 #include "data/odbc/OdbcTypes.h"
 #include "data/rows/RowSource.h"
@@ -27,11 +28,11 @@ public:
     bool HasRows() const { return lclColumns > 0; }
     std::int64_t RowCount();
     // Runs what else the text holds (a procedure's further statements), so that their failures
-    // show.
+    // show, and frees the connection for other statements.
     void Finish();
 
-    // Primary keys are asked of the database where `keys`.
-    FieldsPtr Describe(bool keys);
+    std::vector<Field> Describe(); // without base tables and keys
+    Origins ReadOrigins();         // while the rows are pending
     RowStore FetchAll();
 
 private:
@@ -40,7 +41,6 @@ private:
     void Bind(SQLUSMALLINT number, const Value& value);
     void CountColumns();
     Field DescribeColumn(SQLUSMALLINT column);
-    void FindKeys(std::vector<Field>& fields);
     std::string Attribute(SQLUSMALLINT column, SQLUSMALLINT which);
     std::vector<Column> BindColumns(std::size_t rows, std::size_t& firstLong);
     void Append(RowStore& store, const Column& column, std::size_t row);

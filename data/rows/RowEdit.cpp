@@ -133,6 +133,14 @@ private:
     std::vector<Value> lclValues;
 };
 
+// Rows whose keys nobody could tell are not written: a new one could not be found again.
+void RefuseTrouble(const RowSource& source, const std::string& table) {
+    if (const std::string trouble = source.KeyTrouble(); !trouble.empty())
+        Refuse(errors::featureNotAvailable, "The rows of table '" + table +
+                                                "' cannot be written: asking for its key failed. " +
+                                                trouble);
+}
+
 // The row as it was read: its key, then every other value that the engine can compare.
 Conditions AsRead(RowSource& source, const std::vector<Field>& fields, const std::string& table,
                   const std::vector<Value>& old) {
@@ -145,10 +153,12 @@ Conditions AsRead(RowSource& source, const std::vector<Field>& fields, const std
         keyed = keyed || fields[i].key;
         if (!condition.empty()) conditions.Add(column, condition, old[i]);
     }
-    if (!keyed)
+    if (!keyed) {
+        RefuseTrouble(source, table);
         Refuse(errors::featureNotAvailable, "The key of table '" + table +
                                                 "' is not among the fields, so the row cannot be "
                                                 "found again.");
+    }
     return conditions;
 }
 
@@ -211,6 +221,7 @@ Value Coerced(const Field& field, Value value) {
 std::vector<Value> InsertRow(RowSource& source, const std::vector<Field>& fields,
                              const RowChanges& changes) {
     const std::string& table = TableOf(fields, changes);
+    RefuseTrouble(source, table);
     Statement statement{"INSERT INTO " + source.Quoted(table) + " (", {}};
     std::string marks;
     std::vector<Value> row(fields.size());

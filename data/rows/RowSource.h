@@ -27,6 +27,8 @@ public:
 
     // Runs the statement of the recordset again.
     virtual ResultRows Fetch() = 0;
+    // Why the keys of the rows are not known, where asking for them failed; else empty.
+    virtual std::string KeyTrouble() const { return {}; }
 
     // A table or column name as it stands in a statement of this engine.
     virtual std::string Quoted(std::string_view name) const = 0;

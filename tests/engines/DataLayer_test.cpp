@@ -4,6 +4,7 @@
 #include "data/Error.h"
 #include "data/clsSettings.h"
 #include "data/clsTable.h"
+#include "data/letters.h"
 #include "data/modData.h"
 #include "data/schema/clsUpdateDb.h"
 #include "data/schema/modDataBase.h"
@@ -84,21 +85,21 @@ TEST_P(DataLayerOverEngines, EveryHostileTextComesBackAsItWas) {
         const std::string read = "select " + column + " from " + table;
         // Read by the one statement that escapes once...
         OpenRecordset(machine, insert, connection);
-        EXPECT_EQ(ToText(One(read)), each.text) << each.name << "\n" << Logged();
+        EXPECT_EQ(Text(One(read)), each.text) << each.name << "\n" << Logged();
         connection->Execute("delete from " + table);
         // ... and written by the one that escapes twice.
         ExecuteSql(machine, insert, connection);
         const std::string expected = engine.DoublesBackslashesOnExecute()
                                          ? platform::Replace(each.text, "\\", "\\\\")
                                          : each.text;
-        EXPECT_EQ(ToText(One(read)), expected) << each.name;
+        EXPECT_EQ(Text(One(read)), expected) << each.name;
         // Through the recordset, without any text of a statement.
         const RecordsetPtr rows = OpenRecordset(machine, "select * from " + table, connection);
         rows->Set(column, std::string("anders"));
         rows->Update();
         rows->Set(column, each.text);
         rows->Update();
-        EXPECT_EQ(ToText(One(read)), each.text) << each.name;
+        EXPECT_EQ(Text(One(read)), each.text) << each.name;
         // Found again by what it is, where the column can be compared.
         if (!isLong) {
             const RecordsetPtr found = OpenRecordset(
@@ -128,7 +129,7 @@ TEST_P(DataLayerOverEngines, SettingsAreInsertedUpdatedWalkedAndDeleted) {
     EXPECT_EQ(Setting("Sectie o'clock", "sleutel"), "waarde");
     settings.SetSetting("Storage", "DocumentPath", "it's"); // the value is not
     EXPECT_EQ(Setting("Storage", "DocumentPath"), "twee");
-    EXPECT_TRUE(machine.log.Has("OpenRecordset")) << "a refused statement leaves a trace";
+    EXPECT_TRUE(machine.log.Has("clsSettings.SetSetting")) << "a refused text leaves a trace";
 
     for (const char* key : {"k1", "k2", "k3"})
         settings.SetSetting("Rij", key, std::string("v") + key);
@@ -215,6 +216,16 @@ TEST_P(DataLayerOverEngines, TheUpgradeChainReachesTheCurrentVersionOnce) {
     upgrade.fncUpdateDb();
     EXPECT_EQ(Count("tblTranslations"), translations);
     EXPECT_EQ(Setting("Build", "DbVersion"), currentVersion);
+}
+
+TEST_P(DataLayerOverEngines, TheDatabaseTellsWhichLettersItKeeps) {
+    const bool keeps = KeepsEveryLetter(CollationOf(machine, connection));
+    EXPECT_FALSE(machine.log.Has("OpenRecordset", "ollation")) << Logged();
+    if (engine.dialect == schema::Dialect::SqlServer) return; // as its database was made
+    EXPECT_TRUE(keeps);
+    if (engine.dialect != schema::Dialect::MySql) return;
+    connection->Execute("alter database character set latin1");
+    EXPECT_FALSE(KeepsEveryLetter(CollationOf(machine, connection)));
 }
 
 KAVIDEX_OVER_ENGINES(DataLayerOverEngines);

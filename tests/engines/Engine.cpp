@@ -33,6 +33,23 @@ private:
     MySqlDatabase lclDatabase{MariaDbServer::Instance().ConnectionString("")};
 };
 
+// The same server behind a driver with other manners.
+class StrictDatabase : public TestDatabase {
+public:
+    ConnectionPtr Connect() override {
+        const std::string usual = lclDatabase.ConnectionString();
+        ::setenv("KAVIDEX_STRICT_OVER", DriverOf(usual).c_str(), 1);
+        return data::OpenOdbc("DRIVER=" KAVIDEX_STRICT_DRIVER + usual.substr(usual.find(';')));
+    }
+    static std::string DriverOf(const std::string& connectionString) {
+        const auto start = connectionString.find('=') + 1;
+        return connectionString.substr(start, connectionString.find(';') - start);
+    }
+
+private:
+    MySqlDatabase lclDatabase{MariaDbServer::Instance().ConnectionString("")};
+};
+
 const char* SqlServerString() { return std::getenv("KAVIDEX_SQLSERVER"); }
 
 class SqlServerDatabase : public TestDatabase {
@@ -41,7 +58,12 @@ public:
         static int count = 0;
         lclName = "kavidexSuite" + std::to_string(++count);
         Admin()->Execute("if db_id('" + lclName + "') is not null drop database " + lclName);
-        Admin()->Execute("create database " + lclName);
+        try { // every letter, where the server knows how
+            Admin()->Execute("create database " + lclName +
+                             " collate Latin1_General_100_CI_AS_SC_UTF8");
+        } catch (const platform::Error&) {
+            Admin()->Execute("create database " + lclName);
+        }
     }
     ~SqlServerDatabase() override {
         try {
@@ -68,6 +90,12 @@ std::unique_ptr<TestDatabase> Make() {
 
 std::string Nothing() { return {}; }
 std::string MissingMariaDb() { return MariaDbServer::Instance().Missing(); }
+std::string MissingStrict() {
+    const MariaDbServer& server = MariaDbServer::Instance();
+    if (!server.Missing().empty()) return server.Missing();
+    const std::string driver = StrictDatabase::DriverOf(server.ConnectionString(""));
+    return driver[0] == '/' ? "" : "the file of MariaDB's ODBC driver is not known";
+}
 std::string MissingSqlServer() {
     return SqlServerString() ? ""
                              : "no server named: KAVIDEX_SQLSERVER holds no ODBC connection string";
@@ -79,6 +107,7 @@ const std::vector<Engine>& Engines() {
     static const std::vector<Engine> engines = {
         {"embedded", Dialect::Access, &Nothing, &Make<EmbeddedFile>},
         {"mariadb", Dialect::MySql, &MissingMariaDb, &Make<MariaDbDatabase>},
+        {"strict", Dialect::MySql, &MissingStrict, &Make<StrictDatabase>},
         {"sqlserver", Dialect::SqlServer, &MissingSqlServer, &Make<SqlServerDatabase>},
     };
     return engines;

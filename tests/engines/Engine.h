@@ -32,6 +32,9 @@ struct Engine {
     // Definitions of tables end an open transaction.
     bool CommitsOnDefinition() const { return dialect == data::schema::Dialect::MySql; }
     bool HasServerSessions() const { return dialect != data::schema::Dialect::Access; }
+    // Texts of a CHAR column come back with the blanks that fill it.
+    bool PadsTexts() const { return dialect == data::schema::Dialect::SqlServer; }
+    bool HasProcedures() const { return HasServerSessions(); }
     // A new database has the base schema already.
     bool ComesWithSchema() const { return dialect == data::schema::Dialect::Access; }
     std::int64_t FirstAutoNumber() const {
@@ -57,6 +60,8 @@ protected:
     data::RecordsetPtr Open(const std::string& statement) { return connection->Open({statement}); }
     // The first value of the first row.
     data::Value One(const std::string& statement);
+    // The text that was stored, whatever the column was filled with.
+    std::string Text(const data::Value& value) const;
 };
 
 // A test fixture that runs over all engines, one instance each.

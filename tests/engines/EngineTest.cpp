@@ -19,4 +19,10 @@ data::Value EngineTest::One(const std::string& statement) {
     return rows->Eof() ? data::Value() : rows->Get(0);
 }
 
+std::string EngineTest::Text(const data::Value& value) const {
+    std::string text = data::ToText(value);
+    if (engine.PadsTexts()) text.erase(text.find_last_not_of(' ') + 1);
+    return text;
+}
+
 } // namespace kavidex::tests

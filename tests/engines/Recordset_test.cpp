@@ -33,7 +33,7 @@ struct RecordsetOverEngines : EngineTest {
         std::string names;
         if (rows.RecordCount() > 0)
             for (rows.MoveFirst(); !rows.Eof(); rows.MoveNext())
-                names += ToText(rows.Get("Naam")).substr(4);
+                names += Text(rows.Get("Naam")).substr(4);
         return names;
     }
 };
@@ -51,7 +51,7 @@ TEST_P(RecordsetOverEngines, WalksItsRowsAsAdoDoes) {
     const RecordsetPtr rows = All(*connection);
     EXPECT_EQ(rows->RecordCount(), 5);
     EXPECT_EQ(rows->AbsolutePosition(), 1);
-    EXPECT_EQ(ToText(rows->Get("naam")), "naam1");
+    EXPECT_EQ(Text(rows->Get("naam")), "naam1");
     EXPECT_EQ(ToInt64(rows->Get("ID")), engine.FirstAutoNumber());
     EXPECT_EQ(std::get<bool>(rows->Get("Vlag")), true);
     EXPECT_TRUE(IsNull(rows->Get("Verhaal")));
@@ -65,7 +65,7 @@ TEST_P(RecordsetOverEngines, WalksItsRowsAsAdoDoes) {
     rows->MovePrevious();
     EXPECT_TRUE(rows->Bof());
     rows->SetAbsolutePosition(2);
-    EXPECT_EQ(ToText(rows->Get("Naam")), "naam2");
+    EXPECT_EQ(Text(rows->Get("Naam")), "naam2");
     EXPECT_EQ(NumberOf([&] { rows->SetAbsolutePosition(0); }), errors::invalidArgument);
     EXPECT_EQ(rows->AbsolutePosition(), 2);
     rows->SetAbsolutePosition(6);
@@ -93,6 +93,27 @@ TEST_P(RecordsetOverEngines, TellsItsFieldsAndClosedRecordsets) {
     const RecordsetPtr closed = Open("insert into tblProbe (Naam) values ('x')");
     EXPECT_FALSE(closed->IsOpen());
     EXPECT_EQ(connection->Execute("update tblProbe set Getal = 1"), 1);
+
+    const RecordsetPtr columns = connection->OpenSchema(Schema::Columns);
+    std::string names;
+    for (; !columns->Eof(); columns->MoveNext())
+        if (platform::EqualAsciiNoCase(ToText(columns->Get("TABLE_NAME")), "tblProbe"))
+            names += ToText(columns->Get("COLUMN_NAME")) + ";";
+    EXPECT_EQ(names, "Id;Naam;Getal;Vlag;Verhaal;");
+}
+
+TEST_P(RecordsetOverEngines, AProcedureThatFailsAfterItsFirstRowsFails) {
+    if (!engine.HasProcedures()) GTEST_SKIP() << "this engine has no procedures";
+    const bool mySql = engine.dialect == schema::Dialect::MySql;
+    connection->Execute(mySql ? "create procedure probeLate() begin select 1 as a; "
+                                "signal sqlstate '45000' set message_text = 'te laat'; end"
+                              : "create procedure probeLate as begin select 1 as a; "
+                                "raiserror('te laat', 16, 1) end");
+    EXPECT_NE(WordsOf([&] {
+                  connection->Open({"probeLate", CommandType::StoredProcedure});
+              }).find("te laat"),
+              std::string::npos);
+    EXPECT_EQ(ToInt64(One("select count(*) from tblProbe")), 0) << "the connection goes on";
 }
 
 TEST_P(RecordsetOverEngines, WritesOneRowAndFindsItChanged) {
@@ -103,12 +124,12 @@ TEST_P(RecordsetOverEngines, WritesOneRowAndFindsItChanged) {
     rows->Set("Naam", odd);
     rows->Set("Getal", Value());
     rows->Set("Vlag", true);
-    EXPECT_EQ(ToText(One("select Naam from tblProbe where Getal = 20")), "naam2")
+    EXPECT_EQ(Text(One("select Naam from tblProbe where Getal = 20")), "naam2")
         << "written before Update";
     rows->Update();
     const RecordsetPtr again = All(*connection);
     again->MoveNext();
-    EXPECT_EQ(ToText(again->Get("Naam")), odd);
+    EXPECT_EQ(Text(again->Get("Naam")), odd);
     EXPECT_TRUE(IsNull(again->Get("Getal")));
     EXPECT_TRUE(ToBool(again->Get("Vlag")));
 
@@ -119,8 +140,8 @@ TEST_P(RecordsetOverEngines, WritesOneRowAndFindsItChanged) {
     rows->Update();
     rows->Set("Naam", std::string("vergeten"));
     rows->CancelUpdate();
-    EXPECT_EQ(ToText(rows->Get("Naam")), "twee");
-    EXPECT_EQ(ToText(One("select Naam from tblProbe where Getal is null")), "twee");
+    EXPECT_EQ(Text(rows->Get("Naam")), "twee");
+    EXPECT_EQ(Text(One("select Naam from tblProbe where Getal is null")), "twee");
 }
 
 TEST_P(RecordsetOverEngines, WritesThroughOtherNamesAndWhatATableIsNow) {
@@ -131,10 +152,10 @@ TEST_P(RecordsetOverEngines, WritesThroughOtherNamesAndWhatATableIsNow) {
         row->Update();
     };
     write("SELECT * FROM TBLPROBE", "naam", "een");
-    EXPECT_EQ(ToText(One("select Naam from tblProbe")), "een");
+    EXPECT_EQ(Text(One("select Naam from tblProbe")), "een");
     write("select Verhaal as Naam, Naam as Verhaal, Id from tblProbe", "Naam", "verteld");
-    EXPECT_EQ(ToText(One("select Verhaal from tblProbe")), "verteld");
-    EXPECT_EQ(ToText(One("select Naam from tblProbe")), "een");
+    EXPECT_EQ(Text(One("select Verhaal from tblProbe")), "verteld");
+    EXPECT_EQ(Text(One("select Naam from tblProbe")), "een");
 
     // Another table under the name that was read before.
     using enum schema::ColumnType;
@@ -158,7 +179,7 @@ TEST_P(RecordsetOverEngines, RefusesARowThatSomeoneElseChangedOrRemoved) {
     mine->Set("Naam", std::string("mijn"));
     EXPECT_EQ(NumberOf([&] { mine->Update(); }), errors::rowChanged);
     mine->CancelUpdate();
-    EXPECT_EQ(ToText(One("select Naam from tblProbe where Getal = 10")), "NAAM1");
+    EXPECT_EQ(Text(One("select Naam from tblProbe where Getal = 10")), "NAAM1");
 
     theirs->MoveNext();
     theirs->Delete();
@@ -182,7 +203,7 @@ TEST_P(RecordsetOverEngines, AddsRowsWithTheirAutoNumber) {
     rows->Update();
     EXPECT_EQ(rows->RecordCount(), 2);
     EXPECT_EQ(ToInt64(rows->Get("Id")), engine.FirstAutoNumber() + 1);
-    EXPECT_EQ(ToText(One("select Verhaal from tblProbe where Naam = 'nieuw'")),
+    EXPECT_EQ(Text(One("select Verhaal from tblProbe where Naam = 'nieuw'")),
               std::string(65536, 'v'));
     rows->AddNew();
     rows->Set("Naam", std::string("niet"));
@@ -214,7 +235,7 @@ TEST_P(RecordsetOverEngines, TransactionsKeepOrUndoAll) {
     connection->CommitTrans();
     connection->RollbackTrans();
     EXPECT_EQ(ToInt64(One("select Getal from tblProbe")), 10);
-    EXPECT_EQ(ToText(One("select Naam from tblProbe")), "naam1");
+    EXPECT_EQ(Text(One("select Naam from tblProbe")), "naam1");
     connection->BeginTrans();
     connection->Execute("update tblProbe set Getal = 2");
     connection->CommitTrans();
@@ -259,9 +280,9 @@ TEST_P(RecordsetOverEngines, ADroppedConnectionIsAClearError) {
     Fill(1);
     const RecordsetPtr rows = All(*connection);
     const bool mySql = engine.dialect == schema::Dialect::MySql;
-    const std::string session = ToText(One(mySql ? "select connection_id()" : "select @@spid"));
+    const std::string session = Text(One(mySql ? "select connection_id()" : "select @@spid"));
     database->Connect()->Execute("kill " + session);
-    EXPECT_EQ(ToText(rows->Get("Naam")), "naam1") << "rows in memory stay readable";
+    EXPECT_EQ(Text(rows->Get("Naam")), "naam1") << "rows in memory stay readable";
     try {
         Open("select * from tblProbe");
         FAIL();
