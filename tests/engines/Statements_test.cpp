@@ -1,9 +1,11 @@
-// Leaves every statement that the data layer issues in a dialect in statements-<dialect>.sql beside
-// the test program, one a line, for validators of that dialect.
+// Leaves every statement that the data layer, the model and the controls issue in a dialect in
+// statements-<dialect>.sql beside the test program, one a line, for validators of that dialect.
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 
 #include "data/clsSettings.h"
 #include "data/clsTable.h"
@@ -12,8 +14,7 @@
 #include "data/schema/clsUpdateDb.h"
 #include "data/schema/modDataBase.h"
 #include "data/schema/schema.h"
-#include "tests/fakes/FakeWorkstation.h"
-#include "tests/fakes/RecordingConnection.h"
+#include "tests/engines/EveryStatement.h"
 
 namespace kavidex::tests {
 
@@ -82,6 +83,41 @@ void WorkIn(const Form& form, const platform::Workstation& machine, std::vector<
     all.insert(all.end(), recorder->statements.begin(), recorder->statements.end());
 }
 
+#ifdef KAVIDEX_SOURCES
+// Texts of the sources that begin as a statement does, up to their first quote.
+std::vector<std::string> StatementsIn(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    const std::string text{std::istreambuf_iterator<char>(stream), {}};
+    const std::string lower = platform::LowerCase(text);
+    std::vector<std::string> found;
+    for (const std::string verb : {"\"select ", "\"insert into ", "\"update ", "\"delete from "})
+        for (auto at = lower.find(verb); at != std::string::npos; at = lower.find(verb, at + 1))
+            found.push_back(text.substr(at + 1, text.find('"', at + 1) - at - 1));
+    return found;
+}
+#endif
+
+// Natively: a Windows program has no sources beside it.
+void ExpectAllOfTheSources([[maybe_unused]] const std::vector<std::string>& issued) {
+#ifdef KAVIDEX_SOURCES
+    std::size_t checked = 0;
+    for (const char* room : {"/model", "/controls"})
+        for (const auto& entry :
+             std::filesystem::recursive_directory_iterator(std::string(KAVIDEX_SOURCES) + room)) {
+            if (entry.path().extension() != ".cpp") continue;
+            for (const std::string& start : StatementsIn(entry.path())) {
+                ++checked;
+                EXPECT_TRUE(std::any_of(
+                    issued.begin(), issued.end(),
+                    [&](const auto& statement) { return statement.rfind(start, 0) == 0; }))
+                    << entry.path().filename()
+                    << " has a statement that is not recorded: " << start;
+            }
+        }
+    EXPECT_GT(checked, 40u);
+#endif
+}
+
 } // namespace
 
 TEST(Statements, EveryDialectsStatementsAreLeftForValidators) {
@@ -91,6 +127,9 @@ TEST(Statements, EveryDialectsStatementsAreLeftForValidators) {
         CreateIn(form, machine, all);
         const std::size_t created = all.size();
         WorkIn(form, machine, all);
+        const std::vector<std::string> more = EveryStatement(machine, form.dbmsName).Run();
+        all.insert(all.end(), more.begin(), more.end());
+        ExpectAllOfTheSources(more);
         ASSERT_GE(created, schema::Tables().size() + schema::CreateIndexes().size()) << form.name;
         EXPECT_EQ(all.front().rfind(form.createStart, 0), 0u) << all.front();
         EXPECT_GT(all.size(), created + 100) << form.name;

@@ -1,0 +1,182 @@
+// Makes the model and the controls send every statement that they have.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "controls/common/OwnTranslator.h"
+#include "controls/tree/DefaultTabs.h"
+#include "controls/viewer/DocumentPanel.h"
+#include "data/embedded/EmbeddedDatabase.h"
+#include "data/schema/clsUpdateDb.h"
+#include "model/IntegrityCheck.h"
+#include "model/clsCheckListType.h"
+#include "model/clsDocument.h"
+#include "model/clsDossier.h"
+#include "model/clsDossierDbRelations.h"
+#include "model/clsItem.h"
+#include "model/clsTree.h"
+#include "model/clsUserAuth.h"
+#include "model/filing.h"
+#include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/RecordingConnection.h"
+
+namespace kavidex::tests {
+
+// As an engine without transactions.
+class Stepwise : public RecordingConnection {
+public:
+    using RecordingConnection::RecordingConnection;
+    void BeginTrans() override {
+        throw data::Error(data::errors::featureNotAvailable, "no transactions", "Stepwise");
+    }
+    data::Value Property(std::string_view property) const override {
+        if (property == "Transaction DDL") return std::int64_t{0};
+        return RecordingConnection::Property(property);
+    }
+};
+
+class EveryStatement {
+public:
+    // What a server of that name is sent; an embedded database at the current version keeps the
+    // rows, whatever the name says.
+    EveryStatement(FakeWorkstation& workstation, const std::string& dbmsName)
+        : machine(workstation), kept(data::EmbeddedDatabase::CreateInMemory()),
+          connection(std::make_shared<Stepwise>(dbmsName, kept)) {
+        data::clsUpdateDb update(machine);
+        update.SetDbConnection(kept);
+        update.fncUpdateDb();
+        machine.files.CreateDirectories(machine.Path("store"));
+        kept->Execute("insert into tblSettings (Section, SKey, [Value]) values ('Storage', "
+                      "'DocumentPath', '" +
+                      machine.Path("store") + "')");
+        kept->Execute("insert into tblDossierTypes (TypeId, DossierType) values (7, 'Zaak')");
+        kept->Execute("insert into tblDossierTabs (DossierTypeId, TabDescription) values (7, "
+                      "'Post')");
+    }
+
+    std::vector<std::string> Run() {
+        Trees();
+        Documents();
+        Dossiers();
+        RightsAndChecklists();
+        model::CheckIntegrity(machine, connection);
+        Controls();
+        return connection->statements;
+    }
+
+private:
+    std::shared_ptr<model::clsTree> Tree(std::int32_t id = 0) {
+        auto made = std::make_shared<model::clsTree>(machine);
+        made->SetDbConnection(connection);
+        made->SetDescription("Dossier");
+        if (id != 0) made->SetTreeId(id);
+        return made;
+    }
+
+    void Trees() {
+        const auto made = Tree();
+        made->CreateNew();
+        made->SetDeleteEnabled(true);
+        const auto root = made->Item()->Id();
+        const auto post = made->AddChildTab("Post", root), old = made->AddChildTab("Oud", root);
+        const auto letter = made->AddChildItem(0, "tif", nullptr, 1, "Brief", post->Id());
+        letter->SetDescription("Brief 2");
+        made->MoveItem(letter->Id(), old->Id(), post->Id());
+        model::clsItemPtr doomed = letter;
+        made->DeleteItem(doomed, 0);
+        tree = Tree(made->TreeId());
+        folder = post->Id();
+        // A tree that no dossier knows goes with its root.
+        kept->Execute("insert into tblTree (TreeId, TopItemId) values (4711, " +
+                      std::to_string(old->Id()) + ")");
+        Tree(made->TreeId())->Delete();
+    }
+
+    void Documents() {
+        model::clsDocument made(machine);
+        made.SetDatabaseObject(connection);
+        made.SetDescription("Brief");
+        made.SetDocType("tif");
+        made.SetSendTo("Jan");
+        made.SaveNewRow();
+        model::clsDocument read(machine);
+        read.SetDatabaseObject(connection);
+        read.SetId(made.DocId());
+        read.OpenDataSource();
+        read.LoadData();
+        read.SetSendTo("Piet");
+        read.UpdateCurrentRow();
+        read.DeleteCurrentRow();
+
+        machine.files.WriteAll(machine.Path("brief.txt"), "inhoud");
+        model::FilingRequest request;
+        request.source = machine.Path("brief.txt");
+        request.folderId = folder;
+        model::FileDocument(machine, *tree, request);
+        // One that cannot be filed is taken back.
+        connection->refuse = [](const std::string& statement) {
+            return statement.find("nsert into tblTreeItem ") != std::string::npos;
+        };
+        model::FileDocument(machine, *tree, request);
+        connection->refuse = nullptr;
+    }
+
+    void Dossiers() {
+        model::clsDossierDbRelations key(machine);
+        key.SetDbConnection(connection);
+        key.SetDbKey("K1");
+        key.SaveNewRow();
+        key.UpdateCurrentRow();
+        model::clsDossier dossier(machine);
+        dossier.SetDbConnection(connection);
+        dossier.SetDossierId(key.DossierId());
+        dossier.SetDossierType("Zaak");
+        dossier.SetTreeId(tree->TreeId());
+        dossier.SaveNewRow();
+        dossier.OpenDataSource();
+        dossier.LoadData();
+        dossier.UpdateCurrentRow();
+        dossier.DeleteCurrentRow();
+        key.OpenDataSource();
+        key.LoadData();
+        key.DeleteCurrentRow();
+    }
+
+    void RightsAndChecklists() {
+        model::clsUserAuth rights(machine);
+        rights.SetDbConnection(connection);
+        rights.SetUserId("jan");
+        rights.SetRight("Print", "True");
+        rights.SaveRights();
+        rights.LoadRights();
+        rights.RenameUser("jan", "piet");
+        rights.SetUserId("piet");
+        rights.DeleteRights();
+        model::clsCheckListType list(machine);
+        list.SetDbConnection(connection);
+        list.GetType("A", "B");
+        list.CreateField(1, "Paspoort", 1, "Paspoort", "tif");
+        list.UpdateCurrentType();
+    }
+
+    void Controls() {
+        controls::OwnTranslator translator(machine);
+        translator.SetDbConnection(connection);
+        translator.Translate("Nieuw");
+        controls::DefaultTabs("Dossiertype=Zaak", connection.get(), machine);
+        controls::DocumentPanel panel(machine);
+        panel.SetDbConnection(connection);
+        const auto shown = Tree(tree->TreeId());
+        panel.ShowList(shown->GetItem(folder, ""));
+        if (!panel.Documents().empty()) panel.RowActivated(0);
+    }
+
+    FakeWorkstation& machine;
+    data::ConnectionPtr kept;
+    std::shared_ptr<RecordingConnection> connection;
+    std::shared_ptr<model::clsTree> tree;
+    std::int32_t folder = 0;
+};
+
+} // namespace kavidex::tests
