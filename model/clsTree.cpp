@@ -79,7 +79,8 @@ void clsTree::Store() {
     try {
         store.Write(statement(Word));
     } catch (const data::Error& error) {
-        // Some servers take the words for names of columns.
+        // Some servers take the words for names of columns; any other failure is one.
+        if (error.Number() != data::errors::syntax) throw;
         lclWorkstation.log.Write("clsTree", std::string(error.what()) + ": " + error.Statement());
         store.Write(statement([](bool flag) { return flag ? "1" : "0"; }));
     }
