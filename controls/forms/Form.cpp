@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "platform/Error.h"
+#include "platform/ErrorNumber.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
 #include "platform/Workstation.h"
@@ -86,7 +87,7 @@ bool Form::Guarded(const std::function<void()>& work) {
     } catch (const std::exception& error) {
         std::string text = error.what();
         if (const auto* ours = dynamic_cast<const platform::Error*>(&error))
-            text = std::to_string(ours->Number()) + " " + text;
+            text = std::to_string(platform::ShownNumber(ours->Number())) + " " + text;
         const std::string name(lclLayout.name);
         lclWorkstation.log.Write(name, text);
         lclWorkstation.messages.Show(
