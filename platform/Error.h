@@ -32,6 +32,7 @@ constexpr std::int32_t pathNotFound = static_cast<std::int32_t>(0x80070003);
 constexpr std::int32_t accessDenied = static_cast<std::int32_t>(0x80070005);
 constexpr std::int32_t alreadyExists = static_cast<std::int32_t>(0x80070050);
 constexpr std::int32_t diskFull = static_cast<std::int32_t>(0x80070070);
+constexpr std::int32_t invalidData = static_cast<std::int32_t>(0x8007000D);
 constexpr std::int32_t sharingViolation = static_cast<std::int32_t>(0x80070020);
 } // namespace errors
 

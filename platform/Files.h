@@ -3,9 +3,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/FileStreams.h"
 
 namespace kavidex::platform {
 
@@ -49,6 +52,11 @@ public:
     virtual std::string ReadAll(std::string_view path) = 0;
     // Whole or not at all: temporary name, flush, rename.
     virtual void WriteAll(std::string_view path, std::string_view bytes) = 0;
+
+    // Keeps nobody from the file, which may be replaced or deleted while it is read.
+    virtual std::unique_ptr<FileReader> Reader(std::string_view path) = 0;
+    // A new file for this path, under a temporary name beside it until it is put in place.
+    virtual std::unique_ptr<FileWriter> Writer(std::string_view path) = 0;
 
     // Names (not paths) in `folder` that match `pattern` (* and ?, without case), sorted by name
     // without case; subfolders too where `folders` says so. A missing folder has no entries.

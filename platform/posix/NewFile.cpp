@@ -42,17 +42,19 @@ NewFile::~NewFile() {
     if (!lclTemporary.empty()) ::unlink(lclTemporary.c_str());
 }
 
-int NewFile::Finish() { return ::fsync(lclFile.Get()) == 0 && lclFile.Close() ? 0 : errno; }
+int NewFile::Finish(bool flush) {
+    return (!flush || ::fsync(lclFile.Get()) == 0) && lclFile.Close() ? 0 : errno;
+}
 
-int NewFile::PutInPlace(const std::string& nativeTarget, bool failIfExists) {
-    if (const int failed = Finish()) return failed;
+int NewFile::PutInPlace(const std::string& nativeTarget, bool failIfExists, bool flush) {
+    if (const int failed = Finish(flush)) return failed;
     if (failIfExists) {
         if (const int failed = RenameNew(lclTemporary, nativeTarget)) return failed;
     } else if (::rename(lclTemporary.c_str(), nativeTarget.c_str()) != 0) {
         return errno;
     }
     lclTemporary.clear();
-    return FlushFolder(NativeFolder(nativeTarget));
+    return flush ? FlushFolder(NativeFolder(nativeTarget)) : 0;
 }
 
 int NewFile::Keep(std::string& nativePath) {

@@ -18,13 +18,13 @@ public:
 
     int Error() const { return lclError; } // of the making
     int Descriptor() const { return lclFile.Get(); }
-    // Flushes, closes, renames within the folder, and flushes the folder.
-    int PutInPlace(const std::string& nativeTarget, bool failIfExists);
+    // Flushes where wanted, closes, renames within the folder, and flushes the folder.
+    int PutInPlace(const std::string& nativeTarget, bool failIfExists, bool flush = true);
     // Flushes and closes; the file stays under its temporary name, which is handed back.
     int Keep(std::string& nativePath);
 
 private:
-    int Finish();
+    int Finish(bool flush = true);
 
     std::string lclTemporary;
     OpenFile lclFile;

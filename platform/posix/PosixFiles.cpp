@@ -76,6 +76,62 @@ int Fill(const NewFile& copy, const OpenFile& from) {
     return 0;
 }
 
+class PosixReader : public FileReader {
+public:
+    PosixReader(OpenFile file, std::string_view path) : lclFile(std::move(file)), lclPath(path) {}
+
+    std::uint64_t Size() override {
+        FileInfo info{};
+        if (::fstat(lclFile.Get(), &info) != 0) Fail(errno, "find the size of", lclPath);
+        return static_cast<std::uint64_t>(info.st_size);
+    }
+    std::size_t Read(std::uint64_t offset, void* room, std::size_t size) override {
+        std::size_t got = 0;
+        while (got < size) {
+            const ssize_t read = ::pread(lclFile.Get(), static_cast<char*>(room) + got, size - got,
+                                         static_cast<off_t>(offset + got));
+            if (read < 0 && errno == EINTR) continue;
+            if (read < 0) Fail(errno, "read", lclPath);
+            if (read == 0) break;
+            got += static_cast<std::size_t>(read);
+        }
+        return got;
+    }
+
+private:
+    OpenFile lclFile;
+    std::string lclPath;
+};
+
+unsigned ModeFor(std::string_view path) {
+    FileInfo old{};
+    return Find(path, old) ? old.st_mode & 0777 : 0666;
+}
+
+class PosixWriter : public FileWriter {
+public:
+    explicit PosixWriter(std::string_view path)
+        : lclPath(path), lclNative(Checked(path, writing)),
+          lclFile(NativeFolder(lclNative), ModeFor(path)) {
+        RefuseReadOnly(path, writing);
+        if (const int failed = lclFile.Error()) Fail(failed, writing, path);
+    }
+
+    void Write(std::string_view bytes) override {
+        if (const int failed = WriteFully(lclFile.Descriptor(), bytes))
+            Fail(failed, writing, lclPath);
+    }
+    void PutInPlace(bool failIfExists, bool flush) override {
+        if (const int failed = lclFile.PutInPlace(lclNative, failIfExists, flush))
+            Fail(failed, writing, lclPath);
+    }
+
+private:
+    static constexpr std::string_view writing = "write";
+    std::string lclPath, lclNative;
+    NewFile lclFile;
+};
+
 } // namespace
 
 bool PosixFiles::FileExists(std::string_view path) {
@@ -214,15 +270,19 @@ std::string PosixFiles::ReadAll(std::string_view path) {
 }
 
 void PosixFiles::WriteAll(std::string_view path, std::string_view bytes) {
-    constexpr std::string_view action = "write";
-    const std::string native = Checked(path, action);
-    RefuseReadOnly(path, action);
-    FileInfo old{};
-    NewFile file(NativeFolder(native), Find(path, old) ? old.st_mode & 0777 : 0666);
-    int failed = file.Error();
-    if (!failed) failed = WriteFully(file.Descriptor(), bytes);
-    if (!failed) failed = file.PutInPlace(native, false);
-    if (failed) Fail(failed, action, path);
+    PosixWriter file(path);
+    file.Write(bytes);
+    file.PutInPlace(false, true);
+}
+
+std::unique_ptr<FileReader> PosixFiles::Reader(std::string_view path) {
+    FileInfo info{};
+    OpenFile file = OpenForReading(path, "read", info);
+    return std::make_unique<PosixReader>(std::move(file), path);
+}
+
+std::unique_ptr<FileWriter> PosixFiles::Writer(std::string_view path) {
+    return std::make_unique<PosixWriter>(path);
 }
 
 std::vector<std::string> PosixFiles::List(std::string_view folder, std::string_view pattern,

@@ -22,6 +22,8 @@ public:
     void SetAttributes(std::string_view path, std::uint32_t attributes) override;
     std::string ReadAll(std::string_view path) override;
     void WriteAll(std::string_view path, std::string_view bytes) override;
+    std::unique_ptr<FileReader> Reader(std::string_view path) override;
+    std::unique_ptr<FileWriter> Writer(std::string_view path) override;
     std::vector<std::string> List(std::string_view folder, std::string_view pattern,
                                   bool folders) override;
     std::string TemporaryFolder() override;

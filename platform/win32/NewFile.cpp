@@ -38,24 +38,26 @@ NewFile::~NewFile() {
     DeleteFileW(lclTemporary.c_str());
 }
 
-DWORD NewFile::Finish(DWORD attributes) {
-    if (!FlushFileBuffers(lclFile.Get())) return GetLastError();
+DWORD NewFile::Finish(DWORD attributes, bool flush) {
+    if (flush && !FlushFileBuffers(lclFile.Get())) return GetLastError();
     lclFile.Close();
     constexpr DWORD kept = FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
     if (attributes & kept) SetFileAttributesW(lclTemporary.c_str(), attributes & kept);
     return 0;
 }
 
-DWORD NewFile::PutInPlace(const std::wstring& target, bool failIfExists, DWORD attributes) {
-    if (const DWORD failed = Finish(attributes)) return failed;
-    const DWORD how = MOVEFILE_WRITE_THROUGH | (failIfExists ? 0 : MOVEFILE_REPLACE_EXISTING);
+DWORD NewFile::PutInPlace(const std::wstring& target, bool failIfExists, DWORD attributes,
+                          bool flush) {
+    if (const DWORD failed = Finish(attributes, flush)) return failed;
+    const DWORD how =
+        (flush ? MOVEFILE_WRITE_THROUGH : 0) | (failIfExists ? 0 : MOVEFILE_REPLACE_EXISTING);
     if (!MoveFileExW(lclTemporary.c_str(), target.c_str(), how)) return GetLastError();
     lclTemporary.clear();
     return 0;
 }
 
 DWORD NewFile::Keep(DWORD attributes, std::wstring& name) {
-    if (const DWORD failed = Finish(attributes)) return failed;
+    if (const DWORD failed = Finish(attributes, true)) return failed;
     name = lclTemporary.substr(FolderPart(lclTemporary).size());
     lclTemporary.clear();
     return 0;

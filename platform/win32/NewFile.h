@@ -38,14 +38,15 @@ public:
 
     DWORD Error() const { return lclError; } // of the making
     HANDLE Handle() const { return lclFile.Get(); }
-    // Flushes, closes, gives it its attributes, renames within the folder.
-    DWORD PutInPlace(const std::wstring& target, bool failIfExists, DWORD attributes);
+    // Flushes where wanted, closes, gives it its attributes, renames within the folder.
+    DWORD PutInPlace(const std::wstring& target, bool failIfExists, DWORD attributes,
+                     bool flush = true);
     // Flushes, closes, gives it its attributes; it stays under its temporary name, which is handed
     // back without the folder.
     DWORD Keep(DWORD attributes, std::wstring& name);
 
 private:
-    DWORD Finish(DWORD attributes);
+    DWORD Finish(DWORD attributes, bool flush);
 
     std::wstring lclTemporary;
     FileHandle lclFile;

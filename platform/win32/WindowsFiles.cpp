@@ -80,6 +80,53 @@ DWORD KnownAttributesOf(std::string_view path) {
     return found == INVALID_FILE_ATTRIBUTES ? 0 : found;
 }
 
+class WindowsReader : public FileReader {
+public:
+    explicit WindowsReader(std::string_view path)
+        : lclFile(OpenForReading(path, "read")), lclPath(path) {}
+
+    std::uint64_t Size() override { return SizeOf(lclFile.Get(), lclPath, "find the size of"); }
+    std::size_t Read(std::uint64_t offset, void* room, std::size_t size) override {
+        LARGE_INTEGER place{};
+        place.QuadPart = static_cast<LONGLONG>(offset);
+        std::size_t got = 0;
+        if (!SetFilePointerEx(lclFile.Get(), place, nullptr, FILE_BEGIN))
+            Fail(GetLastError(), "read", lclPath);
+        if (const DWORD failed = ReadFully(lclFile.Get(), static_cast<char*>(room), size, got))
+            Fail(failed, "read", lclPath);
+        return got;
+    }
+
+private:
+    FileHandle lclFile;
+    std::string lclPath;
+};
+
+class WindowsWriter : public FileWriter {
+public:
+    explicit WindowsWriter(std::string_view path)
+        : lclPath(path), lclWide(Checked(path, writing)), lclFile(FolderPart(lclWide)) {
+        RefuseReadOnly(path, writing);
+        if (const DWORD failed = lclFile.Error()) Fail(failed, writing, path);
+    }
+
+    void Write(std::string_view bytes) override {
+        if (const DWORD failed = WriteFully(lclFile.Handle(), bytes))
+            Fail(failed, writing, lclPath);
+    }
+    void PutInPlace(bool failIfExists, bool flush) override {
+        if (const DWORD failed =
+                lclFile.PutInPlace(lclWide, failIfExists, KnownAttributesOf(lclPath), flush))
+            Fail(failed, writing, lclPath);
+    }
+
+private:
+    static constexpr std::string_view writing = "write";
+    std::string lclPath;
+    std::wstring lclWide;
+    NewFile lclFile;
+};
+
 } // namespace
 
 bool WindowsFiles::FileExists(std::string_view path) {
@@ -229,14 +276,17 @@ std::string WindowsFiles::ReadAll(std::string_view path) {
 }
 
 void WindowsFiles::WriteAll(std::string_view path, std::string_view bytes) {
-    constexpr std::string_view action = "write";
-    const std::wstring wide = Checked(path, action);
-    RefuseReadOnly(path, action);
-    NewFile file(FolderPart(wide));
-    DWORD failed = file.Error();
-    if (!failed) failed = WriteFully(file.Handle(), bytes);
-    if (!failed) failed = file.PutInPlace(wide, false, KnownAttributesOf(path));
-    if (failed) Fail(failed, action, path);
+    WindowsWriter file(path);
+    file.Write(bytes);
+    file.PutInPlace(false, true);
+}
+
+std::unique_ptr<FileReader> WindowsFiles::Reader(std::string_view path) {
+    return std::make_unique<WindowsReader>(path);
+}
+
+std::unique_ptr<FileWriter> WindowsFiles::Writer(std::string_view path) {
+    return std::make_unique<WindowsWriter>(path);
 }
 
 std::vector<std::string> WindowsFiles::List(std::string_view folder, std::string_view pattern,

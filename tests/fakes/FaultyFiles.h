@@ -1,7 +1,9 @@
 // A file system that fails where a test says so.
 #pragma once
 
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/Error.h"
@@ -77,6 +79,15 @@ public:
         Count("WriteAll", path);
         lclReal.WriteAll(path, bytes);
     }
+    std::unique_ptr<platform::FileReader> Reader(std::string_view path) override {
+        Count("Reader", path);
+        return lclReal.Reader(path);
+    }
+    // Its single writes count too.
+    std::unique_ptr<platform::FileWriter> Writer(std::string_view path) override {
+        Count("Writer", path);
+        return std::make_unique<FaultyWriter>(*this, std::string(path), lclReal.Writer(path));
+    }
     std::vector<std::string> List(std::string_view folder, std::string_view pattern,
                                   bool folders) override {
         Count("List", folder);
@@ -85,6 +96,22 @@ public:
     std::string TemporaryFolder() override { return lclReal.TemporaryFolder(); }
 
 private:
+    struct FaultyWriter : platform::FileWriter {
+        FaultyWriter(FaultyFiles& files, std::string path, std::unique_ptr<FileWriter> writer)
+            : owner(files), target(std::move(path)), real(std::move(writer)) {}
+        void Write(std::string_view bytes) override {
+            owner.Count("Write", target);
+            real->Write(bytes);
+        }
+        void PutInPlace(bool failIfExists, bool flush) override {
+            owner.Count("PutInPlace", target);
+            real->PutInPlace(failIfExists, flush);
+        }
+        FaultyFiles& owner;
+        std::string target;
+        std::unique_ptr<FileWriter> real;
+    };
+
     void Count(std::string_view name, std::string_view path, std::string_view target = {}) {
         std::string call(name);
         call.append(" ").append(path);
