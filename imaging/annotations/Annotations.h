@@ -7,12 +7,13 @@
 #include <string>
 #include <string_view>
 
+#include "imaging/Turn.h"
 #include "imaging/annotations/Mark.h"
 #include "imaging/annotations/Records.h"
 
 namespace kavidex::imaging::annotations {
 
-enum class Turn { Right, Left, Half };
+using imaging::Turn;
 
 class Annotations {
 public:

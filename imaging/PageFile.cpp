@@ -1,0 +1,142 @@
+#include "imaging/PageFile.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+#include "imaging/RowScaler.h"
+#include "imaging/tiff/Decoder.h"
+#include "platform/Error.h"
+#include "platform/FileStreams.h"
+
+namespace kavidex::imaging {
+
+namespace {
+
+using tiff::Directory;
+using tiff::OrientationOf;
+using tiff::Samples;
+using tiff::Source;
+
+double Dpi(Source& source, const Directory& page, std::uint16_t tag) {
+    constexpr std::uint64_t centimetres = 3;
+    const double resolution = source.Rational(page, tag);
+    const bool metric = source.Number(page, tiff::tags::resolutionUnit, 2) == centimetres;
+    const double dpi = metric ? resolution * 2.54 : resolution;
+    // Beyond that it is a proportion only, or nonsense.
+    return dpi >= 10 && dpi <= 100000 ? dpi : 0;
+}
+
+PageFacts FactsOf(Source& source, const Directory& page, const Samples& samples) {
+    PageFacts facts;
+    facts.width = samples.width;
+    facts.height = samples.height;
+    facts.xDpi = Dpi(source, page, tiff::tags::xResolution);
+    facts.yDpi = Dpi(source, page, tiff::tags::yResolution);
+    if (facts.xDpi == 0 || facts.yDpi == 0) facts.xDpi = facts.yDpi = 0;
+    facts.orientation = OrientationOf(source, page);
+    facts.format = samples.Shown();
+    facts.compression = samples.compression;
+    facts.bitsPerSample = samples.bits;
+    facts.samplesPerPixel = samples.perPixel;
+    facts.hasMarks = page.Find(tiff::tags::annotations) != nullptr;
+    if (SwapsSides(facts.orientation)) {
+        std::swap(facts.width, facts.height);
+        std::swap(facts.xDpi, facts.yDpi);
+    }
+    return facts;
+}
+
+void TellDamage(Source& source, const std::string& complaint, std::string* damage) {
+    if (damage) *damage = complaint;
+    if (!complaint.empty() && !damage) source.Damaged(complaint);
+}
+
+} // namespace
+
+PageFile::PageFile(platform::Files& files, std::string_view path)
+    : lclSource(std::make_unique<Source>(files, path)) {}
+
+PageFile::PageFile(std::unique_ptr<platform::FileReader> reader, std::string_view name)
+    : lclSource(std::make_unique<Source>(std::move(reader), name)) {}
+
+PageFile::~PageFile() = default;
+
+int PageFile::Count() { return lclSource->PageCount(); }
+
+PageFacts PageFile::Facts(int page) {
+    const Directory directory = lclSource->Page(page);
+    return FactsOf(*lclSource, directory, tiff::ReadSamples(*lclSource, directory));
+}
+
+PageBitmap PageFile::Decode(int page, std::string* damage) {
+    const Directory directory = lclSource->Page(page);
+    const Samples samples = tiff::ReadSamples(*lclSource, directory);
+    const PageFacts facts = FactsOf(*lclSource, directory, samples);
+    const std::uint64_t row = PageBitmap::BytesPerRow(samples.Shown(), samples.width);
+    // Turning it takes the same room once more.
+    const std::uint64_t size = row * samples.height * (facts.orientation == 1 ? 1 : 2);
+    if (size > tiff::mostMemory) lclSource->Damaged("a page is too large");
+    PageBitmap bitmap =
+        MakeBitmap(samples.Shown(), samples.width, samples.height, facts.xDpi, facts.yDpi);
+    if (SwapsSides(facts.orientation)) std::swap(bitmap.xDpi, bitmap.yDpi);
+    std::uint8_t* next = bitmap.bytes.data();
+    const std::string complaint =
+        tiff::DecodeRows(*lclSource, directory, samples, static_cast<std::size_t>(size),
+                         [&](const std::uint8_t* bytes) {
+                             std::memcpy(next, bytes, static_cast<std::size_t>(row));
+                             next += row;
+                         });
+    TellDamage(*lclSource, complaint, damage);
+    return Oriented(std::move(bitmap), facts.orientation);
+}
+
+PageBitmap PageFile::DecodeScaled(int page, std::uint32_t width, std::uint32_t height,
+                                  std::string* damage) {
+    const Directory directory = lclSource->Page(page);
+    const Samples samples = tiff::ReadSamples(*lclSource, directory);
+    const PageFacts facts = FactsOf(*lclSource, directory, samples);
+    constexpr std::uint32_t largest = 32768;
+    if (width == 0 || height == 0 || width > largest || height > largest ||
+        std::uint64_t{width} * height * 6 > tiff::mostMemory)
+        throw platform::Error(platform::errors::invalidArgument,
+                              "A page cannot be shown at that size");
+    const bool swaps = SwapsSides(facts.orientation);
+    RowScaler scaler(samples.Shown(), 0, samples.width, samples.height, swaps ? height : width,
+                     swaps ? width : height);
+    const std::string complaint =
+        tiff::DecodeRows(*lclSource, directory, samples, std::size_t{width} * height * 6,
+                         [&](const std::uint8_t* row) { scaler.Row(row); });
+    TellDamage(*lclSource, complaint, damage);
+    PageBitmap result = Oriented(scaler.Take(), facts.orientation);
+    result.xDpi = facts.xDpi * width / facts.width;
+    result.yDpi = facts.yDpi * height / facts.height;
+    return result;
+}
+
+std::optional<std::string> PageFile::Marks(int page) {
+    const Directory directory = lclSource->Page(page);
+    const tiff::Entry* entry = directory.Find(tiff::tags::annotations);
+    if (!entry) return {};
+    return lclSource->Value(*entry);
+}
+
+PageSize FittingSize(const PageFacts& facts, std::uint32_t width, std::uint32_t height) {
+    const double x = facts.xDpi > 0 ? facts.width / facts.xDpi : facts.width;
+    const double y = facts.yDpi > 0 ? facts.height / facts.yDpi : facts.height;
+    const double scale = std::min(width / std::max(x, 1e-9), height / std::max(y, 1e-9));
+    const auto side = [](double length, std::uint32_t most) {
+        return static_cast<std::uint32_t>(
+            std::clamp(std::round(length), 1.0, static_cast<double>(std::max(most, 1u))));
+    };
+    return {side(x * scale, width), side(y * scale, height)};
+}
+
+PageBitmap Thumbnail(PageFile& file, int page, std::uint32_t width, std::uint32_t height) {
+    const PageSize size = FittingSize(file.Facts(page), width, height);
+    std::string damage; // what can be seen of a damaged page is shown
+    return file.DecodeScaled(page, size.width, size.height, &damage);
+}
+
+} // namespace kavidex::imaging
