@@ -114,10 +114,24 @@ LRESULT HostWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
 
 void HostWindow::Start() {
     if (!lclOptions.closeWhen.empty()) SetTimer(lclWindow, closeTimer, 250, nullptr);
-    lclSite = new ControlSite(
-        lclWindow, [this](const std::string& name, const std::vector<std::string>& arguments) {
-            OnEvent(name, arguments);
-        });
+    lclSite = new platform::win32::ControlSite(
+        lclWindow, {.event =
+                        [this](const platform::win32::SiteEvent& event) {
+                            std::vector<std::string> texts;
+                            for (const auto& argument : event.Arguments())
+                                texts.push_back(argument.ToText());
+                            OnEvent(event.name, texts);
+                        },
+                    // There is no other control to tab to: around it goes again.
+                    .keyBack =
+                        [this](MSG& message, DWORD modifiers) {
+                            constexpr DWORD shift = 1;
+                            if (message.message != WM_KEYDOWN || message.wParam != VK_TAB ||
+                                (modifiers & ~shift))
+                                return false;
+                            ::SetFocus(lclWindow); // which hands it to the control
+                            return true;
+                        }});
     RECT client;
     GetClientRect(lclWindow, &client);
     lclSite->Open(L"Kavidex.ctrlCorrespondence", client);

@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "host/ControlSite.h"
 #include "host/Options.h"
 #include "host/Session.h"
+#include "platform/win32/ole/ControlSite.h"
 
 namespace kavidex::host {
 
@@ -39,7 +39,7 @@ private:
     Options lclOptions;
     HWND lclWindow = nullptr;
     HWND lclStatus = nullptr;
-    ControlSite* lclSite = nullptr;
+    platform::win32::ControlSite* lclSite = nullptr;
     std::unique_ptr<Session> lclSession;
     long lclFolder = 0; // the folder selected last; 0: the top
     bool lclActive = false;

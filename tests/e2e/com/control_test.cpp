@@ -71,10 +71,11 @@ TEST_P(Controls, ActivateInPlaceFollowTheirRectangleAndLeaveNoWindow) {
     ASSERT_EQ(inPlace->InPlaceDeactivate(), S_OK);
     EXPECT_FALSE(IsWindow(window));
     EXPECT_EQ(host.Count("OnInPlaceDeactivate"), 1u);
-    EXPECT_EQ(Ole(host)->DoVerb(OLEIVERB_SHOW, nullptr, &host, 0, host.window, &host.place),
+    EXPECT_EQ(Ole(host)->DoVerb(OLEIVERB_SHOW, nullptr, host.Site(), 0, host.window, &host.place),
               S_OK); // once more
     EXPECT_TRUE(IsWindow(host.ControlWindow()));
-    EXPECT_EQ(Ole(host)->DoVerb(OLEIVERB_HIDE, nullptr, &host, 0, host.window, &host.place), S_OK);
+    EXPECT_EQ(Ole(host)->DoVerb(OLEIVERB_HIDE, nullptr, host.Site(), 0, host.window, &host.place),
+              S_OK);
     EXPECT_FALSE(IsWindowVisible(host.ControlWindow()));
     inPlace = nullptr;
     host.Drop();
@@ -85,8 +86,9 @@ TEST_P(Controls, TakeAndGiveBackTheFocus) {
     Container host;
     host.Take(Control(), true);
     SetForegroundWindow(host.window);
-    ASSERT_EQ(Ole(host)->DoVerb(OLEIVERB_UIACTIVATE, nullptr, &host, 0, host.window, &host.place),
-              S_OK);
+    ASSERT_EQ(
+        Ole(host)->DoVerb(OLEIVERB_UIACTIVATE, nullptr, host.Site(), 0, host.window, &host.place),
+        S_OK);
     EXPECT_EQ(host.Count("OnUIActivate"), 1u);
     EXPECT_EQ(host.Count("SetActiveObject"), 1u);
     const HWND focus = GetFocus();
@@ -104,7 +106,7 @@ TEST_P(Controls, TakeAndGiveBackTheFocus) {
 TEST_P(Controls, HandKeysThatTheyDoNotUseBackToTheHost) {
     Container host;
     host.Take(Control(), true);
-    Ole(host)->DoVerb(OLEIVERB_UIACTIVATE, nullptr, &host, 0, host.window, &host.place);
+    Ole(host)->DoVerb(OLEIVERB_UIACTIVATE, nullptr, host.Site(), 0, host.window, &host.place);
     auto active = host.As<IOleInPlaceActiveObject>(IID_IOleInPlaceActiveObject);
     MSG key{};
     key.hwnd = GetFocus();

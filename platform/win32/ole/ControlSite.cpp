@@ -1,98 +1,132 @@
-#include "host/ControlSite.h"
+#include "platform/win32/ole/ControlSite.h"
+
+#include <utility>
 
 #include "platform/Error.h"
-#include "platform/win32/Variant.h"
 
-namespace kavidex::host {
-
-using platform::win32::ComPtr;
+namespace kavidex::platform::win32 {
 
 namespace {
 
 void Demand(HRESULT result, const char* step) {
-    if (FAILED(result))
-        throw platform::Error(static_cast<std::int32_t>(result), step, "kavidex-host");
+    if (FAILED(result)) throw Error(static_cast<std::int32_t>(result), step, "ControlSite");
 }
 
 constexpr DISPID ambientUserMode = -709, ambientUiDead = -710, ambientLocale = -705;
 
 } // namespace
 
-ControlSite::ControlSite(HWND frame, EventHandler onEvent)
-    : lclFrame(frame), lclOnEvent(std::move(onEvent)) {}
+std::vector<Variant> SiteEvent::Arguments() const {
+    std::vector<Variant> arguments;
+    for (UINT i = parameters.cArgs; i-- > 0;) arguments.emplace_back(parameters.rgvarg[i]);
+    return arguments;
+}
+
+ControlSite::ControlSite(HWND frame, SiteHooks hooks)
+    : lclFrame(frame), lclHooks(std::move(hooks)) {}
+
+HRESULT ControlSite::Note(const char* call) const {
+    if (lclHooks.note) lclHooks.note(call);
+    return S_OK;
+}
 
 void ControlSite::Open(const wchar_t* progId, const RECT& place) {
-    lclPlace = place;
     CLSID clsid;
     Demand(CLSIDFromProgID(progId, &clsid), "The control is not registered.");
-    Demand(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IOleObject,
-                            reinterpret_cast<void**>(lclObject.Put())),
+    ComPtr<IUnknown> object;
+    Demand(CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown,
+                            reinterpret_cast<void**>(object.Put())),
            "The control cannot be created.");
+    Take(object, place);
+}
+
+void ControlSite::Take(const ComPtr<IUnknown>& object, const RECT& place, bool activate) {
+    lclPlace = place;
+    lclObject = object.Query<IOleObject>(IID_IOleObject);
+    if (!lclObject) Demand(E_NOINTERFACE, "The object cannot be embedded.");
     Demand(lclObject->SetClientSite(this), "The control refuses its site.");
-    ComPtr<IPersistStreamInit> state;
-    if (SUCCEEDED(lclObject->QueryInterface(IID_IPersistStreamInit,
-                                            reinterpret_cast<void**>(state.Put()))))
+    if (const auto state = object.Query<IPersistStreamInit>(IID_IPersistStreamInit))
         Demand(state->InitNew(), "The control cannot start with its defaults.");
-    Demand(lclObject->QueryInterface(IID_IDispatch, reinterpret_cast<void**>(lclControl.Put())),
-           "The control cannot be automated.");
+    lclControl = object.Query<IDispatch>(IID_IDispatch);
+    if (!lclControl) Demand(E_NOINTERFACE, "The control cannot be automated.");
     ConnectEvents();
+    if (!activate) return;
     Demand(lclObject->DoVerb(OLEIVERB_INPLACEACTIVATE, nullptr, this, 0, lclFrame, &lclPlace),
            "The control cannot be activated.");
-    Demand(lclObject->QueryInterface(IID_IOleInPlaceObject,
-                                     reinterpret_cast<void**>(lclInPlace.Put())),
-           "The control has no window.");
+    lclInPlace = object.Query<IOleInPlaceObject>(IID_IOleInPlaceObject);
+    if (!lclInPlace) Demand(E_NOINTERFACE, "The control has no window.");
     Place(place);
 }
 
 void ControlSite::Close() {
-    if (lclEvents) lclEvents->Unadvise(lclCookie);
+    const ComPtr<IOleClientSite> alive(this); // the last of the control's references may go here
+    if (lclEvents) lclEvents->Unadvise(lclEventsCookie);
+    if (lclChanges) lclChanges->Unadvise(lclChangesCookie);
     lclEvents.Reset();
-    if (lclInPlace) lclInPlace->InPlaceDeactivate();
+    lclChanges.Reset();
+    if (lclInPlace) {
+        lclInPlace->UIDeactivate();
+        lclInPlace->InPlaceDeactivate();
+    }
     lclInPlace.Reset();
     lclActive.Reset();
     lclControl.Reset();
-    if (lclObject) {
-        lclObject->Close(OLECLOSE_NOSAVE);
-        lclObject->SetClientSite(nullptr);
+    if (const auto object = std::exchange(lclObject, {})) {
+        object->Close(OLECLOSE_NOSAVE);
+        object->SetClientSite(nullptr);
     }
-    lclObject.Reset();
+}
+
+HWND ControlSite::ControlWindow() const {
+    HWND window = nullptr;
+    if (lclInPlace) lclInPlace->GetWindow(&window);
+    return window;
+}
+
+ComPtr<IConnectionPoint> ControlSite::Connect(REFIID iid, IUnknown* sink, DWORD& cookie) const {
+    const auto container =
+        lclObject.Query<IConnectionPointContainer>(IID_IConnectionPointContainer);
+    ComPtr<IConnectionPoint> point;
+    if (!container || FAILED(container->FindConnectionPoint(iid, point.Put())) ||
+        FAILED(point->Advise(sink, &cookie)))
+        return {};
+    return point;
+}
+
+// A control without events, or that tells nothing of them, is used without.
+void ControlSite::ConnectEvents() {
+    if (FindEvents())
+        lclEvents = Connect(lclEventInterface, static_cast<IDispatch*>(this), lclEventsCookie);
+    lclChanges =
+        Connect(IID_IPropertyNotifySink, static_cast<IPropertyNotifySink*>(this), lclChangesCookie);
 }
 
 // The source interface and the names of its events come from the control's own type information.
-void ControlSite::ConnectEvents() {
-    ComPtr<IProvideClassInfo2> info;
-    ComPtr<IConnectionPointContainer> container;
-    Demand(lclObject->QueryInterface(IID_IProvideClassInfo2, reinterpret_cast<void**>(info.Put())),
-           "The control does not tell its events.");
-    Demand(lclObject->QueryInterface(IID_IConnectionPointContainer,
-                                     reinterpret_cast<void**>(container.Put())),
-           "The control offers no events.");
-    Demand(info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &lclEventInterface),
-           "The control has no default events.");
+bool ControlSite::FindEvents() {
+    const auto info = lclObject.Query<IProvideClassInfo2>(IID_IProvideClassInfo2);
+    if (!info || FAILED(info->GetGUID(GUIDKIND_DEFAULT_SOURCE_DISP_IID, &lclEventInterface)))
+        return false;
     ComPtr<ITypeInfo> own, events;
     ComPtr<ITypeLib> library;
     UINT index = 0;
-    Demand(info->GetClassInfo(own.Put()), "The control has no type information.");
-    Demand(own->GetContainingTypeLib(library.Put(), &index), "The control has no type library.");
-    Demand(library->GetTypeInfoOfGuid(lclEventInterface, events.Put()),
-           "The events are not in the type library.");
     TYPEATTR* attributes = nullptr;
-    Demand(events->GetTypeAttr(&attributes), "The events cannot be read.");
+    if (FAILED(info->GetClassInfo(own.Put())) ||
+        FAILED(own->GetContainingTypeLib(library.Put(), &index)) ||
+        FAILED(library->GetTypeInfoOfGuid(lclEventInterface, events.Put())) ||
+        FAILED(events->GetTypeAttr(&attributes)))
+        return true; // events without names
     for (UINT i = 0; i < attributes->cFuncs; ++i) {
         FUNCDESC* function = nullptr;
         if (FAILED(events->GetFuncDesc(i, &function))) continue;
         BSTR name = nullptr;
         UINT count = 0;
         if (SUCCEEDED(events->GetNames(function->memid, &name, 1, &count)) && count == 1)
-            lclEventNames[function->memid] = platform::win32::FromBstr(name);
+            lclEventNames[function->memid] = FromBstr(name);
         SysFreeString(name);
         events->ReleaseFuncDesc(function);
     }
     events->ReleaseTypeAttr(attributes);
-    Demand(container->FindConnectionPoint(lclEventInterface, lclEvents.Put()),
-           "The control does not raise its events.");
-    Demand(lclEvents->Advise(static_cast<IDispatch*>(this), &lclCookie),
-           "The control refuses the sink of its events.");
+    return true;
 }
 
 void ControlSite::Place(const RECT& place) {
@@ -124,6 +158,8 @@ HRESULT ControlSite::QueryInterface(REFIID iid, void** object) {
         *object = static_cast<IOleInPlaceFrame*>(this);
     else if (iid == IID_IOleControlSite)
         *object = static_cast<IOleControlSite*>(this);
+    else if (iid == IID_IPropertyNotifySink)
+        *object = static_cast<IPropertyNotifySink*>(this);
     else if (iid == IID_IDispatch || iid == lclEventInterface)
         *object = static_cast<IDispatch*>(this);
     if (!*object) return E_NOINTERFACE;
@@ -137,12 +173,18 @@ ULONG ControlSite::Release() {
     return left;
 }
 
-// A key that the control gives back. There is no other control to tab to: around it goes again.
 HRESULT ControlSite::TranslateAccelerator(MSG* message, DWORD modifiers) {
-    constexpr DWORD shift = 1;
-    if (message->message != WM_KEYDOWN || message->wParam != VK_TAB || (modifiers & ~shift))
-        return S_FALSE;
-    ::SetFocus(lclFrame); // which hands it to the control
+    Note("SiteKey");
+    return lclHooks.keyBack && lclHooks.keyBack(*message, modifiers) ? S_OK : S_FALSE;
+}
+
+HRESULT ControlSite::OnPosRectChange(LPCRECT place) {
+    if (place && lclInPlace) lclInPlace->SetObjectRects(place, place);
+    return S_OK;
+}
+
+HRESULT ControlSite::OnChanged(DISPID id) {
+    if (lclHooks.propertyChanged) lclHooks.propertyChanged(id);
     return S_OK;
 }
 
@@ -170,6 +212,7 @@ HRESULT ControlSite::GetWindowContext(IOleInPlaceFrame** frame, IOleInPlaceUIWin
 }
 
 HRESULT ControlSite::SetActiveObject(IOleInPlaceActiveObject* object, LPCOLESTR) {
+    Note(object ? "SetActiveObject" : "ClearActiveObject");
     lclActive.Reset();
     if (object)
         object->QueryInterface(IID_IOleInPlaceActiveObject,
@@ -182,8 +225,11 @@ HRESULT ControlSite::GetTypeInfoCount(UINT* count) {
     return S_OK;
 }
 
-HRESULT ControlSite::Ambient(DISPID member, VARIANT* result) {
+HRESULT ControlSite::Ambient(DISPID member, VARIANT* result) const {
     VariantInit(result);
+    if (lclHooks.ambient)
+        if (const auto own = lclHooks.ambient(member))
+            return VariantCopy(result, const_cast<VARIANT*>(&own->Get()));
     switch (member) {
     case ambientUserMode:
         result->vt = VT_BOOL;
@@ -204,13 +250,13 @@ HRESULT ControlSite::Ambient(DISPID member, VARIANT* result) {
 HRESULT ControlSite::Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS* parameters,
                             VARIANT* result, EXCEPINFO*, UINT*) {
     if ((flags & DISPATCH_PROPERTYGET) && member < 0 && result) return Ambient(member, result);
+    if (!(flags & DISPATCH_METHOD)) return DISP_E_MEMBERNOTFOUND;
     const auto name = lclEventNames.find(member);
-    if (name == lclEventNames.end()) return DISP_E_MEMBERNOTFOUND;
-    std::vector<std::string> arguments; // the last argument comes first
-    for (UINT i = parameters->cArgs; i-- > 0;)
-        arguments.push_back(platform::win32::Variant(parameters->rgvarg[i]).ToText());
-    lclOnEvent(name->second, arguments);
+    const ComPtr<IDispatch> alive(this); // whatever the owner does on the event
+    if (lclHooks.event)
+        lclHooks.event(
+            {member, name == lclEventNames.end() ? std::string() : name->second, *parameters});
     return S_OK;
 }
 
-} // namespace kavidex::host
+} // namespace kavidex::platform::win32

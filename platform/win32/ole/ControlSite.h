@@ -1,5 +1,6 @@
-// The container's side of one control: its client site, its in-place site and frame, its ambient
-// properties, and the sink of its events.
+// The container's side of one embedded control: its client site, its in-place site and frame, its
+// ambient properties, the sink of its events and of its property changes. Any embeddable control of
+// any maker, ours in the sample host as well as the web browser within ours.
 #pragma once
 
 #include <windows.h>
@@ -9,36 +10,59 @@
 
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "platform/win32/ComPtr.h"
+#include "platform/win32/Variant.h"
 
-namespace kavidex::host {
+namespace kavidex::platform::win32 {
 
-// An event's name and its arguments as text, in the order of its declaration.
-using EventHandler =
-    std::function<void(const std::string& name, const std::vector<std::string>& arguments)>;
+struct SiteEvent {
+    DISPID id;
+    std::string name;       // from the control's type information; empty when it has none
+    DISPPARAMS& parameters; // the last argument comes first; by-reference ones may be written
 
-// Reference counted; the host keeps one and calls Close before it lets go.
+    std::vector<Variant> Arguments() const; // in the order of their declaration
+};
+
+// What the owner wants to know or to decide; what is not set has its usual answer.
+struct SiteHooks {
+    std::function<void(const SiteEvent&)> event{};
+    // A key that the control gives back, and its modifiers (1: shift): true when it was used.
+    std::function<bool(MSG&, DWORD)> keyBack{};
+    std::function<std::optional<Variant>(DISPID)> ambient{};
+    std::function<void(DISPID)> propertyChanged{};
+    std::function<void(const char* call)> note{}; // calls of the protocol, by name
+};
+
+// Reference counted: the owner keeps one and calls Close before it lets go. `frame` is the window
+// that holds the control, at its place in the window's client coordinates.
 class ControlSite final : public IOleClientSite,
                           public IOleInPlaceSite,
                           public IOleInPlaceFrame,
                           public IOleControlSite,
+                          public IPropertyNotifySink,
                           public IDispatch {
 public:
-    ControlSite(HWND frame, EventHandler onEvent);
+    explicit ControlSite(HWND frame, SiteHooks hooks = {});
 
-    // Creates the control, gives it this site, its events and a place, and activates it. Throws
-    // platform::Error when a step is refused.
+    // Creates the control of that programmatic identifier, gives it this site, its events and a
+    // place, and activates it. Throws platform::Error when a step is refused; Close then.
     void Open(const wchar_t* progId, const RECT& place);
+    // The same for an object that is there; without `activate` it stays without a window.
+    void Take(const ComPtr<IUnknown>& object, const RECT& place, bool activate = true);
     void Close();
 
     IDispatch* Control() const { return lclControl.Get(); }
+    HWND ControlWindow() const; // null while it has none
+    bool HasEvents() const { return static_cast<bool>(lclEvents); }
     void Place(const RECT& place);
     // True when the control used the key.
     bool TranslateKey(MSG& message);
     void Focus();
+    ULONG References() const { return lclReferences; }
 
     // IUnknown
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override;
@@ -46,10 +70,10 @@ public:
     ULONG STDMETHODCALLTYPE Release() override;
 
     // IOleClientSite
-    HRESULT STDMETHODCALLTYPE SaveObject() override { return E_NOTIMPL; }
+    HRESULT STDMETHODCALLTYPE SaveObject() override { return Note("SaveObject"); }
     HRESULT STDMETHODCALLTYPE GetMoniker(DWORD, DWORD, IMoniker**) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetContainer(IOleContainer** container) override;
-    HRESULT STDMETHODCALLTYPE ShowObject() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE ShowObject() override { return Note("ShowObject"); }
     HRESULT STDMETHODCALLTYPE OnShowWindow(BOOL) override { return S_OK; }
     HRESULT STDMETHODCALLTYPE RequestNewObjectLayout() override { return E_NOTIMPL; }
 
@@ -59,19 +83,19 @@ public:
 
     // IOleInPlaceSite
     HRESULT STDMETHODCALLTYPE CanInPlaceActivate() override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE OnInPlaceActivate() override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE OnUIActivate() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnInPlaceActivate() override { return Note("OnInPlaceActivate"); }
+    HRESULT STDMETHODCALLTYPE OnUIActivate() override { return Note("OnUIActivate"); }
     HRESULT STDMETHODCALLTYPE GetWindowContext(IOleInPlaceFrame** frame,
                                                IOleInPlaceUIWindow** document, LPRECT place,
                                                LPRECT clip, LPOLEINPLACEFRAMEINFO info) override;
     HRESULT STDMETHODCALLTYPE Scroll(SIZE) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE OnUIDeactivate(BOOL) override { return S_OK; }
-    HRESULT STDMETHODCALLTYPE OnInPlaceDeactivate() override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnUIDeactivate(BOOL) override { return Note("OnUIDeactivate"); }
+    HRESULT STDMETHODCALLTYPE OnInPlaceDeactivate() override { return Note("OnInPlaceDeactivate"); }
     HRESULT STDMETHODCALLTYPE DiscardUndoState() override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE DeactivateAndUndo() override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE OnPosRectChange(LPCRECT) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnPosRectChange(LPCRECT place) override;
 
-    // IOleInPlaceUIWindow and IOleInPlaceFrame: the host keeps its own menu and border.
+    // IOleInPlaceUIWindow and IOleInPlaceFrame: the owner keeps its own menu and border.
     HRESULT STDMETHODCALLTYPE GetBorder(LPRECT) override { return INPLACE_E_NOTOOLSPACE; }
     HRESULT STDMETHODCALLTYPE RequestBorderSpace(LPCBORDERWIDTHS) override {
         return INPLACE_E_NOTOOLSPACE;
@@ -95,8 +119,14 @@ public:
         return E_NOTIMPL;
     }
     HRESULT STDMETHODCALLTYPE TranslateAccelerator(MSG* message, DWORD modifiers) override;
-    HRESULT STDMETHODCALLTYPE OnFocus(BOOL) override { return S_OK; }
+    HRESULT STDMETHODCALLTYPE OnFocus(BOOL got) override {
+        return Note(got ? "GotFocus" : "LostFocus");
+    }
     HRESULT STDMETHODCALLTYPE ShowPropertyFrame() override { return E_NOTIMPL; }
+
+    // IPropertyNotifySink
+    HRESULT STDMETHODCALLTYPE OnChanged(DISPID id) override;
+    HRESULT STDMETHODCALLTYPE OnRequestEdit(DISPID) override { return S_OK; }
 
     // IDispatch: ambient properties when asked, events when told.
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT* count) override;
@@ -110,21 +140,24 @@ public:
 
 private:
     ~ControlSite() = default;
+    HRESULT Note(const char* call) const;
     void ConnectEvents();
-    HRESULT Ambient(DISPID member, VARIANT* result);
+    bool FindEvents();
+    ComPtr<IConnectionPoint> Connect(REFIID iid, IUnknown* sink, DWORD& cookie) const;
+    HRESULT Ambient(DISPID member, VARIANT* result) const;
 
     HWND lclFrame;
-    EventHandler lclOnEvent;
+    SiteHooks lclHooks;
     ULONG lclReferences = 1;
     RECT lclPlace{};
-    platform::win32::ComPtr<IDispatch> lclControl;
-    platform::win32::ComPtr<IOleObject> lclObject;
-    platform::win32::ComPtr<IOleInPlaceObject> lclInPlace;
-    platform::win32::ComPtr<IOleInPlaceActiveObject> lclActive;
-    platform::win32::ComPtr<IConnectionPoint> lclEvents;
-    DWORD lclCookie = 0;
+    ComPtr<IDispatch> lclControl;
+    ComPtr<IOleObject> lclObject;
+    ComPtr<IOleInPlaceObject> lclInPlace;
+    ComPtr<IOleInPlaceActiveObject> lclActive;
+    ComPtr<IConnectionPoint> lclEvents, lclChanges;
+    DWORD lclEventsCookie = 0, lclChangesCookie = 0;
     IID lclEventInterface{};
     std::map<DISPID, std::string> lclEventNames;
 };
 
-} // namespace kavidex::host
+} // namespace kavidex::platform::win32
