@@ -2,10 +2,11 @@
 
 namespace kavidex::platform {
 
-BusyScope::BusyScope(BusyDialog& dialog, std::string_view caption, std::string_view text)
+BusyScope::BusyScope(BusyDialog& dialog, std::string_view caption, std::string_view text,
+                     std::string_view stop)
     : lclDialog(dialog) {
     lclDialog.Show(caption, text);
-    ++lclDialog.lclScopes;
+    if (lclDialog.lclScopes++ == 0) lclDialog.OfferStop(stop);
     lclDialog.PumpMessages();
 }
 

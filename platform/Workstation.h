@@ -5,6 +5,7 @@
 namespace kavidex::platform {
 
 class BusyDialog;
+class Clipboard;
 class Clock;
 class Files;
 class Guids;
@@ -24,6 +25,7 @@ struct Workstation {
     BusyDialog& busy;
     Shell& shell;
     Log& log;
+    Clipboard& clipboard;
 };
 
 // The real machine: one object a process, made on first use.

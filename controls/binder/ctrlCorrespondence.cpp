@@ -64,7 +64,7 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
                                        std::shared_ptr<data::AdoFactory> ado,
                                        std::shared_ptr<data::AccessRepair> repair)
     : lclWorkstation(workstation), lclAdo(std::move(ado)), lclRepair(std::move(repair)),
-      lclTree(std::make_unique<ctrlTree>(workstation)),
+      lclLock(workstation), lclTree(std::make_unique<ctrlTree>(workstation)),
       lclViewer(std::make_unique<DocumentPanel>(workstation)),
       lclSplitPanel(std::make_unique<ctlSplitPanel>()) {
     data::ConnectionListeners listeners;

@@ -14,6 +14,7 @@
 #include "controls/binder/BinderProperties.h"
 #include "controls/common/Appearance.h"
 #include "controls/common/Event.h"
+#include "controls/common/OperationLock.h"
 #include "controls/common/PopupMenu.h"
 #include "controls/common/Toolbar.h"
 #include "controls/common/Translator.h"
@@ -275,7 +276,7 @@ private:
     std::int32_t TellNotAdded(const Failed& failed) const;
     std::int32_t FilePendingAtTop();
     std::int32_t Copy(const std::vector<std::shared_ptr<model::clsItem>>& items,
-                      std::string_view folder, std::vector<std::string>& copies) const;
+                      std::string_view folder, std::vector<std::string>& copies);
 
     void ApplyLayout();
     void ToolbarChanged();
@@ -292,7 +293,7 @@ private:
     std::unordered_map<std::string, bool> lclRights; // the answers, as they were when handed down
     std::string lclQueueExternalId;
     std::vector<Pending> lclPending; // waits for a folder to be chosen
-    bool lclFiling = false;
+    OperationLock lclLock;
 
     std::unique_ptr<ctrlTree> lclTree;
     std::unique_ptr<DocumentPanel> lclViewer;

@@ -5,7 +5,6 @@
 #include "controls/tree/ctrlTree.h"
 #include "model/clsItem.h"
 #include "model/documentFile.h"
-#include "platform/BusyDialog.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/Guids.h"
@@ -43,17 +42,18 @@ std::int32_t ctrlCorrespondence::ContainsDocuments(std::string_view prmType) con
 }
 
 std::int32_t ctrlCorrespondence::Copy(const std::vector<std::shared_ptr<model::clsItem>>& items,
-                                      std::string_view folder,
-                                      std::vector<std::string>& copies) const {
+                                      std::string_view folder, std::vector<std::string>& copies) {
     auto& files = lclWorkstation.files;
     model::DocumentFiles documents(lclWorkstation, DbConnection());
     std::int32_t failures = 0;
-    platform::BusyScope busy(lclWorkstation.busy, Text("Documenten exporteren"), "");
+    Operation operation(lclLock);
+    if (!operation) throw platform::Error(platform::errors::fail, "Another operation is running");
+    operation.Show(Text("Documenten exporteren"), "", Text("Annuleren"));
     int done = 0;
     for (const auto& item : items) {
-        busy.Progress(done++, static_cast<int>(items.size()));
+        if (!operation.Step(done++, static_cast<int>(items.size()))) break;
         if (item->AllowChildren() || item->ItemId() <= 0) continue;
-        busy.Text(Text("Documenten exporteren"), item->Description());
+        operation.Show(Text("Documenten exporteren"), item->Description());
         const auto document = documents.Of(*item);
         const bool note = platform::EqualNoCase(item->ItemType(), "nnt");
         if (note && document.outcome == model::DocumentLook::FileMissing)

@@ -9,7 +9,6 @@
 #include "model/clsItem.h"
 #include "model/clsTree.h"
 #include "model/filing.h"
-#include "platform/BusyDialog.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/General.h"
@@ -78,9 +77,9 @@ std::int32_t ctrlCorrespondence::AddFiles(const std::vector<std::string>& data,
                                           bool prmScannedDoc, bool prmAddToTop) {
     Failed failed;
     if (data.empty()) return addFiles::done;
-    if (!Usable() || !lclTree->Tree() || lclFiling) {
+    if (!Usable() || !lclTree->Tree() || lclLock.Held()) {
         failed.Add(addFiles::noDossier,
-                   lclFiling ? "Documents are being added already" : "No dossier is open");
+                   lclLock.Held() ? "Another operation is running" : "No dossier is open");
         return TellNotAdded(failed);
     }
     const auto folder = FolderFor(IntoId, IntoDescription, prmAddToTop);
@@ -107,22 +106,25 @@ std::int32_t ctrlCorrespondence::FileInto(const std::shared_ptr<model::clsItem>&
         return TellNotAdded(failed);
     }
     const auto tree = lclTree->Tree(); // stays whole, whatever the message loop brings
-    lclFiling = true;
+    Operation operation(lclLock);
+    if (!operation) {
+        failed.Add(addFiles::notFiled, "Another operation is running");
+        return TellNotAdded(failed);
+    }
     bool any = false;
     std::size_t handled = 0;
     try {
-        platform::BusyScope busy(lclWorkstation.busy, Text("Documenten toevoegen"), "");
         for (; handled < files.size(); ++handled) {
-            busy.Text(Text("Documenten toevoegen"), platform::FileName(files[handled].file));
-            busy.Progress(static_cast<int>(handled), static_cast<int>(files.size()));
+            operation.Show(Text("Documenten toevoegen"), platform::FileName(files[handled].file));
+            operation.Step(static_cast<int>(handled), static_cast<int>(files.size()));
             any = FileOne(tree, folder, files[handled], failed) || any;
         }
-        busy.Progress(static_cast<int>(files.size()), static_cast<int>(files.size()));
+        operation.Step(static_cast<int>(files.size()), static_cast<int>(files.size()));
     } catch (const std::exception& error) {
         for (; handled < files.size(); ++handled)
             failed.Add(addFiles::notFiled, files[handled].file + ": " + error.what());
     }
-    lclFiling = false;
+    operation.End(); // before what is left to tell
     if (any) Guarded("AddFiles", [&] { lclViewer->Refresh(); });
     return failed.result == addFiles::done ? addFiles::done : TellNotAdded(failed);
 }

@@ -92,7 +92,7 @@ void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
     EvItemSelected.Raise(item);
     Guarded("EvItemSelected", [&] {
         ShowItem(item);
-        if (lclPending.empty() || lclFiling) return;
+        if (lclPending.empty() || lclLock.Held()) return;
         const auto folder = SelectedFolder();
         if (!folder) return;
         const auto files = std::move(lclPending); // they waited for this choice

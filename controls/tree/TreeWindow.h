@@ -65,7 +65,6 @@ public:
 
     // Shows the menu at a screen point and waits; the chosen entry's position in `menu`.
     virtual std::optional<std::size_t> ShowMenu(const PopupMenu& menu, int x, int y) = 0;
-    virtual bool ClipboardHasFiles() = 0;
     // Whether a top-level window's title contains the text, without case.
     virtual bool HasTopWindow(std::string_view title) = 0;
 };

@@ -5,6 +5,7 @@
 #include "controls/tree/ctrlTree.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
+#include "platform/Exchange.h"
 #include "platform/General.h"
 #include "platform/Shell.h"
 #include "platform/Workstation.h"
@@ -76,6 +77,7 @@ struct ctrlTree::MenuContext {
     void ShowExternal() const {
         for (const auto id : ids) tree.EvItemSelectedExternal.Raise(tree.Info(id));
     }
+    bool ClipboardHasFiles() const { return tree.lclWorkstation.clipboard.HasFiles(); }
     bool HasPrinters() const { return tree.lclWorkstation.shell.HasPrinters(); }
 };
 
@@ -124,7 +126,10 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
          .action = [](Context& on, const Id&) { on.tree.DeleteItem(); }},
         {.name = "mnuSep1", .kind = Kind::Separator, .rule = onNode},
         {.name = "mnuCopySpecial", .caption = "Kopieren speciaal", .offered = false},
-        {.name = "mnuPasteSpecial", .caption = "Plakken speciaal", .offered = false},
+        {.name = "mnuPasteSpecial",
+         .caption = "Plakken speciaal",
+         .offered = false,
+         .rule = [](const Context& on, const Id&) -> State { return {on.ClipboardHasFiles()}; }},
         {.name = "mnuCopyLink", .caption = "Link kopieren", .offered = false, .rule = onNode},
         {.name = "mnuSep2", .kind = Kind::Separator},
         {.name = "mnuShowExternal",

@@ -1,9 +1,5 @@
 #include "controls/viewer/DocumentPanel.h"
 
-#include <algorithm>
-#include <unordered_map>
-
-#include "data/modData.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "platform/Error.h"
@@ -19,17 +15,14 @@ namespace kavidex::controls {
 
 namespace {
 
-constexpr std::string_view missingText = "Document kan niet gevonden worden.";
-constexpr std::size_t rowsAStatement = 200;
+constexpr ListColumn columns[] = {
+    {.caption = "Omschrijving", .field = "Omschrijving"},
+    {.caption = "Type", .field = "Type", .width = 80},
+    {.caption = "Toegevoegd door", .field = "Toegevoegd door", .width = 130},
+    {.caption = "Toegevoegd op", .field = "Toegevoegd op", .sortField = "InsertSort", .width = 140},
+};
 
-// A moment as sixteen digits that compare like the moments do.
-std::string SortKey(std::string_view date, std::string_view time) {
-    const auto padded = [](std::string_view digits) {
-        return digits.size() < 8 ? std::string(8 - digits.size(), '0') + std::string(digits)
-                                 : std::string(digits);
-    };
-    return padded(date) + padded(time);
-}
+constexpr std::string_view missingText = "Document kan niet gevonden worden.";
 
 // Whether it could not be found out if the file is there.
 bool Failed(const model::DocumentFile& file) {
@@ -40,17 +33,6 @@ bool Failed(const model::DocumentFile& file) {
 bool IsMissing(const model::DocumentFile& file) { return !file.HasFile() && !Failed(file); }
 
 } // namespace
-
-std::string InsertMoment(std::string_view date, std::string_view time) {
-    std::string moment;
-    if (date.size() == 8)
-        moment = std::string(date.substr(6, 2)) + "-" + std::string(date.substr(4, 2)) + "-" +
-                 std::string(date.substr(0, 4));
-    if (moment.empty() || time.empty() || time.size() > 4) return moment;
-    // Kept as a number: 905 is five past nine.
-    const std::string four = std::string(4 - time.size(), '0') + std::string(time);
-    return moment + " " + four.substr(0, 2) + ":" + four.substr(2);
-}
 
 std::string SizeText(std::uint64_t bytes) {
     if (bytes < 1024) return std::to_string(bytes) + " bytes";
@@ -67,12 +49,16 @@ std::string SizeText(std::uint64_t bytes) {
 }
 
 DocumentPanel::DocumentPanel(const platform::Workstation& workstation)
-    : lclWorkstation(workstation) {}
+    : lclWorkstation(workstation), lclList(columns),
+      lclActivated(lclList.Activated.Subscribe([this](std::int32_t id) {
+          if (lclContent == PanelContent::Folder) DocumentChosen.Raise(id);
+      })) {}
 
 DocumentPanel::~DocumentPanel() = default;
 
 void DocumentPanel::SetTranslate(std::shared_ptr<Translator> translator) {
     lclTranslator = std::move(translator);
+    lclList.SetTranslation(TranslationBy(lclTranslator));
     ContentChanged();
 }
 
@@ -85,10 +71,7 @@ void DocumentPanel::SetAppearance(std::int32_t back, std::int32_t fore, bool ena
     if (lclWindow) lclWindow->AppearanceChanged();
 }
 
-void DocumentPanel::SetColWidth(std::int32_t width) {
-    lclColWidth = std::max<std::int32_t>(width, 0);
-    if (lclWindow) lclWindow->AppearanceChanged();
-}
+void DocumentPanel::SetColWidth(std::int32_t width) { lclList.SetWidth(0, width); }
 
 void DocumentPanel::AttachWindow(PanelWindow* window) {
     lclWindow = window;
@@ -118,10 +101,15 @@ std::string DocumentPanel::NothingSelected() const {
     return Text("Selecteer het document dat u getoond wilt hebben.");
 }
 
+void DocumentPanel::ClearDocuments() {
+    lclDocuments.clear();
+    lclList.SetRows(nullptr);
+}
+
 void DocumentPanel::ShowNothing() {
     lclContent = PanelContent::Nothing;
     lclItem.reset();
-    lclDocuments.clear();
+    ClearDocuments();
     lclFacts = {};
     ContentChanged();
 }
@@ -131,19 +119,10 @@ void DocumentPanel::ShowList(const ItemPtr& folder) {
     lclContent = PanelContent::Folder;
     lclItem = folder;
     lclFacts = {};
-    lclDocuments.clear();
-    if (const auto children = folder->ChildCollection())
-        for (const auto& child : children->Items())
-            if (!child->AllowChildren()) {
-                DocumentRow row;
-                row.id = child->Id();
-                row.documentId = child->ItemId();
-                row.description = child->Description();
-                row.type = child->ItemType();
-                lclDocuments.push_back(std::move(row));
-            }
-    ReadRows(lclDocuments);
-    Sort();
+    const auto children = folder->ChildCollection();
+    lclDocuments = children ? RowsOf(children->Items()) : std::vector<DocumentRow>();
+    ReadInsertion(lclWorkstation, lclConnection, lclDocuments);
+    lclList.SetRows(std::make_unique<DocumentRows>(lclDocuments));
     ContentChanged();
 }
 
@@ -151,7 +130,7 @@ void DocumentPanel::ShowItem(const ItemPtr& document) {
     if (!document) return ShowNothing();
     lclContent = PanelContent::Document;
     lclItem = document;
-    lclDocuments.clear();
+    ClearDocuments();
     const auto file = ReadFacts();
     ContentChanged();
     if (lclWindow && (lclFacts.missing || Failed(file))) TellUnusable(file, "ShowItem");
@@ -163,37 +142,6 @@ void DocumentPanel::Refresh() {
     if (lclContent != PanelContent::Document) return;
     ReadFacts();
     ContentChanged();
-}
-
-void DocumentPanel::ReadRows(std::vector<DocumentRow>& rows) const {
-    std::unordered_map<std::int32_t, std::vector<DocumentRow*>> byDocument;
-    for (auto& row : rows)
-        if (row.documentId > 0) byDocument[row.documentId].push_back(&row);
-    std::string ids;
-    std::size_t count = 0, seen = 0;
-    for (const auto& [id, places] : byDocument) {
-        ids += (ids.empty() ? "" : ",") + std::to_string(id);
-        ++seen;
-        if (++count < rowsAStatement && seen < byDocument.size()) continue;
-        const auto found = data::OpenRecordset(
-            lclWorkstation,
-            "select DocId, InsertedBy, InsertDate, InsertTime from tblDocument where DocId in (" +
-                ids + ")",
-            lclConnection);
-        for (; found->IsOpen() && !found->Eof(); found->MoveNext()) {
-            const auto known = byDocument.find(data::ToInt32(found->Get("DocId")));
-            if (known == byDocument.end()) continue;
-            const auto date = platform::Trim(data::ToText(found->Get("InsertDate")));
-            const auto time = platform::Trim(data::ToText(found->Get("InsertTime")));
-            for (auto* row : known->second) {
-                row->insertedBy = platform::Trim(data::ToText(found->Get("InsertedBy")));
-                row->insertedOn = InsertMoment(date, time);
-                row->sortKey = SortKey(date, time);
-            }
-        }
-        ids.clear();
-        count = 0;
-    }
 }
 
 model::DocumentFile DocumentPanel::FileOf(const ItemPtr& document) const {
@@ -211,7 +159,6 @@ model::DocumentFile DocumentPanel::ReadFacts() {
     row.type = lclItem->ItemType();
     row.insertedBy = file.insertedBy;
     row.insertedOn = InsertMoment(file.insertDate, file.insertTime);
-    row.sortKey = SortKey(file.insertDate, file.insertTime);
     lclFacts.path = file.path;
     // A note has no file until something is written in it.
     lclFacts.missing = IsMissing(file) && !platform::EqualNoCase(platform::Trim(row.type), "nnt");
@@ -221,38 +168,6 @@ model::DocumentFile DocumentPanel::ReadFacts() {
         lclWorkstation.log.Write("ReadFacts", error.what());
     }
     return file;
-}
-
-std::string DocumentPanel::ColumnTitle(PanelColumn column) const {
-    constexpr std::string_view titles[] = {"Omschrijving", "Type", "Toegevoegd door",
-                                           "Toegevoegd op"};
-    std::string title = Text(titles[static_cast<std::size_t>(column)]);
-    if (lclSortColumn == column) title += " " + Text(lclDescending ? "(aflopend)" : "(oplopend)");
-    return title;
-}
-
-void DocumentPanel::SortBy(PanelColumn column) {
-    lclDescending = lclSortColumn == column && !lclDescending;
-    lclSortColumn = column;
-    Sort();
-    ContentChanged();
-}
-
-void DocumentPanel::Sort() {
-    if (!lclSortColumn) return;
-    const auto less = [&](const DocumentRow& a, const DocumentRow& b) {
-        switch (*lclSortColumn) {
-        case PanelColumn::Type: return platform::CompareNoCase(a.type, b.type) < 0;
-        case PanelColumn::InsertedBy:
-            return platform::CompareNoCase(a.insertedBy, b.insertedBy) < 0;
-        case PanelColumn::InsertedOn: return a.sortKey < b.sortKey;
-        default: return platform::CompareNoCase(a.description, b.description) < 0;
-        }
-    };
-    std::stable_sort(lclDocuments.begin(), lclDocuments.end(),
-                     [&](const DocumentRow& a, const DocumentRow& b) {
-                         return lclDescending ? less(b, a) : less(a, b);
-                     });
 }
 
 void DocumentPanel::TellUnusable(const model::DocumentFile& file, std::string_view routine) const {
@@ -286,11 +201,6 @@ bool DocumentPanel::OpenDefault(const ItemPtr& document) {
         TellError(error.Number(), error.what(), "OpenDefault");
         return false;
     }
-}
-
-void DocumentPanel::RowActivated(std::size_t row) {
-    if (lclContent == PanelContent::Folder && row < lclDocuments.size())
-        DocumentChosen.Raise(lclDocuments[row].id);
 }
 
 } // namespace kavidex::controls

@@ -13,6 +13,8 @@
 #include "controls/common/Appearance.h"
 #include "controls/common/Event.h"
 #include "controls/common/Translator.h"
+#include "controls/lists/DocumentRows.h"
+#include "controls/lists/VirtualList.h"
 #include "data/Connection.h"
 #include "model/documentFile.h"
 
@@ -26,14 +28,6 @@ class clsUserAuth;
 
 namespace kavidex::controls {
 
-struct DocumentRow {
-    std::int32_t id = 0; // of the tree item
-    std::int32_t documentId = 0;
-    std::string description, type, insertedBy;
-    std::string insertedOn; // dd-mm-yyyy hh:mm
-    std::string sortKey;    // of the moment, so that the column sorts by time
-};
-
 struct DocumentFacts {
     DocumentRow row;
     std::string path;     // empty when the store is not set up
@@ -42,7 +36,6 @@ struct DocumentFacts {
 };
 
 enum class PanelContent { Nothing, Folder, Document };
-enum class PanelColumn { Description, Type, InsertedBy, InsertedOn };
 
 class PanelWindow {
 public:
@@ -71,8 +64,7 @@ public:
     std::int32_t ForeColor() const { return lclForeColor; }
     bool Enabled() const { return lclEnabled; }
     const std::optional<FontFace>& Font() const { return lclFont; }
-    // Of the list's first column, in pixels at 96 dots an inch; 0: as it fits.
-    std::int32_t ColWidth() const { return lclColWidth; }
+    // Of the list's first column, in pixels at 96 dots an inch; 0: what the others leave.
     void SetColWidth(std::int32_t width);
 
     void ShowNothing();
@@ -84,18 +76,16 @@ public:
     PanelContent Content() const { return lclContent; }
     std::string Caption() const;
     std::string NothingSelected() const; // the text while nothing is shown
+    // As the folder has them, and as they are shown.
     const std::vector<DocumentRow>& Documents() const { return lclDocuments; }
+    VirtualList& List() { return lclList; }
     const DocumentFacts& Document() const { return lclFacts; }
-    std::string ColumnTitle(PanelColumn column) const; // marked when the list is sorted by it
-    // Sorts by the column; a second time the other way round.
-    void SortBy(PanelColumn column);
     std::string Text(std::string_view text, const std::vector<std::string>& values = {}) const;
 
     bool CanOpen() const { return lclContent == PanelContent::Document && !lclFacts.size.empty(); }
     void OpenDefault(); // the shown document, in its default program
     // As above for any document; false when its file is not there or no program opens it.
     bool OpenDefault(const ItemPtr& document);
-    void RowActivated(std::size_t row); // double click or Enter in the list
 
     model::DocumentFile FileOf(const ItemPtr& document) const;
 
@@ -105,9 +95,8 @@ public:
     void AttachWindow(PanelWindow* window);
 
 private:
-    void ReadRows(std::vector<DocumentRow>& rows) const;
+    void ClearDocuments();
     model::DocumentFile ReadFacts();
-    void Sort();
     void ContentChanged();
     // Why a document's file cannot be used: that it is not there, or the error of `routine`.
     void TellUnusable(const model::DocumentFile& file, std::string_view routine) const;
@@ -118,20 +107,18 @@ private:
     std::shared_ptr<Translator> lclTranslator;
     std::shared_ptr<model::clsUserAuth> lclUserAuth;
     std::optional<FontFace> lclFont;
-    std::int32_t lclBackColor = 0, lclForeColor = 0, lclColWidth = 0;
+    std::int32_t lclBackColor = 0, lclForeColor = 0;
     bool lclEnabled = true;
 
     PanelContent lclContent = PanelContent::Nothing;
     ItemPtr lclItem; // what is shown
     std::vector<DocumentRow> lclDocuments;
     DocumentFacts lclFacts;
-    std::optional<PanelColumn> lclSortColumn;
-    bool lclDescending = false;
+    VirtualList lclList;
+    std::shared_ptr<void> lclActivated;
     PanelWindow* lclWindow = nullptr;
 };
 
-// "dd-mm-yyyy hh:mm" of the numbers that a document row keeps; parts that are missing are left out.
-std::string InsertMoment(std::string_view date, std::string_view time);
 // "512 bytes", "12,3 kB", "4,0 MB": decimal comma, steps of 1024.
 std::string SizeText(std::uint64_t bytes);
 

@@ -13,6 +13,7 @@
 #include "platform/BusyDialog.h"
 #include "platform/Clock.h"
 #include "platform/Error.h"
+#include "platform/Exchange.h"
 #include "platform/FileLog.h"
 #include "platform/Guids.h"
 #include "platform/Messages.h"
@@ -85,6 +86,8 @@ public:
     void Show(std::string_view, std::string_view) override {}
     void Progress(int, int) override {}
     void Close() override {}
+    void OfferStop(std::string_view) override {}
+    bool StopAsked() override { return false; }
     void PumpMessages() override {}
 };
 
@@ -134,7 +137,9 @@ struct Machine {
     NoBusyDialog busy;
     DesktopTools shell;
     FileLog log{registry, clock, files};
-    Workstation workstation{registry, files, clock, user, guids, messages, busy, shell, log};
+    MemoryClipboard clipboard;
+    Workstation workstation{registry, files, clock, user, guids,
+                            messages, busy,  shell, log,  clipboard};
 };
 
 } // namespace

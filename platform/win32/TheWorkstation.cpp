@@ -22,6 +22,7 @@
 #include "platform/win32/SettingsRegistry.h"
 #include "platform/win32/Variant.h"
 #include "platform/win32/WindowsBusyDialog.h"
+#include "platform/win32/WindowsClipboard.h"
 #include "platform/win32/WindowsFiles.h"
 
 namespace kavidex::platform {
@@ -121,8 +122,10 @@ struct Machine {
     WindowsBusyDialog busy;
     Desktop shell;
     FileLog log{registry, clock, files};
+    WindowsClipboard clipboard;
     UnattendedMessages messages{boxes, registry, log};
-    Workstation workstation{registry, files, clock, user, guids, messages, busy, shell, log};
+    Workstation workstation{registry, files, clock, user, guids,
+                            messages, busy,  shell, log,  clipboard};
 };
 
 } // namespace

@@ -15,6 +15,7 @@ constexpr wchar_t className[] = L"KavidexBusy";
 
 // Sizes at 96 dots an inch.
 constexpr int margin = 14, leastWidth = 300, mostWidth = 460, gap = 10, barHeight = 14;
+constexpr int stopHeight = 26, stopWidth = 90;
 
 // Functions of newer Windows versions, null on older ones.
 template <class Function>
@@ -68,6 +69,9 @@ LRESULT CALLBACK WindowsBusyDialog::Procedure(HWND window, UINT message, WPARAM 
     switch (message) {
     case WM_CLOSE: return 0; // only the work itself ends it
     case WM_MOUSEACTIVATE: return MA_NOACTIVATE;
+    case WM_COMMAND: // as tools for screens press it
+        if (self && HIWORD(w) == BN_CLICKED) self->AskToStop();
+        return 0;
     case WM_SETTINGCHANGE:
     case 0x02E0: // WM_DPICHANGED, unknown to older headers
         if (self && self->lclText) {
@@ -112,7 +116,8 @@ void WindowsBusyDialog::ChooseFont() {
     lclDpi = DpiOf(lclWindow);
     const LOGFONTW wanted = MessageFont(lclDpi);
     const HFONT font = CreateFontIndirectW(&wanted);
-    SendMessageW(lclText, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+    for (const HWND child : {lclText, lclStop})
+        if (child) SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
     if (lclFont) DeleteObject(lclFont);
     lclFont = font;
 }
@@ -131,7 +136,9 @@ void WindowsBusyDialog::Arrange() {
 
     const int width = std::max<int>(words.right, scaled(leastWidth));
     const int edge = scaled(margin), barTop = edge + words.bottom + scaled(gap);
-    RECT frame{0, 0, width + 2 * edge, barTop + scaled(barHeight) + edge};
+    const int stopTop = barTop + scaled(barHeight) + scaled(gap);
+    const int bottom = lclStop ? stopTop + scaled(stopHeight) : barTop + scaled(barHeight);
+    RECT frame{0, 0, width + 2 * edge, bottom + edge};
     AdjustWindowRectEx(&frame, WS_POPUP | WS_CAPTION, FALSE,
                        WS_EX_NOACTIVATE | WS_EX_DLGMODALFRAME);
     const int frameWidth = frame.right - frame.left, frameHeight = frame.bottom - frame.top;
@@ -141,6 +148,9 @@ void WindowsBusyDialog::Arrange() {
                  SWP_NOZORDER | SWP_NOACTIVATE);
     MoveWindow(lclText, edge, edge, width, words.bottom, TRUE);
     MoveWindow(lclBar, edge, barTop, width, scaled(barHeight), TRUE);
+    if (lclStop)
+        MoveWindow(lclStop, edge + width - scaled(stopWidth), stopTop, scaled(stopWidth),
+                   scaled(stopHeight), TRUE);
 }
 
 void WindowsBusyDialog::Marquee(bool on) {
@@ -169,9 +179,44 @@ void WindowsBusyDialog::Progress(int done, int total) {
     UpdateWindow(lclBar);
 }
 
+void WindowsBusyDialog::OfferStop(std::string_view caption) {
+    lclStopAsked = false;
+    if (lclStop) DestroyWindow(lclStop);
+    lclStop = nullptr;
+    if (lclWindow && !caption.empty()) {
+        lclStop = CreateWindowExW(0, L"BUTTON", ToWide(caption).c_str(), WS_CHILD | WS_VISIBLE, 0,
+                                  0, 1, 1, lclWindow, nullptr, OwnModule(), nullptr);
+        if (lclStop) SendMessageW(lclStop, WM_SETFONT, reinterpret_cast<WPARAM>(lclFont), TRUE);
+    }
+    if (lclWindow) Arrange();
+}
+
+void WindowsBusyDialog::AskToStop() {
+    lclStopAsked = true;
+    if (lclStop) EnableWindow(lclStop, FALSE); // asked once is enough; the work ends its step
+}
+
+// The button is pressed here and not by its own window, which would take the focus from the host.
+void WindowsBusyDialog::TakeInput() {
+    if (!lclStop || lclStopAsked) return;
+    MSG message{};
+    while (PeekMessageW(&message, lclWindow, WM_MOUSEFIRST, WM_MOUSELAST, PM_REMOVE)) {
+        if (message.hwnd != lclStop) continue;
+        if (message.message == WM_LBUTTONDOWN) SendMessageW(lclStop, BM_SETSTATE, TRUE, 0);
+        if (message.message != WM_LBUTTONUP) continue;
+        SendMessageW(lclStop, BM_SETSTATE, FALSE, 0);
+        return AskToStop();
+    }
+    if (PeekMessageW(&message, nullptr, WM_KEYDOWN, WM_KEYDOWN, PM_NOREMOVE) &&
+        message.wParam == VK_ESCAPE) {
+        PeekMessageW(&message, nullptr, WM_KEYDOWN, WM_KEYDOWN, PM_REMOVE);
+        AskToStop();
+    }
+}
+
 void WindowsBusyDialog::Close() {
     if (lclWindow) DestroyWindow(lclWindow);
-    lclWindow = nullptr;
+    lclWindow = lclStop = nullptr;
     if (lclFont) DeleteObject(lclFont);
     lclFont = nullptr;
     // A class outlives its DLL: left registered, it would name code that is gone.
@@ -182,6 +227,7 @@ void WindowsBusyDialog::PumpMessages() {
     // A window that asks for painting over and over must not hold the work up.
     constexpr int most = 500;
     constexpr UINT how = PM_REMOVE | PM_QS_PAINT | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE;
+    TakeInput();
     MSG message{};
     for (int i = 0; i < most && PeekMessageW(&message, nullptr, 0, 0, how); ++i) {
         if (message.message == WM_QUIT) { // the host's own loop is to see it

@@ -16,8 +16,11 @@ public:
     void Show(std::string_view caption, std::string_view text) override;
     void Progress(int done, int total) override;
     void Close() override;
+    void OfferStop(std::string_view caption) override;
+    bool StopAsked() override { return lclStopAsked; }
     // Paints, timers, and posted and sent messages are handled; keys and clicks wait for the end of
-    // the work, so that the user cannot start it again inside itself.
+    // the work, so that the user cannot start it again inside itself: all but Escape and a click on
+    // the button that asks to stop.
     void PumpMessages() override;
 
     HWND Handle() const { return lclWindow; } // null while closed
@@ -28,10 +31,13 @@ private:
     void ChooseFont();
     void Arrange();
     void Marquee(bool on);
+    void TakeInput();
+    void AskToStop();
 
-    HWND lclWindow = nullptr, lclText = nullptr, lclBar = nullptr;
+    HWND lclWindow = nullptr, lclText = nullptr, lclBar = nullptr, lclStop = nullptr;
     HFONT lclFont = nullptr;
     int lclDpi = 96;
+    bool lclStopAsked = false;
 };
 
 } // namespace kavidex::platform::win32

@@ -30,7 +30,7 @@ public:
     std::string refusedText; // a node of that text is refused
     NodeHandle selected = 0, edited = 0;
     std::string status;
-    bool statusBar = true, redraw = true, checkBoxes = false, filesOnClipboard = false;
+    bool statusBar = true, redraw = true, checkBoxes = false;
     int fills = 0, paintedAdds = 0; // paintedAdds: nodes added while redraw was on
     std::string topWindow;
     controls::PopupMenu menu; // the last one shown
@@ -115,7 +115,6 @@ public:
             if (menu[i].name == choose) return i;
         return std::nullopt;
     }
-    bool ClipboardHasFiles() override { return filesOnClipboard; }
     bool HasTopWindow(std::string_view title) override {
         return !topWindow.empty() && title == topWindow;
     }

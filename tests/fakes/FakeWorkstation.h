@@ -13,6 +13,7 @@
 #include "platform/BusyDialog.h"
 #include "platform/Clock.h"
 #include "platform/Error.h"
+#include "platform/Exchange.h"
 #include "platform/Files.h"
 #include "platform/Guids.h"
 #include "platform/Log.h"
@@ -138,7 +139,15 @@ public:
         open = false;
         ++closed;
     }
-    void PumpMessages() override { ++pumped; }
+    std::string stop; // the caption offered
+    bool stopAsked = false;
+    void OfferStop(std::string_view caption) override { stop = caption; }
+    bool StopAsked() override { return !stop.empty() && stopAsked; }
+    std::function<void()> onPump; // what the user and the host do meanwhile
+    void PumpMessages() override {
+        ++pumped;
+        if (onPump) onPump();
+    }
 };
 
 class FakeShell : public platform::Shell {
@@ -151,6 +160,28 @@ public:
         opened.emplace_back(path);
     }
     bool HasPrinters() override { return printers; }
+};
+
+// `held` stands for another program that keeps the clipboard open.
+class FakeClipboard : public platform::MemoryClipboard {
+public:
+    bool held = false;
+
+    platform::ExchangeData Read() override {
+        Demand();
+        return content;
+    }
+    void Write(const platform::ExchangeData& data) override {
+        Demand();
+        content = data;
+    }
+
+private:
+    void Demand() const {
+        if (held)
+            throw platform::Error(platform::errors::accessDenied,
+                                  "The clipboard is held open by another program");
+    }
 };
 
 class FakeLog : public platform::Log {
@@ -182,8 +213,9 @@ struct FakeWorkstation {
     FakeBusyDialog busy;
     FakeShell shell;
     FakeLog log;
+    FakeClipboard clipboard;
     platform::Workstation workstation{registry, files, clock, user, guids,
-                                      messages, busy,  shell, log};
+                                      messages, busy,  shell, log,  clipboard};
 
     FakeWorkstation() {
         auto& real = platform::TheWorkstation();

@@ -31,16 +31,11 @@ void FormLook::Build(int dpi) {
     lclBold.Reset(CreateFontIndirectW(&face));
     lclBase = BaseUnits(lclFont.Get());
     lclSmall.Build(dpi);
-    lclLarge.Build(2 * dpi);
+    lclLarge.Build(dpi);
 }
 
 int FormLook::Picture(std::string_view icon, bool large) {
-    auto& images = large ? lclLarge : lclSmall;
-    if (icon.empty()) return -1;
-    const int known = images.Index(icon);
-    if (known >= 0) return known;
-    if (icon.front() == '.' && images.AddFileIcon(icon.substr(1), icon)) return images.Index(icon);
-    return images.Index("unknown");
+    return icon.empty() ? -1 : (large ? lclLarge : lclSmall).Of(icon);
 }
 
 HICON FormLook::MakeIcon(std::string_view icon, int size) {

@@ -10,7 +10,7 @@
 
 #include "controls/common/win32/GdiObject.h"
 #include "controls/forms/Layout.h"
-#include "controls/tree/win32/TreeImages.h"
+#include "controls/pictures/win32/IconStore.h"
 
 namespace kavidex::controls::forms::win32 {
 
@@ -39,7 +39,7 @@ private:
     int lclDpi = 96;
     SIZE lclBase{6, 13};
     controls::win32::GdiObject<HFONT> lclFont, lclBold;
-    controls::win32::TreeImages lclSmall, lclLarge;
+    controls::win32::IconStore lclSmall{16}, lclLarge{32};
 };
 
 } // namespace kavidex::controls::forms::win32

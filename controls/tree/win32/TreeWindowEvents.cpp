@@ -51,7 +51,7 @@ LRESULT TreeWindowWin32::Notified(NMHDR& header) {
     case TVN_BEGINDRAGW:
         TreeView_SelectItem(lclTree, tree.itemNew.hItem);
         if (lclLogic.BeginDrag(static_cast<std::int32_t>(tree.itemNew.lParam))) {
-            DragText(lclLogic.DropString());
+            Drag({true, false, lclLogic.DropString(), {}}, drop::copy | drop::move, lclTree);
             lclLogic.CompleteDrag();
         }
         return 0;
@@ -231,7 +231,9 @@ void TreeWindowWin32::MouseEvent(UINT message, WPARAM w, LPARAM l) {
     }
 }
 
-std::int32_t TreeWindowWin32::DragMoved(DragState state, const DropData& data, POINT point) {
+std::int32_t TreeWindowWin32::DragMoved(DragState state, const DropData& data,
+                                        const DropPlace& place) {
+    const POINT point{place.x, place.y};
     const HTREEITEM item = state == DragState::Leave ? nullptr : HitTest(point);
     lclDragPoint = point;
     if (item != lclHovered) {
@@ -246,9 +248,9 @@ std::int32_t TreeWindowWin32::DragMoved(DragState state, const DropData& data, P
     return effect;
 }
 
-std::int32_t TreeWindowWin32::DragDropped(const DropData& data, POINT point) {
+std::int32_t TreeWindowWin32::DragDropped(const DropData& data, const DropPlace& place) {
     StopDragTimers();
-    const auto target = IdOf(HitTest(point));
+    const auto target = IdOf(HitTest({place.x, place.y}));
     TreeView_SelectDropTarget(lclTree, nullptr);
     return lclLogic.Dropped(data, target);
 }
@@ -302,7 +304,7 @@ void TreeWindowWin32::Draw(HDC device, const RECT& place) const {
     DrawEdge(device, &area, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
     FillRect(device, &area, GetSysColorBrush(COLOR_WINDOW));
     SetTextColor(device, GetSysColor(COLOR_WINDOWTEXT));
-    TreeImages images;
+    IconStore images;
     images.Build(dpi);
     int top = area.top + Scaled(2, dpi);
     for (const auto& row : lclLogic.FirstRows((area.bottom - area.top) / line)) {

@@ -194,8 +194,6 @@ std::optional<std::size_t> TreeWindowWin32::ShowMenu(const PopupMenu& menu, int 
     return TrackMenu(lclWindow, menu, x, y);
 }
 
-bool TreeWindowWin32::ClipboardHasFiles() { return IsClipboardFormatAvailable(CF_HDROP); }
-
 bool TreeWindowWin32::HasTopWindow(std::string_view title) {
     struct Search {
         std::string wanted;

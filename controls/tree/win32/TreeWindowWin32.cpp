@@ -58,11 +58,7 @@ bool TreeWindowWin32::CreateChildren() {
     SetWindowLongPtrW(lclTree, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     lclNativeTree = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrW(lclTree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TreeProcedure)));
-    lclOleReady = SUCCEEDED(OleInitialize(nullptr));
-    lclDropTarget = new TreeDropTarget(*this);
-    const HRESULT registered = RegisterDragDrop(lclTree, lclDropTarget);
-    if (FAILED(registered))
-        lclWorkstation.log.Write("RegisterDragDrop", std::to_string(registered));
+    lclDrops.Register(lclTree, *this, lclWorkstation);
     return true;
 }
 
@@ -126,18 +122,12 @@ LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         lclLogic.AttachWindow(nullptr);
         StopDragTimers();
         ++lclQuiet; // what the dying tree tells
-        if (lclDropTarget) {
-            RevokeDragDrop(lclTree);
-            lclDropTarget->Disconnect();
-            lclDropTarget->Release();
-            lclDropTarget = nullptr;
-        }
+        lclDrops.Revoke();
         if (lclTree) TreeView_SetImageList(lclTree, nullptr, TVSIL_NORMAL);
         lclImages.Destroy();
         return 0;
     case WM_NCDESTROY:
         if (lclFont) DeleteObject(std::exchange(lclFont, nullptr));
-        if (std::exchange(lclOleReady, false)) OleUninitialize();
         lclTree = lclLabel = nullptr;
         lclQuiet = 0;
         return DefWindowProcW(window, message, w, l);

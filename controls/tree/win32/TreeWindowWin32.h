@@ -10,9 +10,9 @@
 #include <commctrl.h>
 
 #include "controls/common/win32/OwnWindow.h"
+#include "controls/exchange/win32/DropTarget.h"
+#include "controls/pictures/win32/IconStore.h"
 #include "controls/tree/TreeWindow.h"
-#include "controls/tree/win32/TreeDrop.h"
-#include "controls/tree/win32/TreeImages.h"
 
 namespace kavidex::platform {
 struct Workstation;
@@ -61,7 +61,6 @@ public:
     void SetEnabled(bool enabled) override;
     void SetBorder(bool border) override;
     std::optional<std::size_t> ShowMenu(const PopupMenu& menu, int x, int y) override;
-    bool ClipboardHasFiles() override;
     bool HasTopWindow(std::string_view title) override;
 
     using OwnWindow::Handle;
@@ -87,8 +86,8 @@ private:
     HTREEITEM HitTest(POINT screen, UINT* flags = nullptr) const;
     std::int32_t IdOf(HTREEITEM item) const; // 0: none
 
-    std::int32_t DragMoved(DragState state, const DropData& data, POINT point) override;
-    std::int32_t DragDropped(const DropData& data, POINT point) override;
+    std::int32_t DragMoved(DragState state, const DropData& data, const DropPlace& place) override;
+    std::int32_t DragDropped(const DropData& data, const DropPlace& place) override;
     void DragTimer(UINT_PTR timer);
     void StopDragTimers();
 
@@ -98,13 +97,13 @@ private:
     WNDPROC lclNativeTree = nullptr;
     HFONT lclFont = nullptr;
     int lclDpi = 96;
-    TreeImages lclImages;
+    IconStore lclImages;
     std::vector<std::pair<int, int>> lclPairs; // closed and open images that differ
     std::optional<FontFace> lclFace;
     std::uint32_t lclBack = 0, lclFore = 0;
     int lclQuiet = 0; // above 0: what the tree tells is our own doing
-    bool lclStatusBar = true, lclCheckBoxes = false, lclOleReady = false;
-    TreeDropTarget* lclDropTarget = nullptr;
+    bool lclStatusBar = true, lclCheckBoxes = false;
+    DropRegistration lclDrops;
     HTREEITEM lclHovered = nullptr;
     POINT lclDragPoint{};
 };

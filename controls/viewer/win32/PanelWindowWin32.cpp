@@ -60,9 +60,7 @@ HWND PanelWindowWin32::Child(const wchar_t* type, DWORD style, DWORD exStyle, in
 bool PanelWindowWin32::CreateChildren() {
     constexpr DWORD plain = SS_NOPREFIX | SS_LEFTNOWORDWRAP | SS_ENDELLIPSIS;
     lclCaption = Child(L"STATIC", WS_VISIBLE | plain | SS_CENTERIMAGE, 0, captionId);
-    lclList = Child(WC_LISTVIEWW,
-                    WS_TABSTOP | LVS_REPORT | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_OWNERDATA,
-                    WS_EX_CLIENTEDGE, listId);
+    lclList.Create(lclWindow, listId);
     lclNothing = Child(L"STATIC", SS_NOPREFIX | SS_CENTER, 0, nothingId);
     for (int i = 0; i < factCount; ++i) {
         lclLabels[i] = Child(L"STATIC", plain, 0, labelId + i);
@@ -71,14 +69,11 @@ bool PanelWindowWin32::CreateChildren() {
     }
     lclMissing = Child(L"STATIC", SS_NOPREFIX, 0, missingId);
     lclOpen = Child(L"BUTTON", WS_TABSTOP | BS_PUSHBUTTON, 0, openId);
-    if (!lclCaption || !lclList || !lclOpen) return false;
-    ListView_SetExtendedListViewStyle(lclList,
-                                      LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER);
-    return true;
+    return lclCaption && lclList.Handle() && lclOpen;
 }
 
 HWND PanelWindowWin32::FirstStop() const {
-    if (lclLogic.Content() == PanelContent::Folder) return lclList;
+    if (lclLogic.Content() == PanelContent::Folder) return lclList.Handle();
     if (lclLogic.Content() == PanelContent::Document)
         return lclLogic.CanOpen() ? lclOpen : lclValues[0];
     return nullptr;
@@ -90,7 +85,7 @@ void PanelWindowWin32::TakeFocus() {
 
 bool PanelWindowWin32::TranslateKey(const MSG& message) {
     if (!HasFocus() || message.message != WM_KEYDOWN || GetKeyState(VK_MENU) < 0) return false;
-    const bool list = message.hwnd == lclList, button = message.hwnd == lclOpen;
+    const bool list = message.hwnd == lclList.Handle(), button = message.hwnd == lclOpen;
     const bool control = GetKeyState(VK_CONTROL) < 0;
     switch (message.wParam) {
     case VK_RETURN:
@@ -119,7 +114,7 @@ LRESULT PanelWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
     case WM_SIZE: Layout(); return 0;
     case WM_SETFOCUS: TakeFocus(); return 0;
-    case WM_NOTIFY: return Notified(*reinterpret_cast<NMHDR*>(l));
+    case WM_NOTIFY: return lclList.Notified(*reinterpret_cast<NMHDR*>(l)).value_or(0);
     case WM_COMMAND:
         if (LOWORD(w) == openId && HIWORD(w) == BN_CLICKED) lclLogic.OpenDefault();
         return 0;
@@ -135,7 +130,7 @@ LRESULT PanelWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:
     case 0x02E3: // WM_DPICHANGED_AFTERPARENT
-        SendMessageW(lclList, message, w, l);
+        SendMessageW(lclList.Handle(), message, w, l);
         BuildLook();
         return 0;
     case WM_DESTROY: lclLogic.AttachWindow(nullptr); return 0;
@@ -144,7 +139,7 @@ LRESULT PanelWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         lclFont.Reset();
         lclBold.Reset();
         lclBack.Reset();
-        lclCaption = lclList = lclNothing = lclMissing = lclOpen = nullptr;
+        lclCaption = lclNothing = lclMissing = lclOpen = nullptr;
         std::fill(std::begin(lclLabels), std::end(lclLabels), nullptr);
         std::fill(std::begin(lclValues), std::end(lclValues), nullptr);
         return result;
@@ -182,12 +177,12 @@ void PanelWindowWin32::BuildLook() {
     lclBack.Reset(OwnColours()
                       ? CreateSolidBrush(ColourOf(static_cast<std::uint32_t>(lclLogic.BackColor())))
                       : nullptr);
-    const bool own = OwnColours();
-    const auto back = ColourOf(static_cast<std::uint32_t>(lclLogic.BackColor()));
-    const auto fore = ColourOf(static_cast<std::uint32_t>(lclLogic.ForeColor()));
-    ListView_SetBkColor(lclList, own ? back : GetSysColor(COLOR_WINDOW));
-    ListView_SetTextBkColor(lclList, own ? back : GetSysColor(COLOR_WINDOW));
-    ListView_SetTextColor(lclList, own ? fore : GetSysColor(COLOR_WINDOWTEXT));
+    std::optional<COLORREF> back, fore;
+    if (OwnColours()) {
+        back = ColourOf(static_cast<std::uint32_t>(lclLogic.BackColor()));
+        fore = ColourOf(static_cast<std::uint32_t>(lclLogic.ForeColor()));
+    }
+    lclList.BuildLook(lclDpi, font, back, fore);
     HDC device = GetDC(lclWindow);
     const HGDIOBJ before = SelectObject(device, font);
     TEXTMETRICW metrics{};
@@ -195,7 +190,7 @@ void PanelWindowWin32::BuildLook() {
     SelectObject(device, before);
     ReleaseDC(lclWindow, device);
     lclLine = metrics.tmHeight;
-    for (const HWND child : {lclList, lclOpen})
+    for (const HWND child : {lclList.Handle(), lclOpen})
         EnableWindow(child, lclLogic.Enabled() && (child != lclOpen || lclLogic.CanOpen()));
     Layout();
     InvalidateRect(lclWindow, nullptr, TRUE);
@@ -212,19 +207,14 @@ void PanelWindowWin32::ContentChanged() {
     SetWindowTextW(lclCaption, ToWide(lclLogic.Caption()).c_str());
     SetWindowTextW(lclNothing, ToWide(lclLogic.NothingSelected()).c_str());
     // The list bears the caption too: that is how it is called when it is read out.
-    SetWindowTextW(lclList, ToWide(lclLogic.Caption()).c_str());
-    SendMessageW(lclList, WM_SETREDRAW, FALSE, 0);
-    FillColumns();
-    ListView_SetItemCountEx(lclList, static_cast<int>(lclLogic.Documents().size()), 0);
-    SendMessageW(lclList, WM_SETREDRAW, TRUE, 0);
-    InvalidateRect(lclList, nullptr, TRUE);
+    lclList.SetName(lclLogic.Caption());
     FillFacts();
     const auto show = [](HWND child, bool visible) {
         ShowWindow(child, visible ? SW_SHOWNA : SW_HIDE);
     };
     const bool facts = content == PanelContent::Document;
     show(lclCaption, content != PanelContent::Nothing);
-    show(lclList, content == PanelContent::Folder);
+    show(lclList.Handle(), content == PanelContent::Folder);
     show(lclNothing, content == PanelContent::Nothing);
     for (int i = 0; i < factCount; ++i) {
         show(lclLabels[i], facts);
@@ -250,22 +240,6 @@ void PanelWindowWin32::FillFacts() {
     SetWindowTextW(lclOpen, ToWide(lclLogic.Text("Openen")).c_str());
 }
 
-void PanelWindowWin32::FillColumns() {
-    const HWND header = ListView_GetHeader(lclList);
-    const int present = header ? Header_GetItemCount(header) : 0;
-    for (int i = 0; i < 4; ++i) {
-        auto title = ToWide(lclLogic.ColumnTitle(static_cast<PanelColumn>(i)));
-        LVCOLUMNW column{};
-        column.mask = LVCF_TEXT | LVCF_SUBITEM;
-        column.pszText = title.data();
-        column.iSubItem = i;
-        if (i < present)
-            ListView_SetColumn(lclList, i, &column);
-        else
-            ListView_InsertColumn(lclList, i, &column);
-    }
-}
-
 void PanelWindowWin32::Layout() {
     if (!lclWindow || !lclOpen) return;
     RECT area;
@@ -276,30 +250,8 @@ void PanelWindowWin32::Layout() {
     MoveWindow(lclNothing, gap, std::max<int>(gap, (area.bottom - 3 * lclLine) / 2), width,
                3 * lclLine, TRUE);
     area.top = std::min<LONG>(head, area.bottom);
-    LayoutList(area);
+    lclList.Place(area);
     LayoutFacts(area);
-}
-
-void PanelWindowWin32::LayoutList(const RECT& area) {
-    MoveWindow(lclList, area.left, area.top, area.right - area.left, area.bottom - area.top, TRUE);
-    RECT inside;
-    GetClientRect(lclList, &inside);
-    HDC device = GetDC(lclList);
-    const HGDIOBJ before = SelectObject(device, lclFont.Get());
-    int rest = inside.right;
-    for (int i = 3; i >= 1; --i) {
-        const auto title = ToWide(lclLogic.ColumnTitle(static_cast<PanelColumn>(i)));
-        // Wide enough for the title and for a moment in full.
-        const int widest = std::max(TextWidth(device, title),
-                                    TextWidth(device, i == 3 ? L"00-00-0000 00:00" : L"XXXXXX"));
-        const int width = widest + Scaled(20, lclDpi);
-        ListView_SetColumnWidth(lclList, i, width);
-        rest -= width;
-    }
-    SelectObject(device, before);
-    ReleaseDC(lclList, device);
-    const int wanted = Scaled(lclLogic.ColWidth(), lclDpi);
-    ListView_SetColumnWidth(lclList, 0, wanted > 0 ? wanted : std::max(rest, Scaled(160, lclDpi)));
 }
 
 void PanelWindowWin32::LayoutFacts(const RECT& area) {
@@ -325,42 +277,6 @@ void PanelWindowWin32::LayoutFacts(const RECT& area) {
     }
     MoveWindow(lclOpen, left, top + gap, std::max(button, Scaled(88, lclDpi)), lclLine + 2 * gap,
                TRUE);
-}
-
-LRESULT PanelWindowWin32::Notified(NMHDR& header) {
-    if (header.hwndFrom != lclList) return 0;
-    switch (header.code) {
-    case LVN_GETDISPINFOW: {
-        auto& item = reinterpret_cast<NMLVDISPINFOW&>(header).item;
-        const auto& rows = lclLogic.Documents();
-        const auto index = static_cast<std::size_t>(item.iItem);
-        if (!(item.mask & LVIF_TEXT) || index >= rows.size() || item.cchTextMax < 1) return 0;
-        const auto& row = rows[index];
-        const std::string* texts[] = {&row.description, &row.type, &row.insertedBy,
-                                      &row.insertedOn};
-        const auto text = ToWide(*texts[std::clamp(item.iSubItem, 0, 3)]);
-        const auto length =
-            std::min<std::size_t>(text.size(), static_cast<std::size_t>(item.cchTextMax) - 1);
-        text.copy(item.pszText, length);
-        item.pszText[length] = L'\0';
-        return 0;
-    }
-    case LVN_COLUMNCLICK:
-        lclLogic.SortBy(static_cast<PanelColumn>(
-            std::clamp(reinterpret_cast<NMLISTVIEW&>(header).iSubItem, 0, 3)));
-        return 0;
-    case LVN_ITEMACTIVATE:
-        if (const int row = reinterpret_cast<NMITEMACTIVATE&>(header).iItem; row >= 0)
-            lclLogic.RowActivated(static_cast<std::size_t>(row));
-        return 0;
-    case NM_SETFOCUS:
-        // The keyboard needs a row to start from.
-        if (ListView_GetNextItem(lclList, -1, LVNI_FOCUSED) < 0 && !lclLogic.Documents().empty())
-            ListView_SetItemState(lclList, 0, LVIS_FOCUSED | LVIS_SELECTED,
-                                  LVIS_FOCUSED | LVIS_SELECTED);
-        return 0;
-    default: return 0;
-    }
 }
 
 void PanelWindowWin32::Draw(HDC device, const RECT& place) const {

@@ -8,6 +8,7 @@
 
 #include "controls/common/win32/GdiObject.h"
 #include "controls/common/win32/OwnWindow.h"
+#include "controls/lists/win32/ListWindowWin32.h"
 #include "controls/viewer/DocumentPanel.h"
 
 namespace kavidex::controls::win32 {
@@ -15,7 +16,7 @@ namespace kavidex::controls::win32 {
 class PanelWindowWin32 final : public OwnWindow, public PanelWindow {
 public:
     PanelWindowWin32(DocumentPanel& logic, const platform::Workstation& workstation)
-        : lclLogic(logic), lclWorkstation(workstation) {}
+        : lclLogic(logic), lclWorkstation(workstation), lclList(logic.List()) {}
     ~PanelWindowWin32() override { Destroy(); }
 
     HWND Create(HWND parent, const RECT& place) override;
@@ -37,17 +38,15 @@ private:
     HWND FirstStop() const; // what takes the focus; null when nothing can
     void BuildLook();
     void Layout();
-    void LayoutList(const RECT& area);
     void LayoutFacts(const RECT& area);
     void FillFacts();
-    void FillColumns();
-    LRESULT Notified(NMHDR& header);
     LRESULT Colours(HDC device) const;
     bool OwnColours() const;
 
     DocumentPanel& lclLogic;
     const platform::Workstation& lclWorkstation;
-    HWND lclCaption = nullptr, lclList = nullptr, lclNothing = nullptr;
+    ListWindowWin32 lclList;
+    HWND lclCaption = nullptr, lclNothing = nullptr;
     HWND lclLabels[factCount] = {}, lclValues[factCount] = {};
     HWND lclMissing = nullptr, lclOpen = nullptr;
     GdiObject<HFONT> lclFont, lclBold;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "controls/splitter/ctlSplitPanel.h"
+#include "controls/tree/TreeGrid.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/viewer/DocumentPanel.h"
 #include "data/clsSettings.h"
@@ -227,7 +228,13 @@ TEST_F(Binder, ShowsWhatIsSelectedAndTellsTheHostFirst) {
     ASSERT_EQ(binder->Viewer().Documents().size(), 1U);
     EXPECT_EQ(binder->Viewer().Documents()[0].insertedBy, "jansen");
     EXPECT_EQ(binder->Viewer().Documents()[0].insertedOn, "15-11-2026 14:05");
-    binder->Viewer().RowActivated(0);
+    VirtualList grid(GridColumns()); // the tree's list mode shows the same rows
+    grid.SetRows(GridRows(machine, binder->DbConnection(), binder->treCorr().AllItems()));
+    ASSERT_EQ(grid.Count(), 1U);
+    grid.HeadingClicked(3);
+    EXPECT_EQ(grid.Title(3), "Toegevoeg op (oplopend)");
+    EXPECT_EQ(grid.Text(0, 3), binder->Viewer().List().Text(0, 3));
+    binder->Viewer().List().RowActivated(0);
     EXPECT_EQ(binder->Viewer().Content(), PanelContent::Document);
     EXPECT_EQ(binder->Viewer().Document().size, "5 bytes");
     EXPECT_EQ(told, (std::vector<std::string>{"Dossier|tab", "brief|txt"}));

@@ -103,7 +103,9 @@ struct Shown : testing::Test {
             if (arguments.size() <= position) continue;
             const std::string& text = arguments[position];
             if (text.empty()) continue; // the property itself
-            if (text.starts_with("std::string_view") || text.starts_with("const Cell&")) continue;
+            if (text.starts_with("std::string_view") || text.starts_with("const Cell&") ||
+                text.starts_with("std::size_t"))
+                continue;
             if (const Texts direct = Literals(text); !direct.empty()) {
                 ExpectAll(direct, where);
                 continue;
@@ -166,11 +168,18 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
         {"title", titles},       // of factTitles
         {"names[position]", {}}, // the user's own, or Text("Nieuwe map") and its like
         {"caption", {}},         // handed on by ShowError
-        {"text", {}},            // handed on by Tell and by the translation of the data layer
+        {"row", {}},             // of a list: its content
+        {"lclOrder[row]", {}},
+        {"text", {}}, // handed on by Tell and by the translation of the data layer
     };
+    std::map<std::string, Texts> shared = texts; // of what the controls' common rooms translate
+    for (const char* table : {"Column(column).caption", "other ? row.checkedTooltip : row.tooltip"})
+        shared[table] = {};
+    shared["name.text"] = {"Del", "Enter", "Ins", "Esc", "Spatie"};
     const std::regex call(R"((Text|Tell|Translate|ShowError)\()");
     EachSource("controls", [&](const std::string& source, const std::string& where) {
         Read(source, where, call, 0, texts);
+        Read(source, where, std::regex(R"(\bTranslated\()"), 1, shared);
     });
     for (const char* known :
          {"Melding viewer", "Knippen", "Vorig document", "Nieuwe notitie", "Geen authorisatie",

@@ -5,7 +5,7 @@
 #include <ole2.h>
 
 #include "controls/tree/win32/MakeTreeWindow.h"
-#include "controls/tree/win32/TreeImages.h"
+#include "controls/pictures/win32/IconStore.h"
 #include "platform/win32/Variant.h"
 #include "tests/unit/controls/TreeFixture.h"
 
@@ -154,13 +154,13 @@ TEST_F(TreeWindowTest, CheckBoxesCollectItems) {
 }
 
 TEST_F(TreeWindowTest, EverythingGoesWithTheWindow) {
-    EXPECT_EQ(TreeImages::ListsAlive(), 1);
+    EXPECT_EQ(IconStore::ListsAlive(), 1);
     const HWND shown = control->Handle();
     control->Destroy();
     EXPECT_FALSE(IsWindow(shown));
     EXPECT_FALSE(IsWindow(view));
     EXPECT_EQ(control->Handle(), nullptr);
-    EXPECT_EQ(TreeImages::ListsAlive(), 0);
+    EXPECT_EQ(IconStore::ListsAlive(), 0);
     tree.NodeSelected(letter); // the logic lives on without it
     EXPECT_EQ(tree.SelectedItem()->Id(), letter);
     EXPECT_FALSE(tree.DeleteItem(root));
@@ -185,7 +185,7 @@ TEST_F(TreeWindowTest, DrawsItselfWithoutAWindow) {
     DeleteObject(bitmap);
     DeleteDC(memory);
     ReleaseDC(nullptr, screen);
-    EXPECT_EQ(TreeImages::ListsAlive(), 0);
+    EXPECT_EQ(IconStore::ListsAlive(), 0);
 }
 
 } // namespace kavidex::controls::win32

@@ -102,7 +102,8 @@ protected:
         DyingFiles files(platform::TheWorkstation().files, fileStep);
         const platform::Workstation workstation{machine.registry, files,         machine.clock,
                                                 machine.user,     machine.guids, machine.messages,
-                                                machine.busy,     machine.shell, machine.log};
+                                                machine.busy,     machine.shell, machine.log,
+                                                machine.clipboard};
         auto own =
             std::make_shared<FaultyConnection>(data::EmbeddedDatabase::Open(ModelDatabase::File()));
         model::clsTree mine(workstation);

@@ -97,6 +97,23 @@ TEST(BusyDialog, ShowsItsTextsOverTheOwnerWithoutTakingTheFocus) {
         EXPECT_EQ(TextOf(text), "twee");
         SendMessageW(window, WM_CLOSE, 0, 0);
         EXPECT_TRUE(IsWindow(window));
+
+        PostMessageW(host, WM_KEYDOWN, VK_ESCAPE, 0);
+        scope.Progress(4, 10);
+        EXPECT_FALSE(scope.StopAsked()) << "there is nothing to stop";
+        dialog.OfferStop("Stoppen");
+        const HWND stop = FindWindowExW(window, nullptr, L"BUTTON", L"Stoppen");
+        ASSERT_NE(stop, nullptr);
+        PostMessageW(stop, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        PostMessageW(stop, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
+        scope.Progress(5, 10);
+        EXPECT_TRUE(scope.StopAsked());
+        EXPECT_EQ(GetFocus(), focus) << "the click leaves the focus with the host";
+        dialog.OfferStop("Stoppen");
+        EXPECT_FALSE(scope.StopAsked());
+        PostMessageW(host, WM_KEYDOWN, VK_ESCAPE, 0);
+        scope.Progress(6, 10);
+        EXPECT_TRUE(scope.StopAsked());
     }
     WNDCLASSW left{};
     EXPECT_FALSE(GetClassInfoW(OwnModule(), L"KavidexBusy", &left))

@@ -1,0 +1,32 @@
+#include "controls/lists/ListRows.h"
+
+#include "controls/pictures/IconKeys.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+RecordsetRows::RecordsetRows(data::RecordsetPtr rows, std::string_view idField,
+                             std::string_view typeField)
+    : lclRows(std::move(rows)), lclIdField(idField), lclTypeField(typeField) {}
+
+std::size_t RecordsetRows::Count() const {
+    return lclRows && lclRows->IsOpen() ? static_cast<std::size_t>(lclRows->RecordCount()) : 0;
+}
+
+const data::Value& RecordsetRows::At(std::size_t row, std::string_view field) const {
+    const auto position = static_cast<std::int64_t>(row) + 1;
+    if (lclRows->AbsolutePosition() != position) lclRows->SetAbsolutePosition(position);
+    return lclRows->Get(field);
+}
+
+std::int32_t RecordsetRows::Id(std::size_t row) const { return data::ToInt32(At(row, lclIdField)); }
+
+std::string RecordsetRows::Text(std::size_t row, std::string_view field) const {
+    return platform::Trim(data::ToText(At(row, field)));
+}
+
+std::string RecordsetRows::Picture(std::size_t row) const {
+    return lclTypeField.empty() ? std::string() : ItemIconKey(Text(row, lclTypeField));
+}
+
+} // namespace kavidex::controls

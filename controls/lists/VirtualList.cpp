@@ -1,0 +1,203 @@
+#include "controls/lists/VirtualList.h"
+
+#include <algorithm>
+#include <numeric>
+#include <tuple>
+#include <unordered_set>
+
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+// A key's first eight bytes, which decide most comparisons, beside its place.
+struct SortKey {
+    std::uint64_t head;
+    std::uint32_t row;
+};
+
+std::uint64_t HeadOf(const std::string& key) {
+    std::uint64_t head = 0;
+    for (std::size_t i = 0; i < 8; ++i)
+        head = head << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0U);
+    return head;
+}
+
+} // namespace
+
+VirtualList::VirtualList(std::span<const ListColumn> columns, bool manySelected)
+    : lclColumns(columns.begin(), columns.end()), lclMany(manySelected) {
+    for (std::size_t i = 0; i < lclColumns.size(); ++i)
+        if (!lclColumns[i].hidden) lclShown.push_back(i);
+}
+
+void VirtualList::SetTranslation(data::Translation translation) {
+    lclTranslation = std::move(translation);
+    if (lclWindow) lclWindow->TitlesChanged();
+}
+
+void VirtualList::SetRows(std::unique_ptr<ListRows> rows) {
+    lclRows = std::move(rows);
+    lclOrder = Sorted();
+    KeepSelection();
+    if (!lclWindow) return;
+    lclWindow->RowsChanged();
+    lclWindow->SelectionChanged();
+}
+
+void VirtualList::KeepSelection() {
+    if (lclSelected.empty()) return;
+    std::unordered_set<std::int32_t> present;
+    for (std::size_t row = 0; row < Count(); ++row) present.insert(Id(row));
+    std::erase_if(lclSelected, [&](std::int32_t id) { return !present.contains(id); });
+}
+
+std::int32_t VirtualList::Id(std::size_t row) const { return lclRows->Id(lclOrder.at(row)); }
+
+std::optional<std::size_t> VirtualList::RowOf(std::int32_t id) const {
+    for (std::size_t row = 0; row < Count(); ++row)
+        if (Id(row) == id) return row;
+    return std::nullopt;
+}
+
+std::string VirtualList::Text(std::size_t row, std::size_t column) const {
+    if (row >= Count() || column >= Columns()) return {};
+    return lclRows->Text(lclOrder[row], Column(column).field);
+}
+
+std::string VirtualList::Picture(std::size_t row) const {
+    return row < Count() ? lclRows->Picture(lclOrder[row]) : std::string();
+}
+
+std::string VirtualList::Title(std::size_t column) const {
+    std::string title = data::Translated(lclTranslation, Column(column).caption);
+    if (lclSortColumn == column)
+        title +=
+            " " + data::Translated(lclTranslation, lclDescending ? "(aflopend)" : "(oplopend)");
+    return title;
+}
+
+void VirtualList::SetWidth(std::size_t column, int width) {
+    lclColumns[lclShown.at(column)].width = std::max(width, 0);
+    if (lclWindow) lclWindow->WidthsChanged();
+}
+
+std::vector<int> VirtualList::Widths(int room, int dpi) const {
+    std::vector<int> widths(Columns());
+    int shares = 0;
+    for (std::size_t i = 0; i < widths.size(); ++i) {
+        widths[i] = Column(i).width * dpi / 96;
+        shares += widths[i] == 0;
+        room -= widths[i];
+    }
+    constexpr int least = 40; // narrower than that shows nothing: the list scrolls then
+    for (auto& width : widths)
+        if (width == 0) {
+            width = std::max(room / shares, least * dpi / 96);
+            room -= width; // the last takes what dividing left over
+            --shares;
+        }
+    return widths;
+}
+
+std::string_view VirtualList::SortField() const {
+    const auto& column = Column(*lclSortColumn);
+    return column.sortField.empty() ? column.field : column.sortField;
+}
+
+std::string VirtualList::Sort() const {
+    if (!lclSortColumn) return {};
+    return "[" + std::string(SortField()) + "] " + (lclDescending ? "DESC" : "ASC");
+}
+
+std::vector<std::uint32_t> VirtualList::Sorted() const {
+    std::vector<std::uint32_t> order(lclRows ? lclRows->Count() : 0);
+    std::iota(order.begin(), order.end(), 0U);
+    if (!lclSortColumn) return order;
+    const auto field = SortField();
+    std::vector<std::string> keys(order.size());
+    std::vector<SortKey> heads(order.size());
+    for (const auto row : order) {
+        keys[row] = platform::LowerCase(lclRows->Text(row, field));
+        heads[row] = {HeadOf(keys[row]), row};
+    }
+    // Equal keys keep the order of the rows, both ways round.
+    std::sort(heads.begin(), heads.end(), [&](const SortKey& a, const SortKey& b) {
+        if (a.head != b.head) return (a.head < b.head) != lclDescending;
+        if (const int compared = keys[a.row].compare(keys[b.row]); compared != 0)
+            return (compared < 0) != lclDescending;
+        return a.row < b.row;
+    });
+    std::transform(heads.begin(), heads.end(), order.begin(),
+                   [](const SortKey& key) { return key.row; });
+    return order;
+}
+
+void VirtualList::HeadingClicked(std::size_t column) {
+    if (column >= Columns()) return;
+    const auto before = std::pair(lclSortColumn, lclDescending);
+    lclDescending = lclSortColumn == column && !lclDescending;
+    lclSortColumn = column;
+    try {
+        lclOrder = Sorted();
+    } catch (...) {
+        std::tie(lclSortColumn, lclDescending) = before;
+        throw;
+    }
+    if (!lclWindow) return;
+    lclWindow->TitlesChanged();
+    lclWindow->RowsChanged();
+    lclWindow->SelectionChanged();
+}
+
+std::optional<std::size_t> VirtualList::Find(std::string_view text, std::size_t from) const {
+    const auto wanted = platform::LowerCase(text);
+    for (std::size_t step = 0; step < Count(); ++step) {
+        const auto row = (from + step) % Count();
+        if (platform::LowerCase(Text(row, 0)).starts_with(wanted)) return row;
+    }
+    return std::nullopt;
+}
+
+void VirtualList::Select(const std::vector<std::int32_t>& ids) {
+    lclSelected = ids;
+    if (!lclMany && lclSelected.size() > 1)
+        lclSelected.erase(lclSelected.begin() + 1, lclSelected.end());
+    KeepSelection();
+    if (!lclWindow) return;
+    lclWindow->SelectionChanged();
+    if (lclSelected.empty()) return;
+    if (const auto row = RowOf(lclSelected.front())) lclWindow->ShowRow(*row);
+}
+
+void VirtualList::SelectAll() {
+    if (!lclMany) return;
+    std::vector<std::size_t> rows(Count());
+    std::iota(rows.begin(), rows.end(), std::size_t{0});
+    RowsSelected(rows);
+    if (lclWindow) lclWindow->SelectionChanged();
+}
+
+void VirtualList::RowsSelected(const std::vector<std::size_t>& rows) {
+    std::vector<std::int32_t> ids;
+    for (const auto row : rows)
+        if (row < Count()) ids.push_back(Id(row));
+    if (ids == lclSelected) return;
+    lclSelected = std::move(ids);
+    SelectionChanged.Raise();
+}
+
+void VirtualList::RowActivated(std::size_t row) {
+    if (row < Count()) Activated.Raise(Id(row));
+}
+
+void VirtualList::AttachWindow(ListWindow* window) {
+    lclWindow = window;
+    if (!window) return;
+    window->TitlesChanged();
+    window->RowsChanged();
+    window->SelectionChanged();
+}
+
+} // namespace kavidex::controls

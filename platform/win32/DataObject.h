@@ -1,0 +1,21 @@
+// The one data object of drags and of the clipboard, and reading what other programs offer.
+#pragma once
+
+#include <windows.h>
+
+#include <objidl.h>
+
+#include "platform/Exchange.h"
+#include "platform/win32/ComPtr.h"
+
+namespace kavidex::platform::win32 {
+
+// Text as Unicode and in the system's code page, files as a file list, virtual files as descriptors
+// with their contents. Takes what others store in it (the shell keeps a drag's image so).
+ComPtr<IDataObject> MakeDataObject(ExchangeData data);
+
+// Throws platform::Error when the clipboard is held open by another program. What the source
+// refuses otherwise is not there. Virtual files keep the object.
+ExchangeData ReadExchange(IDataObject& data);
+
+} // namespace kavidex::platform::win32
