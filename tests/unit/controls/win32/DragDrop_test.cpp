@@ -34,8 +34,10 @@ struct Receiver : DropReceiver {
 struct DragDrop : testing::Test {
     tests::FakeWorkstation machine;
     Receiver receiver;
-    HWND window = CreateWindowExW(WS_EX_TOPMOST, L"STATIC", L"target", WS_POPUP | WS_VISIBLE, 50,
-                                  50, 200, 150, nullptr, nullptr, nullptr, nullptr);
+    // With SS_NOTIFY: a label without lets the mouse through.
+    HWND window =
+        CreateWindowExW(WS_EX_TOPMOST, L"STATIC", L"target", WS_POPUP | WS_VISIBLE | SS_NOTIFY, 50,
+                        50, 200, 150, nullptr, nullptr, nullptr, nullptr);
     DropRegistration drops;
 
     void SetUp() override { drops.Register(window, receiver, machine); }
