@@ -67,6 +67,7 @@ void TurnImage(std::string& data, Turn turn) {
 } // namespace
 
 void Annotations::Rotate(Turn turn, std::int32_t width, std::int32_t height) {
+    if (turn == Turn::None) return;
     for (std::size_t i = 0; i < Count(); ++i) {
         const std::size_t start = lclStarts[i];
         const Mark mark = At(i);

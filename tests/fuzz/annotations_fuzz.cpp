@@ -8,6 +8,7 @@
 
 namespace {
 
+using namespace kavidex::imaging;
 using namespace kavidex::imaging::annotations;
 
 void Edit(Annotations& marks) {

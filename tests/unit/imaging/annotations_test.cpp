@@ -7,6 +7,7 @@
 
 namespace {
 
+using namespace kavidex::imaging;
 using namespace kavidex::imaging::annotations;
 using kavidex::platform::AppendLittle;
 
