@@ -7,6 +7,7 @@
 
 #include "imaging/RowScaler.h"
 #include "imaging/tiff/Decoder.h"
+#include "imaging/tiff/Resolution.h"
 #include "platform/Error.h"
 #include "platform/FileStreams.h"
 
@@ -19,22 +20,13 @@ using tiff::OrientationOf;
 using tiff::Samples;
 using tiff::Source;
 
-double Dpi(Source& source, const Directory& page, std::uint16_t tag) {
-    constexpr std::uint64_t centimetres = 3;
-    const double resolution = source.Rational(page, tag);
-    const bool metric = source.Number(page, tiff::tags::resolutionUnit, 2) == centimetres;
-    const double dpi = metric ? resolution * 2.54 : resolution;
-    // Beyond that it is a proportion only, or nonsense.
-    return dpi >= 10 && dpi <= 100000 ? dpi : 0;
-}
-
 PageFacts FactsOf(Source& source, const Directory& page, const Samples& samples) {
     PageFacts facts;
     facts.width = samples.width;
     facts.height = samples.height;
-    facts.xDpi = Dpi(source, page, tiff::tags::xResolution);
-    facts.yDpi = Dpi(source, page, tiff::tags::yResolution);
-    if (facts.xDpi == 0 || facts.yDpi == 0) facts.xDpi = facts.yDpi = 0;
+    const tiff::Resolution dpi = tiff::ResolutionOf(source, page);
+    facts.xDpi = dpi.x;
+    facts.yDpi = dpi.y;
     facts.orientation = OrientationOf(source, page);
     facts.format = samples.Shown();
     facts.compression = samples.compression;
