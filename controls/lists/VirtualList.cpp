@@ -53,7 +53,10 @@ void VirtualList::KeepSelection() {
     std::erase_if(lclSelected, [&](std::int32_t id) { return !present.contains(id); });
 }
 
-std::int32_t VirtualList::Id(std::size_t row) const { return lclRows->Id(lclOrder.at(row)); }
+std::int32_t VirtualList::Id(std::size_t row) const {
+    const auto position = lclOrder.at(row); // throws where there is no such row, nor any rows
+    return lclRows->Id(position);
+}
 
 std::optional<std::size_t> VirtualList::RowOf(std::int32_t id) const {
     for (std::size_t row = 0; row < Count(); ++row)

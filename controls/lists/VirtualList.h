@@ -46,7 +46,7 @@ public:
     void SetRows(std::unique_ptr<ListRows> rows);
 
     std::size_t Count() const { return lclOrder.size(); }
-    std::int32_t Id(std::size_t row) const;
+    std::int32_t Id(std::size_t row) const; // throws std::out_of_range
     std::optional<std::size_t> RowOf(std::int32_t id) const;
     std::string Text(std::size_t row, std::size_t column) const;
     std::string Picture(std::size_t row) const; // of the icon store; empty: none

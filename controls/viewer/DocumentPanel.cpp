@@ -17,9 +17,9 @@ namespace {
 
 constexpr ListColumn columns[] = {
     {.caption = "Omschrijving", .field = "Omschrijving"},
-    {.caption = "Type", .field = "Type", .width = 80},
-    {.caption = "Toegevoegd door", .field = "Toegevoegd door", .width = 130},
-    {.caption = "Toegevoegd op", .field = "Toegevoegd op", .sortField = "InsertSort", .width = 140},
+    {.caption = "Type", .field = "Type", .width = 110},
+    {.caption = "Toegevoegd door", .field = "Toegevoegd door", .width = 170},
+    {.caption = "Toegevoegd op", .field = "Toegevoegd op", .sortField = "InsertSort", .width = 165},
 };
 
 constexpr std::string_view missingText = "Document kan niet gevonden worden.";

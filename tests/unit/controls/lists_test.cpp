@@ -1,6 +1,8 @@
 // The list of any length: columns, headings, selection; the lock of long work.
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "controls/common/OperationLock.h"
 #include "controls/lists/VirtualList.h"
 #include "controls/pictures/IconKeys.h"
@@ -107,6 +109,7 @@ TEST_F(List, TheSelectionFollowsTheRowsNotTheirPlaces) {
     list.SetRows(nullptr);
     EXPECT_EQ(list.Count(), 0U);
     EXPECT_EQ(list.Text(0, 0), "");
+    EXPECT_THROW(list.Id(0), std::out_of_range);
     list.RowActivated(0);
 }
 
