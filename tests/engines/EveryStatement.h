@@ -100,6 +100,12 @@ private:
         made.SetDocType("tif");
         made.SetSendTo("Jan");
         made.SaveNewRow();
+        model::clsDocument undone(machine);
+        undone.SetDatabaseObject(connection);
+        undone.SetDocType("msg");
+        undone.SetRecievedFrom("Jan");
+        undone.SaveNewRow();
+        undone.RemoveNewRow();
         model::clsDocument read(machine);
         read.SetDatabaseObject(connection);
         read.SetId(made.DocId());
