@@ -18,18 +18,12 @@ constexpr std::array<std::uint8_t, 256> ReversedBytes() {
 }
 constexpr auto reversedBytes = ReversedBytes();
 
-// Elements of less than a byte, and of more that are no whole bytes, one at a time.
-std::uint64_t GetBits(const std::uint8_t* row, std::uint64_t at, unsigned bits) {
-    std::uint64_t value = 0;
-    for (unsigned i = 0; i < bits; ++i, ++at)
-        value = value << 1 | (row[at / 8] >> (7 - at % 8) & 1u);
-    return value;
-}
-
-void PutBits(std::uint8_t* row, std::uint64_t at, unsigned bits, std::uint64_t value) {
-    for (unsigned i = 0; i < bits; ++i, ++at)
-        if (value >> (bits - 1 - i) & 1u)
-            row[at / 8] = static_cast<std::uint8_t>(row[at / 8] | 0x80u >> at % 8);
+// Elements that are no whole bytes, a bit at a time; what is copied to is all 0.
+void CopyBits(const std::uint8_t* from, std::uint64_t fromBit, std::uint8_t* to,
+              std::uint64_t toBit, unsigned bits) {
+    for (; bits > 0; --bits, ++fromBit, ++toBit)
+        if (from[fromBit / 8] & 0x80u >> fromBit % 8)
+            to[toBit / 8] = static_cast<std::uint8_t>(to[toBit / 8] | 0x80u >> toBit % 8);
 }
 
 void MirrorRow(std::uint8_t* row, const Elements& elements, std::vector<std::uint8_t>& room) {
@@ -48,8 +42,8 @@ void MirrorRow(std::uint8_t* row, const Elements& elements, std::vector<std::uin
     } else {
         room.assign(size, 0);
         for (std::uint32_t x = 0; x < elements.width; ++x)
-            PutBits(room.data(), std::uint64_t{elements.width - 1 - x} * elements.bits,
-                    elements.bits, GetBits(row, std::uint64_t{x} * elements.bits, elements.bits));
+            CopyBits(row, std::uint64_t{x} * elements.bits, room.data(),
+                     std::uint64_t{elements.width - 1 - x} * elements.bits, elements.bits);
         std::copy(room.begin(), room.end(), row);
     }
 }
@@ -103,9 +97,8 @@ Elements Transposed(const Elements& from) {
     } else {
         for (std::uint32_t y = 0; y < from.height; ++y)
             for (std::uint32_t x = 0; x < from.width; ++x)
-                PutBits(&to.bytes[x * to.BytesPerRow()], std::uint64_t{y} * from.bits, from.bits,
-                        GetBits(&from.bytes[y * from.BytesPerRow()], std::uint64_t{x} * from.bits,
-                                from.bits));
+                CopyBits(&from.bytes[y * from.BytesPerRow()], std::uint64_t{x} * from.bits,
+                         &to.bytes[x * to.BytesPerRow()], std::uint64_t{y} * from.bits, from.bits);
     }
     return to;
 }

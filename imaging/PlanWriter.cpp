@@ -24,10 +24,11 @@ namespace tags = tiff::tags;
 
 struct NeedsLargeOffsets {};
 
-// The value of another tag of the page; of count 0 where that is absent.
+// The value of another tag of the page; of count 0 where that is absent, or of no known type.
 NewValue ValueOf(Source& source, const Directory& page, std::uint16_t tag, Order order) {
     const Entry* entry = page.Find(tag);
     if (!entry) return {};
+    if (tiff::SizeOf(entry->type).size == 0) return {};
     NewValue value{entry->type, entry->count, source.Value(*entry)};
     if (source.Form().order != order)
         tiff::SwapUnits(value.bytes.data(), value.bytes.size(), tiff::SizeOf(entry->type).unit);

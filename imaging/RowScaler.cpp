@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <type_traits>
 
 namespace kavidex::imaging {
 
@@ -17,6 +18,9 @@ constexpr std::array<std::uint64_t, 256> SpreadBlacks() {
     return spread;
 }
 constexpr auto spreadBlacks = SpreadBlacks();
+
+// Of the fraction by which sums become levels: a level and all that rounds it fit above.
+constexpr unsigned factorBits = 48;
 
 constexpr std::uint64_t allWhite = ~std::uint64_t{0};
 
@@ -36,7 +40,10 @@ RowScaler::RowScaler(PixelFormat format, std::uint32_t left, std::uint32_t sourc
     } else {
         lclSums.assign(std::size_t{sourceWidth} * channels, 0);
     }
-    lclPrefix.assign(std::size_t{sourceWidth} + skipped + 8, 0);
+    // What an element of the result gathers where all that it covers is full makes 255.
+    const double full = 256.0 * sourceWidth / std::max(width, 1u) * lclTotal *
+                        (format == PixelFormat::bits1 ? 1 : 255);
+    lclFactor = static_cast<std::uint64_t>(255.0 * (std::uint64_t{1} << factorBits) / full + 0.5);
     lclPlaces.reserve(std::size_t{width} + 1);
     for (std::uint64_t i = 0; i <= width; ++i) {
         const std::uint64_t place = i * sourceWidth * 256 / std::max(width, 1u);
@@ -101,34 +108,26 @@ void RowScaler::AddBits(const std::uint8_t* row, std::uint32_t weight) {
     }
 }
 
-template <class Sum>
-void RowScaler::EmitFrom(const Sum* sums, unsigned channels, bool invert) {
+template <unsigned channels, class Sum>
+void RowScaler::EmitFrom(const Sum* sums, bool invert) {
+    // Of one byte each they add up in 32 bits on the widest page.
+    using Whole = std::conditional_t<sizeof(Sum) == 1, std::uint32_t, std::uint64_t>;
     std::uint8_t* out = lclResult.Row(static_cast<std::uint32_t>(lclTarget));
-    const std::size_t end = lclPlaces.back().element;
-    // What one element of the result gathers when all it covers is full, is 255 then.
-    const double scale =
-        255.0 * lclResult.width / (256.0 * lclSourceWidth * lclTotal * (invert ? 1.0 : 255.0));
     for (unsigned channel = 0; channel < channels; ++channel) {
-        std::uint64_t sum = 0;
-        for (std::size_t x = 0; x < end; ++x) {
-            lclPrefix[x] = sum;
-            sum += sums[x * channels + channel];
-        }
-        lclPrefix[end] = sum;
-        std::uint64_t before = 0;
-        for (std::size_t i = 0; i < lclPlaces.size(); ++i) {
-            const Place place = lclPlaces[i];
-            std::uint64_t upTo = lclPrefix[place.element] * 256;
-            if (place.part != 0)
-                upTo += std::uint64_t{sums[place.element * channels + channel]} * place.part;
-            if (i != 0) {
-                const auto value =
-                    static_cast<int>(static_cast<double>(upTo - before) * scale + 0.5);
-                const int shown = std::min(value, 255);
-                out[(i - 1) * channels + channel] =
-                    static_cast<std::uint8_t>(invert ? 255 - shown : shown);
-            }
-            before = upTo;
+        const Sum* from = sums + channel;
+        Place first = lclPlaces[0];
+        for (std::size_t i = 1; i < lclPlaces.size(); ++i) {
+            const Place last = lclPlaces[i];
+            Whole whole = 0;
+            for (std::size_t x = first.element; x < last.element; ++x) whole += from[x * channels];
+            std::uint64_t sum = std::uint64_t{whole} * 256;
+            if (last.part != 0) sum += std::uint64_t{from[last.element * channels]} * last.part;
+            if (first.part != 0) sum -= std::uint64_t{from[first.element * channels]} * first.part;
+            const auto level = static_cast<std::uint8_t>(std::min<std::uint64_t>(
+                (sum * lclFactor + (std::uint64_t{1} << (factorBits - 1))) >> factorBits, 255));
+            out[(i - 1) * channels + channel] =
+                static_cast<std::uint8_t>(invert ? 255 - level : level);
+            first = last;
         }
     }
 }
@@ -137,11 +136,14 @@ void RowScaler::Emit() {
     if (lclFormat == PixelFormat::bits1) {
         if (!lclBlank) {
             // The lowest byte is the leftmost element, as little-endian memory has it.
-            EmitFrom(reinterpret_cast<const std::uint8_t*>(lclBlacks.data()), 1, true);
+            EmitFrom<1>(reinterpret_cast<const std::uint8_t*>(lclBlacks.data()), true);
             std::fill(lclBlacks.begin(), lclBlacks.end(), 0);
         }
     } else {
-        EmitFrom(lclSums.data(), lclFormat == PixelFormat::rgb24 ? 3 : 1, false);
+        if (lclFormat == PixelFormat::rgb24)
+            EmitFrom<3>(lclSums.data(), false);
+        else
+            EmitFrom<1>(lclSums.data(), false);
         std::fill(lclSums.begin(), lclSums.end(), std::uint16_t{0});
     }
     lclBlank = true;

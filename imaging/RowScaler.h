@@ -34,17 +34,17 @@ private:
     void Add(const std::uint8_t* row, std::uint32_t weight);
     void AddBits(const std::uint8_t* row, std::uint32_t weight);
     void Emit();
-    template <class Sum>
-    void EmitFrom(const Sum* sums, unsigned channels, bool invert);
+    template <unsigned channels, class Sum>
+    void EmitFrom(const Sum* sums, bool invert);
 
     PixelFormat lclFormat;
     std::uint32_t lclLeft, lclSourceWidth, lclSourceHeight;
     std::uint32_t lclTotal; // of the weights of the rows that make one
+    std::uint64_t lclFactor;
     std::uint64_t lclRow = 0, lclTarget = 0;
     bool lclBlank = true;                 // nothing but white so far in this row of the result
     std::vector<std::uint64_t> lclBlacks; // 8 sums of a byte each
     std::vector<std::uint16_t> lclSums;
-    std::vector<std::uint64_t> lclPrefix;
     std::vector<Place> lclPlaces;
     PageBitmap lclResult;
 };

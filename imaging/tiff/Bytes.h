@@ -42,8 +42,9 @@ inline void AppendNumber(std::string& text, std::uint64_t number, std::size_t si
     PutNumber(text.data() + text.size() - size, number, size, order);
 }
 
-// Turns each run of `unit` bytes round.
+// Turns each run of `unit` bytes round; fewer than 2 stay.
 inline void SwapUnits(char* bytes, std::size_t size, std::size_t unit) {
+    if (unit < 2) return;
     for (std::size_t at = 0; at + unit <= size; at += unit)
         for (std::size_t i = 0; i < unit / 2; ++i) {
             const char kept = bytes[at + i];

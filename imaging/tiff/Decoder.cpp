@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <optional>
 
 #include "imaging/tiff/LibTiff.h"
 
@@ -43,8 +44,10 @@ bool NeedsConversion(const Samples& samples) {
 class Decoder {
 public:
     Decoder(Source& source, const Directory& page, const Samples& samples, std::size_t held)
-        : lclSource(source), lclSamples(samples), lclRoom(mostMemory - std::min(held, mostMemory)),
-          lclTiff(source, page.offset, lclRoom) {}
+        : lclSource(source), lclOffset(page.offset), lclSamples(samples),
+          lclRoom(mostMemory - std::min(held, mostMemory)) {
+        Open();
+    }
 
     std::string Decode(const RowSink& sink);
     bool DecodeRaw(std::uint8_t* out, std::size_t rowBytes);
@@ -53,6 +56,9 @@ private:
     using Planes = std::vector<const std::uint8_t*>;
     using RawSink = std::function<void(const std::uint8_t* const* planes)>;
 
+    void Open();
+    TIFF* Tiff() const { return lclTiff->Get(); }
+    bool StripsAreSmall() const;
     bool ReadRows(const RawSink& sink);
     bool ReadScanlines(const RawSink& sink);
     bool ReadStrips(const RawSink& sink);
@@ -68,9 +74,12 @@ private:
     }
 
     Source& lclSource;
+    std::uint64_t lclOffset;
     Samples lclSamples; // as they come out of libtiff
     std::size_t lclRoom;
-    LibTiff lclTiff;
+    std::optional<LibTiff> lclTiff;
+    std::string lclComplaint; // the first one, of handles that are closed
+    bool lclIsYcbcrJpeg = false;
     std::uint32_t lclRows = 0; // handed over
 };
 
@@ -80,19 +89,24 @@ std::uint8_t* Decoder::Room(std::uint64_t size, std::vector<std::uint8_t>& room)
     return room.data();
 }
 
+void Decoder::Open() {
+    if (lclTiff && lclComplaint.empty()) lclComplaint = lclTiff->Complaint();
+    lclTiff.emplace(lclSource, lclOffset, lclRoom);
+    if (lclSamples.compression != compressions::jpeg || NeedsConversion(lclSamples)) return;
+    if (lclSamples.photometric == photometrics::ycbcr) lclIsYcbcrJpeg = true;
+    if (!lclIsYcbcrJpeg) return;
+    TIFFSetField(Tiff(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
+    lclSamples.photometric = photometrics::rgb;
+}
+
 std::string Decoder::Decode(const RowSink& sink) {
     bool whole = false;
     const PixelFormat shown = lclSamples.Shown();
     if (NeedsConversion(lclSamples)) {
         // The orientation is for the caller: without this it would be applied in part.
-        TIFFSetField(lclTiff.Get(), TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
+        TIFFSetField(Tiff(), TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
         whole = lclSamples.tiled ? ReadConvertedTiles(sink) : ReadConverted(sink);
     } else {
-        if (lclSamples.compression == compressions::jpeg &&
-            lclSamples.photometric == photometrics::ycbcr) {
-            TIFFSetField(lclTiff.Get(), TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
-            lclSamples.photometric = photometrics::rgb;
-        }
         RowConverter converter(lclSamples);
         std::vector<std::uint8_t> row(PageBitmap::BytesPerRow(shown, lclSamples.width));
         whole = ReadRows([&](const std::uint8_t* const* planes) {
@@ -100,7 +114,7 @@ std::string Decoder::Decode(const RowSink& sink) {
             sink(row.data());
         });
     }
-    const std::string& complaint = lclTiff.Complaint();
+    const std::string complaint = lclComplaint.empty() ? lclTiff->Complaint() : lclComplaint;
     if (lclRows == 0) lclSource.Damaged(complaint.empty() ? "a page is damaged" : complaint);
     return whole || !complaint.empty() ? complaint : "a page is damaged";
 }
@@ -111,7 +125,18 @@ bool Decoder::ReadRows(const RawSink& sink) {
         ++lclRows;
     };
     if (lclSamples.tiled) return ReadTiles(counting);
-    return lclSamples.planes ? ReadStrips(counting) : ReadScanlines(counting);
+    if (lclSamples.planes) return ReadStrips(counting);
+    if (StripsAreSmall()) {
+        if (ReadStrips(counting)) return true;
+        Open(); // row by row what the damaged strip still has can be read
+    }
+    return ReadScanlines(counting);
+}
+
+// Decoding a whole strip at a time is quicker.
+bool Decoder::StripsAreSmall() const {
+    constexpr std::uint64_t comfortable = 16 << 20;
+    return TIFFStripSize64(Tiff()) <= std::min<std::uint64_t>(comfortable, lclRoom / 4);
 }
 
 bool Decoder::DecodeRaw(std::uint8_t* out, std::size_t rowBytes) {
@@ -123,23 +148,23 @@ bool Decoder::DecodeRaw(std::uint8_t* out, std::size_t rowBytes) {
                 std::memcpy(out + x * pixel + plane * sample, planes[plane] + x * sample, sample);
         out += rowBytes;
     });
-    return whole && lclTiff.Complaint().empty();
+    return whole && lclComplaint.empty() && lclTiff->Complaint().empty();
 }
 
 bool Decoder::ReadScanlines(const RawSink& sink) {
     std::vector<std::uint8_t> row;
-    const std::uint64_t size = TIFFScanlineSize64(lclTiff.Get());
+    const std::uint64_t size = TIFFScanlineSize64(Tiff());
     if (size < PlaneRowBytes()) return false;
     Planes planes{Room(size, row)};
-    for (std::uint32_t y = 0; y < lclSamples.height; ++y) {
-        if (TIFFReadScanline(lclTiff.Get(), row.data(), y, 0) != 1) return false;
+    for (std::uint32_t y = lclRows; y < lclSamples.height; ++y) {
+        if (TIFFReadScanline(Tiff(), row.data(), y, 0) != 1) return false;
         sink(planes.data());
     }
     return true;
 }
 
 bool Decoder::ReadStrips(const RawSink& sink) {
-    TIFF* tiff = lclTiff.Get();
+    TIFF* tiff = Tiff();
     std::uint32_t rowsPerStrip = 0;
     TIFFGetFieldDefaulted(tiff, TIFFTAG_ROWSPERSTRIP, &rowsPerStrip);
     rowsPerStrip = std::min(rowsPerStrip, lclSamples.height);
@@ -168,7 +193,7 @@ bool Decoder::ReadStrips(const RawSink& sink) {
 
 // A row of tiles at a time, put side by side.
 bool Decoder::ReadTiles(const RawSink& sink) {
-    TIFF* tiff = lclTiff.Get();
+    TIFF* tiff = Tiff();
     std::uint32_t width = 0, height = 0;
     TIFFGetField(tiff, TIFFTAG_TILEWIDTH, &width);
     TIFFGetField(tiff, TIFFTAG_TILELENGTH, &height);
@@ -221,7 +246,7 @@ void Decoder::ConvertRow(const std::uint32_t* raster, std::uint32_t count,
 }
 
 bool Decoder::ReadConverted(const RowSink& sink) {
-    TIFF* tiff = lclTiff.Get();
+    TIFF* tiff = Tiff();
     std::uint32_t rowsPerStrip = 0;
     TIFFGetFieldDefaulted(tiff, TIFFTAG_ROWSPERSTRIP, &rowsPerStrip);
     rowsPerStrip = std::min(rowsPerStrip, lclSamples.height);
@@ -244,7 +269,7 @@ bool Decoder::ReadConverted(const RowSink& sink) {
 }
 
 bool Decoder::ReadConvertedTiles(const RowSink& sink) {
-    TIFF* tiff = lclTiff.Get();
+    TIFF* tiff = Tiff();
     std::uint32_t width = 0, height = 0;
     TIFFGetField(tiff, TIFFTAG_TILEWIDTH, &width);
     TIFFGetField(tiff, TIFFTAG_TILELENGTH, &height);

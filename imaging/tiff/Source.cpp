@@ -142,6 +142,19 @@ std::uint64_t Source::PageOffset(int page) {
     return lclPages[static_cast<std::size_t>(page - 1)];
 }
 
+Directory Source::Page(int page) {
+    if (page <= lclLastPage) lclTaken = 0;
+    lclLastPage = page;
+    return ReadDirectory(PageOffset(page));
+}
+
+void Source::Take(std::uint64_t size) {
+    constexpr std::uint64_t times = 16, atLeast = 1 << 20;
+    lclTaken += size;
+    if (lclTaken > atLeast && lclTaken / times > lclSize)
+        Damaged("its pages claim more data than it holds");
+}
+
 std::uint64_t Source::ValueOffset(const Entry& entry) {
     const std::uint64_t offset = GetNumber(entry.field.data(), lclForm.OffsetSize(), lclForm.order);
     CheckInside(offset, entry.Size());

@@ -50,7 +50,7 @@ public:
     int PageCount();
     // Pages from 1. Only the directories before the page are passed, and those once.
     std::uint64_t PageOffset(int page);
-    Directory Page(int page) { return ReadDirectory(PageOffset(page)); }
+    Directory Page(int page);
     Directory ReadDirectory(std::uint64_t offset);
 
     // Where the entry's value lies; the size is told to be inside the file.
@@ -64,6 +64,9 @@ public:
 
     void Read(std::uint64_t offset, void* room, std::size_t size); // all of it
     std::size_t ReadSome(std::uint64_t offset, void* room, std::size_t size);
+    // Counts data that is copied from here, by pages that come in order. Pages that share theirs
+    // get a copy each: a file in which thousands claim the same bytes would fill the disk.
+    void Take(std::uint64_t size);
     void CheckInside(std::uint64_t offset, std::uint64_t size) const;
 
     [[noreturn]] void Damaged(const std::string& what) const;
@@ -79,6 +82,8 @@ private:
     std::vector<std::uint64_t> lclPages; // offsets known so far
     std::unordered_set<std::uint64_t> lclSeen;
     std::uint64_t lclNext = 0; // of the page after those
+    int lclLastPage = 0;
+    std::uint64_t lclTaken = 0; // since the pages began anew
     std::vector<char> lclWindow;
     std::uint64_t lclWindowAt = 0;
 };

@@ -1,7 +1,6 @@
 #include "imaging/tiff/Writer.h"
 
 #include <algorithm>
-#include <unordered_map>
 
 #include "platform/FileStreams.h"
 
@@ -51,28 +50,11 @@ void Copy(Output& output, const Chunk& chunk) {
     }
 }
 
-// Pages that share their data are written with a copy each. A file in which thousands claim the
-// same bytes would fill the disk.
-class Budget {
-public:
-    void Take(const Chunk& chunk) {
-        constexpr std::uint64_t times = 16, atLeast = 1 << 20;
-        std::uint64_t& taken = lclTaken[chunk.source];
-        taken += chunk.size;
-        if (taken > atLeast && taken / times > chunk.source->Size())
-            chunk.source->Damaged("its pages claim more data than it holds");
-    }
-
-private:
-    std::unordered_map<const Source*, std::uint64_t> lclTaken;
-};
-
 } // namespace
 
 bool WritePages(platform::FileWriter& file, const Layout& layout, std::size_t count,
                 const NextPage& page) {
     Output output(file);
-    Budget budget;
     std::string header = layout.order == Order::little ? "II" : "MM";
     AppendNumber(header, layout.big ? 43 : 42, 2, layout.order);
     if (layout.big) AppendNumber(header, 8, 2, layout.order);
@@ -87,7 +69,7 @@ bool WritePages(platform::FileWriter& file, const Layout& layout, std::size_t co
         if (!layout.big && copy.end > 0xFFFFFFFFu) return false;
         for (const Chunk& chunk : copy.chunks) {
             if (chunk.source) {
-                budget.Take(chunk);
+                chunk.source->Take(chunk.size);
                 Copy(output, chunk);
             } else {
                 std::string made = copy.made[chunk.made];
