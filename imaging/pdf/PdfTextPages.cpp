@@ -85,7 +85,8 @@ void WriteTextPages(PdfWriter& writer, PdfFonts& fonts, std::string_view heading
         pages.Lines(bold, headingSize, heading);
         pages.Rule();
     }
-    pages.Lines({}, textSize, text);
+    // Line ends behind the last word would make a page of nothing.
+    pages.Lines({}, textSize, text.substr(0, text.find_last_not_of("\r\n\t ") + 1));
     pages.Write(writer);
 }
 
