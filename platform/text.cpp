@@ -32,6 +32,30 @@ char32_t NextLower(std::string_view text, std::size_t& position) {
     return c.valid ? LowerCodePoint(c.value) : 0x110000 + c.value;
 }
 
+// The letters of Latin words that carry a mark, by the code point where each run begins; 0 ends
+// one.
+struct LetterRun {
+    char32_t from;
+    char letter;
+};
+constexpr LetterRun markedLetters[] = {
+    {0xDF, 's'},  {0xE0, 'a'},  {0xE7, 'c'},  {0xE8, 'e'},  {0xEC, 'i'},  {0xF0, 'd'},
+    {0xF1, 'n'},  {0xF2, 'o'},  {0xF7, 0},    {0xF8, 'o'},  {0xF9, 'u'},  {0xFD, 'y'},
+    {0xFE, 't'},  {0xFF, 'y'},  {0x100, 'a'}, {0x106, 'c'}, {0x10E, 'd'}, {0x112, 'e'},
+    {0x11C, 'g'}, {0x124, 'h'}, {0x128, 'i'}, {0x134, 'j'}, {0x136, 'k'}, {0x139, 'l'},
+    {0x143, 'n'}, {0x14C, 'o'}, {0x154, 'r'}, {0x15A, 's'}, {0x162, 't'}, {0x168, 'u'},
+    {0x174, 'w'}, {0x176, 'y'}, {0x179, 'z'}, {0x17F, 's'}, {0x180, 0},
+};
+
+char32_t WithoutMark(char32_t c) {
+    if (c < markedLetters[0].from || c >= 0x180) return c;
+    const LetterRun* next =
+        std::upper_bound(std::begin(markedLetters), std::end(markedLetters), c,
+                         [](char32_t value, const LetterRun& run) { return value < run.from; });
+    const char letter = (next - 1)->letter;
+    return letter ? static_cast<unsigned char>(letter) : c;
+}
+
 char AsciiLower(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; }
 
 bool IsDigit(char c) { return c >= '0' && c <= '9'; }
@@ -87,11 +111,15 @@ std::string UpperCase(std::string_view text) { return MapCase(text, &UpperCodePo
 
 int CompareNoCase(std::string_view a, std::string_view b) {
     std::size_t i = 0, j = 0;
+    int marks = 0; // the first difference in marks alone
     while (i < a.size() && j < b.size()) {
         const char32_t x = NextLower(a, i), y = NextLower(b, j);
-        if (x != y) return x < y ? -1 : 1;
+        if (x == y) continue;
+        const char32_t plainX = WithoutMark(x), plainY = WithoutMark(y);
+        if (plainX != plainY) return plainX < plainY ? -1 : 1;
+        if (marks == 0) marks = x < y ? -1 : 1;
     }
-    return i < a.size() ? 1 : j < b.size() ? -1 : 0;
+    return i < a.size() ? 1 : j < b.size() ? -1 : marks;
 }
 
 bool EqualNoCase(std::string_view a, std::string_view b) { return CompareNoCase(a, b) == 0; }

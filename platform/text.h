@@ -15,7 +15,7 @@ std::string_view TrimView(std::string_view text);
 std::string LowerCase(std::string_view text);
 std::string UpperCase(std::string_view text);
 
-// The house's one comparison without case: <0, 0, >0 by lower-cased code points.
+// The house's one comparison without case; letters with a mark order beside the plain ones.
 int CompareNoCase(std::string_view a, std::string_view b);
 bool EqualNoCase(std::string_view a, std::string_view b);
 
