@@ -1,6 +1,9 @@
 #include "data/embedded/Dates.h"
 
+#include <algorithm>
 #include <charconv>
+#include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <vector>
 
@@ -34,7 +37,7 @@ int DaysIn(int month, int year) {
 
 } // namespace
 
-bool ReadDate(std::string_view text, std::string& stored) {
+bool ReadMoment(std::string_view text, Moment& moment) {
     text = platform::TrimView(text);
     const std::size_t blank = text.find(' ');
     const std::string_view dayText = text.substr(0, blank);
@@ -44,19 +47,46 @@ bool ReadDate(std::string_view text, std::string& stored) {
         if (time.size() == 2) time.push_back(0);
         if (time.size() != 3 || time[0] > 23 || time[1] > 59 || time[2] > 59) return false;
     }
-    int year = 0, month = 0, day = 0;
+    Moment read{0, 0, 0, time[0], time[1], time[2]};
     if (const auto dashed = Numbers(dayText, '-'); dashed.size() == 3) {
-        year = dashed[0], month = dashed[1], day = dashed[2];
+        read.year = dashed[0], read.month = dashed[1], read.day = dashed[2];
     } else if (const auto slashed = Numbers(dayText, '/'); slashed.size() == 3) {
-        month = slashed[0], day = slashed[1], year = slashed[2];
+        read.month = slashed[0], read.day = slashed[1], read.year = slashed[2];
     }
-    if (year < 100 || year > 9999 || month < 1 || month > 12 || day < 1 ||
-        day > DaysIn(month, year))
+    if (read.year < 100 || read.year > 9999 || read.month < 1 || read.month > 12 || read.day < 1 ||
+        read.day > DaysIn(read.month, read.year))
         return false;
-    char buffer[40];
-    std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d %02d:%02d:%02d", year, month, day, time[0],
-                  time[1], time[2]);
-    stored = buffer;
+    moment = read;
+    return true;
+}
+
+bool ReadMoment(double days, Moment& moment) {
+    using namespace std::chrono;
+    if (!(std::fabs(days) < 3e6)) return false;
+    const double whole = std::floor(days);
+    const auto seconds = static_cast<int>(std::min(86399.0, std::round((days - whole) * 86400)));
+    const year_month_day date(sys_days(year(1899) / 12 / 30) +
+                              std::chrono::days(static_cast<int>(whole)));
+    moment = {static_cast<int>(date.year()),
+              static_cast<int>(static_cast<unsigned>(date.month())),
+              static_cast<int>(static_cast<unsigned>(date.day())),
+              seconds / 3600,
+              seconds / 60 % 60,
+              seconds % 60};
+    return moment.year >= 100 && moment.year <= 9999;
+}
+
+std::string StoredForm(const Moment& moment) {
+    char buffer[72];
+    std::snprintf(buffer, sizeof buffer, "%04d-%02d-%02d %02d:%02d:%02d", moment.year, moment.month,
+                  moment.day, moment.hour, moment.minute, moment.second);
+    return buffer;
+}
+
+bool ReadDate(std::string_view text, std::string& stored) {
+    Moment moment;
+    if (!ReadMoment(text, moment)) return false;
+    stored = StoredForm(moment);
     return true;
 }
 

@@ -122,7 +122,9 @@ private:
         }
         if (type->type == AdoType::VarWChar || type->type == AdoType::LongVarWChar)
             text += std::string(" COLLATE ") + collation;
+        lclDefault.clear();
         const std::string conditions = Conditions(counter);
+        check += FormOf(type->type, lclDefault);
         if (counter) {
             ++lclCounters;
             lclCounterName = name;
@@ -160,7 +162,8 @@ private:
                 lclReader.NeedWord("null");
                 if (!counter) text += " NOT NULL";
             } else if (lclReader.TakeWord("default")) {
-                text += " DEFAULT " + Default();
+                lclDefault = Default();
+                text += " DEFAULT " + lclDefault;
             } else if (!lclReader.TakeWord("null")) {
                 return text;
             }
@@ -169,7 +172,7 @@ private:
 
     std::string Default() {
         const bool negative = lclReader.TakeSymbol("-");
-        if (!negative && lclReader.TakeWord("true")) return "1";
+        if (!negative && lclReader.TakeWord("true")) return "-1";
         if (!negative && lclReader.TakeWord("false")) return "0";
         const Token token = lclReader.Take();
         if (!IsLiteral(token.kind)) lclReader.Refuse("a default is a single value");
@@ -198,10 +201,18 @@ private:
 
     TokenReader& lclReader;
     int lclCounters = 0;
+    std::string lclDefault; // of the column that is being read
     std::string lclCounterName;
 };
 
 } // namespace
+
+std::string FormOf(AdoType type, std::string_view standard) {
+    if (type == AdoType::Date) return std::string(" COLLATE ") + dateCollation;
+    if (type != AdoType::Boolean) return {};
+    const bool yes = platform::Val(standard) != 0;
+    return std::string(" NOT NULL ON CONFLICT REPLACE DEFAULT ") + (yes ? "-1" : "0");
+}
 
 Translation TranslateDefinition(TokenReader& reader) {
     DefinitionParser parser(reader);

@@ -26,9 +26,7 @@ public:
     std::string Quoted(std::string_view name) const override { return QuotedName(name); }
     std::string SameAs(const Field& field) const override {
         const std::string column = QuotedName(field.baseColumn);
-        // Yes may be stored as 1 or -1; texts are compared to the letter, in spite of the
-        // collation.
-        if (field.type == AdoType::Boolean) return "(" + column + " <> 0) = ?";
+        // Texts are compared to the letter, in spite of the collation.
         return column + " = ? COLLATE BINARY";
     }
     std::int64_t Run(const std::string& statement, const std::vector<Value>& values) override {
@@ -92,10 +90,8 @@ Value EmbeddedConnection::Property(std::string_view name) const {
 }
 
 std::string EmbeddedConnection::DefaultDatabase() const {
-    const std::string& path = lclSession->Path();
-    const std::size_t dot = path.rfind('.'), slash = path.find_last_of("\\/");
-    const bool extension = dot != std::string::npos && (slash == std::string::npos || dot > slash);
-    return extension ? path.substr(0, dot) : path;
+    lclSession->Handle();
+    return lclSession->Path();
 }
 
 RecordsetPtr EmbeddedConnection::OpenSchema(Schema schema) {

@@ -21,7 +21,8 @@ public:
 
     // "DBMS Name", "DBMS Version", "Provider Name", "Data Source Name" (the path), without case.
     Value Property(std::string_view name) const override;
-    // The path without its extension, as the Access driver reports it.
+    // The whole path: files that differ in their extension alone are two databases. Throws when the
+    // connection is closed.
     std::string DefaultDatabase() const override;
     RecordsetPtr OpenSchema(Schema schema) override;
     std::vector<ErrorDetail> Errors() const override { return lclSession->Errors(); }

@@ -4,6 +4,7 @@
 
 #include "data/Error.h"
 #include "data/embedded/EmbeddedConnection.h"
+#include "data/embedded/FileForm.h"
 #include "data/embedded/FileNames.h"
 #include "data/schema/schema.h"
 
@@ -50,6 +51,7 @@ void WriteBase(Session& session) {
     session.Run("Insert into tblSettings (Section,sKey,[Value]) Values('Build','DbVersion','" +
                     std::string(schema::baseVersion) + "')",
                 {}, touched);
+    embedded::WriteForm(session);
     session.CommitTrans();
 }
 
@@ -64,11 +66,10 @@ void MakeFile(std::string_view path, bool base) {
     bool made = false;
     try {
         Session session(temporary, Session::Mode::Create);
-        std::int64_t touched = 0;
         if (base)
             WriteBase(session);
         else
-            session.RunNative("PRAGMA user_version=1", {}, touched); // else nothing is written
+            embedded::WriteForm(session); // without it nothing is written
         session.Close();
         made = embedded::RenameFile(temporary, path, false);
     } catch (...) {
@@ -132,6 +133,7 @@ SessionPtr OpenChecked(std::string_view path) {
         const auto findings = Findings(*session, "PRAGMA quick_check(1)");
         if (!findings.empty()) Refuse(path, "is damaged: " + findings.front());
     }
+    embedded::BringIntoForm(*session);
     return session;
 }
 
@@ -197,6 +199,7 @@ std::vector<std::string> EmbeddedDatabase::Check(std::string_view path) {
     try {
         CheckHeader(path);
         Session session(path, Session::Mode::ReadOnly);
+        embedded::ReadInOwnOrder(session);
         return Findings(session, "PRAGMA integrity_check");
     } catch (const Error& error) {
         return {error.what()};

@@ -10,17 +10,23 @@ namespace {
 
 constexpr int deepestNesting = 100;
 
-// Texts that come from no column compare without case as well. Columns bring their collation; an
-// explicit one beside a column would keep its index from being used.
+bool IsTextual(Operand kind) {
+    return kind == Operand::Text || kind == Operand::Date || kind == Operand::Other;
+}
+
+bool IsNumeric(Operand kind) { return kind == Operand::Number || kind == Operand::Whole; }
+
+// Texts that come from no column compare without case as well, and as dates beside a date. Columns
+// bring their collation; an explicit one beside a column would keep its index from being used.
 std::string Collated(const Expression& left, const Expression& right) {
-    for (const Expression* side : {&left, &right})
-        if (side->kind != Operand::Text && side->kind != Operand::Other) return right.text;
-    return right.text + " COLLATE " + collation;
+    if (!IsTextual(left.kind) || !IsTextual(right.kind)) return right.text;
+    const bool dates = left.kind == Operand::Date || right.kind == Operand::Date;
+    return right.text + " COLLATE " + (dates ? dateCollation : collation);
 }
 
 std::string CollatedAlone(const Expression& value) {
-    const bool text = value.kind == Operand::Text || value.kind == Operand::Other;
-    return text ? value.text + " COLLATE " + collation : value.text;
+    if (!IsTextual(value.kind)) return value.text;
+    return value.text + " COLLATE " + (value.kind == Operand::Date ? dateCollation : collation);
 }
 
 std::string AsWhole(const Expression& value) { return "kv_clng(" + value.text + ")"; }
@@ -94,7 +100,8 @@ Expression ExpressionParser::Comparison() {
     }
 }
 
-// A yes/no column may hold 1 or -1 for yes: a comparison with True asks whether it is not 0.
+// A comparison with True asks whether a number is not 0; to a yes/no column every such number is
+// yes.
 Expression ExpressionParser::Compare(const Expression& left, const std::string& symbol) {
     const Expression right = Joining();
     const bool equality = symbol == "=" || symbol == "<>";
@@ -105,6 +112,14 @@ Expression ExpressionParser::Compare(const Expression& left, const std::string& 
         const Expression& other = leftFlag ? right : left;
         return {"(" + other.text + (yes == (symbol == "=") ? " <> 0)" : " = 0)")};
     }
+    const auto beside = [&](const Expression& value, const Expression& other) {
+        return equality && value.kind == Operand::Whole && other.kind == Operand::Column &&
+               lclIsFlag(other.text);
+    };
+    if (beside(right, left))
+        return {"(" + left.text + " " + symbol + " " + AsStored(AdoType::Boolean, right) + ")"};
+    if (beside(left, right))
+        return {"(" + AsStored(AdoType::Boolean, left) + " " + symbol + " " + right.text + ")"};
     return {"(" + left.text + " " + symbol + " " + Collated(left, right) + ")"};
 }
 
@@ -145,7 +160,7 @@ Expression ExpressionParser::Sum() {
         if (!plus && !lclReader.PeekSymbol("-")) return left;
         lclReader.Take();
         const Expression right = Modulo();
-        const bool number = left.kind == Operand::Number || right.kind == Operand::Number;
+        const bool number = IsNumeric(left.kind) || IsNumeric(right.kind);
         if (plus && !number)
             left = {"kv_add(" + left.text + ", " + right.text + ")"};
         else
@@ -188,7 +203,7 @@ Expression ExpressionParser::Sign() {
     }
     Expression value = Power();
     if (!any) return value;
-    const Operand kind = value.kind == Operand::Number ? Operand::Number : Operand::Other;
+    const Operand kind = IsNumeric(value.kind) ? value.kind : Operand::Other;
     return {negative ? "(- " + value.text + ")" : "(+ " + value.text + ")", kind};
 }
 
@@ -206,10 +221,14 @@ Expression ExpressionParser::Primary() {
     switch (token.kind) {
     case TokenKind::Text:
     case TokenKind::Date:
-        return {"?" + std::to_string(lclReader.Take().literal + 1), Operand::Text};
     case TokenKind::Whole:
-    case TokenKind::Number:
-        return {"?" + std::to_string(lclReader.Take().literal + 1), Operand::Number};
+    case TokenKind::Number: {
+        const Operand kind = token.kind == TokenKind::Text    ? Operand::Text
+                             : token.kind == TokenKind::Date  ? Operand::Date
+                             : token.kind == TokenKind::Whole ? Operand::Whole
+                                                              : Operand::Number;
+        return {"?" + std::to_string(lclReader.Take().literal + 1), kind};
+    }
     case TokenKind::Parameter: {
         const int number = lclReader.Literals() + lclReader.Take().literal + 1;
         return {"?" + std::to_string(number)};
@@ -224,7 +243,7 @@ Expression ExpressionParser::Primary() {
     }
     if (lclReader.PeekSymbol("(", 1)) return Call(lclReader.Take());
     if (!lclReader.PeekSymbol(".", 1)) {
-        if (lclReader.TakeWord("true")) return {"1", Operand::True};
+        if (lclReader.TakeWord("true")) return {"-1", Operand::True};
         if (lclReader.TakeWord("false")) return {"0", Operand::False};
         if (lclReader.TakeWord("null")) return {"NULL"};
     }
@@ -256,6 +275,7 @@ Expression ExpressionParser::Call(const Token& name) {
         lclReader.NeedSymbol(")");
         return {"EXISTS (" + query + ")"};
     }
+    if (platform::EqualAsciiNoCase(name.text, "switch")) return Switch();
     struct Moment {
         const char* word;
         const char* text;
@@ -266,7 +286,7 @@ Expression ExpressionParser::Call(const Token& name) {
     };
     for (const Moment& moment : moments)
         if (platform::EqualAsciiNoCase(name.text, moment.word) && lclReader.TakeSymbol(")"))
-            return {moment.text};
+            return {moment.text, Operand::Date};
     const Function* function = FunctionOfWord(name.text);
     if (!function)
         RefuseSyntax("the function '" + std::string(name.text) + "' is not known",
@@ -288,7 +308,31 @@ Expression ExpressionParser::Call(const Token& name) {
     if (count < function->fewest || count > function->most)
         lclReader.Refuse("'" + std::string(name.text) + "' takes another number of values");
     lclReader.NeedSymbol(")");
-    return {std::string(function->name) + "(" + arguments + ")"};
+    const bool date = function->name == "kv_date" || function->name == "kv_datevalue";
+    return {std::string(function->name) + "(" + arguments + ")",
+            date ? Operand::Date : Operand::Other};
+}
+
+// Pairs of a condition and a value; the first condition that holds gives its value.
+Expression ExpressionParser::Switch() {
+    std::string text = "CASE";
+    do {
+        text += " WHEN " + Parse().text;
+        lclReader.NeedSymbol(",");
+        text += " THEN " + Parse().text;
+    } while (lclReader.TakeSymbol(","));
+    lclReader.NeedSymbol(")");
+    return {"(" + text + " END)"};
+}
+
+std::string AsStored(AdoType type, const Expression& value) {
+    if (type == AdoType::Boolean) {
+        const bool flag = value.kind == Operand::True || value.kind == Operand::False;
+        return flag ? value.text : "kv_bit(" + value.text + ")";
+    }
+    if (IsWholeNumber(type) && value.kind != Operand::Whole) return "kv_whole(" + value.text + ")";
+    if (type == AdoType::Date && value.kind != Operand::Date) return "kv_date(" + value.text + ")";
+    return value.text;
 }
 
 } // namespace kavidex::data::embedded

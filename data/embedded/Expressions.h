@@ -9,18 +9,23 @@
 namespace kavidex::data::embedded {
 
 // What an operator must know of its operands.
-enum class Operand { Column, Text, Number, True, False, Other };
+enum class Operand { Column, Text, Date, Number, Whole, True, False, Other };
 
 struct Expression {
     std::string text; // in SQLite
     Operand kind = Operand::Other;
 };
 
+// The value as a column of that type keeps it.
+std::string AsStored(AdoType type, const Expression& value);
+
 class ExpressionParser {
 public:
-    // `subquery` translates a SELECT at the reader's place, without its parentheses.
-    ExpressionParser(TokenReader& reader, std::function<std::string()> subquery)
-        : lclReader(reader), lclSubquery(std::move(subquery)) {}
+    // `subquery` translates a SELECT at the reader's place, without its parentheses; `isFlag` tells
+    // of a translated column whether it is a yes/no column.
+    ExpressionParser(TokenReader& reader, std::function<std::string()> subquery,
+                     std::function<bool(std::string_view)> isFlag)
+        : lclReader(reader), lclSubquery(std::move(subquery)), lclIsFlag(std::move(isFlag)) {}
 
     Expression Parse(); // a whole condition or value
     std::string List(); // separated by commas
@@ -46,11 +51,13 @@ private:
     Expression Belongs(const Expression& left, bool inverted); // IN
     Expression Lies(const Expression& left, bool inverted);    // BETWEEN
     Expression Call(const Token& name);
+    Expression Switch();
     Expression Column();
     Expression Parenthesised();
 
     TokenReader& lclReader;
     std::function<std::string()> lclSubquery;
+    std::function<bool(std::string_view)> lclIsFlag;
     int lclDepth = 0;
 };
 

@@ -5,7 +5,7 @@
 #include <cmath>
 #include <string>
 
-#include "data/Value.h"
+#include "data/embedded/Arguments.h"
 #include "data/embedded/Types.h"
 #include "data/rows/Like.h"
 #include "platform/text.h"
@@ -16,38 +16,51 @@ namespace {
 
 constexpr Function functions[] = {
     // word     name          fewest most
-    {"abs", "abs", 1, 1},          {"asc", "unicode", 1, 1},    {"avg", "avg", 1, 1},
-    {"cdbl", "kv_cdbl", 1, 1},     {"chr", "char", 1, 1},       {"cint", "kv_clng", 1, 1},
-    {"clng", "kv_clng", 1, 1},     {"count", "count", 1, 1},    {"cstr", "kv_cstr", 1, 1},
-    {"iif", "iif", 3, 3},          {"instr", "kv_instr", 2, 3}, {"int", "kv_int", 1, 1},
-    {"isnull", "kv_isnull", 1, 1}, {"lcase", "kv_lcase", 1, 1}, {"left", "kv_left", 2, 2},
-    {"len", "kv_len", 1, 1},       {"ltrim", "ltrim", 1, 1},    {"max", "max", 1, 1},
-    {"mid", "kv_mid", 2, 3},       {"min", "min", 1, 1},        {"nz", "kv_nz", 1, 2},
-    {"replace", "replace", 3, 3},  {"right", "kv_right", 2, 2}, {"round", "round", 1, 2},
-    {"rtrim", "rtrim", 1, 1},      {"sgn", "kv_sgn", 1, 1},     {"str", "kv_cstr", 1, 1},
-    {"sum", "sum", 1, 1},          {"trim", "trim", 1, 1},      {"ucase", "kv_ucase", 1, 1},
+    {"abs", "abs", 1, 1},
+    {"asc", "unicode", 1, 1},
+    {"avg", "avg", 1, 1},
+    {"cdate", "kv_date", 1, 1},
+    {"cdbl", "kv_cdbl", 1, 1},
+    {"chr", "char", 1, 1},
+    {"cint", "kv_clng", 1, 1},
+    {"clng", "kv_clng", 1, 1},
+    {"count", "count", 1, 1},
+    {"cstr", "kv_cstr", 1, 1},
+    {"datevalue", "kv_datevalue", 1, 1},
+    {"day", "kv_day", 1, 1},
+    {"first", "kv_first", 1, 1},
+    {"fix", "kv_fix", 1, 1},
+    {"format", "kv_format", 2, 2},
+    {"hour", "kv_hour", 1, 1},
+    {"iif", "iif", 3, 3},
+    {"instr", "kv_instr", 2, 3},
+    {"int", "kv_int", 1, 1},
+    {"isnull", "kv_isnull", 1, 1},
+    {"last", "kv_last", 1, 1},
+    {"lcase", "kv_lcase", 1, 1},
+    {"left", "kv_left", 2, 2},
+    {"len", "kv_len", 1, 1},
+    {"ltrim", "ltrim", 1, 1},
+    {"max", "max", 1, 1},
+    {"mid", "kv_mid", 2, 3},
+    {"min", "min", 1, 1},
+    {"minute", "kv_minute", 1, 1},
+    {"month", "kv_month", 1, 1},
+    {"nz", "kv_nz", 1, 2},
+    {"replace", "replace", 3, 3},
+    {"right", "kv_right", 2, 2},
+    {"round", "kv_round", 1, 2},
+    {"rtrim", "rtrim", 1, 1},
+    {"second", "kv_second", 1, 1},
+    {"sgn", "kv_sgn", 1, 1},
+    {"str", "kv_cstr", 1, 1},
+    {"strcomp", "kv_strcomp", 2, 3},
+    {"sum", "sum", 1, 1},
+    {"trim", "trim", 1, 1},
+    {"ucase", "kv_ucase", 1, 1},
     {"val", "kv_val", 1, 1},
+    {"year", "kv_year", 1, 1},
 };
-
-bool IsNullArgument(sqlite3_value* value) { return sqlite3_value_type(value) == SQLITE_NULL; }
-
-std::string_view RawText(sqlite3_value* value) {
-    const auto* text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-    return text ? std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)))
-                : std::string_view();
-}
-
-// Floating numbers as Basic writes them; everything else as SQLite does.
-std::string TextOf(sqlite3_value* value) {
-    if (sqlite3_value_type(value) == SQLITE_FLOAT)
-        return ToText(Value(sqlite3_value_double(value)));
-    return std::string(RawText(value));
-}
-
-void Return(sqlite3_context* context, std::string_view text) {
-    sqlite3_result_text64(context, text.data() ? text.data() : "", text.size(), SQLITE_TRANSIENT,
-                          SQLITE_UTF8);
-}
 
 bool Continues(char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; }
 
@@ -124,9 +137,60 @@ void Add(sqlite3_context* context, int, sqlite3_value** arguments) {
                           sqlite3_value_double(arguments[0]) + sqlite3_value_double(arguments[1]));
 }
 
+// # stands for a digit, save in a list.
+std::string WithDigits(std::string pattern) {
+    if (pattern.find('#') == std::string::npos) return pattern;
+    std::string spelled;
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        const std::size_t close = pattern[i] == '[' ? pattern.find(']', i + 1) : std::string::npos;
+        if (close != std::string::npos) {
+            spelled.append(pattern, i, close + 1 - i);
+            i = close;
+        } else if (pattern[i] == '#') {
+            spelled += "[0-9]";
+        } else {
+            spelled += pattern[i];
+        }
+    }
+    return spelled;
+}
+
 void Like(sqlite3_context* context, int, sqlite3_value** arguments) {
     if (IsNullArgument(arguments[0]) || IsNullArgument(arguments[1])) return;
-    sqlite3_result_int(context, LikeMatch(TextOf(arguments[1]), TextOf(arguments[0])) ? 1 : 0);
+    const std::string pattern = WithDigits(TextOf(arguments[1]));
+    sqlite3_result_int(context, LikeMatch(pattern, TextOf(arguments[0])) ? 1 : 0);
+}
+
+// Half to even, as Basic rounds.
+void Round(sqlite3_context* context, int count, sqlite3_value** arguments) {
+    for (int i = 0; i < count; ++i)
+        if (IsNullArgument(arguments[i])) return;
+    if (sqlite3_value_type(arguments[0]) == SQLITE_INTEGER)
+        return sqlite3_result_value(context, arguments[0]);
+    const int places = count > 1 ? sqlite3_value_int(arguments[1]) : 0;
+    if (places < 0 || places > 15)
+        return sqlite3_result_error(context, "round: 0 to 15 places", -1);
+    const double number = NumberOf(arguments[0]), scale = std::pow(10.0, places);
+    const double scaled = number * scale;
+    // 2.675 * 100 is 267.49999999999994: what its 15 digits say is what was meant.
+    const double meant = platform::Val(ToText(Value(scaled)));
+    sqlite3_result_double(context,
+                          std::fabs(scaled) < 1e15 ? std::nearbyint(meant) / scale : number);
+}
+
+void Fix(sqlite3_context* context, int, sqlite3_value** arguments) {
+    if (!IsNullArgument(arguments[0]))
+        sqlite3_result_int64(context, ToInt64(Value(std::trunc(NumberOf(arguments[0])))));
+}
+
+// -1, 0 or 1; the third value 0 compares to the letter.
+void StrComp(sqlite3_context* context, int count, sqlite3_value** arguments) {
+    for (int i = 0; i < count; ++i)
+        if (IsNullArgument(arguments[i])) return;
+    const std::string left = TextOf(arguments[0]), right = TextOf(arguments[1]);
+    const bool exact = count > 2 && sqlite3_value_int(arguments[2]) == 0;
+    const int order = exact ? left.compare(right) : platform::CompareNoCase(left, right);
+    sqlite3_result_int(context, order < 0 ? -1 : order > 0 ? 1 : 0);
 }
 
 void Instr(sqlite3_context* context, int count, sqlite3_value** arguments) {
@@ -172,11 +236,6 @@ void CStr(sqlite3_context* context, int, sqlite3_value** arguments) {
     if (!IsNullArgument(arguments[0])) Return(context, TextOf(arguments[0]));
 }
 
-double NumberOf(sqlite3_value* value) {
-    return sqlite3_value_type(value) == SQLITE_TEXT ? platform::Val(RawText(value))
-                                                    : sqlite3_value_double(value);
-}
-
 void CLng(sqlite3_context* context, int, sqlite3_value** arguments) {
     if (!IsNullArgument(arguments[0]))
         sqlite3_result_int64(context, ToInt64(Value(NumberOf(arguments[0]))));
@@ -202,12 +261,6 @@ void Power(sqlite3_context* context, int, sqlite3_value** arguments) {
         sqlite3_result_double(context, std::pow(NumberOf(arguments[0]), NumberOf(arguments[1])));
 }
 
-struct Registration {
-    const char* name;
-    int arguments; // -1: any number
-    void (*run)(sqlite3_context*, int, sqlite3_value**);
-};
-
 constexpr Registration registrations[] = {
     {"kv_left", 2, Left},
     {"kv_right", 2, Right},
@@ -215,6 +268,9 @@ constexpr Registration registrations[] = {
     {"kv_concat", -1, Concat},
     {"kv_add", 2, Add},
     {"kv_like", 2, Like},
+    {"kv_round", -1, Round},
+    {"kv_fix", 1, Fix},
+    {"kv_strcomp", -1, StrComp},
     {"kv_instr", -1, Instr},
     {"kv_lcase", 1, LowerCaseOf},
     {"kv_ucase", 1, UpperCaseOf},
@@ -251,13 +307,22 @@ int CompareTexts(void*, int leftSize, const void* left, int rightSize, const voi
 int RegisterFunctions(sqlite3* database) {
     int result = sqlite3_create_collation_v2(database, collation, SQLITE_UTF8, nullptr,
                                              CompareTexts, nullptr);
-    for (const Registration& function : registrations) {
-        if (result != SQLITE_OK) break;
-        result = sqlite3_create_function_v2(database, function.name, function.arguments,
-                                            SQLITE_UTF8 | SQLITE_DETERMINISTIC | SQLITE_INNOCUOUS,
-                                            nullptr, function.run, nullptr, nullptr, nullptr);
-    }
+    if (result == SQLITE_OK) result = Register(database, registrations);
+    if (result == SQLITE_OK) result = RegisterStoredForms(database);
+    if (result == SQLITE_OK) result = RegisterDates(database);
+    if (result == SQLITE_OK) result = RegisterFirstAndLast(database);
     return result;
+}
+
+int RegisterEarlierOrder(sqlite3* database) {
+    const auto compare = [](void*, int leftSize, const void* left, int rightSize,
+                            const void* right) {
+        return platform::LowerCase(
+                   {static_cast<const char*>(left), static_cast<std::size_t>(leftSize)})
+            .compare(platform::LowerCase(
+                {static_cast<const char*>(right), static_cast<std::size_t>(rightSize)}));
+    };
+    return sqlite3_create_collation_v2(database, collation, SQLITE_UTF8, nullptr, compare, nullptr);
 }
 
 const Function* FunctionOfWord(std::string_view word) {

@@ -1,5 +1,6 @@
 #include "data/embedded/Prepared.h"
 
+#include "data/embedded/Arguments.h"
 #include "data/embedded/Types.h"
 
 namespace kavidex::data::embedded {
@@ -19,9 +20,9 @@ AdoType TypeOfKind(RowStore::Kind kind) {
 
 } // namespace
 
-FieldsPtr DescribeFields(sqlite3* database, sqlite3_stmt* statement) {
+FieldsPtr DescribeFields(sqlite3* database, sqlite3_stmt* statement, int hidden) {
     auto fields = std::make_shared<std::vector<Field>>();
-    const int count = sqlite3_column_count(statement);
+    const int count = sqlite3_column_count(statement) - hidden;
     fields->reserve(static_cast<std::size_t>(count));
     for (int i = 0; i < count; ++i) {
         Field field;
@@ -62,6 +63,36 @@ FieldsPtr TypedByValue(const FieldsPtr& fields, const RowStore& rows) {
         }
     }
     return typed ? typed : fields;
+}
+
+LastRow::LastRow(sqlite3_stmt* statement, const Ties& ties) {
+    const int count = sqlite3_column_count(statement);
+    for (const int column : ties.compared) {
+        lclColumns.push_back(column >= 0 ? column : count - ties.hidden - 1 - column);
+        lclValues.push_back(sqlite3_value_dup(sqlite3_column_value(statement, lclColumns.back())));
+    }
+}
+
+LastRow::~LastRow() {
+    for (sqlite3_value* value : lclValues) sqlite3_value_free(value);
+}
+
+bool LastRow::EqualTo(sqlite3_stmt* statement) const {
+    for (std::size_t i = 0; i < lclColumns.size(); ++i) {
+        sqlite3_value* const kept = lclValues[i];
+        const int column = lclColumns[i], type = sqlite3_column_type(statement, column);
+        if (!kept) return false;
+        if (type == SQLITE_NULL || IsNullArgument(kept)) {
+            if (type != sqlite3_value_type(kept)) return false;
+        } else if (type == SQLITE_TEXT && sqlite3_value_type(kept) == SQLITE_TEXT) {
+            const auto* text =
+                reinterpret_cast<const char*>(sqlite3_column_text(statement, column));
+            if (!text || !platform::EqualNoCase(RawText(kept), text)) return false;
+        } else if (sqlite3_column_double(statement, column) != sqlite3_value_double(kept)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 } // namespace kavidex::data::embedded

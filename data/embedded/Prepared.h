@@ -4,6 +4,7 @@
 #include <sqlite3.h>
 
 #include "data/embedded/Session.h"
+#include "data/embedded/Translator.h"
 
 namespace kavidex::data::embedded {
 
@@ -16,7 +17,8 @@ struct Session::Prepared {
     std::string key;
     sqlite3_stmt* statement =
         nullptr; // null: statements of this shape are kept by their whole text
-    FieldsPtr fields;
+    Ties ties;
+    FieldsPtr fields;         // without the hidden columns
     std::vector<char> flags;  // per column: yes/no
     bool computed = false;    // has columns that come from no table
     int reprepared = 0;       // SQLite's count when `fields` were described
@@ -24,9 +26,23 @@ struct Session::Prepared {
     std::size_t lastBytes = 0;
 };
 
-// Names, types, base tables and keys of the columns of a statement.
-FieldsPtr DescribeFields(sqlite3* database, sqlite3_stmt* statement);
+// Names, types, base tables and keys of the columns of a statement, save its last `hidden`.
+FieldsPtr DescribeFields(sqlite3* database, sqlite3_stmt* statement, int hidden);
 // Computed columns take the type of their first value.
 FieldsPtr TypedByValue(const FieldsPtr& fields, const RowStore& rows);
+
+// What orders the last row of a TOP, kept to tell the rows that are equal to it.
+class LastRow {
+public:
+    LastRow(sqlite3_stmt* statement, const Ties& ties);
+    ~LastRow();
+    LastRow(const LastRow&) = delete;
+    LastRow& operator=(const LastRow&) = delete;
+    bool EqualTo(sqlite3_stmt* statement) const; // the row where it stands now
+
+private:
+    std::vector<int> lclColumns;
+    std::vector<sqlite3_value*> lclValues;
+};
 
 } // namespace kavidex::data::embedded

@@ -2,11 +2,15 @@
 
 #include <sqlite3.h>
 
+#include <optional>
+
 #include "data/Error.h"
+#include "data/embedded/FileForm.h"
 #include "data/embedded/FileNames.h"
 #include "data/embedded/Functions.h"
 #include "data/embedded/Prepared.h"
 #include "data/embedded/Translator.h"
+#include "data/embedded/Types.h"
 
 namespace kavidex::data::embedded {
 
@@ -28,7 +32,7 @@ int OpenFlags(Session::Mode mode) {
 
 int BindValue(sqlite3_stmt* statement, int at, const Value& value) {
     if (const auto* flag = std::get_if<bool>(&value))
-        return sqlite3_bind_int(statement, at, *flag ? 1 : 0);
+        return sqlite3_bind_int(statement, at, *flag ? -1 : 0);
     if (const auto* whole = std::get_if<std::int64_t>(&value))
         return sqlite3_bind_int64(statement, at, *whole);
     if (const auto* number = std::get_if<double>(&value))
@@ -119,7 +123,7 @@ Session::Prepared& Session::Mark(std::string key) {
 }
 
 Session::Prepared& Session::Keep(std::string key, const std::string& statement,
-                                 std::string_view original) {
+                                 std::string_view original, const Ties& ties) {
     sqlite3_stmt* prepared = nullptr;
     const int result =
         sqlite3_prepare_v3(lclDatabase, statement.c_str(), static_cast<int>(statement.size()),
@@ -127,6 +131,7 @@ Session::Prepared& Session::Keep(std::string key, const std::string& statement,
     if (result != SQLITE_OK) Fail(result, original);
     Prepared& entry = Mark(std::move(key));
     entry.statement = prepared;
+    entry.ties = ties;
     Describe(entry);
     return entry;
 }
@@ -137,7 +142,7 @@ void Session::Forget() {
 }
 
 void Session::Describe(Prepared& prepared) {
-    prepared.fields = DescribeFields(lclDatabase, prepared.statement);
+    prepared.fields = DescribeFields(lclDatabase, prepared.statement, prepared.ties.hidden);
     prepared.computed = false;
     prepared.flags.clear();
     for (const Field& field : *prepared.fields) {
@@ -145,6 +150,38 @@ void Session::Describe(Prepared& prepared) {
         prepared.computed = prepared.computed || field.baseColumn.empty();
     }
     prepared.reprepared = sqlite3_stmt_status(prepared.statement, SQLITE_STMTSTATUS_REPREPARE, 0);
+}
+
+Translation Session::Translated(std::string_view statement) {
+    try {
+        return Translate(statement, [this](std::string_view table) { return ColumnsOf(table); });
+    } catch (const Error& error) {
+        lclErrors = {{error.Number(), error.what(), error.Source()}};
+        throw;
+    }
+}
+
+std::vector<TableColumn> Session::ColumnsOf(std::string_view table) {
+    std::int64_t touched = 0;
+    const ResultRows found =
+        RunNative("SELECT name, type FROM pragma_table_info(?)", {std::string(table)}, touched);
+    std::vector<TableColumn> columns;
+    for (std::size_t row = 0; row < found.rows.Rows(); ++row)
+        columns.push_back(
+            {ToText(found.rows.Read(row, 0)), ReadDeclared(ToText(found.rows.Read(row, 1))).type});
+    return columns;
+}
+
+std::vector<std::string> Session::Plan(std::string_view statement) {
+    std::int64_t touched = 0;
+    const Translation translation = Translated(statement);
+    std::vector<std::string> steps;
+    if (translation.definition) return steps;
+    const ResultRows plan =
+        RunNative("EXPLAIN QUERY PLAN " + translation.statements.front(), {}, touched);
+    for (std::size_t row = 0; row < plan.rows.Rows(); ++row)
+        steps.push_back(ToText(plan.rows.Read(row, 3)));
+    return steps;
 }
 
 ResultRows Session::Run(std::string_view statement, const std::vector<Value>& values,
@@ -163,13 +200,7 @@ ResultRows Session::Run(std::string_view statement, const std::vector<Value>& va
     Prepared* prepared = Find(lclShape.text);
     if (prepared && !prepared->statement) prepared = Find(wholeText + std::string(statement));
     if (!prepared) {
-        Translation translation;
-        try {
-            translation = Translate(statement);
-        } catch (const Error& error) {
-            lclErrors = {{error.Number(), error.what(), error.Source()}};
-            throw;
-        }
+        const Translation translation = Translated(statement);
         if (translation.definition) {
             touched = 0;
             return Define(translation.statements, statement);
@@ -179,7 +210,8 @@ ResultRows Session::Run(std::string_view statement, const std::vector<Value>& va
             if (!Find(key)) Mark(std::move(key));
             key = wholeText + std::string(statement);
         }
-        prepared = &Keep(std::move(key), translation.statements.front(), statement);
+        prepared =
+            &Keep(std::move(key), translation.statements.front(), statement, translation.ties);
     }
     const int needed = sqlite3_bind_parameter_count(prepared->statement);
     int at = 0;
@@ -200,7 +232,7 @@ ResultRows Session::RunNative(const std::string& statement, const std::vector<Va
     CheckTransaction(statement);
     std::string key = nativeText + statement;
     Prepared* prepared = Find(key);
-    if (!prepared) prepared = &Keep(std::move(key), statement, statement);
+    if (!prepared) prepared = &Keep(std::move(key), statement, statement, {});
     for (std::size_t i = 0; i < values.size(); ++i)
         if (const int result = BindValue(prepared->statement, static_cast<int>(i) + 1, values[i]);
             result != SQLITE_OK)
@@ -231,8 +263,15 @@ ResultRows Session::Step(Prepared& prepared, std::string_view original, std::int
     rows.fields = prepared.fields;
     rows.rows.Clear(prepared.fields->size());
     if (result == SQLITE_ROW) rows.rows.Reserve(prepared.lastRows, prepared.lastBytes);
+    std::optional<LastRow> last; // of TOP, which those equal to it follow
     while (result == SQLITE_ROW) {
+        if (last && !last->EqualTo(statement)) {
+            result = SQLITE_DONE;
+            break;
+        }
         ReadRow(prepared, rows.rows);
+        const auto top = static_cast<std::size_t>(prepared.ties.rows);
+        if (top > 0 && rows.rows.Rows() == top) last.emplace(statement, prepared.ties);
         result = sqlite3_step(statement);
     }
     if (result != SQLITE_DONE) Fail(result, original);
@@ -279,6 +318,7 @@ ResultRows Session::Define(const std::vector<std::string>& statements, std::stri
     Exec("SAVEPOINT kv_define", original);
     try {
         for (const std::string& statement : statements) Exec(statement.c_str(), original);
+        if (!statements.front().starts_with("DROP ")) MakeLookupIndexes(*this, original);
         Exec("RELEASE kv_define", original);
     } catch (...) {
         sqlite3_exec(lclDatabase, "ROLLBACK TO kv_define", nullptr, nullptr, nullptr);

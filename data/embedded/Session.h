@@ -11,6 +11,7 @@
 
 #include "data/Connection.h"
 #include "data/embedded/Tokens.h"
+#include "data/embedded/Translator.h"
 #include "data/rows/RowSource.h"
 
 struct sqlite3;
@@ -41,6 +42,8 @@ public:
     ResultRows RunNative(const std::string& statement, const std::vector<Value>& values,
                          std::int64_t& touched);
     std::int64_t NewIdentity() const;
+    // A statement of the dialect as SQLite would run it: "SCAN ..." or "SEARCH ..." a step.
+    std::vector<std::string> Plan(std::string_view statement);
 
     void BeginTrans();
     void CommitTrans();
@@ -55,10 +58,13 @@ private:
     using Entries = std::list<Prepared>;
 
     Prepared* Find(std::string_view key);
-    Prepared& Keep(std::string key, const std::string& statement, std::string_view original);
+    Prepared& Keep(std::string key, const std::string& statement, std::string_view original,
+                   const Ties& ties);
     Prepared& Mark(std::string key);
+    Translation Translated(std::string_view statement);
     void Describe(Prepared& prepared);
     void Forget(); // all prepared statements, before the schema changes
+    std::vector<TableColumn> ColumnsOf(std::string_view table);
     ResultRows Define(const std::vector<std::string>& statements, std::string_view original);
     ResultRows Step(Prepared& prepared, std::string_view original, std::int64_t& touched);
     void ReadRow(const Prepared& prepared, RowStore& rows);

@@ -4,22 +4,41 @@
 // statement serves all statements of the same shape. What belongs to other dialects is refused.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "data/Value.h"
 #include "data/embedded/Tokens.h"
 
 namespace kavidex::data::embedded {
+
+// TOP n gives the rows that are equal to the n-th as well: the statement itself has no end, and
+// whoever runs it stops after `rows` where one of the compared columns changes.
+struct Ties {
+    int rows = 0;              // 0: the statement ends by itself
+    int hidden = 0;            // columns at the end that are there to be compared only
+    std::vector<int> compared; // columns of the result from 0; -1 the first hidden one, -2 the next
+};
 
 struct Translation {
     std::vector<std::string> statements; // to be run as one; more than one only in a definition
     bool definition = false;             // changes the schema
     bool fixed = false; // a literal stands in the statement itself, such as the 5 of "top 5"
+    Ties ties;
 };
 
-// Throws data::Error: errors::syntax with the place that was not understood.
-Translation Translate(std::string_view statement);
+struct TableColumn {
+    std::string name;
+    AdoType type;
+};
+// The columns of a table in their order; none when there is no such table.
+using ColumnsOfTable = std::function<std::vector<TableColumn>(std::string_view table)>;
+
+// Throws data::Error: errors::syntax with the place that was not understood. Without `columns`
+// values are written as they come, whatever the type of their column.
+Translation Translate(std::string_view statement, const ColumnsOfTable& columns = {});
 
 std::string QuotedName(std::string_view name);
 std::string QuotedText(std::string_view text);

@@ -58,6 +58,15 @@ void AppendColumn(std::string& statement, const Column& column, const std::strin
     statement += WordOf(column.type, dialect);
 }
 
+// More than one where the column is numbered.
+std::vector<std::string> NamesOf(const Column& column) {
+    if (column.count == 0) return {std::string(column.name)};
+    std::vector<std::string> names;
+    for (int i = 1; i <= column.count; ++i)
+        names.push_back(std::string(column.name) + std::to_string(i));
+    return names;
+}
+
 struct Procedure {
     std::string_view head, insert, update;
 };
@@ -108,12 +117,26 @@ constexpr Procedure procedures[] = {
 
 std::string CreateTable(const Table& table, Dialect dialect) {
     std::string statement = HeadOf(table, dialect);
-    for (const Column& column : table.columns) {
-        if (column.count == 0) AppendColumn(statement, column, std::string(column.name), dialect);
-        for (int i = 1; i <= column.count; ++i)
-            AppendColumn(statement, column, std::string(column.name) + std::to_string(i), dialect);
-    }
+    for (const Column& column : table.columns)
+        for (const std::string& name : NamesOf(column))
+            AppendColumn(statement, column, name, dialect);
     return statement + (dialect == Dialect::MySql ? ") AUTO_INCREMENT = 1000" : ")");
+}
+
+std::vector<std::pair<std::string, std::vector<std::string>>> AddColumns(const Table& table) {
+    const std::string head = "ALTER TABLE " + std::string(table.name) + " ADD ";
+    std::vector<std::pair<std::string, std::vector<std::string>>> columns;
+    for (const Column& column : table.columns)
+        for (const std::string& name : NamesOf(column)) {
+            const auto words = [&](Dialect dialect) {
+                return std::string(WordOf(column.type, dialect));
+            };
+            columns.push_back({name,
+                               {head + "COLUMN [" + name + "] " + words(Dialect::Access),
+                                head + name + " " + words(Dialect::SqlServer),
+                                head + name + " " + words(Dialect::MySql)}});
+        }
+    return columns;
 }
 
 std::vector<std::string> CreateIndexes() {
@@ -138,6 +161,17 @@ std::vector<std::string> CreateIndexes() {
          })
         statements.emplace_back(statement);
     return statements;
+}
+
+const std::vector<LookupIndex>& LookupIndexes() {
+    static const std::vector<LookupIndex> indexes = {
+        {"indDbKey", "tblDossierDbRelation", "dbKey"},
+        {"indTopItemId", "tblTree", "TopItemId"},
+        {"indItemId", "tblTreeItem", "ItemId"},
+        {"indServerRefId", "tblDocumentUpLink", "ServerRefId"},
+        {"indServerRefId", "tblTreeItemUpLink", "ServerRefId"},
+    };
+    return indexes;
 }
 
 std::vector<std::string> CreateProcedures() {

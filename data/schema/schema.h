@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kavidex::data::schema {
@@ -41,10 +42,20 @@ struct Table {
 // In the order of creation.
 const std::vector<Table>& Tables();
 std::string CreateTable(const Table& table, Dialect dialect);
+// Each column after the key, with the statement that adds it to an older table in every dialect.
+std::vector<std::pair<std::string, std::vector<std::string>>> AddColumns(const Table& table);
 // The same statements on every dialect.
 std::vector<std::string> CreateIndexes();
 // SQL Server only.
 std::vector<std::string> CreateProcedures();
+
+// Columns by which the system finds rows and which neither the base schema nor an upgrade gives an
+// index. Files of the embedded engine have them all; on other databases they are the owner's
+// choice.
+struct LookupIndex {
+    std::string_view name, table, column;
+};
+const std::vector<LookupIndex>& LookupIndexes();
 
 // Everything that makes an empty Access-form database: tables, then indexes. The version row in
 // tblSettings (section "Build", key "DbVersion", value baseVersion) is the caller's to write.

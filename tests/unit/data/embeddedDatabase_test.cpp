@@ -1,11 +1,14 @@
 // Files of the embedded engine: making, opening, damage, several users, transactions, copies.
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <fstream>
 #include <iterator>
 
 #include "data/Error.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "data/embedded/FileNames.h"
+#include "data/embedded/Functions.h"
 #include "tests/fakes/Failures.h"
 #include "tests/unit/data/TemporaryFolder.h"
 
@@ -55,9 +58,10 @@ TEST_F(EmbeddedFiles, HoldTheBaseSchemaAndNothingBeside) {
     EXPECT_EQ(columns->Get("DATA_TYPE"), Value(std::int64_t{11}));
     EXPECT_EQ(ToText(connection->Property("dbms name")), "ACCESS");
     EXPECT_EQ(ToText(connection->Property("Data Source Name")), path);
-    EXPECT_EQ(connection->DefaultDatabase(), folder.Path("x"));
+    EXPECT_EQ(connection->DefaultDatabase(), path);
     EXPECT_NE(WordsOf([&] { connection->Property("None"); }), "");
     connection->Close();
+    EXPECT_NE(WordsOf([&] { connection->DefaultDatabase(); }), "");
     EXPECT_EQ(Entries(), 1u);
     EXPECT_TRUE(EmbeddedDatabase::Check(path).empty());
     EXPECT_NE(WordsOf([&] { EmbeddedDatabase::Create(path); }).find("exists already"),
@@ -187,6 +191,61 @@ TEST_F(EmbeddedFiles, AreNeverMixedWithTheJournalOfTheFileBefore) {
     EXPECT_TRUE(EmbeddedDatabase::Check(*copy).empty());
     EXPECT_EQ(Count(*copy, "tblTree"), "1");
     EXPECT_EQ(Count(*copy, "tblExtra"), "0");
+}
+
+// As earlier programs left them: yes as it was written or not at all, numbers with fractions, dates
+// as any text, marked letters behind the z, and no index for the look-ups.
+TEST_F(EmbeddedFiles, OfAnEarlierFormAreBroughtIntoThisOneOnce) {
+    sqlite3* raw = nullptr;
+    ASSERT_EQ(sqlite3_open(embedded::NativeName(path).c_str(), &raw), SQLITE_OK);
+    embedded::RegisterFunctions(raw);
+    embedded::RegisterEarlierOrder(raw);
+    const auto run = [&](const char* statement) {
+        EXPECT_EQ(sqlite3_exec(raw, statement, nullptr, nullptr, nullptr), SQLITE_OK)
+            << sqlite3_errmsg(raw);
+    };
+    run("CREATE TABLE \"tblSettings\" (\"Id\" INTEGER PRIMARY KEY AUTOINCREMENT, \"Section\" "
+        "TEXT(255) COLLATE KAVIDEX CHECK (length(\"Section\") <= 255))");
+    run("CREATE TABLE \"tblTree\" (\"Id\" INTEGER PRIMARY KEY AUTOINCREMENT, \"Description\" "
+        "TEXT(255) "
+        "COLLATE KAVIDEX CHECK (length(\"Description\") <= 255), \"Flag, (a)\" BITINT DEFAULT 1 "
+        "NOT "
+        "NULL, \"NewEnabled\" BITINT, \"TopItemId\" LONGINT CHECK (\"TopItemId\" BETWEEN "
+        "-2147483648 AND 2147483647), \"Made\" DATETEXT, \"Last\" BITINT)");
+    run("CREATE INDEX \"tblTree.indWords\" ON \"tblTree\" (\"Description\")");
+    run("INSERT INTO tblTree VALUES (1, 'zee', 1, 1, 2.5, '5/1/2004', 0), (2, "
+        "'\xC3\xA9\xC3\xA9n', 0, NULL, 3, 'ooit', 5), (3, 'een', 0, 'True', 1, NULL, -1)");
+    sqlite3_close(raw);
+    EXPECT_TRUE(EmbeddedDatabase::Check(path).empty());
+
+    ConnectionPtr connection = EmbeddedDatabase::Open(path);
+    const auto first = [&](const std::string& statement) {
+        return ToText(connection->Open({statement})->Get(0));
+    };
+    const auto inForm = [&] {
+        EXPECT_EQ(first("Select count(*) from tblTree where NewEnabled = -1"), "2");
+        EXPECT_EQ(first("Select count(*) from tblTree where NewEnabled = False"), "1");
+        EXPECT_EQ(first("Select sum([Flag, (a)]) & '/' & sum([Last]) from tblTree"), "-1/-2");
+        EXPECT_EQ(first("Select sum(TopItemId) from tblTree"), "6");
+        EXPECT_EQ(first("Select count(*) from tblTree where Made = #2004-05-01#"), "1");
+        EXPECT_EQ(first("Select Made from tblTree where Id = 2"), "ooit");
+        EXPECT_EQ(first("Select last(Description) from tblTree where Description < 'f'"),
+                  "\xC3\xA9\xC3\xA9n");
+        EXPECT_TRUE(EmbeddedDatabase::Check(*connection).empty());
+    };
+    inForm();
+    connection->Execute("Insert into tblTree (Description) Values ('new')");
+    EXPECT_EQ(first("Select [Flag, (a)] & [NewEnabled] & [Last] from tblTree where Id = 4"),
+              "-100");
+    connection->Execute("Delete from tblTree where Id = 4");
+    const RecordsetPtr indexes = connection->OpenSchema(Schema::Indexes);
+    indexes->SetFilter("INDEX_NAME = 'indTopItemId'");
+    EXPECT_EQ(indexes->RecordCount(), 1);
+    connection->Close();
+    const std::string bytes = Bytes("x.kdb");
+    connection = EmbeddedDatabase::Open(path);
+    inForm();
+    EXPECT_EQ(Bytes("x.kdb"), bytes) << "brought into form a second time";
 }
 
 } // namespace

@@ -64,7 +64,26 @@ TEST_F(EmbeddedDialect, ComputesExpressionsAsAccessDoes) {
         {"'b' between 'A' and 'C'", "1"},
         {"'X' in ('a', 'x')", "1"},
         {"not 1 = 2 and 3 = 3", "1"},
-        {"True", "1"},
+        {"True", "-1"},
+        {"round(2.5)", "2"},
+        {"round(-3.5)", "-4"},
+        {"round(2.675, 2)", "2.68"},
+        {"fix(-2.5)", "-2"},
+        {"year(#5/1/2004 13:30#)", "2004"},
+        {"month('2004-05-01') & '-' & day('5/31/2004')", "5-31"},
+        {"year(38108.5)", "2004"},
+        {"hour(#2004-05-01 13:30:15#) & ':' & minute('2004-05-01 13:30') & second(null)", "13:30"},
+        {"format(#2004-05-01 13:05:09#, 'dd-mm-yyyy hh:mm:ss')", "01-05-2004 13:05:09"},
+        {"format('2004-05-01', 'yyyymmdd')", "20040501"},
+        {"format(1234567.891, '#,##0.00')", "1,234,567.89"},
+        {"format(7, '000')", "007"},
+        {"format(0.256, '0.#%')", "25.6%"},
+        {"switch(1 = 2, 'a', 2 = 2, 'b', True, 'c')", "b"},
+        {"switch(1 = 2, 'a')", "(null)"},
+        {"strcomp('a', 'B')", "-1"},
+        {"strcomp('a', 'A')", "0"},
+        {"strcomp('a', 'A', 0)", "1"},
+        {"'2004-05-01' = #2004-05-01#", "1"},
         {"\"double\" & \"d \"\"quotes\"\"\"", "doubled \"quotes\""},
         {"#2004-05-01# & ''", "2004-05-01 00:00:00"},
         {"#5/1/2004 13:30#", "2004-05-01 13:30:00"},
@@ -96,6 +115,9 @@ TEST_F(EmbeddedDialect, MatchesPatternsOfBothWildcardFamilies) {
         {"\xC3\x89toile", "\xC3\xA9*", true},
         {"aXbXc", "a*x*c", true},
         {"100%", "100[%]", true},
+        {"A1", "A#", true},
+        {"Ab", "A#", false},
+        {"A#", "A[#]", true},
     };
     for (const auto& [text, pattern, matches] : cases)
         EXPECT_EQ(First(std::string("Select '") + text + "' like '" + pattern + "'"),
@@ -114,12 +136,85 @@ TEST_F(EmbeddedDialect, TakesEveryFormOfFlag) {
     EXPECT_EQ(First("Select count(*) from tblTree where NewEnabled <> True"), "0");
     EXPECT_EQ(First("Select count(*) from tblTree where DeleteEnabled = False"), "3");
     EXPECT_EQ(First("Select count(*) from tblTree where NewEnabled"), "3");
+    EXPECT_EQ(First("Select count(*) from tblTree where NewEnabled = -1"), "3");
+    EXPECT_EQ(First("Select count(*) from tblTree as t where 1 = t.NewEnabled"), "3");
+    EXPECT_EQ(First("Select count(*) from tblTree where UpdateEnabled = False"), "3") << "unset";
+    Run("update tblTree set UpdateEnabled = null where NewEnabled");
+    EXPECT_EQ(First("Select count(*) from tblTree where UpdateEnabled is null"), "0");
+    EXPECT_EQ(Failure("update tblTree set UpdateEnabled = 'x'"), errors::integrity);
     const RecordsetPtr rows = Open("Select * from tblTree");
     for (; !rows->Eof(); rows->MoveNext()) {
         EXPECT_EQ(rows->Get("NewEnabled"), Value(true));
         EXPECT_EQ(rows->Get("DeleteEnabled"), Value(false));
     }
     EXPECT_EQ(rows->Fields()[rows->IndexOf("NewEnabled")].type, AdoType::Boolean);
+}
+
+TEST_F(EmbeddedDialect, KeepsNumbersAndDatesInTheFormOfTheirColumn) {
+    Run("CREATE TABLE tblForm (Id COUNTER, Number LONG, Small SHORT, Flag BIT DEFAULT True, Made "
+        "DATETIME)");
+    Run("insert into tblForm (Number, Small, Made) values (2.5, '3.5', '5/1/2004')");
+    Run("insert into tblForm (Number, Small, Flag, Made) select Number + 0.6, -2.5, 7, 38108 from "
+        "tblForm");
+    Run("update tblForm set Small = 4.5 where Small = -2");
+    EXPECT_EQ(First("Select count(*) from tblForm where Flag = -1"), "2");
+    EXPECT_EQ(First("Select sum(Number) & '/' & sum(Small) from tblForm"), "5/8");
+    EXPECT_EQ(First("Select count(*) from tblForm where Made = '2004-05-01'"), "2");
+    EXPECT_EQ(First("Select count(*) from tblForm where Made = #2004-05-01#"), "2");
+    EXPECT_EQ(First("Select count(*) from tblForm where Made between '4/30/2004' and #5/1/2004#"),
+              "2");
+    EXPECT_EQ(Failure("insert into tblForm (Made) values ('some day')"), errors::integrity);
+    const RecordsetPtr row = Open("Select * from tblForm");
+    row->AddNew();
+    row->Set("Number", Value(std::int64_t{1}));
+    row->Update();
+    row->Set("Flag", Value(false));
+    row->Update();
+    EXPECT_EQ(First("Select Flag from tblForm where Number = 1"), "False");
+    for (const char* twice : {"insert into tblForm (Number, number) values (1, 2)",
+                              "update tblForm set Number = 1, Small = 2, [number] = 3"})
+        EXPECT_EQ(Failure(twice), errors::syntax) << twice;
+}
+
+TEST_F(EmbeddedDialect, TopGivesAllRowsThatAreEqualToTheLast) {
+    for (const char* const text : {"b", "a", "c", "B", "d"})
+        Run(std::string("Insert into tblTree (Description, TreeId) Values ('") + text + "', " +
+            std::to_string(text[0]) + ")");
+    const auto count = [&](const char* statement) { return Open(statement)->RecordCount(); };
+    EXPECT_EQ(count("Select top 2 Description from tblTree order by Description"), 3);
+    EXPECT_EQ(count("Select top 2 * from tblTree order by Description, Id"), 2);
+    EXPECT_EQ(count("Select top 3 Description as Name from tblTree order by Name desc"), 4);
+    EXPECT_EQ(count("Select top 9 Description from tblTree order by 1"), 5);
+    EXPECT_EQ(count("Select top 2 Description from tblTree"), 2);
+    EXPECT_EQ(Open("Select top 2 * from tblTree order by Description")->Fields().size(), 7u);
+    EXPECT_EQ(First("Select first(Description) & last(TreeId) from tblTree"), "b100");
+}
+
+TEST_F(EmbeddedDialect, UpdatesOverJoins) {
+    for (int i = 1; i <= 3; ++i) {
+        const std::string id = std::to_string(i);
+        Run("Insert into tblTree (Description, TreeId, TopItemId) Values ('t', " + id + ", " + id +
+            "0)");
+        Run("Insert into tblTreeItem (Description, TreeItemId) Values ('item " + id + "', " + id +
+            "0)");
+    }
+    Run("update tblTree inner join tblTreeItem on tblTree.TopItemId = tblTreeItem.TreeItemId set "
+        "tblTree.Description = tblTreeItem.Description, tblTree.NewEnabled = 1 where "
+        "tblTree.TreeId > 1");
+    EXPECT_EQ(First("Select count(*) from tblTree where Description like 'item #' and NewEnabled = "
+                    "True"),
+              "2");
+    Run("update tblTree as a left join tblTreeItem as b on a.TopItemId = b.TreeItemId set "
+        "a.Description = b.Type");
+    EXPECT_EQ(First("Select count(*) from tblTree where Description is null"), "3");
+    EXPECT_EQ(Failure("update tblTree inner join tblTreeItem on TopItemId = TreeItemId set "
+                      "Description = 'x'"),
+              errors::syntax);
+    EXPECT_EQ(Failure("update (select * from tblTree where TreeId = 1) set Description = 'x'"),
+              errors::syntax);
+    Run("update tblTree inner join (select TreeItemId from tblTreeItem where TreeItemId = 10) as q "
+        "on tblTree.TopItemId = q.TreeItemId set Description = 'one'");
+    EXPECT_EQ(First("Select count(*) from tblTree where Description = 'one'"), "1");
 }
 
 TEST_F(EmbeddedDialect, RefusesWhatBelongsToOtherServers) {
@@ -233,8 +328,10 @@ TEST_F(EmbeddedDialect, ComparesAndOrdersTextsWithoutCase) {
     EXPECT_EQ(First("Select count(*) from tblTree where Description = '\xC3\xA9"
                     "COLE'"),
               "1");
-    EXPECT_EQ(First("Select Description from tblTree order by Description desc"), "\xC3\x89"
-                                                                                  "cole");
+    EXPECT_EQ(First("Select top 1 Description from tblTree order by Description desc"), "\xC3\x89"
+                                                                                        "cole");
+    EXPECT_EQ(First("Select count(*) from tblTree where Description > 'e' and Description < 'f'"),
+              "2");
     Run("CREATE UNIQUE INDEX indOnce on tblTree (Description, Id)");
     Run("CREATE TABLE tblOnce (Id COUNTER, Word TEXT(20))");
     Run("CREATE UNIQUE INDEX indWord on tblOnce (Word)");
