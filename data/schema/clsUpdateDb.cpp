@@ -2,15 +2,49 @@
 #include "data/schema/clsUpdateDb.h"
 
 #include <algorithm>
+#include <mutex>
+#include <optional>
+#include <set>
 
+#include "data/modData.h"
 #include "data/schema/upgradeConversions.h"
 #include "data/schema/upgradeSteps.h"
 #include "platform/BusyDialog.h"
 #include "platform/Log.h"
+#include "platform/Messages.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
 
 namespace kavidex::data {
+
+namespace {
+
+// The parts that the database does not have. Columns of tables that are not there come with them;
+// without `base`, tables of the base schema are their owner's matter.
+std::vector<const SchemaPart*> MissingParts(Connection& connection, bool base) {
+    std::set<std::string> there;
+    const RecordsetPtr columns = connection.OpenSchema(Schema::Columns);
+    for (; !columns->Eof(); columns->MoveNext()) {
+        const std::string table =
+            platform::LowerCase(platform::Trim(ToText(columns->Get("TABLE_NAME"))));
+        there.insert(table);
+        there.insert(table + "." +
+                     platform::LowerCase(platform::Trim(ToText(columns->Get("COLUMN_NAME")))));
+    }
+    std::vector<const SchemaPart*> missing;
+    for (const SchemaPart& part : SchemaParts()) {
+        const std::string table = platform::LowerCase(part.table);
+        if (part.base && !base) continue;
+        if (part.column.empty()
+                ? there.count(table) == 0
+                : there.count(table) != 0 &&
+                      there.count(table + "." + platform::LowerCase(part.column)) == 0)
+            missing.push_back(&part);
+    }
+    return missing;
+}
+
+} // namespace
 
 bool UpgradeContext::Execute(std::string_view statement) const {
     try {
@@ -28,16 +62,24 @@ bool UpgradeContext::HasTable(std::string_view name) const {
         for (; !tables->Eof(); tables->MoveNext())
             if (platform::EqualAsciiNoCase(platform::Trim(ToText(tables->Get("TABLE_NAME"))), name))
                 return true;
+        return false;
+    } catch (const std::exception& error) {
+        throw UpgradeHalted(std::string("The tables of the database cannot be listed: ") +
+                            error.what());
+    }
+}
+
+void UpgradeContext::RollBack() const {
+    try {
+        connection->RollbackTrans();
     } catch (const std::exception& error) {
         workstation.log.Write("clsUpdateDb", error.what());
     }
-    return false;
 }
 
-// By ADO's own property: 8 where definitions roll back with the rest, as nothing else does.
 bool UpgradeContext::TransactsDefinitions() const {
     try {
-        return ToInt64(connection->Property("Transaction DDL")) == 8;
+        return ToText(connection->Property("Provider Name")) == "Kavidex.EmbeddedDatabase";
     } catch (const std::exception&) {
         return false; // an engine that does not say
     }
@@ -54,18 +96,80 @@ void clsUpdateDb::SetDbConnection(ConnectionPtr connection) {
 
 std::int32_t clsUpdateDb::fncUpdateDb() {
     if (!lclConnection) return 0;
-    const bool dossiers = UpgradeContext{lclWorkstation, lclConnection}.HasTable("tblDossierTypes");
-    std::string version;
-    if (!lclSettings.GetSetting("Build", "DbVersion", version)) version = "0";
-    version = platform::LowerCase(version);
+    try {
+        return Walk();
+    } catch (const UpgradeHalted& error) {
+        lclWorkstation.log.Write("fncUpdateDb", error.what());
+        lclWorkstation.messages.Show(
+            {.text = std::to_string(error.Number()) + " " + error.what(),
+             .caption = Translated(lclTranslation, "Error in $%$", {"fncUpdateDb"})});
+        return -1;
+    }
+}
+
+std::int32_t clsUpdateDb::Walk() {
+    std::string version = Version();
+    std::optional<bool> dossiers; // asked for when the first step is due
     std::int32_t result = 0;
     for (const UpgradeStep& step : UpgradeSteps()) {
         if (step.from != version) continue;
+        if (!dossiers)
+            dossiers = UpgradeContext{lclWorkstation, lclConnection}.HasTable("tblDossierTypes");
         version = step.to;
-        if (dossiers || !step.needsDossierTables) result = Run(step.from, version);
+        if (*dossiers || !step.needsDossierTables) result = Run(step.from, version);
         lclSettings.SetSetting("Build", "DbVersion", version);
     }
+    if (version == currentVersion) Complete();
     return result;
+}
+
+// A database without settings is one of the first version; one that does not answer is not.
+std::string clsUpdateDb::Version() {
+    std::string version;
+    if (lclSettings.GetSetting("Build", "DbVersion", version)) return platform::LowerCase(version);
+    const std::string failure = lclSettings.Failure();
+    if (!failure.empty() && UpgradeContext{lclWorkstation, lclConnection}.HasTable("tblSettings"))
+        throw UpgradeHalted("The version of the database cannot be read: " + failure);
+    return "0";
+}
+
+void clsUpdateDb::Complete() {
+    const UpgradeContext context{lclWorkstation, lclConnection};
+    try {
+        const bool base = !IsAccessConnection(lclConnection);
+        const std::vector<const SchemaPart*> missing = MissingParts(*lclConnection, base);
+        if (missing.empty()) return;
+        for (const SchemaPart* part : missing) {
+            for (const std::string& statement : part->statements) context.Execute(statement);
+            if (part->fill) part->fill(context);
+        }
+        std::vector<std::string> names;
+        for (const SchemaPart* part : MissingParts(*lclConnection, base))
+            names.push_back(part->column.empty() ? part->table : part->table + "." + part->column);
+        if (!names.empty()) TellMissing(names);
+    } catch (const std::exception& error) {
+        // A schema that cannot be read tells nothing about what it lacks.
+        lclWorkstation.log.Write("clsUpdateDb", error.what());
+    }
+}
+
+void clsUpdateDb::TellMissing(const std::vector<std::string>& names) const {
+    std::string list;
+    for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
+    lclWorkstation.log.Write("clsUpdateDb", "missing: " + list);
+    static std::mutex guard;
+    static std::set<std::string> told; // databases, in this session
+    {
+        const std::lock_guard lock(guard);
+        if (!told.insert(lclConnection->DefaultDatabase()).second) return;
+    }
+    if (list.size() > 600) list = list.substr(0, list.rfind(',', 600)) + ", ...";
+    lclWorkstation.messages.Show(
+        {.text = Translated(lclTranslation,
+                            "De database is niet volledig bijgewerkt. Vraag uw beheerder om deze "
+                            "onderdelen: $%$",
+                            {list}),
+         .caption = Translated(lclTranslation, "Controle database")});
 }
 
 std::int32_t clsUpdateDb::Run(std::string_view from, std::string& reached) {
@@ -73,12 +177,24 @@ std::int32_t clsUpdateDb::Run(std::string_view from, std::string& reached) {
         std::find_if(UpgradeSteps().begin(), UpgradeSteps().end(),
                      [&](const UpgradeStep& candidate) { return candidate.from == from; });
     UpgradeContext context{lclWorkstation, lclConnection};
-    if (context.TransactsDefinitions())
-        upgrade::InTransaction(context, [&] {
-            RunPhases(*step, UpgradeContext{lclWorkstation, lclConnection, true});
-        });
-    else
+    context.inTransaction = context.TransactsDefinitions();
+    if (!context.inTransaction) {
         RunPhases(*step, context);
+    } else {
+        try {
+            lclConnection->BeginTrans();
+        } catch (const std::exception& error) {
+            throw UpgradeHalted(error.what()); // in use by another; later, then
+        }
+        try {
+            RunPhases(*step, context);
+            lclConnection->CommitTrans();
+        } catch (const std::exception& error) {
+            const std::string words = error.what();
+            context.RollBack();
+            throw UpgradeHalted(words);
+        }
+    }
     reached = step->to;
     return 0;
 }
@@ -93,6 +209,8 @@ void clsUpdateDb::RunPhases(const UpgradeStep& step, const UpgradeContext& conte
         for (const std::string& statement : phase.statements) context.Execute(statement);
         try {
             if (phase.function) phase.function(context);
+        } catch (const UpgradeHalted&) {
+            throw;
         } catch (const std::exception& error) {
             lclWorkstation.log.Write("clsUpdateDb", error.what());
         }

@@ -31,7 +31,10 @@ bool ChangeRows(const UpgradeContext& context, const std::string& statement,
     const int total = static_cast<int>(rows->RecordCount());
     bool whole = true;
     for (int done = 0; !rows->Eof(); rows->MoveNext(), ++done) {
-        if (done % 64 == 0) context.workstation.busy.Progress(done, total);
+        if (done % 64 == 0) {
+            context.workstation.busy.Progress(done, total);
+            context.workstation.busy.PumpMessages();
+        }
         try {
             if (change(*rows)) rows->Update();
         } catch (const std::exception& error) {
@@ -99,13 +102,20 @@ void InTransaction(const UpgradeContext& context, const std::function<void()>& w
         try {
             call();
             return true;
+        } catch (const UpgradeHalted&) {
+            throw;
         } catch (const std::exception& error) {
             context.workstation.log.Write("clsUpdateDb", error.what());
             return false;
         }
     };
     if (!tried([&] { connection.BeginTrans(); })) return work();
-    if (tried(work) && tried([&] { connection.CommitTrans(); })) return;
+    try {
+        if (tried(work) && tried([&] { connection.CommitTrans(); })) return;
+    } catch (const UpgradeHalted&) {
+        tried([&] { connection.RollbackTrans(); });
+        throw;
+    }
     tried([&] { connection.RollbackTrans(); });
     work();
 }

@@ -9,7 +9,8 @@
 namespace kavidex::data::upgrade {
 
 // Work on many rows belongs together where the engine has transactions; where it has none, or
-// refuses to keep what was done, each statement stands for itself. `work` may be run twice.
+// refuses to keep what was done, each statement stands for itself. `work` may be run twice. What
+// halts the chain undoes the work and goes on to the caller.
 void InTransaction(const UpgradeContext& context, const std::function<void()>& work);
 
 void CreateDossierTabs(const UpgradeContext& context); // 1.0.1
@@ -35,6 +36,7 @@ void Translations110(const UpgradeContext& context);
 void Translations111(const UpgradeContext& context);
 void Translations113(const UpgradeContext& context);
 void Translations114(const UpgradeContext& context);
+void AllTranslations(const UpgradeContext& context);    // of all versions, for a table made late
 void FillCheckListGuids(const UpgradeContext& context); // 1.1.6
 void FillDocumentGuids(const UpgradeContext& context);  // 1.1.7
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <utility>
 
 #include "data/schema/schema.h"
 #include "data/schema/upgradeConversions.h"
@@ -120,28 +121,46 @@ Statements IndexesOf111() {
             "CREATE INDEX indParentId on tblTreeItem (parentId)"};
 }
 
+constexpr std::string_view upLinks[] = {"tblCheckListRefFieldsUpLink",
+                                        "tblDocumentUpLink",
+                                        "tblDossierDbRelationUpLink",
+                                        "tblDossierReferenceUpLink",
+                                        "tblDossierRefTabsUpLink",
+                                        "tblDossierRelationsUpLink",
+                                        "tblTreeUpLink",
+                                        "tblTreeItemUpLink"};
+
 Statements UpLinks() {
-    return Together({UpLink("tblCheckListRefFieldsUpLink"), UpLink("tblDocumentUpLink"),
-                     UpLink("tblDossierDbRelationUpLink"), UpLink("tblDossierReferenceUpLink"),
-                     UpLink("tblDossierRefTabsUpLink"), UpLink("tblDossierRelationsUpLink"),
-                     UpLink("tblTreeUpLink"), UpLink("tblTreeItemUpLink"),
-                     AddText("tblDossierReference", "DossierIdText", 100)});
+    Statements all;
+    for (const std::string_view name : upLinks) all = Together({all, UpLink(name)});
+    return Together({all, AddText("tblDossierReference", "DossierIdText", 100)});
 }
 
+constexpr std::pair<std::string_view, std::string_view> guidColumns[] = {
+    {"tblTreeItem", "TreeItemGuid"},
+    {"tblDocument", "DocGuid"},
+    {"tblDossierDbRelation", "DbRelGuid"},
+    {"tblDossierReference", "RefGuid"},
+    {"tblDossierRefTabs", "RefTabGuid"},
+    {"tblDossierTabs", "TabGuid"},
+    {"tblDossierTypes", "TypeGuid"},
+    {"tblScreens", "ScreenGuid"},
+    {"tblScreenSettings", "ScreenSettingsGuid"},
+    {"tblDossierRelations", "RelGuid"},
+    {"tblTree", "TreeGuid"}};
+
 Statements GuidColumns() {
-    return Together({GuidColumn("tblTreeItem", "TreeItemGuid"),
-                     GuidColumn("tblDocument", "DocGuid"),
-                     GuidColumn("tblDossierDbRelation", "DbRelGuid"),
-                     GuidColumn("tblDossierReference", "RefGuid"),
-                     GuidColumn("tblDossierRefTabs", "RefTabGuid"),
-                     GuidColumn("tblDossierTabs", "TabGuid"),
-                     GuidColumn("tblDossierTypes", "TypeGuid"),
-                     GuidColumn("tblScreens", "ScreenGuid"),
-                     GuidColumn("tblScreenSettings", "ScreenSettingsGuid"),
-                     GuidColumn("tblDossierRelations", "RelGuid"),
-                     GuidColumn("tblTree", "TreeGuid"),
+    Statements all;
+    for (const auto& [table, column] : guidColumns)
+        all = Together({all, GuidColumn(Name(table), Name(column))});
+    return Together({all,
                      {"DROP INDEX indRefVal10 on tblDossierReference",
                       "DROP INDEX tblDossierReference.indRefVal10"}});
+}
+
+Statements CheckListGuid() {
+    return Together({AddText("tblCheckListRefFields", "clGuid", 38),
+                     GuidIndex("indCheckGuid", "tblCheckListRefFields", "clGuid")});
 }
 
 constexpr std::string_view update = "Bezig met bijwerken van database";
@@ -235,9 +254,7 @@ const std::vector<UpgradeStep>& UpgradeSteps() {
         {"1.1.5",
          "1.1.6",
          false,
-         {{"Bezig met bijwerken van checklist", "Toevoegen Id field",
-           Together({AddText("tblCheckListRefFields", "clGuid", 38),
-                     GuidIndex("indCheckGuid", "tblCheckListRefFields", "clGuid")})},
+         {{"Bezig met bijwerken van checklist", "Toevoegen Id field", CheckListGuid()},
           {{}, fillingGuids, {}, FillCheckListGuids}}},
         {"1.1.6",
          "1.1.7",
@@ -249,6 +266,35 @@ const std::vector<UpgradeStep>& UpgradeSteps() {
          {{"Bezig met aanmaken van Document Extra Info", "Tabel aanmaken", ExtraInfoTable()}}},
     };
     return steps;
+}
+
+const std::vector<SchemaPart>& SchemaParts() {
+    using namespace upgrade;
+    static const std::vector<SchemaPart> parts = [] {
+        std::vector<SchemaPart> all;
+        for (const schema::Table& table : schema::Tables()) {
+            all.push_back({Name(table.name), {}, CreateInAllForms(table), nullptr, true});
+            for (const auto& [column, statements] : schema::AddColumns(table))
+                all.push_back({Name(table.name), column, statements, nullptr, true});
+        }
+        const auto add = [&](std::string_view table, std::string_view column,
+                             const Statements& statements,
+                             void (*fill)(const UpgradeContext&) = nullptr) {
+            all.push_back({Name(table), Name(column), statements, fill});
+        };
+        add("tblTranslations", "", TranslationTable(), AllTranslations);
+        for (const std::string_view name : upLinks) add(name, "", UpLink(name));
+        add("tblDocExtraInfo", "", ExtraInfoTable());
+        add("tblDossierRefTabs", "TabChanged", AddText("tblDossierRefTabs", "TabChanged", 1));
+        add("tblDossierReference", "DossierIdText",
+            AddText("tblDossierReference", "DossierIdText", 100));
+        for (const auto& [table, column] : guidColumns)
+            add(table, column, GuidColumn(Name(table), Name(column)),
+                column == "DocGuid" ? FillDocumentGuids : nullptr);
+        add("tblCheckListRefFields", "clGuid", CheckListGuid(), FillCheckListGuids);
+        return all;
+    }();
+    return parts;
 }
 
 } // namespace kavidex::data

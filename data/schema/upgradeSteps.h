@@ -6,12 +6,21 @@
 #include <vector>
 
 #include "data/Connection.h"
+#include "data/Error.h"
 
 namespace kavidex::platform {
 struct Workstation;
 }
 
 namespace kavidex::data {
+
+// Something that decides what the chain does could not be read, or the whole of a step could not be
+// kept: the chain stops where it stands and goes on at the next assignment.
+class UpgradeHalted : public Error {
+public:
+    explicit UpgradeHalted(const std::string& description)
+        : Error(errors::unspecified, description, "clsUpdateDb") {}
+};
 
 // What a step's work is given. Everything that fails in it is logged and skipped.
 struct UpgradeContext {
@@ -20,9 +29,11 @@ struct UpgradeContext {
     bool inTransaction = false; // the whole step is one
 
     bool Execute(std::string_view statement) const; // false when the database refused
-    bool HasTable(std::string_view name) const;
-    // Whether tables and columns take part in transactions, so that a step can be one.
+    bool HasTable(std::string_view name) const;     // throws UpgradeHalted when that cannot be told
+    // Whether a step can be one transaction: on the embedded engine alone. Elsewhere one refused
+    // statement may undo all that went before it.
     bool TransactsDefinitions() const;
+    void RollBack() const; // a failure of it is logged
 };
 
 // One line of text in the busy dialog, and the work behind it: statements, then a function. An
@@ -42,5 +53,14 @@ struct UpgradeStep {
 
 // In the order of the versions, "0" first.
 const std::vector<UpgradeStep>& UpgradeSteps();
+
+// A table, or a column, that a database of the current version has, and what brings it.
+struct SchemaPart {
+    std::string table, column; // without a column: the table
+    std::vector<std::string> statements;
+    void (*fill)(const UpgradeContext&) = nullptr; // the rows that come with it
+    bool base = false;                             // of the base schema
+};
+const std::vector<SchemaPart>& SchemaParts();
 
 } // namespace kavidex::data

@@ -38,9 +38,12 @@ std::string InsertOf(const TranslatedText& text, bool allLanguages) {
 void Insert(const UpgradeContext& context, std::string_view since, bool allLanguages = true) {
     const std::set<std::string> present = KeysPresent(context, nullptr);
     InTransaction(context, [&] {
-        for (const TranslatedText& text : Translations())
-            if (text.since == since && !present.count(platform::Trim(text.key)))
-                context.Execute(InsertOf(text, allLanguages));
+        int inserted = 0;
+        for (const TranslatedText& text : Translations()) {
+            if (text.since != since || present.count(platform::Trim(text.key))) continue;
+            context.Execute(InsertOf(text, allLanguages));
+            if (++inserted % 64 == 0) context.workstation.busy.PumpMessages();
+        }
     });
 }
 
@@ -63,6 +66,12 @@ void Translations114(const UpgradeContext& context) {
                                 ", FR = " + SqlValue(text.french) +
                                 " where strKey = " + SqlValue(text.key));
     });
+}
+
+void AllTranslations(const UpgradeContext& context) {
+    for (const auto fill :
+         {Translations109, Translations110, Translations111, Translations113, Translations114})
+        fill(context);
 }
 
 } // namespace kavidex::data::upgrade

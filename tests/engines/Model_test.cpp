@@ -42,6 +42,7 @@ protected:
         data::clsUpdateDb update(machine);
         update.SetDbConnection(connection);
         update.fncUpdateDb();
+        for (const auto& message : machine.messages.shown) ADD_FAILURE() << message.text;
         machine.files.CreateDirectories(machine.Path("store"));
         settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
     }

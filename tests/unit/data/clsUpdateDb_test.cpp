@@ -7,6 +7,7 @@
 #include "data/schema/upgradeSteps.h"
 #include "tests/fakes/Databases.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/MemoryRows.h"
 #include "tests/fakes/RecordingConnection.h"
 
 using namespace kavidex;
@@ -146,8 +147,102 @@ TEST_F(clsUpdateDbTest, LeavesDeletedRowsDeletedWhenTheVersionIsLost) {
     EXPECT_EQ(First(connection, "tblDossierRelations", "RelId"), "-1");
 }
 
+// What cannot be read is not taken for what is not there: rows keep their guids, and no step of the
+// dossiers is passed over.
+TEST_F(clsUpdateDbTest, WaitsForTheNextTimeWhenTheWayCannotBeRead) {
+    const auto connection =
+        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+    connection->Execute("insert into tblCheckListRefFields (FieldType) values ('b')");
+    Upgrade(connection);
+    const std::string before = Printout(*connection->inner);
+    connection->statements.clear();
+    connection->refuse = [](const std::string& s) { return s.find("tblSettings") < s.size(); };
+    EXPECT_EQ(Upgrade(connection), -1);
+    EXPECT_EQ(connection->statements.size(), connection->Count("elect * from tbl"));
+    connection->refuse = nullptr;
+    EXPECT_EQ(Printout(*connection->inner), before);
+    ASSERT_EQ(machine.messages.shown.size(), 1u);
+    EXPECT_EQ(machine.messages.shown[0].caption, "Error in fncUpdateDb");
+
+    const auto old = std::make_shared<RecordingConnection>("", OldDatabase(true));
+    old->schemaAnswer = [](Schema) -> RecordsetPtr {
+        throw Error(errors::unspecified, "dropped", "driver");
+    };
+    EXPECT_EQ(Upgrade(old), -1);
+    EXPECT_EQ(old->Count("DbVersion','"), 0u);
+    old->schemaAnswer = nullptr;
+    EXPECT_EQ(Upgrade(old), 0);
+    EXPECT_EQ(Version(old), "1.1.8");
+    EXPECT_EQ(First(old, "tblDossierReference", "SaveSettings"), "");
+}
+
+TEST_F(clsUpdateDbTest, TriesAgainWhatTheDatabaseRefusedAndTellsItOnce) {
+    const ConnectionPtr inner = EmbeddedDatabase::Create(machine.Path("x.kdb"));
+    const auto connection = std::make_shared<RecordingConnection>("", inner);
+    inner->Execute("insert into tblDocument (Description) values ('a')");
+    connection->refuse = [](const std::string& s) {
+        return s.find("CREATE TABLE tblTranslations") < s.size() ||
+               s.find("ADD COLUMN DocGuid") < s.size();
+    };
+    EXPECT_EQ(Upgrade(connection), 0);
+    EXPECT_EQ(Version(inner), "1.1.8");
+    ASSERT_EQ(machine.messages.shown.size(), 1u);
+    EXPECT_NE(machine.messages.shown[0].text.find("tblTranslations, tblDocument.DocGuid"),
+              std::string::npos)
+        << machine.messages.shown[0].text;
+    connection->statements.clear();
+    Upgrade(connection);
+    EXPECT_EQ(connection->Count("CREATE TABLE tblTranslations"), 3u);
+    EXPECT_EQ(machine.messages.shown.size(), 1u);
+    connection->refuse = nullptr;
+    Upgrade(connection);
+    EXPECT_EQ(First(inner, "tblDocument", "DocGuid").size(), 38u);
+    EXPECT_EQ(Count(inner, "tblTranslations"), static_cast<std::int64_t>(Translations().size()));
+    connection->statements.clear();
+    Upgrade(connection);
+    EXPECT_EQ(connection->statements.size(), 1u);
+}
+
+// One refused statement undoes the whole of a transaction on some servers.
+TEST_F(clsUpdateDbTest, MakesAStepOneTransactionOnTheEmbeddedEngineAlone) {
+    struct Server : RecordingConnection {
+        using RecordingConnection::RecordingConnection;
+        int begun = 0;
+        Value Property(std::string_view property) const override {
+            if (property == "Transaction DDL") return std::int64_t{8};
+            return RecordingConnection::Property(property);
+        }
+        void BeginTrans() override {
+            ++begun;
+            RecordingConnection::BeginTrans();
+        }
+    };
+    for (const bool embedded : {true, false}) {
+        const auto server = embedded
+                                ? std::make_shared<Server>("", EmbeddedDatabase::CreateInMemory())
+                                : std::make_shared<Server>("Microsoft SQL Server");
+        clsUpdateDb update(machine);
+        update.SetDbConnection(server);
+        std::string reached;
+        update.fncUpTo112(reached);
+        EXPECT_EQ(server->begun, embedded ? 1 : 0);
+    }
+}
+
+TEST_F(clsUpdateDbTest, LetsTheMessageLoopRunWhileRowsAreConverted) {
+    const ConnectionPtr connection = OldDatabase(false);
+    for (int i = 0; i < 300; ++i)
+        connection->Execute("insert into tblDocument (Description) values ('x')");
+    clsUpdateDb update(machine);
+    update.SetDbConnection(connection);
+    std::string reached;
+    update.fncUpTo106(reached);
+    EXPECT_GE(machine.busy.pumped, static_cast<int>(machine.busy.shown.size()) + 300 / 64);
+}
+
 TEST_F(clsUpdateDbTest, IssuesEachFormAndShowsEachPhase) {
     const auto server = std::make_shared<RecordingConnection>("Microsoft SQL Server");
+    server->schemaAnswer = [](Schema) { return TableRows({"tblDossierTypes"}); };
     clsUpdateDb update(machine);
     update.SetDbConnection(server);
     std::string reached;
