@@ -20,11 +20,6 @@ std::string DatabaseOf(const Connection& connection) {
     }
 }
 
-bool SameDatabase(const ConnectionPtr& a, const ConnectionPtr& b) {
-    if (!a || !b) return !a && !b;
-    return DatabaseOf(*a) == DatabaseOf(*b);
-}
-
 } // namespace
 
 ConnectionAssignment::ConnectionAssignment(const platform::Workstation& workstation,
@@ -33,8 +28,9 @@ ConnectionAssignment::ConnectionAssignment(const platform::Workstation& workstat
       lclTranslation(std::move(translation)) {}
 
 bool ConnectionAssignment::SetDbConnection(const ConnectionPtr& connection) {
-    if (SameDatabase(connection, lclConnection)) return false;
+    if (IsCurrent(connection)) return false;
     lclConnection = connection;
+    lclLive = connection && connection->IsOpen();
     if (lclListeners.changed) lclListeners.changed();
     if (lclListeners.handOver) lclListeners.handOver(connection);
     if (!connection) {
@@ -56,6 +52,15 @@ bool ConnectionAssignment::SetDbConnection(const ConnectionPtr& connection) {
     }
     if (lclListeners.ready) lclListeners.ready(connection);
     return true;
+}
+
+// The same connection, or another one to the same database. One that was closed since, or came
+// closed and was opened by its owner, is not current any more.
+bool ConnectionAssignment::IsCurrent(const ConnectionPtr& connection) const {
+    if (!connection || !lclConnection) return !connection && !lclConnection;
+    const bool live = lclLive && lclConnection->IsOpen();
+    if (connection == lclConnection) return live == connection->IsOpen();
+    return live && DatabaseOf(*connection) == DatabaseOf(*lclConnection);
 }
 
 // Once per user and machine, and never for an Access file.
@@ -85,6 +90,7 @@ void ConnectionAssignment::ReadTemplatePath() {
 void ConnectionAssignment::Release() {
     lclSettings.reset();
     lclConnection.reset();
+    lclLive = false;
 }
 
 } // namespace kavidex::data

@@ -31,7 +31,7 @@ public:
                          Translation translation = {});
 
     const ConnectionPtr& DbConnection() const { return lclConnection; }
-    // False, and nothing done, when both are null or both have the same DefaultDatabase.
+    // False, and nothing done, when both are null or both are open on the same DefaultDatabase.
     bool SetDbConnection(const ConnectionPtr& connection);
     // Without a word to anybody, for the end of the control.
     void Release();
@@ -44,6 +44,7 @@ public:
     void ReadTemplatePath();
 
 private:
+    bool IsCurrent(const ConnectionPtr& connection) const;
     void CheckDatabase();
     void CheckLetters();
 
@@ -51,6 +52,7 @@ private:
     ConnectionListeners lclListeners;
     Translation lclTranslation;
     ConnectionPtr lclConnection;
+    bool lclLive = false; // it was open when it was assigned
     std::unique_ptr<clsSettings> lclSettings;
     std::string lclTemplatePath;
 };

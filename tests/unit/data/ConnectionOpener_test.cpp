@@ -5,6 +5,7 @@
 #include "data/ConnectionAssignment.h"
 #include "data/ConnectionOpener.h"
 #include "data/Error.h"
+#include "data/embedded/EmbeddedDatabase.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/MemoryRows.h"
 #include "tests/fakes/RecordingConnection.h"
@@ -279,4 +280,29 @@ TEST(ConnectionAssignment, NeverChecksAnAccessFileNorAClosedConnection) {
     EXPECT_TRUE(closed->statements.empty());
     EXPECT_EQ(machine.registry.writes, 0);
     EXPECT_TRUE(machine.busy.shown.empty());
+}
+
+TEST(ConnectionAssignment, TakesADatabaseAgainOnceItsConnectionWasClosed) {
+    FakeWorkstation machine;
+    ConnectionAssignment assignment(machine, {});
+    const auto open = [&](const char* name) {
+        return EmbeddedDatabase::OpenOrCreate(machine.Path(name));
+    };
+    const ConnectionPtr first = open("x.kdb");
+    EXPECT_TRUE(assignment.SetDbConnection(first));
+    EXPECT_FALSE(assignment.SetDbConnection(open("x.kdb")));
+    EXPECT_TRUE(assignment.SetDbConnection(open("x.old"))) << "another file";
+    EXPECT_TRUE(assignment.SetDbConnection(first));
+    first->Close();
+    const ConnectionPtr again = open("x.kdb");
+    EXPECT_TRUE(assignment.SetDbConnection(again));
+    EXPECT_EQ(assignment.DbConnection(), again);
+
+    const auto late = std::make_shared<RecordingConnection>("ACCESS");
+    late->open = false;
+    EXPECT_TRUE(assignment.SetDbConnection(late));
+    EXPECT_FALSE(assignment.SetDbConnection(late));
+    late->open = true;
+    EXPECT_TRUE(assignment.SetDbConnection(late)) << "opened by its owner since";
+    EXPECT_FALSE(assignment.SetDbConnection(late));
 }
