@@ -152,10 +152,15 @@ bool clsUserAuth::Whole(std::string_view where, Work work) const {
 bool clsUserAuth::LoadRights() {
     lclRights.clear();
     lclCursor = 0;
-    return Ready(lclUserId) && Whole("clsUserAuth.LoadRights", [&] {
-               for (const auto& [key, value] : Read(lclUserId)) SetRight(key, value);
-               return true;
-           });
+    if (!Ready(lclUserId)) return false;
+    // One statement needs no transaction, which would keep all others from writing.
+    try {
+        for (const auto& [key, value] : Read(lclUserId)) SetRight(key, value);
+        return true;
+    } catch (const std::exception& error) {
+        lclWorkstation.log.Write("clsUserAuth.LoadRights", error.what());
+        return false;
+    }
 }
 
 bool clsUserAuth::SaveRights() {

@@ -82,7 +82,13 @@ TEST_F(Rights, AreKeptPerUserWhateverTheName) {
     }
     for (const auto& user : users) {
         const auto auth = Of(user);
+        connection->steps = 0;
+        connection->countsAll = true;
+        connection->onStep = [](int) {};
         ASSERT_TRUE(auth->LoadRights());
+        EXPECT_EQ(connection->steps, 1) << "reading begins no transaction: others go on writing";
+        connection->countsAll = false;
+        connection->onStep = nullptr;
         EXPECT_EQ(auth->GetRight("Mail"), "v " + user);
         EXPECT_EQ(auth->GetRight("Eigen 'recht'"), "100%");
     }
