@@ -30,6 +30,7 @@ using namespace kavidex;
 namespace fs = std::filesystem;
 
 constexpr int folders = 5000, documentsPerFolder = 20, filesToFile = 1000;
+constexpr std::size_t mostBytesAnItem = 160;
 constexpr int nodes = folders * (documentsPerFolder + 1) + 1;
 
 std::string Backslashes(const fs::path& path) {
@@ -147,8 +148,11 @@ bool TreeLoad(const data::ConnectionPtr& connection, const fs::path& file) {
     tree.SetDbConnection(connection);
     tree.SetTreeId(1);
     if (tree.Item()->ChildCollection()->Count() != folders) std::abort();
-    std::printf("memory per loaded item: %zu bytes\n", (mallinfo2().uordblks - before) / nodes);
-    return good;
+    const std::size_t bytes = (mallinfo2().uordblks - before) / nodes;
+    const bool small = bytes <= mostBytesAnItem;
+    std::printf("%-44s %zu bytes (at most %zu)  %s\n", "memory per loaded item", bytes,
+                mostBytesAnItem, small ? "ok" : "MISSED");
+    return good && small;
 }
 
 // A file written whole, as safely as the store's: temporary name, flush, rename, flush the folder.

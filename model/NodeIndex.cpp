@@ -12,7 +12,14 @@ bool IdBelow(const std::pair<NodeId, clsItem*>& node, NodeId id) { return node.f
 } // namespace
 
 bool NodeIndex::Current(const clsItem& root) const {
-    return lclRoot == &root && lclVersion == clsItemCol::StructureVersion();
+    return lclRoot == &root && lclTop == root.ChildCollection().get() &&
+           lclShapeSeen == *lclShape && lclItemsSeen == clsItemCol::ItemsVersion();
+}
+
+void NodeIndex::NoteVersions() {
+    lclTop = lclRoot->ChildCollection().get();
+    lclShapeSeen = *lclShape;
+    lclItemsSeen = clsItemCol::ItemsVersion();
 }
 
 void NodeIndex::Forget() { lclRoot = nullptr; }
@@ -34,6 +41,7 @@ void NodeIndex::Build(clsItem& root) {
     lclNodes.clear();
     FirstDepthFirst(root, [&](clsItem& node) {
         lclNodes.emplace_back(node.Id(), &node);
+        if (node.ChildCollection()) node.ChildCollection()->CountChangesIn(lclShape);
         return false;
     });
     const auto byId = [](const auto& a, const auto& b) { return a.first < b.first; };
@@ -41,7 +49,7 @@ void NodeIndex::Build(clsItem& root) {
     const auto sameId = [](const auto& a, const auto& b) { return a.first == b.first; };
     lclDuplicates = std::adjacent_find(lclNodes.begin(), lclNodes.end(), sameId) != lclNodes.end();
     lclRoot = &root;
-    lclVersion = clsItemCol::StructureVersion();
+    NoteVersions();
     lclVisited = 0;
 }
 
@@ -50,12 +58,17 @@ void NodeIndex::Added(clsItem& item) {
     const bool known = place != lclNodes.end() && place->first == item.Id();
     if (known || item.ChildCollection()) return Forget();
     lclNodes.emplace(place, item.Id(), &item);
-    lclVersion = clsItemCol::StructureVersion();
+    NoteVersions();
 }
 
 void NodeIndex::Moved() {
     if (lclDuplicates) return Forget(); // which of two comes first may have changed
-    lclVersion = clsItemCol::StructureVersion();
+    NoteVersions();
+}
+
+void NodeIndex::Attached(clsItemCol& children) {
+    children.CountChangesIn(lclShape);
+    NoteVersions();
 }
 
 } // namespace kavidex::model

@@ -22,7 +22,7 @@ RecordClass::~RecordClass() {
 }
 
 bool RecordClass::OpenDataSource() {
-    lclConnected = false;
+    lclConnected = lclSaved = false;
     return Guarded("OpenDataSource", [&] {
         lclRecordset = Store(lclConnection).Read(SelectStatement());
         if (!LiveRows().empty()) lclRecordset->SetFilter(LiveRows());
@@ -74,7 +74,7 @@ std::int64_t RecordClass::AbsolutePosition() const {
 void RecordClass::SetAbsolutePosition(std::int64_t position) {
     if (!lclConnected || position < 1) return;
     lclRecordset->SetAbsolutePosition(position);
-    if (AtRow()) RowChanged();
+    Moved();
 }
 
 bool RecordClass::Eof() const {
@@ -83,16 +83,21 @@ bool RecordClass::Eof() const {
 
 bool RecordClass::Bof() const { return !lclConnected || lclRecordset->Bof(); }
 
+void RecordClass::Moved() {
+    lclSaved = false;
+    if (AtRow()) RowChanged();
+}
+
 void RecordClass::Move(std::int64_t rows) {
     if (!lclConnected) return;
     lclRecordset->Move(rows);
-    if (AtRow()) RowChanged();
+    Moved();
 }
 
 void RecordClass::MovePrevious() {
     if (!lclConnected) return;
     lclRecordset->MovePrevious();
-    if (AtRow()) RowChanged();
+    Moved();
 }
 
 void RecordClass::MoveQuietly(void (data::Recordset::*move)()) {
@@ -100,7 +105,7 @@ void RecordClass::MoveQuietly(void (data::Recordset::*move)()) {
     try {
         if (lclRecordset->RecordCount() <= 0) return;
         (lclRecordset.get()->*move)();
-        if (AtRow()) RowChanged();
+        Moved();
     } catch (const std::exception& error) {
         lclWorkstation.log.Write(lclClassName, error.what());
     }
@@ -109,6 +114,10 @@ void RecordClass::MoveQuietly(void (data::Recordset::*move)()) {
 void RecordClass::MoveFirst() { MoveQuietly(&data::Recordset::MoveFirst); }
 void RecordClass::MoveLast() { MoveQuietly(&data::Recordset::MoveLast); }
 void RecordClass::MoveNext() { MoveQuietly(&data::Recordset::MoveNext); }
+
+void RecordClass::ReportNoRow(std::string_view where) const {
+    lclWorkstation.log.Write(lclClassName + "." + std::string(where), "There is no current row");
+}
 
 void RecordClass::Report(std::string_view where, const std::exception& error) const {
     const auto* const known = dynamic_cast<const platform::Error*>(&error);

@@ -68,6 +68,15 @@ protected:
     virtual void RowChanged() {}
 
     bool AtRow() const;
+    // Runs a change of the current row as Guarded does; false, and nothing done, where an open data
+    // source stands at its end: the properties still show the row before.
+    template <class Work>
+    bool GuardedRow(std::string_view where, Work work) {
+        if (!lclConnected || AtRow() || lclSaved) return Guarded(where, work);
+        ReportNoRow(where);
+        return false;
+    }
+    void RowSaved() { lclSaved = true; } // a new row is the one that the properties show
     const data::Recordset* Current() const { return AtRow() ? lclRecordset.get() : nullptr; }
     std::int64_t FieldSize(std::string_view column) const; // 0 when there is no current row
     // Runs the work; a failure is shown and logged, and gives false.
@@ -80,11 +89,13 @@ protected:
             return false;
         }
     }
+    void ReportNoRow(std::string_view where) const; // in the log
     void Report(std::string_view where, const std::exception& error) const;
     const data::Translation& Translation() const { return lclTranslation; }
     const platform::Workstation& Machine() const { return lclWorkstation; }
 
 private:
+    void Moved();
     void MoveQuietly(void (data::Recordset::*move)());
 
     const platform::Workstation& lclWorkstation;
@@ -94,6 +105,7 @@ private:
     std::string lclTableName, lclOrdering;
     std::string lclTitle, lclClassName;
     bool lclConnected = false;
+    bool lclSaved = false; // since the data source was opened or moved
 };
 
 } // namespace kavidex::model

@@ -5,6 +5,8 @@
 #include "data/Error.h"
 #include "data/clsSettings.h"
 #include "data/modData.h"
+#include "data/transactions.h"
+#include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/modCreateGuid.h"
 #include "platform/text.h"
@@ -41,12 +43,15 @@ void Store::Write(std::string_view statement) const {
         lclConnection->Execute(statement);
 }
 
-Transaction::Transaction(const Store& store) {
+Transaction::Transaction(const Store& store, const platform::Workstation& workstation)
+    : lclWorkstation(workstation) {
     try {
         store.Connection()->BeginTrans();
         lclConnection = store.Connection();
-    } catch (const std::exception&) {
-        // An engine that has none: each statement then stands for itself.
+    } catch (const std::exception& error) {
+        lclWorkstation.log.Write("Transaction", std::string("Not begun: ") + error.what());
+        // Each statement stands for itself where there are none.
+        if (data::HasTransactions(store.Connection())) throw;
     }
 }
 
@@ -56,8 +61,9 @@ void Transaction::RollBack() noexcept {
     if (!lclConnection) return;
     try {
         std::exchange(lclConnection, nullptr)->RollbackTrans();
-    } catch (const std::exception&) {
-        // The connection is gone, and what it had not committed with it.
+    } catch (const std::exception& error) {
+        // Mostly the connection is gone, and what it had not committed with it.
+        lclWorkstation.log.Write("Transaction", std::string("Not rolled back: ") + error.what());
     }
 }
 
@@ -67,9 +73,10 @@ void Transaction::Commit() {
     lclConnection = nullptr;
 }
 
-std::int32_t InsertRow(const Store& store, const NewRow& row,
+std::int32_t InsertRow(const platform::Workstation& workstation, const Store& store,
+                       const NewRow& row,
                        const std::function<void(data::Recordset&, std::int32_t)>& complete) {
-    Transaction transaction(store);
+    Transaction transaction(store, workstation);
     store.Write(row.insert);
     const data::RecordsetPtr rows = store.Read(row.find);
     if (rows->Eof())

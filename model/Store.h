@@ -30,10 +30,11 @@ private:
     bool lclMySql;
 };
 
-// Rolled back unless committed. On an engine without transactions it does nothing.
+// Rolled back unless committed. On an engine without transactions it does nothing, which is the
+// only reason to go on without one: a begin that fails otherwise throws. What fails is logged.
 class Transaction {
 public:
-    explicit Transaction(const Store& store);
+    Transaction(const Store& store, const platform::Workstation& workstation);
     ~Transaction();
     Transaction(const Transaction&) = delete;
     Transaction& operator=(const Transaction&) = delete;
@@ -41,6 +42,7 @@ public:
     void RollBack() noexcept; // nothing once it is committed
 
 private:
+    const platform::Workstation& lclWorkstation;
     data::ConnectionPtr lclConnection; // null when there is nothing to end
 };
 
@@ -50,7 +52,8 @@ struct NewRow {
     std::string insert, find;
     std::string_view keyColumn = "Id";
 };
-std::int32_t InsertRow(const Store& store, const NewRow& row,
+std::int32_t InsertRow(const platform::Workstation& workstation, const Store& store,
+                       const NewRow& row,
                        const std::function<void(data::Recordset&, std::int32_t key)>& complete);
 
 void SetNumber(data::Recordset& row, std::string_view column, std::int64_t number);

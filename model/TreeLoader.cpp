@@ -23,16 +23,19 @@ TreeLoader::TreeLoader(const platform::Workstation& workstation,
                        data::Translation translation)
     : lclWorkstation(workstation), lclStore(connection), lclTranslation(std::move(translation)),
       lclOrderByName(orderByName),
-      lclShowDeleted(platform::GetRegFlag(workstation, "TreeSettings", "ShowDeleted")) {}
+      lclShowDeleted(platform::GetRegFlag(workstation, "TreeSettings", "ShowDeleted")),
+      lclWork(workstation, data::Translated(lclTranslation, "Dossier openen"),
+              data::Translated(lclTranslation, "Mappen en documenten worden gelezen.")) {}
 
 clsItemColPtr TreeLoader::Load(NodeId parentId) {
     lclFolders.insert(parentId);
     clsItemColPtr top = ReadChildren(parentId);
     while (!lclToRead.empty()) {
+        lclWork.Step();
         clsItem& folder = *lclToRead.back();
         lclToRead.pop_back();
         if (clsItemColPtr children = ReadChildren(folder.Id()))
-            folder.SetChildCollection(std::move(children));
+            folder.AttachChildren(std::move(children));
     }
     return top;
 }
@@ -67,8 +70,9 @@ void TreeLoader::AddRows(data::Recordset& rows, clsItemCol& children) {
                       itemField = rows.IndexOf("ItemId"), parentField = rows.IndexOf("ParentId"),
                       textField = rows.IndexOf("Description");
     for (; !rows.Eof(); rows.MoveNext()) {
+        lclWork.Step();
         const NodeId id = data::ToInt32(rows.Get(idField));
-        std::string type = TrimmedText(rows.Get(typeField));
+        const std::string type = TrimmedText(rows.Get(typeField));
         const bool folder = fncCanHaveChildren(type);
         if (id == 0 || (folder && !lclFolders.insert(id).second)) {
             lclWorkstation.log.Write(routine,
@@ -78,9 +82,8 @@ void TreeLoader::AddRows(data::Recordset& rows, clsItemCol& children) {
         }
         std::string description = TrimmedText(rows.Get(textField));
         if (data::ToInt32(rows.Get(parentField)) < 0) description += deletedMark;
-        auto item =
-            std::make_shared<clsItem>(id, std::move(type), data::ToInt32(rows.Get(itemField)),
-                                      std::move(description), lclStore.Connection());
+        auto item = std::make_shared<clsItem>(id, type, data::ToInt32(rows.Get(itemField)),
+                                              description, lclStore.Connection());
         if (folder) lclToRead.push_back(item.get());
         children.Append(std::move(item));
     }

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "data/Texts.h"
+#include "model/LongWork.h"
 #include "model/Store.h"
 #include "model/clsItemCol.h"
 
@@ -30,6 +31,7 @@ private:
     const Store lclStore;
     const data::Translation lclTranslation;
     const bool lclOrderByName, lclShowDeleted;
+    LongWork lclWork;
     std::unordered_set<NodeId> lclFolders; // met so far
     std::vector<clsItem*> lclToRead;       // folders whose children are to be read, next one last
     std::vector<std::string> lclShown;     // messages, each shown once a load

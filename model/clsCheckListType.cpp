@@ -80,7 +80,7 @@ void clsCheckListType::DeleteRows() {
 void clsCheckListType::UpdateCurrentType() {
     if (!lclConnection) return;
     const Store store(lclConnection);
-    Transaction transaction(store);
+    Transaction transaction(store, lclWorkstation);
     DeleteRows();
     for (const clsFieldPtr& field : lclFields)
         store.Write("Insert into tblChecklistFields (TabType , intOrder, FieldDescription, "

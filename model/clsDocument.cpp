@@ -99,6 +99,7 @@ std::string clsDocument::MakeTypeFolder(std::string_view base) const {
 bool clsDocument::SaveNewRow() {
     return Guarded("SaveNewRow", [&] {
         InsertNewRow();
+        RowSaved();
         return true;
     });
 }
@@ -118,14 +119,15 @@ void clsDocument::InsertNewRow() {
                  data::SqlValue(lclDocType) + "," + guid + ")";
     row.find = "Select * from " + TableName() + " where DocGuid = " + guid;
 
-    Transaction transaction(store);
-    const std::int32_t id = InsertRow(store, row, [&](data::Recordset& rows, std::int32_t key) {
-        lclAllreadyExists = Machine().files.FileExists(MakePath(BaseFolder(), key));
-        SetNumber(rows, "DocId", lclAllreadyExists ? 0 : key);
-        if (!lclAllreadyExists) return;
-        rows.Set("DocGuid", std::string());
-        rows.Set("Description", std::string(markedDescription));
-    });
+    Transaction transaction(store, Machine());
+    const std::int32_t id =
+        InsertRow(Machine(), store, row, [&](data::Recordset& rows, std::int32_t key) {
+            lclAllreadyExists = Machine().files.FileExists(MakePath(BaseFolder(), key));
+            SetNumber(rows, "DocId", lclAllreadyExists ? 0 : key);
+            if (!lclAllreadyExists) return;
+            rows.Set("DocGuid", std::string());
+            rows.Set("Description", std::string(markedDescription));
+        });
     if (!lclSendTo.empty() || !lclRecievedFrom.empty())
         store.Write("Insert into tblDocExtraInfo "
                     "(DocId,SendTo,SendFrom,RecievedOn,SendOn,NrOfAttatchements) Values (" +
@@ -149,7 +151,7 @@ bool clsDocument::IsNewRowThere() const {
 
 void clsDocument::RemoveNewRow() {
     const Store store(DbConnection());
-    Transaction transaction(store);
+    Transaction transaction(store, Machine());
     if (lclExtraInfoId != 0)
         store.Write("Delete from tblDocExtraInfo where DocId = " + Number(lclId));
     store.Write("Delete from " + TableName() + " where DocGuid = " + data::SqlValue(lclGuid));
@@ -170,11 +172,11 @@ std::int32_t clsDocument::ExtraInfoId(std::int32_t document) {
 }
 
 bool clsDocument::UpdateCurrentRow() {
-    return Guarded("UpdateCurrentRow", [&] {
+    return GuardedRow("UpdateCurrentRow", [&] {
         const Store store(DbConnection());
         // What was never read or written by this object would be overwritten unseen.
         const std::int32_t extraInfo = lclExtraInfoOf == lclDocId ? ExtraInfoId(lclDocId) : 0;
-        Transaction transaction(store);
+        Transaction transaction(store, Machine());
         store.Write("update " + TableName() + " set ExternalId = " + data::SqlValue(lclExternalId) +
                     ", InsertedBy = " + data::SqlValue(lclInsertedBy) +
                     ", InsertDate = " + data::SqlNumber(lclInsertDate) +
@@ -195,7 +197,7 @@ bool clsDocument::UpdateCurrentRow() {
 }
 
 bool clsDocument::DeleteCurrentRow() {
-    return Guarded("DeleteCurrentRow", [&] {
+    return GuardedRow("DeleteCurrentRow", [&] {
         if (lclId < 1) // minus a negative number would bring the document back, or read as a remark
             throw data::Error(data::errors::badEof, "There is no current document.", "clsDocument");
         const Store store(DbConnection());
@@ -204,7 +206,7 @@ bool clsDocument::DeleteCurrentRow() {
                                   "clsDocument");
         const std::int32_t extraInfo = ExtraInfoId(lclId);
         const std::string id = Number(lclId);
-        Transaction transaction(store);
+        Transaction transaction(store, Machine());
         TakeOutRow();
         store.Write("delete from " + TableName() + "uplink where serverrefId = " + id);
         if (extraInfo > 0)

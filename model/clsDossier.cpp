@@ -40,15 +40,16 @@ bool clsDossier::SaveNewRow() {
                      Number(ChildId()) + ", " + data::SqlValue(ChildType()) + ", " +
                      Number(TreeId()) + "," + guid + ")";
         row.find = "Select * from " + TableName() + " where RelGuid = " + guid;
-        SetId(InsertRow(Store(DbConnection()), row, [](data::Recordset& rows, std::int32_t key) {
-            SetNumber(rows, "RelId", key);
-        }));
+        SetId(InsertRow(
+            Machine(), Store(DbConnection()), row,
+            [](data::Recordset& rows, std::int32_t key) { SetNumber(rows, "RelId", key); }));
+        RowSaved();
         return true;
     });
 }
 
 bool clsDossier::UpdateCurrentRow() {
-    return Guarded("UpdateCurrentRow", [&] {
+    return GuardedRow("UpdateCurrentRow", [&] {
         Store(DbConnection())
             .Write("update " + TableName() + " set DossierId = " + Number(DossierId()) +
                    ", Type= " + data::SqlValue(DossierType()) + ", ChildDossierId= " +
@@ -59,7 +60,7 @@ bool clsDossier::UpdateCurrentRow() {
 }
 
 bool clsDossier::DeleteCurrentRow() {
-    return Guarded("DeleteCurrentRow", [&] {
+    return GuardedRow("DeleteCurrentRow", [&] {
         Store(DbConnection())
             .Write("update " + TableName() + " set Relid= " + Number(-std::int64_t{Id()}) +
                    " where relid= " + Number(Id()));

@@ -30,25 +30,46 @@ bool clsDossierDbRelations::SaveNewRow() {
                      data::SqlValue(DbKey()) + "," + guid + ")";
         row.find = "Select * from " + TableName() + " where DbRelGuid = " + guid;
         row.keyColumn = "DossierId";
-        SetDossierId(
-            InsertRow(Store(DbConnection()), row, [](data::Recordset& rows, std::int32_t key) {
-                SetNumber(rows, "dbRelId", key);
-            }));
+        SetDossierId(InsertRow(
+            Machine(), Store(DbConnection()), row,
+            [](data::Recordset& rows, std::int32_t key) { SetNumber(rows, "dbRelId", key); }));
+        RowSaved();
         return true;
     });
+}
+
+void clsDossierDbRelations::WriteKey() const {
+    Store(DbConnection())
+        .Write("Update " + TableName() + " set dbKey = " + data::SqlValue(DbKey()) +
+               " where dbRelId = " + Number(DossierId()));
 }
 
 bool clsDossierDbRelations::UpdateCurrentRow() {
-    return Guarded("UpdateCurrentRow", [&] {
-        Store(DbConnection())
-            .Write("Update " + TableName() + " set dbKey = " + data::SqlValue(DbKey()) +
-                   " where dbRelId = " + Number(DossierId()));
+    return GuardedRow("UpdateCurrentRow", [&] {
+        WriteKey();
         return true;
     });
 }
 
+bool clsDossierDbRelations::Rekey(std::string_view newKey) {
+    const std::string oldKey = DbKey();
+    const bool done = GuardedRow("Rekey", [&] {
+        const Store store(DbConnection());
+        Transaction transaction(store, Machine());
+        SetDbKey(newKey);
+        WriteKey();
+        if (!oldKey.empty())
+            store.Write("update tblDocument set ExternalId = " + data::SqlValue(newKey) +
+                        " where ExternalId = " + data::SqlValue(oldKey));
+        transaction.Commit();
+        return true;
+    });
+    if (!done) SetDbKey(oldKey);
+    return done;
+}
+
 bool clsDossierDbRelations::DeleteCurrentRow() {
-    return Guarded("DeleteCurrentRow", [&] {
+    return GuardedRow("DeleteCurrentRow", [&] {
         Store(DbConnection())
             .Write("update " + TableName() + " set DbRelId = " +
                    Number(-std::int64_t{DossierId()}) + " where DBrelid= " + Number(DossierId()));

@@ -25,6 +25,8 @@ public:
 
     bool SaveNewRow() override;
     bool UpdateCurrentRow() override;
+    // Gives the dossier another key, and its documents with it: all of it or nothing.
+    bool Rekey(std::string_view newKey);
     bool DeleteCurrentRow() override;
 
 protected:
@@ -34,6 +36,7 @@ protected:
     void RowChanged() override { LoadData(); }
 
 private:
+    void WriteKey() const;
     struct Row {
         std::string dbKey;
         std::int32_t dossierId = 0;

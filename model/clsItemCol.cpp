@@ -7,6 +7,7 @@
 
 #include "data/modData.h"
 #include "model/Store.h"
+#include "model/treeRows.h"
 #include "model/walk.h"
 #include "platform/Error.h"
 #include "platform/text.h"
@@ -21,7 +22,7 @@ constexpr auto outOfRange = static_cast<std::int32_t>(0x800A0009);
 constexpr auto keyInUse = static_cast<std::int32_t>(0x800A01C9);
 
 // Trees live on several threads of one host; each needs only to see its own changes.
-std::atomic<std::uint64_t> structureVersion{1};
+std::atomic<std::uint64_t> itemsVersion{1};
 
 std::string KeyOf(NodeId id) { return "C" + std::to_string(id); }
 
@@ -35,9 +36,15 @@ NodeId InsertNode(const platform::Workstation& workstation, const data::Connecti
                  data::SqlValue(type) + ", " + Number(itemId) + ", " + Number(parentId) + ", " +
                  data::SqlValue(description) + "," + guid + ")";
     row.find = "Select * from tblTreeItem where TreeItemGuid = " + guid;
-    return InsertRow(Store(connection), row, [](data::Recordset& rows, std::int32_t key) {
-        SetNumber(rows, "TreeItemId", key);
-    });
+    const Store store(connection);
+    Transaction transaction(store, workstation);
+    if (parentId > 0) HoldNode(store, parentId);
+    const std::int32_t id =
+        InsertRow(workstation, store, row, [](data::Recordset& rows, std::int32_t key) {
+            SetNumber(rows, "TreeItemId", key);
+        });
+    transaction.Commit();
+    return id;
 }
 
 } // namespace
@@ -59,7 +66,7 @@ clsItemCol::clsItemCol(const platform::Workstation& workstation) : lclWorkstatio
 // Takes what only this collection still holds apart level by level: a chain of ten thousand nodes
 // would otherwise end as deep on the stack.
 clsItemCol::~clsItemCol() {
-    StructureChanged();
+    Changed();
     std::vector<clsItemPtr> doomed = lclItems.TakeAll();
     while (!doomed.empty()) {
         const clsItemPtr item = std::move(doomed.back());
@@ -72,14 +79,22 @@ clsItemCol::~clsItemCol() {
     }
 }
 
-std::uint64_t clsItemCol::StructureVersion() {
-    return structureVersion.load(std::memory_order_relaxed);
+std::uint64_t clsItemCol::ItemsVersion() { return itemsVersion.load(std::memory_order_relaxed); }
+
+void clsItemCol::ItemChanged() { itemsVersion.fetch_add(1, std::memory_order_relaxed); }
+
+void clsItemCol::Changed() {
+    if (lclChanges) ++*lclChanges;
 }
 
-void clsItemCol::StructureChanged() { structureVersion.fetch_add(1, std::memory_order_relaxed); }
+void clsItemCol::CountChangesIn(const std::shared_ptr<std::uint64_t>& counter) {
+    if (lclChanges == counter) return;
+    Changed();
+    lclChanges = counter;
+}
 
 void clsItemCol::Append(clsItemPtr item) {
-    StructureChanged();
+    Changed();
     lclHighestId = std::max(lclHighestId, item->Id());
     lclItems.Append(std::move(item));
 }
@@ -104,8 +119,7 @@ clsItemPtr clsItemCol::AddItem(NodeId& id, std::string_view type, clsItemColPtr 
     if (children.get() == this || AnyBelow(children, isThis))
         throw platform::Error(invalidCall, "A collection cannot hang from its own member.");
     if (id == 0) id = InsertNode(lclWorkstation, connection, type, itemId, parentId, description);
-    auto item = std::make_shared<clsItem>(id, std::string(type), itemId, std::string(description),
-                                          lclConnection);
+    auto item = std::make_shared<clsItem>(id, type, itemId, description, lclConnection);
     item->lclChildren = std::move(children);
     Add(item);
     return item;
@@ -121,6 +135,20 @@ clsItemPtr clsItemCol::AddUserGroup(std::string_view description,
                                     const data::ConnectionPtr& connection, NodeId parentId) {
     NodeId id = 0;
     return AddItem(id, itemTypes::userGroup, nullptr, 0, description, connection, parentId);
+}
+
+void clsItemCol::MoveRow(NodeId item, const data::ConnectionPtr& connection,
+                         NodeId newParent) const {
+    const Store store(connection);
+    Transaction transaction(store, lclWorkstation);
+    HoldNode(store, newParent);
+    HoldNode(store, item);
+    if (LiesWithin(store, newParent, item))
+        throw platform::Error(invalidCall,
+                              "The item " + Number(item) + " holds its new parent by now.");
+    store.Write("Update tbltreeitem set ParentId = " + Number(newParent) +
+                " Where TreeItemId = " + Number(item));
+    transaction.Commit();
 }
 
 clsItemPtr clsItemCol::MoveItem(const clsItemPtr& item, const data::ConnectionPtr& connection,
@@ -139,12 +167,11 @@ clsItemPtr clsItemCol::MoveItem(const clsItemPtr& item, const data::ConnectionPt
     };
     if (FirstDepthFirst(*item, within)) return nullptr; // it would hang from itself, out of reach
     RefuseSecond(item->Id());
-    Store(connection)
-        .Write("Update tbltreeitem set ParentId = " + Number(newParent->Id()) +
-               " Where TreeItemId = " + Number(item->Id()));
+    MoveRow(item->Id(), connection, newParent->Id());
     clsItemPtr moved = item; // the reference may live in the old parent's collection
     Append(moved);
     siblings->lclItems.Remove(moved->Id());
+    siblings->Changed();
     return moved;
 }
 
@@ -162,7 +189,7 @@ void clsItemCol::Remove(NodeId id) {
     const clsItemPtr removed = lclItems.Remove(id);
     if (!removed)
         throw platform::Error(invalidCall, "There is no item " + KeyOf(id) + " in the collection.");
-    StructureChanged();
+    Changed();
 }
 
 void clsItemCol::Remove(std::string_view key) {

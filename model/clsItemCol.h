@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <string>
 #include <string_view>
@@ -68,20 +69,25 @@ public:
     void Append(clsItemPtr item);
     void Reserve(std::size_t count) { lclItems.Reserve(count); }
 
-    // Changes whenever any tree of the process changes its shape; what was looked up before may
-    // then be out of date.
-    static std::uint64_t StructureVersion();
+    // From now on every change of the members raises the counter; one that counted before is raised
+    // a last time, since it will not hear of the next.
+    void CountChangesIn(const std::shared_ptr<std::uint64_t>& counter);
+    // Changes whenever an item of the process is given another id or another collection.
+    static std::uint64_t ItemsVersion();
 
 private:
     friend class clsItem;
-    static void StructureChanged();
+    static void ItemChanged();
+    void Changed();
     void Add(clsItemPtr item);
     void RefuseSecond(NodeId id) const;
+    void MoveRow(NodeId item, const data::ConnectionPtr& connection, NodeId newParent) const;
 
     const platform::Workstation& lclWorkstation;
     data::ConnectionPtr lclConnection;
     ItemList lclItems;
-    NodeId lclHighestId = 0; // no member has a higher one
+    std::shared_ptr<std::uint64_t> lclChanges; // null while nobody counts
+    NodeId lclHighestId = 0;                   // no member has a higher one
 };
 
 } // namespace kavidex::model

@@ -2,9 +2,11 @@
 
 #include "data/Error.h"
 #include "data/modData.h"
+#include "model/LongWork.h"
 #include "model/NodeIndex.h"
 #include "model/Store.h"
 #include "model/TreeLoader.h"
+#include "model/treeRows.h"
 #include "model/walk.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -30,6 +32,7 @@ void clsTree::SetItem(clsItemPtr root) {
 }
 
 void clsTree::SetTreeId(std::int32_t id) {
+    LongWork::Guard();
     lclTreeId = id;
     if (id == 0)
         Reset();
@@ -38,6 +41,7 @@ void clsTree::SetTreeId(std::int32_t id) {
 }
 
 void clsTree::SetDbConnection(data::ConnectionPtr connection) {
+    LongWork::Guard();
     const bool first = !lclConnection;
     lclConnection = std::move(connection);
     if (lclTreeId >= 1 && first) Load();
@@ -88,6 +92,7 @@ void clsTree::Store() {
 
 bool clsTree::CreateNew() {
     if (!lclConnection || lclTreeId != 0) return false;
+    LongWork::Guard();
     // Servers store a new tree's flags as 0; the first change puts them right.
     const bool words = data::IsAccessConnection(lclConnection);
     const auto flag = [&](bool value) { return std::string(words ? Word(value) : "0"); };
@@ -99,14 +104,14 @@ bool clsTree::CreateNew() {
                  flag(lclDeleteEnabled) + ", " + flag(lclUpdateEnabled) + ")";
     row.find = "Select * from tblTree where treeguid= " + guid;
     clsItemPtr root;
-    lclTreeId =
-        InsertRow(model::Store(lclConnection), row, [&](data::Recordset& tree, std::int32_t key) {
-            SetNumber(tree, "TreeId", key);
-            clsItemCol roots(lclWorkstation);
-            roots.SetDbConnection(lclConnection);
-            root = roots.AddTab(lclDescription, lclConnection, 0);
-            SetNumber(tree, "TopItemId", root->Id());
-        });
+    lclTreeId = InsertRow(lclWorkstation, model::Store(lclConnection), row,
+                          [&](data::Recordset& tree, std::int32_t key) {
+                              SetNumber(tree, "TreeId", key);
+                              clsItemCol roots(lclWorkstation);
+                              roots.SetDbConnection(lclConnection);
+                              root = roots.AddTab(lclDescription, lclConnection, 0);
+                              SetNumber(tree, "TopItemId", root->Id());
+                          });
     SetItem(std::move(root));
     return true;
 }
@@ -147,14 +152,13 @@ void clsTree::LoadRoot(NodeId topItem) {
     if (row->Eof()) {
         lclWorkstation.log.Write("clsTree.Load", "Tree " + Number(lclTreeId) + ": its root " +
                                                      Number(topItem) + " is missing");
-        root = std::make_shared<clsItem>(topItem, std::string(itemTypes::tab), 0, lclDescription,
-                                         lclConnection);
+        root = std::make_shared<clsItem>(topItem, itemTypes::tab, 0, lclDescription, lclConnection);
     } else {
         root = std::make_shared<clsItem>(
             data::ToInt32(row->Get("TreeItemId")), TrimmedText(row->Get("Type")),
             data::ToInt32(row->Get("ItemId")), TrimmedText(row->Get("Description")), lclConnection);
     }
-    root->SetChildCollection(fncLoadCollectionFromDatabase(root->Id()));
+    root->AttachChildren(fncLoadCollectionFromDatabase(root->Id()));
     SetItem(std::move(root));
 }
 
@@ -167,7 +171,13 @@ clsItemColPtr clsTree::ChildrenOf(clsItem& parent) {
     if (!parent.ChildCollection()) {
         auto children = std::make_shared<clsItemCol>(lclWorkstation);
         children->SetDbConnection(lclConnection);
-        parent.SetChildCollection(std::move(children));
+        // A current index hears of it by itself, and no other tree's can have this parent then.
+        if (lclIndex->Current(*lclItem)) {
+            parent.AttachChildren(children);
+            lclIndex->Attached(*children);
+        } else {
+            parent.SetChildCollection(children);
+        }
     }
     return parent.ChildCollection();
 }
@@ -180,41 +190,44 @@ clsItemPtr clsTree::AddChildItem(NodeId id, std::string_view type, clsItemColPtr
                                  std::int32_t itemId, std::string_view description,
                                  NodeId parentId) {
     if (parentId == 0 || !lclConnection) return nullptr;
+    LongWork::Guard();
     const clsItemPtr parent = GetItem(parentId, "");
     if (!parent || !parent->AllowChildren()) return nullptr;
     const bool indexed = lclIndex->Current(*lclItem);
-    clsItemPtr added = ChildrenOf(*parent)->AddItem(id, type, std::move(children), itemId,
-                                                    description, lclConnection, parent->Id());
+    const clsItemColPtr into = ChildrenOf(*parent);
+    clsItemPtr added = into->AddItem(id, type, std::move(children), itemId, description,
+                                     lclConnection, parent->Id());
     if (added && indexed) lclIndex->Added(*added);
     return added;
 }
 
 clsItemPtr clsTree::MoveItem(NodeId itemId, NodeId newParentId, NodeId oldParentId) {
     if (newParentId == 0 || newParentId == oldParentId || !lclConnection) return nullptr;
+    LongWork::Guard();
     const clsItemPtr newParent = GetItem(newParentId, "");
     const clsItemPtr item = GetItem(itemId, "");
     const clsItemPtr oldParent = GetItem(oldParentId, "");
     if (!newParent || !item || !newParent->AllowChildren()) return nullptr;
     const bool indexed = lclIndex->Current(*lclItem);
-    clsItemPtr moved = ChildrenOf(*newParent)->MoveItem(item, lclConnection, newParent, oldParent);
+    const clsItemColPtr into = ChildrenOf(*newParent);
+    clsItemPtr moved = into->MoveItem(item, lclConnection, newParent, oldParent);
     if (indexed) lclIndex->Moved();
     return moved;
 }
 
 bool clsTree::DeleteItem(clsItemPtr& item, NodeId id) {
     if (!lclConnection) return false;
+    LongWork::Guard();
     const clsItemPtr doomed = item ? item : GetItem(id, "");
     if (!doomed) return false;
-    const model::Store store(lclConnection);
-    Transaction transaction(store);
-    VisitChildrenFirst(*doomed, [&](const clsItem& node) {
-        if (node.Id() <= 0) return; // deleted before, and in its place already
-        const std::string number = Number(node.Id());
-        store.Write("update tbltreeitem set TreeItemId = -" + number +
-                    ", ParentId = -Parentid where TreeItemId = " + number);
-        store.Write("Delete from tbltreeitemuplink where serverrefId = " + number);
-    });
-    transaction.Commit();
+    if (doomed->Id() > 0) { // otherwise deleted before, and in its place already
+        const model::Store store(lclConnection);
+        Transaction transaction(store, lclWorkstation);
+        LongWork work(lclWorkstation, data::Translated(lclTranslation, "Verwijderen"),
+                      data::Translated(lclTranslation, "Mappen en documenten worden verwijderd."));
+        DeleteSubtree(store, doomed->Id(), [&] { work.Step(); });
+        transaction.Commit();
+    }
     item = nullptr;
     return true;
 }
@@ -232,7 +245,8 @@ clsItemPtr clsTree::GetItemWithinTree(const clsItemPtr& start, NodeId id,
     } else {
         found = FirstDepthFirst(*start, [&](const clsItem& node) {
             return (id != 0 && node.Id() == id) ||
-                   (!description.empty() && platform::EqualNoCase(description, node.Description()));
+                   (!description.empty() &&
+                    platform::EqualNoCase(description, node.DescriptionText()));
         });
     }
     return found ? found->shared_from_this() : nullptr;
@@ -240,6 +254,7 @@ clsItemPtr clsTree::GetItemWithinTree(const clsItemPtr& start, NodeId id,
 
 bool clsTree::Delete() {
     if (!lclConnection || !lclItem) return false;
+    LongWork::Guard();
     bool dangling = false;
     FirstDepthFirst(*lclItem, [&](const clsItem& node) {
         if (&node != lclItem.get()) dangling = SweepNode(node.Id());

@@ -61,7 +61,9 @@ public:
     // True when a new tree was written; only without an id.
     bool CreateNew();
 
-    // Null, and nothing written, when the parent is 0, unknown, or takes no children.
+    // Null, and nothing written, when the parent is 0, unknown, or takes no children. Throws, and
+    // writes nothing, when somebody else has deleted the parent; so does a move when the item is
+    // gone, or holds its new parent by now.
     clsItemPtr AddChildTab(std::string_view description, NodeId parentId);
     clsItemPtr AddChildItem(NodeId id, std::string_view type, clsItemColPtr children,
                             std::int32_t itemId, std::string_view description, NodeId parentId);
@@ -70,8 +72,9 @@ public:
     // the parent is 0, equals the old one, takes no children or lies within the node itself.
     clsItemPtr MoveItem(NodeId itemId, NodeId newParentId, NodeId oldParentId);
 
-    // Soft-deletes the node (the one with `id` when `item` is null) with all below it, and clears
-    // `item`. The collections in memory stay as they are. False when there is no such node.
+    // Soft-deletes the node (the one with `id` when `item` is null) with all that the database has
+    // below it, and clears `item`. The collections in memory stay as they are. False when there is
+    // no such node.
     bool DeleteItem(clsItemPtr& item, NodeId id);
 
     // Depth first, the start node included: the first node with that id (unless 0), or with that

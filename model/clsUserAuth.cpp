@@ -1,11 +1,14 @@
 #include "model/clsUserAuth.h"
 
 #include <algorithm>
+#include <mutex>
 
 #include "data/clsSettings.h"
 #include "data/modData.h"
 #include "model/Store.h"
+#include "platform/Error.h"
 #include "platform/Log.h"
+#include "platform/Messages.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
 
@@ -43,17 +46,55 @@ std::string FromPlain(std::string_view plain) {
     return text;
 }
 
+// The connections whose users know already: every menu asks for its rights.
+class Told {
+public:
+    bool IsNew(const data::ConnectionPtr& connection) {
+        const std::lock_guard guard(lclMutex);
+        std::erase_if(lclTold, [](const auto& told) { return told.expired(); });
+        for (const auto& told : lclTold)
+            if (told.lock() == connection) return false;
+        lclTold.push_back(connection);
+        return true;
+    }
+    void Clear(const data::ConnectionPtr& connection) {
+        const std::lock_guard guard(lclMutex);
+        std::erase_if(lclTold, [&](const auto& told) { return told.lock() == connection; });
+    }
+
+private:
+    std::mutex lclMutex; // hosts have threads, each with its own binder
+    std::vector<std::weak_ptr<data::Connection>> lclTold;
+};
+
+Told& Unreadable() {
+    static Told told;
+    return told;
+}
+
 std::string SectionOf(std::string_view user) { return "Rights." + Plain(platform::Trim(user)); }
 
 } // namespace
 
-bool UseRights(const platform::Workstation& workstation, const data::ConnectionPtr& connection) {
+bool UseRights(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
+               const data::Translation& translation) {
     if (!connection) return true;
-    data::clsSettings settings(workstation);
-    settings.SetDbConnection(connection);
-    std::string value;
-    settings.GetSetting("Rights", "Use", value);
-    return platform::LowerCase(value) == "true";
+    try {
+        const auto use = ReadSetting(workstation, connection, "Rights", "Use");
+        Unreadable().Clear(connection);
+        return use && platform::EqualAsciiNoCase(*use, "true");
+    } catch (const std::exception& error) {
+        workstation.log.Write("UseRights", error.what());
+        if (Unreadable().IsNew(connection)) {
+            const auto* const known = dynamic_cast<const platform::Error*>(&error);
+            platform::Message message;
+            message.caption = data::Translated(translation, "Error in $%$", {"UseRights"});
+            message.text = std::string(error.what()) + " " +
+                           Number(known ? known->Number() : platform::errors::fail);
+            workstation.messages.Show(message);
+        }
+        return true;
+    }
 }
 
 clsUserAuth::clsUserAuth(const platform::Workstation& workstation) : lclWorkstation(workstation) {}
@@ -139,7 +180,7 @@ bool clsUserAuth::Erase(std::string_view user) const {
 template <class Work>
 bool clsUserAuth::Whole(std::string_view where, Work work) const {
     try {
-        Transaction transaction{Store(lclConnection)};
+        Transaction transaction(Store(lclConnection), lclWorkstation);
         if (!work()) return false;
         transaction.Commit();
         return true;

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "data/Connection.h"
+#include "data/Texts.h"
 
 namespace kavidex::platform {
 struct Workstation;
@@ -15,8 +16,10 @@ struct Workstation;
 
 namespace kavidex::model {
 
-// Whether rights are enforced (setting "Rights"/"Use"); true without a connection.
-bool UseRights(const platform::Workstation& workstation, const data::ConnectionPtr& connection);
+// Whether rights are enforced (setting "Rights"/"Use"); true without a connection. When the setting
+// cannot be read they are, and the user is told why, once until it can be read again.
+bool UseRights(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
+               const data::Translation& translation = {});
 
 inline constexpr std::string_view rightGranted = "True", rightRefused = "False";
 

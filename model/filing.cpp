@@ -90,7 +90,8 @@ private:
         CheckFolderLives();
     }
 
-    // Someone else may have deleted it since this tree was loaded.
+    // Someone else may have deleted it since this tree was loaded. Told before the file is copied;
+    // what is deleted meanwhile, the item's insert refuses.
     void CheckFolderLives() const {
         const std::string id = Number(lclRequest.folderId);
         const data::RecordsetPtr row =
@@ -137,7 +138,7 @@ private:
     // All of it becomes true with one commit: the rows, and the file's name just before.
     void Write() {
         const Store store(lclTree.DbConnection());
-        Transaction transaction(store);
+        Transaction transaction(store, lclWorkstation);
         if (!InsertRow()) {
             transaction.Commit(); // the marked rows stay, so that the next filing gets past them
             throw platform::Error(
@@ -167,7 +168,6 @@ private:
                                  lclDocument.Description(), lclRequest.folderId);
         if (!lclResult.item)
             throw platform::Error(platform::errors::fail, "The folder did not take the document.");
-        CheckFolderLives(); // after the write: a lock that begins with a read may have to give way
     }
 
     // The rows go first: a file without one is found and harmless, a row without its file would
@@ -205,7 +205,7 @@ private:
     void RemoveRows() {
         if (!lclInserted || !lclDocument.IsNewRowThere()) return;
         const Store store(lclTree.DbConnection());
-        Transaction transaction(store);
+        Transaction transaction(store, lclWorkstation);
         if (lclDocument.DocId() > 0)
             store.Write("Delete from tblTreeItem where ItemId = " + Number(lclDocument.DocId()) +
                         " and Type = " + data::SqlValue(lclDocument.DocType()));

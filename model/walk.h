@@ -47,19 +47,4 @@ bool AnyBelow(const clsItemColPtr& children, Matches matches) {
     return false;
 }
 
-// Every node, children before their parent; `visit` must not change the tree.
-template <class Visit>
-void VisitChildrenFirst(clsItem& start, Visit visit) {
-    std::vector<WalkLevel> levels{{&start}};
-    while (!levels.empty()) {
-        if (clsItem* const child = levels.back().NextChild()) {
-            levels.push_back({child});
-            continue;
-        }
-        clsItem* const done = levels.back().item;
-        levels.pop_back();
-        visit(*done);
-    }
-}
-
 } // namespace kavidex::model

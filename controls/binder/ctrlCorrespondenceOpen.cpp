@@ -186,8 +186,7 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
         relation.SetDbKey(oldExternalId);
         if (!relation.OpenDataSource()) return -1;
         found = !relation.Eof();
-        relation.SetDbKey(externalId);
-        if (found && !relation.UpdateCurrentRow()) return -1;
+        if (found && !relation.Rekey(externalId)) return -1;
     }
     if (!found) {
         step = -2;

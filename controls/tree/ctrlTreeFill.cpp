@@ -30,6 +30,8 @@ void ctrlTree::LoadTree() {
             tree->SetSortFoldersAndDocs(lclState.FoldersAndDocs);
             tree->SetDbConnection(lclConnection);
             tree->SetTreeId(lclState.TreeId);
+            // A long load lets the host in, which may have chosen another tree meanwhile.
+            if (tree->TreeId() != lclState.TreeId || tree->DbConnection() != lclConnection) return;
             lclTree = std::move(tree);
             lclState.Description = lclTree->Description();
         }

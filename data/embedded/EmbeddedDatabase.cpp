@@ -86,13 +86,14 @@ void MakeFile(std::string_view path, bool base) {
 bool HasJournal(std::string_view path) { return FileSize(JournalOf(path)) > 0u; }
 
 // What can be told before SQLite touches the file.
+constexpr std::string_view signature("SQLite format 3\0", 16);
+
 void CheckHeader(std::string_view path) {
     const std::optional<std::uint64_t> size = FileSize(path);
     if (!size) Refuse(path, "does not exist");
     constexpr std::size_t headerSize = 100;
     const std::string header = embedded::FirstBytes(path, headerSize);
-    if (header.size() < headerSize ||
-        header.compare(0, 16, std::string("SQLite format 3\0", 16)) != 0)
+    if (header.size() < headerSize || header.compare(0, signature.size(), signature) != 0)
         Refuse(path, "is no database of this program");
     const auto byte = [&](std::size_t at) { return static_cast<unsigned char>(header[at]); };
     std::uint64_t pageSize = (byte(16) << 8) | byte(17);
@@ -218,6 +219,9 @@ std::vector<std::string> EmbeddedDatabase::Check(Connection& connection) {
 void EmbeddedDatabase::BackupTo(Connection& connection, std::string_view path) {
     Session& from = SessionOf(connection);
     if (embedded::SameFile(from.Path(), path)) Refuse(path, "is the database itself");
+    // An older copy gives way, be it damaged; a letter or a picture of that name does not.
+    if (FileSize(path).value_or(0) > 0 && embedded::FirstBytes(path, signature.size()) != signature)
+        Refuse(path, "is another file than a database, and is kept");
     const std::string temporary = embedded::TemporaryBeside(path);
     embedded::RemoveFile(temporary);
     try {

@@ -32,8 +32,8 @@ public:
     static std::vector<std::string> Check(Connection& connection);
 
     // A copy of an open database as it stands, others may go on writing meanwhile; an existing file
-    // at `path` is replaced only once the copy is whole. Refused for connections of other engines
-    // and for the database's own path.
+    // at `path` is replaced only once the copy is whole. Refused for connections of other engines,
+    // for the database's own path and for the path of a file that is no database.
     static void BackupTo(Connection& connection, std::string_view path);
 };
 

@@ -160,7 +160,11 @@ TEST_F(EmbeddedFiles, AreCopiedWholeWhileInUse) {
     EXPECT_NE(WordsOf([&] { EmbeddedDatabase::BackupTo(*connection, path); }).find("itself"),
               std::string::npos);
     EXPECT_TRUE(EmbeddedDatabase::Check(*connection).empty());
-    EXPECT_EQ(Entries(), 2u);
+    Write("letter.doc", "Geachte heer");
+    EXPECT_NE(WordsOf([&] { EmbeddedDatabase::BackupTo(*connection, folder.Path("letter.doc")); }),
+              "");
+    EXPECT_EQ(Bytes("letter.doc"), "Geachte heer");
+    EXPECT_EQ(Entries(), 3u);
 }
 
 // A process was killed while it wrote: its journal must not get into another file of that name.

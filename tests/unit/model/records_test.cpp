@@ -401,6 +401,15 @@ TEST_F(Dossiers, AnUpdateRewritesEveryRelationOfTheTree) {
     EXPECT_EQ(machine.messages.shown[0].caption, "Application Runtime Error clsDossier");
     dossier.SetChildId(0);
     ASSERT_TRUE(dossier.OpenDataSource());
+    // At the end there is no row to change, though the properties still show the last one.
+    const auto before = Rows("select * from tblDossierRelations");
+    dossier.MoveLast();
+    dossier.MoveNext();
+    EXPECT_FALSE(dossier.UpdateCurrentRow());
+    EXPECT_FALSE(dossier.DeleteCurrentRow());
+    EXPECT_EQ(Rows("select * from tblDossierRelations"), before);
+    EXPECT_EQ(machine.messages.shown.size(), 1u);
+    dossier.MoveFirst();
     ASSERT_TRUE(dossier.DeleteCurrentRow());
     EXPECT_EQ(connection->statements.back(), "update tblDossierRelations set Relid= -" +
                                                  std::to_string(dossier.Id()) +

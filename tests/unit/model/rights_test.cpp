@@ -70,6 +70,21 @@ TEST_F(Rights, CountOnlyWhenInUse) {
     EXPECT_TRUE(auth->HasRight("Mail"));
 }
 
+TEST_F(Rights, AreRefusedAndToldOnceWhileTheirSwitchCannotBeRead) {
+    const auto auth = Of("jan");
+    auth->SetDbConnection(connection);
+    connection->FailStep(1, true);
+    EXPECT_TRUE(model::UseRights(machine, connection));
+    EXPECT_FALSE(auth->HasRight("Mail"));
+    ASSERT_EQ(machine.messages.shown.size(), 1u);
+    EXPECT_EQ(machine.messages.shown[0].caption, "Error in UseRights");
+    connection->onStep = nullptr;
+    EXPECT_FALSE(model::UseRights(machine, connection)); // not kept
+    connection->FailStep(1, true);
+    EXPECT_TRUE(model::UseRights(machine, connection));
+    EXPECT_EQ(machine.messages.shown.size(), 2u);
+}
+
 TEST_F(Rights, AreKeptPerUserWhateverTheName) {
     const std::vector<std::string> users = {"jan",     "j_n",         "j%n",
                                             "O'Brien", "jan.",        "a*[b]#?",

@@ -1,0 +1,70 @@
+#include "model/LongWork.h"
+
+#include <algorithm>
+#include <mutex>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "platform/Clock.h"
+#include "platform/Error.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+
+namespace kavidex::model {
+namespace {
+
+constexpr std::int64_t dayMs = 24LL * 60 * 60 * 1000, showAfterMs = 500, pumpEveryMs = 50;
+constexpr int stepsALook = 16; // at the clock
+
+// The threads at work; a host may have several, each with its own binder. No thread_local: its
+// clean-up could outlive the library.
+std::mutex mutex;
+std::vector<std::thread::id> atWork;
+
+bool IsThisThread(std::thread::id thread) { return thread == std::this_thread::get_id(); }
+
+std::int64_t Since(std::int64_t then, std::int64_t now) { return (now - then + dayMs) % dayMs; }
+
+} // namespace
+
+LongWork::LongWork(const platform::Workstation& workstation, std::string caption, std::string text)
+    : lclWorkstation(workstation), lclCaption(std::move(caption)), lclText(std::move(text)),
+      lclBegun(Now()), lclPumped(lclBegun) {
+    const std::lock_guard guard(mutex);
+    atWork.push_back(std::this_thread::get_id());
+}
+
+LongWork::~LongWork() {
+    const std::lock_guard guard(mutex);
+    atWork.erase(std::find_if(atWork.begin(), atWork.end(), IsThisThread));
+}
+
+void LongWork::Guard() {
+    const std::lock_guard guard(mutex);
+    if (std::any_of(atWork.begin(), atWork.end(), IsThisThread))
+        throw platform::Error(platform::errors::fail, "The dossier is being read or changed.");
+}
+
+std::int64_t LongWork::Now() const {
+    const platform::DateTime now = lclWorkstation.clock.Now();
+    return ((now.hour * 60LL + now.minute) * 60 + now.second) * 1000 + now.millisecond;
+}
+
+void LongWork::Step() {
+    if (lclBroken || ++lclSteps % stepsALook != 0) return;
+    const std::int64_t now = Now();
+    if (Since(lclPumped, now) < pumpEveryMs) return;
+    lclPumped = now;
+    try {
+        if (!lclDialog && Since(lclBegun, now) >= showAfterMs)
+            lclDialog.emplace(lclWorkstation.busy, lclCaption, lclText); // pumps
+        else
+            lclWorkstation.busy.PumpMessages();
+    } catch (const std::exception& error) {
+        lclBroken = true;
+        lclWorkstation.log.Write("LongWork", error.what());
+    }
+}
+
+} // namespace kavidex::model
