@@ -4,6 +4,7 @@
 
 #include <map>
 #include <memory>
+#include <mutex>
 #include <utility>
 
 #include "com/dispatch/Automation.h"
@@ -19,8 +20,11 @@ class SharedFace : public Face<T> {
 public:
     static ComPtr<IDispatch> For(std::shared_ptr<T> object) {
         if (!object) return {};
-        const auto known = Alive().find(object.get());
-        if (known != Alive().end()) return ComPtr<IDispatch>(known->second);
+        {
+            const std::lock_guard lock(Guard());
+            const auto known = Alive().find(object.get());
+            if (known != Alive().end()) return ComPtr<IDispatch>(known->second);
+        }
         return ComPtr<IDispatch>::Attach(new SharedFace(std::move(object)));
     }
 
@@ -28,10 +32,19 @@ public:
 
 private:
     explicit SharedFace(std::shared_ptr<T> object) : Face<T>(std::move(object)) {
+        const std::lock_guard lock(Guard());
         Alive()[this->Shared().get()] = this;
     }
-    ~SharedFace() override { Alive().erase(this->Shared().get()); }
+    ~SharedFace() override {
+        const std::lock_guard lock(Guard());
+        Alive().erase(this->Shared().get());
+    }
 
+    // An object belongs to one apartment, the map to all of them.
+    static std::mutex& Guard() {
+        static std::mutex guard;
+        return guard;
+    }
     static std::map<const T*, SharedFace*>& Alive() {
         static std::map<const T*, SharedFace*> alive;
         return alive;

@@ -29,6 +29,7 @@ ConnectionAssignment::ConnectionAssignment(const platform::Workstation& workstat
 
 bool ConnectionAssignment::SetDbConnection(const ConnectionPtr& connection) {
     if (IsCurrent(connection)) return false;
+    if (lclConnection && lclListeners.leaving) lclListeners.leaving();
     lclConnection = connection;
     lclLive = connection && connection->IsOpen();
     if (lclListeners.changed) lclListeners.changed();

@@ -18,6 +18,8 @@ namespace kavidex::data {
 
 // Called in this order while a connection is assigned; each may be empty.
 struct ConnectionListeners {
+    // The connection in use gives way to another database or to none; it is still the current one.
+    std::function<void()> leaving{};
     std::function<void()> changed; // property "DbConnection" changed
     // To the folder tree and the checklist; before the schema is checked. Null on release.
     std::function<void(const ConnectionPtr&)> handOver;

@@ -19,7 +19,7 @@ constexpr char noDossier[] = "No dossier is open: choose Dossier, Open (Ctrl+O)"
 constexpr UINT startMessage = WM_APP + 1;
 constexpr UINT_PTR closeTimer = 1;
 
-void Complain(HWND owner, const platform::Error& error) {
+void Complain(HWND owner, const std::exception& error) {
     MessageBoxW(owner, ToWide(error.what()).c_str(), title, MB_OK | MB_ICONEXCLAMATION);
 }
 
@@ -73,7 +73,7 @@ LRESULT CALLBACK HostWindow::Procedure(HWND window, UINT message, WPARAM wparam,
     if (!self) return DefWindowProcW(window, message, wparam, lparam);
     try {
         return self->Handle(message, wparam, lparam);
-    } catch (const platform::Error& error) {
+    } catch (const std::exception& error) {
         self->Report("error " + std::string(error.what()));
         self->lclExitCode = 1;
         if (self->lclOptions.closeWhen.empty()) Complain(window, error);
@@ -119,7 +119,7 @@ void HostWindow::Start() {
                         [this](const platform::win32::SiteEvent& event) {
                             std::vector<std::string> texts;
                             for (const auto& argument : event.Arguments())
-                                texts.push_back(argument.ToText());
+                                texts.push_back(platform::win32::TextOf(argument));
                             OnEvent(event.name, texts);
                         },
                     // There is no other control to tab to: around it goes again.

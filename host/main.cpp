@@ -25,7 +25,7 @@ std::vector<std::string> Words() {
 int Run() {
     try {
         return host::HostWindow(host::ParseOptions(Words())).Run();
-    } catch (const platform::Error& error) {
+    } catch (const std::exception& error) {
         MessageBoxW(nullptr, platform::win32::ToWide(error.what()).c_str(), L"kavidex-host",
                     MB_OK | MB_ICONEXCLAMATION);
         return 2;

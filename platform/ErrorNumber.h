@@ -5,6 +5,10 @@
 
 namespace kavidex::platform {
 
+namespace errors {
+constexpr std::int32_t invalidPropertyValue = 380;
+}
+
 // Run-time errors of automation travel as results of its own facility: 3021 as 0x800A0BCD. They
 // read as the number itself; any other result stays as it is.
 constexpr std::int32_t ShownNumber(std::int32_t number) {

@@ -1,6 +1,7 @@
 #include "platform/FileLog.h"
 
 #include <cstdio>
+#include <optional>
 
 #include "platform/Clock.h"
 #include "platform/Files.h"
@@ -33,16 +34,29 @@ void FileLog::Write(std::string_view where, std::string_view what) noexcept {
     if (lclWriting) return; // a part of the machine that logs while it serves the log
     lclWriting = true;
     try {
-        const auto path = lclRegistry.Read(applicationName, "DebugFlags", "LogFile");
-        if (path && !TrimView(*path).empty()) {
-            MakeRoom(*path);
-            AppendToFile(*path, TimeStamp(lclClock.Now()) + ' ' + OneLine(where) + ": " +
-                                    OneLine(what) + "\r\n");
+        const auto path = Path();
+        if (!path.empty()) {
+            MakeRoom(path);
+            AppendToFile(path, TimeStamp(lclClock.Now()) + ' ' + OneLine(where) + ": " +
+                                   OneLine(what) + "\r\n");
         }
     } catch (...) {
         // The last resort has none of its own.
     }
     lclWriting = false;
+}
+
+std::string FileLog::Path() {
+    std::optional<std::string> chosen;
+    try {
+        chosen = lclRegistry.Read(applicationName, "DebugFlags", "LogFile");
+    } catch (const std::exception&) {
+        // What is wrong with the options is worth a line too.
+    }
+    if (chosen) return Trim(*chosen);
+    if (lclFolder.empty()) return {};
+    if (!lclFiles.DirectoryExists(lclFolder)) lclFiles.CreateDirectories(lclFolder);
+    return JoinPath(lclFolder, "Kavidex.log");
 }
 
 void FileLog::MakeRoom(const std::string& path) {

@@ -1,5 +1,5 @@
-// The optional text log, for what the failure rules swallow. Off unless the workstation asks for it
-// (section "DebugFlags", key "LogFile": the file's full path).
+// The text log, for what the failure rules swallow. The workstation may name the file (section
+// "DebugFlags", key "LogFile": the full path, empty for no log).
 #pragma once
 
 #include <string_view>

@@ -4,6 +4,8 @@
 
 #include "com/adodb/ConnectionObject.h"
 #include "data/win32/LateAdoConnection.h"
+#include "platform/Error.h"
+#include "platform/ErrorNumber.h"
 
 namespace kavidex::com::adodb {
 
@@ -17,11 +19,22 @@ std::map<IUnknown*, std::weak_ptr<LateAdoConnection>>& Engines() {
     return engines;
 }
 
+// Refused, before anything is kept: the object lacks what will be called.
+void Demand(const ComPtr<IDispatch>& object) {
+    const platform::win32::Late given(object);
+    for (const wchar_t* const name : {L"State", L"Properties", L"Execute", L"BeginTrans"})
+        if (!given.Has(name))
+            throw platform::Error(platform::errors::invalidPropertyValue,
+                                  "Invalid property value: a connection has a member " +
+                                      platform::win32::FromWide(name));
+}
+
 data::ConnectionPtr EngineFor(const ComPtr<IDispatch>& object) {
     auto& engines = Engines();
     std::erase_if(engines, [](const auto& entry) { return entry.second.expired(); });
     auto& known = engines[object.Query<IUnknown>().Get()];
     if (auto engine = known.lock()) return engine;
+    Demand(object);
     auto made = std::make_shared<LateAdoConnection>(platform::win32::Late(object));
     known = made;
     return made;

@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "com/controls/HostObjects.h"
 #include "data/win32/Convert.h"
 #include "platform/win32/Late.h"
 #include "platform/win32/Variant.h"
@@ -10,6 +11,7 @@ namespace kavidex::com {
 
 namespace {
 
+using controls::BagWidth;
 using platform::win32::Bstr;
 using platform::win32::Variant;
 
@@ -18,8 +20,9 @@ constexpr std::uint32_t longest = 16u << 20; // a control's properties are never
 
 enum class Kind : std::uint8_t { Null, Bool, Whole, Floating, Text, Binary };
 
-VARTYPE TypeFor(const data::Value& value) {
+VARTYPE TypeFor(const data::Value& value, BagWidth width) {
     constexpr VARTYPE types[] = {VT_EMPTY, VT_BOOL, VT_I4, VT_R8, VT_BSTR, VT_EMPTY};
+    if (width == BagWidth::Short && std::holds_alternative<std::int64_t>(value)) return VT_I2;
     return types[value.index()];
 }
 
@@ -104,14 +107,15 @@ bool ReadFully(IStream& stream, void* target, ULONG count) {
 
 } // namespace
 
-std::optional<data::Value> HostBag::Read(std::string_view name, const data::Value& wanted) {
+std::optional<data::Value> HostBag::Read(std::string_view name, const data::Value& wanted,
+                                         BagWidth width) {
     const Bstr wide(name);
     // First as the wanted kind, which tells the bag what to convert to; then as it is kept.
-    for (const VARTYPE type : {TypeFor(wanted), static_cast<VARTYPE>(VT_EMPTY)}) {
+    for (const VARTYPE type : {TypeFor(wanted, width), static_cast<VARTYPE>(VT_EMPTY)}) {
         Variant value;
         value.Address()->vt = type;
         if (SUCCEEDED(lclBag.Read(wide.Get(), value.Address(), lclLog))) {
-            if (value.IsEmpty()) return std::nullopt;
+            if (value.IsEmpty() || value.IsObject()) return std::nullopt;
             return data::win32::FromVariant(value.Get());
         }
         value.Address()->vt = VT_EMPTY; // what a failed call leaves is not to be freed
@@ -119,19 +123,41 @@ std::optional<data::Value> HostBag::Read(std::string_view name, const data::Valu
     return std::nullopt;
 }
 
-void HostBag::Write(std::string_view name, const data::Value& value) {
+std::optional<controls::FontFace> HostBag::ReadFont(std::string_view name) {
     const Bstr wide(name);
-    Variant variant = data::win32::ToVariant(value);
+    for (const VARTYPE type : {VT_DISPATCH, VT_UNKNOWN, VT_EMPTY}) {
+        Variant value;
+        value.Address()->vt = type;
+        if (type != VT_EMPTY) value.Address()->punkVal = nullptr;
+        if (FAILED(lclBag.Read(wide.Get(), value.Address(), lclLog))) {
+            value.Address()->vt = VT_EMPTY;
+            continue;
+        }
+        if (value.IsObject() && value.Get().punkVal) return FontFrom(value.ToDispatch());
+    }
+    return PropertyBag::ReadFont(name);
+}
+
+void HostBag::WriteFont(std::string_view name, const controls::FontFace& font) {
+    const Bstr wide(name);
+    Variant object(FontObject(font));
+    if (FAILED(lclBag.Write(wide.Get(), object.Address()))) PropertyBag::WriteFont(name, font);
+}
+
+void HostBag::Write(std::string_view name, const data::Value& value, BagWidth width) {
+    const Bstr wide(name);
+    const auto type = width == BagWidth::Short ? data::AdoType::SmallInt : data::AdoType::Variant;
+    Variant variant = data::win32::ToVariant(value, type);
     platform::win32::Check(lclBag.Write(wide.Get(), variant.Address()), "Kavidex");
 }
 
-std::optional<data::Value> StreamBag::Read(std::string_view name, const data::Value&) {
+std::optional<data::Value> StreamBag::Read(std::string_view name, const data::Value&, BagWidth) {
     const auto found = lclItems.find(name);
     if (found == lclItems.end()) return std::nullopt;
     return found->second;
 }
 
-void StreamBag::Write(std::string_view name, const data::Value& value) {
+void StreamBag::Write(std::string_view name, const data::Value& value, BagWidth) {
     lclItems.insert_or_assign(std::string(name), value);
 }
 

@@ -15,8 +15,12 @@ namespace kavidex::com {
 class HostBag final : public controls::PropertyBag {
 public:
     HostBag(IPropertyBag& bag, IErrorLog* log) : lclBag(bag), lclLog(log) {}
-    std::optional<data::Value> Read(std::string_view name, const data::Value& wanted) override;
-    void Write(std::string_view name, const data::Value& value) override;
+    std::optional<data::Value> Read(std::string_view name, const data::Value& wanted,
+                                    controls::BagWidth width) override;
+    void Write(std::string_view name, const data::Value& value, controls::BagWidth width) override;
+    // As an object, the way hosts keep fonts; a bag that refuses objects gets the text.
+    std::optional<controls::FontFace> ReadFont(std::string_view name) override;
+    void WriteFont(std::string_view name, const controls::FontFace& font) override;
 
 private:
     IPropertyBag& lclBag;
@@ -29,8 +33,9 @@ private:
 // libraries read each other's streams.
 class StreamBag final : public controls::PropertyBag {
 public:
-    std::optional<data::Value> Read(std::string_view name, const data::Value& wanted) override;
-    void Write(std::string_view name, const data::Value& value) override;
+    std::optional<data::Value> Read(std::string_view name, const data::Value& wanted,
+                                    controls::BagWidth width) override;
+    void Write(std::string_view name, const data::Value& value, controls::BagWidth width) override;
 
     // Reads exactly what Save wrote. False, and nothing changed, when the bytes are not ours.
     bool Load(IStream& stream);

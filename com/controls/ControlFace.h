@@ -39,8 +39,12 @@ public:
 
     L& Logic() const { return *lclLogic; }
 
-    // The host gets back the very objects that it gave.
-    ComPtr<IDispatch> Translate() const { return lclTranslate; }
+    // The host gets back the very objects that it gave,
+    // or, where it gave none, the translator that the control made itself.
+    ComPtr<IDispatch> Translate() const {
+        if (!lclTranslate) lclTranslate = TranslatorFace(Logic().Translate());
+        return lclTranslate;
+    }
     void SetTranslate(const ComPtr<IDispatch>& object) {
         Logic().SetTranslate(TranslatorOf(object));
         lclTranslate = object;
@@ -91,7 +95,8 @@ private:
 
     std::vector<std::shared_ptr<void>> lclSubscriptions;
     std::unique_ptr<L> lclLogic;
-    ComPtr<IDispatch> lclTranslate, lclUserAuth;
+    mutable ComPtr<IDispatch> lclTranslate;
+    ComPtr<IDispatch> lclUserAuth;
 };
 
 } // namespace kavidex::com

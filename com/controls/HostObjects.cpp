@@ -3,10 +3,13 @@
 #include <ocidl.h>
 #include <olectl.h>
 
+#include "com/dispatch/Automation.h"
 #include "com/model/faces.h"
+#include "kavidex_idl.h"
 #include "model/clsUserAuth.h"
 #include "model/rights.h"
 #include "platform/Error.h"
+#include "platform/ErrorNumber.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
@@ -39,16 +42,82 @@ private:
     Late lclObject;
 };
 
+// Refused, before anything is kept: the object lacks what will be called.
+void Demand(const ComPtr<IDispatch>& object, const std::string& property,
+            std::initializer_list<const wchar_t*> members) {
+    const Late given(object);
+    for (const wchar_t* const name : members)
+        if (!given.Has(name))
+            throw platform::Error(platform::errors::invalidPropertyValue,
+                                  "Invalid property value: the object given to " + property +
+                                      " has no " + platform::win32::FromWide(name));
+}
+
+bool HasMember(const ComPtr<IDispatch>& object, DISPID id) {
+    DISPPARAMS none{};
+    Variant value;
+    return SUCCEEDED(object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT,
+                                    DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, value.Address(),
+                                    nullptr, nullptr));
+}
+
+// Not every engine gives its arrays an enumerator.
+bool IsScriptArray(const ComPtr<IDispatch>& object) {
+    return !HasMember(object, DISPID_NEWENUM) && Late(object).Has(L"length");
+}
+
+std::vector<Variant> ElementsOfScript(const ComPtr<IDispatch>& object) {
+    std::vector<Variant> items;
+    const auto count = Late(object).Get(L"length").ToInt32();
+    for (std::int32_t i = 0; i < count; ++i) // a new caller each: it remembers names by address
+        items.push_back(Late(object).Get(std::to_wstring(i).c_str()));
+    return items;
+}
+
+class OwnTranslatorFace final : public Automation {
+public:
+    explicit OwnTranslatorFace(std::shared_ptr<controls::Translator> translator)
+        : lclTranslator(std::move(translator)) {}
+    std::string Translate(std::string_view text) const {
+        return lclTranslator->Translate(text, {});
+    }
+    const Table& Members() const override;
+
+protected:
+    std::shared_ptr<void> Native(const std::type_info& wanted) override {
+        return wanted == typeid(controls::Translator) ? lclTranslator : nullptr;
+    }
+
+private:
+    std::shared_ptr<controls::Translator> lclTranslator;
+};
+
+constexpr Member translatorMembers[] = {
+    Rows<OwnTranslatorFace>::Method<&OwnTranslatorFace::Translate>(L"Translate", 1, L"Text"),
+};
+
+const Table& OwnTranslatorFace::Members() const {
+    static constexpr Table table{"Kavidex.Translator", &DIID__Translator, translatorMembers};
+    return table;
+}
+
 } // namespace
+
+ComPtr<IDispatch> TranslatorFace(const std::shared_ptr<controls::Translator>& translator) {
+    return translator ? Make<OwnTranslatorFace>(translator) : ComPtr<IDispatch>();
+}
 
 std::shared_ptr<controls::Translator> TranslatorOf(const ComPtr<IDispatch>& object) {
     if (!object) return nullptr;
+    if (auto own = NativeOf<controls::Translator>(object.Get())) return own;
+    Demand(object, "Translate", {L"Translate"});
     return std::make_shared<HostTranslator>(object);
 }
 
 std::shared_ptr<model::clsUserAuth> RightsOf(const ComPtr<IDispatch>& object) {
     if (!object) return nullptr;
     if (auto own = NativeOf<model::clsUserAuth>(object.Get())) return own;
+    Demand(object, "UserAuth", {L"GetRight"});
     const Late host(object);
     auto rights = std::make_shared<model::clsUserAuth>(platform::TheWorkstation());
     for (const auto& right : model::Rights())
@@ -56,14 +125,16 @@ std::shared_ptr<model::clsUserAuth> RightsOf(const ComPtr<IDispatch>& object) {
     return rights;
 }
 
-std::vector<std::string> TextsOf(const Variant& given) {
-    if (given.IsEmpty() || given.IsNull() || given.IsMissing()) return {};
+std::optional<std::vector<std::string>> TextsOf(const Variant& given) {
+    if (given.IsEmpty() || given.IsNull() || given.IsMissing()) return std::nullopt;
     std::vector<Variant> items;
     if (given.IsArray()) {
         items = platform::win32::ElementsOf(given.Get());
     } else if (given.IsObject()) {
         const auto object = given.ToDispatch();
-        if (object) items = platform::win32::Enumerate(object);
+        if (!object) return std::nullopt;
+        items =
+            IsScriptArray(object) ? ElementsOfScript(object) : platform::win32::Enumerate(object);
     } else {
         items.push_back(given);
     }

@@ -19,16 +19,20 @@ namespace kavidex::com {
 
 // A host's translator has one method, Translate(text), that gives the text in the current language;
 // placeholders ($%$) it leaves in place, they are filled here. When the call fails the text stays
-// as it is, with a line in the log. Null for Nothing.
+// as it is, with a line in the log. Null for Nothing; an object without the method is refused.
 std::shared_ptr<controls::Translator> TranslatorOf(const ComPtr<IDispatch>& object);
 
 // Our own clsUserAuth as it is; of any other object the answers of its GetRight(key) for every
-// right that the system knows, taken at this moment. Null for Nothing.
+// right that the system knows, taken at this moment. Null for Nothing; refused without GetRight.
 std::shared_ptr<model::clsUserAuth> RightsOf(const ComPtr<IDispatch>& object);
 
+// The own translator of a control as hosts see it; null for null.
+ComPtr<IDispatch> TranslatorFace(const std::shared_ptr<controls::Translator>& translator);
+
 // Texts given as a collection (what For Each walks, so the keys of a Scripting.Dictionary), an
-// array, or one single text. Empty, null and Nothing are no texts.
-std::vector<std::string> TextsOf(const Variant& given);
+// array (of a script too: `length` and numbered members), or one single text. Null for empty, null
+// and Nothing: nobody gave any.
+std::optional<std::vector<std::string>> TextsOf(const Variant& given);
 
 // An object with Item (counted from 1), Count and an enumerator.
 ComPtr<IDispatch> CollectionOf(std::vector<Variant> items);

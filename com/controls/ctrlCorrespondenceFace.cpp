@@ -39,7 +39,9 @@ constexpr Member members[] = {
     Row::Method<&Logic::CloseObject>(L"CloseObject", 8),
     Row::Method<[](Logic& binder, Variant data, Text description, Number id, Flag scanned,
                    Flag toTop) {
-        return binder.AddFiles(TextsOf(data), description.value_or(""), id.value_or(0),
+        const auto names = TextsOf(data);
+        if (!names) return binder.NoFilesGiven();
+        return binder.AddFiles(*names, description.value_or(""), id.value_or(0),
                                scanned.value_or(false), toTop.value_or(false));
     }>(L"AddFiles", 9, L"data,IntoDescription,IntoId,prmScannedDoc,prmAddToTop"),
     KAVIDEX_GETLET(IniFile, 10),
@@ -52,8 +54,9 @@ constexpr Member members[] = {
     }>(L"CreateNew", 15, L"prmDescription,prmListOfDefaultTabs"),
     Row::Method<[](Logic& binder, std::int32_t id, std::string type,
                    std::shared_ptr<model::clsItemCol> children, std::int32_t itemId,
-                   std::string description, std::optional<std::int16_t> into) {
-        return binder.AddItem(id, type, children, itemId, description, into.value_or(0));
+                   std::string description, std::optional<Short> into) {
+        return binder.AddItem(id, type, children, itemId, description,
+                              into.value_or(Short{}).value);
     }>(L"AddItem", 16, L"prmId,prmItemType,prmChildCollection,prmItemId,prmDescription,prmInto"),
     Row::Method<&Logic::ExistItem>(L"ExistItem", 17, L"ItemId"),
     Row::Method<[](Logic& binder, std::string key, Text description, Text tabs, Text oldKey,
@@ -164,30 +167,30 @@ std::unique_ptr<controls::win32::ControlWindow> ctrlCorrespondenceFace::MakeWind
 
 void ctrlCorrespondenceFace::RaiseDragEvents() {
     auto& binder = Logic();
-    On(binder.OLEStartDrag,
-       [this](std::int32_t& effects) { Raise(Ev(L"OLEStartDrag"), Variant(), &effects); });
-    On(binder.OLESetData,
-       [this](std::int16_t& format) { Raise(Ev(L"OLESetData"), Variant(), &format); });
-    On(binder.OLEGiveFeedback, [this](std::int32_t effect, bool& defaultCursors) {
+    On(binder.OLEStartDrag, [this](const controls::DropData& data, std::int32_t& effects) {
+        Raise(Ev(L"OLEStartDrag"), DropContents(data), &effects);
+    });
+    On(binder.OLESetData, [this](const controls::DropData& data, std::int16_t& format) {
+        Raise(Ev(L"OLESetData"), DropContents(data), &format);
+    });
+    On(binder.OLEGiveFeedback, [this](std::int32_t& effect, bool& defaultCursors) {
         VARIANT_BOOL flag = defaultCursors ? VARIANT_TRUE : VARIANT_FALSE;
         Raise(Ev(L"OLEGiveFeedback"), &effect, Flagged{&flag});
         defaultCursors = flag != VARIANT_FALSE;
     });
-    On(binder.OLEDragOver, [this](controls::DragState state, std::int32_t) {
-        const DragMouse mouse(Core().Handle());
-        std::int32_t effect = 0;
-        Raise(Ev(L"OLEDragOver"), Variant(), &effect, mouse.button, mouse.shift, mouse.x, mouse.y,
-              static_cast<std::int16_t>(state));
-    });
+    On(binder.OLEDragOver,
+       [this](const controls::DropData& data, std::int32_t& effect, controls::DragState state) {
+           const DragMouse mouse(Core().Handle());
+           Raise(Ev(L"OLEDragOver"), DropContents(data), &effect, mouse.button, mouse.shift,
+                 mouse.x, mouse.y, static_cast<std::int16_t>(state));
+       });
     On(binder.OLEDragDrop, [this](const controls::DropData& data, std::int32_t& effect) {
         const DragMouse mouse(Core().Handle());
         Raise(Ev(L"OLEDragDrop"), DropContents(data), &effect, mouse.button, mouse.shift, mouse.x,
               mouse.y);
     });
-    On(binder.OLECompleteDrag, [this] {
-        std::int32_t effect = 0;
-        Raise(Ev(L"OLECompleteDrag"), &effect);
-    });
+    On(binder.OLECompleteDrag,
+       [this](std::int32_t& effect) { Raise(Ev(L"OLECompleteDrag"), &effect); });
 }
 
 void ctrlCorrespondenceFace::RaiseEvents() {

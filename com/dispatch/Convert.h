@@ -70,6 +70,17 @@ struct Convert<std::int16_t> {
     static Variant To(std::int16_t value) { return {value}; }
 };
 
+// A number that is declared with 16 bits, where late-bound callers may give a larger one.
+struct Short {
+    std::int32_t value = 0;
+};
+
+template <>
+struct Convert<Short> {
+    static constexpr VARTYPE type = VT_I2;
+    static Short From(const Variant& value) { return {value.ToInt32()}; }
+};
+
 template <>
 struct Convert<std::int32_t> {
     static constexpr VARTYPE type = VT_I4;

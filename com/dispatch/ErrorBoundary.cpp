@@ -1,7 +1,10 @@
 #include "com/dispatch/ErrorBoundary.h"
 
+#include <algorithm>
 #include <exception>
+#include <iterator>
 #include <new>
+#include <string_view>
 
 #include "platform/Error.h"
 #include "platform/win32/Variant.h"
@@ -19,6 +22,14 @@ BSTR NewBstr(const std::string& text) noexcept {
     }
 }
 
+// A part of the library that the caller does not know by name: the class that was called speaks for
+// it. Other components keep their own names.
+bool IsInner(const std::string& source) {
+    constexpr std::string_view own[] = {"clsTable", "clsDocument", "OpenRecordset"};
+    if (source.empty() || source.starts_with("Kavidex")) return true;
+    return std::find(std::begin(own), std::end(own), source) != std::end(own);
+}
+
 } // namespace
 
 HRESULT ResultOf(std::int32_t number) noexcept {
@@ -34,7 +45,7 @@ Failure CurrentFailure(const char* source) noexcept {
             return {refusal.result, false, {}, {}};
         } catch (const platform::Error& error) {
             return {ResultOf(error.Number()), true,
-                    error.Source().empty() ? source : error.Source(), error.what()};
+                    IsInner(error.Source()) ? source : error.Source(), error.what()};
         } catch (const std::bad_alloc&) {
             return {E_OUTOFMEMORY, false, {}, {}};
         } catch (const std::exception& error) {

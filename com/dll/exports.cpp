@@ -20,7 +20,11 @@ STDAPI DllCanUnloadNow() { return CanUnload() ? S_OK : S_FALSE; }
 
 STDAPI DllRegisterServer() { return Register(Scope::Machine); }
 
-STDAPI DllUnregisterServer() { return Unregister(Scope::Machine); }
+// Takes back both: what one user registered is not seen to be another thing by whoever unregisters.
+STDAPI DllUnregisterServer() {
+    const HRESULT user = Unregister(Scope::User), machine = Unregister(Scope::Machine);
+    return FAILED(machine) ? machine : user;
+}
 
 // regsvr32 /n /i:user registers for the current user alone, without an administrator.
 STDAPI DllInstall(BOOL install, LPCWSTR command) {

@@ -37,6 +37,9 @@ constexpr Member authMembers[] = {
     Auth::Method<&clsUserAuth::SaveRights>(L"SaveRights", 8),
     Auth::Method<&clsUserAuth::DeleteRights>(L"DeleteRights", 9),
     Auth::Method<&clsUserAuth::RenameUser>(L"RenameUser", 10, L"OldName,NewName"),
+    Auth::Method<[](clsUserAuth& auth) {
+        return model::UseRights(platform::TheWorkstation(), auth.DbConnection());
+    }>(L"UseRights", 11),
 };
 constexpr Table authTable{"Kavidex.clsUserAuth", &DIID__clsUserAuth, authMembers};
 

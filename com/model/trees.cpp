@@ -104,8 +104,8 @@ void Remove(clsItemCol& col, Variant key) {
 }
 
 constexpr Member colMembers[] = {
-    Col::Get<[](clsItemCol& col, std::int16_t index) { return col.Item(index); }>(L"Item", 0,
-                                                                                  L"Index"),
+    Col::Get<[](clsItemCol& col, Short index) { return col.Item(index.value); }>(L"Item", 0,
+                                                                                 L"Index"),
     Col::Get<&clsItemCol::Count>(L"Count", 1),
     Col::Get<[](ColFace& face) {
         return MakeEnumerator([col = face.Shared()](std::size_t place) -> std::optional<Variant> {

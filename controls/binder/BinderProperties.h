@@ -12,7 +12,8 @@ namespace kavidex::controls {
 struct BinderProperties {
     std::int32_t BackColor = 0, ForeColor = 0;
     bool Enabled = true;
-    std::int16_t BackStyle = 0, BorderStyle = 0, OLEDropMode = 0;
+    std::int16_t BackStyle = 0, BorderStyle = 0;
+    std::int16_t OLEDropMode = 1; // 0: the tree takes no drops
     std::int32_t ColWidth = 0;
     std::string IniFile;
     std::string NameForInsert = "Nieuwe tab;Nieuwe notitie", TypeForInsert = "Tab;nnt";

@@ -2,6 +2,7 @@
 #include "controls/binder/ctrlCorrespondence.h"
 
 #include "controls/binder/BinderWindow.h"
+#include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/common/OwnTranslator.h"
 #include "controls/splitter/ctlSplitPanel.h"
 #include "controls/tree/ctrlTree.h"
@@ -44,6 +45,7 @@ constexpr PassedOn<std::int32_t> colours[] = {
 constexpr PassedOn<std::int16_t> styles[] = {
     {&P::BackStyle, &ctrlTree::SetBackStyle},
     {&P::BorderStyle, &ctrlTree::SetBorderStyle},
+    {&P::OLEDropMode, &ctrlTree::SetOLEDropMode},
 };
 constexpr PassedOn<std::string> texts[] = {
     {&P::NameForInsert, &ctrlTree::SetNameForInsert},
@@ -64,21 +66,28 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
                                        std::shared_ptr<data::AdoFactory> ado,
                                        std::shared_ptr<data::AccessRepair> repair)
     : lclWorkstation(workstation), lclAdo(std::move(ado)), lclRepair(std::move(repair)),
+      lclRights(workstation, [this] { Tell("De rechten kunnen niet gelezen worden"); }),
       lclLock(workstation), lclTree(std::make_unique<ctrlTree>(workstation)),
       lclViewer(std::make_unique<DocumentPanel>(workstation)),
       lclSplitPanel(std::make_unique<ctlSplitPanel>()) {
     data::ConnectionListeners listeners;
+    listeners.leaving = [this] { Guarded("DbConnection", [&] { EndDossier(); }); };
     listeners.changed = [this] { PropertyChanged.Raise("DbConnection"); };
     listeners.handOver = [this](const data::ConnectionPtr& given) { ConnectionHandedOver(given); };
     listeners.ready = [this](const data::ConnectionPtr&) {
         lclState.TemplatePath = lclAssignment->TemplatePath();
-        if (lclOwnTranslator) lclOwnTranslator->SetDbConnection(DbConnection()); // rows may be new
+        if (lclOwnTranslator) { // its rows may be new
+            lclOwnTranslator->SetDbConnection(DbConnection());
+            HandDownTranslator();
+        }
         HandDownRights();
+        RestoreSelection();
     };
     lclAssignment = std::make_unique<data::ConnectionAssignment>(
         workstation, std::move(listeners),
         [this](std::string_view text, const auto& values) { return Text(text, values); });
     SubscribeToChildren();
+    MakeOwnTranslator();
     PassOnToTree();
     ApplyLayout();
 }
@@ -102,6 +111,7 @@ void ctrlCorrespondence::Report(Type BinderProperties::*member) const {
 
 template <class Type>
 void ctrlCorrespondence::Change(Type BinderProperties::*member, const Type& value) {
+    if (const auto* row = FindProperty(BinderPropertyTable(), member)) CheckValue(*row, value);
     lclState.*member = value;
     Report(member);
     TakeEffect();
@@ -146,6 +156,7 @@ void ctrlCorrespondence::LoadProperties(PropertyBag& bag) {
     lclAssignment->SetTemplatePath(lclState.TemplatePath);
     TakeEffect();
     lclTree->SetTreeId(lclState.Id);
+    RestoreSelection();
     ToolbarChanged();
 }
 
@@ -166,13 +177,13 @@ void ctrlCorrespondence::SaveProperties(PropertyBag& bag) const {
 // --- Translator and rights ----------------------------------------------------------------------
 
 void ctrlCorrespondence::SetTranslate(std::shared_ptr<Translator> translator) {
-    lclOwnTranslator.reset();
+    if (!translator) return MakeOwnTranslator();
+    if (translator != lclOwnTranslator) lclOwnTranslator.reset();
     lclTranslator = std::move(translator);
     HandDownTranslator();
 }
 
-void ctrlCorrespondence::EnsureTranslator() {
-    if (lclTranslator) return;
+void ctrlCorrespondence::MakeOwnTranslator() {
     lclOwnTranslator = std::make_shared<OwnTranslator>(lclWorkstation);
     lclOwnTranslator->SetDbConnection(DbConnection());
     lclOwnTranslator->SetLanguage(static_cast<controls::Language>(lclState.Language));
@@ -191,36 +202,28 @@ void ctrlCorrespondence::SetUserAuth(std::shared_ptr<model::clsUserAuth> rights)
     HandDownRights();
 }
 
-// The answers are taken once; asking the database with every button would be slow.
 void ctrlCorrespondence::HandDownRights() {
-    lclRights.clear();
+    lclRights.Set(lclUserAuth, DbConnection());
     lclTree->SetUserAuth(lclUserAuth);
     lclViewer->SetUserAuth(lclUserAuth);
-    const bool enforced = model::UseRights(lclWorkstation, DbConnection());
-    const auto ask = [&](std::string_view right) {
-        const bool granted = lclUserAuth ? lclUserAuth->HasRight(right) : !enforced;
-        return lclRights[std::string(right)] = granted;
-    };
-    if (lclUserAuth || DbConnection()) {
-        const bool edit = ask("EditDossiers");
-        lclTree->SetNewEnabled(edit);    // its folders
-        lclTree->SetUpdateEnabled(edit); // its documents
-        lclTree->SetAllowAddExternal(ask("AddExternal"));
-        lclTree->SetAllowCreateFolders(ask("CreateFolders"));
-        lclTree->SetDeleteEnabled(ask("Delete"));
-        lclTree->SetShowMail(ask("Mail"));
-        lclTree->SetShowPrint(ask("Print"));
-        for (const auto right : RightsOfCommands()) ask(right);
-    }
+    WriteSwitches();
     ToolbarChanged();
 }
 
-bool ctrlCorrespondence::HasRight(std::string_view right) const {
-    if (const auto known = lclRights.find(std::string(right)); known != lclRights.end())
-        return known->second;
-    return lclUserAuth ? lclUserAuth->HasRight(right)
-                       : !model::UseRights(lclWorkstation, DbConnection());
+// What could not be read is asked again, so the switches follow the answers.
+void ctrlCorrespondence::WriteSwitches() {
+    if (!lclUserAuth && !DbConnection()) return;
+    const bool edit = HasRight("EditDossiers");
+    lclTree->SetNewEnabled(edit);    // its folders
+    lclTree->SetUpdateEnabled(edit); // its documents
+    lclTree->SetAllowAddExternal(HasRight("AddExternal"));
+    lclTree->SetAllowCreateFolders(HasRight("CreateFolders"));
+    lclTree->SetDeleteEnabled(HasRight("Delete"));
+    lclTree->SetShowMail(HasRight("Mail"));
+    lclTree->SetShowPrint(HasRight("Print"));
 }
+
+bool ctrlCorrespondence::HasRight(std::string_view right) const { return lclRights.Has(right); }
 
 // --- Messages -----------------------------------------------------------------------------------
 

@@ -8,12 +8,12 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "controls/binder/BinderProperties.h"
 #include "controls/common/Appearance.h"
 #include "controls/common/Event.h"
+#include "controls/common/GrantedRights.h"
 #include "controls/common/OperationLock.h"
 #include "controls/common/PopupMenu.h"
 #include "controls/common/Toolbar.h"
@@ -128,12 +128,14 @@ public:
     const std::optional<FontFace>& Font() const { return lclFont; }
     void SetFont(std::optional<FontFace> font); // null: the system's
 
-    // A connection to the database in use already changes nothing. A connection that is handed
-    // over belongs to the host: the control never closes it.
+    // A connection to the database in use already changes nothing; one to another ends the work on
+    // the open dossier first. A connection that is handed over belongs to the host: the control
+    // never closes it.
     const data::ConnectionPtr& DbConnection() const;
     void SetDbConnection(const data::ConnectionPtr& connection);
 
     // The key under which documents waiting in the scan queue and the backlog are looked for.
+    // The host's stays from dossier to dossier; without one it is the key of the open dossier.
     void SetCheckDocumentQueueId(std::string_view id) { lclQueueExternalId = id; }
 
     void LoadProperties(PropertyBag& bag);
@@ -155,16 +157,18 @@ public:
     // the control opened it. 0, or an addFiles result when documents could not be filed.
     std::int32_t CloseObject();
 
-    // Files every name of `data` into the folder `IntoId` (0: the selected folder), or
-    // at the top level. `IntoDescription` finds the folder by its name when `IntoId` is 0.
+    // Files every name of `data` into the folder `IntoId` (0: the selected folder, else the top
+    // level), or at the top level. `IntoDescription` finds the folder by its name when `IntoId` is
+    // 0.
     // An addFiles number; below 0 the user was told.
     std::int32_t AddFiles(const std::vector<std::string>& data, std::string_view IntoDescription,
                           std::int32_t IntoId, bool prmScannedDoc, bool prmAddToTop);
-    // Below the tree item `prmInto`, or the selected folder when it is 0. Null on refusal.
+    std::int32_t NoFilesGiven() const; // what AddFiles answers to nothing at all; the user was told
+    // Below the tree item `prmInto`; 0: the selected folder, else the top level. Null on refusal.
     std::shared_ptr<model::clsItem>
     AddItem(std::int32_t prmId, std::string_view prmItemType,
             const std::shared_ptr<model::clsItemCol>& prmChildCollection, std::int32_t prmItemId,
-            std::string_view prmDescription, std::int16_t prmInto);
+            std::string_view prmDescription, std::int32_t prmInto);
     bool ExistItem(std::int32_t ItemId) const; // by the id of the tree item
 
     std::int32_t ContainsDocuments(std::string_view prmType) const; // empty: of every type
@@ -176,8 +180,8 @@ public:
     // 0; looks for documents that wait in the scan queue under that key.
     std::int32_t fncCheckDocumentQueue(std::string_view prmExternalId);
 
-    void Refresh();
-    void OLEDrag(); // starts a drag of the tree's selected item
+    void Refresh(); // also reads the tree again
+    void OLEDrag(); // drags the tree's selected item
 
     // --- Events ---------------------------------------------------------------------------------
 
@@ -185,12 +189,12 @@ public:
     Event<std::int16_t&, std::int16_t> KeyDown, KeyUp; // key code (0: handled), shift state
     Event<std::int16_t&> KeyPress;
     Event<std::int16_t, std::int16_t, float, float> MouseDown, MouseMove, MouseUp; // twips
-    Event<std::int32_t&> OLEStartDrag;                 // allowed effects
-    Event<std::int16_t&> OLESetData;                   // clipboard format
-    Event<std::int32_t, bool&> OLEGiveFeedback;        // effect, default cursors
-    Event<DragState, std::int32_t> OLEDragOver;        // the id of the item under the cursor
-    Event<const DropData&, std::int32_t&> OLEDragDrop; // effect
-    Event<> OLECompleteDrag;
+    Event<const DropData&, std::int32_t&> OLEStartDrag;           // allowed effects
+    Event<const DropData&, std::int16_t&> OLESetData;             // clipboard format
+    Event<std::int32_t&, bool&> OLEGiveFeedback;                  // effect, default cursors
+    Event<const DropData&, std::int32_t&, DragState> OLEDragOver; // effect
+    Event<const DropData&, std::int32_t&> OLEDragDrop;            // effect
+    Event<std::int32_t&> OLECompleteDrag;                         // effect
 
     Event<const TreeItemInfo&> ItemSelected; // declared for older hosts, never raised
     Event<const TreeItemInfo&> EvItemSelected, EvItemCreated, EvItemDelete;
@@ -231,7 +235,6 @@ private:
 
     struct CommandContext; // what the rows of the toolbar act on
     static const Commands<CommandContext>& CommandTable();
-    static std::vector<std::string_view> RightsOfCommands();
 
     template <class Type>
     void Change(Type BinderProperties::*member, const Type& value);
@@ -246,9 +249,11 @@ private:
     void OnItemDropped(const DropEvent& drop);
     void ShowItem(const TreeItemInfo& item);
 
-    void EnsureTranslator();
+    void MakeOwnTranslator();
+    std::int32_t EndDossier(); // what is pending goes to its top; 0 or an addFiles result
     void HandDownTranslator();
     void HandDownRights();
+    void WriteSwitches();
     void ConnectionHandedOver(const data::ConnectionPtr& connection);
     std::string Text(std::string_view text, const std::vector<std::string>& values = {}) const;
     void Tell(std::string_view text, const std::vector<std::string>& values = {}) const;
@@ -275,6 +280,7 @@ private:
                  Failed& failed);
     std::int32_t TellNotAdded(const Failed& failed) const;
     std::int32_t FilePendingAtTop();
+    std::string CauseOf(const std::string& file, std::int32_t number) const;
     std::int32_t Copy(const std::vector<std::shared_ptr<model::clsItem>>& items,
                       std::string_view folder, std::vector<std::string>& copies);
 
@@ -290,9 +296,9 @@ private:
     std::shared_ptr<Translator> lclTranslator;
     std::shared_ptr<OwnTranslator> lclOwnTranslator; // null while the host's is in use
     std::shared_ptr<model::clsUserAuth> lclUserAuth;
-    std::unordered_map<std::string, bool> lclRights; // the answers, as they were when handed down
-    std::string lclQueueExternalId;
-    std::vector<Pending> lclPending; // waits for a folder to be chosen
+    GrantedRights lclRights;
+    std::string lclQueueExternalId, lclDefaultQueueId; // the host's, and the dossier's own
+    std::vector<Pending> lclPending;                   // waits for a folder to be chosen
     OperationLock lclLock;
 
     std::unique_ptr<ctrlTree> lclTree;

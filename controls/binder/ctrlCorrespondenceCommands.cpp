@@ -14,6 +14,9 @@ struct ctrlCorrespondence::CommandContext {
     ctrlCorrespondence& binder;
 
     bool HasRight(std::string_view right) const { return binder.HasRight(right); }
+    bool MayInsert(int which) const {
+        return binder.treCorr().MayInsert(static_cast<std::size_t>(which));
+    }
     void InsertNew(int which) const { binder.InsertNew(static_cast<std::size_t>(which)); }
     std::string NewName(int which) const {
         const auto names = platform::Split(binder.NameForInsert(), ';');
@@ -66,6 +69,9 @@ const Commands<ctrlCorrespondence::CommandContext>& ctrlCorrespondence::CommandT
         {.name = "mnuNew",
          .depth = 1,
          .count = 5,
+         .rule = [](const Context& context, const Id& id) -> CommandState {
+             return {true, context.MayInsert(id.index)};
+         },
          .text = [](const Context& context, const Id& id) { return context.NewName(id.index); },
          .action = [](Context& context, const Id& id) { context.InsertNew(id.index); }},
         {.name = "NewSep", .kind = Kind::Separator, .rule = adding},
@@ -152,13 +158,6 @@ const Commands<ctrlCorrespondence::CommandContext>& ctrlCorrespondence::CommandT
     };
     static constexpr Commands<Context> table{std::span<const Command<Context>>(rows)};
     return table;
-}
-
-std::vector<std::string_view> ctrlCorrespondence::RightsOfCommands() {
-    std::vector<std::string_view> rights;
-    for (const auto& row : CommandTable().Rows())
-        if (!row.right.empty()) rights.push_back(row.right);
-    return rights;
 }
 
 std::vector<ToolbarItem> ctrlCorrespondence::Toolbar() {

@@ -81,7 +81,9 @@ std::int32_t ctrlCorrespondence::ExportFiles(std::string_view prmDirectory) {
         if (!Usable() || platform::TrimView(prmDirectory).empty()) return;
         lclWorkstation.files.CreateDirectories(prmDirectory);
         std::vector<std::string> copies;
-        const auto failures = Copy(lclTree->AllItems(), prmDirectory, copies);
+        auto items = lclTree->AllItems();
+        std::erase_if(items, [](const auto& item) { return item->Id() < 0; }); // deleted, but shown
+        const auto failures = Copy(items, prmDirectory, copies);
         result = failures == 0 ? static_cast<std::int32_t>(copies.size()) : -failures;
     });
     return result;

@@ -68,7 +68,7 @@ ctrlCorrespondence::FolderFor(std::int32_t id, std::string_view description, boo
     else if (!platform::TrimView(description).empty())
         folder = tree->GetItem(0, description);
     else
-        folder = SelectedFolder();
+        folder = SelectedFolder() ? SelectedFolder() : tree->Item();
     return folder && folder->AllowChildren() ? folder : nullptr;
 }
 
@@ -78,22 +78,26 @@ std::int32_t ctrlCorrespondence::AddFiles(const std::vector<std::string>& data,
     Failed failed;
     if (data.empty()) return addFiles::done;
     if (!Usable() || !lclTree->Tree() || lclLock.Held()) {
-        failed.Add(addFiles::noDossier,
-                   lclLock.Held() ? "Another operation is running" : "No dossier is open");
+        failed.Add(addFiles::noDossier, lclLock.Held() ? Text("Er loopt nog een andere bewerking")
+                                                       : Text("Er is geen dossier geopend"));
         return TellNotAdded(failed);
     }
     const auto folder = FolderFor(IntoId, IntoDescription, prmAddToTop);
     if (!folder) {
         failed.Add(addFiles::noFolder,
-                   IntoId != 0 ? "Folder " + std::to_string(IntoId) + " is not in this dossier"
-                   : IntoDescription.empty()
-                       ? std::string("No folder is selected")
-                       : "Folder '" + std::string(IntoDescription) + "' is not in this dossier");
+                   Text("Map '$%$' zit niet in dit dossier",
+                        {IntoId != 0 ? std::to_string(IntoId) : std::string(IntoDescription)}));
         return TellNotAdded(failed);
     }
     std::vector<Pending> files;
     for (const auto& name : data) files.push_back({name, prmScannedDoc});
     return FileInto(folder, files);
+}
+
+std::int32_t ctrlCorrespondence::NoFilesGiven() const {
+    Failed failed;
+    failed.Add(addFiles::noFile, Text("Geen bestanden opgegeven"));
+    return TellNotAdded(failed);
 }
 
 std::int32_t ctrlCorrespondence::FileInto(const std::shared_ptr<model::clsItem>& folder,
@@ -102,7 +106,7 @@ std::int32_t ctrlCorrespondence::FileInto(const std::shared_ptr<model::clsItem>&
     std::string store;
     if (!lclAssignment->Settings() ||
         !lclAssignment->Settings()->GetSetting("Storage", "DocumentPath", store) || store.empty()) {
-        failed.Add(addFiles::noStore, "DocumentPath in section Storage not found");
+        failed.Add(addFiles::noStore, Text("DocumentPath in section Storage not found"));
         return TellNotAdded(failed);
     }
     const auto tree = lclTree->Tree(); // stays whole, whatever the message loop brings
@@ -135,11 +139,11 @@ bool ctrlCorrespondence::FileOne(const std::shared_ptr<model::clsTree>& tree,
                                  const Pending& pending, Failed& failed) {
     const auto& file = pending.file;
     if (lclTree->Tree() != tree) {
-        failed.Add(addFiles::noDossier, file + ": the dossier was closed");
+        failed.Add(addFiles::noDossier, Text("$%$: het dossier is gesloten", {file}));
         return false;
     }
     if (platform::TrimView(file).empty() || !lclWorkstation.files.FileExists(file)) {
-        failed.Add(addFiles::noFile, "File not found: " + file);
+        failed.Add(addFiles::noFile, Text("Bestand niet gevonden: $%$", {file}));
         return false;
     }
     model::FilingRequest request;
@@ -153,7 +157,8 @@ bool ctrlCorrespondence::FileOne(const std::shared_ptr<model::clsTree>& tree,
                             filed.number == platform::errors::pathNotFound ||
                             filed.number == platform::errors::accessDenied ||
                             filed.number == platform::errors::sharingViolation;
-        failed.Add(source ? addFiles::noFile : addFiles::notFiled, filed.error);
+        lclWorkstation.log.Write("AddFiles", filed.error);
+        failed.Add(source ? addFiles::noFile : addFiles::notFiled, CauseOf(file, filed.number));
         return false;
     }
     Guarded("AddFiles", [&] {
@@ -161,6 +166,19 @@ bool ctrlCorrespondence::FileOne(const std::shared_ptr<model::clsTree>& tree,
         if (lclTree->Tree() == tree) lclTree->AddItem(filed.item, folder->Id(), false);
     });
     return true;
+}
+
+// What the box says of a file; the log has the words of whatever refused it.
+std::string ctrlCorrespondence::CauseOf(const std::string& file, std::int32_t number) const {
+    namespace errors = platform::errors;
+    switch (number) {
+    case errors::notFound:
+    case errors::pathNotFound: return Text("$%$: bestand of map niet gevonden", {file});
+    case errors::accessDenied: return Text("$%$: geen toegang", {file});
+    case errors::sharingViolation: return Text("$%$: in gebruik bij een ander programma", {file});
+    case errors::diskFull: return Text("$%$: de schijf is vol", {file});
+    default: return Text("$%$: niet opgeslagen", {file});
+    }
 }
 
 // Documents that were never given a folder are not lost: they go to the top.
@@ -177,6 +195,8 @@ std::int32_t ctrlCorrespondence::FilePendingAtTop() {
 void ctrlCorrespondence::OnItemDropped(const DropEvent& drop) {
     Guarded("EvItemDropped", [&] {
         OLEDragDrop.Raise(drop.data, drop.effect);
+        drop.effect = drop::none;
+        if (!Usable() || !lclTree->Tree()) return Tell("Er is geen dossier geopend");
         if (drop.data.hasFiles && !drop.data.files.empty()) {
             auto target = lclTree->GetItem(drop.targetId);
             if (target && !target->AllowChildren()) target = lclTree->GetParent(target->Id());
@@ -185,7 +205,8 @@ void ctrlCorrespondence::OnItemDropped(const DropEvent& drop) {
             for (const auto& name : drop.data.files) files.push_back({name, false});
             if (target) {
                 if (FileInto(target, files) == addFiles::done) drop.effect = drop::copy;
-            } else if (Usable()) {
+            } else {
+                drop.effect = drop::copy;
                 std::move(files.begin(), files.end(), std::back_inserter(lclPending));
                 Tell("Selecteer een map om het document op te bergen");
             }
@@ -201,9 +222,9 @@ std::shared_ptr<model::clsItem>
 ctrlCorrespondence::AddItem(std::int32_t prmId, std::string_view prmItemType,
                             const std::shared_ptr<model::clsItemCol>& prmChildCollection,
                             std::int32_t prmItemId, std::string_view prmDescription,
-                            std::int16_t prmInto) {
-    if (prmInto == 0 && !SelectedFolder()) {
-        Tell("Selecteer eerst een map voor de toevoeging");
+                            std::int32_t prmInto) {
+    if (!Usable() || !lclTree->Tree()) {
+        lclWorkstation.log.Write("AddItem", "no dossier is open");
         return nullptr;
     }
     return lclTree->Add(prmId, prmItemType, prmChildCollection, prmItemId, prmDescription, prmInto);
@@ -224,7 +245,8 @@ std::int32_t ctrlCorrespondence::fncCheckDocumentQueue(std::string_view prmExter
         root = platform::Trim(root);
         if (root.empty()) return;
         if (root.back() != '\\') root += '\\';
-        const std::string byKey(prmExternalId.empty() ? lclQueueExternalId : prmExternalId);
+        const auto& own = lclQueueExternalId.empty() ? lclDefaultQueueId : lclQueueExternalId;
+        const std::string byKey(prmExternalId.empty() ? own : prmExternalId);
         if (!byKey.empty() && QueueFolder(root, byKey, false)) return;
         if (Id() != 0) QueueFolder(root, "Map" + std::to_string(Id()), true);
     });

@@ -1,4 +1,6 @@
 // The connection, and opening, making and closing a dossier.
+#include <utility>
+
 #include "controls/binder/BinderWindow.h"
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/common/OwnTranslator.h"
@@ -12,6 +14,7 @@
 #include "model/clsDossierDbRelations.h"
 #include "model/clsItem.h"
 #include "model/clsUserAuth.h"
+#include "model/filing.h"
 #include "platform/Error.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -99,6 +102,7 @@ std::int32_t ctrlCorrespondence::DbOpenConnection() {
 std::int32_t ctrlCorrespondence::Id() const { return lclTree->TreeId(); }
 
 void ctrlCorrespondence::SetId(std::int32_t id) {
+    if (id != Id()) FilePendingAtTop(); // they were brought for the dossier of before
     lclViewer->ShowNothing();
     lclTree->SetTreeId(id);
     lclState.Id = id;
@@ -109,8 +113,8 @@ void ctrlCorrespondence::SetId(std::int32_t id) {
 
 // The folder that was selected when the state was saved, where this tree has it.
 void ctrlCorrespondence::RestoreSelection() {
-    const auto wanted = lclState.SelectedTabId;
-    lclState.SelectedTabId = 0;
+    if (!lclTree->Tree()) return;
+    const auto wanted = std::exchange(lclState.SelectedTabId, std::int16_t{0});
     if (wanted > 0) SelectItem(wanted);
 }
 
@@ -118,6 +122,7 @@ bool ctrlCorrespondence::Usable() const { return Id() != 0 && DbConnection() != 
 
 bool ctrlCorrespondence::CreateNew(std::string_view prmDescription,
                                    std::string_view prmListOfDefaultTabs) {
+    FilePendingAtTop();
     lclViewer->ShowNothing();
     const bool created = lclTree->CreateNew(prmDescription, prmListOfDefaultTabs);
     if (created) {
@@ -139,7 +144,6 @@ std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
                                               std::string_view prmListOfDefaultTabs,
                                               std::string_view prmOldExternalId,
                                               std::string_view prmExIdForBacklogAndQueue) {
-    EnsureTranslator();
     if (!prmExIdForBacklogAndQueue.empty()) lclQueueExternalId = prmExIdForBacklogAndQueue;
     SetId(0);
     const auto tabs = DefaultTabs(prmListOfDefaultTabs);
@@ -160,8 +164,8 @@ std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
     lclState.ExternalId = prmExternalId;
     PropertyChanged.Raise("ExternalId");
     ApplyLayout();
-    if (lclQueueExternalId.empty()) lclQueueExternalId = prmExternalId;
-    if (!lclQueueExternalId.empty()) fncCheckDocumentQueue(lclQueueExternalId);
+    lclDefaultQueueId = prmExternalId;
+    fncCheckDocumentQueue({});
     return 0;
 }
 
@@ -173,6 +177,11 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
     // Without a key the look-up would find whichever dossier comes first.
     if (!DbConnection() || externalId.empty()) {
         lclWorkstation.log.Write("OpenOrCreate", DbConnection() ? "no key" : "no connection");
+        return -1;
+    }
+    // Cut to the column it could be another dossier's.
+    if (model::ColumnText(externalId) != externalId) {
+        lclWorkstation.log.Write("OpenOrCreate", "a key has at most 255 characters");
         return -1;
     }
     lclViewer->SetDbConnection(DbConnection());
@@ -206,7 +215,7 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
     // An earlier run may have ended between the key row and the dossier row.
     if (dossier.Eof()) return CreateDossier(relation.DossierId(), description, tabs, step);
     SetId(dossier.TreeId());
-    return 0;
+    return Id() == 0 || lclTree->Tree() ? 0 : -6; // the user was told what could not be read
 }
 
 std::int32_t ctrlCorrespondence::CreateDossier(std::int32_t dossierId, std::string_view description,
@@ -228,12 +237,18 @@ std::int32_t ctrlCorrespondence::CreateDossier(std::int32_t dossierId, std::stri
 std::int32_t ctrlCorrespondence::CloseObject() {
     std::int32_t result = addFiles::done;
     Guarded("CloseObject", [&] {
-        result = FilePendingAtTop();
-        if (Id() != 0) SetId(0);
-        lclViewer->ShowNothing();
+        result = EndDossier();
         lclQueueExternalId.clear();
         if (lclState.DbOpened) SetDbConnection(nullptr);
     });
+    return result;
+}
+
+std::int32_t ctrlCorrespondence::EndDossier() {
+    const auto result = FilePendingAtTop();
+    if (Id() != 0) SetId(0);
+    lclViewer->ShowNothing();
+    lclDefaultQueueId.clear();
     return result;
 }
 

@@ -57,8 +57,19 @@ void ctrlCorrespondence::SubscribeToChildren() {
         [this](const std::vector<std::string>& files, std::int32_t) {
             AddFiles(files, {}, 0, false, false);
         }));
-    keep(tree.EvItemDragOver.Subscribe(
-        [this](DragState state, std::int32_t id) { OLEDragOver.Raise(state, id); }));
+    keep(tree.DragStarted.Subscribe([this](const DropData& data, std::int32_t& allowed) {
+        OLEStartDrag.Raise(data, allowed);
+    }));
+    keep(tree.DragDataAsked.Subscribe(
+        [this](const DropData& data, std::int16_t& format) { OLESetData.Raise(data, format); }));
+    keep(tree.DragFeedback.Subscribe(
+        [this](std::int32_t& effect, bool& pointers) { OLEGiveFeedback.Raise(effect, pointers); }));
+    keep(tree.DraggedOver.Subscribe(
+        [this](const DropData& data, std::int32_t& effect, DragState state) {
+            OLEDragOver.Raise(data, effect, state);
+        }));
+    keep(tree.DragCompleted.Subscribe(
+        [this](std::int32_t& effect) { OLECompleteDrag.Raise(effect); }));
     keep(tree.EvItemCreated.Subscribe(
         [this](const TreeItemInfo& item) { EvItemCreated.Raise(item); }));
     keep(tree.EvItemDelete.Subscribe([this](const TreeItemInfo& item) {
@@ -67,10 +78,7 @@ void ctrlCorrespondence::SubscribeToChildren() {
     }));
     keep(tree.EvItemRenamed.Subscribe(
         [this](const TreeItemInfo&, const std::string&) { lclViewer->Refresh(); }));
-    keep(tree.EvCompleteDrag.Subscribe([this] {
-        OLECompleteDrag.Raise();
-        EvCompleteDrag.Raise();
-    }));
+    keep(tree.EvCompleteDrag.Subscribe([this] { EvCompleteDrag.Raise(); }));
     keep(lclViewer->DocumentChosen.Subscribe(
         [this](std::int32_t id) { Guarded("DocumentChosen", [&] { SelectItem(id); }); }));
     keep(lclSplitPanel->Moved.Subscribe([this] {
@@ -90,6 +98,7 @@ void ctrlCorrespondence::SelectItem(std::int32_t id) {
 
 void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
     EvItemSelected.Raise(item);
+    if (lclRights.Unreadable()) WriteSwitches();
     Guarded("EvItemSelected", [&] {
         ShowItem(item);
         if (lclPending.empty() || lclLock.Held()) return;
@@ -160,7 +169,7 @@ void ctrlCorrespondence::ToolbarChanged() {
 }
 
 void ctrlCorrespondence::OLEDrag() {
-    if (const auto item = lclTree->SelectedItem()) lclTree->BeginDrag(item->Id());
+    if (const auto item = lclTree->SelectedItem()) lclTree->Drag(item->Id());
 }
 
 } // namespace kavidex::controls

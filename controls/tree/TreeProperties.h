@@ -38,6 +38,7 @@ struct TreeProperties {
 
     // Not saved with the host.
     std::string EmailAddress;
+    std::int16_t OLEDropMode = 1; // 0: the tree takes no drops
     bool OpenDoubleClick = false, ShowDeleted = false;
 };
 

@@ -57,14 +57,18 @@ public:
 
     virtual void SetStatusText(std::string_view text) = 0;
     virtual void ShowStatusBar(bool show) = 0;
-    // 0 as both colours: the system's.
-    virtual void SetColours(std::uint32_t back, std::uint32_t fore) = 0;
+    // 0 as both colours: the system's. `opaque`: the label above the tree has them too, else the
+    // surroundings'.
+    virtual void SetColours(std::uint32_t back, std::uint32_t fore, bool opaque) = 0;
     virtual void SetFont(const std::optional<FontFace>& font) = 0;
     virtual void SetEnabled(bool enabled) = 0;
     virtual void SetBorder(bool border) = 0;
 
     // Shows the menu at a screen point and waits; the chosen entry's position in `menu`.
     virtual std::optional<std::size_t> ShowMenu(const PopupMenu& menu, int x, int y) = 0;
+    // Drags that text as a button of the mouse is held and waits until it is dropped; the effect.
+    // Tells the logic DragFeedback and DragDataAsked meanwhile.
+    virtual std::int32_t Drag(std::string_view text, std::int32_t allowed) = 0;
     // Whether a top-level window's title contains the text, without case.
     virtual bool HasTopWindow(std::string_view title) = 0;
 };

@@ -12,13 +12,20 @@
 
 namespace kavidex::controls {
 
-ctrlTree::ctrlTree(const platform::Workstation& workstation) : lclWorkstation(workstation) {
+ctrlTree::ctrlTree(const platform::Workstation& workstation)
+    : lclWorkstation(workstation), lclRights(workstation, [this] {
+          lclWorkstation.messages.Show({Text("De rechten kunnen niet gelezen worden"),
+                                        Text("Geen authorisatie"), platform::Buttons::Ok,
+                                        platform::Icon::Exclamation});
+      }) {
     for (const auto& option : TreeOptionTable())
         lclState.*option.member = platform::GetRegFlag(workstation, option.section, option.key);
-    lclState.NameForInsert = "Nieuwe map;Nieuwe notitie";
+    lclState.NameForInsert = lclDefaultNames = "Nieuwe map;Nieuwe notitie";
 }
 
-ctrlTree::~ctrlTree() = default;
+ctrlTree::~ctrlTree() {
+    if (lclCutIn == this) lclCutIn = nullptr;
+}
 
 void ctrlTree::TakeEffect(const Row::Member& member) {
     using P = TreeProperties;
@@ -34,49 +41,63 @@ void ctrlTree::TakeEffect(const Row::Member& member) {
     else if (is(&P::Description) && lclTree && lclState.TreeId > 0)
         Guarded("ctrlTree", [&] { lclTree->SetDescription(lclState.Description); });
     else if (is(&P::BackColor) || is(&P::ForeColor) || is(&P::Enabled) || is(&P::BorderStyle) ||
-             is(&P::SelectItems))
+             is(&P::BackStyle) || is(&P::SelectItems))
         ShowAppearance();
 }
 
 void ctrlTree::SetTreeId(std::int32_t id) {
     const bool changed = Assign(lclState, &TreeProperties::TreeId, id);
-    LoadTree();
+    if (changed) ForgetTree();
+    ShowTree(!changed);
     if (changed) PropertyChanged.Raise("TreeId");
 }
 
 void ctrlTree::SetDbConnection(data::ConnectionPtr connection) {
     if (connection == lclConnection) return;
+    const bool other = lclConnection != nullptr;
     lclConnection = std::move(connection);
-    LoadTree();
+    AskRights();
+    if (other) return SetTreeId(0);
+    ShowTree(false);
 }
 
 void ctrlTree::SetUserAuth(std::shared_ptr<model::clsUserAuth> rights) {
     lclUserAuth = std::move(rights);
+    AskRights();
 }
+
+void ctrlTree::AskRights() { lclRights.Set(lclUserAuth, lclConnection); }
 
 void ctrlTree::SetTranslate(std::shared_ptr<Translator> translator) {
     // Names that nobody chose follow the language; those of the host stay.
-    const auto names = [&] { return Text("Nieuwe map") + ";" + Text("Nieuwe notitie"); };
-    const bool ours = lclState.NameForInsert == names();
+    const bool ours = lclState.NameForInsert == lclDefaultNames;
     lclTranslator = std::move(translator);
     if (lclTree) lclTree->SetTranslation(TranslationBy(lclTranslator));
-    if (ours) lclState.NameForInsert = names();
+    if (ours) {
+        lclDefaultNames = Text("Nieuwe map") + ";" + Text("Nieuwe notitie");
+        lclState.NameForInsert = lclDefaultNames;
+    }
     ShowStatusText();
 }
 
 void ctrlTree::SetFont(std::optional<FontFace> font) {
+    if (font == lclFont) return;
     lclFont = std::move(font);
+    PropertyChanged.Raise("Font");
     ShowAppearance();
 }
 
 void ctrlTree::LoadProperties(PropertyBag& bag) {
+    ForgetTree();
     controls::LoadProperties(TreePropertyTable(), lclState, bag);
+    if (auto font = bag.ReadFont("Font")) lclFont = std::move(font);
     ShowAppearance();
-    LoadTree();
+    ShowTree(false);
 }
 
 void ctrlTree::SaveProperties(PropertyBag& bag) const {
     controls::SaveProperties(TreePropertyTable(), lclState, bag);
+    if (lclFont) bag.WriteFont("Font", *lclFont);
 }
 
 void ctrlTree::AttachWindow(TreeWindow* window) {
@@ -94,7 +115,7 @@ void ctrlTree::AttachWindow(TreeWindow* window) {
 void ctrlTree::ShowAppearance() {
     if (!lclWindow) return;
     lclWindow->SetColours(static_cast<std::uint32_t>(lclState.BackColor),
-                          static_cast<std::uint32_t>(lclState.ForeColor));
+                          static_cast<std::uint32_t>(lclState.ForeColor), lclState.BackStyle != 0);
     lclWindow->SetFont(lclFont);
     lclWindow->SetEnabled(lclState.Enabled);
     lclWindow->SetBorder(lclState.BorderStyle != 0);

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "controls/common/Event.h"
+#include "controls/common/GrantedRights.h"
 #include "controls/common/Translator.h"
 #include "controls/tree/TreeEvents.h"
 #include "controls/tree/TreeProperties.h"
@@ -36,6 +37,9 @@ using ItemPtr = std::shared_ptr<model::clsItem>;
 
 template <class Context>
 class Commands;
+
+// What a user does in the tree, by whatever road: menu, key, toolbar, drop. A host's call is free.
+enum class UserAction { Create, CreateFolder, AddExternal, Change, Delete, Mail, Print };
 
 class ctrlTree {
 public:
@@ -84,14 +88,18 @@ public:
     KAVIDEX_TREE_PROPERTY(bool, ShowNumberOfChildren)
     KAVIDEX_TREE_PROPERTY(std::string, ValueFile)
     KAVIDEX_TREE_PROPERTY(std::string, EmailAddress)
+    KAVIDEX_TREE_PROPERTY(std::int16_t, OLEDropMode)
     KAVIDEX_TREE_PROPERTY(bool, OpenDoubleClick)
     KAVIDEX_TREE_PROPERTY(bool, ShowDeleted)
 #undef KAVIDEX_TREE_PROPERTY
 
-    // Setting the id loads that tree and shows it; 0 empties the control.
+    // Setting the id loads that tree and shows it; 0 empties the control, and so does a tree that
+    // cannot be read.
     std::int32_t TreeId() const { return lclState.TreeId; }
     void SetTreeId(std::int32_t id);
 
+    // In place of another connection it ends the work on the tree: the id belongs to that
+    // database. An id that was set before the first connection is loaded from it.
     const data::ConnectionPtr& DbConnection() const { return lclConnection; }
     void SetDbConnection(data::ConnectionPtr connection);
     const std::shared_ptr<model::clsUserAuth>& UserAuth() const { return lclUserAuth; }
@@ -106,10 +114,12 @@ public:
 
     // --- Operations -----------------------------------------------------------------------------
 
-    // Reads the tree again from the database and shows it; keeps the selection where it still is.
+    // Reads the tree again from the database and shows it; keeps the selection where it still is,
+    // and all of it when reading fails.
     void Refresh();
 
-    // Writes a new tree for DossierType with its default folders and shows it; false on failure.
+    // Writes a new tree with its default folders, without a list those of DossierType, and shows
+    // it; false on failure.
     bool CreateNew(std::string_view description, std::string_view listOfDefaultTabs);
     // Makes the folders that the list names ("a;b;c", or "Dossiertype=" and a type) below the item;
     // the number of folders made, negative on failure.
@@ -143,7 +153,12 @@ public:
     void ClearSelectedItems();
     void fncResetSelectedItems(); // as above, and selects the node where the selection began
     bool ContainsDocuments() const;
-    std::int32_t CountDocuments(std::string_view type) const; // empty: of every type
+    // Without the deleted ones, which the view may show; an empty type is every type.
+    std::int32_t CountDocuments(std::string_view type) const;
+
+    // The rule that every road of the user asks: the switch of the property, and the right.
+    bool MayUser(UserAction action) const;
+    bool MayInsert(std::size_t entry) const; // the i-th entry of NameForInsert
 
     // Selects the next or previous document in the order of the tree; false at the end.
     bool SetNextChildItem();
@@ -172,6 +187,14 @@ public:
     Event<> EvItemCopy, EvItemCut, EvItemPaste;
     Event<const TreeItemInfo&, const std::string&> EvItemRenamed; // and the old description
     Event<> EvCompleteDrag;
+    // A drag as OLE has it, for the control around this one: what it carries and the effects that
+    // it allows; a format that a target asks for; the pointer's looks; the effect offered to what
+    // is dragged over; and what became of it.
+    Event<const DropData&, std::int32_t&> DragStarted;
+    Event<const DropData&, std::int16_t&> DragDataAsked;
+    Event<std::int32_t&, bool&> DragFeedback; // effect, the system's pointers
+    Event<const DropData&, std::int32_t&, DragState> DraggedOver;
+    Event<std::int32_t&> DragCompleted;
     Event<std::string_view> PropertyChanged; // the saved item's name, for the container
 
     // --- The window and what it reports --------------------------------------------------------
@@ -197,10 +220,11 @@ public:
     bool CommandKey(int key, bool control, bool shift);
 
     bool BeginDrag(std::int32_t id); // whether a drag of the item (or the collected ones) may start
+    std::int32_t Drag(std::int32_t id); // the whole of it; the effect
     const std::string& DropString() const { return lclState.DropString; } // what a drag carries
     std::int32_t DragOver(DragState state, const DropData& data, std::int32_t targetId);
     std::int32_t Dropped(const DropData& data, std::int32_t targetId);
-    void CompleteDrag();
+    void CompleteDrag(std::int32_t effect = drop::none);
     void HoverExpanded(std::int32_t id);
 
     // For drawing without a window.
@@ -235,8 +259,9 @@ private:
     using Row = Property<TreeProperties>;
     template <class Type>
     void Change(Type TreeProperties::*member, const Type& value) {
-        if (!Assign(lclState, member, value)) return;
         const auto* row = FindProperty(TreePropertyTable(), member);
+        if (row) CheckValue(*row, value);
+        if (!Assign(lclState, member, value)) return;
         if (row) PropertyChanged.Raise(row->ReportedAs());
         TakeEffect(Row::Member(member));
     }
@@ -251,7 +276,10 @@ private:
                    const std::exception& error) const;
 
     ItemPtr Root() const; // null while no tree is loaded
-    void LoadTree();
+    bool LoadTree();      // false: reading failed, and what was shown is still there
+    void ShowTree(bool keep);
+    void ForgetTree(); // what was selected, cut or dragged belongs to the tree that goes
+    void AskRights();
     void Fill();
     void FillFrom(const ItemPtr& top, std::int32_t parentId);
     std::vector<ItemPtr> Children(const model::clsItem& item) const; // in the order of the view
@@ -283,6 +311,8 @@ private:
     void MoveItems(const std::vector<std::int32_t>& ids, std::int32_t target);
     bool MayChange(std::int32_t id) const;
     bool MayMove(std::int32_t id, std::int32_t target) const;
+    std::int32_t OfferedEffect(const DropData& data, std::int32_t folder) const;
+    DropData AcceptedOf(const DropData& data) const; // the user is told what AllowedTypes refuses
     void ToggleOption(const TreeOption& option);
     void Cut();
     void Paste();
@@ -291,6 +321,8 @@ private:
     TreeProperties lclState;
     data::ConnectionPtr lclConnection;
     std::shared_ptr<model::clsUserAuth> lclUserAuth;
+    GrantedRights lclRights;
+    std::string lclDefaultNames; // NameForInsert as long as nobody chose one
     std::shared_ptr<Translator> lclTranslator;
     std::optional<FontFace> lclFont;
     std::shared_ptr<model::clsTree> lclTree;
@@ -300,7 +332,8 @@ private:
     std::unordered_map<std::int32_t, Node> lclNodes;
     std::unordered_set<std::int32_t> lclCollected;
     std::vector<std::int32_t> lclCollectedOrder;
-    std::vector<std::int32_t> lclCut; // what "Plakken" moves
+    std::vector<std::int32_t> lclCut;             // what "Plakken" moves
+    static thread_local const ctrlTree* lclCutIn; // the tree in which this thread's user cut last
     std::int32_t lclSelected = 0;
     std::vector<IconEntry> lclIcons;
     std::vector<std::pair<std::string, Images>> lclImages; // by type as written, for the fill

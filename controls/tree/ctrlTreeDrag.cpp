@@ -1,6 +1,8 @@
 // Dragging items within the tree, and dropping files, mail and texts from outside on it.
 #include "controls/tree/ctrlTree.h"
 #include "model/clsItem.h"
+#include "model/filing.h"
+#include "platform/Files.h"
 #include "platform/Messages.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
@@ -18,11 +20,32 @@ bool ctrlTree::BeginDrag(std::int32_t id) {
     return true;
 }
 
+std::int32_t ctrlTree::Drag(std::int32_t id) {
+    std::int32_t effect = drop::none;
+    if (!lclWindow || !BeginDrag(id)) return effect;
+    Guarded("ctrlTree", [&] {
+        DropData data;
+        data.hasText = true;
+        data.text = lclState.DropString;
+        std::int32_t allowed = drop::copy | drop::move;
+        DragStarted.Raise(data, allowed);
+        if (allowed != drop::none && lclWindow) effect = lclWindow->Drag(data.text, allowed);
+    });
+    CompleteDrag(effect);
+    return effect;
+}
+
 std::int32_t ctrlTree::DragOver(DragState state, const DropData& data, std::int32_t targetId) {
     lclState.JustStartedDrag = false;
+    if (lclState.OLEDropMode == 0) return drop::none;
     EvItemDragOver.Raise(state, targetId);
-    if (state == DragState::Leave || !lclTree) return drop::none;
-    const auto folder = FolderAt(targetId);
+    auto effect = state == DragState::Leave ? drop::none : OfferedEffect(data, FolderAt(targetId));
+    DraggedOver.Raise(data, effect, state);
+    return effect;
+}
+
+std::int32_t ctrlTree::OfferedEffect(const DropData& data, std::int32_t folder) const {
+    if (!lclTree) return drop::none;
     if (lclState.IntDrag) {
         for (const auto& id : platform::Split(lclState.DropString, ';'))
             if (MayMove(static_cast<std::int32_t>(platform::Val(id)), folder)) return drop::move;
@@ -32,8 +55,24 @@ std::int32_t ctrlTree::DragOver(DragState state, const DropData& data, std::int3
                                                                                 : drop::none;
 }
 
+DropData ctrlTree::AcceptedOf(const DropData& data) const {
+    DropData accepted = data;
+    std::string refused;
+    std::erase_if(accepted.files, [&](const std::string& file) {
+        if (AcceptsType(model::DocumentTypeOf(platform::FileName(file)))) return false;
+        refused += (refused.empty() ? "" : ", ") + platform::FileName(file);
+        return true;
+    });
+    if (!refused.empty())
+        lclWorkstation.messages.Show(
+            {Text("Bestanden van dit type worden hier niet opgenomen: $%$", {refused}),
+             Text("Geen authorisatie"), platform::Buttons::Ok, platform::Icon::Exclamation});
+    return accepted;
+}
+
 std::int32_t ctrlTree::Dropped(const DropData& data, std::int32_t targetId) {
     std::int32_t effect = drop::none;
+    if (lclState.OLEDropMode == 0) return effect;
     Guarded("ctrlTree", [&] {
         const auto folder = FolderAt(targetId);
         if (data.hasText && lclState.IntDrag) {
@@ -44,13 +83,15 @@ std::int32_t ctrlTree::Dropped(const DropData& data, std::int32_t targetId) {
             MoveItems(ids, folder);
             effect = drop::move;
             EvItemDroppedAndHandled.Raise();
-        } else if (lclState.AllowAddExternal && !lclState.ReadOnly) {
+        } else if (MayUser(UserAction::AddExternal)) {
             if (!lclState.SelectItems) ClearSelectedItems();
+            const auto accepted = AcceptedOf(data);
+            if (data.hasFiles && accepted.files.empty()) return;
             const auto entries = platform::Split(data.text, ';').size();
             const bool mail = !data.hasFiles && entries < 2 && lclWindow &&
                               lclWindow->HasTopWindow("Microsoft outlook");
             effect = drop::copy;
-            EvItemDropped.Raise({data, effect, folder, mail});
+            EvItemDropped.Raise({accepted, effect, folder, mail});
             EvItemDroppedAndHandled.Raise();
         } else {
             lclWorkstation.messages.Show(
@@ -61,9 +102,10 @@ std::int32_t ctrlTree::Dropped(const DropData& data, std::int32_t targetId) {
     return effect;
 }
 
-void ctrlTree::CompleteDrag() {
+void ctrlTree::CompleteDrag(std::int32_t effect) {
     lclState.IntDrag = lclState.JustStartedDrag = lclState.InternalMove = false;
     lclState.DropString.clear();
+    DragCompleted.Raise(effect);
     EvCompleteDrag.Raise();
 }
 

@@ -17,10 +17,25 @@ ItemPtr ctrlTree::Root() const {
     return root && root->Id() != 0 ? root : nullptr;
 }
 
-void ctrlTree::Refresh() { LoadTree(); }
+void ctrlTree::Refresh() { ShowTree(true); }
 
-void ctrlTree::LoadTree() {
-    Guarded("ctrlTree", [&] {
+void ctrlTree::ShowTree(bool keep) {
+    if (LoadTree() || keep) return;
+    lclTree.reset(); // never the tree of before under the id of now
+    Fill();
+}
+
+void ctrlTree::ForgetTree() {
+    ClearSelectedItems();
+    lclNodes.clear();
+    lclCut.clear();
+    lclSelected = 0;
+    lclState.DropString.clear();
+    lclState.IntDrag = lclState.ManualDragDropMove = false;
+}
+
+bool ctrlTree::LoadTree() {
+    return Guarded("ctrlTree", [&] {
         if (lclState.TreeId == 0 || !lclConnection) {
             lclTree.reset();
         } else {

@@ -9,6 +9,7 @@
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"
+#include "model/filing.h"
 #include "platform/Clock.h"
 #include "platform/Error.h"
 #include "platform/Log.h"
@@ -53,18 +54,23 @@ bool ctrlTree::CreateNew(std::string_view description, std::string_view listOfDe
         tree->SetOrderByName(lclState.OrderByName);
         tree->SetSortFoldersAndDocs(lclState.FoldersAndDocs);
         tree->SetDbConnection(lclConnection);
-        tree->SetDescription(description);
+        tree->SetDescription(model::ColumnText(description));
         tree->SetNewEnabled(lclState.NewEnabled);
         tree->SetDeleteEnabled(lclState.DeleteEnabled);
         tree->SetUpdateEnabled(lclState.UpdateEnabled);
         if (!CreateRow(*tree, lclConnection, lclWorkstation)) return;
+        ForgetTree();
         lclTree = std::move(tree);
-        lclState.Description = description;
+        lclState.Description = lclTree->Description();
         lclState.TreeId = lclTree->TreeId();
         PropertyChanged.Raise("TreeId");
         Fill();
         created = true;
-        if (const auto root = Root()) fncGetAndCreateTabs(listOfDefaultTabs, root->Id());
+        const bool typed = listOfDefaultTabs.empty() && !lclState.DossierType.empty() &&
+                           !platform::EqualNoCase(lclState.DossierType, "Dossiermap");
+        const auto tabs =
+            typed ? "Dossiertype=" + lclState.DossierType : std::string(listOfDefaultTabs);
+        if (const auto root = Root()) fncGetAndCreateTabs(tabs, root->Id());
     });
     return created;
 }
@@ -76,7 +82,8 @@ std::int32_t ctrlTree::fncGetAndCreateTabs(std::string_view listOfTabs, std::int
             const auto parent = GetNode(parentId);
             const auto siblings = parent ? parent->ChildCollection() : nullptr;
             const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
-            if (AddTab(FillTokens(name, lclWorkstation.clock.Now(), number), parentId)) ++made;
+            const auto text = FillTokens(name, lclWorkstation.clock.Now(), number);
+            if (AddTab(model::ColumnText(text), parentId)) ++made;
         }
     });
     return done ? made : -1;
@@ -115,9 +122,44 @@ void ctrlTree::AddItem(const ItemPtr& item, std::int32_t parentId, bool select) 
     SelectNode(id, true);
 }
 
+namespace {
+
+struct ActionRule {
+    UserAction action;
+    bool TreeProperties::*allowed;
+    std::string_view right;
+    bool changes; // refused while the tree is read only
+};
+constexpr ActionRule actionRules[] = {
+    {UserAction::Create, &TreeProperties::NewEnabled, "EditDossiers", true},
+    {UserAction::CreateFolder, &TreeProperties::AllowCreateFolders, "CreateFolders", true},
+    {UserAction::AddExternal, &TreeProperties::AllowAddExternal, "AddExternal", true},
+    {UserAction::Change, &TreeProperties::UpdateEnabled, "EditDossiers", true},
+    {UserAction::Delete, &TreeProperties::DeleteEnabled, "Delete", true},
+    {UserAction::Mail, &TreeProperties::ShowMail, "Mail", false},
+    {UserAction::Print, &TreeProperties::ShowPrint, "Print", false},
+};
+
+} // namespace
+
+bool ctrlTree::MayUser(UserAction action) const {
+    for (const auto& rule : actionRules)
+        if (rule.action == action)
+            return lclState.*rule.allowed && !(rule.changes && lclState.ReadOnly) &&
+                   lclRights.Has(rule.right);
+    return false;
+}
+
+bool ctrlTree::MayInsert(std::size_t entry) const {
+    const auto types = platform::Split(lclState.TypeForInsert, ';');
+    if (entry >= types.size() || !AcceptsType(types[entry]) || !MayUser(UserAction::Create))
+        return false;
+    return !platform::EqualNoCase(platform::TrimView(types[entry]), "tab") ||
+           MayUser(UserAction::CreateFolder);
+}
+
 bool ctrlTree::AcceptsType(std::string_view type) const {
     const auto wanted = platform::LowerCase(platform::TrimView(type));
-    if (wanted == "tab" && !lclState.AllowCreateFolders) return false;
     const auto types = platform::Split(platform::LowerCase(lclState.AllowedTypes), ';');
     return std::all_of(types.begin(), types.end(),
                        [](const auto& one) { return platform::TrimView(one).empty(); }) ||
@@ -132,6 +174,8 @@ void ctrlTree::CreateInsertItem(int entry) {
         const auto position = static_cast<std::size_t>(entry);
         const auto folder = FolderAt(lclSelected);
         if (position >= names.size() || position >= types.size() || folder == 0) return;
+        if (!MayInsert(position))
+            return lclWorkstation.log.Write("ctrlTree", "Refused: a new " + types[position]);
         const auto& name = names[position];
         const auto& type = types[position];
         const bool note = platform::EqualNoCase(platform::TrimView(type), "nnt");
@@ -174,7 +218,7 @@ ItemPtr ctrlTree::CreateNote(std::string_view name, std::int32_t folder) {
 }
 
 bool ctrlTree::MayChange(std::int32_t id) const {
-    return lclState.UpdateEnabled && !lclState.ReadOnly && id > 0 && lclNodes.contains(id);
+    return id > 0 && lclNodes.contains(id) && MayUser(UserAction::Change);
 }
 
 bool ctrlTree::CanEditLabel(std::int32_t id) const { return MayChange(id); }

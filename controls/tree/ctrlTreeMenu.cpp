@@ -7,6 +7,7 @@
 #include "model/clsItemCol.h"
 #include "platform/Exchange.h"
 #include "platform/General.h"
+#include "platform/Messages.h"
 #include "platform/Shell.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
@@ -44,9 +45,8 @@ struct ctrlTree::MenuContext {
         return ForAll([&](std::int32_t one) { return tree.MayChange(one); });
     }
     bool MayCreate(int which) const {
-        const auto types = platform::Split(State().TypeForInsert, ';');
-        return State().NewEnabled && !State().ReadOnly && folder && folder->Id() > 0 &&
-               folder->AllowChildren() && tree.AcceptsType(types[static_cast<std::size_t>(which)]);
+        return folder && folder->Id() > 0 && folder->AllowChildren() &&
+               tree.MayInsert(static_cast<std::size_t>(which));
     }
     std::string NewName(int which) const {
         const auto names = platform::Split(State().NameForInsert, ';');
@@ -60,6 +60,10 @@ struct ctrlTree::MenuContext {
         for (const auto& option : TreeOptionTable())
             if (option.menuEntry == entry) return &option;
         return nullptr;
+    }
+    bool IsSet(std::string_view entry) const {
+        const auto& option = *Option(entry);
+        return platform::GetRegFlag(tree.lclWorkstation, option.section, option.key);
     }
     void Toggle(std::string_view entry) const { tree.ToggleOption(*Option(entry)); }
     void Expand(bool expand) const {
@@ -93,11 +97,11 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
         return {true, on.Changeable()};
     };
     static constexpr auto option = [](const Context& on, const Id& id) -> State {
-        return {true, true, on.State().*(Context::Option(id.name)->member)};
+        return {true, true, on.IsSet(id.name)};
     };
     static constexpr auto toggle = [](Context& on, const Id& id) { on.Toggle(id.name); };
     static constexpr auto mail = [](const Context& on, const Id&) -> State {
-        return {on.State().ShowMail};
+        return {on.tree.MayUser(UserAction::Mail)};
     };
 
     // What opens something that is not part of the control yet is not offered.
@@ -112,15 +116,14 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
          .caption = "Plakken",
          .key = Ctrl('V'),
          .rule = [](const Context& on, const Id&) -> State {
-             return {true, on.HoldsCut() && on.folder && on.State().UpdateEnabled &&
-                               !on.State().ReadOnly};
+             return {true, on.HoldsCut() && on.folder && on.tree.MayUser(UserAction::Change)};
          },
          .action = [](Context& on, const Id&) { on.Paste(); }},
         {.name = "mnuDelete",
          .caption = "Verwijderen",
          .key = Key(keys::del),
          .rule = [](const Context& on, const Id&) -> State {
-             return {true, on.State().DeleteEnabled && !on.State().ReadOnly &&
+             return {true, on.tree.MayUser(UserAction::Delete) &&
                                on.ForAll([](std::int32_t one) { return one > 0; })};
          },
          .action = [](Context& on, const Id&) { on.tree.DeleteItem(); }},
@@ -151,7 +154,7 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
          .caption = "Afdrukken",
          .offered = false,
          .rule = [](const Context& on, const Id&) -> State {
-             return {on.State().ShowPrint && on.HasPrinters()};
+             return {on.tree.MayUser(UserAction::Print) && on.HasPrinters()};
          }},
         {.name = "mnuProperties",
          .caption = "Eigenschappen",
@@ -255,14 +258,20 @@ void ctrlTree::ChooseMenu(const MenuEntry& entry) {
 }
 
 void ctrlTree::ToggleOption(const TreeOption& option) {
-    const bool value = !(lclState.*option.member);
+    const bool value = !platform::GetRegFlag(lclWorkstation, option.section, option.key);
     // First where the model reads it: a changed option may load the tree again.
     platform::SaveRegFlag(lclWorkstation, option.section, option.key, value);
-    Change(option.member, value);
+    if (lclState.*option.member == value)
+        TakeEffect(Row::Member(option.member)); // the host had set it, not the workstation
+    else
+        Change(option.member, value);
 }
+
+thread_local const ctrlTree* ctrlTree::lclCutIn = nullptr;
 
 void ctrlTree::Cut() {
     lclCut = SelectedIds();
+    lclCutIn = this;
     lclState.ManualDragDropMove = !lclCut.empty();
     lclState.ManualDragDropCopy = false;
     EvItemCut.Raise();
@@ -281,7 +290,12 @@ bool ctrlTree::CommandKey(int key, bool control, bool shift) {
     const auto* command = MenuTable().Of({key, control, shift});
     if (!command) return false;
     MenuContext context(*this, lclSelected);
-    MenuTable().Run(context, {command->name}); // refused where the menu refuses
+    // Refused where the menu refuses.
+    if (!MenuTable().Run(context, {command->name}) && command->name == "mnuPaste" &&
+        lclCut.empty() && lclCutIn && lclCutIn != this && !lclCutIn->lclCut.empty())
+        lclWorkstation.messages.Show(
+            {Text("Wat in een ander dossier geknipt is, kan hier niet geplakt worden"),
+             Text("Plakken"), platform::Buttons::Ok, platform::Icon::Exclamation});
     return true;
 }
 

@@ -81,7 +81,8 @@ std::int32_t ctrlTree::CountDocuments(std::string_view type) const {
         std::count_if(lclNodes.begin(), lclNodes.end(), [&](const auto& entry) {
             const auto& item = *entry.second.item;
             const auto own = platform::LowerCase(item.ItemType());
-            return !item.AllowChildren() && own != "user" && (wanted.empty() || own == wanted);
+            return item.Id() > 0 && !item.AllowChildren() && own != "user" &&
+                   (wanted.empty() || own == wanted);
         }));
 }
 

@@ -75,7 +75,8 @@ HRESULT CopyMedium(const STGMEDIUM& from, CLIPFORMAT format, STGMEDIUM& to) {
 
 class DataObject : public Counted<IDataObject> {
 public:
-    explicit DataObject(ExchangeData data) : lclFiles(std::move(data.virtualFiles)) {
+    DataObject(ExchangeData data, std::function<void()> asked)
+        : lclFiles(std::move(data.virtualFiles)), lclAsked(std::move(asked)) {
         const auto& formats = Formats();
         if (data.hasFiles) {
             const DWORD copy = DROPEFFECT_COPY;
@@ -101,6 +102,8 @@ public:
         if (!offer) return DV_E_FORMATETC;
         if (offer->stored.tymed != TYMED_NULL)
             return CopyMedium(offer->stored, wanted->cfFormat, *medium);
+        const bool text = wanted->cfFormat == CF_UNICODETEXT || wanted->cfFormat == CF_TEXT;
+        if (const auto asked = text ? std::exchange(lclAsked, nullptr) : nullptr) asked();
         std::string bytes = offer->block;
         if (wanted->cfFormat == Formats().contents) {
             try {
@@ -189,12 +192,13 @@ private:
 
     std::vector<VirtualFile> lclFiles;
     std::vector<Offer> lclOffers;
+    std::function<void()> lclAsked;
 };
 
 } // namespace
 
-ComPtr<IDataObject> MakeDataObject(ExchangeData data) {
-    return ComPtr<IDataObject>::Attach(new DataObject(std::move(data)));
+ComPtr<IDataObject> MakeDataObject(ExchangeData data, std::function<void()> asked) {
+    return ComPtr<IDataObject>::Attach(new DataObject(std::move(data), std::move(asked)));
 }
 
 } // namespace kavidex::platform::win32

@@ -3,6 +3,7 @@
 
 #include <objbase.h>
 #include <shellapi.h>
+#include <shlobj.h>
 #include <winspool.h>
 
 #include <vector>
@@ -112,6 +113,12 @@ public:
     }
 };
 
+std::string LocalDataFolder() {
+    wchar_t folder[MAX_PATH];
+    if (FAILED(SHGetFolderPathW(nullptr, CSIDL_LOCAL_APPDATA, nullptr, 0, folder))) return {};
+    return JoinPath(FromWide(folder), "Kavidex");
+}
+
 struct Machine {
     SettingsRegistry registry;
     WindowsFiles files;
@@ -121,7 +128,7 @@ struct Machine {
     MessageBoxes boxes;
     WindowsBusyDialog busy;
     Desktop shell;
-    FileLog log{registry, clock, files};
+    FileLog log{registry, clock, files, LocalDataFolder()};
     WindowsClipboard clipboard;
     UnattendedMessages messages{boxes, registry, log};
     Workstation workstation{registry, files, clock, user, guids,

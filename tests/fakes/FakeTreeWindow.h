@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "controls/tree/TreeEvents.h"
 #include "controls/tree/TreeWindow.h"
 
 namespace kavidex::tests {
@@ -33,8 +34,10 @@ public:
     bool statusBar = true, redraw = true, checkBoxes = false;
     int fills = 0, paintedAdds = 0; // paintedAdds: nodes added while redraw was on
     std::string topWindow;
-    controls::PopupMenu menu; // the last one shown
-    std::string choose;       // the entry that the user takes
+    std::string dragged;
+    std::int32_t dragEffect = controls::drop::move; // what the target makes of a drag
+    controls::PopupMenu menu;                       // the last one shown
+    std::string choose;                             // the entry that the user takes
 
     // The texts below a node, a level deeper one more dot.
     std::string Drawing(NodeHandle node = 0, const std::string& indent = {}) const {
@@ -105,7 +108,7 @@ public:
     }
     void SetStatusText(std::string_view text) override { status = text; }
     void ShowStatusBar(bool show) override { statusBar = show; }
-    void SetColours(std::uint32_t, std::uint32_t) override {}
+    void SetColours(std::uint32_t, std::uint32_t, bool) override {}
     void SetFont(const std::optional<controls::FontFace>&) override {}
     void SetEnabled(bool) override {}
     void SetBorder(bool) override {}
@@ -114,6 +117,10 @@ public:
         for (std::size_t i = 0; i < menu.size(); ++i)
             if (menu[i].name == choose) return i;
         return std::nullopt;
+    }
+    std::int32_t Drag(std::string_view text, std::int32_t allowed) override {
+        dragged = text;
+        return allowed & dragEffect;
     }
     bool HasTopWindow(std::string_view title) override {
         return !topWindow.empty() && title == topWindow;

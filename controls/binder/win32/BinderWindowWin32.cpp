@@ -89,7 +89,8 @@ void BinderWindowWin32::AppearanceChanged() {
 }
 
 void BinderWindowWin32::Repaint() {
-    RedrawWindow(lclWindow, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
+    RedrawWindow(lclWindow, nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
 }
 
 void BinderWindowWin32::FocusTree() {

@@ -107,11 +107,20 @@ private:
 
 class Source : public Counted<IDropSource> {
 public:
+    explicit Source(const DragListeners& listeners) : lclListeners(listeners) {}
     HRESULT STDMETHODCALLTYPE QueryContinueDrag(BOOL escape, DWORD keys) override {
         if (escape) return DRAGDROP_S_CANCEL;
         return keys & MK_LBUTTON ? S_OK : DRAGDROP_S_DROP;
     }
-    HRESULT STDMETHODCALLTYPE GiveFeedback(DWORD) override { return DRAGDROP_S_USEDEFAULTCURSORS; }
+    HRESULT STDMETHODCALLTYPE GiveFeedback(DWORD effect) override {
+        auto shown = static_cast<std::int32_t>(effect);
+        bool defaultPointers = true;
+        if (lclListeners.feedback) lclListeners.feedback(shown, defaultPointers);
+        return defaultPointers ? DRAGDROP_S_USEDEFAULTCURSORS : S_OK;
+    }
+
+private:
+    const DragListeners& lclListeners;
 };
 
 } // namespace
@@ -135,9 +144,10 @@ void DropRegistration::Revoke() {
     if (std::exchange(lclOleReady, false)) OleUninitialize();
 }
 
-std::int32_t Drag(const DropData& data, std::int32_t allowed, HWND window) {
-    const auto object = platform::win32::MakeDataObject(data);
-    const auto source = ComPtr<IDropSource>::Attach(new Source);
+std::int32_t Drag(const DropData& data, std::int32_t allowed, HWND window,
+                  const DragListeners& listeners) {
+    const auto object = platform::win32::MakeDataObject(data, listeners.dataAsked);
+    const auto source = ComPtr<IDropSource>::Attach(new Source(listeners));
     if (const auto helper = ShellHelper<IDragSourceHelper>(IID_IDragSourceHelper))
         helper->InitializeFromWindow(window, nullptr, object.Get()); // without: the cursors alone
     DWORD effect = DROPEFFECT_NONE;

@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include <functional>
+
 #include <ole2.h>
 
 #include "controls/exchange/DragDrop.h"
@@ -36,8 +38,15 @@ private:
     bool lclOleReady = false;
 };
 
+// What the source of a drag hears; what is not set is not asked.
+struct DragListeners {
+    std::function<void()> dataAsked{}; // a target asks for the text, the first time
+    std::function<void(std::int32_t& effect, bool& defaultPointers)> feedback{};
+};
+
 // Drags the data as the left button is held, from `window`, which lends its look to the image;
 // waits until it is dropped. The effect, none when it was dropped nowhere.
-std::int32_t Drag(const DropData& data, std::int32_t allowed, HWND window);
+std::int32_t Drag(const DropData& data, std::int32_t allowed, HWND window,
+                  const DragListeners& listeners = {});
 
 } // namespace kavidex::controls::win32

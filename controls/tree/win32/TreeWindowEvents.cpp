@@ -50,10 +50,7 @@ LRESULT TreeWindowWin32::Notified(NMHDR& header) {
     }
     case TVN_BEGINDRAGW:
         TreeView_SelectItem(lclTree, tree.itemNew.hItem);
-        if (lclLogic.BeginDrag(static_cast<std::int32_t>(tree.itemNew.lParam))) {
-            Drag({true, false, lclLogic.DropString(), {}}, drop::copy | drop::move, lclTree);
-            lclLogic.CompleteDrag();
-        }
+        lclLogic.Drag(static_cast<std::int32_t>(tree.itemNew.lParam));
         return 0;
     case TVN_KEYDOWN: {
         const auto key = reinterpret_cast<const NMTVKEYDOWN&>(header).wVKey;
@@ -167,6 +164,26 @@ void TreeWindowWin32::ExpandBelow(HTREEITEM top) {
 
 LRESULT TreeWindowWin32::HandleTree(UINT message, WPARAM w, LPARAM l) {
     const HWND tree = lclTree;
+    // A click brings the focus with it, and a focused tree without a selection selects its first
+    // node: that is not what was clicked.
+    if (message == WM_MOUSEACTIVATE || message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN)
+        lclByMouse = true;
+    if (message == WM_SETFOCUS && (lclByMouse || lclLogic.SelectedItem() != nullptr)) {
+        const auto before = TreeView_GetSelection(tree);
+        ++lclQuiet;
+        const LRESULT result = CallWindowProcW(lclNativeTree, tree, message, w, l);
+        if (TreeView_GetSelection(tree) != before) TreeView_SelectItem(tree, before);
+        --lclQuiet;
+        return result;
+    }
+    const LRESULT result = TreeMessage(message, w, l);
+    if (message == WM_MOUSEACTIVATE || message == WM_LBUTTONDOWN || message == WM_RBUTTONDOWN)
+        lclByMouse = false;
+    return result;
+}
+
+LRESULT TreeWindowWin32::TreeMessage(UINT message, WPARAM w, LPARAM l) {
+    const HWND tree = lclTree;
     auto key = static_cast<std::int16_t>(w);
     switch (message) {
     case WM_LBUTTONDOWN:
@@ -231,6 +248,21 @@ void TreeWindowWin32::MouseEvent(UINT message, WPARAM w, LPARAM l) {
     }
 }
 
+std::int32_t TreeWindowWin32::Drag(std::string_view text, std::int32_t allowed) {
+    if (GetKeyState(VK_LBUTTON) >= 0) return drop::none; // it would be dropped where it lies
+    DropData data;
+    data.hasText = true;
+    data.text = text;
+    return win32::Drag(data, allowed, lclTree,
+                       {[&] {
+                            std::int16_t format = CF_TEXT;
+                            lclLogic.DragDataAsked.Raise(data, format);
+                        },
+                        [this](std::int32_t& effect, bool& pointers) {
+                            lclLogic.DragFeedback.Raise(effect, pointers);
+                        }});
+}
+
 std::int32_t TreeWindowWin32::DragMoved(DragState state, const DropData& data,
                                         const DropPlace& place) {
     const POINT point{place.x, place.y};
@@ -252,7 +284,10 @@ std::int32_t TreeWindowWin32::DragDropped(const DropData& data, const DropPlace&
     StopDragTimers();
     const auto target = IdOf(HitTest({place.x, place.y}));
     TreeView_SelectDropTarget(lclTree, nullptr);
-    return lclLogic.Dropped(data, target);
+    const auto effect = lclLogic.Dropped(data, target);
+    // A drag that was still on its way while the drop was handled marks its folder again.
+    if (lclTree) TreeView_SelectDropTarget(lclTree, nullptr);
+    return effect;
 }
 
 void TreeWindowWin32::DragTimer(UINT_PTR timer) {

@@ -105,6 +105,18 @@ LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
     case WM_SIZE: Layout(); return 0;
     case WM_SETFOCUS: TakeFocus(); return 0;
+    case WM_CTLCOLORSTATIC:
+        if (lclLabelBrush && reinterpret_cast<HWND>(l) == lclLabel)
+            return LabelColours(reinterpret_cast<HDC>(w));
+        return DefWindowProcW(window, message, w, l);
+    case WM_ERASEBKGND:
+        if (lclLabelBrush) {
+            RECT area{};
+            GetClientRect(window, &area);
+            FillRect(reinterpret_cast<HDC>(w), &area, lclLabelBrush);
+            return 1;
+        }
+        return DefWindowProcW(window, message, w, l);
     case WM_NOTIFY: return Notified(*reinterpret_cast<NMHDR*>(l));
     case WM_CONTEXTMENU: OpenContextMenu(l); return 0;
     case WM_TIMER: DragTimer(w); return 0;
@@ -128,6 +140,7 @@ LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         return 0;
     case WM_NCDESTROY:
         if (lclFont) DeleteObject(std::exchange(lclFont, nullptr));
+        if (lclLabelBrush) DeleteObject(std::exchange(lclLabelBrush, nullptr));
         lclTree = lclLabel = nullptr;
         lclQuiet = 0;
         return DefWindowProcW(window, message, w, l);
@@ -164,7 +177,7 @@ void TreeWindowWin32::BuildLook() {
     TreeView_SetImageList(lclTree, nullptr, TVSIL_NORMAL);
     lclImages.Build(lclDpi);
     TreeView_SetImageList(lclTree, lclImages.Handle(), TVSIL_NORMAL);
-    SetColours(lclBack, lclFore);
+    SetColours(lclBack, lclFore, lclOpaque);
     Layout();
 }
 
@@ -177,13 +190,24 @@ void TreeWindowWin32::ShowStatusBar(bool show) {
     Layout();
 }
 
-void TreeWindowWin32::SetColours(std::uint32_t back, std::uint32_t fore) {
+void TreeWindowWin32::SetColours(std::uint32_t back, std::uint32_t fore, bool opaque) {
     lclBack = back;
     lclFore = fore;
+    lclOpaque = opaque;
     // Equal colours (as with a host that saved none) would show nothing: the system's then.
     const bool ours = back != fore && !HighContrast();
     TreeView_SetBkColor(lclTree, ours ? ColourOf(back) : static_cast<COLORREF>(-1));
     TreeView_SetTextColor(lclTree, ours ? ColourOf(fore) : static_cast<COLORREF>(-1));
+    if (lclLabelBrush) DeleteObject(std::exchange(lclLabelBrush, nullptr));
+    if (ours && opaque) lclLabelBrush = CreateSolidBrush(ColourOf(back));
+    InvalidateRect(lclLabel, nullptr, TRUE);
+    InvalidateRect(lclWindow, nullptr, TRUE);
+}
+
+LRESULT TreeWindowWin32::LabelColours(HDC device) {
+    SetTextColor(device, ColourOf(lclFore));
+    SetBkColor(device, ColourOf(lclBack));
+    return reinterpret_cast<LRESULT>(lclLabelBrush);
 }
 
 void TreeWindowWin32::SetFont(const std::optional<FontFace>& font) {

@@ -56,11 +56,12 @@ public:
     }
     void SetStatusText(std::string_view text) override;
     void ShowStatusBar(bool show) override;
-    void SetColours(std::uint32_t back, std::uint32_t fore) override;
+    void SetColours(std::uint32_t back, std::uint32_t fore, bool opaque) override;
     void SetFont(const std::optional<FontFace>& font) override;
     void SetEnabled(bool enabled) override;
     void SetBorder(bool border) override;
     std::optional<std::size_t> ShowMenu(const PopupMenu& menu, int x, int y) override;
+    std::int32_t Drag(std::string_view text, std::int32_t allowed) override;
     bool HasTopWindow(std::string_view title) override;
 
     using OwnWindow::Handle;
@@ -70,6 +71,7 @@ private:
     static LRESULT CALLBACK TreeProcedure(HWND window, UINT message, WPARAM w, LPARAM l);
     void ExpandBelow(HTREEITEM top);
     LRESULT HandleTree(UINT message, WPARAM w, LPARAM l);
+    LRESULT TreeMessage(UINT message, WPARAM w, LPARAM l);
     LRESULT Notified(NMHDR& header);
     LRESULT CustomDraw(NMTVCUSTOMDRAW& draw) const;
     bool BeginLabelEdit(const NMTVDISPINFOW& info);
@@ -90,6 +92,7 @@ private:
     std::int32_t DragDropped(const DropData& data, const DropPlace& place) override;
     void DragTimer(UINT_PTR timer);
     void StopDragTimers();
+    LRESULT LabelColours(HDC device);
 
     ctrlTree& lclLogic;
     const platform::Workstation& lclWorkstation;
@@ -101,7 +104,10 @@ private:
     std::vector<std::pair<int, int>> lclPairs; // closed and open images that differ
     std::optional<FontFace> lclFace;
     std::uint32_t lclBack = 0, lclFore = 0;
-    int lclQuiet = 0; // above 0: what the tree tells is our own doing
+    bool lclOpaque = false;
+    HBRUSH lclLabelBrush = nullptr; // behind the label, null for the surroundings' colour
+    bool lclByMouse = false;        // the focus comes with a click
+    int lclQuiet = 0;               // above 0: what the tree tells is our own doing
     bool lclStatusBar = true, lclCheckBoxes = false;
     DropRegistration lclDrops;
     HTREEITEM lclHovered = nullptr;

@@ -16,6 +16,18 @@ constexpr DISPID ambientUserMode = -709, ambientUiDead = -710, ambientLocale = -
 
 } // namespace
 
+std::string TextOf(const Variant& argument) {
+    try {
+        if (!argument.IsArray()) return argument.ToText();
+        std::string texts;
+        for (const auto& element : ElementsOf(argument.Get()))
+            texts += (texts.empty() ? "" : "|") + TextOf(element);
+        return texts;
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
 std::vector<Variant> SiteEvent::Arguments() const {
     std::vector<Variant> arguments;
     for (UINT i = parameters.cArgs; i-- > 0;) arguments.emplace_back(parameters.rgvarg[i]);
@@ -253,10 +265,15 @@ HRESULT ControlSite::Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS*
     if (!(flags & DISPATCH_METHOD)) return DISP_E_MEMBERNOTFOUND;
     const auto name = lclEventNames.find(member);
     const ComPtr<IDispatch> alive(this); // whatever the owner does on the event
-    if (lclHooks.event)
-        lclHooks.event(
-            {member, name == lclEventNames.end() ? std::string() : name->second, *parameters});
-    return S_OK;
+    if (!parameters) return E_INVALIDARG;
+    try {
+        if (lclHooks.event)
+            lclHooks.event(
+                {member, name == lclEventNames.end() ? std::string() : name->second, *parameters});
+        return S_OK;
+    } catch (...) { // nothing that a control hands over may end its host
+        return E_FAIL;
+    }
 }
 
 } // namespace kavidex::platform::win32

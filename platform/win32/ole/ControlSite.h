@@ -27,7 +27,12 @@ struct SiteEvent {
     std::vector<Variant> Arguments() const; // in the order of their declaration
 };
 
-// What the owner wants to know or to decide; what is not set has its usual answer.
+// Whatever a control hands over: the elements of an array parted by bars, and nothing for what has
+// no text.
+std::string TextOf(const Variant& argument);
+
+// What the owner wants to know or to decide; what is not set has its usual answer. An event's hook
+// may throw: the control then hears of a failure.
 struct SiteHooks {
     std::function<void(const SiteEvent&)> event{};
     // A key that the control gives back, and its modifiers (1: shift): true when it was used.

@@ -4,14 +4,19 @@
 
 #include <algorithm>
 #include <functional>
+#include <thread>
 
 #include "Container.h"
 #include "com/controls/HostObjects.h"
 #include "com/controls/ctrlCorrespondenceFace.h"
 #include "com/controls/ctrlTreeFace.h"
+#include "com/model/faces.h"
 #include "kavidex_idl.h"
+#include "model/clsField.h"
 #include "model/clsUserAuth.h"
 #include "model/rights.h"
+#include "platform/Error.h"
+#include "platform/ErrorNumber.h"
 
 namespace kavidex::tests {
 
@@ -150,11 +155,60 @@ TEST_F(Work, AHostsOwnTranslatorIsAskedAndGivenBack) {
         const auto translator = com::TranslatorOf(object.ToDispatch());
         EXPECT_EQ(translator->Translate("Map $%$", {"A"}), "<Map A>");
         OneMethod mute(L"Speak", [](const std::string&) { return ""; });
-        EXPECT_EQ(com::TranslatorOf(Variant(static_cast<IDispatch*>(&mute)).ToDispatch())
-                      ->Translate("Map $%$", {"A"}),
-                  "Map A");
+        // What lacks the member that will be called is refused, and what was there stays.
+        for (const wchar_t* const property : {L"Translate", L"UserAuth", L"DbConnection"}) {
+            const auto before = binder.Get(property).ToDispatch();
+            try {
+                binder.PutRef(property, {Variant(static_cast<IDispatch*>(&mute))});
+                ADD_FAILURE() << platform::win32::FromWide(property);
+            } catch (const platform::Error& error) {
+                EXPECT_EQ(platform::ShownNumber(error.Number()), 380) << error.what();
+            }
+            EXPECT_EQ(binder.Get(property).ToDispatch().Get(), before.Get());
+        }
     }
     EXPECT_EQ(english.references, 1);
+}
+
+TEST_F(Work, TheOwnTranslatorIsGivenBackAndServesAnotherControl) {
+    const Late binder(Make(CLSID_ctrlCorrespondence)), tree(Make(CLSID_ctrlTree));
+    binder.Put(L"Language", {Variant(1)});
+    binder.PutRef(L"DbConnection", {lclConnection});
+    const Variant own = binder.Get(L"Translate");
+    EXPECT_EQ(Late(own).Call(L"Translate", {"Nieuwe map"}).ToText(), "New folder");
+    tree.PutRef(L"Translate", {own});
+    EXPECT_EQ(tree.Get(L"NameForInsert").ToText(), "New folder;New note");
+    binder.PutRef(L"Translate", {own});
+    binder.Put(L"Language", {Variant(0)});
+    EXPECT_EQ(Late(own).Call(L"Translate", {"Nieuwe map"}).ToText(), "Nieuwe map")
+        << "it is still the control's own";
+}
+
+TEST_F(Work, UseRightsIsReachableAndErrorsNameTheClassThatWasCalled) {
+    const Late auth(Make(CLSID_clsUserAuth)), settings(Make(CLSID_clsSettings));
+    EXPECT_TRUE(auth.Call(L"UseRights").ToBool()) << "without a connection";
+    auth.PutRef(L"DbConnection", {lclConnection});
+    settings.PutRef(L"DbConnection", {lclConnection});
+    EXPECT_FALSE(auth.Call(L"UseRights").ToBool());
+    settings.Call(L"SetSetting", {"Rights", "Use", "True"});
+    EXPECT_TRUE(auth.Call(L"UseRights").ToBool());
+    try {
+        Late(Make(CLSID_ctrlTree)).PutRef(L"UserAuth", {lclConnection});
+        ADD_FAILURE();
+    } catch (const platform::Error& error) {
+        EXPECT_EQ(error.Source(), "Kavidex.ctrlTree");
+    }
+}
+
+TEST(SharedFaces, TwoApartmentsMakeAndDropThemAtTheSameTime) {
+    std::vector<std::thread> apartments;
+    for (int i = 0; i < 3; ++i)
+        apartments.emplace_back([] {
+            for (int n = 0; n < 20000; ++n)
+                ASSERT_TRUE(Late(com::NewModelObject<model::clsField>()));
+        });
+    for (auto& apartment : apartments) apartment.join();
+    EXPECT_EQ(com::LiveObjects(), 0);
 }
 
 TEST_F(Work, AHostsOwnRightsAreAskedOnceEach) {

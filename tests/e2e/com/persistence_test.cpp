@@ -2,6 +2,7 @@
 #include <map>
 
 #include "Container.h"
+#include "com/controls/HostObjects.h"
 #include "kavidex_idl.h"
 
 namespace kavidex::tests {
@@ -97,6 +98,25 @@ TEST_F(Persistence, StreamsRoundTripAndKeepWhatFollowsThem) {
         As<IOleObject>(second.Object(), IID_IOleObject)->GetExtent(DVASPECT_CONTENT, &got);
         EXPECT_EQ(got.cx, 4000);
     }
+}
+
+TEST_F(Persistence, BagItemsHaveTheirToldWidthAndAFontIsAnObject) {
+    const Late first(Make(CLSID_ctrlTree)), second(Make(CLSID_ctrlTree));
+    first.Put(L"BorderStyle", {Variant(1)});
+    first.PutRef(L"Font", {Variant(com::FontObject(controls::FontFace{"Arial", 9, 700}))});
+    Bag bag;
+    ASSERT_EQ(
+        As<IPersistPropertyBag>(first.Object(), IID_IPersistPropertyBag)->Save(&bag, TRUE, TRUE),
+        S_OK);
+    EXPECT_EQ(bag.items[L"BorderStyle"].Type(), VT_I2);
+    EXPECT_EQ(bag.items[L"TreeId"].Type(), VT_I2);
+    EXPECT_EQ(bag.items[L"BackColor"].Type(), VT_I4);
+    EXPECT_TRUE(bag.items[L"Font"].IsObject());
+    ASSERT_EQ(
+        As<IPersistPropertyBag>(second.Object(), IID_IPersistPropertyBag)->Load(&bag, nullptr),
+        S_OK);
+    EXPECT_EQ(Late(second.Get(L"Font")).Get(L"Name").ToText(), "Arial");
+    EXPECT_EQ(second.Get(L"BorderStyle").ToInt32(), 1);
 }
 
 TEST_F(Persistence, DamagedStreamsAreRefusedAndChangeNothing) {

@@ -139,4 +139,11 @@ TEST_F(Server, RegistersForOneUserWithoutTouchingTheMachine) {
     EXPECT_EQ(Exists(HKEY_LOCAL_MACHINE, L"Kavidex.clsTree"), before);
 }
 
+TEST_F(Server, UnregisteringTakesBackWhatOneUserRegistered) {
+    ASSERT_EQ(Install(true, L"user"), S_OK);
+    ASSERT_EQ(Call("DllUnregisterServer"), S_OK);
+    ExpectGone(HKEY_CURRENT_USER);
+    ASSERT_EQ(Call("DllRegisterServer"), S_OK);
+}
+
 } // namespace kavidex::tests

@@ -25,7 +25,7 @@ expect() { grep -qF -- "$1" "$work/out" || fail "no line with: $1"; }
 script() {
   local file=$1; shift
   run cscript //nologo "$(windows "$file")" "$@" 2>"$work/err" | tr -d '\r' >"$work/out" || true
-  expect "done: $(basename "$file" .vbs)"
+  file=$(basename "$file"); expect "done: ${file%.*}"
 }
 stored() { find "$work/d/store" -type f | wc -l; }
 
@@ -127,7 +127,10 @@ bad_input) # each ends in a clear answer, and nothing is half-filed
   cmp "$work/noise.kdb" "$work/noise.before" || fail "a file that is no database was changed"
   expect "noise refused"
   expect "missing file refused"; expect "unknown folder refused"; expect "documents 1"
-  [ "$(stored)" = 1 ] || fail "one file belongs in the store, $(stored) are there" ;;
+  expect "nothing refused"; expect "large number taken"; expect "border refused"
+  [ "$(stored)" = 1 ] || fail "one file belongs in the store, $(stored) are there"
+  script "$here/script_array.js" "$(windows "$work")"
+  expect "array 0"; expect "empty 0"; expect "documents 3" ;;
 
 *) fail "no such case: $case" ;;
 esac

@@ -11,11 +11,11 @@ namespace {
 class Bag : public PropertyBag {
 public:
     std::map<std::string, data::Value, std::less<>> items;
-    std::optional<data::Value> Read(std::string_view name, const data::Value&) override {
+    std::optional<data::Value> Read(std::string_view name, const data::Value&, BagWidth) override {
         const auto found = items.find(name);
         return found == items.end() ? std::nullopt : std::optional(found->second);
     }
-    void Write(std::string_view name, const data::Value& value) override {
+    void Write(std::string_view name, const data::Value& value, BagWidth) override {
         items[std::string(name)] = value;
     }
 };
@@ -295,7 +295,8 @@ TEST_F(TreeTest, DefaultFoldersComeFromAListOrFromTheDossierType) {
                       "values (7, 'Second', 2)");
     database->Execute("Insert into tblDossierTabs (DossierTypeId, TabDescription, IntOrder) "
                       "values (7, 'First %YYYY', 1)");
-    ASSERT_TRUE(tree.CreateNew("Typed", "Dossiertype=It's"));
+    tree.SetDossierType("It's"); // the list that is given when none is
+    ASSERT_TRUE(tree.CreateNew("Typed", ""));
     const auto items = tree.AllItems();
     ASSERT_EQ(items.size(), 2U);
     EXPECT_EQ(items[0]->Description(), "First 2026");

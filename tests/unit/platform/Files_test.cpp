@@ -209,6 +209,14 @@ TEST_F(FilesTest, TheLogWritesOneLineAnEntryAndStaysBounded) {
         EXPECT_LT(files.Size(path), 200u);
         EXPECT_EQ(files.Size(path + ".old"), FileLog::largest);
     }
+    FileLog own(machine.registry, machine.clock, files, Path("eigen"));
+    machine.registry.Write("Kavidex", "DebugFlags", "LogFile", "");
+    own.Write("fncD", "switched off");
+    EXPECT_FALSE(files.DirectoryExists(Path("eigen")));
+    tests::FakeRegistry unset;
+    FileLog(unset, machine.clock, files, Path("eigen")).Write("fncD", "on by default");
+    EXPECT_EQ(files.ReadAll(Path("eigen\\Kavidex.log")),
+              "2026-11-15 14:05:09.000 fncD: on by default\r\n");
     machine.registry.Write("Kavidex", "DebugFlags", "LogFile", Path("geen\\map\\x.log"));
     log.Write("fncD", "nergens");
     machine.registry.refuse = true;

@@ -4,8 +4,8 @@
 #include <commctrl.h>
 #include <ole2.h>
 
-#include "controls/tree/win32/MakeTreeWindow.h"
 #include "controls/pictures/win32/IconStore.h"
+#include "controls/tree/win32/MakeTreeWindow.h"
 #include "platform/win32/Variant.h"
 #include "tests/unit/controls/TreeFixture.h"
 
@@ -103,6 +103,20 @@ TEST_F(TreeWindowTest, ReportsASelectionOnceAndNotItsOwn) {
     EXPECT_EQ(selections.back(), R"(Dossier\Mail\Old)");
     EXPECT_EQ(selections.size(), 2U);
     EXPECT_FALSE(Read(ItemOf(old)).state & TVIS_EXPANDED);
+}
+
+TEST_F(TreeWindowTest, AClickSelectsWhatItHitsAndNothingBefore) {
+    SetFocus(nullptr);
+    ASSERT_EQ(SelectedId(), 0);
+    selections.clear();
+    RECT place{};
+    TreeView_GetItemRect(view, ItemOf(mail), &place, TRUE);
+    const LPARAM point = MAKELPARAM(place.left + 3, (place.top + place.bottom) / 2);
+    PostMessageW(view, WM_LBUTTONUP, 0, point); // the tree follows the mouse until then
+    SendMessageW(view, WM_LBUTTONDOWN, MK_LBUTTON, point);
+    EXPECT_EQ(SelectedId(), mail);
+    EXPECT_EQ(selections, (std::vector<std::string>{R"(Dossier\Mail)"}));
+    EXPECT_TRUE(GetWindowLongPtrW(view, GWL_STYLE) & TVS_SHOWSELALWAYS);
 }
 
 TEST_F(TreeWindowTest, KeysOfTheTreeWorkAndOthersAreTheHosts) {
