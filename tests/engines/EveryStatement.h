@@ -174,8 +174,9 @@ private:
         controls::DocumentPanel panel(machine);
         panel.SetDbConnection(connection);
         const auto shown = Tree(tree->TreeId());
-        panel.ShowList(shown->GetItem(folder, ""));
-        if (!panel.Documents().empty()) panel.RowActivated(0);
+        const auto listed = shown->GetItem(folder, "");
+        panel.ShowList(listed);
+        for (const auto& document : listed->ChildCollection()->Items()) panel.ShowItem(document);
     }
 
     FakeWorkstation& machine;
