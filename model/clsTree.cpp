@@ -73,11 +73,11 @@ void clsTree::SetFlag(bool& flag, bool value) {
 void clsTree::Store() {
     if (!lclConnection || lclTreeId < 1) return;
     const auto statement = [&](auto flag) {
-        std::string text = "update tblTree  set Description = " + data::SqlValue(lclDescription);
-        text.append(", NewEnabled = ").append(flag(lclNewEnabled));
-        text.append(", DeleteEnabled = ").append(flag(lclDeleteEnabled));
-        text.append(", Updateenabled = ").append(flag(lclUpdateEnabled));
-        return text + " WHERE TreeId = " + Number(lclTreeId);
+        std::string change = "update tblTree  set Description = " + data::SqlValue(lclDescription);
+        change.append(", NewEnabled = ").append(flag(lclNewEnabled));
+        change.append(", DeleteEnabled = ").append(flag(lclDeleteEnabled));
+        change.append(", Updateenabled = ").append(flag(lclUpdateEnabled));
+        return change + " WHERE TreeId = " + Number(lclTreeId);
     };
     const model::Store store(lclConnection);
     try {

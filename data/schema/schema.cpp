@@ -168,6 +168,7 @@ const std::vector<LookupIndex>& LookupIndexes() {
         {"indDbKey", "tblDossierDbRelation", "dbKey"},
         {"indTopItemId", "tblTree", "TopItemId"},
         {"indItemId", "tblTreeItem", "ItemId"},
+        {"indExternalId", "tblDocument", "ExternalId"},
         {"indServerRefId", "tblDocumentUpLink", "ServerRefId"},
         {"indServerRefId", "tblTreeItemUpLink", "ServerRefId"},
     };

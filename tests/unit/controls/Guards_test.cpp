@@ -20,7 +20,8 @@ struct TwoDatabases : Binder {
         second->SetDbConnection(other);
         data::clsSettings settings(machine);
         settings.SetDbConnection(other);
-        settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
+        machine.files.CreateDirectories(machine.Path("theirs"));
+        settings.SetSetting("Storage", "DocumentPath", machine.Path("theirs"));
         for (auto* one : {second.get(), binder.get()}) {
             ASSERT_EQ(one->OpenOrCreate("key", "Dossier", "Post", "", ""), 0);
             ASSERT_EQ(one->AddFiles({File("brief.txt")}, "", 0, false, true), 0);
