@@ -9,9 +9,10 @@ namespace kavidex::controls::forms {
 
 namespace {
 
-bool TakesInput(Kind kind) {
-    return kind != Kind::Label && kind != Kind::Picture && kind != Kind::Frame &&
-           kind != Kind::Progress && kind != Kind::Tabs;
+// Fields that a label leads to; boxes and buttons have captions of their own.
+bool IsLabelled(Kind kind) {
+    return kind == Kind::Edit || kind == Kind::Memo || kind == Kind::Browse ||
+           kind == Kind::Combo || kind == Kind::List || kind == Kind::Tree || kind == Kind::Pane;
 }
 
 bool IsAsciiLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z'); }
@@ -37,8 +38,7 @@ std::vector<std::string> CaptionsWithMnemonics(const Form& form) {
         const Field& field = fields[i];
         const Kind kind = field.Type();
         const bool label = kind == Kind::Label && i + 1 < fields.size() &&
-                           TakesInput(fields[i + 1].Type()) && !fields[i + 1].ReadOnly() &&
-                           fields[i + 1].Type() != Kind::Button;
+                           IsLabelled(fields[i + 1].Type()) && !fields[i + 1].ReadOnly();
         const bool own =
             kind == Kind::Check || kind == Kind::Option ||
             (kind == Kind::Button && !field.Row().Has(style::isDefault | style::isCancel));

@@ -1,5 +1,7 @@
 #include "platform/win32/Owner.h"
 
+#include <utility>
+
 namespace kavidex::platform::win32 {
 
 namespace {
@@ -8,7 +10,7 @@ HWND owner = nullptr;
 
 } // namespace
 
-void SetOwner(HWND window) { owner = window; }
+HWND SetOwner(HWND window) { return std::exchange(owner, window); }
 
 HWND Owner() { return owner && IsWindow(owner) ? GetAncestor(owner, GA_ROOT) : nullptr; }
 

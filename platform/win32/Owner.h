@@ -6,8 +6,8 @@
 namespace kavidex::platform::win32 {
 
 // A control hands over its window when it is activated, and null when it is destroyed. The top
-// window around it is taken.
-void SetOwner(HWND window);
+// window around it is taken. A dialog of ours takes its place while it is up. Gives what was set.
+HWND SetOwner(HWND window);
 
 // Null when there is none, or it is gone.
 HWND Owner();

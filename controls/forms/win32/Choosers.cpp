@@ -30,7 +30,7 @@ std::optional<std::string> WindowsForms::ChooseFolder(std::string_view caption,
     const platform::win32::ActivationScope scope;
     const auto title = ToWide(caption), from = ToWide(start);
     BROWSEINFOW choice{};
-    choice.hwndOwner = GetActiveWindow() ? GetActiveWindow() : OwnerWindow();
+    choice.hwndOwner = OwnerWindow();
     choice.lpszTitle = title.c_str();
     choice.ulFlags = BIF_RETURNONLYFSDIRS | BIF_NEWDIALOGSTYLE;
     choice.lpfn = SelectStart;
@@ -55,7 +55,7 @@ std::optional<std::string> WindowsForms::ChooseFile(std::string_view caption,
     filter = filter + L'\0' + filter + L'\0';
     OPENFILENAMEW choice{};
     choice.lStructSize = sizeof choice;
-    choice.hwndOwner = GetActiveWindow() ? GetActiveWindow() : OwnerWindow();
+    choice.hwndOwner = OwnerWindow();
     choice.lpstrFile = path.data();
     choice.nMaxFile = static_cast<DWORD>(path.size());
     choice.lpstrTitle = title.c_str();

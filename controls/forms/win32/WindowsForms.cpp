@@ -13,27 +13,33 @@ namespace kavidex::controls::forms::win32 {
 
 namespace {
 
-// The owner takes no input while this lives. It is given back before the dialog goes: the system
-// would else activate the window of another program.
-class OwnerDisabled {
+// The dialogs that are up, the innermost last: what is shown meanwhile belongs to it.
+std::vector<HWND> modal;
+
+// The owner takes no input while a dialog is up, and message boxes belong to the dialog. The owner
+// is given back before the dialog goes: the system would else activate the window of another
+// program.
+class Modal {
 public:
-    explicit OwnerDisabled(HWND owner)
-        : lclOwner(owner && IsWindowEnabled(owner) ? owner : nullptr), lclFocus(GetFocus()) {
+    Modal(HWND dialog, HWND owner)
+        : lclOwner(owner && IsWindowEnabled(owner) ? owner : nullptr), lclFocus(GetFocus()),
+          lclBoxes(platform::win32::SetOwner(dialog)) {
+        modal.push_back(dialog);
         if (lclOwner) EnableWindow(lclOwner, FALSE);
     }
-    ~OwnerDisabled() {
-        if (lclOwner && IsWindow(lclOwner)) EnableWindow(lclOwner, TRUE);
-    }
-    OwnerDisabled(const OwnerDisabled&) = delete;
-    OwnerDisabled& operator=(const OwnerDisabled&) = delete;
-
-    void GiveFocusBack() const {
-        if (lclOwner && IsWindow(lclOwner)) SetActiveWindow(lclOwner);
+    ~Modal() {
+        modal.pop_back();
+        platform::win32::SetOwner(lclBoxes);
+        if (!lclOwner || !IsWindow(lclOwner)) return;
+        EnableWindow(lclOwner, TRUE);
+        SetActiveWindow(lclOwner);
         if (lclFocus && IsWindow(lclFocus) && IsWindowVisible(lclFocus)) SetFocus(lclFocus);
     }
+    Modal(const Modal&) = delete;
+    Modal& operator=(const Modal&) = delete;
 
 private:
-    HWND lclOwner, lclFocus;
+    HWND lclOwner, lclFocus, lclBoxes;
 };
 
 void Loop(Form& form, FormWindow& window) {
@@ -103,6 +109,7 @@ WindowsForms::WindowsForms(const platform::Workstation& workstation, std::functi
 WindowsForms::~WindowsForms() = default;
 
 HWND WindowsForms::OwnerWindow() const {
+    if (!modal.empty()) return modal.back();
     const HWND window = lclOwner ? lclOwner() : nullptr;
     if (!window || !IsWindow(window)) return platform::win32::Owner();
     return GetAncestor(window, GA_ROOT);
@@ -116,16 +123,10 @@ bool WindowsForms::ShowModal(Form& form) {
         lclWorkstation.log.Write("ShowModal", "Windows made no window for the form");
         return false;
     }
-    {
-        const OwnerDisabled disabled(owner);
-        ShowWindow(dialog, SW_SHOW);
-        window.TakeFocus();
-        Loop(form, window);
-        // Still before the dialog goes:
-        if (owner && IsWindow(owner)) EnableWindow(owner, TRUE);
-        ShowWindow(dialog, SW_HIDE);
-        disabled.GiveFocusBack();
-    }
+    const Modal up(dialog, owner); // ends before the window does
+    ShowWindow(dialog, SW_SHOW);
+    window.TakeFocus();
+    Loop(form, window);
     return form.Result();
 }
 

@@ -13,6 +13,7 @@
 #include "controls/forms/win32/FormWindow.h"
 #include "controls/forms/win32/WindowsForms.h"
 #include "platform/win32/ComPtr.h"
+#include "platform/win32/Owner.h"
 #include "platform/win32/Variant.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/unit/controls/SampleForm.h"
@@ -109,15 +110,40 @@ TEST_F(FormWindowTest, IsReachedByTabAndMnemonicsAndEndsByEnterAndEscape) {
                       Alt('n'), ExpectFocus("txtName"),
                       [this] {
                           EXPECT_FALSE(IsWindowEnabled(host));
+                          EXPECT_EQ(platform::win32::Owner(), GetActiveWindow())
+                              << "message boxes belong to the dialog";
                           SendMessageW(GetFocus(), EM_REPLACESEL, FALSE,
                                        reinterpret_cast<LPARAM>(L"yé"));
                       },
                       Press(VK_RETURN)}));
     EXPECT_EQ(form["txtName"].Text(), "yé") << "it was selected when the focus came";
     EXPECT_TRUE(IsWindowEnabled(host));
+    EXPECT_EQ(platform::win32::Owner(), nullptr);
     EXPECT_FALSE(Show({Press(VK_ESCAPE)}));
     EXPECT_FALSE(Show({Alt('o'), ExpectFocus("txtNote"), Press(VK_ESCAPE)})) << "from a memo too";
     EXPECT_FALSE(Show({[] { PostMessageW(GetActiveWindow(), WM_CLOSE, 0, 0); }}));
+}
+
+TEST_F(FormWindowTest, AFormWithinAFormBelongsToIt) {
+    Form inner(tests::sample::layout, machine);
+    HWND outer = nullptr, owner = nullptr;
+    form.On("btnApply", What::Clicked, [&](FieldEvent&) { forms.ShowModal(inner); });
+    Show({[&] {
+              outer = GetActiveWindow();
+              SendMessageW(WindowOf("btnApply"), BM_CLICK, 0, 0);
+          },
+          [&] {
+              owner = GetWindow(GetActiveWindow(), GW_OWNER);
+              EXPECT_FALSE(IsWindowEnabled(outer));
+              EXPECT_FALSE(IsWindowEnabled(host));
+              inner.Close(false);
+          },
+          [&] {
+              EXPECT_TRUE(IsWindowEnabled(outer));
+              EXPECT_FALSE(IsWindowEnabled(host));
+          },
+          Press(VK_ESCAPE)});
+    EXPECT_EQ(owner, outer);
 }
 
 TEST_F(FormWindowTest, TellsItsNamesToAScreenReader) {
