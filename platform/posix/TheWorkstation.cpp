@@ -24,6 +24,7 @@
 #include "platform/posix/OptionFile.h"
 #include "platform/posix/PosixFiles.h"
 #include "platform/posix/paths.h"
+#include "platform/text.h"
 
 namespace kavidex::platform {
 
@@ -118,6 +119,11 @@ public:
         if (RunProgram(arguments, nothing.Get()) != 0)
             throw Error(errors::fail, "Cannot open \"" + std::string(path) +
                                           "\": no program is set for files of this kind");
+    }
+
+    // No desktop's own list is asked: the extension says as much.
+    std::string TypeDescription(std::string_view extension) override {
+        return UpperCase(extension);
     }
 
     bool HasPrinters() override {

@@ -17,6 +17,7 @@
 #include "platform/UnattendedMessages.h"
 #include "platform/User.h"
 #include "platform/Workstation.h"
+#include "platform/text.h"
 #include "platform/win32/Failure.h"
 #include "platform/win32/NewFile.h"
 #include "platform/win32/Owner.h"
@@ -110,6 +111,15 @@ public:
         if (size == 0) return count > 0;
         std::vector<BYTE> list(size);
         return EnumPrintersW(which, nullptr, 4, list.data(), size, &size, &count) && count > 0;
+    }
+
+    std::string TypeDescription(std::string_view extension) override {
+        const std::wstring name = L"x." + ToWide(extension);
+        SHFILEINFOW info{};
+        const auto found = SHGetFileInfoW(name.c_str(), FILE_ATTRIBUTE_NORMAL, &info, sizeof info,
+                                          SHGFI_TYPENAME | SHGFI_USEFILEATTRIBUTES);
+        if (found && info.szTypeName[0]) return FromWide(info.szTypeName);
+        return UpperCase(extension);
     }
 };
 

@@ -160,6 +160,9 @@ public:
         opened.emplace_back(path);
     }
     bool HasPrinters() override { return printers; }
+    std::string TypeDescription(std::string_view extension) override {
+        return "Bestand " + platform::UpperCase(extension);
+    }
 };
 
 // `held` stands for another program that keeps the clipboard open.
