@@ -10,6 +10,10 @@
 #include "controls/common/Appearance.h"
 #include "controls/common/PopupMenu.h"
 
+namespace kavidex::controls::forms {
+class FormPresenter;
+}
+
 namespace kavidex::controls {
 
 // A node of the window; valid until it is removed or the window cleared. 0 is no node.
@@ -69,6 +73,8 @@ public:
     // Drags that text as a button of the mouse is held and waits until it is dropped; the effect.
     // Tells the logic DragFeedback and DragDataAsked meanwhile.
     virtual std::int32_t Drag(std::string_view text, std::int32_t allowed) = 0;
+    // Shows forms before the window; null: none can be shown.
+    virtual forms::FormPresenter* Forms() = 0;
     // Whether a top-level window's title contains the text, without case.
     virtual bool HasTopWindow(std::string_view title) = 0;
 };

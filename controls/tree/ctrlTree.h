@@ -314,6 +314,7 @@ private:
     std::int32_t OfferedEffect(const DropData& data, std::int32_t folder) const;
     DropData AcceptedOf(const DropData& data) const; // the user is told what AllowedTypes refuses
     void ToggleOption(const TreeOption& option);
+    void ShowItemProperties(const std::vector<std::int32_t>& ids);
     void Cut();
     void Paste();
 

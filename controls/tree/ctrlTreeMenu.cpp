@@ -3,6 +3,7 @@
 
 #include "controls/common/Commands.h"
 #include "controls/tree/ctrlTree.h"
+#include "controls/tree/frmProperties.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "platform/Exchange.h"
@@ -158,10 +159,10 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
          }},
         {.name = "mnuProperties",
          .caption = "Eigenschappen",
-         .offered = false,
          .rule = [](const Context& on, const Id&) -> State {
              return {on.item && on.State().ShowProperties};
-         }},
+         },
+         .action = [](Context& on, const Id&) { on.tree.ShowItemProperties(on.ids); }},
         {.name = "mnuSep3", .kind = Kind::Separator},
         {.name = "mnuExpand",
          .caption = "Uitvouwen",
@@ -255,6 +256,22 @@ void ctrlTree::ContextMenu(std::optional<std::int32_t> id, int x, int y) {
 void ctrlTree::ChooseMenu(const MenuEntry& entry) {
     MenuContext context(*this, lclSelected);
     MenuTable().Run(context, {entry.name, entry.index});
+}
+
+void ctrlTree::ShowItemProperties(const std::vector<std::int32_t>& ids) {
+    auto* presenter = lclWindow ? lclWindow->Forms() : nullptr;
+    std::vector<ItemPtr> items;
+    for (const auto id : ids)
+        if (auto item = GetNode(id)) items.push_back(std::move(item));
+    if (!presenter || items.empty()) return;
+    frmProperties properties(lclWorkstation, lclConnection, lclTranslator);
+    properties.SetMayChange(
+        std::all_of(ids.begin(), ids.end(), [&](std::int32_t id) { return MayChange(id); }));
+    properties.fncFill(items);
+    presenter->ShowModal(properties.Form());
+    // As an edited label: blanks are no name.
+    if (items.size() == 1 && properties.Description() != items.front()->Description())
+        LabelEdited(items.front()->Id(), properties.Description());
 }
 
 void ctrlTree::ToggleOption(const TreeOption& option) {

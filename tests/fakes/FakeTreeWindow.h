@@ -8,6 +8,7 @@
 
 #include "controls/tree/TreeEvents.h"
 #include "controls/tree/TreeWindow.h"
+#include "tests/fakes/FakeForms.h"
 
 namespace kavidex::tests {
 
@@ -122,6 +123,8 @@ public:
         dragged = text;
         return allowed & dragEffect;
     }
+    FakeForms forms;
+    controls::forms::FormPresenter* Forms() override { return &forms; }
     bool HasTopWindow(std::string_view title) override {
         return !topWindow.empty() && title == topWindow;
     }

@@ -11,6 +11,7 @@
 
 #include "controls/common/win32/OwnWindow.h"
 #include "controls/exchange/win32/DropTarget.h"
+#include "controls/forms/win32/WindowsForms.h"
 #include "controls/pictures/win32/IconStore.h"
 #include "controls/tree/TreeWindow.h"
 
@@ -62,6 +63,7 @@ public:
     void SetBorder(bool border) override;
     std::optional<std::size_t> ShowMenu(const PopupMenu& menu, int x, int y) override;
     std::int32_t Drag(std::string_view text, std::int32_t allowed) override;
+    forms::FormPresenter* Forms() override { return &lclForms; }
     bool HasTopWindow(std::string_view title) override;
 
     using OwnWindow::Handle;
@@ -101,6 +103,7 @@ private:
     HFONT lclFont = nullptr;
     int lclDpi = 96;
     IconStore lclImages;
+    forms::win32::WindowsForms lclForms{lclWorkstation, [this] { return lclWindow; }};
     std::vector<std::pair<int, int>> lclPairs; // closed and open images that differ
     std::optional<FontFace> lclFace;
     std::uint32_t lclBack = 0, lclFore = 0;

@@ -1,4 +1,5 @@
-// Shows the sample form: show_form [seconds] [page] [extra pixels it is made larger].
+// Shows the sample form: show_form [seconds] [page] [extra pixels it is made larger]; on page 0 the
+// properties of a document.
 #include <windows.h>
 
 #include <ole2.h>
@@ -7,6 +8,12 @@
 
 #include "controls/forms/Form.h"
 #include "controls/forms/win32/WindowsForms.h"
+#include "controls/tree/ctrlTree.h"
+#include "controls/tree/frmProperties.h"
+#include "data/embedded/EmbeddedDatabase.h"
+#include "data/schema/clsUpdateDb.h"
+#include "model/clsItem.h"
+#include "model/clsTree.h"
 #include "platform/Workstation.h"
 #include "tests/unit/controls/SampleForm.h"
 
@@ -36,6 +43,21 @@ void Fill(controls::forms::Form& form) {
     form["lstFiles"].Select(1);
 }
 
+void ShowProperties(controls::forms::FormPresenter& forms) {
+    const auto& machine = platform::TheWorkstation();
+    controls::ctrlTree tree(machine);
+    const auto database = data::EmbeddedDatabase::CreateInMemory();
+    data::clsUpdateDb update(machine);
+    update.SetDbConnection(database);
+    update.fncUpdateDb();
+    tree.SetDbConnection(database);
+    tree.CreateNew("Dossier Jansen", "Brieven");
+    const auto root = tree.Tree()->Item()->Id();
+    controls::frmProperties properties(machine, database, nullptr);
+    properties.fncFill({tree.Add(0, "txt", nullptr, 1, "Bevestiging van de afspraak", root)});
+    forms.ShowModal(properties.Form());
+}
+
 void CALLBACK Grow(HWND, UINT, UINT_PTR timer, DWORD) {
     KillTimer(nullptr, timer);
     const HWND dialog = GetActiveWindow();
@@ -63,5 +85,9 @@ int main(int count, char** arguments) {
     if (larger) SetTimer(nullptr, 0, 500, Grow);
     SetTimer(nullptr, 0, 1000U * static_cast<UINT>(number(1, 8)), Finish);
     controls::forms::win32::WindowsForms forms(platform::TheWorkstation(), [host] { return host; });
+    if (number(2, 1) == 0) {
+        ShowProperties(forms);
+        return 0;
+    }
     return forms.ShowModal(form) ? 0 : 1;
 }
