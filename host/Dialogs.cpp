@@ -2,50 +2,88 @@
 
 #include <commdlg.h>
 
+#include "controls/forms/Form.h"
+#include "controls/forms/win32/WindowsForms.h"
+#include "platform/Workstation.h"
 #include "platform/win32/Variant.h"
 
 namespace kavidex::host {
 
 using platform::win32::FromWide;
-using platform::win32::ToWide;
 
 namespace {
 
-using Fields = std::vector<std::pair<int, std::string*>>;
+using controls::forms::FieldRow;
+using controls::forms::Form;
+using controls::forms::Kind;
+using controls::forms::What;
+namespace anchor = controls::forms::anchor;
+namespace style = controls::forms::style;
 
-void Fill(HWND dialog, const Fields& fields) {
-    for (const auto& [id, text] : fields) SetDlgItemTextW(dialog, id, ToWide(*text).c_str());
-}
+constexpr FieldRow dossierFields[] = {
+    {"lblKey", Kind::Label, {8, 12, 70, 9}, "Key of the record:"},
+    {"txtKey", Kind::Edit, {82, 10, 130, 13}, "", anchor::wide},
+    {"lblDescription", Kind::Label, {8, 32, 70, 9}, "Description:"},
+    {"txtDescription", Kind::Edit, {82, 30, 130, 13}, "", anchor::wide},
+    {"btnOk", Kind::Button, {106, 62, 50, 14}, "OK", anchor::rightBottom, style::isDefault},
+    {"btnCancel", Kind::Button, {162, 62, 50, 14}, "Cancel", anchor::rightBottom, style::isCancel},
+};
+constexpr controls::forms::Layout dossierLayout = {"OpenDossier", "Open dossier", 220, 84,
+                                                   true,          dossierFields};
 
-void Take(HWND dialog, const Fields& fields) {
-    for (const auto& [id, text] : fields) {
-        const HWND edit = GetDlgItem(dialog, id);
-        std::wstring typed(static_cast<std::size_t>(GetWindowTextLengthW(edit)) + 1, L'\0');
-        typed.resize(static_cast<std::size_t>(
-            GetWindowTextW(edit, typed.data(), static_cast<int>(typed.size()))));
-        *text = FromWide(typed);
-    }
-}
+constexpr FieldRow connectionFields[] = {
+    {"lblDatabase", Kind::Label, {8, 12, 70, 9}, "Database file:"},
+    {"txtDatabase", Kind::Browse, {82, 10, 210, 13}, "", anchor::wide},
+    {"lblStore", Kind::Label, {8, 32, 70, 9}, "Document folder:"},
+    {"txtStore", Kind::Browse, {82, 30, 210, 13}, "", anchor::wide},
+    {"btnOk", Kind::Button, {186, 62, 50, 14}, "OK", anchor::rightBottom, style::isDefault},
+    {"btnCancel", Kind::Button, {242, 62, 50, 14}, "Cancel", anchor::rightBottom, style::isCancel},
+};
+constexpr controls::forms::Layout connectionLayout = {"Connection", "Connection", 300,
+                                                      84,           true,         connectionFields};
 
-INT_PTR CALLBACK Procedure(HWND dialog, UINT message, WPARAM wparam, LPARAM lparam) {
-    if (message == WM_INITDIALOG) {
-        SetWindowLongPtrW(dialog, DWLP_USER, lparam);
-        Fill(dialog, *reinterpret_cast<Fields*>(lparam));
-        return TRUE;
-    }
-    if (message != WM_COMMAND || (LOWORD(wparam) != IDOK && LOWORD(wparam) != IDCANCEL))
-        return FALSE;
-    if (LOWORD(wparam) == IDOK)
-        Take(dialog, *reinterpret_cast<Fields*>(GetWindowLongPtrW(dialog, DWLP_USER)));
-    EndDialog(dialog, LOWORD(wparam));
-    return TRUE;
+// Nothing can be opened while the field that names it is empty.
+void NeedText(Form& form, const char* field) {
+    const auto check = [&form, field] { form["btnOk"].SetEnabled(!form[field].Text().empty()); };
+    form.On(field, What::Changed, [check](auto&) { check(); });
+    check();
 }
 
 } // namespace
 
-bool AskTexts(HWND owner, int dialog, Fields fields) {
-    return DialogBoxParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(dialog), owner, Procedure,
-                           reinterpret_cast<LPARAM>(&fields)) == IDOK;
+bool AskDossier(HWND owner, std::string& key, std::string& description) {
+    const auto& workstation = platform::TheWorkstation();
+    controls::forms::win32::WindowsForms forms(workstation, [owner] { return owner; });
+    Form form(dossierLayout, workstation);
+    form["txtKey"].SetText(key);
+    form["txtDescription"].SetText(description);
+    NeedText(form, "txtKey");
+    if (!forms.ShowModal(form)) return false;
+    key = form["txtKey"].Text();
+    description = form["txtDescription"].Text();
+    return true;
+}
+
+bool AskConnection(HWND owner, std::string& database, std::string& store) {
+    const auto& workstation = platform::TheWorkstation();
+    controls::forms::win32::WindowsForms forms(workstation, [owner] { return owner; });
+    Form form(connectionLayout, workstation);
+    form["txtDatabase"].SetText(database);
+    form["txtStore"].SetText(store);
+    NeedText(form, "txtDatabase");
+    form.On("txtDatabase", What::Clicked, [&](controls::forms::FieldEvent& event) {
+        const auto file = forms.ChooseFile("Database file", event.field.Text(), "*.kdb", true);
+        if (file) event.field.SetText(*file);
+        form["btnOk"].SetEnabled(!event.field.Text().empty());
+    });
+    form.On("txtStore", What::Clicked, [&](controls::forms::FieldEvent& event) {
+        if (const auto folder = forms.ChooseFolder("Document folder", event.field.Text()))
+            event.field.SetText(*folder);
+    });
+    if (!forms.ShowModal(form)) return false;
+    database = form["txtDatabase"].Text();
+    store = form["txtStore"].Text();
+    return true;
 }
 
 std::vector<std::string> ChooseFiles(HWND owner) {

@@ -1,17 +1,16 @@
-// The host's small dialogs: labelled texts, OK and Cancel.
+// The host's small dialogs: which dossier, which database, which files.
 #pragma once
 
 #include <windows.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace kavidex::host {
 
-// Shows the dialog with the texts in the fields named by their ids; true when the user chose OK,
-// the texts then hold what was typed.
-bool AskTexts(HWND owner, int dialog, std::vector<std::pair<int, std::string*>> fields);
+// Each shows the texts it is given; true when the user chose OK, they then hold what was typed.
+bool AskDossier(HWND owner, std::string& key, std::string& description);
+bool AskConnection(HWND owner, std::string& database, std::string& store);
 
 // Files chosen by the user, none when cancelled.
 std::vector<std::string> ChooseFiles(HWND owner);

@@ -176,8 +176,7 @@ void HostWindow::AskDossier() {
     if (!lclSession || lclSession->Database().empty()) AskConnection();
     if (!lclSession || lclSession->Database().empty()) return;
     std::string key = lclSession->Key(), description;
-    if (AskTexts(lclWindow, IDD_OPEN, {{IDC_KEY, &key}, {IDC_DESCRIPTION, &description}}) &&
-        !key.empty())
+    if (host::AskDossier(lclWindow, key, description))
         OpenDossier(key, description.empty() ? key : description);
 }
 
@@ -191,9 +190,7 @@ void HostWindow::AskFiles() {
 void HostWindow::AskConnection() {
     if (!lclSession) return;
     std::string database = lclSession->Database(), store = lclSession->Store();
-    if (AskTexts(lclWindow, IDD_CONNECTION, {{IDC_DATABASE, &database}, {IDC_STORE, &store}}) &&
-        !database.empty())
-        lclSession->Connect(database, store);
+    if (host::AskConnection(lclWindow, database, store)) lclSession->Connect(database, store);
 }
 
 void HostWindow::OpenDossier(const std::string& key, const std::string& description) {
