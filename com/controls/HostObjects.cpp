@@ -68,9 +68,9 @@ bool IsScriptArray(const ComPtr<IDispatch>& object) {
 
 std::vector<Variant> ElementsOfScript(const ComPtr<IDispatch>& object) {
     std::vector<Variant> items;
-    const auto count = Late(object).Get(L"length").ToInt32();
+    const auto count = Late(object).Property(L"length").ToInt32();
     for (std::int32_t i = 0; i < count; ++i) // a new caller each: it remembers names by address
-        items.push_back(Late(object).Get(std::to_wstring(i).c_str()));
+        items.push_back(Late(object).Property(std::to_wstring(i).c_str()));
     return items;
 }
 

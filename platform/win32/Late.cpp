@@ -123,6 +123,10 @@ Variant Late::Get(const wchar_t* name, Arguments arguments) const {
     return Invoke(NeedId(name), DISPATCH_PROPERTYGET | DISPATCH_METHOD, arguments, name);
 }
 
+Variant Late::Property(const wchar_t* name) const {
+    return Invoke(NeedId(name), DISPATCH_PROPERTYGET, {}, name);
+}
+
 Variant Late::Call(const wchar_t* name, Arguments arguments) const {
     return Invoke(NeedId(name), DISPATCH_METHOD | DISPATCH_PROPERTYGET, arguments, name);
 }

@@ -35,6 +35,9 @@ public:
 
     bool Has(const wchar_t* name) const;
     Variant Get(const wchar_t* name, Arguments arguments = {}) const;
+    // Read as a property alone: a script's own object takes the usual asking for a call of a
+    // function.
+    Variant Property(const wchar_t* name) const;
     Variant Call(const wchar_t* name, Arguments arguments = {}) const;
     // The last argument is the value; those before it are the property's indexes.
     void Put(const wchar_t* name, Arguments arguments) const;

@@ -103,7 +103,8 @@ TEST_F(Persistence, StreamsRoundTripAndKeepWhatFollowsThem) {
 TEST_F(Persistence, BagItemsHaveTheirToldWidthAndAFontIsAnObject) {
     const Late first(Make(CLSID_ctrlTree)), second(Make(CLSID_ctrlTree));
     first.Put(L"BorderStyle", {Variant(1)});
-    first.PutRef(L"Font", {Variant(com::FontObject(controls::FontFace{"Arial", 9, 700}))});
+    first.PutRef(L"Font",
+                 {Variant(com::FontObject(controls::FontFace{"Liberation Sans", 9, 700}))});
     Bag bag;
     ASSERT_EQ(
         As<IPersistPropertyBag>(first.Object(), IID_IPersistPropertyBag)->Save(&bag, TRUE, TRUE),
@@ -115,7 +116,8 @@ TEST_F(Persistence, BagItemsHaveTheirToldWidthAndAFontIsAnObject) {
     ASSERT_EQ(
         As<IPersistPropertyBag>(second.Object(), IID_IPersistPropertyBag)->Load(&bag, nullptr),
         S_OK);
-    EXPECT_EQ(Late(second.Get(L"Font")).Get(L"Name").ToText(), "Arial");
+    EXPECT_EQ(Late(second.Get(L"Font")).Get(L"Name").ToText(), "Liberation Sans");
+    EXPECT_EQ(Late(second.Get(L"Font")).Get(L"Weight").ToInt32(), 700);
     EXPECT_EQ(second.Get(L"BorderStyle").ToInt32(), 1);
 }
 

@@ -67,7 +67,7 @@ build_dossier) # a dossier made of the data classes alone, sound to the integrit
   expect "document without file" ;;
 
 model_classes) # hostile texts, wrong values and orphans, straight into the data classes
-  mkdir "$work/d"; printf '\377\376\075\330\301\334 \000\207e\366N' >"$work/d/emoji.txt"
+  mkdir -p "$work/d/store"; printf '\377\376\075\330\301\334 \000\207e\366N' >"$work/d/emoji.txt"
   script "$here/model_classes.vbs" "$(windows "$work/d")"
   ! grep "^failed" "$work/out" || fail "see above" ;;
 

@@ -209,7 +209,7 @@ TEST_F(Dispatch, TurnsExceptionsIntoTheHostsErrors) {
         const char* source;
     } cases[] = {
         {1, platform::errors::notFound, "Geen boek \"é\"", "Shelf"},
-        {2, static_cast<HRESULT>(0x800A0BCD), "Basic's number", "Kavidex"},
+        {2, static_cast<HRESULT>(0x800A0BCD), "Basic's number", "Kavidex.Shelf"},
         {3, E_FAIL, "standard", "Kavidex.Shelf"},
         {4, E_UNEXPECTED, "An unknown failure", "Kavidex.Shelf"},
     };
