@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <type_traits>
 
@@ -43,7 +44,8 @@ RowScaler::RowScaler(PixelFormat format, std::uint32_t left, std::uint32_t sourc
     // What an element of the result gathers where all that it covers is full makes 255.
     const double full = 256.0 * sourceWidth / std::max(width, 1u) * lclTotal *
                         (format == PixelFormat::bits1 ? 1 : 255);
-    lclFactor = static_cast<std::uint64_t>(255.0 * (std::uint64_t{1} << factorBits) / full + 0.5);
+    lclFactor = static_cast<std::uint64_t>(
+        std::llround(255.0 * static_cast<double>(std::uint64_t{1} << factorBits) / full));
     lclPlaces.reserve(std::size_t{width} + 1);
     for (std::uint64_t i = 0; i <= width; ++i) {
         const std::uint64_t place = i * sourceWidth * 256 / std::max(width, 1u);
@@ -121,8 +123,10 @@ void RowScaler::EmitFrom(const Sum* sums, bool invert) {
             Whole whole = 0;
             for (std::size_t x = first.element; x < last.element; ++x) whole += from[x * channels];
             std::uint64_t sum = std::uint64_t{whole} * 256;
-            if (last.part != 0) sum += std::uint64_t{from[last.element * channels]} * last.part;
-            if (first.part != 0) sum -= std::uint64_t{from[first.element * channels]} * first.part;
+            if (last.part != 0)
+                sum += std::uint64_t{from[std::size_t{last.element} * channels]} * last.part;
+            if (first.part != 0)
+                sum -= std::uint64_t{from[std::size_t{first.element} * channels]} * first.part;
             const auto level = static_cast<std::uint8_t>(std::min<std::uint64_t>(
                 (sum * lclFactor + (std::uint64_t{1} << (factorBits - 1))) >> factorBits, 255));
             out[(i - 1) * channels + channel] =

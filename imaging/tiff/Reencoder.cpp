@@ -17,7 +17,7 @@ constexpr std::uint16_t writable[] = {
 
 std::uint32_t RowsPerStrip(std::uint32_t before, std::uint32_t height, std::size_t rowBytes) {
     if (before >= height) return height; // one strip stays one
-    constexpr std::size_t comfortable = 64 * 1024;
+    constexpr std::size_t comfortable = std::size_t{64} * 1024;
     return static_cast<std::uint32_t>(
         std::clamp<std::size_t>(comfortable / std::max<std::size_t>(rowBytes, 1), 1, height));
 }

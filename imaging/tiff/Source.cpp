@@ -10,7 +10,7 @@ namespace kavidex::imaging::tiff {
 
 namespace {
 
-constexpr std::size_t windowSize = 64 * 1024;
+constexpr std::size_t windowSize = std::size_t{64} * 1024;
 constexpr std::size_t mostPages = 65535;
 constexpr std::uint64_t mostEntries = 4096;
 constexpr std::uint64_t mostValueBytes = 64 << 20;

@@ -8,7 +8,7 @@ namespace kavidex::imaging::tiff {
 
 namespace {
 
-constexpr std::size_t blockSize = 256 * 1024;
+constexpr std::size_t blockSize = std::size_t{256} * 1024;
 
 // Gathers small pieces into large writes.
 class Output {
