@@ -70,6 +70,7 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
       lclLock(workstation), lclTree(std::make_unique<ctrlTree>(workstation)),
       lclViewer(std::make_unique<DocumentPanel>(workstation)),
       lclSplitPanel(std::make_unique<ctlSplitPanel>()) {
+    lclTree->Serve(lclLock, [this] { return lclState.ExternalId; });
     data::ConnectionListeners listeners;
     listeners.leaving = [this] { Guarded("DbConnection", [&] { EndDossier(); }); };
     listeners.changed = [this] { PropertyChanged.Raise("DbConnection"); };

@@ -281,8 +281,6 @@ private:
     std::int32_t TellNotAdded(const Failed& failed) const;
     std::int32_t FilePendingAtTop();
     std::string CauseOf(const std::string& file, std::int32_t number) const;
-    std::int32_t Copy(const std::vector<std::shared_ptr<model::clsItem>>& items,
-                      std::string_view folder, std::vector<std::string>& copies);
 
     void ApplyLayout();
     void ToolbarChanged();

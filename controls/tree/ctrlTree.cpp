@@ -13,18 +13,21 @@
 namespace kavidex::controls {
 
 ctrlTree::ctrlTree(const platform::Workstation& workstation)
-    : lclWorkstation(workstation), lclRights(workstation, [this] {
-          lclWorkstation.messages.Show({Text("De rechten kunnen niet gelezen worden"),
-                                        Text("Geen authorisatie"), platform::Buttons::Ok,
-                                        platform::Icon::Exclamation});
-      }) {
+    : lclWorkstation(workstation),
+      lclRights(workstation,
+                [this] {
+                    lclWorkstation.messages.Show({Text("De rechten kunnen niet gelezen worden"),
+                                                  Text("Geen authorisatie"), platform::Buttons::Ok,
+                                                  platform::Icon::Exclamation});
+                }),
+      lclOwnLock(workstation) {
     for (const auto& option : TreeOptionTable())
         lclState.*option.member = platform::GetRegFlag(workstation, option.section, option.key);
     lclState.NameForInsert = lclDefaultNames = "Nieuwe map;Nieuwe notitie";
 }
 
 ctrlTree::~ctrlTree() {
-    if (lclCutIn == this) lclCutIn = nullptr;
+    if (lclTaker == this) lclTaker = nullptr;
 }
 
 void ctrlTree::TakeEffect(const Row::Member& member) {
@@ -55,6 +58,7 @@ void ctrlTree::SetTreeId(std::int32_t id) {
 void ctrlTree::SetDbConnection(data::ConnectionPtr connection) {
     if (connection == lclConnection) return;
     const bool other = lclConnection != nullptr;
+    lclTaken = {};
     lclConnection = std::move(connection);
     AskRights();
     if (other) return SetTreeId(0);
@@ -64,6 +68,11 @@ void ctrlTree::SetDbConnection(data::ConnectionPtr connection) {
 void ctrlTree::SetUserAuth(std::shared_ptr<model::clsUserAuth> rights) {
     lclUserAuth = std::move(rights);
     AskRights();
+}
+
+void ctrlTree::Serve(OperationLock& lock, std::function<std::string()> dossierKey) {
+    lclLock = &lock;
+    lclDossierKey = std::move(dossierKey);
 }
 
 void ctrlTree::AskRights() { lclRights.Set(lclUserAuth, lclConnection); }

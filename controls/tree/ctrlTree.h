@@ -15,6 +15,7 @@
 
 #include "controls/common/Event.h"
 #include "controls/common/GrantedRights.h"
+#include "controls/common/OperationLock.h"
 #include "controls/common/Translator.h"
 #include "controls/tree/TreeEvents.h"
 #include "controls/tree/TreeProperties.h"
@@ -106,6 +107,9 @@ public:
     void SetUserAuth(std::shared_ptr<model::clsUserAuth> rights);
     const std::shared_ptr<Translator>& Translate() const { return lclTranslator; }
     void SetTranslate(std::shared_ptr<Translator> translator);
+    // By the control around this one: long work asks its lock, and documents that are made here
+    // belong to the host's key of the dossier. Both outlive the tree.
+    void Serve(OperationLock& lock, std::function<std::string()> dossierKey);
     const std::optional<FontFace>& Font() const { return lclFont; }
     void SetFont(std::optional<FontFace> font);
 
@@ -246,6 +250,17 @@ private:
         NodeHandle handle = 0;   // 0: not shown, or there is no window
         bool shown = false;
     };
+    // What the user cut or copied here, for whatever tree of this thread pastes it.
+    struct Taken {
+        std::string token;             // on the clipboard too: what others put there ends it
+        bool cut = false;              // else copied
+        std::vector<std::int32_t> ids; // what was selected, as long as it is here
+        struct Item {
+            ItemPtr item;
+            std::int32_t parent; // 0 for what was selected itself
+        };
+        std::vector<Item> items; // and all that was below, parents first
+    };
     struct MenuContext; // what the rows of the menu act on
     static const Commands<MenuContext>& MenuTable();
     struct IconEntry {
@@ -315,8 +330,16 @@ private:
     DropData AcceptedOf(const DropData& data) const; // the user is told what AllowedTypes refuses
     void ToggleOption(const TreeOption& option);
     void ShowItemProperties(const std::vector<std::int32_t>& ids);
-    void Cut();
+    void Take(bool cut);
+    ctrlTree* Taker() const; // the tree that cut or copied what can be pasted; null: none
+    bool MayPaste(std::int32_t folder) const;
     void Paste();
+    void PasteCopies(ctrlTree& source, std::int32_t folder);
+    bool MayCopyHere(const model::clsItem& item) const;
+    std::vector<ItemPtr> DocumentsBelow(const std::vector<std::int32_t>& ids) const;
+    void CopySpecial();
+    void PasteSpecial();
+    void CopyLink();
 
     const platform::Workstation& lclWorkstation;
     TreeProperties lclState;
@@ -333,8 +356,11 @@ private:
     std::unordered_map<std::int32_t, Node> lclNodes;
     std::unordered_set<std::int32_t> lclCollected;
     std::vector<std::int32_t> lclCollectedOrder;
-    std::vector<std::int32_t> lclCut;             // what "Plakken" moves
-    static thread_local const ctrlTree* lclCutIn; // the tree in which this thread's user cut last
+    OperationLock lclOwnLock;
+    OperationLock* lclLock = &lclOwnLock;
+    std::function<std::string()> lclDossierKey;
+    Taken lclTaken;
+    static thread_local ctrlTree* lclTaker; // the tree in which this thread's user took last
     std::int32_t lclSelected = 0;
     std::vector<IconEntry> lclIcons;
     std::vector<std::pair<std::string, Images>> lclImages; // by type as written, for the fill

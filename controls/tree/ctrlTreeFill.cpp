@@ -28,7 +28,7 @@ void ctrlTree::ShowTree(bool keep) {
 void ctrlTree::ForgetTree() {
     ClearSelectedItems();
     lclNodes.clear();
-    lclCut.clear();
+    if (lclTaken.cut) lclTaken = {}; // a copy is made of what stays where it is
     lclSelected = 0;
     lclState.DropString.clear();
     lclState.IntDrag = lclState.ManualDragDropMove = false;
@@ -267,7 +267,7 @@ void ctrlTree::Forget(std::int32_t id) {
         lclNodes.erase(item->Id());
         lclCollected.erase(item->Id());
         std::erase(lclCollectedOrder, item->Id());
-        std::erase(lclCut, item->Id());
+        if (lclTaken.cut) std::erase(lclTaken.ids, item->Id());
     });
 }
 

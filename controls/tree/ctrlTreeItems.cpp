@@ -2,10 +2,10 @@
 #include <algorithm>
 
 #include "controls/tree/DefaultTabs.h"
+#include "controls/tree/ItemCopier.h"
 #include "controls/tree/ctrlTree.h"
 #include "data/clsSettings.h"
 #include "data/schema/clsUpdateDb.h"
-#include "model/clsDocument.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"
@@ -13,7 +13,6 @@
 #include "platform/Clock.h"
 #include "platform/Error.h"
 #include "platform/Log.h"
-#include "platform/User.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
 
@@ -193,28 +192,8 @@ ItemPtr ctrlTree::CreateNote(std::string_view name, std::int32_t folder) {
     const auto time = platform::TimeNumber(now);
     const auto description = std::string(name) + " " + platform::DayFirst(now) + " " +
                              time.substr(0, 2) + ":" + time.substr(2, 2);
-    model::clsDocument document(lclWorkstation);
-    document.SetTranslation(TranslationBy(lclTranslator));
-    document.SetDatabaseObject(lclConnection);
-    document.SetDocType("nnt");
-    document.SetDescription(description);
-    document.SetInsertedBy(lclWorkstation.user.Name());
-    document.SetInsertDate(platform::DateNumber(now));
-    document.SetInsertTime(time);
-    if (!document.SaveNewRow()) return nullptr; // the document has told the user why
-    if (document.AllreadyExists())
-        throw platform::Error(platform::errors::alreadyExists,
-                              "The store already holds a file " + std::to_string(document.DocId()));
-    try {
-        if (auto item =
-                lclTree->AddChildItem(0, "nnt", nullptr, document.DocId(), description, folder))
-            return item;
-    } catch (const std::exception&) {
-        document.RemoveNewRow(); // a document in no folder is out of reach
-        throw;
-    }
-    document.RemoveNewRow();
-    return nullptr;
+    return AddNote(lclWorkstation, *lclTree, lclDossierKey ? lclDossierKey() : "", description,
+                   folder);
 }
 
 bool ctrlTree::MayChange(std::int32_t id) const {

@@ -75,9 +75,12 @@ struct ctrlTree::MenuContext {
         const auto node = tree.HandleOf(tree.lclSelected);
         if (Window() && node) Window()->EditLabel(node);
     }
-    void Cut() const { tree.Cut(); }
+    void Take(bool cut) const { tree.Take(cut); }
+    bool MayPaste() const { return folder && tree.MayPaste(folder->Id()); }
     void Paste() const { tree.Paste(); }
-    bool HoldsCut() const { return !tree.lclCut.empty(); }
+    void CopySpecial() const { tree.CopySpecial(); }
+    void PasteSpecial() const { tree.PasteSpecial(); }
+    void CopyLink() const { tree.CopyLink(); }
     void Create(int which) const { tree.CreateInsertItem(which); }
     void ShowExternal() const {
         for (const auto id : ids) tree.EvItemSelectedExternal.Raise(tree.Info(id));
@@ -97,6 +100,9 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
     static constexpr auto changeable = [](const Context& on, const Id&) -> State {
         return {true, on.Changeable()};
     };
+    static constexpr auto living = [](const Context& on, const Id&) -> State {
+        return {true, on.ForAll([](std::int32_t one) { return one > 0; })};
+    };
     static constexpr auto option = [](const Context& on, const Id& id) -> State {
         return {true, true, on.IsSet(id.name)};
     };
@@ -111,13 +117,17 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
          .caption = "Knippen",
          .key = Ctrl('X'),
          .rule = changeable,
-         .action = [](Context& on, const Id&) { on.Cut(); }},
-        {.name = "mnuCopy", .caption = "Kopieren", .offered = false},
+         .action = [](Context& on, const Id&) { on.Take(true); }},
+        {.name = "mnuCopy",
+         .caption = "Kopieren",
+         .key = Ctrl('C'),
+         .rule = living,
+         .action = [](Context& on, const Id&) { on.Take(false); }},
         {.name = "mnuPaste",
          .caption = "Plakken",
          .key = Ctrl('V'),
          .rule = [](const Context& on, const Id&) -> State {
-             return {true, on.HoldsCut() && on.folder && on.tree.MayUser(UserAction::Change)};
+             return {true, on.MayPaste()};
          },
          .action = [](Context& on, const Id&) { on.Paste(); }},
         {.name = "mnuDelete",
@@ -129,12 +139,20 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
          },
          .action = [](Context& on, const Id&) { on.tree.DeleteItem(); }},
         {.name = "mnuSep1", .kind = Kind::Separator, .rule = onNode},
-        {.name = "mnuCopySpecial", .caption = "Kopieren speciaal", .offered = false},
+        {.name = "mnuCopySpecial",
+         .caption = "Kopieren speciaal",
+         .rule = living,
+         .action = [](Context& on, const Id&) { on.CopySpecial(); }},
         {.name = "mnuPasteSpecial",
          .caption = "Plakken speciaal",
-         .offered = false,
-         .rule = [](const Context& on, const Id&) -> State { return {on.ClipboardHasFiles()}; }},
-        {.name = "mnuCopyLink", .caption = "Link kopieren", .offered = false, .rule = onNode},
+         .rule = [](const Context& on, const Id&) -> State {
+             return {on.ClipboardHasFiles(), on.folder && on.tree.MayUser(UserAction::AddExternal)};
+         },
+         .action = [](Context& on, const Id&) { on.PasteSpecial(); }},
+        {.name = "mnuCopyLink",
+         .caption = "Link kopieren",
+         .rule = onNode,
+         .action = [](Context& on, const Id&) { on.CopyLink(); }},
         {.name = "mnuSep2", .kind = Kind::Separator},
         {.name = "mnuShowExternal",
          .caption = "Toon in nieuw venster",
@@ -284,35 +302,19 @@ void ctrlTree::ToggleOption(const TreeOption& option) {
         Change(option.member, value);
 }
 
-thread_local const ctrlTree* ctrlTree::lclCutIn = nullptr;
-
-void ctrlTree::Cut() {
-    lclCut = SelectedIds();
-    lclCutIn = this;
-    lclState.ManualDragDropMove = !lclCut.empty();
-    lclState.ManualDragDropCopy = false;
-    EvItemCut.Raise();
-}
-
-void ctrlTree::Paste() {
-    if (lclCut.empty()) return;
-    const auto ids = std::move(lclCut);
-    lclCut.clear();
-    lclState.ManualDragDropMove = false;
-    MoveItems(ids, FolderAt(lclSelected));
-    EvItemPaste.Raise();
-}
-
 bool ctrlTree::CommandKey(int key, bool control, bool shift) {
     const auto* command = MenuTable().Of({key, control, shift});
     if (!command) return false;
     MenuContext context(*this, lclSelected);
     // Refused where the menu refuses.
-    if (!MenuTable().Run(context, {command->name}) && command->name == "mnuPaste" &&
-        lclCut.empty() && lclCutIn && lclCutIn != this && !lclCutIn->lclCut.empty())
+    if (MenuTable().Run(context, {command->name}) || command->name != "mnuPaste") return true;
+    const auto* taker = Taker();
+    if (taker && taker != this && taker->lclTaken.cut)
         lclWorkstation.messages.Show(
             {Text("Wat in een ander dossier geknipt is, kan hier niet geplakt worden"),
              Text("Plakken"), platform::Buttons::Ok, platform::Icon::Exclamation});
+    else // files that the user copied elsewhere
+        MenuTable().Run(context, {"mnuPasteSpecial"});
     return true;
 }
 

@@ -85,6 +85,7 @@ bool TreeWindowWin32::TranslateKey(const MSG& message) {
         case VK_SPACE: ours = lclCheckBoxes; break;
         case VK_RETURN: ours = editing || lclLogic.OpenDoubleClick(); break;
         case VK_ESCAPE: ours = editing; break;
+        case 'C':
         case 'X':
         case 'V': ours = control && !alt; break;
         default: ours = IsMoveKey(message.wParam) && !alt; break;

@@ -221,8 +221,8 @@ TEST_F(TreeTest, TheMenuFollowsTheNodeTheRightsAndTheOptions) {
     tree.AttachWindow(&window);
     tree.ContextMenu(letters, 0, 0);
     EXPECT_EQ(Names(window.menu),
-              "mnuCut mnuPaste mnuDelete - mnuShowExternal mnuRename mnuProperties - mnuExpand "
-              "mnuOptions "
+              "mnuCut mnuCopy mnuPaste mnuDelete - mnuCopySpecial mnuCopyLink - mnuShowExternal "
+              "mnuRename mnuProperties - mnuExpand mnuOptions "
               "mnuExpandAllways mnuShowChildCount mnuAllwaysShowExt mnuShowInOrg mnusortByName "
               "mnuOpenDoubleClick mnuShowDeleted - mnuNew mnuNew ");
     EXPECT_EQ(FindEntry(window.menu, "mnuNew", 1)->caption, "Nieuwe notitie");

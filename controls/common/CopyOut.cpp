@@ -1,0 +1,84 @@
+#include "controls/common/CopyOut.h"
+
+#include <algorithm>
+
+#include "model/clsItem.h"
+#include "model/documentFile.h"
+#include "platform/Error.h"
+#include "platform/Files.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+#include "platform/modCreateGuid.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+constexpr std::size_t longestName = 120; // bytes; leaves room for the folder in 260 characters
+
+// A description as a file name that Windows takes.
+std::string FileNameOf(std::string_view description) {
+    std::string name;
+    for (const char c : description) name += platform::CanBeInFileName(c) ? c : ' ';
+    if (name.size() > longestName) {
+        std::size_t end = longestName; // never within a character
+        while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0) == 0x80) --end;
+        name.resize(end);
+    }
+    name = platform::Trim(name);
+    while (!name.empty() && (name.back() == '.' || name.back() == ' ')) name.pop_back();
+    if (platform::IsDeviceName(name)) name.insert(std::min(name.find('.'), name.size()), "_");
+    return name.empty() ? "document" : name;
+}
+
+} // namespace
+
+CopiedOut CopyOut(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
+                  OperationLock& lock, const data::Translation& translation,
+                  std::span<const std::shared_ptr<model::clsItem>> items, std::string_view folder) {
+    auto& files = workstation.files;
+    model::DocumentFiles documents(workstation, connection);
+    CopiedOut copied;
+    Operation operation(lock);
+    if (!operation) throw platform::Error(platform::errors::fail, "Another operation is running");
+    const auto caption = data::Translated(translation, "Documenten exporteren");
+    const auto stop = data::Translated(translation, "Annuleren");
+    operation.Show(caption, "", stop);
+    int done = 0;
+    for (const auto& item : items) {
+        if (!operation.Step(done++, static_cast<int>(items.size()))) break;
+        if (item->AllowChildren() || item->ItemId() <= 0) continue;
+        operation.Show(caption, item->Description());
+        const auto document = documents.Of(*item);
+        const bool note = platform::EqualNoCase(item->ItemType(), "nnt");
+        if (note && document.outcome == model::DocumentLook::FileMissing)
+            continue; // one in which nothing was written
+        try {
+            if (!document.HasFile()) throw platform::Error(document.number, document.error);
+            const auto stem = platform::JoinPath(folder, FileNameOf(item->Description()));
+            const auto extension = "." + platform::Extension(document.path);
+            auto target = stem + extension;
+            for (int n = 1; files.FileExists(target) || files.DirectoryExists(target); ++n)
+                target = stem + " (" + std::to_string(n) + ")" + extension;
+            files.Copy(document.path, target, true);
+            copied.files.push_back(target);
+        } catch (const platform::Error& error) {
+            workstation.log.Write("CopyOut", error.what());
+            ++copied.failures;
+        }
+    }
+    return copied;
+}
+
+std::string MakeCopyFolder(const platform::Workstation& workstation) {
+    std::string guid;
+    if (platform::CreateGuid(workstation, guid) != 0)
+        throw platform::Error(platform::errors::fail, "No name for the folder of the export");
+    const auto folder =
+        workstation.files.TemporaryFolder() + "Kavidex-" + guid.substr(1, guid.size() - 2);
+    workstation.files.CreateDirectories(folder);
+    return folder;
+}
+
+} // namespace kavidex::controls

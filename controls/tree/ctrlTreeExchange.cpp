@@ -1,0 +1,200 @@
+// Cutting, copying and pasting: items within and between trees, files from and to other programs.
+#include <algorithm>
+
+#include "controls/common/CopyOut.h"
+#include "controls/tree/ItemCopier.h"
+#include "controls/tree/ctrlTree.h"
+#include "model/clsItem.h"
+#include "model/clsTree.h"
+#include "model/documentFile.h"
+#include "platform/Error.h"
+#include "platform/Exchange.h"
+#include "platform/Log.h"
+#include "platform/Messages.h"
+#include "platform/Workstation.h"
+#include "platform/modCreateGuid.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+thread_local ctrlTree* ctrlTree::lclTaker = nullptr;
+
+void ctrlTree::Take(bool cut) {
+    Guarded("ctrlTree", [&] {
+        Taken taken;
+        taken.cut = cut;
+        if (platform::CreateGuid(lclWorkstation, taken.token) != 0)
+            throw platform::Error(platform::errors::fail, "The clipboard got no mark");
+        const auto selected = SelectedIds();
+        const std::unordered_set<std::int32_t> among(selected.begin(), selected.end());
+        platform::ExchangeData data;
+        for (const auto id : selected) {
+            // What is below another selected item goes with it.
+            auto above = GetParent(id);
+            while (above && !among.contains(above->Id())) above = GetParent(above->Id());
+            const auto item = GetNode(id);
+            if (above || !item) continue;
+            taken.ids.push_back(id);
+            data.text += (data.text.empty() ? "" : "\r\n") + item->Description();
+            Walk(item, 0, [&](const ItemPtr& one, std::int32_t parent) {
+                if (one->Id() > 0) taken.items.push_back({one, parent});
+            });
+        }
+        if (taken.ids.empty()) return;
+        data.hasText = true;
+        data.own = taken.token;
+        lclWorkstation.clipboard.Write(data);
+        lclTaken = std::move(taken);
+        lclTaker = this;
+        lclState.ManualDragDropMove = cut;
+        lclState.ManualDragDropCopy = !cut;
+        (cut ? EvItemCut : EvItemCopy).Raise();
+    });
+}
+
+ctrlTree* ctrlTree::Taker() const {
+    return lclTaker && !lclTaker->lclTaken.ids.empty() && lclWorkstation.clipboard.HasOwn()
+               ? lclTaker
+               : nullptr;
+}
+
+bool ctrlTree::MayPaste(std::int32_t folder) const {
+    const auto* taker = Taker();
+    const auto into = GetNode(folder);
+    const bool moves = taker == this && lclTaken.cut;
+    return taker && into && into->Id() > 0 && into->AllowChildren() &&
+           MayUser(moves ? UserAction::Change : UserAction::Create) &&
+           (moves || !taker->lclTaken.cut || taker->MayUser(UserAction::Delete));
+}
+
+void ctrlTree::Paste() {
+    Guarded("ctrlTree", [&] {
+        auto* taker = Taker();
+        if (!taker || lclWorkstation.clipboard.Read().own != taker->lclTaken.token) return;
+        const auto folder = FolderAt(lclSelected);
+        if (taker == this && lclTaken.cut) {
+            const auto ids = std::move(lclTaken.ids);
+            lclTaken = {};
+            lclState.ManualDragDropMove = false;
+            MoveItems(ids, folder);
+        } else {
+            PasteCopies(*taker, folder);
+        }
+        EvItemPaste.Raise();
+    });
+}
+
+bool ctrlTree::MayCopyHere(const model::clsItem& item) const {
+    return AcceptsType(item.ItemType()) &&
+           (!platform::EqualNoCase(item.ItemType(), "tab") || MayUser(UserAction::CreateFolder));
+}
+
+// What was cut in another tree goes there once all of it stands here.
+void ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
+    const auto taken = source.lclTaken; // the message loop may bring another
+    const auto tree = lclTree;
+    Operation operation(*lclLock);
+    if (!operation)
+        throw platform::Error(platform::errors::fail, Text("Er loopt nog een andere bewerking"));
+    if (taken.items.size() > 1)
+        operation.Show(Text("Plakken"), Text("Mappen en documenten worden gekopieerd."),
+                       Text("Annuleren"));
+    ItemCopier copier(lclWorkstation, source.lclConnection, *tree,
+                      lclDossierKey ? lclDossierKey() : std::string());
+    std::unordered_map<std::int32_t, std::int32_t> folders{{0, folder}};
+    std::string failed;
+    int done = 0;
+    bool whole = true;
+    for (const auto& [item, parent] : taken.items) {
+        if (!operation.Step(done++, static_cast<int>(taken.items.size())) || lclTree != tree) {
+            whole = false;
+            break;
+        }
+        const auto into = folders.find(parent);
+        if (into == folders.end()) continue; // below a folder that was not copied
+        try {
+            if (!MayCopyHere(*item))
+                throw platform::Error(platform::errors::accessDenied, "It may not be made here.");
+            const auto copy = copier.Copy(*item, into->second);
+            if (item->AllowChildren()) folders.emplace(item->Id(), copy->Id());
+            AddItem(copy, into->second, false);
+        } catch (const std::exception& error) {
+            lclWorkstation.log.Write("ctrlTree", item->Description() + ": " + error.what());
+            failed += "\r\n" + item->Description();
+        }
+    }
+    operation.End();
+    if (!failed.empty())
+        lclWorkstation.messages.Show({Text("Niet gekopieerd: $%$", {failed}), Text("Plakken"),
+                                      platform::Buttons::Ok, platform::Icon::Exclamation});
+    if (!taken.cut || !whole || !failed.empty() || lclTaker != &source ||
+        source.lclTaken.token != taken.token)
+        return;
+    const auto ids = std::move(source.lclTaken.ids);
+    source.lclTaken = {};
+    for (const auto id : ids) source.DeleteItem(id);
+}
+
+std::vector<ItemPtr> ctrlTree::DocumentsBelow(const std::vector<std::int32_t>& ids) const {
+    std::vector<ItemPtr> documents;
+    std::unordered_set<std::int32_t> met;
+    for (const auto id : ids)
+        if (const auto top = GetNode(id))
+            Walk(top, 0, [&](const ItemPtr& item, std::int32_t) {
+                if (item->Id() > 0 && !item->AllowChildren() && met.insert(item->Id()).second)
+                    documents.push_back(item);
+            });
+    return documents;
+}
+
+void ctrlTree::CopySpecial() {
+    try {
+        const auto copied =
+            CopyOut(lclWorkstation, lclConnection, *lclLock, TranslationBy(lclTranslator),
+                    DocumentsBelow(SelectedIds()), MakeCopyFolder(lclWorkstation));
+        if (copied.files.empty())
+            throw platform::Error(platform::errors::notFound, "There is no file to copy.");
+        platform::ExchangeData data;
+        data.hasFiles = true;
+        data.files = copied.files;
+        lclWorkstation.clipboard.Write(data);
+        if (copied.failures > 0)
+            throw platform::Error(platform::errors::fail, std::to_string(copied.failures) +
+                                                              " documents could not be copied.");
+    } catch (const std::exception& error) {
+        ShowError("Error copying special", {}, error);
+    }
+}
+
+void ctrlTree::PasteSpecial() {
+    Guarded("ctrlTree", [&] {
+        const auto accepted = AcceptedOf(lclWorkstation.clipboard.Read());
+        if (accepted.files.empty()) return;
+        EvItemPastedSpecial.Raise(accepted.files, static_cast<std::int32_t>(accepted.files.size()));
+    });
+}
+
+// A document's link is the path of its file, a folder's the way to it within the dossier.
+void ctrlTree::CopyLink() {
+    try {
+        model::DocumentFiles documents(lclWorkstation, lclConnection);
+        platform::ExchangeData data;
+        for (const auto id : SelectedIds()) {
+            const auto item = GetNode(id);
+            if (!item) continue;
+            auto link = NodeFullPath(id);
+            if (!item->AllowChildren()) {
+                const auto document = documents.Of(*item);
+                if (document.path.empty()) throw platform::Error(document.number, document.error);
+                link = document.path;
+            }
+            data.text += (data.text.empty() ? "" : "\r\n") + link;
+        }
+        data.hasText = true;
+        lclWorkstation.clipboard.Write(data);
+    } catch (const std::exception& error) {
+        ShowError("Error copying link", {}, error);
+    }
+}
+
+} // namespace kavidex::controls

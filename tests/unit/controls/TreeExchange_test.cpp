@@ -1,0 +1,157 @@
+// Cutting, copying and pasting, on a store with real files.
+#include "model/documentFile.h"
+#include "model/filing.h"
+#include "platform/Files.h"
+#include "tests/unit/controls/TreeFixture.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+class TreeExchange : public TreeTest {
+protected:
+    TreeExchange() {
+        database->Execute("Insert into tblSettings (Section, SKey, [Value]) values ('Storage', "
+                          "'DocumentPath', '" +
+                          machine.Folder() + "\\')");
+        MakeDossier();
+        other.SetDbConnection(database);
+        EXPECT_TRUE(other.CreateNew("Other", "Inbox"));
+        inbox = other.GetItem(0, "Inbox")->Id();
+        source = machine.Path("brief.txt");
+        machine.files.WriteAll(source, "five!");
+        model::FilingRequest request;
+        request.source = source;
+        request.folderId = old;
+        request.externalId = "key";
+        const auto filed = model::FileDocument(machine, *tree.Tree(), request);
+        EXPECT_TRUE(filed) << filed.error;
+        brief = filed.item->Id();
+        tree.AddItem(filed.item, old, false);
+        // What the fixture made has no document behind it.
+        for (const auto id : {letter, note, message, numbered}) tree.DeleteItem(id);
+        tree.AttachWindow(&window);
+    }
+    std::string Path(const ItemPtr& item) {
+        return model::FindDocumentFile(machine, database, *item).path;
+    }
+    void Take(char key, std::int32_t id) {
+        tree.NodeSelected(id);
+        EXPECT_TRUE(tree.CommandKey(key, true, false));
+    }
+    void Choose(const char* entry) { tree.ChooseMenu({entry, 0, {}}); }
+    void PasteInto(ctrlTree& into, std::int32_t id) {
+        into.NodeSelected(id);
+        EXPECT_TRUE(into.CommandKey('V', true, false));
+    }
+
+    ctrlTree other{machine};
+    std::string source;
+    std::int32_t inbox = 0, brief = 0;
+};
+
+} // namespace
+
+TEST_F(TreeExchange, ACopyInAnotherTreeIsADocumentOfItsOwn) {
+    tree.NodeSelected(mail);
+    tree.ChooseMenu({"mnuNew", 1, {}}); // a note in which nothing is written
+    int copied = 0, pasted = 0;
+    const auto one = tree.EvItemCopy.Subscribe([&] { ++copied; });
+    const auto two = other.EvItemPaste.Subscribe([&] { ++pasted; });
+    Take('C', mail);
+    EXPECT_EQ(machine.clipboard.content.text, "Mail");
+    PasteInto(other, inbox);
+    EXPECT_EQ(copied + pasted, 2);
+    const auto copy = other.GetItem(0, "brief");
+    ASSERT_TRUE(copy) << Told();
+    EXPECT_EQ(other.NodeFullPath(copy->Id()), R"(Other\Inbox\Mail\Old\brief)");
+    EXPECT_TRUE(other.GetItem(0, "Nieuwe notitie 15-11-2026 14:05"));
+    const auto original = tree.GetNode(brief);
+    EXPECT_NE(copy->ItemId(), original->ItemId());
+    EXPECT_NE(Path(copy), Path(original));
+    EXPECT_TRUE(machine.files.SameBytes(Path(copy), source));
+    EXPECT_TRUE(machine.files.SameBytes(Path(original), source));
+    EXPECT_EQ(Stored("select ExternalId from tblDocument where DocId = " +
+                     std::to_string(copy->ItemId())),
+              "key");
+    // Pasted into itself it ends, and so does the second time.
+    PasteInto(tree, mail);
+    EXPECT_EQ(tree.CountDocuments("txt"), 2);
+    PasteInto(tree, letters);
+    EXPECT_EQ(tree.CountDocuments("txt"), 3);
+    EXPECT_TRUE(machine.messages.shown.empty()) << Told();
+}
+
+TEST_F(TreeExchange, WhatIsCutGoesOnlyWhenAllOfItStandsElsewhere) {
+    const auto path = Path(tree.GetNode(brief));
+    const auto away = path + ".away";
+    machine.files.Rename(path, away);
+    Take('X', mail);
+    PasteInto(other, inbox);
+    ASSERT_EQ(machine.messages.shown.size(), 1U) << Told();
+    EXPECT_NE(machine.messages.shown[0].text.find("Niet gekopieerd: \r\nbrief"), std::string::npos);
+    EXPECT_TRUE(tree.GetNode(brief)) << "nothing is lost";
+    EXPECT_FALSE(other.GetItem(0, "brief"));
+    machine.files.Rename(away, path);
+    Take('X', brief);
+    PasteInto(other, inbox);
+    EXPECT_FALSE(tree.GetNode(brief));
+    ASSERT_TRUE(other.GetItem(0, "brief"));
+    EXPECT_TRUE(machine.files.SameBytes(Path(other.GetItem(0, "brief")), source));
+    PasteInto(other, inbox); // a cut is pasted once
+    EXPECT_EQ(other.CountDocuments("txt"), 1);
+    tree.SetDeleteEnabled(false);
+    Take('X', old);
+    PasteInto(other, inbox);
+    EXPECT_NE(Told().find("in een ander dossier geknipt"), std::string::npos);
+    EXPECT_TRUE(tree.GetNode(old));
+}
+
+TEST_F(TreeExchange, WhatOtherProgramsPutOnTheClipboardEndsACopy) {
+    std::vector<std::string> files;
+    const auto token = tree.EvItemPastedSpecial.Subscribe(
+        [&](const std::vector<std::string>& pasted, std::int32_t count) {
+            files = pasted;
+            EXPECT_EQ(count, static_cast<std::int32_t>(pasted.size()));
+        });
+    Take('C', brief);
+    auto menu = tree.PrepareMenu(letters);
+    EXPECT_FALSE(FindEntry(menu, "mnuPasteSpecial")->visible);
+    EXPECT_TRUE(FindEntry(menu, "mnuPaste")->enabled);
+    machine.clipboard.content = {false, true, "", {R"(C:\a.tif)", R"(C:\b.exe)"}};
+    menu = tree.PrepareMenu(letters);
+    EXPECT_TRUE(FindEntry(menu, "mnuPasteSpecial")->visible);
+    EXPECT_FALSE(FindEntry(menu, "mnuPaste")->enabled);
+    tree.SetAllowedTypes("tif;tab");
+    PasteInto(tree, letters);
+    EXPECT_EQ(files, (std::vector<std::string>{R"(C:\a.tif)"})) << "the key pastes files too";
+    EXPECT_EQ(tree.CountDocuments("txt"), 1);
+    files.clear();
+    tree.SetAllowAddExternal(false);
+    Choose("mnuPasteSpecial");
+    EXPECT_TRUE(files.empty());
+}
+
+TEST_F(TreeExchange, FilesAndLinksGoToOtherPrograms) {
+    tree.NodeSelected(mail);
+    Choose("mnuCopySpecial");
+    const auto& held = machine.clipboard.content;
+    ASSERT_EQ(held.files.size(), 1U) << Told();
+    EXPECT_EQ(platform::FileName(held.files[0]), "brief.txt");
+    EXPECT_TRUE(machine.files.SameBytes(held.files[0], source));
+    tree.NodeSelected(brief);
+    Choose("mnuCopyLink");
+    EXPECT_EQ(held.text, Path(tree.GetNode(brief)));
+    tree.NodeSelected(letters);
+    Choose("mnuCopyLink");
+    EXPECT_EQ(held.text, R"(Dossier\Letters)");
+    Choose("mnuCopySpecial");
+    EXPECT_EQ(machine.messages.shown.back().caption, "Error copying special");
+    database->Execute("delete from tblDocument");
+    tree.NodeSelected(brief);
+    Choose("mnuCopyLink");
+    EXPECT_EQ(machine.messages.shown.back().caption, "Error copying link");
+    EXPECT_EQ(held.text, R"(Dossier\Letters)") << "what was there stays";
+}
+
+} // namespace kavidex::controls
