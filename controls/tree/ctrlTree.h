@@ -335,6 +335,8 @@ private:
     bool MayPaste(std::int32_t folder) const;
     void Paste();
     void PasteCopies(ctrlTree& source, std::int32_t folder);
+    void DeleteCopied(ctrlTree& source, const Taken& taken);
+    void TellNotCopied(const std::string& items) const;
     bool MayCopyHere(const model::clsItem& item) const;
     std::vector<ItemPtr> DocumentsBelow(const std::vector<std::int32_t>& ids) const;
     void CopySpecial();

@@ -1,5 +1,6 @@
 // Cutting, copying and pasting: items within and between trees, files from and to other programs.
 #include <algorithm>
+#include <unordered_set>
 
 #include "controls/common/CopyOut.h"
 #include "controls/tree/ItemCopier.h"
@@ -124,15 +125,38 @@ void ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
         }
     }
     operation.End();
-    if (!failed.empty())
-        lclWorkstation.messages.Show({Text("Niet gekopieerd: $%$", {failed}), Text("Plakken"),
-                                      platform::Buttons::Ok, platform::Icon::Exclamation});
+    TellNotCopied(failed);
     if (!taken.cut || !whole || !failed.empty() || lclTaker != &source ||
         source.lclTaken.token != taken.token)
         return;
-    const auto ids = std::move(source.lclTaken.ids);
     source.lclTaken = {};
-    for (const auto id : ids) source.DeleteItem(id);
+    DeleteCopied(source, taken);
+}
+
+// Deletes what was cut in the other tree. What someone put there since was not copied: it stays,
+// with all that was cut around it.
+void ctrlTree::DeleteCopied(ctrlTree& source, const Taken& taken) {
+    std::unordered_set<std::int32_t> copied;
+    for (const auto& [item, parent] : taken.items) copied.insert(item->Id());
+    source.Refresh();
+    std::string added;
+    for (const auto id : taken.ids) {
+        const auto top = source.GetItem(id);
+        if (!top) continue; // deleted by another meanwhile
+        const auto before = added.size();
+        source.Walk(top, 0, [&](const ItemPtr& item, std::int32_t) {
+            if (item->Id() > 0 && !copied.contains(item->Id()))
+                added += "\r\n" + item->Description();
+        });
+        if (added.size() == before) source.DeleteItem(id);
+    }
+    TellNotCopied(added);
+}
+
+void ctrlTree::TellNotCopied(const std::string& items) const {
+    if (items.empty()) return;
+    lclWorkstation.messages.Show({Text("Niet gekopieerd: $%$", {items}), Text("Plakken"),
+                                  platform::Buttons::Ok, platform::Icon::Exclamation});
 }
 
 std::vector<ItemPtr> ctrlTree::DocumentsBelow(const std::vector<std::int32_t>& ids) const {

@@ -107,6 +107,19 @@ TEST_F(TreeExchange, WhatIsCutGoesOnlyWhenAllOfItStandsElsewhere) {
     EXPECT_TRUE(tree.GetNode(old));
 }
 
+TEST_F(TreeExchange, WhatAnotherPutIntoACutFolderStaysWithIt) {
+    Take('X', mail);
+    model::clsTree elsewhere(machine);
+    elsewhere.SetDbConnection(database);
+    elsewhere.SetTreeId(tree.TreeId());
+    ASSERT_TRUE(elsewhere.AddChildTab("Late", old));
+    PasteInto(other, inbox);
+    EXPECT_TRUE(other.GetItem(0, "brief"));
+    EXPECT_TRUE(tree.GetItem(0, "Late")) << "it was not copied";
+    EXPECT_TRUE(tree.GetItem(mail));
+    EXPECT_NE(Told().find("Niet gekopieerd: \r\nLate"), std::string::npos) << Told();
+}
+
 TEST_F(TreeExchange, WhatOtherProgramsPutOnTheClipboardEndsACopy) {
     std::vector<std::string> files;
     const auto token = tree.EvItemPastedSpecial.Subscribe(
