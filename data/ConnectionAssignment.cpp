@@ -32,6 +32,7 @@ bool ConnectionAssignment::SetDbConnection(const ConnectionPtr& connection) {
     if (lclConnection && lclListeners.leaving) lclListeners.leaving();
     lclConnection = connection;
     lclLive = connection && connection->IsOpen();
+    lclDatabase = lclLive ? DatabaseOf(*connection) : std::string();
     if (lclListeners.changed) lclListeners.changed();
     if (lclListeners.handOver) lclListeners.handOver(connection);
     if (!connection) {
@@ -59,9 +60,13 @@ bool ConnectionAssignment::SetDbConnection(const ConnectionPtr& connection) {
 // closed and was opened by its owner, is not current any more.
 bool ConnectionAssignment::IsCurrent(const ConnectionPtr& connection) const {
     if (!connection || !lclConnection) return !connection && !lclConnection;
-    const bool live = lclLive && lclConnection->IsOpen();
+    const bool live = lclLive && lclConnection->IsOpen() && !IsElsewhere();
     if (connection == lclConnection) return live == connection->IsOpen();
     return live && DatabaseOf(*connection) == DatabaseOf(*lclConnection);
+}
+
+bool ConnectionAssignment::IsElsewhere() const {
+    return lclLive && lclConnection->IsOpen() && DatabaseOf(*lclConnection) != lclDatabase;
 }
 
 // Once per user and machine, and never for an Access file.

@@ -35,6 +35,9 @@ public:
     const ConnectionPtr& DbConnection() const { return lclConnection; }
     // False, and nothing done, when both are null or both are open on the same DefaultDatabase.
     bool SetDbConnection(const ConnectionPtr& connection);
+    // Whether its owner has opened the connection on another database since it was assigned:
+    // nothing of the dossier may be written there.
+    bool IsElsewhere() const;
     // Without a word to anybody, for the end of the control.
     void Release();
 
@@ -54,7 +57,8 @@ private:
     ConnectionListeners lclListeners;
     Translation lclTranslation;
     ConnectionPtr lclConnection;
-    bool lclLive = false; // it was open when it was assigned
+    bool lclLive = false;    // it was open when it was assigned
+    std::string lclDatabase; // and on this database
     std::unique_ptr<clsSettings> lclSettings;
     std::string lclTemplatePath;
 };

@@ -186,6 +186,12 @@ std::int32_t ctrlCorrespondence::FilePendingAtTop() {
     if (lclPending.empty() || !Usable() || !lclTree->Tree()) return addFiles::done;
     const auto files = std::move(lclPending);
     lclPending.clear();
+    if (lclAssignment->IsElsewhere()) {
+        Failed failed;
+        for (const auto& pending : files)
+            failed.Add(addFiles::notFiled, Text("$%$: niet opgeslagen", {pending.file}));
+        return TellNotAdded(failed);
+    }
     const auto result = FileInto(lclTree->Tree()->Item(), files);
     if (result == addFiles::done)
         Tell("Er waren nog documenten om op te bergen, deze zijn op het hoogste niveau toegevoegd");

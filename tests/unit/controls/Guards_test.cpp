@@ -92,6 +92,24 @@ TEST_F(TwoDatabases, WhatWaitsForAFolderStaysWithTheDossierItWasBroughtTo) {
     EXPECT_EQ(Count("tblDocument"), 2);
 }
 
+TEST_F(TwoDatabases, AConnectionThatItsOwnerOpenedElsewhereIsAnotherOne) {
+    const auto given = std::make_shared<tests::FaultyConnection>(connection);
+    binder->SetDbConnection(nullptr);
+    binder->SetDbConnection(given);
+    ASSERT_EQ(Open("key"), 0);
+    DropData data;
+    data.hasFiles = true;
+    data.files = {File("wacht.txt")};
+    std::int32_t effect = drop::none;
+    binder->treCorr().EvItemDropped.Raise({data, effect, 0, false});
+    given->inner = other;
+    binder->SetDbConnection(given);
+    EXPECT_EQ(binder->Id(), 0);
+    EXPECT_EQ(binder->AddFiles({File("geheim.txt")}, "", 0, false, true), addFiles::noDossier);
+    EXPECT_EQ(Theirs("Select count(*) from tblDocument"), "1");
+    EXPECT_TRUE(Told("wacht.txt: niet opgeslagen"));
+}
+
 TEST_F(TwoDatabases, AnIdFromTheBagIsLoadedFromTheFirstConnectionWithItsFolder) {
     MapBag bag;
     binder->treCorr().NodeSelected(binder->treCorr().Tree()->GetItem(0, "Post")->Id());
