@@ -201,9 +201,6 @@ bool clsDocument::DeleteCurrentRow() {
         if (lclId < 1) // minus a negative number would bring the document back, or read as a remark
             throw data::Error(data::errors::badEof, "There is no current document.", "clsDocument");
         const Store store(DbConnection());
-        if (lclId < 0)
-            throw platform::Error(platform::errors::notFound, "The document is deleted already.",
-                                  "clsDocument");
         const std::int32_t extraInfo = ExtraInfoId(lclId);
         const std::string id = Number(lclId);
         Transaction transaction(store, Machine());

@@ -112,7 +112,7 @@ std::int32_t ctrlCorrespondence::FileInto(const std::shared_ptr<model::clsItem>&
     const auto tree = lclTree->Tree(); // stays whole, whatever the message loop brings
     Operation operation(lclLock);
     if (!operation) {
-        failed.Add(addFiles::notFiled, "Another operation is running");
+        failed.Add(addFiles::notFiled, Text("Er loopt nog een andere bewerking"));
         return TellNotAdded(failed);
     }
     bool any = false;

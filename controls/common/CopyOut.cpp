@@ -41,7 +41,9 @@ CopiedOut CopyOut(const platform::Workstation& workstation, const data::Connecti
     model::DocumentFiles documents(workstation, connection);
     CopiedOut copied;
     Operation operation(lock);
-    if (!operation) throw platform::Error(platform::errors::fail, "Another operation is running");
+    if (!operation)
+        throw platform::Error(platform::errors::fail,
+                              data::Translated(translation, "Er loopt nog een andere bewerking"));
     const auto caption = data::Translated(translation, "Documenten exporteren");
     const auto stop = data::Translated(translation, "Annuleren");
     operation.Show(caption, "", stop);
