@@ -2,6 +2,7 @@
 // and a button that asks the work to stop where it can.
 #pragma once
 
+#include <atomic>
 #include <string_view>
 
 namespace kavidex::platform {
@@ -18,12 +19,32 @@ public:
     // key, was pressed since.
     virtual void OfferStop(std::string_view caption) = 0;
     virtual bool StopAsked() = 0;
-    // Lets the message loop handle what waits, without blocking.
-    virtual void PumpMessages() = 0;
+    // Lets the message loop handle what waits, without blocking; only paints while a PaintOnly
+    // lives.
+    void PumpMessages() { Pump(PaintsOnly()); }
+    bool PaintsOnly() const { return lclPaintOnly > 0; }
+
+protected:
+    virtual void Pump(bool paintOnly) = 0;
 
 private:
     friend class BusyScope;
+    friend class PaintOnly;
     int lclScopes = 0;
+    std::atomic<int> lclPaintOnly = 0; // transactions of several threads
+};
+
+// For work within a transaction: what a timer of the host did meanwhile would become a part of it,
+// and be undone with it. Windows are painted and the dialog is alive; all else waits.
+class PaintOnly {
+public:
+    explicit PaintOnly(BusyDialog& dialog) : lclDialog(dialog) { ++lclDialog.lclPaintOnly; }
+    ~PaintOnly() { --lclDialog.lclPaintOnly; }
+    PaintOnly(const PaintOnly&) = delete;
+    PaintOnly& operator=(const PaintOnly&) = delete;
+
+private:
+    BusyDialog& lclDialog;
 };
 
 // Closes the dialog on every way out; nested scopes close it with the outermost.

@@ -1,8 +1,11 @@
 // What goes from one program to another by drag or clipboard, and the port to the clipboard.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
 namespace kavidex::platform {
@@ -13,6 +16,13 @@ struct VirtualFile {
     std::function<std::string()> read; // its bytes; throws platform::Error when the source fails
 };
 
+namespace errors {
+constexpr auto clipboardHeld = static_cast<std::int32_t>(0x800401D0); // by another program
+}
+
+// What `own` holds in a drag; on the clipboard it holds the mark of what was cut or copied.
+constexpr std::string_view ownDrag = "drag";
+
 // What is not there is empty. `read` of a virtual file is good for as long as the drop lasts, or
 // until the clipboard changes.
 struct ExchangeData {
@@ -21,6 +31,13 @@ struct ExchangeData {
     std::vector<std::string> files; // full paths, format 15
     std::vector<VirtualFile> virtualFiles{};
     std::string own{}; // what only this library writes and understands
+    // In place of `files` where making or reading them costs much: called at most once, when they
+    // are needed. Must not throw.
+    std::function<std::vector<std::string>()> makeFiles{};
+
+    void FetchFiles() {
+        if (const auto make = std::exchange(makeFiles, nullptr)) files = make();
+    }
 };
 
 class Clipboard {

@@ -17,6 +17,7 @@
 #include "platform/FileLog.h"
 #include "platform/Guids.h"
 #include "platform/Messages.h"
+#include "platform/Printers.h"
 #include "platform/Shell.h"
 #include "platform/User.h"
 #include "platform/Workstation.h"
@@ -89,7 +90,7 @@ public:
     void Close() override {}
     void OfferStop(std::string_view) override {}
     bool StopAsked() override { return false; }
-    void PumpMessages() override {}
+    void Pump(bool) override {}
 };
 
 // The exit code of a program found by PATH, its output dropped into `output`; -1 when not started.
@@ -109,17 +110,24 @@ int RunProgram(const char* const* arguments, int output) {
     return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
 }
 
+// Pages are drawn for printers on a desktop only.
+class NoPrinters : public Printers {
+public:
+    std::optional<PrintChoice> Ask(int) override { return std::nullopt; }
+    std::unique_ptr<PrintJob> Begin(const PrintChoice& choice, std::string_view) override {
+        throw Error(errors::notFound, "There is no printer \"" + choice.printer + "\".");
+    }
+};
+
 class DesktopTools : public Shell {
 public:
-    void OpenDefault(std::string_view path) override {
-        const std::string native = ToNative(path);
-        const char* const arguments[] = {"xdg-open", native.c_str(), nullptr};
-        const OpenFile nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
-        if (!PosixFiles().FileExists(path)) Fail(ENOENT, "open", path);
-        if (RunProgram(arguments, nothing.Get()) != 0)
-            throw Error(errors::fail, "Cannot open \"" + std::string(path) +
-                                          "\": no program is set for files of this kind");
-    }
+    void OpenDefault(std::string_view path) override { Run("xdg-open", "open", path); }
+    void PrintDefault(std::string_view path) override { Run("lp", "print", path); }
+
+    // The control is part of Windows.
+    bool HasBrowserEngine() override { return false; }
+    bool BrowserShows(std::string_view) override { return false; }
+    std::string MailClient() override { return {}; }
 
     // No desktop's own list is asked: the extension says as much.
     std::string TypeDescription(std::string_view extension) override {
@@ -131,6 +139,20 @@ public:
         const OpenFile nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
         return RunProgram(arguments, nothing.Get()) == 0;
     }
+    platform::Printers& Printers() override { return lclPrinters; }
+
+private:
+    static void Run(const char* program, const char* action, std::string_view path) {
+        const std::string native = ToNative(path);
+        const char* const arguments[] = {program, native.c_str(), nullptr};
+        const OpenFile nothing(::open("/dev/null", O_RDWR | O_CLOEXEC));
+        if (!PosixFiles().FileExists(path)) Fail(ENOENT, action, path);
+        if (RunProgram(arguments, nothing.Get()) != 0)
+            throw Error(errors::fail, std::string("Cannot ") + action + " \"" + std::string(path) +
+                                          "\": no program is set for files of this kind");
+    }
+
+    NoPrinters lclPrinters;
 };
 
 struct Machine {

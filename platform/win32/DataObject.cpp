@@ -50,7 +50,7 @@ std::string Descriptors(const std::vector<VirtualFile>& files) {
     Append(block, &count, sizeof count);
     for (const auto& file : files) {
         FILEDESCRIPTORW row{};
-        row.dwFlags = FD_UNICODE;
+        row.dwFlags = static_cast<DWORD>(FD_UNICODE) | FD_PROGRESSUI;
         ToWide(file.name).copy(row.cFileName, MAX_PATH - 1);
         Append(block, &row, sizeof row);
     }
@@ -73,14 +73,34 @@ HRESULT CopyMedium(const STGMEDIUM& from, CLIPFORMAT format, STGMEDIUM& to) {
     return S_OK;
 }
 
+// As a stream where it is wanted: a block's size is not always that of its content.
+HRESULT Give(std::string_view bytes, DWORD wanted, STGMEDIUM& medium) {
+    const HGLOBAL block = NewBlock(bytes.data(), bytes.size());
+    if (!block) return E_OUTOFMEMORY;
+    ULARGE_INTEGER size{};
+    size.QuadPart = bytes.size();
+    if (!(wanted & TYMED_ISTREAM)) {
+        medium.hGlobal = block;
+        medium.tymed = TYMED_HGLOBAL;
+    } else if (FAILED(CreateStreamOnHGlobal(block, TRUE, &medium.pstm))) {
+        GlobalFree(block);
+        return E_OUTOFMEMORY;
+    } else {
+        medium.pstm->SetSize(size);
+        medium.tymed = TYMED_ISTREAM;
+    }
+    return S_OK;
+}
+
 class DataObject : public Counted<IDataObject> {
 public:
     DataObject(ExchangeData data, std::function<void()> asked)
-        : lclFiles(std::move(data.virtualFiles)), lclAsked(std::move(asked)) {
+        : lclFiles(std::move(data.virtualFiles)), lclMakeFiles(std::move(data.makeFiles)),
+          lclAsked(std::move(asked)) {
         const auto& formats = Formats();
         if (data.hasFiles) {
             const DWORD copy = DROPEFFECT_COPY;
-            Add(CF_HDROP, FileList(data.files));
+            Add(CF_HDROP, lclMakeFiles ? std::string() : FileList(data.files));
             Add(formats.effect, {reinterpret_cast<const char*>(&copy), sizeof copy});
         }
         if (data.hasText) {
@@ -91,31 +111,30 @@ public:
         if (!data.own.empty()) Add(formats.own, data.own);
         if (lclFiles.empty()) return;
         Add(formats.descriptorsWide, Descriptors(lclFiles));
-        for (std::size_t i = 0; i < lclFiles.size(); ++i)
-            lclOffers.push_back({Wanted(formats.contents, static_cast<LONG>(i)), {}, {}});
+        lclOffers.push_back(
+            {Wanted(formats.contents, -1, TYMED_ISTREAM | TYMED_HGLOBAL), {}, {}}); // of each
     }
 
     HRESULT STDMETHODCALLTYPE GetData(FORMATETC* wanted, STGMEDIUM* medium) override {
         if (!wanted || !medium) return E_POINTER;
         *medium = {};
-        const auto* offer = Find(*wanted);
+        auto* offer = Find(*wanted);
         if (!offer) return DV_E_FORMATETC;
         if (offer->stored.tymed != TYMED_NULL)
             return CopyMedium(offer->stored, wanted->cfFormat, *medium);
         const bool text = wanted->cfFormat == CF_UNICODETEXT || wanted->cfFormat == CF_TEXT;
         if (const auto asked = text ? std::exchange(lclAsked, nullptr) : nullptr) asked();
-        std::string bytes = offer->block;
-        if (wanted->cfFormat == Formats().contents) {
-            try {
-                bytes = lclFiles[static_cast<std::size_t>(offer->format.lindex)].read();
-            } catch (const std::exception&) {
-                return STG_E_READFAULT;
-            }
+        if (wanted->cfFormat == CF_HDROP)
+            if (const auto make = std::exchange(lclMakeFiles, nullptr))
+                offer->block = FileList(make());
+        if (wanted->cfFormat != Formats().contents)
+            return Give(offer->block, TYMED_HGLOBAL, *medium);
+        try {
+            return Give(lclFiles[static_cast<std::size_t>(wanted->lindex)].read(), wanted->tymed,
+                        *medium);
+        } catch (const std::exception&) {
+            return STG_E_READFAULT;
         }
-        medium->hGlobal = NewBlock(bytes.data(), bytes.size());
-        if (!medium->hGlobal) return E_OUTOFMEMORY;
-        medium->tymed = TYMED_HGLOBAL;
-        return S_OK;
     }
     HRESULT STDMETHODCALLTYPE QueryGetData(FORMATETC* wanted) override {
         if (!wanted) return E_POINTER;
@@ -182,15 +201,20 @@ private:
     void Add(CLIPFORMAT format, std::string block) {
         lclOffers.push_back({Wanted(format), std::move(block), {}});
     }
-    const Offer* Find(const FORMATETC& wanted) const {
-        for (const auto& offer : lclOffers)
+    Offer* Find(const FORMATETC& wanted) {
+        const bool ofOne = wanted.cfFormat == Formats().contents && wanted.lindex >= 0 &&
+                           static_cast<std::size_t>(wanted.lindex) < lclFiles.size();
+        for (auto& offer : lclOffers)
             if (offer.format.cfFormat == wanted.cfFormat && (offer.format.tymed & wanted.tymed) &&
-                offer.format.dwAspect == wanted.dwAspect && offer.format.lindex == wanted.lindex)
+                offer.format.dwAspect == wanted.dwAspect &&
+                (ofOne ||
+                 (offer.format.lindex == wanted.lindex && wanted.cfFormat != Formats().contents)))
                 return &offer;
         return nullptr;
     }
 
     std::vector<VirtualFile> lclFiles;
+    std::function<std::vector<std::string>()> lclMakeFiles;
     std::vector<Offer> lclOffers;
     std::function<void()> lclAsked;
 };

@@ -6,6 +6,7 @@
 #include <shlobj.h>
 
 #include "platform/Error.h"
+#include "platform/Exchange.h"
 
 namespace kavidex::platform::win32 {
 
@@ -31,7 +32,7 @@ HGLOBAL NewBlock(const void* bytes, std::size_t size) {
 Medium::Medium(IDataObject& data, FORMATETC wanted) {
     const HRESULT result = data.GetData(&wanted, &lclMedium);
     if (result == CLIPBRD_E_CANT_OPEN)
-        throw Error(errors::accessDenied, "The clipboard is held open by another program");
+        throw Error(errors::clipboardHeld, "The clipboard is held open by another program");
     lclHeld = SUCCEEDED(result);
     if (lclHeld && lclMedium.tymed == TYMED_HGLOBAL && lclMedium.hGlobal)
         lclBytes = GlobalLock(lclMedium.hGlobal);

@@ -117,6 +117,17 @@ DISPID Late::NeedId(const wchar_t* name) const {
                 "Kavidex.Late");
 }
 
+std::string Late::TypeName() const {
+    ComPtr<ITypeInfo> type;
+    Bstr name;
+    if (!lclObject || FAILED(lclObject->GetTypeInfo(0, LOCALE_USER_DEFAULT, type.Put())) || !type ||
+        FAILED(type->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr)))
+        return {};
+    // The default interface of a class bears the class's name behind a sign of its own.
+    const std::string text = name.Text();
+    return text.starts_with("_") ? text.substr(1) : text;
+}
+
 bool Late::Has(const wchar_t* name) const { return lclObject && IdOf(name); }
 
 Variant Late::Get(const wchar_t* name, Arguments arguments) const {

@@ -33,6 +33,8 @@ public:
     explicit operator bool() const { return static_cast<bool>(lclObject); }
     const ComPtr<IDispatch>& Object() const { return lclObject; }
 
+    // What its type information calls it, as a script's TypeName does; empty without any.
+    std::string TypeName() const;
     bool Has(const wchar_t* name) const;
     Variant Get(const wchar_t* name, Arguments arguments = {}) const;
     // Read as a property alone: a script's own object takes the usual asking for a call of a

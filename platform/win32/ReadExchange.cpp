@@ -36,17 +36,33 @@ void ReadText(IDataObject& data, ExchangeData& result) {
     }
 }
 
-void ReadFiles(IDataObject& data, ExchangeData& result) {
+// False when there is no list.
+bool ReadFiles(IDataObject& data, std::vector<std::string>& result) {
     const Medium list(data, Wanted(CF_HDROP));
-    if (!list || list.Bytes().size() < sizeof(DROPFILES)) return;
-    result.hasFiles = true;
+    if (!list || list.Bytes().size() < sizeof(DROPFILES)) return false;
     const auto files = static_cast<HDROP>(list.Get().hGlobal);
     const UINT count = DragQueryFileW(files, 0xFFFFFFFF, nullptr, 0);
     for (UINT i = 0; i < count; ++i) {
         std::wstring path(DragQueryFileW(files, i, nullptr, 0) + 1, L'\0');
         path.resize(DragQueryFileW(files, i, path.data(), static_cast<UINT>(path.size())));
-        result.files.push_back(FromWide(path));
+        result.push_back(FromWide(path));
     }
+    return true;
+}
+
+// Our own drag copies its documents when they are asked for: not before they are dropped.
+void OfferFiles(IDataObject& data, ExchangeData& result) {
+    auto wanted = Wanted(CF_HDROP);
+    result.hasFiles = data.QueryGetData(&wanted) == S_OK;
+    if (!result.hasFiles) return;
+    result.makeFiles = [source = ComPtr<IDataObject>(&data)] {
+        std::vector<std::string> files;
+        try {
+            ReadFiles(*source, files);
+        } catch (const std::exception&) { // not the clipboard: nobody holds it open
+        }
+        return files;
+    };
 }
 
 [[noreturn]] void Refused(HRESULT result) {
@@ -143,9 +159,12 @@ void ReadDescriptors(IDataObject& data, CLIPFORMAT format, ExchangeData& result)
 
 ExchangeData ReadExchange(IDataObject& data) {
     ExchangeData result;
-    ReadFiles(data, result);
-    ReadText(data, result);
     if (const Medium own(data, Wanted(Formats().own)); own) result.own = own.Bytes();
+    if (result.own == ownDrag)
+        OfferFiles(data, result);
+    else
+        result.hasFiles = ReadFiles(data, result.files);
+    ReadText(data, result);
     ReadDescriptors<FILEGROUPDESCRIPTORW>(data, Formats().descriptorsWide, result);
     if (result.virtualFiles.empty())
         ReadDescriptors<FILEGROUPDESCRIPTORA>(data, Formats().descriptorsNarrow, result);

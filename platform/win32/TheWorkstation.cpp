@@ -18,6 +18,7 @@
 #include "platform/User.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
+#include "platform/win32/BrowserSupport.h"
 #include "platform/win32/Failure.h"
 #include "platform/win32/NewFile.h"
 #include "platform/win32/Owner.h"
@@ -26,6 +27,7 @@
 #include "platform/win32/WindowsBusyDialog.h"
 #include "platform/win32/WindowsClipboard.h"
 #include "platform/win32/WindowsFiles.h"
+#include "platform/win32/WindowsPrinters.h"
 
 namespace kavidex::platform {
 
@@ -92,17 +94,8 @@ public:
 
 class Desktop : public Shell {
 public:
-    void OpenDefault(std::string_view path) override {
-        const std::wstring wide = ToWide(path);
-        SHELLEXECUTEINFOW what{};
-        what.cbSize = sizeof what;
-        // Without the shell's own boxes: the caller tells the user.
-        what.fMask = SEE_MASK_NOASYNC | SEE_MASK_FLAG_NO_UI;
-        what.hwnd = Owner();
-        what.lpFile = wide.c_str();
-        what.nShow = SW_SHOWNORMAL;
-        if (!ShellExecuteExW(&what)) Fail(GetLastError(), "open", path);
-    }
+    void OpenDefault(std::string_view path) override { Execute(nullptr, "open", path); }
+    void PrintDefault(std::string_view path) override { Execute(L"print", "print", path); }
 
     bool HasPrinters() override {
         constexpr DWORD which = PRINTER_ENUM_LOCAL | PRINTER_ENUM_CONNECTIONS;
@@ -111,6 +104,16 @@ public:
         if (size == 0) return count > 0;
         std::vector<BYTE> list(size);
         return EnumPrintersW(which, nullptr, 4, list.data(), size, &size, &count) && count > 0;
+    }
+    platform::Printers& Printers() override { return lclPrinters; }
+
+    std::string MailClient() override {
+        wchar_t name[256];
+        DWORD size = sizeof name;
+        const auto read =
+            RegGetValueW(HKEY_LOCAL_MACHINE, L"Software\\Clients\\Mail", nullptr,
+                         RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND, nullptr, name, &size);
+        return read == ERROR_SUCCESS ? FromWide(name) : std::string();
     }
 
     std::string TypeDescription(std::string_view extension) override {
@@ -121,6 +124,24 @@ public:
         if (found && info.szTypeName[0]) return FromWide(info.szTypeName);
         return UpperCase(extension);
     }
+
+    bool HasBrowserEngine() override { return win32::HasBrowserEngine(); }
+    bool BrowserShows(std::string_view mimeType) override { return win32::BrowserShows(mimeType); }
+private:
+    static void Execute(const wchar_t* verb, std::string_view action, std::string_view path) {
+        const std::wstring wide = ToWide(path);
+        SHELLEXECUTEINFOW what{};
+        what.cbSize = sizeof what;
+        // Without the shell's own boxes: the caller tells the user.
+        what.fMask = SEE_MASK_NOASYNC | SEE_MASK_FLAG_NO_UI;
+        what.hwnd = Owner();
+        what.lpVerb = verb;
+        what.lpFile = wide.c_str();
+        what.nShow = SW_SHOWNORMAL;
+        if (!ShellExecuteExW(&what)) Fail(GetLastError(), action, path);
+    }
+
+    WindowsPrinters lclPrinters;
 };
 
 std::string LocalDataFolder() {

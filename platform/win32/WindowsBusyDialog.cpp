@@ -223,13 +223,19 @@ void WindowsBusyDialog::Close() {
     UnregisterClassW(className, OwnModule());
 }
 
-void WindowsBusyDialog::PumpMessages() {
+void WindowsBusyDialog::Pump(bool paintOnly) {
     // A window that asks for painting over and over must not hold the work up.
     constexpr int most = 500;
     constexpr UINT how = PM_REMOVE | PM_QS_PAINT | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE;
     TakeInput();
     MSG message{};
-    for (int i = 0; i < most && PeekMessageW(&message, nullptr, 0, 0, how); ++i) {
+    const auto next = [&] {
+        if (!paintOnly) return PeekMessageW(&message, nullptr, 0, 0, how);
+        return lclWindow && PeekMessageW(&message, lclWindow, 0, 0, how)
+                   ? TRUE
+                   : PeekMessageW(&message, nullptr, WM_PAINT, WM_PAINT, PM_REMOVE);
+    };
+    for (int i = 0; i < most && next(); ++i) {
         if (message.message == WM_QUIT) { // the host's own loop is to see it
             PostQuitMessage(static_cast<int>(message.wParam));
             return;

@@ -18,12 +18,14 @@ public:
     void Close() override;
     void OfferStop(std::string_view caption) override;
     bool StopAsked() override { return lclStopAsked; }
+    HWND Handle() const { return lclWindow; } // null while closed
+
+protected:
     // Paints, timers, and posted and sent messages are handled; keys and clicks wait for the end of
     // the work, so that the user cannot start it again inside itself: all but Escape and a click on
-    // the button that asks to stop.
-    void PumpMessages() override;
-
-    HWND Handle() const { return lclWindow; } // null while closed
+    // the button that asks to stop. With `paintOnly` timers and posted messages of other windows
+    // wait too; that any were looked for keeps Windows from calling the host hung.
+    void Pump(bool paintOnly) override;
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l);

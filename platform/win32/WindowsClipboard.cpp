@@ -33,7 +33,7 @@ void Demand(Step step) {
         result = step();
     }
     if (result == CLIPBRD_E_CANT_OPEN)
-        throw Error(errors::accessDenied, "The clipboard is held open by another program");
+        throw Error(errors::clipboardHeld, "The clipboard is held open by another program");
     if (FAILED(result))
         throw Error(static_cast<std::int32_t>(result),
                     "The clipboard cannot be used: " + HresultText(result));

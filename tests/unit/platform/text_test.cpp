@@ -57,29 +57,13 @@ TEST(Text, Utf16GoesThereAndBack) {
 }
 
 TEST(Text, ValReadsTheLeadingNumberWithAFullStop) {
-    struct Case {
-        const char* text;
-        double number;
-    };
-    for (const Case& each : std::initializer_list<Case>{{"", 0},
-                                                        {"abc", 0},
-                                                        {"12abc", 12},
-                                                        {" 1 2 3", 123},
-                                                        {"-4.5kg", -4.5},
-                                                        {"+7", 7},
-                                                        {"1,5", 1},
-                                                        {".5", 0.5},
-                                                        {"1e3", 1000},
-                                                        {"1d2", 100},
-                                                        {"2e", 2},
-                                                        {"5.", 5},
-                                                        {"-", 0},
-                                                        {"&HFF", 255},
-                                                        {"&HFFFF", -1},
-                                                        {"&O17", 15},
-                                                        {"1.2.3", 1.2},
-                                                        {"\t 9", 9}})
-        EXPECT_DOUBLE_EQ(Val(each.text), each.number) << each.text;
+    for (const std::string each :
+         {" => 0", "abc => 0", "12abc => 12", " 1 2 3 => 123", "-4.5kg => -4.5", "+7 => 7",
+          "1,5 => 1", ".5 => 0.5", "1e3 => 1000", "1d2 => 100", "2e => 2", "5. => 5", "- => 0",
+          "&HFF => 255", "&HFFFF => -1", "&O17 => 15", "1.2.3 => 1.2", "\t 9 => 9"}) {
+        const std::size_t arrow = each.find(" => ");
+        EXPECT_DOUBLE_EQ(Val(each.substr(0, arrow)), std::stod(each.substr(arrow + 4))) << each;
+    }
 }
 
 } // namespace kavidex::platform

@@ -131,6 +131,16 @@ TEST(BusyDialog, PumpingHandlesWhatIsPostedAndLeavesTheEndOfTheHostToTheHost) {
     PostMessageW(host, WM_SETREDRAW, TRUE, 0); // gives a hidden window the visible style
     dialog.PumpMessages();
     EXPECT_TRUE(IsWindowVisible(host)) << "a posted message was not handled";
+    {
+        const PaintOnly inTransaction(dialog);
+        PostMessageW(host, WM_SETREDRAW, FALSE, 0);
+        PostMessageW(dialog.Handle(), WM_SETREDRAW, FALSE, 0);
+        dialog.PumpMessages();
+        EXPECT_TRUE(IsWindowVisible(host)) << "what the host does waits for the end";
+        EXPECT_FALSE(IsWindowVisible(dialog.Handle())) << "the dialog is alive";
+    }
+    dialog.PumpMessages();
+    EXPECT_FALSE(IsWindowVisible(host));
     PostQuitMessage(7);
     dialog.PumpMessages();
     MSG message{};
@@ -149,6 +159,7 @@ TEST(BusyDialog, PumpingHandlesWhatIsPostedAndLeavesTheEndOfTheHostToTheHost) {
 
 TEST(Shell, AFileThatIsNotThereIsAClearError) {
     EXPECT_THROW(TheWorkstation().shell.OpenDefault("C:\\nergens\\niets.kvx"), Error);
+    EXPECT_THROW(TheWorkstation().shell.PrintDefault("C:\\nergens\\niets.kvx"), Error);
     TheWorkstation().shell.HasPrinters(); // whichever the answer, it returns
 }
 
