@@ -33,7 +33,7 @@ struct ErrorDetail {
     std::string source;
 };
 
-enum class Schema { Columns = 4, Indexes = 12, Tables = 20 }; // ADO's SchemaEnum
+enum class Schema { Columns = 4, Indexes = 12, Procedures = 16, Tables = 20 }; // ADO's SchemaEnum
 
 // Every failing call throws data::Error with the statement, and leaves the details in Errors().
 class Connection {
@@ -52,7 +52,7 @@ public:
     virtual Value Property(std::string_view name) const = 0;
     virtual std::string DefaultDatabase() const = 0;
     // Rows as ADO's schema rowsets have them (Tables: TABLE_CATALOG, TABLE_SCHEMA, TABLE_NAME,
-    // TABLE_TYPE, ...).
+    // TABLE_TYPE, ...). An engine without procedures throws errors::featureNotAvailable for them.
     virtual RecordsetPtr OpenSchema(Schema schema) = 0;
     virtual std::vector<ErrorDetail> Errors() const = 0;
 

@@ -29,7 +29,8 @@ ConnectionAssignment::ConnectionAssignment(const platform::Workstation& workstat
 
 bool ConnectionAssignment::SetDbConnection(const ConnectionPtr& connection) {
     if (IsCurrent(connection)) return false;
-    if (lclConnection && lclListeners.leaving) lclListeners.leaving();
+    const bool other = lclConnection != nullptr;
+    if (other && lclListeners.leaving) lclListeners.leaving();
     lclConnection = connection;
     lclLive = connection && connection->IsOpen();
     lclDatabase = lclLive ? DatabaseOf(*connection) : std::string();
@@ -41,6 +42,7 @@ bool ConnectionAssignment::SetDbConnection(const ConnectionPtr& connection) {
     }
     if (!lclSettings) lclSettings = std::make_unique<clsSettings>(lclWorkstation);
     lclSettings->SetDbConnection(connection);
+    if (other) lclTemplatePath.clear(); // that of the database before
     if (connection->IsOpen()) {
         CheckDatabase();
         ReadTemplatePath();
@@ -49,20 +51,21 @@ bool ConnectionAssignment::SetDbConnection(const ConnectionPtr& connection) {
         update.fncUpdateDb();
         CheckLetters();
     } else {
-        lclTemplatePath.clear();
         lclWorkstation.log.Write("DbConnection", "assigned a connection that is not open");
     }
     if (lclListeners.ready) lclListeners.ready(connection);
     return true;
 }
 
-// The same connection, or another one to the same database. One that was closed since, or came
-// closed and was opened by its owner, is not current any more.
+// The same connection, or another one to the same database; one that does not name its database
+// may be on any. One that was closed since, or came closed and was opened by its owner, is not
+// current any more.
 bool ConnectionAssignment::IsCurrent(const ConnectionPtr& connection) const {
     if (!connection || !lclConnection) return !connection && !lclConnection;
     const bool live = lclLive && lclConnection->IsOpen() && !IsElsewhere();
     if (connection == lclConnection) return live == connection->IsOpen();
-    return live && DatabaseOf(*connection) == DatabaseOf(*lclConnection);
+    const std::string database = DatabaseOf(*connection);
+    return live && !database.empty() && database == DatabaseOf(*lclConnection);
 }
 
 bool ConnectionAssignment::IsElsewhere() const {
@@ -90,7 +93,10 @@ void ConnectionAssignment::CheckLetters() {
 }
 
 void ConnectionAssignment::ReadTemplatePath() {
-    if (lclSettings) lclSettings->GetSetting("Template", "Path", lclTemplatePath);
+    if (!lclSettings) return;
+    std::string path;
+    if (lclSettings->GetSetting("Template", "Path", path) || lclSettings->Failure().empty())
+        lclTemplatePath = path;
 }
 
 void ConnectionAssignment::Release() {

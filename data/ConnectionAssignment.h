@@ -34,7 +34,10 @@ public:
 
     const ConnectionPtr& DbConnection() const { return lclConnection; }
     // False, and nothing done, when both are null or both are open on the same DefaultDatabase.
+    // Where that is empty, only the same object is the same.
     bool SetDbConnection(const ConnectionPtr& connection);
+    // What the database was called when it was assigned.
+    const std::string& Database() const { return lclDatabase; }
     // Whether its owner has opened the connection on another database since it was assigned:
     // nothing of the dossier may be written there.
     bool IsElsewhere() const;
@@ -45,7 +48,7 @@ public:
     clsSettings* Settings() { return lclSettings.get(); }
     const std::string& TemplatePath() const { return lclTemplatePath; }
     void SetTemplatePath(std::string_view path) { lclTemplatePath = path; }
-    // Reads the setting "Template"/"Path" again.
+    // Reads the setting "Template"/"Path" again; where it cannot be read, the path stays.
     void ReadTemplatePath();
 
 private:

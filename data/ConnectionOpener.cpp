@@ -36,6 +36,10 @@ bool Swallowing(const platform::Workstation& workstation, Step step) {
 
 } // namespace
 
+std::string AccessConnectionString(std::string_view path, bool password) {
+    return Joined(accessDriver, path, password ? Joined(";Password=", accessPassword) : "");
+}
+
 ConnectionOpener::ConnectionOpener(const platform::Workstation& workstation, AdoFactory& factory,
                                    AccessRepair& repair, Translation translation)
     : lclWorkstation(workstation), lclFactory(factory), lclRepair(repair),
@@ -78,16 +82,15 @@ ConnectionOpener::DbOpenConnection(std::string_view provider, std::string_view p
 ConnectionPtr ConnectionOpener::OpenAccess(std::string_view path) {
     auto connection = lclFactory.Create();
     BackupAndRepair(lclWorkstation, lclRepair, path, lclTranslation);
-    const bool noPasswordYet =
-        Swallowing(lclWorkstation, [&] { connection->OpenDatabase(Joined(accessDriver, path)); });
+    const bool noPasswordYet = Swallowing(
+        lclWorkstation, [&] { connection->OpenDatabase(AccessConnectionString(path, false)); });
     if (noPasswordYet) {
         Swallowing(lclWorkstation, [&] { connection->Close(); });
         connection = lclFactory.Create();
         Swallowing(lclWorkstation, [&] { SetAccessPassword(path); });
     }
-    Swallowing(lclWorkstation, [&] {
-        connection->OpenDatabase(Joined(accessDriver, path, Joined(";Password=", accessPassword)));
-    });
+    Swallowing(lclWorkstation,
+               [&] { connection->OpenDatabase(AccessConnectionString(path, true)); });
     return connection;
 }
 

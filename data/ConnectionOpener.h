@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "data/AdoFactory.h"
@@ -22,6 +23,9 @@ enum OpenResult : std::int32_t {
     openUnknownProvider = -3, // a message was shown
     openFailed = -99          // a message was shown, nothing was assigned
 };
+
+// How the Access driver is asked for a file, with the built-in password or without one.
+std::string AccessConnectionString(std::string_view path, bool password);
 
 class ConnectionOpener {
 public:

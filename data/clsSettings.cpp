@@ -165,6 +165,7 @@ void clsSettings::Insert(std::string_view section, std::string_view key, std::st
         return Write("Insert into tblSettings (Section,sKey," +
                      std::string(access ? "[Value]" : "Value") + ") Values(" + SqlValue(section) +
                      "," + Bare(key) + "," + Bare(value) + ")");
+    for (const auto text : {key, value}) Bare(text); // what a later update would refuse
     lclConnection->Open({"AddToSettings",
                          CommandType::StoredProcedure,
                          {TextParameter("Section", section), TextParameter("Key", key),

@@ -123,9 +123,9 @@ void SettleJournal(std::string_view path) {
     embedded::RemoveFile(JournalOf(path));
 }
 
-SessionPtr OpenChecked(std::string_view path) {
+SessionPtr OpenChecked(std::string_view path, Session::Mode mode) {
     CheckHeader(path);
-    auto session = std::make_shared<Session>(path, Session::Mode::ReadWrite);
+    auto session = std::make_shared<Session>(path, mode);
     const std::vector<std::string> names = Lines(
         *session,
         "SELECT name FROM sqlite_master WHERE type = 'table' AND lower(name) = 'tblsettings'");
@@ -172,7 +172,13 @@ ConnectionPtr EmbeddedDatabase::Create(std::string_view path) {
     return Open(path);
 }
 
-ConnectionPtr EmbeddedDatabase::Open(std::string_view path) { return Connect(OpenChecked(path)); }
+ConnectionPtr EmbeddedDatabase::Open(std::string_view path) {
+    return Connect(OpenChecked(path, Session::Mode::ReadWrite));
+}
+
+ConnectionPtr EmbeddedDatabase::OpenReadOnly(std::string_view path) {
+    return Connect(OpenChecked(path, Session::Mode::ReadOnly));
+}
 
 ConnectionPtr EmbeddedDatabase::OpenOrCreate(std::string_view path) {
     if (!FileSize(path)) {

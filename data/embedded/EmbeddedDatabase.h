@@ -20,6 +20,9 @@ public:
     static ConnectionPtr Create(std::string_view path);
     // Refused when the file is missing, is no database, has no table tblSettings, or is damaged.
     static ConnectionPtr Open(std::string_view path);
+    // As Open, but every write is refused, and the file stays as it is even where an earlier
+    // program made it.
+    static ConnectionPtr OpenReadOnly(std::string_view path);
     static ConnectionPtr OpenOrCreate(std::string_view path);
 
     // A new file without any table, for databases of another schema.

@@ -168,6 +168,7 @@ ResultRows ReadSchema(Session& session, Schema schema) {
     case Schema::Tables: return Tables(session);
     case Schema::Columns: return Columns(session);
     case Schema::Indexes: return Indexes(session);
+    case Schema::Procedures: break;
     }
     throw Error(errors::featureNotAvailable, "The connection does not tell this schema.",
                 "EmbeddedDatabase");

@@ -34,6 +34,21 @@ constexpr SchemaColumn indexes[] = {
     {"UNIQUE", AdoType::Boolean, 4},         {"ORDINAL_POSITION", AdoType::Integer, 8},
     {"COLUMN_NAME", AdoType::VarWChar, 9},
 };
+constexpr SchemaColumn procedures[] = {
+    {"PROCEDURE_CATALOG", AdoType::VarWChar, 1},
+    {"PROCEDURE_SCHEMA", AdoType::VarWChar, 2},
+    {"PROCEDURE_NAME", AdoType::VarWChar, 3},
+};
+
+std::span<const SchemaColumn> ColumnsOf(Schema schema) {
+    switch (schema) {
+    case Schema::Tables: return tables;
+    case Schema::Columns: return columns;
+    case Schema::Indexes: return indexes;
+    case Schema::Procedures: return procedures;
+    }
+    return {};
+}
 
 // ODBC's own coding of a few columns in ADO's words.
 Value Translated(std::string_view name, Value value) {
@@ -74,10 +89,7 @@ ResultRows Empty(std::span<const SchemaColumn> wanted) {
 } // namespace
 
 ResultRows ReadSchema(const LinkPtr& link, Schema schema) {
-    const std::span<const SchemaColumn> wanted =
-        schema == Schema::Tables    ? std::span<const SchemaColumn>(tables)
-        : schema == Schema::Columns ? std::span<const SchemaColumn>(columns)
-                                    : std::span<const SchemaColumn>(indexes);
+    const std::span<const SchemaColumn> wanted = ColumnsOf(schema);
     // Without a catalog some drivers list the tables of every database of the server.
     std::u16string catalog = platform::ToUtf16(link->CurrentCatalog());
     SQLWCHAR* const name = catalog.empty() ? nullptr : Raw(catalog);
@@ -90,6 +102,14 @@ ResultRows ReadSchema(const LinkPtr& link, Schema schema) {
         OdbcStatement statement(link);
         statement.RunCatalog("SQLColumns", [&](SQLHSTMT handle) {
             return SQLColumnsW(handle, name, length, nullptr, 0, all, 1, all, 1);
+        });
+        Append(result, statement, wanted);
+        return result;
+    }
+    if (schema == Schema::Procedures) {
+        OdbcStatement statement(link);
+        statement.RunCatalog("SQLProcedures", [&](SQLHSTMT handle) {
+            return SQLProceduresW(handle, name, length, nullptr, 0, all, 1);
         });
         Append(result, statement, wanted);
         return result;

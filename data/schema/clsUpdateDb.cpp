@@ -2,13 +2,11 @@
 #include "data/schema/clsUpdateDb.h"
 
 #include <algorithm>
-#include <mutex>
 #include <optional>
-#include <set>
 
-#include "data/modData.h"
-#include "data/schema/upgradeConversions.h"
+#include "data/schema/completeness.h"
 #include "data/schema/upgradeSteps.h"
+#include "data/transactions.h"
 #include "platform/BusyDialog.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
@@ -16,35 +14,6 @@
 #include "platform/text.h"
 
 namespace kavidex::data {
-
-namespace {
-
-// The parts that the database does not have. Columns of tables that are not there come with them;
-// without `base`, tables of the base schema are their owner's matter.
-std::vector<const SchemaPart*> MissingParts(Connection& connection, bool base) {
-    std::set<std::string> there;
-    const RecordsetPtr columns = connection.OpenSchema(Schema::Columns);
-    for (; !columns->Eof(); columns->MoveNext()) {
-        const std::string table =
-            platform::LowerCase(platform::Trim(ToText(columns->Get("TABLE_NAME"))));
-        there.insert(table);
-        there.insert(table + "." +
-                     platform::LowerCase(platform::Trim(ToText(columns->Get("COLUMN_NAME")))));
-    }
-    std::vector<const SchemaPart*> missing;
-    for (const SchemaPart& part : SchemaParts()) {
-        const std::string table = platform::LowerCase(part.table);
-        if (part.base && !base) continue;
-        if (part.column.empty()
-                ? there.count(table) == 0
-                : there.count(table) != 0 &&
-                      there.count(table + "." + platform::LowerCase(part.column)) == 0)
-            missing.push_back(&part);
-    }
-    return missing;
-}
-
-} // namespace
 
 bool UpgradeContext::Execute(std::string_view statement) const {
     try {
@@ -66,14 +35,6 @@ bool UpgradeContext::HasTable(std::string_view name) const {
     } catch (const std::exception& error) {
         throw UpgradeHalted(std::string("The tables of the database cannot be listed: ") +
                             error.what());
-    }
-}
-
-void UpgradeContext::RollBack() const {
-    try {
-        connection->RollbackTrans();
-    } catch (const std::exception& error) {
-        workstation.log.Write("clsUpdateDb", error.what());
     }
 }
 
@@ -119,7 +80,11 @@ std::int32_t clsUpdateDb::Walk() {
         if (*dossiers || !step.needsDossierTables) result = Run(step.from, version);
         lclSettings.SetSetting("Build", "DbVersion", version);
     }
-    if (version == currentVersion) Complete();
+    if (version == currentVersion) {
+        const UpgradeContext context{lclWorkstation, lclConnection};
+        CompleteSchema(context, lclTranslation);
+        CompleteTexts(context, lclSettings);
+    }
     return result;
 }
 
@@ -133,67 +98,19 @@ std::string clsUpdateDb::Version() {
     return "0";
 }
 
-void clsUpdateDb::Complete() {
-    const UpgradeContext context{lclWorkstation, lclConnection};
-    try {
-        const bool base = !IsAccessConnection(lclConnection);
-        const std::vector<const SchemaPart*> missing = MissingParts(*lclConnection, base);
-        if (missing.empty()) return;
-        for (const SchemaPart* part : missing) {
-            for (const std::string& statement : part->statements) context.Execute(statement);
-            if (part->fill) part->fill(context);
-        }
-        std::vector<std::string> names;
-        for (const SchemaPart* part : MissingParts(*lclConnection, base))
-            names.push_back(part->column.empty() ? part->table : part->table + "." + part->column);
-        if (!names.empty()) TellMissing(names);
-    } catch (const std::exception& error) {
-        // A schema that cannot be read tells nothing about what it lacks.
-        lclWorkstation.log.Write("clsUpdateDb", error.what());
-    }
-}
-
-void clsUpdateDb::TellMissing(const std::vector<std::string>& names) const {
-    std::string list;
-    for (const std::string& name : names) list += (list.empty() ? "" : ", ") + name;
-    lclWorkstation.log.Write("clsUpdateDb", "missing: " + list);
-    static std::mutex guard;
-    static std::set<std::string> told; // databases, in this session
-    {
-        const std::lock_guard lock(guard);
-        if (!told.insert(lclConnection->DefaultDatabase()).second) return;
-    }
-    if (list.size() > 600) list = list.substr(0, list.rfind(',', 600)) + ", ...";
-    lclWorkstation.messages.Show(
-        {.text = Translated(lclTranslation,
-                            "De database is niet volledig bijgewerkt. Vraag uw beheerder om deze "
-                            "onderdelen: $%$",
-                            {list}),
-         .caption = Translated(lclTranslation, "Controle database")});
-}
-
 std::int32_t clsUpdateDb::Run(std::string_view from, std::string& reached) {
     const auto step =
         std::find_if(UpgradeSteps().begin(), UpgradeSteps().end(),
                      [&](const UpgradeStep& candidate) { return candidate.from == from; });
     UpgradeContext context{lclWorkstation, lclConnection};
     context.inTransaction = context.TransactsDefinitions();
-    if (!context.inTransaction) {
+    try {
+        std::optional<Transaction> whole;
+        if (context.inTransaction) whole.emplace(lclConnection, lclWorkstation);
         RunPhases(*step, context);
-    } else {
-        try {
-            lclConnection->BeginTrans();
-        } catch (const std::exception& error) {
-            throw UpgradeHalted(error.what()); // in use by another; later, then
-        }
-        try {
-            RunPhases(*step, context);
-            lclConnection->CommitTrans();
-        } catch (const std::exception& error) {
-            const std::string words = error.what();
-            context.RollBack();
-            throw UpgradeHalted(words);
-        }
+        if (whole) whole->Commit();
+    } catch (const std::exception& error) {
+        throw UpgradeHalted(error.what()); // in use by another, perhaps; later, then
     }
     reached = step->to;
     return 0;

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "data/Connection.h"
 #include "data/Texts.h"
@@ -31,8 +30,8 @@ public:
 
     // The result of the last step run, 0 when there was none to run. -1, after a message box, when
     // what decides the way could not be read, or a step could not be kept: nothing is recorded
-    // then, and the next call goes on. At the end of the chain the schema is held against what it
-    // should be; what lacks is tried again, and what still lacks is told, once a session.
+    // then, and the next call goes on. At the end of the chain the database is completed
+    // (CompleteSchema, CompleteTexts).
     std::int32_t fncUpdateDb();
 
     // Each runs its step and puts the version it reached into `reached`; 0.
@@ -58,8 +57,6 @@ public:
 private:
     std::int32_t Walk();
     std::string Version();
-    void Complete();
-    void TellMissing(const std::vector<std::string>& names) const;
     std::int32_t Run(std::string_view from, std::string& reached);
     void RunPhases(const UpgradeStep& step, const UpgradeContext& context);
 

@@ -1,8 +1,8 @@
 // Checks a server database and creates the base schema in it.
 #include "data/schema/modDataBase.h"
 
+#include "data/Error.h"
 #include "data/clsSettings.h"
-#include "data/schema/schema.h"
 #include "platform/BusyDialog.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -23,6 +23,24 @@ bool HasSettingsTable(Connection& connection) {
 
 } // namespace
 
+void CreateBaseSchema(const ConnectionPtr& connection, clsSettings& settings,
+                      schema::Dialect dialect, const std::function<void(std::string_view)>& phase) {
+    phase("Bezig met het aanmaken van tabellen.");
+    for (const schema::Table& table : schema::Tables())
+        connection->Execute(schema::CreateTable(table, dialect));
+    if (dialect == schema::Dialect::SqlServer) {
+        phase("Bezig met het aanmaken van Stored Procedures.");
+        for (const std::string& procedure : schema::CreateProcedures())
+            connection->Execute(procedure);
+    }
+    phase("Bezig met het aanmaken van indexen.");
+    for (const std::string& index : schema::CreateIndexes()) connection->Execute(index);
+    phase("Bezig met het bijwerken van het versienummer.");
+    settings.SetSetting("Build", "DbVersion", schema::baseVersion);
+    if (!settings.Failure().empty())
+        throw Error(errors::unspecified, settings.Failure(), "CreateBaseSchema");
+}
+
 int CheckAndCreateDatabase(const platform::Workstation& workstation,
                            const ConnectionPtr& connection, clsSettings& settings, bool mySql,
                            const Translation& translation) {
@@ -33,20 +51,9 @@ int CheckAndCreateDatabase(const platform::Workstation& workstation,
                                  say("Bezig met het controleren van de database."));
         if (HasSettingsTable(*connection)) return 0;
         created = 1;
-        const std::string caption = say("Aanmaken database");
-        busy.Text(caption, say("Bezig met het aanmaken van tabellen."));
-        const auto dialect = mySql ? schema::Dialect::MySql : schema::Dialect::SqlServer;
-        for (const schema::Table& table : schema::Tables())
-            connection->Execute(schema::CreateTable(table, dialect));
-        if (!mySql) {
-            busy.Text(caption, say("Bezig met het aanmaken van Stored Procedures."));
-            for (const std::string& procedure : schema::CreateProcedures())
-                connection->Execute(procedure);
-        }
-        busy.Text(caption, say("Bezig met het aanmaken van indexen."));
-        for (const std::string& index : schema::CreateIndexes()) connection->Execute(index);
-        busy.Text(caption, say("Bezig met het bijwerken van het versienummer."));
-        settings.SetSetting("Build", "DbVersion", schema::baseVersion);
+        CreateBaseSchema(
+            connection, settings, mySql ? schema::Dialect::MySql : schema::Dialect::SqlServer,
+            [&](std::string_view text) { busy.Text(say("Aanmaken database"), say(text)); });
     } catch (const std::exception& error) {
         workstation.log.Write("CheckAndCreateDatabase", error.what());
     }

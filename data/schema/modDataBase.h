@@ -2,6 +2,7 @@
 // file.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "data/Connection.h"
 #include "data/Texts.h"
 #include "data/schema/AccessRepair.h"
+#include "data/schema/schema.h"
 
 namespace kavidex::platform {
 struct Workstation;
@@ -20,6 +22,11 @@ class clsSettings;
 
 // The password that is built into every protected Access file.
 inline constexpr std::string_view accessPassword = "Kw72p5n9";
+
+// Makes the base schema, in a database that has none of it, and records its version. `phase` is
+// told what is being made. Throws what the database refuses; what was made until then stays.
+void CreateBaseSchema(const ConnectionPtr& connection, clsSettings& settings,
+                      schema::Dialect dialect, const std::function<void(std::string_view)>& phase);
 
 // Makes the base schema where tblSettings is missing, and records its version: 1 when it did, 0
 // when the schema was there. The first failing statement ends it (logged, not thrown).

@@ -1,6 +1,9 @@
 // Reads the embedded table of translations.
 #include "data/schema/translations.h"
 
+#include <charconv>
+#include <cstdint>
+
 #include "platform/Error.h"
 #include "platform/text.h"
 
@@ -40,6 +43,20 @@ std::vector<TranslatedText> ParseTranslations(std::string_view tsv) {
 const std::vector<TranslatedText>& Translations() {
     static const std::vector<TranslatedText> texts = ParseTranslations(translationsTsv);
     return texts;
+}
+
+std::string TranslationsMark() {
+    std::uint64_t hash = 14695981039346656037u; // FNV-1a
+    for (const char c : translationsTsv)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211u;
+    return std::to_string(Translations().size()) + "-" + std::to_string(hash);
+}
+
+bool LacksTranslations(std::string_view mark) {
+    std::size_t number = 0;
+    std::from_chars(mark.data(), mark.data() + mark.size(), number);
+    return number < Translations().size() ||
+           (number == Translations().size() && mark != TranslationsMark());
 }
 
 } // namespace kavidex::data

@@ -16,6 +16,11 @@ struct TranslatedText {
 // Parsed on first use; in the order of the file.
 const std::vector<TranslatedText>& Translations();
 
+// What a database records once it has these texts: it changes with them. Whether those of that mark
+// are fewer than these, or as many others; a later program's are not.
+std::string TranslationsMark();
+bool LacksTranslations(std::string_view mark);
+
 // One row a line, tab between the columns, \n for a line break (CR LF) and \t for a tab in a text;
 // lines that begin with # and empty lines are skipped. Throws platform::Error naming a bad line.
 std::vector<TranslatedText> ParseTranslations(std::string_view tsv);

@@ -1,60 +1,14 @@
-// Rows that the upgrade chain copies, numbers and fills, in one transaction where there are any.
+// Rows that the upgrade chain copies, numbers and fills.
 #include "data/schema/upgradeConversions.h"
 
-#include <algorithm>
-#include <functional>
 #include <string>
 
-#include "data/modData.h"
-#include "platform/BusyDialog.h"
-#include "platform/Log.h"
+#include "data/schema/upgradeRows.h"
 #include "platform/Workstation.h"
 #include "platform/modCreateGuid.h"
-#include "platform/text.h"
 
 namespace kavidex::data::upgrade {
 namespace {
-
-bool HasField(const Recordset& rows, std::string_view name) {
-    return std::any_of(rows.Fields().begin(), rows.Fields().end(), [&](const Field& field) {
-        return platform::EqualAsciiNoCase(field.name, name);
-    });
-}
-
-bool ChangeRows(const UpgradeContext& context, const std::string& statement,
-                const std::vector<std::string>& neededFields,
-                const std::function<bool(Recordset&)>& change) {
-    const RecordsetPtr rows = OpenRecordset(context.workstation, statement, context.connection);
-    if (!rows->IsOpen()) return false;
-    for (const std::string& field : neededFields)
-        if (!HasField(*rows, field)) return false;
-    const int total = static_cast<int>(rows->RecordCount());
-    bool whole = true;
-    for (int done = 0; !rows->Eof(); rows->MoveNext(), ++done) {
-        if (done % 64 == 0) {
-            context.workstation.busy.Progress(done, total);
-            context.workstation.busy.PumpMessages();
-        }
-        try {
-            if (change(*rows)) rows->Update();
-        } catch (const std::exception& error) {
-            context.workstation.log.Write("clsUpdateDb", statement + ": " + error.what());
-            rows->CancelUpdate();
-            whole = false;
-        }
-    }
-    return whole;
-}
-
-// Runs `change` on every row and writes it where that returns true. False when there is no such
-// table or field, or a row was refused.
-bool ForEachRow(const UpgradeContext& context, const std::string& statement,
-                const std::vector<std::string>& neededFields,
-                const std::function<bool(Recordset&)>& change) {
-    bool whole = false;
-    InTransaction(context, [&] { whole = ChangeRows(context, statement, neededFields, change); });
-    return whole;
-}
 
 // `Order`, a reserved word, becomes intOrder; the old column goes once every row was copied.
 void RenameOrder(const UpgradeContext& context, const std::string& table) {
@@ -94,31 +48,6 @@ void FillGuids(const UpgradeContext& context, const std::string& statement,
 }
 
 } // namespace
-
-void InTransaction(const UpgradeContext& context, const std::function<void()>& work) {
-    if (context.inTransaction) return work();
-    Connection& connection = *context.connection;
-    const auto tried = [&](const std::function<void()>& call) {
-        try {
-            call();
-            return true;
-        } catch (const UpgradeHalted&) {
-            throw;
-        } catch (const std::exception& error) {
-            context.workstation.log.Write("clsUpdateDb", error.what());
-            return false;
-        }
-    };
-    if (!tried([&] { connection.BeginTrans(); })) return work();
-    try {
-        if (tried(work) && tried([&] { connection.CommitTrans(); })) return;
-    } catch (const UpgradeHalted&) {
-        tried([&] { connection.RollbackTrans(); });
-        throw;
-    }
-    tried([&] { connection.RollbackTrans(); });
-    work();
-}
 
 // The second form of each statement is for databases that refuse the reserved word or the bare
 // words of the first.
@@ -221,9 +150,9 @@ void FillRelationIds(const UpgradeContext& context) {
 // The statements of the step end in a parenthesis that most databases refuse; what is missing
 // after them is added column by column.
 void CompleteRights(const UpgradeContext& context) {
-    const RecordsetPtr types = OpenRecordset(
-        context.workstation, "Select * from tblDossierTypes where TypeId = 0", context.connection);
-    if (!types->IsOpen()) return;
+    const RecordsetPtr types =
+        RowsOf(context, "Select * from tblDossierTypes where TypeId = 0", {"TypeId"});
+    if (!types) return;
     for (const std::string column : {"ShowCabinet", "CreateDossier", "OpenDossier"}) {
         if (HasField(*types, column)) continue;
         for (const std::string& form : {"ADD COLUMN " + column + " MEMO",

@@ -2,16 +2,9 @@
 // Each may be broken off anywhere and run again.
 #pragma once
 
-#include <functional>
-
 #include "data/schema/upgradeSteps.h"
 
 namespace kavidex::data::upgrade {
-
-// Work on many rows belongs together where the engine has transactions; where it has none, or
-// refuses to keep what was done, each statement stands for itself. `work` may be run twice. What
-// halts the chain undoes the work and goes on to the caller.
-void InTransaction(const UpgradeContext& context, const std::function<void()>& work);
 
 void CreateDossierTabs(const UpgradeContext& context); // 1.0.1
 void ConvertSettings(const UpgradeContext& context);   // 1.0.6, and all that follow
@@ -36,7 +29,9 @@ void Translations110(const UpgradeContext& context);
 void Translations111(const UpgradeContext& context);
 void Translations113(const UpgradeContext& context);
 void Translations114(const UpgradeContext& context);
-void AllTranslations(const UpgradeContext& context);    // of all versions, for a table made late
+// Adds the texts that the table lacks, of whichever version; all or, at the first that is refused,
+// none (UpgradeHalted). What an installation wrote itself stays. False without the table.
+bool MissingTranslations(const UpgradeContext& context);
 void FillCheckListGuids(const UpgradeContext& context); // 1.1.6
 void FillDocumentGuids(const UpgradeContext& context);  // 1.1.7
 

@@ -136,6 +136,8 @@ Statements UpLinks() {
     return Together({all, AddText("tblDossierReference", "DossierIdText", 100)});
 }
 
+constexpr std::string_view indexDroppedBy115 = "indRefVal10";
+
 constexpr std::pair<std::string_view, std::string_view> guidColumns[] = {
     {"tblTreeItem", "TreeItemGuid"},
     {"tblDocument", "DocGuid"},
@@ -187,6 +189,73 @@ std::vector<UpgradePhase> Conversion() {
             {{}, "Bezig met omvormen van Items", {}, ConvertItems},
             {{}, "Bezig met aanmaken van indexes", schema::CreateIndexes()}};
 }
+
+// The name that follows `word` in a definition.
+Name NameAfter(const Name& statement, std::string_view word) {
+    const std::size_t start = statement.find(word) + word.size();
+    return statement.substr(start, statement.find_first_of(" (", start) - start);
+}
+
+// Each a form of the same index.
+SchemaPart IndexPart(const Statements& forms, bool base = false) {
+    return {SchemaPart::Kind::Index, NameAfter(forms[0], " on "), NameAfter(forms[0], "INDEX "),
+            forms, base};
+}
+
+// In one row for each table, column, index and procedure.
+class PartList {
+public:
+    void Base() {
+        for (const schema::Table& table : schema::Tables()) {
+            const Name name(table.name);
+            parts.push_back({Kind::Table, name, name, CreateInAllForms(table), true});
+            for (const auto& [column, statements] : schema::AddColumns(table))
+                parts.push_back({Kind::Column, name, column, statements, true});
+        }
+        for (const Name& index : schema::CreateIndexes())
+            if (NameAfter(index, "INDEX ") != indexDroppedBy115)
+                parts.push_back(IndexPart({index}, true));
+        for (const Name& procedure : schema::CreateProcedures())
+            parts.push_back(
+                {Kind::Procedure, {}, NameAfter(procedure, "PROCEDURE "), {procedure}, true});
+    }
+    void Upgrades() {
+        using namespace upgrade;
+        Table("tblTranslations", TranslationTable(),
+              [](const UpgradeContext& context) { MissingTranslations(context); });
+        for (const std::string_view name : upLinks) Table(Name(name), UpLink(name));
+        Table("tblDocExtraInfo", ExtraInfoTable());
+        Column("tblDossierRefTabs", "TabChanged", AddText("tblDossierRefTabs", "TabChanged", 1));
+        Column("tblDossierReference", "DossierIdText",
+               AddText("tblDossierReference", "DossierIdText", 100));
+        for (const auto& [table, column] : guidColumns)
+            Column(Name(table), Name(column), GuidColumn(Name(table), Name(column)),
+                   column == "DocGuid" ? FillDocumentGuids : nullptr);
+        Column("tblCheckListRefFields", "clGuid", CheckListGuid(), FillCheckListGuids);
+        for (const Name& index : IndexesOf111()) parts.push_back(IndexPart({index}));
+    }
+    std::vector<SchemaPart> parts;
+
+private:
+    using Kind = SchemaPart::Kind;
+    using Fill = void (*)(const UpgradeContext&);
+
+    // What makes an index among the statements is a part of its own as well.
+    void Add(SchemaPart part) {
+        Statements indexes;
+        for (const Name& statement : part.statements)
+            if (statement.starts_with("CREATE INDEX ")) indexes.push_back(statement);
+        parts.push_back(std::move(part));
+        if (!indexes.empty()) parts.push_back(IndexPart(indexes));
+    }
+    void Table(const Name& name, const Statements& statements, Fill fill = nullptr) {
+        Add({Kind::Table, name, name, statements, false, fill});
+    }
+    void Column(const Name& table, const Name& name, const Statements& statements,
+                Fill fill = nullptr) {
+        Add({Kind::Column, table, name, statements, false, fill});
+    }
+};
 
 } // namespace
 
@@ -269,30 +338,11 @@ const std::vector<UpgradeStep>& UpgradeSteps() {
 }
 
 const std::vector<SchemaPart>& SchemaParts() {
-    using namespace upgrade;
     static const std::vector<SchemaPart> parts = [] {
-        std::vector<SchemaPart> all;
-        for (const schema::Table& table : schema::Tables()) {
-            all.push_back({Name(table.name), {}, CreateInAllForms(table), nullptr, true});
-            for (const auto& [column, statements] : schema::AddColumns(table))
-                all.push_back({Name(table.name), column, statements, nullptr, true});
-        }
-        const auto add = [&](std::string_view table, std::string_view column,
-                             const Statements& statements,
-                             void (*fill)(const UpgradeContext&) = nullptr) {
-            all.push_back({Name(table), Name(column), statements, fill});
-        };
-        add("tblTranslations", "", TranslationTable(), AllTranslations);
-        for (const std::string_view name : upLinks) add(name, "", UpLink(name));
-        add("tblDocExtraInfo", "", ExtraInfoTable());
-        add("tblDossierRefTabs", "TabChanged", AddText("tblDossierRefTabs", "TabChanged", 1));
-        add("tblDossierReference", "DossierIdText",
-            AddText("tblDossierReference", "DossierIdText", 100));
-        for (const auto& [table, column] : guidColumns)
-            add(table, column, GuidColumn(Name(table), Name(column)),
-                column == "DocGuid" ? FillDocumentGuids : nullptr);
-        add("tblCheckListRefFields", "clGuid", CheckListGuid(), FillCheckListGuids);
-        return all;
+        PartList list;
+        list.Base();
+        list.Upgrades();
+        return list.parts;
     }();
     return parts;
 }

@@ -33,7 +33,6 @@ struct UpgradeContext {
     // Whether a step can be one transaction: on the embedded engine alone. Elsewhere one refused
     // statement may undo all that went before it.
     bool TransactsDefinitions() const;
-    void RollBack() const; // a failure of it is logged
 };
 
 // One line of text in the busy dialog, and the work behind it: statements, then a function. An
@@ -54,12 +53,14 @@ struct UpgradeStep {
 // In the order of the versions, "0" first.
 const std::vector<UpgradeStep>& UpgradeSteps();
 
-// A table, or a column, that a database of the current version has, and what brings it.
+// Something that a database of the current version has, and what brings it.
 struct SchemaPart {
-    std::string table, column; // without a column: the table
+    enum class Kind { Table, Column, Index, Procedure } kind;
+    std::string table; // none for a procedure
+    std::string name;  // of a table too
     std::vector<std::string> statements;
-    void (*fill)(const UpgradeContext&) = nullptr; // the rows that come with it
     bool base = false;                             // of the base schema
+    void (*fill)(const UpgradeContext&) = nullptr; // the rows that come with it
 };
 const std::vector<SchemaPart>& SchemaParts();
 

@@ -1,30 +1,37 @@
-// The upgrade steps that bring texts into the translation table.
+// The texts that upgrades and later programs bring into the translation table.
 #include <set>
 #include <string>
 
 #include "data/modData.h"
 #include "data/schema/translations.h"
 #include "data/schema/upgradeConversions.h"
-#include "platform/BusyDialog.h"
-#include "platform/Workstation.h"
+#include "data/schema/upgradeRows.h"
 #include "platform/text.h"
 
 namespace kavidex::data::upgrade {
 namespace {
 
-// The keys that are there already, of an upgrade that was broken off or of the installation's own;
-// with `lacking`, those without a German text.
-std::set<std::string> KeysPresent(const UpgradeContext& context, std::set<std::string>* lacking) {
-    std::set<std::string> keys;
-    const RecordsetPtr rows = OpenRecordset(
-        context.workstation, "Select strKey,GE from tblTranslations", context.connection);
-    if (!rows->IsOpen()) return keys;
+// Keys as the databases compare them.
+std::string KeyOf(std::string_view key) { return platform::LowerCase(platform::TrimView(key)); }
+
+struct Present {
+    bool table = false;
+    std::set<std::string> keys;    // of an upgrade that was broken off or of the installation's own
+    std::set<std::string> lacking; // those of them without a German text
+};
+
+Present KeysPresent(const UpgradeContext& context) {
+    Present present;
+    const RecordsetPtr rows =
+        RowsOf(context, "Select strKey,GE from tblTranslations", {"strKey", "GE"});
+    if (!rows) return present;
+    present.table = true;
     for (; !rows->Eof(); rows->MoveNext()) {
-        std::string key = platform::Trim(ToText(rows->Get("strKey")));
-        if (lacking && platform::Trim(ToText(rows->Get("GE"))).empty()) lacking->insert(key);
-        keys.insert(std::move(key));
+        std::string key = KeyOf(ToText(rows->Get("strKey")));
+        if (platform::Trim(ToText(rows->Get("GE"))).empty()) present.lacking.insert(key);
+        present.keys.insert(std::move(key));
     }
-    return keys;
+    return present;
 }
 
 std::string InsertOf(const TranslatedText& text, bool allLanguages) {
@@ -36,14 +43,11 @@ std::string InsertOf(const TranslatedText& text, bool allLanguages) {
 }
 
 void Insert(const UpgradeContext& context, std::string_view since, bool allLanguages = true) {
-    const std::set<std::string> present = KeysPresent(context, nullptr);
     InTransaction(context, [&] {
-        int inserted = 0;
-        for (const TranslatedText& text : Translations()) {
-            if (text.since != since || present.count(platform::Trim(text.key))) continue;
-            context.Execute(InsertOf(text, allLanguages));
-            if (++inserted % 64 == 0) context.workstation.busy.PumpMessages();
-        }
+        const Present present = KeysPresent(context);
+        for (const TranslatedText& text : Translations())
+            if (text.since == since && !present.keys.count(KeyOf(text.key)))
+                context.Execute(InsertOf(text, allLanguages));
     });
 }
 
@@ -57,21 +61,26 @@ void Translations113(const UpgradeContext& context) { Insert(context, "1.1.3"); 
 // Brings its own texts, and the languages that the texts of 1.1.0 came without.
 void Translations114(const UpgradeContext& context) {
     Insert(context, "1.1.4");
-    std::set<std::string> lacking;
-    KeysPresent(context, &lacking);
     InTransaction(context, [&] {
+        const Present present = KeysPresent(context);
         for (const TranslatedText& text : Translations())
-            if (lacking.count(platform::Trim(text.key)))
+            if (present.lacking.count(KeyOf(text.key)))
                 context.Execute("update tblTranslations set GE = " + SqlValue(text.german) +
                                 ", FR = " + SqlValue(text.french) +
                                 " where strKey = " + SqlValue(text.key));
     });
 }
 
-void AllTranslations(const UpgradeContext& context) {
-    for (const auto fill :
-         {Translations109, Translations110, Translations111, Translations113, Translations114})
-        fill(context);
+bool MissingTranslations(const UpgradeContext& context) {
+    bool table = false;
+    InTransaction(context, [&] {
+        const Present present = KeysPresent(context);
+        table = present.table;
+        for (const TranslatedText& text : Translations())
+            if (table && !present.keys.count(KeyOf(text.key)))
+                context.connection->Execute(InsertOf(text, true));
+    });
+    return table;
 }
 
 } // namespace kavidex::data::upgrade

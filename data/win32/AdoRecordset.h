@@ -54,6 +54,7 @@ public:
 
 private:
     using Row = std::vector<Value>;
+    static constexpr const char* source = "Kavidex.AdoRecordset"; // of errors
 
     void NeedOpen() const;
     void NeedRow() const;

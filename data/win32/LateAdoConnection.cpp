@@ -187,9 +187,17 @@ void LateAdoConnection::BeginTrans() {
     ++lclTransactions;
 }
 
+// What was not begun here is not ended here: the object may stand in a transaction of its host.
+void LateAdoConnection::NeedTransaction(const char* statement) const {
+    if (lclTransactions > 0) return;
+    throw Error(errors::noTransaction, "No transaction is under way on this connection.",
+                "Kavidex.AdoConnection", statement);
+}
+
 // A commit that fails leaves the level, so that it can be undone.
 void LateAdoConnection::CommitTrans() {
-    if (lclTransactions <= 1) {
+    NeedTransaction("CommitTrans");
+    if (lclTransactions == 1) {
         if (lclUndone) {
             RollbackTrans();
             throw Error(errors::unspecified,
@@ -198,13 +206,13 @@ void LateAdoConnection::CommitTrans() {
         }
         Guarded("CommitTrans", [&] { lclConnection.Call(L"CommitTrans"); });
     }
-    if (lclTransactions > 0) --lclTransactions;
+    --lclTransactions;
 }
 
 // Whatever the object answers, the level is left: undoing is not tried twice.
 void LateAdoConnection::RollbackTrans() {
-    const bool outermost = lclTransactions <= 1;
-    if (lclTransactions > 0) --lclTransactions;
+    NeedTransaction("RollbackTrans");
+    const bool outermost = --lclTransactions == 0;
     lclUndone = !outermost;
     if (outermost) Guarded("RollbackTrans", [&] { lclConnection.Call(L"RollbackTrans"); });
 }

@@ -46,6 +46,7 @@ private:
     enum class Means { Unknown, OwnObjects, AdoClasses, ExecuteOnly };
 
     void NeedOpen() const;
+    void NeedTransaction(const char* statement) const;
     Means ChooseMeans();
     std::size_t Address() const;
     platform::win32::Late NewCommand(const Command& command) const;

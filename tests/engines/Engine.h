@@ -35,6 +35,11 @@ struct Engine {
     // Texts of a CHAR column come back with the blanks that fill it.
     bool PadsTexts() const { return dialect == data::schema::Dialect::SqlServer; }
     bool HasProcedures() const { return HasServerSessions(); }
+    // Objects of ADODB belong to the thread that made them.
+    bool ServesSeveralThreads() const {
+        return name != "strict" && name != "handedOver" && name != "executeOnly" &&
+               !name.starts_with("ado");
+    }
     // A new database has the base schema already.
     bool ComesWithSchema() const { return dialect == data::schema::Dialect::Access; }
     std::int64_t FirstAutoNumber() const {

@@ -6,7 +6,9 @@
 
 #include "controls/common/OwnTranslator.h"
 #include "controls/tree/DefaultTabs.h"
-#include "controls/viewer/DocumentPanel.h"
+#include "controls/tree/TreeGrid.h"
+#include "controls/viewer/ctlViewer.h"
+#include "controls/viewer/external/ctrlExtViewer.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "data/schema/clsUpdateDb.h"
 #include "model/IntegrityCheck.h"
@@ -33,6 +35,13 @@ public:
     data::Value Property(std::string_view property) const override {
         if (property == "Transaction DDL") return std::int64_t{0};
         return RecordingConnection::Property(property);
+    }
+    // The rows behind know no locking reads.
+    data::RecordsetPtr Open(const data::Command& command) override {
+        constexpr std::string_view lock = " for update";
+        if (!command.text.ends_with(lock)) return RecordingConnection::Open(command);
+        statements.push_back(command.text);
+        return inner->Open({command.text.substr(0, command.text.size() - lock.size())});
     }
 };
 
@@ -85,6 +94,7 @@ private:
         made->MoveItem(letter->Id(), old->Id(), post->Id());
         model::clsItemPtr doomed = letter;
         made->DeleteItem(doomed, 0);
+        made->RestoreItem(letter->Id());
         tree = Tree(made->TreeId());
         folder = post->Id();
         // A tree that no dossier knows goes with its root.
@@ -143,6 +153,7 @@ private:
         dossier.OpenDataSource();
         dossier.LoadData();
         dossier.UpdateCurrentRow();
+        model::KeyOfTree(connection, tree->TreeId());
         dossier.DeleteCurrentRow();
         key.OpenDataSource();
         key.LoadData();
@@ -170,13 +181,18 @@ private:
         controls::OwnTranslator translator(machine);
         translator.SetDbConnection(connection);
         translator.Translate("Nieuw");
-        controls::DefaultTabs("Dossiertype=Zaak", connection.get(), machine);
-        controls::DocumentPanel panel(machine);
-        panel.SetDbConnection(connection);
+        controls::DefaultTabs("Dossiertype=Zaak", connection, machine);
         const auto shown = Tree(tree->TreeId());
         const auto listed = shown->GetItem(folder, "");
-        panel.ShowList(listed);
-        for (const auto& document : listed->ChildCollection()->Items()) panel.ShowItem(document);
+        controls::ctlViewer viewer(machine);
+        viewer.SetDbConnection(connection);
+        viewer.ShowList(listed);
+        const auto below = listed->ChildCollection()->Items();
+        controls::TreeGrid(machine).Show(connection, {below.begin(), below.end()});
+        controls::ctrlExtViewer external(machine);
+        external.SetDbConnection(connection);
+        external.ShowItemFromId(folder);
+        for (const auto& document : listed->ChildCollection()->Items()) viewer.ShowItem(document);
     }
 
     FakeWorkstation& machine;

@@ -1,4 +1,8 @@
-// The binder model over every engine: trees, documents, dossiers, rights and checklists.
+// The binder model over every engine: trees, documents, dossiers, rights and checklists, and two
+// connections at one dossier.
+#include <thread>
+
+#include "controls/viewer/list/DocumentList.h"
 #include "data/clsSettings.h"
 #include "data/modData.h"
 #include "data/schema/clsUpdateDb.h"
@@ -12,9 +16,11 @@
 #include "model/clsTree.h"
 #include "model/clsUserAuth.h"
 #include "model/filing.h"
+#include "platform/Error.h"
 #include "platform/General.h"
 #include "platform/text.h"
 #include "tests/engines/Engine.h"
+#include "tests/fakes/Failures.h"
 
 namespace kavidex::tests {
 
@@ -47,9 +53,9 @@ protected:
         settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
     }
 
-    std::shared_ptr<clsTree> Tree(std::int32_t id = 0) {
+    std::shared_ptr<clsTree> Tree(std::int32_t id = 0, data::ConnectionPtr on = nullptr) {
         auto tree = std::make_shared<clsTree>(machine);
-        tree->SetDbConnection(connection);
+        tree->SetDbConnection(on ? on : connection);
         if (id != 0) tree->SetTreeId(id);
         return tree;
     }
@@ -79,6 +85,44 @@ protected:
 
 } // namespace
 
+TEST_P(ModelOverEngines, AFoldersDocumentsAreListedWithThirteenColumns) {
+    const auto tree = NewTree();
+    const auto folder = tree->Item()->Id();
+    ASSERT_TRUE(tree->AddChildTab("Post", folder));
+    const auto file = [&](const char* name, const char* time, const char* sender) {
+        clsDocument made(machine);
+        made.SetDatabaseObject(connection);
+        made.SetInsertedBy("jansen");
+        made.SetInsertDate("20261115");
+        made.SetInsertTime(time);
+        made.SetRecievedFrom(sender);
+        made.SetRecievedOn("20261114093005");
+        made.SetNumberOfAttatchements(12);
+        EXPECT_TRUE(made.SaveNewRow());
+        tree->AddChildItem(0, "msg", nullptr, made.DocId(), name, folder);
+    };
+    file("Mail", "0905", "O'Brien");
+    file("Scan", "1405", "");
+    const auto rows = Open(controls::DocumentListStatement(connection, folder));
+    std::vector<std::string> names, columns;
+    for (const auto& field : rows->Fields()) names.push_back(field.name);
+    for (const auto& column : controls::DocumentListColumns()) columns.emplace_back(column.field);
+    EXPECT_EQ(names, columns);
+
+    const auto list = controls::OpenDocumentList(connection, folder);
+    ASSERT_EQ(list->Count(), 2U) << "the folder is no document";
+    const auto line = [&](std::size_t row) {
+        std::string text;
+        for (std::size_t i = 1; i < columns.size(); ++i) text += list->Text(row, columns[i]) + "|";
+        return text;
+    };
+    const std::size_t mail = list->Text(0, "Omschrijving") == "Mail" ? 0 : 1;
+    EXPECT_EQ(line(mail), "Mail|msg|jansen|202611150905|15-11-2026 09:05||O'Brien|||"
+                          "20261114093005|14-11-2026 09:30:05|12|");
+    EXPECT_EQ(line(1 - mail), "Scan|msg|jansen|202611151405|15-11-2026 14:05||||||||");
+    EXPECT_LT(list->SortKey(1 - mail, "Aantal bijlagen"), list->SortKey(mail, "Aantal bijlagen"));
+}
+
 TEST_P(ModelOverEngines, TreesKeepTheirShapeNamesAndDeletedNodes) {
     const auto tree = NewTree();
     // Servers store the flags of a new tree as 0, and right with its first change.
@@ -107,7 +151,9 @@ TEST_P(ModelOverEngines, TreesKeepTheirShapeNamesAndDeletedNodes) {
     connection->Execute("Insert into tbltreeitemuplink (serverrefId) Values (" +
                         std::to_string(archive->Id()) + ")");
     clsItemPtr doomed = archive;
-    ASSERT_TRUE(tree->DeleteItem(doomed, 0));
+    std::vector<NodeId> taken;
+    ASSERT_TRUE(tree->DeleteItem(doomed, 0, &taken));
+    EXPECT_EQ(taken, (std::vector<NodeId>{letter->Id(), archive->Id()}));
     EXPECT_EQ(Number("select count(*) from tbltreeitemuplink"), 0);
     EXPECT_EQ(Number("select ParentId from tblTreeItem where TreeItemId = " +
                      std::to_string(-letter->Id())),
@@ -118,6 +164,26 @@ TEST_P(ModelOverEngines, TreesKeepTheirShapeNamesAndDeletedNodes) {
     const auto shown = Tree(tree->TreeId())->GetItem(-archive->Id(), "");
     ASSERT_NE(shown, nullptr);
     EXPECT_EQ(shown->Description() + ":" + Names(shown), "Archief VERWIJDERD:Brief VERWIJDERD()");
+
+    // What was deleted before its folder comes back with it only where it is asked for.
+    const auto put = [&](NodeId id, std::span<const NodeId> those = {}) {
+        const auto back = tree->RestoreItem(id, those);
+        return (back.wasThere ? "there " : "") + std::to_string(back.folders.size()) +
+               (back.atRoot ? " root: " : ": ") + Names(Tree(tree->TreeId())->Item());
+    };
+    const std::string first = put(archive->Id(), std::vector{archive->Id()});
+    EXPECT_EQ(first, "0: Post()Archief(Brief VERWIJDERD())");
+    EXPECT_EQ(put(archive->Id()), "there 0: Post()Archief(Brief())");
+    doomed = archive;
+    ASSERT_TRUE(tree->DeleteItem(doomed, 0));
+    EXPECT_EQ(put(letter->Id()), "1: Post()Archief(Brief())") << "its folder comes with it";
+    doomed = letter;
+    ASSERT_TRUE(tree->DeleteItem(doomed, 0));
+    connection->Execute("delete from tblTreeItem where TreeItemId = " +
+                        std::to_string(archive->Id()));
+    EXPECT_EQ(put(letter->Id()), "0 root: Post()Brief()");
+    EXPECT_THROW(tree->RestoreItem(archive->Id()), platform::Error);
+    EXPECT_EQ(Number("select count(*) from tblTreeItem where TreeItemId < 0 or ParentId < 0"), 0);
 }
 
 TEST_P(ModelOverEngines, DocumentsKeepEveryTextAndAreFiledWhole) {
@@ -243,6 +309,67 @@ TEST_P(ModelOverEngines, RightsAndChecklistsComeBackAsTheyWereSaved) {
         EXPECT_EQ(field.FieldDescription(), Kept(hostile[std::size(hostile) - 1 - i]));
         EXPECT_EQ(field.DescriptionsToCheck(), field.FieldDescription());
         EXPECT_EQ(field.NumberToRecieve(), 2);
+    }
+}
+
+// Work that waits for another's transaction goes on with what that has left, also where an engine
+// shows a transaction the rows of its first read.
+TEST_P(ModelOverEngines, WhatAnotherDidWhileWeWaitedCounts) {
+    if (!engine.ServesSeveralThreads()) GTEST_SKIP() << "this way to the engine knows one thread";
+    const data::ConnectionPtr others = database->Connect();
+    for (const bool strictReads : {false, true}) {
+        if (strictReads) { // newer servers refuse a row that changed since the first read
+            if (engine.dialect != data::schema::Dialect::MySql) break;
+            if (!WordsOf([&] {
+                     connection->Execute("set innodb_snapshot_isolation = on");
+                 }).empty())
+                break;
+        }
+        const auto mine = NewTree();
+        const std::int32_t root = mine->Item()->Id();
+        const auto folder = mine->AddChildTab("Map", root), gone = mine->AddChildTab("Weg", root),
+                   inner = mine->AddChildTab("Binnen", folder->Id());
+        const auto theirs = Tree(mine->TreeId(), others);
+        const auto meanwhile = [&](const std::function<void()>& first,
+                                   const std::function<void()>& waits) {
+            others->BeginTrans();
+            first();
+            std::thread waiting(waits);
+            std::this_thread::sleep_for(std::chrono::milliseconds(300));
+            others->CommitTrans();
+            waiting.join();
+        };
+        const auto filing = [&] {
+            machine.files.WriteAll(machine.Path("a.txt"), "inhoud");
+            FilingRequest request;
+            request.source = machine.Path("a.txt");
+            request.folderId = gone->Id();
+            request.deleteSource = true;
+            EXPECT_FALSE(FileDocument(machine, *mine, request));
+            EXPECT_TRUE(machine.files.FileExists(request.source));
+        };
+        const auto adding = [&] {
+            connection->BeginTrans(); // the host's own, which has read before
+            Number("select count(*) from tblTreeItem");
+            EXPECT_NE(NumberOf([&] { mine->AddChildTab("Nieuw", gone->Id()); }), 0);
+            connection->RollbackTrans();
+        };
+        const auto deleting = [&] {
+            clsItemPtr doomed = folder;
+            EXPECT_EQ(WordsOf([&] { mine->DeleteItem(doomed, 0); }), "");
+        };
+        clsItemPtr none;
+        meanwhile([&] { theirs->DeleteItem(none, gone->Id()); }, filing);
+        connection->Execute("update tblTreeItem set TreeItemId = " + std::to_string(gone->Id()) +
+                            ", ParentId = " + std::to_string(root) +
+                            " where TreeItemId = " + std::to_string(-gone->Id()));
+        meanwhile([&] { theirs->DeleteItem(none, gone->Id()); }, adding);
+        meanwhile([&] { theirs->AddChildTab("Laat", inner->Id()); }, deleting);
+        EXPECT_EQ(Names(Tree(mine->TreeId())->Item()), "");
+        EXPECT_EQ(Number("select count(*) from tblTreeItem where TreeItemId > 0"),
+                  strictReads ? 2 : 1)
+            << "nothing hangs from what is gone";
+        EXPECT_EQ(Number("select count(*) from tblDocument where DocId > 0"), 0);
     }
 }
 

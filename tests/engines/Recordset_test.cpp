@@ -45,7 +45,9 @@ TEST_P(RecordsetOverEngines, WalksItsRowsAsAdoDoes) {
     EXPECT_TRUE(none->IsOpen());
     EXPECT_TRUE(none->Eof() && none->Bof());
     EXPECT_EQ(none->RecordCount(), 0);
+    EXPECT_EQ(none->AbsolutePosition(), -1);
     EXPECT_EQ(NumberOf([&] { none->Get(0); }), errors::badEof);
+    EXPECT_EQ(NumberOf([&] { none->MoveFirst(); }), errors::badEof);
 
     Fill(5);
     const RecordsetPtr rows = All(*connection);
@@ -61,9 +63,13 @@ TEST_P(RecordsetOverEngines, WalksItsRowsAsAdoDoes) {
     rows->MoveLast();
     rows->MoveNext();
     EXPECT_TRUE(rows->Eof());
+    EXPECT_EQ(rows->AbsolutePosition(), -3);
+    EXPECT_EQ(NumberOf([&] { rows->MoveNext(); }), errors::badEof);
     rows->MoveFirst();
     rows->MovePrevious();
     EXPECT_TRUE(rows->Bof());
+    EXPECT_EQ(rows->AbsolutePosition(), -2);
+    EXPECT_EQ(NumberOf([&] { rows->MovePrevious(); }), errors::badEof);
     rows->SetAbsolutePosition(2);
     EXPECT_EQ(Text(rows->Get("Naam")), "naam2");
     EXPECT_EQ(NumberOf([&] { rows->SetAbsolutePosition(0); }), errors::invalidArgument);
@@ -114,6 +120,9 @@ TEST_P(RecordsetOverEngines, AProcedureThatFailsAfterItsFirstRowsFails) {
               }).find("te laat"),
               std::string::npos);
     EXPECT_EQ(ToInt64(One("select count(*) from tblProbe")), 0) << "the connection goes on";
+    const RecordsetPtr procedures = connection->OpenSchema(Schema::Procedures);
+    ASSERT_EQ(procedures->RecordCount(), 1);
+    EXPECT_EQ(Text(procedures->Get("PROCEDURE_NAME")).rfind("probeLate", 0), 0u);
 }
 
 TEST_P(RecordsetOverEngines, WritesOneRowAndFindsItChanged) {

@@ -149,6 +149,11 @@ extern "C" SQLRETURN SQLStatisticsW(SQLHSTMT h, SQLWCHAR* a, SQLSMALLINT al, SQL
     return Start(h, [&] { return REAL(SQLStatisticsW)(h, a, al, b, bl, c, cl, unique, accuracy); });
 }
 
+extern "C" SQLRETURN SQLProceduresW(SQLHSTMT h, SQLWCHAR* a, SQLSMALLINT al, SQLWCHAR* b,
+                                    SQLSMALLINT bl, SQLWCHAR* c, SQLSMALLINT cl) {
+    return Start(h, [&] { return REAL(SQLProceduresW)(h, a, al, b, bl, c, cl); });
+}
+
 extern "C" SQLRETURN SQLPrimaryKeysW(SQLHSTMT h, SQLWCHAR* a, SQLSMALLINT al, SQLWCHAR* b,
                                      SQLSMALLINT bl, SQLWCHAR* c, SQLSMALLINT cl) {
     if (std::exchange(failingKeys, false)) return Refuse(h, "HY000", "No keys today");

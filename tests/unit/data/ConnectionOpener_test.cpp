@@ -121,32 +121,12 @@ TEST_F(OpenerTest, GoesStraightToThePasswordOnAProtectedFile) {
               (std::vector<std::string>{"1 " + Plain(), "1 " + Plain() + ";Password=Kw72p5n9"}));
 }
 
-TEST_F(OpenerTest, SwallowsTheDriversUnspecifiedErrorAndAssignsAClosedConnection) {
-    ado.refuse = [](const std::string&) { return errors::unspecified; };
-    for (const char* provider : {"msaccess", "SQLServer"}) {
-        opened = false;
-        assigned.clear();
-        EXPECT_EQ(Open(provider, path), 0);
-        EXPECT_TRUE(opened);
-        ASSERT_EQ(assigned.size(), 1u);
-        EXPECT_FALSE(assigned[0]->IsOpen());
-    }
-    EXPECT_TRUE(machine.messages.shown.empty());
-    EXPECT_TRUE(machine.log.Has("DbOpenConnection", "refused"));
-}
-
-TEST_F(OpenerTest, NeverLeavesTheExclusiveConnectionOpen) {
-    ado.refuseExecute = true;
-    EXPECT_EQ(Open("msaccess", path), 0);
-    EXPECT_EQ(std::count(ado.calls.begin(), ado.calls.end(), "3 close"), 1);
-    EXPECT_EQ(ado.calls.back(), "2 " + Plain() + ";Password=Kw72p5n9");
-}
-
-TEST_F(OpenerTest, SwallowsARefusalToClose) {
-    ado.refuseClose = true;
+TEST_F(OpenerTest, SwallowsARefusalToCloseAndNeverLeavesTheExclusiveConnectionOpen) {
+    ado.refuseClose = ado.refuseExecute = true;
     EXPECT_EQ(Open("msaccess", path), 0);
     EXPECT_TRUE(machine.messages.shown.empty());
     EXPECT_TRUE(machine.log.Has("DbOpenConnection", "refused to close"));
+    EXPECT_EQ(std::count(ado.calls.begin(), ado.calls.end(), "3 close"), 1);
     EXPECT_EQ(ado.calls.back(), "2 " + Plain() + ";Password=Kw72p5n9");
 }
 
@@ -182,6 +162,10 @@ TEST_F(OpenerTest, ShowsOtherErrorsAndAssignsNothing) {
     EXPECT_TRUE(assigned.empty());
     EXPECT_EQ(ado.calls,
               std::vector<std::string>{"1 open DRIVER={SQL Server};SERVER=server;UID=x"});
+    ado.refuse = [](const std::string&) { return errors::unspecified; };
+    EXPECT_EQ(Open("SQLServer", "server"), 0); // a connection that is not open
+    EXPECT_TRUE(opened && !assigned.at(0)->IsOpen());
+    EXPECT_EQ(machine.messages.shown.size(), 1u);
     ado.refuse = [](const std::string&) { return errors::badEof; };
     EXPECT_EQ(Open("sqlserver", "server"), -99);
     EXPECT_EQ(machine.messages.shown.back().text, "3021 refused") << "as Basic counts errors";
@@ -305,4 +289,14 @@ TEST(ConnectionAssignment, TakesADatabaseAgainOnceItsConnectionWasClosed) {
     late->open = true;
     EXPECT_TRUE(assignment.SetDbConnection(late)) << "opened by its owner since";
     EXPECT_FALSE(assignment.SetDbConnection(late));
+
+    // Those that do not name their database may be on any.
+    const auto nameless = [] {
+        auto made = std::make_shared<RecordingConnection>("ACCESS");
+        made->database.clear();
+        return made;
+    };
+    const auto one = nameless(), two = nameless();
+    EXPECT_TRUE(assignment.SetDbConnection(one) && assignment.SetDbConnection(two));
+    EXPECT_FALSE(assignment.SetDbConnection(two));
 }

@@ -16,6 +16,43 @@ using namespace kavidex::tests;
 
 namespace {
 
+// A server to the chain, with the rows and transactions of an embedded database.
+struct Server : RecordingConnection {
+    using RecordingConnection::RecordingConnection;
+    int begun = 0, open = 0;
+    bool refuseBegin = false, refuseCommit = false;
+    std::string serverName;
+
+    Value Property(std::string_view property) const override {
+        if (property == "Provider Name") return std::string("MSDASQL");
+        if (property == "Server Name") return serverName;
+        if (property == "Transaction DDL") return std::int64_t{8};
+        return RecordingConnection::Property(property);
+    }
+    std::string DefaultDatabase() const override { return database; }
+    RecordsetPtr OpenSchema(Schema schema) override {
+        if (schema != Schema::Procedures) return RecordingConnection::OpenSchema(schema);
+        return MemoryRows({"PROCEDURE_NAME"}, {{std::string("addtosettings;1")}});
+    }
+    static void FailIf(bool refused) {
+        if (refused) throw Error(errors::unspecified, "made to fail", "Server");
+    }
+    void BeginTrans() override {
+        FailIf(refuseBegin);
+        RecordingConnection::BeginTrans();
+        ++begun, ++open;
+    }
+    void CommitTrans() override {
+        FailIf(refuseCommit);
+        RecordingConnection::CommitTrans();
+        --open;
+    }
+    void RollbackTrans() override {
+        RecordingConnection::RollbackTrans();
+        --open;
+    }
+};
+
 struct clsUpdateDbTest : testing::Test {
     FakeWorkstation machine;
 
@@ -70,7 +107,7 @@ TEST_F(clsUpdateDbTest, ChangesNothingTheSecondTime) {
     connection->statements.clear();
     machine.busy.shown.clear();
     Upgrade(connection);
-    EXPECT_EQ(connection->statements.size(), 1u); // the version's look-up
+    EXPECT_EQ(connection->statements.size(), 2u); // the look-ups of version and texts
     EXPECT_EQ(Printout(*connection->inner), before);
     EXPECT_TRUE(machine.busy.shown.empty());
 }
@@ -113,29 +150,6 @@ TEST_F(clsUpdateDbTest, SkipsTheDossierStepsWithoutTheirTables) {
         EXPECT_GE(connection->Count("'" + std::string(step.to) + "'"), 1u) << step.to;
 }
 
-TEST_F(clsUpdateDbTest, GoesOnFromEveryVersion) {
-    const ConnectionPtr whole = OldDatabase(true);
-    Upgrade(whole);
-    const std::string expected = Printout(*whole, "DocGuid");
-    for (std::size_t steps = 1; steps < UpgradeSteps().size(); steps += 3) {
-        const ConnectionPtr inner = OldDatabase(true);
-        const auto connection = std::make_shared<RecordingConnection>("", inner);
-        const std::string stop = "'" + std::string(UpgradeSteps()[steps].to) + "'";
-        bool stopped = false; // the connection drops when the next version would be recorded
-        connection->refuse = [&](const std::string& statement) {
-            if (statement.find("tblSettings") != std::string::npos &&
-                statement.find(stop) != std::string::npos)
-                stopped = true;
-            return stopped;
-        };
-        Upgrade(connection);
-        EXPECT_EQ(Version(inner), UpgradeSteps()[steps].from);
-        Upgrade(inner);
-        EXPECT_EQ(Version(inner), "1.1.8");
-        EXPECT_EQ(Printout(*inner, "DocGuid"), expected) << "stopped before " << stop;
-    }
-}
-
 TEST_F(clsUpdateDbTest, LeavesDeletedRowsDeletedWhenTheVersionIsLost) {
     const ConnectionPtr connection = EmbeddedDatabase::CreateInMemory();
     connection->Execute("insert into tblTreeItem (Description,TreeItemId) values ('gone',-1)");
@@ -176,18 +190,83 @@ TEST_F(clsUpdateDbTest, WaitsForTheNextTimeWhenTheWayCannotBeRead) {
     EXPECT_EQ(First(old, "tblDossierReference", "SaveSettings"), "");
 }
 
+// Neither rows that cannot be read nor work that cannot be kept are passed over.
+TEST_F(clsUpdateDbTest, HaltsAtAStepThatItCannotReadOrKeep) {
+    const auto refusing = [](const char* part) {
+        return [part](const std::string& s) { return s.find(part) < s.size(); };
+    };
+    const std::pair<const char*, std::function<void(Server&)>> faults[] = {
+        {"1.0.5", [&](Server& s) { s.refuse = refusing("Select * from tblDocument"); }},
+        {"1.0.5", [](Server& s) { s.refuseBegin = true; }},
+        {"1.0.5", [](Server& s) { s.refuseCommit = true; }},
+        {"1.0.8", [&](Server& s) { s.refuse = refusing("Select strKey,GE"); }},
+        {"1.1.6", [&](Server& s) { s.refuse = refusing("where DocGuid is null"); }}};
+    for (const auto& [version, fault] : faults) {
+        const auto server = std::make_shared<Server>("", OldDatabase(false));
+        fault(*server);
+        EXPECT_EQ(Upgrade(server), -1) << version;
+        EXPECT_EQ(Version(server->inner), version);
+        EXPECT_EQ(server->open, 0);
+        if (server->refuseBegin || server->refuseCommit) {
+            EXPECT_EQ(First(server->inner, "tblDocument", "DocId"), "") << "undone, not done again";
+        }
+        server->refuse = nullptr;
+        server->refuseBegin = server->refuseCommit = false;
+        EXPECT_EQ(Upgrade(server), 0);
+        EXPECT_EQ(Version(server->inner), "1.1.8");
+        EXPECT_EQ(First(server->inner, "tblDocument", "DocId"), "1");
+    }
+    EXPECT_EQ(machine.messages.shown.size(), std::size(faults));
+    // A column that was refused is not one that cannot be read: the chain passes it.
+    const auto server = std::make_shared<Server>("", OldDatabase(false));
+    server->refuse = refusing("DocGuid");
+    EXPECT_EQ(Upgrade(server), 0);
+    EXPECT_EQ(Version(server->inner), "1.1.8");
+}
+
+// What a timer of the host writes must not become a part of a transaction; one refused statement
+// undoes the whole of one on some servers.
+TEST_F(clsUpdateDbTest, LetsTheMessageLoopRunBetweenItsTransactions) {
+    for (const bool embedded : {false, true}) {
+        const ConnectionPtr inner = OldDatabase(false);
+        for (int i = 0; i < 600; ++i)
+            inner->Execute("insert into tblDocument (Description) values ('x')");
+        const auto server = std::make_shared<Server>("", inner);
+        machine.busy.pumped = machine.busy.painted = 0;
+        machine.busy.onPump = [&] { EXPECT_EQ(server->open, 0); };
+        clsUpdateDb update(machine);
+        update.SetDbConnection(embedded ? inner : server);
+        std::string reached;
+        update.fncUpTo106(reached);
+        const int texts = static_cast<int>(machine.busy.shown.size());
+        if (embedded) { // the whole step is one transaction
+            EXPECT_EQ(machine.busy.pumped, 0);
+            EXPECT_GE(machine.busy.painted, 600 / 256);
+        } else {
+            EXPECT_GE(machine.busy.pumped, texts + 600 / 256);
+            EXPECT_GE(server->begun, 600 / 256);
+            server->begun = 0;
+            update.fncUpTo112(reached);
+            EXPECT_EQ(server->begun, 0) << "definitions stand for themselves";
+        }
+        machine.busy.onPump = nullptr;
+        machine.busy.shown.clear();
+    }
+}
+
 TEST_F(clsUpdateDbTest, TriesAgainWhatTheDatabaseRefusedAndTellsItOnce) {
     const ConnectionPtr inner = EmbeddedDatabase::Create(machine.Path("x.kdb"));
     const auto connection = std::make_shared<RecordingConnection>("", inner);
     inner->Execute("insert into tblDocument (Description) values ('a')");
     connection->refuse = [](const std::string& s) {
         return s.find("CREATE TABLE tblTranslations") < s.size() ||
-               s.find("ADD COLUMN DocGuid") < s.size();
+               s.find("ADD COLUMN DocGuid") < s.size() || s.find("indParentId") < s.size();
     };
     EXPECT_EQ(Upgrade(connection), 0);
     EXPECT_EQ(Version(inner), "1.1.8");
     ASSERT_EQ(machine.messages.shown.size(), 1u);
-    EXPECT_NE(machine.messages.shown[0].text.find("tblTranslations, tblDocument.DocGuid"),
+    EXPECT_NE(machine.messages.shown[0].text.find(
+                  "tblTranslations, tblDocument.DocGuid, indDocGuid, indParentId"),
               std::string::npos)
         << machine.messages.shown[0].text;
     connection->statements.clear();
@@ -198,127 +277,60 @@ TEST_F(clsUpdateDbTest, TriesAgainWhatTheDatabaseRefusedAndTellsItOnce) {
     Upgrade(connection);
     EXPECT_EQ(First(inner, "tblDocument", "DocGuid").size(), 38u);
     EXPECT_EQ(Count(inner, "tblTranslations"), static_cast<std::int64_t>(Translations().size()));
+    const std::string text = Printout(*inner);
+    for (const char* index : {"tblDocument.indDocGuid", "tblTreeItem.indParentId"})
+        EXPECT_NE(text.find(index), std::string::npos) << index;
     connection->statements.clear();
     Upgrade(connection);
-    EXPECT_EQ(connection->statements.size(), 1u);
+    EXPECT_EQ(connection->statements.size(), 2u);
 }
 
-// One refused statement undoes the whole of a transaction on some servers.
-TEST_F(clsUpdateDbTest, MakesAStepOneTransactionOnTheEmbeddedEngineAlone) {
-    struct Server : RecordingConnection {
-        using RecordingConnection::RecordingConnection;
-        int begun = 0;
-        Value Property(std::string_view property) const override {
-            if (property == "Transaction DDL") return std::int64_t{8};
-            return RecordingConnection::Property(property);
-        }
-        void BeginTrans() override {
-            ++begun;
-            RecordingConnection::BeginTrans();
-        }
+// On a server the base schema counts as well; two servers may have a database of one name.
+TEST_F(clsUpdateDbTest, HoldsAServersIndexesAndProceduresAgainstTheSchemaToo) {
+    const ConnectionPtr inner = EmbeddedDatabase::CreateInMemory();
+    Upgrade(inner);
+    inner->Execute("DROP INDEX indTreeId on tblTree");
+    for (const char* const name : {"eerste", "tweede", "eerste"}) {
+        const auto server = std::make_shared<Server>("Microsoft SQL Server", inner);
+        server->serverName = name;
+        server->database = "zelfde";
+        server->refuse = [](const std::string& s) { return s.find("indTreeId") < s.size(); };
+        Upgrade(server);
+        EXPECT_EQ(server->Count("CREATE INDEX "), 1u);
+        EXPECT_EQ(server->Count("CREATE PROCEDURE AddTotblTree "), 1u);
+        EXPECT_EQ(server->Count("CREATE PROCEDURE AddToSettings"), 0u);
+    }
+    ASSERT_EQ(machine.messages.shown.size(), 2u);
+    EXPECT_NE(machine.messages.shown[1].text.find("indTreeId"), std::string::npos);
+}
+
+TEST_F(clsUpdateDbTest, BringsTextsThatCameLaterAndLeavesWhatAnInstallationWrote) {
+    const auto connection =
+        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+    Upgrade(connection);
+    const std::int64_t all = Count(connection, "tblTranslations");
+    const auto earlier = [&](const std::string& mark) { // as a program with fewer texts left it
+        connection->inner->Execute(
+            "delete from tblTranslations where strKey in ('Mappen', 'Plakken')");
+        connection->inner->Execute(
+            "update tblTranslations set UK = 'Own words' where strKey = 'Map'");
+        connection->inner->Execute("update tblSettings set [Value] = '" + mark +
+                                   "' where SKey = 'Translations'");
+        connection->statements.clear();
+        Upgrade(connection);
+        return Count(connection, "tblTranslations");
     };
-    for (const bool embedded : {true, false}) {
-        const auto server = embedded
-                                ? std::make_shared<Server>("", EmbeddedDatabase::CreateInMemory())
-                                : std::make_shared<Server>("Microsoft SQL Server");
-        clsUpdateDb update(machine);
-        update.SetDbConnection(server);
-        std::string reached;
-        update.fncUpTo112(reached);
-        EXPECT_EQ(server->begun, embedded ? 1 : 0);
-    }
-}
-
-TEST_F(clsUpdateDbTest, LetsTheMessageLoopRunWhileRowsAreConverted) {
-    const ConnectionPtr connection = OldDatabase(false);
-    for (int i = 0; i < 300; ++i)
-        connection->Execute("insert into tblDocument (Description) values ('x')");
-    clsUpdateDb update(machine);
-    update.SetDbConnection(connection);
-    std::string reached;
-    update.fncUpTo106(reached);
-    EXPECT_GE(machine.busy.pumped, static_cast<int>(machine.busy.shown.size()) + 300 / 64);
-}
-
-TEST_F(clsUpdateDbTest, IssuesEachFormAndShowsEachPhase) {
-    const auto server = std::make_shared<RecordingConnection>("Microsoft SQL Server");
-    server->schemaAnswer = [](Schema) { return TableRows({"tblDossierTypes"}); };
-    clsUpdateDb update(machine);
-    update.SetDbConnection(server);
-    std::string reached;
-    EXPECT_EQ(update.fncUpTo112(reached), 0);
-    EXPECT_EQ(reached, "1.1.2");
-    EXPECT_EQ(server->statements, (std::vector<std::string>{
-                                      "ALTER TABLE tblDossierRefTabs ADD COLUMN TabChanged Text(1)",
-                                      "ALTER TABLE tblDossierRefTabs ADD TabChanged Char(1)"}));
-    server->statements.clear();
-    EXPECT_EQ(update.fncUpTo118(reached), 0);
-    EXPECT_EQ(reached, "1.1.8");
-    EXPECT_EQ(
-        server->statements,
-        (std::vector<std::string>{
-            "CREATE TABLE tblDocExtraInfo ( Id COUNTER CONSTRAINT IdDocExtraInfo PRIMARY KEY, "
-            "[DocId] "
-            "LONG, [SendTo] TEXT(255), [SendFrom] TEXT(255), [SendOn] TEXT(255), [RecievedOn] "
-            "TEXT(255), [NrOfAttatchements] LONG)",
-            "CREATE TABLE tblDocExtraInfo ( Id INTEGER Identity(1000,1)  CONSTRAINT IdDocExtraInfo "
-            "PRIMARY KEY, DocId INTEGER, SendTo CHAR(255), SendFrom CHAR(255), SendOn CHAR(255), "
-            "RecievedOn CHAR(255), NrOfAttatchements INTEGER)",
-            "CREATE TABLE tblDocExtraInfo ( Id BIGINT AUTO_INCREMENT  PRIMARY KEY, DocId INTEGER, "
-            "SendTo CHAR(255), SendFrom CHAR(255), SendOn CHAR(255), RecievedOn CHAR(255), "
-            "NrOfAttatchements INTEGER) AUTO_INCREMENT = 1000",
-            "CREATE INDEX indDocExId on tblDocExtraInfo(DocId )"}));
-    EXPECT_EQ(machine.busy.shown.back().caption, "Bezig met aanmaken van Document Extra Info");
-    EXPECT_EQ(machine.busy.shown.back().text, "Bezig met bijwerken van versienummer");
-    update.fncUpTo115(reached);
-    for (const char* statement : {"ALTER TABLE tblDocument ADD COLUMN DocGuid Text(38)",
-                                  "ALTER TABLE tblDocument ADD DocGuid Char(38)",
-                                  "CREATE INDEX indDocGuid on tblDocument (DocGuid )",
-                                  "CREATE INDEX indDocGuid on tblDocument (DocGuid(38) )",
-                                  "DROP INDEX indRefVal10 on tblDossierReference",
-                                  "DROP INDEX tblDossierReference.indRefVal10"})
-        EXPECT_TRUE(server->Issued(statement)) << statement;
-    update.fncUpTo113(reached);
-    for (const char* name :
-         {"CheckListRefFields", "Document", "DossierDbRelation", "DossierReference",
-          "DossierRefTabs", "DossierRelations", "Tree", "TreeItem"}) {
-        const std::string plain = std::string(name) + "UpLink";
-        EXPECT_TRUE(
-            server->Issued("CREATE INDEX ind" + plain + " on tbl" + plain + " (RefGuid, RefId)"));
-        EXPECT_TRUE(server->Issued("CREATE TABLE tbl" + plain +
-                                   " ( Id BIGINT AUTO_INCREMENT  PRIMARY KEY, RefGuid CHAR(38), "
-                                   "RefId INTEGER, ServerRefId INTEGER) AUTO_INCREMENT = 1000"));
-    }
-    update.fncUpTo111(reached);
-    for (const char* index :
-         {"indChecklistFields on tblChecklistFields (Id)",
-          "indChecklistRefFields on tblChecklistRefFields (Id)",
-          "indTabChecklistRefFields on tblChecklistRefFields (TabRefId)",
-          "indDossierFields on tblDossierFields (DossierId)",
-          "indDossierRefTabs on tblDossierReftabs (DossierReferenceId)",
-          "indRelDossierId on tblDossierRelations (DossierId)",
-          "indRelTreeId on tblDossierRelations (TreeId)",
-          "indtabdossierid on tblDossierTabs (DossierTypeId)",
-          "indscreensettingsScreenId on tblscreensettings (ScreenId)",
-          "indstrKey on tblTranslations (strKey)", "indParentId on tblTreeItem (parentId)"})
-        EXPECT_TRUE(server->Issued("CREATE INDEX " + std::string(index))) << index;
-    server->statements.clear();
-    update.fncUp101(reached);
-    EXPECT_EQ(
-        server->statements,
-        (std::vector<std::string>{
-            "CREATE TABLE tblDossierTabs (Id COUNTER CONSTRAINT IdConst PRIMARY "
-            "KEY,DossierTypeId LONG,TabDescription TEXT(50),TabType TEXT(50),Order LONG)",
-            "CREATE TABLE tblDossierRefTabs (Id COUNTER CONSTRAINT IdConst PRIMARY "
-            "KEY,DossierReferenceId LONG,TabDescription TEXT(50),TabType TEXT(50),Order LONG)",
-            "Select * from tblDossierTypes"}));
-    update.fncUpTo110(reached);
-    EXPECT_GE(server->Count("insert into tblTranslations (strKey,NL,UK) values('"), 1u);
-    EXPECT_EQ(server->Count("GE,FR) values("), 0u);
-    update.fncUpTo109(reached);
-    EXPECT_TRUE(server->Issued("insert into tblTranslations (strKey,NL,UK,GE,FR) "
-                               "values('Map','Map','Folder','Ordner','Sous-dossier')"));
-    update.fncUpTo108(reached);
-    EXPECT_TRUE(server->Issued("ALTER TABLE tblDossiertypes ADD COLUMN ShowCabinet NTEXT, "
-                               "CreateDossier NTEXT, OpenDossier NTEXT)"));
+    EXPECT_EQ(earlier("12-34"), all);
+    EXPECT_EQ(First(connection, "tblTranslations where strKey = 'Mappen'", "GE"), "Ordner");
+    EXPECT_EQ(First(connection, "tblTranslations where strKey = 'Map'", "UK"), "Own words");
+    connection->statements.clear();
+    Upgrade(connection);
+    EXPECT_EQ(connection->statements.size(), 2u) << "looked at once, not each time";
+    EXPECT_EQ(earlier("9999-1"), all - 2) << "a later program was here";
+    connection->refuse = [](const std::string& s) { return s.find("'Plakken'") < s.size(); };
+    EXPECT_EQ(earlier("12-34"), all - 2) << "all or none";
+    connection->refuse = nullptr;
+    Upgrade(connection);
+    EXPECT_EQ(Count(connection, "tblTranslations"), all);
+    EXPECT_TRUE(machine.messages.shown.empty());
 }

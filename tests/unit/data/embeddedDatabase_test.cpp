@@ -10,7 +10,7 @@
 #include "data/embedded/FileNames.h"
 #include "data/embedded/Functions.h"
 #include "tests/fakes/Failures.h"
-#include "tests/unit/data/TemporaryFolder.h"
+#include "tests/fakes/FakeWorkstation.h"
 
 namespace kavidex::data {
 namespace {
@@ -19,22 +19,25 @@ using tests::WordsOf;
 
 class EmbeddedFiles : public testing::Test {
 protected:
-    tests::TemporaryFolder folder;
-    std::string path = folder.Path("x.kdb");
+    tests::FakeWorkstation machine;
+    std::string path = machine.Path("x.kdb");
 
+    std::filesystem::path Native(const std::string& name) {
+        return tests::FakeWorkstation::Native(machine.Path(name));
+    }
     static std::string Count(Connection& connection, const std::string& table) {
         return ToText(connection.Open({"Select count(*) from " + table})->Get(0));
     }
     std::string Bytes(const std::string& name) {
-        std::ifstream file(folder.Native(name), std::ios::binary);
+        std::ifstream file(Native(name), std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
     void Write(const std::string& name, const std::string& bytes) {
-        std::ofstream(folder.Native(name), std::ios::binary) << bytes;
+        std::ofstream(Native(name), std::ios::binary) << bytes;
     }
     std::size_t Entries() {
         return static_cast<std::size_t>(
-            std::distance(std::filesystem::directory_iterator(folder.Folder()), {}));
+            std::distance(std::filesystem::directory_iterator(Native("").parent_path()), {}));
     }
 };
 
@@ -67,12 +70,12 @@ TEST_F(EmbeddedFiles, HoldTheBaseSchemaAndNothingBeside) {
     EXPECT_NE(WordsOf([&] { EmbeddedDatabase::Create(path); }).find("exists already"),
               std::string::npos);
     EXPECT_EQ(Count(*EmbeddedDatabase::OpenOrCreate(path), "tblSettings"), "1");
-    const std::string hard = folder.Path("O'Brien 100% [\xC3\xA9\xE4\xB8\xAD] file.x.kdb");
+    const std::string hard = machine.Path("O'Brien 100% [\xC3\xA9\xE4\xB8\xAD] file.x.kdb");
     EXPECT_EQ(Count(*EmbeddedDatabase::OpenOrCreate(hard), "tblTree"), "0");
     EXPECT_NE(
-        WordsOf([&] { EmbeddedDatabase::Open(folder.Path("none.kdb")); }).find("does not exist"),
+        WordsOf([&] { EmbeddedDatabase::Open(machine.Path("none.kdb")); }).find("does not exist"),
         std::string::npos);
-    EXPECT_NE(WordsOf([&] { EmbeddedDatabase::Create(folder.Path("none\\x.kdb")); }), "");
+    EXPECT_NE(WordsOf([&] { EmbeddedDatabase::Create(machine.Path("none\\x.kdb")); }), "");
     EXPECT_EQ(Entries(), 2u);
 }
 
@@ -81,7 +84,7 @@ TEST_F(EmbeddedFiles, OfOtherKindsAreRefusedAndLeftAsTheyWere) {
     const std::string whole = Bytes("x.kdb");
     std::string scrambled = whole;
     for (std::size_t i = 4096; i < scrambled.size(); ++i) scrambled[i] = static_cast<char>(i * 7);
-    EmbeddedDatabase::CreateEmpty(folder.Path("foreign.kdb"))->Close();
+    EmbeddedDatabase::CreateEmpty(machine.Path("foreign.kdb"))->Close();
     const std::pair<const char*, std::string> files[] = {
         {"empty.kdb", ""},
         {"text.kdb", std::string(5000, 't')},
@@ -93,40 +96,14 @@ TEST_F(EmbeddedFiles, OfOtherKindsAreRefusedAndLeftAsTheyWere) {
     for (const auto& [name, bytes] : files) {
         Write(name, bytes);
         const std::string message =
-            WordsOf([&, file = name] { EmbeddedDatabase::Open(folder.Path(file)); });
+            WordsOf([&, file = name] { EmbeddedDatabase::Open(machine.Path(file)); });
         EXPECT_NE(message.find(name), std::string::npos) << name << ": " << message;
-        EXPECT_NE(WordsOf([&, file = name] { EmbeddedDatabase::OpenOrCreate(folder.Path(file)); }),
+        EXPECT_NE(WordsOf([&, file = name] { EmbeddedDatabase::OpenOrCreate(machine.Path(file)); }),
                   "");
         EXPECT_EQ(Bytes(name), bytes) << name;
     }
-    EXPECT_FALSE(EmbeddedDatabase::Check(folder.Path("scrambled.kdb")).empty());
+    EXPECT_FALSE(EmbeddedDatabase::Check(machine.Path("scrambled.kdb")).empty());
     EXPECT_EQ(Entries(), 7u);
-}
-
-TEST_F(EmbeddedFiles, CountTransactionLevelsAndUndoOnClose) {
-    ConnectionPtr connection = EmbeddedDatabase::Create(path);
-    connection->BeginTrans();
-    connection->BeginTrans();
-    connection->Execute("Insert into tblTree (Description) Values ('a')");
-    connection->CommitTrans();
-    connection->RollbackTrans();
-    EXPECT_EQ(Count(*connection, "tblTree"), "0");
-    connection->BeginTrans();
-    connection->Execute("Insert into tblTree (Description) Values ('b')");
-    connection->CommitTrans();
-    connection->BeginTrans();
-    connection->BeginTrans();
-    connection->Execute("Insert into tblTree (Description) Values ('c')");
-    connection->RollbackTrans();
-    EXPECT_NE(WordsOf([&] { connection->CommitTrans(); }), "");
-    EXPECT_NE(WordsOf([&] { connection->CommitTrans(); }), "");
-    connection->BeginTrans();
-    connection->Execute("Insert into tblTree (Description) Values ('d')");
-    connection->Execute("ALTER TABLE tblTree ADD COLUMN Extra LONG");
-    connection->Close();
-    connection = EmbeddedDatabase::Open(path);
-    EXPECT_EQ(Count(*connection, "tblTree"), "1");
-    EXPECT_EQ(connection->Open({"Select * from tblTree"})->Fields().size(), 7u);
 }
 
 TEST_F(EmbeddedFiles, ServeSeveralConnections) {
@@ -144,24 +121,31 @@ TEST_F(EmbeddedFiles, ServeSeveralConnections) {
     EXPECT_NE(message.find(path), std::string::npos) << message;
     one->CommitTrans();
     EXPECT_EQ(two->Execute("Delete from tblTree"), 2);
+    // What no transaction has committed is undone by closing, definitions too.
+    one->BeginTrans();
+    one->Execute("Insert into tblTree (TreeGuid) Values ('i')");
+    one->Execute("ALTER TABLE tblTree ADD COLUMN Extra LONG");
+    one->Close();
+    EXPECT_EQ(Count(*two, "tblTree"), "0");
+    EXPECT_EQ(two->Open({"Select * from tblTree"})->Fields().size(), 8u);
 }
 
 TEST_F(EmbeddedFiles, AreCopiedWholeWhileInUse) {
     const ConnectionPtr connection = EmbeddedDatabase::Create(path);
     connection->Execute("Insert into tblTree (Description) Values ('a')");
-    EmbeddedDatabase::BackupTo(*connection, folder.Path("copy.kdb"));
+    EmbeddedDatabase::BackupTo(*connection, machine.Path("copy.kdb"));
     connection->Execute("Insert into tblTree (Description) Values ('b')");
-    EXPECT_EQ(Count(*EmbeddedDatabase::Open(folder.Path("copy.kdb")), "tblTree"), "1");
-    EmbeddedDatabase::BackupTo(*connection, folder.Path("copy.kdb"));
-    EXPECT_EQ(Count(*EmbeddedDatabase::Open(folder.Path("copy.kdb")), "tblTree"), "2");
+    EXPECT_EQ(Count(*EmbeddedDatabase::Open(machine.Path("copy.kdb")), "tblTree"), "1");
+    EmbeddedDatabase::BackupTo(*connection, machine.Path("copy.kdb"));
+    EXPECT_EQ(Count(*EmbeddedDatabase::Open(machine.Path("copy.kdb")), "tblTree"), "2");
     EXPECT_NE(
-        WordsOf([&] { EmbeddedDatabase::BackupTo(*connection, folder.Path("none\\copy.kdb")); }),
+        WordsOf([&] { EmbeddedDatabase::BackupTo(*connection, machine.Path("none\\copy.kdb")); }),
         "");
     EXPECT_NE(WordsOf([&] { EmbeddedDatabase::BackupTo(*connection, path); }).find("itself"),
               std::string::npos);
     EXPECT_TRUE(EmbeddedDatabase::Check(*connection).empty());
     Write("letter.doc", "Geachte heer");
-    EXPECT_NE(WordsOf([&] { EmbeddedDatabase::BackupTo(*connection, folder.Path("letter.doc")); }),
+    EXPECT_NE(WordsOf([&] { EmbeddedDatabase::BackupTo(*connection, machine.Path("letter.doc")); }),
               "");
     EXPECT_EQ(Bytes("letter.doc"), "Geachte heer");
     EXPECT_EQ(Entries(), 3u);
@@ -174,19 +158,19 @@ TEST_F(EmbeddedFiles, AreNeverMixedWithTheJournalOfTheFileBefore) {
     const std::string words(2000, 'x');
     for (int i = 0; i < 2000; ++i) // more than stays in memory
         connection->Execute("Insert into tblDossierReference (Memo) Values ('" + words + "')");
-    const std::string crashed = folder.Path("crashed.kdb");
+    const std::string crashed = machine.Path("crashed.kdb");
     const auto crash = [&] {
         for (const std::string end : {"", "-journal"})
             Write("crashed.kdb" + end, Bytes("x.kdb" + end));
     };
     crash();
     EXPECT_GT(Bytes("crashed.kdb-journal").size(), 0u);
-    std::filesystem::remove(folder.Native("crashed.kdb"));
+    std::filesystem::remove(Native("crashed.kdb"));
     const ConnectionPtr made = EmbeddedDatabase::Create(crashed);
     EXPECT_TRUE(EmbeddedDatabase::Check(*made).empty());
     made->Close();
 
-    const ConnectionPtr other = EmbeddedDatabase::Create(folder.Path("other.kdb"));
+    const ConnectionPtr other = EmbeddedDatabase::Create(machine.Path("other.kdb"));
     other->Execute("Insert into tblTree (Description) Values ('other')");
     other->Execute("create table tblExtra (Words MEMO)");
     crash();

@@ -25,108 +25,6 @@ protected:
     }
 };
 
-TEST_F(EmbeddedDialect, ComputesExpressionsAsAccessDoes) {
-    const struct {
-        const char* expression;
-        const char* result;
-    } cases[] = {
-        {"1 + 2 * 3", "7"},
-        {"'a' & 'b' & 1", "ab1"},
-        {"'a' & null & 'b'", "ab"},
-        {"null & null", "(null)"},
-        {"'a' & 1 + 2", "a3"},
-        {"1 & 2 = '12'", "1"},
-        {"'a' + 'b'", "ab"},
-        {"7 / 2", "3.5"},
-        {"7 \\ 2", "3"},
-        {"7 mod 4", "3"},
-        {"2 ^ 3", "8"},
-        {"- 2 - -3", "1"},
-        {"mid('abcdef', 2, 3)", "bcd"},
-        {"mid('abc', 2)", "bc"},
-        {"mid(20040501, 5, 2)", "05"},
-        {"mid('abc', 9, 2)", ""},
-        {"mid(null, 1, 2)", "(null)"},
-        {"left('abc', 2)", "ab"},
-        {"left('abc', 9)", "abc"},
-        {"left(1230, 2)", "12"},
-        {"right('abc', 2)", "bc"},
-        {"right('abc', 9)", "abc"},
-        {"right('\xC3\xA9\xF0\x9F\x98\x80x', 2)", "\xF0\x9F\x98\x80x"},
-        {"iif(null is null, 'yes', 'no')", "yes"},
-        {"iif(1 > 2, 'yes', 'no')", "no"},
-        {"len('abc')", "3"},
-        {"ucase('\xC3\xA9')", "\xC3\x89"},
-        {"instr('Dossier', 'SS')", "3"},
-        {"nz(null, 'x')", "x"},
-        {"'ABC' = 'abc'", "1"},
-        {"'\xC3\x89' = '\xC3\xA9'", "1"},
-        {"'b' between 'A' and 'C'", "1"},
-        {"'X' in ('a', 'x')", "1"},
-        {"not 1 = 2 and 3 = 3", "1"},
-        {"True", "-1"},
-        {"round(2.5)", "2"},
-        {"round(-3.5)", "-4"},
-        {"round(2.675, 2)", "2.68"},
-        {"fix(-2.5)", "-2"},
-        {"year(#5/1/2004 13:30#)", "2004"},
-        {"month('2004-05-01') & '-' & day('5/31/2004')", "5-31"},
-        {"year(38108.5)", "2004"},
-        {"hour(#2004-05-01 13:30:15#) & ':' & minute('2004-05-01 13:30') & second(null)", "13:30"},
-        {"format(#2004-05-01 13:05:09#, 'dd-mm-yyyy hh:mm:ss')", "01-05-2004 13:05:09"},
-        {"format('2004-05-01', 'yyyymmdd')", "20040501"},
-        {"format(1234567.891, '#,##0.00')", "1,234,567.89"},
-        {"format(7, '000')", "007"},
-        {"format(0.256, '0.#%')", "25.6%"},
-        {"switch(1 = 2, 'a', 2 = 2, 'b', True, 'c')", "b"},
-        {"switch(1 = 2, 'a')", "(null)"},
-        {"strcomp('a', 'B')", "-1"},
-        {"strcomp('a', 'A')", "0"},
-        {"strcomp('a', 'A', 0)", "1"},
-        {"'2004-05-01' = #2004-05-01#", "1"},
-        {"\"double\" & \"d \"\"quotes\"\"\"", "doubled \"quotes\""},
-        {"#2004-05-01# & ''", "2004-05-01 00:00:00"},
-        {"#5/1/2004 13:30#", "2004-05-01 13:30:00"},
-        {"'O''Brien'", "O'Brien"},
-        {"''", ""},
-    };
-    for (const auto& [expression, result] : cases)
-        EXPECT_EQ(First(std::string("Select ") + expression), result) << expression;
-}
-
-TEST_F(EmbeddedDialect, MatchesPatternsOfBothWildcardFamilies) {
-    const struct {
-        const char* text;
-        const char* pattern;
-        bool matches;
-    } cases[] = {
-        {"Dossier", "Dos%", true},
-        {"Dossier", "dos*", true},
-        {"Dossier", "%SIER", true},
-        {"Dossier", "D?ss_er", true},
-        {"Dossier", "Dossier", true},
-        {"Dossier", "Dos", false},
-        {"Dossier", "", false},
-        {"", "%", true},
-        {"a[b", "a[b", true},
-        {"cat", "[a-d]at", true},
-        {"hat", "[a-d]at", false},
-        {"hat", "[!a-d]at", true},
-        {"\xC3\x89toile", "\xC3\xA9*", true},
-        {"aXbXc", "a*x*c", true},
-        {"100%", "100[%]", true},
-        {"A1", "A#", true},
-        {"Ab", "A#", false},
-        {"A#", "A[#]", true},
-    };
-    for (const auto& [text, pattern, matches] : cases)
-        EXPECT_EQ(First(std::string("Select '") + text + "' like '" + pattern + "'"),
-                  matches ? "1" : "0")
-            << text << " like " << pattern;
-    EXPECT_EQ(First("Select null like '%'"), "(null)");
-    EXPECT_EQ(First("Select 'abc' not like 'x*'"), "1");
-}
-
 TEST_F(EmbeddedDialect, TakesEveryFormOfFlag) {
     Run("Insert into tblTree (Description, NewEnabled, DeleteEnabled) Values ('a', True, False)");
     Run("Insert into tblTree (Description, NewEnabled, DeleteEnabled) Values ('b', 1, 0)");
@@ -307,15 +205,6 @@ TEST_F(EmbeddedDialect, RefusesValuesThatDoNotFitAndNamesTheColumn) {
     EXPECT_EQ(First("Select Short from tblFit"), "abc");
 }
 
-TEST_F(EmbeddedDialect, NumbersRowsFromOneAndNeverAgain) {
-    Run("Insert into tblTree (Description) Values ('a')");
-    EXPECT_EQ(First("Select @@IDENTITY"), "1");
-    Run("Insert into tblTree (Description) Values ('b')");
-    Run("Delete from tblTree where Id = 2");
-    Run("Insert into tblTree (Description) Values ('c')");
-    EXPECT_EQ(First("Select max(Id) from tblTree"), "3");
-}
-
 TEST_F(EmbeddedDialect, ComparesAndOrdersTextsWithoutCase) {
     for (const char* text : {"beta", "Alpha",
                              "\xC3\x89"
@@ -338,28 +227,6 @@ TEST_F(EmbeddedDialect, ComparesAndOrdersTextsWithoutCase) {
     Run("insert into tblOnce (Word) values ('\xC3\x89t\xC3\xA9')");
     EXPECT_EQ(Failure("insert into tblOnce (Word) values ('\xC3\xA9T\xC3\x89')"),
               errors::integrity);
-}
-
-TEST_F(EmbeddedDialect, KeepsHostileTextsWhole) {
-    std::string texts[] = {
-        "O'Brien \"quoted\" [bracket] \\ back % _ * ? # & ; --",
-        std::string("controls \x01\x02\x1f\x7f tab\t line\r\n nul \0 end", 35),
-        "astral \xF0\x9F\x98\x80 \xF0\xA0\x80\x80",
-        std::string(64 * 1024, 'x') + "'" + std::string(64 * 1024, '\''),
-        " blanks on both sides ",
-    };
-    Run("CREATE TABLE tblText (Id COUNTER, Body MEMO)");
-    for (const std::string& text : texts) {
-        std::string literal = "'";
-        for (const char c : text) literal += c == '\'' ? "''" : std::string(1, c);
-        Run("insert into tblText (Body) values (" + literal + "')");
-        EXPECT_EQ(First("Select Body from tblText where Id = @@IDENTITY"), text);
-        const RecordsetPtr row = Open("Select * from tblText where Body = " + literal + "'");
-        ASSERT_FALSE(row->Eof());
-        row->Set("Body", text + text);
-        row->Update();
-        EXPECT_EQ(First("Select Body from tblText where Id = @@IDENTITY"), text + text);
-    }
 }
 
 // The list of a folder's documents: the largest statement that the system runs on this dialect.
@@ -412,7 +279,15 @@ TEST_F(EmbeddedDialect, ListsTheDocumentsOfAFolder) {
     EXPECT_EQ(list->Get("Aantal bijlagen"), Value(std::int64_t{3}));
 }
 
-TEST_F(EmbeddedDialect, BindsParametersInOrder) {
+TEST_F(EmbeddedDialect, NumbersRowsOnceAndBindsAnyTextAsAParameter) {
+    Run("Insert into tblTree (Description) Values ('a')");
+    EXPECT_EQ(First("Select @@IDENTITY"), "1");
+    Run("Delete from tblTree");
+    const std::string text(" nul \0 and blanks ", 18);
+    Command insert{"Insert into tblTree (Description) Values (?)"};
+    insert.parameters = {{.name = "a", .value = text}};
+    connection->Open(insert);
+    EXPECT_EQ(First("Select Description from tblTree where Id = 2"), text);
     Command command{"Select ? & '-' & ? & '-' & 5"};
     command.parameters = {{.name = "a", .value = std::string("x")},
                           {.name = "b", .value = Value(std::int64_t{2})}};

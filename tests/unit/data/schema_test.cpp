@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "data/clsSettings.h"
+#include "data/schema/clsUpdateDb.h"
 #include "data/schema/modDataBase.h"
 #include "data/schema/schema.h"
 #include "tests/fakes/FakeWorkstation.h"
@@ -109,22 +110,7 @@ TEST_F(modDataBaseTest, CreatesAServersSchemaInItsOrderAndSaysSo) {
     EXPECT_FALSE(machine.busy.open);
 }
 
-TEST_F(modDataBaseTest, UsesTheMySqlFormWithoutProceduresWhenTold) {
-    connection->name = "MySQL";
-    EXPECT_EQ(CheckAndCreateDatabase(machine, connection, settings, true), 1);
-    EXPECT_EQ(connection->Count("AUTO_INCREMENT = 1000"), 16u);
-    EXPECT_EQ(connection->Count("PROCEDURE"), 0u);
-    EXPECT_TRUE(connection->Issued(
-        "Insert into tblSettings (Section,sKey,Value) Values('Build','DbVersion','1.0.8')"));
-}
-
-TEST_F(modDataBaseTest, LeavesADatabaseWithSettingsAlone) {
-    tables = {"other", "TBLSETTINGS"};
-    EXPECT_EQ(CheckAndCreateDatabase(machine, connection, settings, false), 0);
-    EXPECT_TRUE(connection->statements.empty());
-}
-
-TEST_F(modDataBaseTest, EndsAtTheFirstFailingStatement) {
+TEST_F(modDataBaseTest, EndsAtTheFirstFailingStatementAndLeavesWhatIsThereAlone) {
     for (std::size_t n = 1; n <= 47; ++n) {
         connection->statements.clear();
         connection->FailAt(n);
@@ -133,4 +119,87 @@ TEST_F(modDataBaseTest, EndsAtTheFirstFailingStatement) {
         EXPECT_FALSE(machine.busy.open);
     }
     EXPECT_EQ(machine.log.lines.size(), 47u);
+    tables = {"other", "TBLSETTINGS"}; // there, in any case of its letters
+    connection->statements.clear();
+    EXPECT_EQ(CheckAndCreateDatabase(machine, connection, settings, false), 0);
+    EXPECT_TRUE(connection->statements.empty());
+}
+
+TEST(upgradeChain, IssuesEachFormAndShowsEachPhase) {
+    FakeWorkstation machine;
+    const auto server = std::make_shared<RecordingConnection>("Microsoft SQL Server");
+    server->schemaAnswer = [](Schema) { return TableRows({"tblDossierTypes"}); };
+    server->answer = [](const Command& command) {
+        const bool types = command.text.find("from tblDossierTypes") != std::string::npos;
+        return types ? MemoryRows({"Id"}, {}) : MakeClosedRecordset();
+    };
+    clsUpdateDb update(machine);
+    update.SetDbConnection(server);
+    std::string reached;
+    EXPECT_EQ(update.fncUpTo112(reached), 0);
+    EXPECT_EQ(reached, "1.1.2");
+    EXPECT_EQ(server->statements, (std::vector<std::string>{
+                                      "ALTER TABLE tblDossierRefTabs ADD COLUMN TabChanged Text(1)",
+                                      "ALTER TABLE tblDossierRefTabs ADD TabChanged Char(1)"}));
+    server->statements.clear();
+    update.fncUp101(reached);
+    EXPECT_EQ(
+        server->statements,
+        (std::vector<std::string>{
+            "CREATE TABLE tblDossierTabs (Id COUNTER CONSTRAINT IdConst PRIMARY "
+            "KEY,DossierTypeId LONG,TabDescription TEXT(50),TabType TEXT(50),Order LONG)",
+            "CREATE TABLE tblDossierRefTabs (Id COUNTER CONSTRAINT IdConst PRIMARY "
+            "KEY,DossierReferenceId LONG,TabDescription TEXT(50),TabType TEXT(50),Order LONG)",
+            "Select * from tblDossierTypes"}));
+    update.fncUpTo110(reached);
+    EXPECT_GE(server->Count("insert into tblTranslations (strKey,NL,UK) values('"), 1u);
+    EXPECT_EQ(server->Count("GE,FR) values("), 0u);
+    for (const auto step :
+         {&clsUpdateDb::fncUpTo108, &clsUpdateDb::fncUpTo109, &clsUpdateDb::fncUpTo111,
+          &clsUpdateDb::fncUpTo113, &clsUpdateDb::fncUpTo115, &clsUpdateDb::fncUpTo118})
+        EXPECT_EQ((update.*step)(reached), 0);
+    EXPECT_EQ(reached, "1.1.8");
+    EXPECT_EQ(machine.busy.shown.back().caption, "Bezig met aanmaken van Document Extra Info");
+    EXPECT_EQ(machine.busy.shown.back().text, "Bezig met bijwerken van versienummer");
+    std::vector<std::string> expected = {
+        "ALTER TABLE tblDossiertypes ADD COLUMN ShowCabinet NTEXT, CreateDossier NTEXT, "
+        "OpenDossier NTEXT)",
+        "insert into tblTranslations (strKey,NL,UK,GE,FR) "
+        "values('Map','Map','Folder','Ordner','Sous-dossier')",
+        "ALTER TABLE tblDocument ADD COLUMN DocGuid Text(38)",
+        "ALTER TABLE tblDocument ADD DocGuid Char(38)",
+        "CREATE INDEX indDocGuid on tblDocument (DocGuid )",
+        "CREATE INDEX indDocGuid on tblDocument (DocGuid(38) )",
+        "DROP INDEX indRefVal10 on tblDossierReference",
+        "DROP INDEX tblDossierReference.indRefVal10",
+        "CREATE TABLE tblDocExtraInfo ( Id COUNTER CONSTRAINT IdDocExtraInfo PRIMARY KEY, [DocId] "
+        "LONG, [SendTo] TEXT(255), [SendFrom] TEXT(255), [SendOn] TEXT(255), [RecievedOn] "
+        "TEXT(255), [NrOfAttatchements] LONG)",
+        "CREATE TABLE tblDocExtraInfo ( Id INTEGER Identity(1000,1)  CONSTRAINT IdDocExtraInfo "
+        "PRIMARY KEY, DocId INTEGER, SendTo CHAR(255), SendFrom CHAR(255), SendOn CHAR(255), "
+        "RecievedOn CHAR(255), NrOfAttatchements INTEGER)",
+        "CREATE INDEX indDocExId on tblDocExtraInfo(DocId )"};
+    for (const char* name :
+         {"CheckListRefFields", "Document", "DossierDbRelation", "DossierReference",
+          "DossierRefTabs", "DossierRelations", "Tree", "TreeItem"}) {
+        const std::string plain = std::string(name) + "UpLink";
+        expected.push_back("CREATE INDEX ind" + plain + " on tbl" + plain + " (RefGuid, RefId)");
+        expected.push_back("CREATE TABLE tbl" + plain +
+                           " ( Id BIGINT AUTO_INCREMENT  PRIMARY KEY, RefGuid CHAR(38), RefId "
+                           "INTEGER, ServerRefId INTEGER) AUTO_INCREMENT = 1000");
+    }
+    for (const char* index :
+         {"indChecklistFields on tblChecklistFields (Id)",
+          "indChecklistRefFields on tblChecklistRefFields (Id)",
+          "indTabChecklistRefFields on tblChecklistRefFields (TabRefId)",
+          "indDossierFields on tblDossierFields (DossierId)",
+          "indDossierRefTabs on tblDossierReftabs (DossierReferenceId)",
+          "indRelDossierId on tblDossierRelations (DossierId)",
+          "indRelTreeId on tblDossierRelations (TreeId)",
+          "indtabdossierid on tblDossierTabs (DossierTypeId)",
+          "indscreensettingsScreenId on tblscreensettings (ScreenId)",
+          "indstrKey on tblTranslations (strKey)", "indParentId on tblTreeItem (parentId)"})
+        expected.push_back("CREATE INDEX " + std::string(index));
+    for (const std::string& statement : expected)
+        EXPECT_TRUE(server->Issued(statement)) << statement;
 }
