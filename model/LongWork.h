@@ -1,5 +1,5 @@
-// Keeps the host alive during database work that may take long: the message loop runs, and after
-// half a second the busy dialog shows.
+// Keeps the host alive during database work that may take long: the message loop runs, within a
+// transaction for painting alone, and after half a second the busy dialog shows.
 #pragma once
 
 #include <cstdint>

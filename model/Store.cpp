@@ -5,8 +5,6 @@
 #include "data/Error.h"
 #include "data/clsSettings.h"
 #include "data/modData.h"
-#include "data/transactions.h"
-#include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/modCreateGuid.h"
 #include "platform/text.h"
@@ -36,41 +34,14 @@ data::RecordsetPtr Store::Read(std::string_view statement) const {
     return rows;
 }
 
-void Store::Write(std::string_view statement) const {
+data::RecordsetPtr Store::ReadNow(std::string_view statement) const {
+    return Read(lclMySql ? std::string(statement) + " for update" : std::string(statement));
+}
+
+std::int64_t Store::Write(std::string_view statement) const {
     if (lclMySql && statement.find('\\') != std::string_view::npos)
-        lclConnection->Execute(DoubleBackslashes(DoubleBackslashes(statement)));
-    else
-        lclConnection->Execute(statement);
-}
-
-Transaction::Transaction(const Store& store, const platform::Workstation& workstation)
-    : lclWorkstation(workstation) {
-    try {
-        store.Connection()->BeginTrans();
-        lclConnection = store.Connection();
-    } catch (const std::exception& error) {
-        lclWorkstation.log.Write("Transaction", std::string("Not begun: ") + error.what());
-        // Each statement stands for itself where there are none.
-        if (data::HasTransactions(store.Connection())) throw;
-    }
-}
-
-Transaction::~Transaction() { RollBack(); }
-
-void Transaction::RollBack() noexcept {
-    if (!lclConnection) return;
-    try {
-        std::exchange(lclConnection, nullptr)->RollbackTrans();
-    } catch (const std::exception& error) {
-        // Mostly the connection is gone, and what it had not committed with it.
-        lclWorkstation.log.Write("Transaction", std::string("Not rolled back: ") + error.what());
-    }
-}
-
-void Transaction::Commit() {
-    if (!lclConnection) return;
-    lclConnection->CommitTrans();
-    lclConnection = nullptr;
+        return lclConnection->Execute(DoubleBackslashes(DoubleBackslashes(statement)));
+    return lclConnection->Execute(statement);
 }
 
 std::int32_t InsertRow(const platform::Workstation& workstation, const Store& store,

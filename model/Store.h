@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "data/Connection.h"
+#include "data/transactions.h"
 
 namespace kavidex::platform {
 struct Workstation;
@@ -22,7 +23,10 @@ public:
     explicit Store(data::ConnectionPtr connection); // throws data::Error without a connection
 
     data::RecordsetPtr Read(std::string_view statement) const; // always open
-    void Write(std::string_view statement) const;
+    // The rows as others have left them by now. Where a plain read shows a transaction the rows of
+    // its first read (MySQL, MariaDB), this is a locking one.
+    data::RecordsetPtr ReadNow(std::string_view statement) const;
+    std::int64_t Write(std::string_view statement) const; // the rows touched, -1 where not told
     const data::ConnectionPtr& Connection() const { return lclConnection; }
 
 private:
@@ -30,20 +34,10 @@ private:
     bool lclMySql;
 };
 
-// Rolled back unless committed. On an engine without transactions it does nothing, which is the
-// only reason to go on without one: a begin that fails otherwise throws. What fails is logged.
-class Transaction {
+class Transaction : public data::Transaction {
 public:
-    Transaction(const Store& store, const platform::Workstation& workstation);
-    ~Transaction();
-    Transaction(const Transaction&) = delete;
-    Transaction& operator=(const Transaction&) = delete;
-    void Commit();
-    void RollBack() noexcept; // nothing once it is committed
-
-private:
-    const platform::Workstation& lclWorkstation;
-    data::ConnectionPtr lclConnection; // null when there is nothing to end
+    Transaction(const Store& store, const platform::Workstation& workstation)
+        : data::Transaction(store.Connection(), workstation) {}
 };
 
 // The way every row is made: an insert that carries a fresh guid, then the row found again by it,

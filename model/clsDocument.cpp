@@ -1,5 +1,7 @@
 #include "model/clsDocument.h"
 
+#include <optional>
+
 #include "data/Error.h"
 #include "data/modData.h"
 #include "model/Store.h"
@@ -45,7 +47,7 @@ std::string clsDocument::SelectStatement() const {
 
 void clsDocument::ReadRow(const data::Recordset& row) {
     lclId = data::ToInt32(row.Get("Id"));
-    lclDocId = data::ToInt32(row.Get("DocId"));
+    SetDocId(data::ToInt32(row.Get("DocId")));
     lclExternalId = TrimmedText(row.Get("ExternalId"));
     lclInsertedBy = TrimmedText(row.Get("InsertedBy"));
     lclInsertDate = TrimmedText(row.Get("InsertDate"));
@@ -119,10 +121,13 @@ void clsDocument::InsertNewRow() {
                  data::SqlValue(lclDocType) + "," + guid + ")";
     row.find = "Select * from " + TableName() + " where DocGuid = " + guid;
 
+    std::optional<std::string> base; // none is told once the transaction has ended
     Transaction transaction(store, Machine());
     const std::int32_t id =
         InsertRow(Machine(), store, row, [&](data::Recordset& rows, std::int32_t key) {
-            lclAllreadyExists = Machine().files.FileExists(MakePath(BaseFolder(), key));
+            base = lclBaseSaveDirectory.empty() ? FindStore(Machine(), DbConnection())
+                                                : WithBackslash(lclBaseSaveDirectory);
+            lclAllreadyExists = Machine().files.FileExists(MakePath(base.value_or(""), key));
             SetNumber(rows, "DocId", lclAllreadyExists ? 0 : key);
             if (!lclAllreadyExists) return;
             rows.Set("DocGuid", std::string());
@@ -135,9 +140,11 @@ void clsDocument::InsertNewRow() {
                     data::SqlValue(lclRecievedFrom) + "," + data::SqlValue(lclRecievedOn) + "," +
                     data::SqlValue(lclSendOn) + "," + Number(lclNumberOfAttatchements) + ")");
     transaction.Commit();
+    if (!base) TellNoStore(Machine(), Translation());
 
     lclId = lclExtraInfoOf = id;
     if (lclAllreadyExists) lclMarkedId = id;
+    lclKeptDocId = lclDocId != 0;
     if (lclDocId == 0) lclDocId = id;
     lclExtraInfoId = lclSendTo.empty() && lclRecievedFrom.empty() ? 0 : -1;
 }
@@ -246,6 +253,13 @@ void clsDocument::RefuseForeignFile() const {
                               "clsDocument");
 }
 
+void clsDocument::KeepFileOfAnotherRow(std::string_view target) const {
+    if (lclKeptDocId && Machine().files.FileExists(target))
+        throw platform::Error(platform::errors::alreadyExists,
+                              std::string(target) + " belongs to the row that was saved before.",
+                              "clsDocument");
+}
+
 std::string clsDocument::CopyAside(std::string_view source) {
     const std::string base = BaseFolder();
     MakeDateFolder(Machine(), base);
@@ -260,6 +274,7 @@ bool clsDocument::AddDocument(std::string_view source, bool failIfExists, bool d
         if (!FindBase()) return false;
         MakeDateFolder(Machine(), lclBaseSaveDirectory);
         const std::string target = MakePath(BaseFolder(), lclDocId);
+        KeepFileOfAnotherRow(target);
         try {
             Machine().files.Copy(source, target, failIfExists);
         } catch (const platform::Error& error) {
@@ -278,12 +293,15 @@ bool clsDocument::AddDocument(std::string_view source, bool failIfExists, bool d
 
 bool clsDocument::CreateEmptyDoc(std::string& path) {
     return Guarded("CreateEmptyDoc", [&] {
-        if (lclDocId != 0) RefuseForeignFile();
+        path.clear();
+        RefuseForeignFile();
         // Asked once, since it tells the user what is missing.
         const bool found = FindBase();
         const std::string base = found ? BaseFolder() : std::string();
         if (found) MakeDateFolder(Machine(), base);
-        path = MakePath(base, lclDocId);
+        const std::string made = MakePath(base, lclDocId);
+        KeepFileOfAnotherRow(made);
+        path = made;
         return !platform::Trim(path).empty();
     });
 }

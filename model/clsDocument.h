@@ -27,7 +27,10 @@ public:
     std::int32_t Id() const { return lclId; }
     void SetId(std::int32_t id) { lclId = id; }
     std::int32_t DocId() const { return lclDocId; }
-    void SetDocId(std::int32_t id) { lclDocId = id; }
+    void SetDocId(std::int32_t id) {
+        lclDocId = id;
+        lclKeptDocId = false;
+    }
     const std::string& ExternalId() const { return lclExternalId; }
     void SetExternalId(std::string_view id) { lclExternalId = id; }
     const std::string& InsertedBy() const { return lclInsertedBy; }
@@ -83,7 +86,8 @@ public:
     // fails is false and a line in the log, without a message. The source is deleted only after the
     // copy is seen to be another file with the same bytes.
     bool AddDocument(std::string_view source, bool failIfExists, bool deleteSource);
-    // Where this document's file belongs; the folder of the day is made, no file is written.
+    // Where this document's file belongs; the folder of the day is made, no file is written. False
+    // for a document that has no row.
     bool CreateEmptyDoc(std::string& path);
 
     // The living row with this working id, for callers that tell failures their own way: false when
@@ -119,6 +123,7 @@ private:
     std::string Columns() const;
     bool FindBase(); // false, and told to the user, without a store
     void RefuseForeignFile() const;
+    void KeepFileOfAnotherRow(std::string_view target) const;
     void TakeOutRow();
     void LoadExtraInfo();
     void InsertExtraInfo();
@@ -138,6 +143,7 @@ private:
     ExtraSizes lclExtraSizes;
     bool lclAllreadyExists = false;
     std::int32_t lclMarkedId = 0; // of the row that was marked: its file is another document's
+    bool lclKeptDocId = false;    // DocId stayed that of the row before when a new one was saved
 };
 
 // Makes the folder named by today's date (yyyymmdd) under `path`, and returns it.

@@ -77,4 +77,18 @@ bool clsDossierDbRelations::DeleteCurrentRow() {
     });
 }
 
+std::optional<std::string> KeyOfTree(const data::ConnectionPtr& connection, std::int32_t treeId) {
+    const Store store(connection);
+    const data::RecordsetPtr relations = store.Read(
+        "Select DossierId, RelId from tblDossierRelations where TreeId = " + Number(treeId));
+    for (; !relations->Eof(); relations->MoveNext()) {
+        if (data::ToInt32(relations->Get("RelId")) <= 0) continue; // deleted
+        const data::RecordsetPtr key =
+            store.Read("Select dbKey from tblDossierDbRelation where DbRelId = " +
+                       Number(data::ToInt32(relations->Get("DossierId"))));
+        if (!key->Eof()) return TrimmedText(key->Get("dbKey"));
+    }
+    return std::nullopt;
+}
+
 } // namespace kavidex::model

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -44,5 +45,9 @@ private:
     Row lclRow;    // what the properties show
     Row lclFilter; // what the caller set, without what was loaded
 };
+
+// The host's key of the dossier that a tree belongs to; none where no living rows lead to one.
+// Throws data::Error when they could not be read.
+std::optional<std::string> KeyOfTree(const data::ConnectionPtr& connection, std::int32_t treeId);
 
 } // namespace kavidex::model

@@ -5,6 +5,7 @@
 #include "data/modData.h"
 #include "model/Store.h"
 #include "model/clsItemCol.h"
+#include "model/treeRows.h"
 #include "platform/Error.h"
 
 namespace kavidex::model {
@@ -37,10 +38,15 @@ void clsItem::SetId(NodeId id) {
 
 void clsItem::SetDescription(std::string_view description) {
     if (description != DescriptionText() && !DescriptionText().empty() && lclConnection &&
-        lclId >= 1)
-        Store(lclConnection)
-            .Write("Update tblTreeItem set Description = " + data::SqlValue(description) +
-                   " where TreeItemId = " + Number(lclId));
+        lclId >= 1) {
+        const Store store(lclConnection);
+        // Some engines count only rows that the new text made different.
+        if (store.Write("Update tblTreeItem set Description = " + data::SqlValue(description) +
+                        " where TreeItemId = " + Number(lclId)) == 0 &&
+            !HasRow(store, lclId))
+            throw platform::Error(platform::errors::notFound,
+                                  "The item " + Number(lclId) + " does not exist any more.");
+    }
     SetTexts(TypeText(), description);
 }
 

@@ -41,7 +41,8 @@ public:
 
     std::string Description() const { return std::string(DescriptionText()); }
     // Renames the node in the database when it had a description, has a connection and lives
-    // (Id of at least 1). Throws data::Error, and keeps the old text, when the store refuses.
+    // (Id of at least 1). Throws platform::Error, and keeps the old text, when the store refuses or
+    // somebody else has deleted it.
     void SetDescription(std::string_view description);
 
     // The same without a copy, valid until the item's type or description changes.

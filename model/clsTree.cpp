@@ -8,6 +8,7 @@
 #include "model/TreeLoader.h"
 #include "model/treeRows.h"
 #include "model/walk.h"
+#include "platform/Error.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
@@ -215,7 +216,7 @@ clsItemPtr clsTree::MoveItem(NodeId itemId, NodeId newParentId, NodeId oldParent
     return moved;
 }
 
-bool clsTree::DeleteItem(clsItemPtr& item, NodeId id) {
+bool clsTree::DeleteItem(clsItemPtr& item, NodeId id, std::vector<NodeId>* taken) {
     if (!lclConnection) return false;
     LongWork::Guard();
     const clsItemPtr doomed = item ? item : GetItem(id, "");
@@ -225,11 +226,33 @@ bool clsTree::DeleteItem(clsItemPtr& item, NodeId id) {
         Transaction transaction(store, lclWorkstation);
         LongWork work(lclWorkstation, data::Translated(lclTranslation, "Verwijderen"),
                       data::Translated(lclTranslation, "Mappen en documenten worden verwijderd."));
-        DeleteSubtree(store, doomed->Id(), [&] { work.Step(); });
+        std::vector<NodeId> gone;
+        DeleteSubtree(store, doomed->Id(), [&](NodeId one) {
+            gone.push_back(one);
+            work.Step();
+        });
         transaction.Commit();
+        if (taken) *taken = std::move(gone);
     }
     item = nullptr;
     return true;
+}
+
+clsTree::Restored clsTree::RestoreItem(NodeId id, std::span<const NodeId> those) {
+    if (!lclConnection || id <= 0 || !lclItem) return {};
+    LongWork::Guard();
+    const model::Store store(lclConnection);
+    LongWork work(lclWorkstation, data::Translated(lclTranslation, "Terugzetten"),
+                  data::Translated(lclTranslation, "Mappen en documenten worden teruggezet."));
+    for (int tries = 0; tries < 3; ++tries) {
+        auto way = FindWayBack(store, id, lclItem->Id());
+        Transaction transaction(store, lclWorkstation);
+        if (!RestoreSubtree(store, id, way, those, [&](NodeId) { work.Step(); })) continue;
+        transaction.Commit();
+        return {.wasThere = way.lives, .atRoot = way.atRoot, .folders = std::move(way.folders)};
+    }
+    throw platform::Error(platform::errors::fail,
+                          "The item " + Number(id) + " is being changed by somebody else.");
 }
 
 clsItemPtr clsTree::GetItem(NodeId id, std::string_view description) {

@@ -4,8 +4,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "data/Texts.h"
 #include "model/clsItem.h"
@@ -74,8 +76,18 @@ public:
 
     // Soft-deletes the node (the one with `id` when `item` is null) with all that the database has
     // below it, and clears `item`. The collections in memory stay as they are. False when there is
-    // no such node.
-    bool DeleteItem(clsItemPtr& item, NodeId id);
+    // no such node. `taken` gets the ids of all that went.
+    bool DeleteItem(clsItemPtr& item, NodeId id, std::vector<NodeId>* taken = nullptr);
+
+    struct Restored {
+        bool wasThere = false;       // somebody else had put it back; what lacked below it came
+        bool atRoot = false;         // its folder exists no more: it hangs from the root now
+        std::vector<NodeId> folders; // deleted ones around it, which came back with it, empty
+    };
+    // Puts a deleted node back by the id that it had, where it was, with all that was deleted below
+    // it, or with `those` alone unless there are none. For the database only: load the tree again.
+    // What a deletion takes of rows elsewhere that point at the node stays gone.
+    Restored RestoreItem(NodeId id, std::span<const NodeId> those = {});
 
     // Depth first, the start node included: the first node with that id (unless 0), or with that
     // description in any letter case (unless empty). Null when there is none.

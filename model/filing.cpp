@@ -10,6 +10,7 @@
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"
 #include "model/storePath.h"
+#include "model/treeRows.h"
 #include "platform/Clock.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
@@ -139,6 +140,7 @@ private:
     void Write() {
         const Store store(lclTree.DbConnection());
         Transaction transaction(store, lclWorkstation);
+        HoldNode(store, lclRequest.folderId); // before the document's row is read
         if (!InsertRow()) {
             transaction.Commit(); // the marked rows stay, so that the next filing gets past them
             throw platform::Error(
@@ -256,13 +258,13 @@ std::string DocumentTypeOf(std::string_view fileName) {
     return CanBeType(type) ? type : std::string(unnamedType);
 }
 
-std::string ColumnText(std::string_view text) {
+std::string ColumnText(std::string_view text, std::size_t others) {
     std::size_t units = 0; // of UTF-16, as columns are measured
     for (std::size_t i = 0; i < text.size(); ++i) {
         const auto byte = static_cast<unsigned char>(text[i]);
         if ((byte & 0xC0) == 0x80) continue;
         units += byte >= 0xF0 ? 2 : 1;
-        if (units > longestText) return std::string(text.substr(0, i));
+        if (units + others > longestText) return std::string(text.substr(0, i));
     }
     return std::string(text);
 }

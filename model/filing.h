@@ -48,7 +48,7 @@ FilingResult FileDocument(const platform::Workstation& workstation, clsTree& tre
 // cannot name a folder of the store.
 std::string DocumentTypeOf(std::string_view fileName);
 
-// A text cut to what a column of 255 characters holds, never within a character.
-std::string ColumnText(std::string_view text);
+// A text cut to what a column of 255 characters holds beside `others`, never within a character.
+std::string ColumnText(std::string_view text, std::size_t others = 0);
 
 } // namespace kavidex::model

@@ -20,9 +20,13 @@ std::string StoreOrTold(const platform::Workstation& workstation,
                         const data::ConnectionPtr& connection,
                         const data::Translation& translation) {
     if (auto root = FindStore(workstation, connection)) return std::move(*root);
+    TellNoStore(workstation, translation);
+    return {};
+}
+
+void TellNoStore(const platform::Workstation& workstation, const data::Translation& translation) {
     workstation.messages.Show(
         {.text = data::Translated(translation, "DocumentPath in section Storage not found")});
-    return {};
 }
 
 std::string WithBackslash(std::string_view folder) {

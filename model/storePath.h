@@ -23,6 +23,8 @@ std::optional<std::string> FindStore(const platform::Workstation& workstation,
 std::string StoreOrTold(const platform::Workstation& workstation,
                         const data::ConnectionPtr& connection,
                         const data::Translation& translation);
+// The box alone.
+void TellNoStore(const platform::Workstation& workstation, const data::Translation& translation);
 
 std::string WithBackslash(std::string_view folder); // ends in one, unless it is empty
 

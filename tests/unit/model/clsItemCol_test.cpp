@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
+#include <ctime>
 
 #include "platform/Error.h"
 #include "tests/fakes/FakeWorkstation.h"
@@ -95,7 +95,7 @@ TEST_F(Collection, ManyMovesBetweenWideFoldersStayFast) {
     for (NodeId id = 10; id < 10 + width; ++id)
         items.push_back(
             parents[0]->ChildCollection()->AddItem(id, "tif", nullptr, 0, "x", connection, 1));
-    const auto start = std::chrono::steady_clock::now();
+    const std::clock_t start = std::clock(); // what this process worked, however busy the machine
     for (int round = 0; round < 3; ++round) {
         const auto &from = parents[round % 2 ? 1 : 0], &to = parents[round % 2 ? 0 : 1];
         for (std::size_t i = 0; i < items.size(); ++i) // from the end, the start, and all over
@@ -107,7 +107,7 @@ TEST_F(Collection, ManyMovesBetweenWideFoldersStayFast) {
         connection->statements.clear();
     }
     EXPECT_EQ(parents[1]->ChildCollection()->Count(), width);
-    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(30));
+    EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 30);
 }
 
 } // namespace

@@ -1,15 +1,11 @@
-// Documents, dossiers and their keys.
+// Documents: their rows, their files and the store.
 #include "model/clsDocument.h"
-#include "model/clsDossier.h"
-#include "model/clsDossierDbRelations.h"
 #include "tests/unit/model/ModelDatabase.h"
 
 namespace kavidex::tests {
 namespace {
 
 using model::clsDocument;
-using model::clsDossier;
-using model::clsDossierDbRelations;
 
 class Documents : public ModelDatabase {
 protected:
@@ -168,7 +164,10 @@ TEST_F(Documents, ARowWhoseFileIsThereAlreadyIsMarked) {
     marked.SetCriteria("Id = " + next);
     ASSERT_TRUE(marked.OpenDataSource() && marked.LoadData());
     EXPECT_FALSE(marked.AddDocument(source, false, true));
-    EXPECT_FALSE(clsDocument(machine).AddDocument(source, false, true));
+    clsDocument none(machine);
+    std::string path = "x";
+    EXPECT_FALSE(none.AddDocument(source, false, true) || none.CreateEmptyDoc(path));
+    EXPECT_EQ(path, "") << "two documents would share it";
     EXPECT_TRUE(machine.files.FileExists(source));
     EXPECT_EQ(machine.files.List(Store(), "*", true), std::vector<std::string>{"20060315"});
 }
@@ -192,6 +191,17 @@ TEST_F(Documents, FilesAreCopiedWholeAndSourcesDeletedOnlyAfterwards) {
     EXPECT_TRUE(document.CreateEmptyDoc(path));
     EXPECT_EQ(path, stored);
     EXPECT_EQ(document.StorePath(), stored);
+    // A second row leaves the object with the DocId of the first, whose file stays what it is.
+    ASSERT_TRUE(document.SaveNewRow());
+    const std::string second = MakeFile("b.tif", "second");
+    EXPECT_FALSE(document.AddDocument(second, false, true));
+    EXPECT_FALSE(document.CreateEmptyDoc(path));
+    EXPECT_EQ(path, "");
+    EXPECT_EQ(machine.files.ReadAll(stored), "scan");
+    document.SetDocId(document.Id());
+    EXPECT_TRUE(document.AddDocument(second, false, true));
+    EXPECT_EQ(machine.files.ReadAll(document.StorePath()), "second");
+    document.SetDocId(std::stoi(id));
     document.SetDocType("pdf");
     EXPECT_TRUE(document.StorePath().ends_with(".pdf"));
     EXPECT_FALSE(machine.files.DirectoryExists(platform::FolderOf(document.StorePath())))
@@ -313,107 +323,6 @@ TEST_F(Documents, ErrorsOfEveryKindAreReportedInOneForm) {
     document.MoveFirst();
     document.Move(3);
     EXPECT_FALSE(document.LoadData());
-}
-
-class Dossiers : public ModelDatabase {};
-
-TEST_F(Dossiers, AreFoundFromTheHostsKey) {
-    machine.guids.real = false;
-    clsDossierDbRelations key(machine);
-    key.SetDbConnection(connection);
-    key.SetDbKey("K'1");
-    ASSERT_TRUE(key.SaveNewRow());
-    clsDossier dossier(machine);
-    dossier.SetDbConnection(connection);
-    dossier.SetDossierId(key.DossierId());
-    dossier.SetDossierType("Zaak");
-    dossier.SetTreeId(7);
-    ASSERT_TRUE(dossier.SaveNewRow());
-    const std::string number = std::to_string(key.DossierId());
-    const std::vector<std::string> inserted = {
-        "Insert into tblDossierDbRelation (DbKey, dbRelGuid) Values ('K''1','" +
-            FakeGuids::TextOf(1) + "')",
-        "Select * from tblDossierDbRelation where DbRelGuid = '" + FakeGuids::TextOf(1) + "'",
-        "Insert into tblDossierRelations (DossierId, Type, ChilddossierId, ChildType, TreeId, "
-        "RelGuid) Values (" +
-            number + ", 'Zaak', 0, null, 7,'" + FakeGuids::TextOf(2) + "')",
-        "Select * from tblDossierRelations where RelGuid = '" + FakeGuids::TextOf(2) + "'"};
-    EXPECT_EQ(connection->statements, inserted);
-
-    clsDossierDbRelations found(machine);
-    found.SetDbConnection(connection);
-    found.SetDbKey("K'1");
-    ASSERT_TRUE(found.OpenDataSource());
-    EXPECT_EQ(found.DossierId(), key.DossierId());
-    EXPECT_EQ(found.DbKey_Size(), 255);
-    clsDossier rows(machine);
-    rows.SetDbConnection(connection);
-    rows.SetDossierId(found.DossierId());
-    rows.SetDossierType("Za%");
-    rows.SetOrdering("Id");
-    connection->statements.clear();
-    ASSERT_TRUE(rows.OpenDataSource());
-    EXPECT_EQ(rows.TreeId(), 7);
-    rows.ReQuery(); // what was loaded does not become a filter
-    const std::string open = "select * from tblDossierRelations where DossierId = " + number +
-                             " And Type like 'Za%' order by Id";
-    EXPECT_EQ(connection->statements, (std::vector<std::string>{open, open}));
-
-    connection->statements.clear();
-    ASSERT_TRUE(key.UpdateCurrentRow());
-    ASSERT_TRUE(key.DeleteCurrentRow());
-    EXPECT_EQ(
-        connection->statements,
-        (std::vector<std::string>{
-            "Update tblDossierDbRelation set dbKey = 'K''1' where dbRelId = " + number,
-            "update tblDossierDbRelation set DbRelId = -" + number + " where DBrelid= " + number}));
-    ASSERT_TRUE(found.OpenDataSource());
-    EXPECT_TRUE(found.Eof());
-    EXPECT_EQ(One("select dbKey from tblDossierDbRelation"), "K'1");
-}
-
-TEST_F(Dossiers, AnUpdateRewritesEveryRelationOfTheTree) {
-    for (int i = 0; i < 2; ++i) {
-        clsDossier dossier(machine);
-        dossier.SetDbConnection(connection);
-        dossier.SetTreeId(7);
-        ASSERT_TRUE(dossier.SaveNewRow());
-    }
-    clsDossier dossier(machine);
-    dossier.SetDbConnection(connection);
-    dossier.SetTreeId(7);
-    ASSERT_TRUE(dossier.OpenDataSource());
-    EXPECT_EQ(dossier.RecordCount(), 2);
-    const std::int32_t first = dossier.Id();
-    dossier.MoveNext();
-    EXPECT_GT(dossier.Id(), first);
-    dossier.SetDossierType("A*");
-    dossier.SetChildId(4);
-    ASSERT_TRUE(dossier.UpdateCurrentRow());
-    EXPECT_EQ(Rows("select Type, ChildDossierId from tblDossierRelations"),
-              (std::vector<std::string>{"A*|4", "A*|4"}));
-    EXPECT_EQ(connection->statements.back(),
-              "update tblDossierRelations set DossierId = 0, Type= 'A*', ChildDossierId= 4, "
-              "ChildType = null where TreeId= 7");
-    // The column of this filter does not exist.
-    EXPECT_FALSE(dossier.OpenDataSource());
-    ASSERT_EQ(machine.messages.shown.size(), 1u);
-    EXPECT_EQ(machine.messages.shown[0].caption, "Application Runtime Error clsDossier");
-    dossier.SetChildId(0);
-    ASSERT_TRUE(dossier.OpenDataSource());
-    // At the end there is no row to change, though the properties still show the last one.
-    const auto before = Rows("select * from tblDossierRelations");
-    dossier.MoveLast();
-    dossier.MoveNext();
-    EXPECT_FALSE(dossier.UpdateCurrentRow());
-    EXPECT_FALSE(dossier.DeleteCurrentRow());
-    EXPECT_EQ(Rows("select * from tblDossierRelations"), before);
-    EXPECT_EQ(machine.messages.shown.size(), 1u);
-    dossier.MoveFirst();
-    ASSERT_TRUE(dossier.DeleteCurrentRow());
-    EXPECT_EQ(connection->statements.back(), "update tblDossierRelations set Relid= -" +
-                                                 std::to_string(dossier.Id()) +
-                                                 " where relid= " + std::to_string(dossier.Id()));
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 // Two processes work on one dossier, each with the tree as it loaded it.
 #include "model/clsDossierDbRelations.h"
-#include "model/clsUserAuth.h"
 #include "model/filing.h"
 #include "platform/Error.h"
+#include "tests/fakes/Failures.h"
 #include "tests/unit/model/ModelDatabase.h"
 
 namespace kavidex::tests {
@@ -26,13 +26,8 @@ protected:
             all += row + " ";
         return all;
     }
-    static std::int32_t Refused(const std::function<void()>& work) {
-        try {
-            work();
-        } catch (const platform::Error& error) {
-            return error.Number();
-        }
-        return 0;
+    std::vector<std::string> Nodes() {
+        return Rows("select TreeItemId, ParentId, Description from tblTreeItem order by Id");
     }
 
     data::ConnectionPtr second = data::EmbeddedDatabase::Open(File());
@@ -66,9 +61,9 @@ TEST_F(TwoProcesses, NothingIsAddedOrMovedIntoAFolderThatTheOtherDeleted) {
     ASSERT_TRUE(other->DeleteItem(none, folder->Id()));
     ASSERT_TRUE(other->DeleteItem(none, gone->Id()));
     using platform::errors::notFound;
-    EXPECT_EQ(Refused([&] { mine->AddChildTab("Nieuw", folder->Id()); }), notFound);
-    EXPECT_EQ(Refused([&] { mine->MoveItem(item->Id(), folder->Id(), root); }), notFound);
-    EXPECT_EQ(Refused([&] { mine->MoveItem(gone->Id(), item->Id(), root); }), notFound);
+    EXPECT_EQ(NumberOf([&] { mine->AddChildTab("Nieuw", folder->Id()); }), notFound);
+    EXPECT_EQ(NumberOf([&] { mine->MoveItem(item->Id(), folder->Id(), root); }), notFound);
+    EXPECT_EQ(NumberOf([&] { mine->MoveItem(gone->Id(), item->Id(), root); }), notFound);
     EXPECT_EQ(Living(), "Blad Dossier ");
     EXPECT_EQ(Outline(*mine->Item()), "Dossier\n Map\n Blad\n Weg\n") << "in memory as before";
     EXPECT_EQ(Outline(*Load(mine->TreeId())->Item()), "Dossier\n Blad\n");
@@ -77,8 +72,53 @@ TEST_F(TwoProcesses, NothingIsAddedOrMovedIntoAFolderThatTheOtherDeleted) {
 TEST_F(TwoProcesses, TwoFoldersAreNotMovedIntoEachOther) {
     const auto a = mine->AddChildTab("A", root), b = mine->AddChildTab("B", root);
     ASSERT_TRUE(Other()->MoveItem(b->Id(), a->Id(), root));
-    EXPECT_NE(Refused([&] { mine->MoveItem(a->Id(), b->Id(), root); }), 0);
+    EXPECT_NE(NumberOf([&] { mine->MoveItem(a->Id(), b->Id(), root); }), 0);
     EXPECT_EQ(Outline(*Load(mine->TreeId())->Item()), "Dossier\n A\n  B\n");
+}
+
+TEST_F(TwoProcesses, ADeletionIsUndoneWholeOrNotAtAllWhateverTheOtherDidMeanwhile) {
+    const auto outer = mine->AddChildTab("Buiten", root);
+    const auto folder = mine->AddChildTab("Map", outer->Id());
+    const auto page = mine->AddChildTab("Blad", folder->Id());
+    const auto before = mine->AddChildTab("Eerder", folder->Id());
+    const auto whole = Nodes();
+    clsItemPtr doomed = before;
+    std::vector<model::NodeId> taken;
+    ASSERT_TRUE(mine->DeleteItem(doomed, 0));
+    doomed = folder;
+    ASSERT_TRUE(mine->DeleteItem(doomed, 0, &taken));
+    clsItemPtr none;
+    ASSERT_TRUE(Other()->DeleteItem(none, outer->Id()));
+    const auto gone = Nodes();
+    connection->countsAll = true;
+    for (int step = 1;; ++step) { // each statement fails once
+        connection->FailStep(step);
+        const bool failed = NumberOf([&] { mine->RestoreItem(folder->Id(), taken); }) != 0;
+        connection->onStep = nullptr;
+        const auto now = Nodes();
+        if (!failed) {
+            ASSERT_GT(step, 8);
+            break;
+        }
+        ASSERT_EQ(now, gone) << "after step " << step;
+    }
+    EXPECT_EQ(Living(), "Blad Buiten Dossier Map ");
+    EXPECT_TRUE(Other()->RestoreItem(folder->Id()).wasThere);
+    EXPECT_EQ(Nodes(), whole);
+    // Deleted at the very moment: after the look at the rows, before they are held.
+    doomed = page;
+    ASSERT_TRUE(mine->DeleteItem(doomed, 0));
+    int begun = 0;
+    connection->onStep = [&](int) {
+        if (++begun == 3)
+            second->Execute("update tblTreeItem set TreeItemId = -TreeItemId, ParentId = -ParentId "
+                            "where TreeItemId = " +
+                            std::to_string(folder->Id()));
+    };
+    const auto back = mine->RestoreItem(page->Id());
+    connection->onStep = nullptr;
+    EXPECT_EQ(back.folders, std::vector{folder->Id()});
+    EXPECT_EQ(Living(), "Blad Buiten Dossier Eerder Map ");
 }
 
 // An engine that is busy is not one without transactions: half a deletion would stay.
@@ -97,15 +137,6 @@ TEST_F(TwoProcesses, ABeginThatFailsEndsTheWorkAndIsLogged) {
     EXPECT_THROW(mine->AddChildTab("x", root), data::Error);
     connection->onStep = nullptr;
     EXPECT_EQ(Living(), before);
-}
-
-TEST_F(TwoProcesses, ReadingRightsDoesNotWaitForAWriter) {
-    model::clsUserAuth rights(machine);
-    rights.SetDbConnection(second);
-    rights.SetUserId("jan");
-    database->BeginTrans();
-    EXPECT_TRUE(rights.LoadRights());
-    database->RollbackTrans();
 }
 
 TEST_F(TwoProcesses, DocumentsFollowTheirDossiersKey) {

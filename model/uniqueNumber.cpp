@@ -1,0 +1,70 @@
+#include "model/uniqueNumber.h"
+
+#include <string>
+
+#include "data/Error.h"
+#include "data/modData.h"
+#include "model/Store.h"
+#include "platform/text.h"
+
+namespace kavidex::model {
+namespace {
+
+constexpr std::string_view section = "Unique", key = "Number";
+constexpr int attempts = 100; // others may be as quick
+
+std::string ValueColumn(const data::ConnectionPtr& connection) {
+    return data::IsAccessConnection(connection) ? "[Value]" : "Value";
+}
+
+// The highest there is, with its row's text: where two users began at once there are two rows.
+struct Highest {
+    bool found = false;
+    std::int64_t number = 0;
+    data::Value text;
+};
+
+Highest ReadHighest(const Store& store, const std::string& where) {
+    Highest highest;
+    const auto rows = store.Read("Select * from tblSettings where " + where);
+    for (; !rows->Eof(); rows->MoveNext()) {
+        const data::Value& text = rows->Get("Value");
+        const auto number = static_cast<std::int64_t>(platform::Val(data::ToText(text)));
+        if (highest.found && number <= highest.number) continue;
+        highest = {true, number, text};
+    }
+    return highest;
+}
+
+std::string Unchanged(const std::string& column, const data::Value& text) {
+    if (data::IsNull(text)) return column + " is null";
+    const std::string words = data::ToText(text);
+    return column + " = " + (words.empty() ? "''" : data::SqlValue(words));
+}
+
+} // namespace
+
+std::int64_t RaiseUniqueNumber(const data::ConnectionPtr& connection) {
+    const Store store(connection);
+    const std::string where =
+        "Section = " + data::SqlValue(section) + " and sKey = " + data::SqlValue(key);
+    const std::string column = ValueColumn(connection);
+    for (int attempt = 0; attempt < attempts; ++attempt) {
+        const auto highest = ReadHighest(store, where);
+        if (!highest.found) {
+            // Never a setting that is set: that would take a number back that another has raised.
+            store.Write("Insert into tblSettings (Section,sKey," + column + ") Values (" +
+                        data::SqlValue(section) + "," + data::SqlValue(key) + ",'0')");
+            continue;
+        }
+        const auto next = highest.number + 1;
+        const auto touched = connection->Execute("update tblSettings set " + column + " = " +
+                                                 data::SqlValue(Number(next)) + " where " + where +
+                                                 " and " + Unchanged(column, highest.text));
+        if (touched != 0) return next;
+    }
+    throw data::Error(data::errors::badEof, "The number of the letter could not be raised.",
+                      "Kavidex");
+}
+
+} // namespace kavidex::model
