@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <iterator>
+#include <string_view>
 #include <utility>
 
 #include "imaging/RowScaler.h"
@@ -112,6 +114,28 @@ std::optional<std::string> PageFile::Marks(int page) {
     const tiff::Entry* entry = directory.Find(tiff::tags::annotations);
     if (!entry) return {};
     return lclSource->Value(*entry);
+}
+
+std::uint64_t PageFile::Fingerprint(int page) {
+    // Where something lies, and what is written anew with every copy.
+    static constexpr std::uint16_t places[] = {
+        tiff::tags::stripOffsets,    tiff::tags::tileOffsets, tiff::tags::freeOffsets,
+        tiff::tags::freeByteCounts,  tiff::tags::pageNumber,  tiff::tags::subIfds,
+        tiff::tags::exifIfd,         tiff::tags::gpsIfd,      tiff::tags::interopIfd,
+        tiff::tags::jpegInterchange, tiff::tags::jpegQTables, tiff::tags::jpegDcTables,
+        tiff::tags::jpegAcTables,
+    };
+    std::uint64_t hash = 14695981039346656037U;
+    const auto add = [&hash](std::string_view bytes) {
+        for (const char c : bytes) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
+    };
+    for (const auto& entry : lclSource->Page(page).entries) {
+        if (std::find(std::begin(places), std::end(places), entry.tag) != std::end(places))
+            continue;
+        add(std::to_string(entry.tag) + ":" + std::to_string(entry.count) + ":");
+        if (entry.Size() > 0) add(lclSource->Value(entry));
+    }
+    return hash;
 }
 
 PageSize FittingSize(const PageFacts& facts, std::uint32_t width, std::uint32_t height) {

@@ -52,6 +52,10 @@ public:
     // The annotations' bytes as stored; none where the page has none.
     std::optional<std::string> Marks(int page);
 
+    // Of what the page says of itself, its annotations and the sizes of its compressed data: a copy
+    // of the page in another file, or at another number, has the same.
+    std::uint64_t Fingerprint(int page);
+
 private:
     std::unique_ptr<tiff::Source> lclSource;
 };

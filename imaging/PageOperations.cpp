@@ -45,6 +45,7 @@ void WritePages(platform::Files& files, const std::vector<PlannedPage>& pages,
         PlanWriter writer(ReaderOf(files));
         written = writer.Write(pages, [&] { return files.Writer(target); });
     }
+    if (options.check) options.check();
     written->PutInPlace(options.failIfExists, options.flush);
 }
 

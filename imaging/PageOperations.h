@@ -31,6 +31,9 @@ struct WriteOptions {
     bool failIfExists = false;
     // False for files that can be made again from what is kept: the disk need not have them yet.
     bool flush = true;
+    // Asked when all is written, right before the target is replaced; what it throws ends the work
+    // and leaves the target.
+    std::function<void()> check{};
 };
 
 // The file is written under a temporary name and put in place at last; it may be one of those that

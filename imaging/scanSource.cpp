@@ -1,61 +1,53 @@
 #include "imaging/scanSource.h"
 
-#include <cstddef>
+#include <algorithm>
 #include <cstdint>
 
+#include "imaging/tiff/Source.h"
+#include "platform/Error.h"
+#include "platform/Files.h"
 #include "platform/text.h"
 
 namespace kavidex::imaging {
 
 namespace {
 
-class Tiff {
-public:
-    explicit Tiff(std::string_view bytes) : lclBytes(bytes), lclBig(bytes.starts_with("MM")) {}
+constexpr std::uint16_t makerTag = 271, modelTag = 272, programTag = 305;
 
-    bool IsTiff() const { return (lclBig || lclBytes.starts_with("II")) && Number(2, 2) == 42; }
-    std::uint32_t Number(std::size_t at, std::size_t size) const {
-        std::uint32_t number = 0;
-        if (at > lclBytes.size() || lclBytes.size() - at < size) return 0;
-        for (std::size_t i = 0; i < size; ++i) {
-            const auto place = 8 * (lclBig ? size - 1 - i : i);
-            number |= static_cast<std::uint32_t>(static_cast<unsigned char>(lclBytes[at + i]))
-                      << place;
-        }
-        return number;
+std::string TextOf(tiff::Source& source, const tiff::Directory& directory, std::uint16_t tag) {
+    constexpr std::uint64_t longest = 255;
+    const tiff::Entry* entry = directory.Find(tag);
+    if (!entry || entry->type != tiff::types::ascii) return {};
+    std::string text;
+    if (source.IsInline(*entry)) {
+        text = source.Value(*entry);
+    } else {
+        text.resize(static_cast<std::size_t>(std::min(entry->Size(), longest)));
+        source.Read(source.ValueOffset(*entry), text.data(), text.size());
     }
-    // The text of a tag of the first page.
-    std::string Text(std::uint32_t tag) const {
-        constexpr std::size_t entry = 12, longest = 255;
-        const std::size_t directory = Number(4, 4), count = Number(directory, 2);
-        for (std::size_t i = 0; i < count; ++i) {
-            const std::size_t at = directory + 2 + i * entry;
-            if (at >= lclBytes.size()) break;
-            if (Number(at, 2) != tag || Number(at + 2, 2) != 2) continue;
-            const std::size_t length = Number(at + 4, 4);
-            const std::size_t start = length > 4 ? Number(at + 8, 4) : at + 8;
-            if (start >= lclBytes.size() || length > lclBytes.size() - start) return {};
-            const auto text = lclBytes.substr(start, length < longest ? length : longest);
-            return platform::Trim(text.substr(0, text.find('\0')));
-        }
-        return {};
-    }
-
-private:
-    std::string_view lclBytes;
-    bool lclBig;
-};
+    return platform::Trim(text.substr(0, text.find('\0')));
+}
 
 } // namespace
 
-std::string ScanSource(std::string_view bytes) {
-    const Tiff tiff(bytes);
-    if (!tiff.IsTiff()) return {};
-    const std::string maker = tiff.Text(271), model = tiff.Text(272);
-    // Models often begin with their maker's name.
-    if (model.starts_with(maker) && !model.empty()) return model;
-    const std::string scanner = platform::Trim(maker + " " + model);
-    return scanner.empty() ? tiff.Text(305) : scanner;
+std::string ScanSource(platform::Files& files, std::string_view path) {
+    return ScanSource(files.Reader(path));
+}
+
+std::string ScanSource(std::unique_ptr<platform::FileReader> reader) {
+    try {
+        tiff::Source source(std::move(reader), "");
+        const auto directory = source.Page(1);
+        const std::string maker = TextOf(source, directory, makerTag),
+                          model = TextOf(source, directory, modelTag);
+        // Models often begin with their maker's name.
+        if (model.starts_with(maker) && !model.empty()) return model;
+        const std::string scanner = platform::Trim(maker + " " + model);
+        return scanner.empty() ? TextOf(source, directory, programTag) : scanner;
+    } catch (const platform::Error& error) {
+        if (error.Number() != platform::errors::invalidData) throw;
+        return {};
+    }
 }
 
 } // namespace kavidex::imaging

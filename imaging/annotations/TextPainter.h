@@ -35,4 +35,7 @@ public:
     virtual Coverage Line(const TextLook& look, std::string_view line) = 0;
 };
 
+// By the system's fonts; null where the system draws no letters.
+std::unique_ptr<TextPainter> MakeTextPainter();
+
 } // namespace kavidex::imaging::annotations

@@ -105,5 +105,6 @@ public:
 } // namespace
 
 std::unique_ptr<TextPainter> MakeGdiTextPainter() { return std::make_unique<GdiTextPainter>(); }
+std::unique_ptr<TextPainter> MakeTextPainter() { return MakeGdiTextPainter(); }
 
 } // namespace kavidex::imaging::annotations

@@ -193,7 +193,7 @@ TEST_F(PageOperations, TurnWithoutLoss) {
 TEST_F(PageOperations, AFailureLeavesTheDocumentAsItWas) {
     Staple({"1.tif", "2.tif", "3.tif", "4.tif"}, "t.tif");
     const std::string before = Bytes("t.tif"), path = folder.Path("t.tif");
-    const auto names = [&] { return files.List(folder.Folder().string(), "*"); };
+    const auto names = [&] { return files.List(folder.Folder(), "*"); };
     const auto there = names();
     FaultyFiles faulty(files);
     int failures = 0;

@@ -1,6 +1,8 @@
 // Page files made by other people's programs, and what those programs read in ours.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
@@ -8,7 +10,7 @@
 
 #include "imaging/PageFile.h"
 #include "platform/Workstation.h"
-#include "tests/unit/data/TemporaryFolder.h"
+#include "tests/fakes/FakeWorkstation.h"
 
 namespace kavidex::tests {
 
@@ -16,17 +18,17 @@ class PageFiles : public testing::Test {
 protected:
     // In the test's folder; "" when it worked.
     std::string Run(const std::string& command) const {
-        const std::string log = folder.Native("log").string();
-        const std::string all =
-            "cd '" + folder.Folder().string() + "' && { " + command + "; } >'" + log + "' 2>&1";
+        const std::string log = FileOf("log").string();
+        const std::string all = "cd '" + FakeWorkstation::Native(folder.Folder()).string() +
+                                "' && { " + command + "; } >'" + log + "' 2>&1";
         return std::system(all.c_str()) == 0 ? "" : command + ": " + Bytes("log");
     }
     std::string Bytes(const std::string& name) const {
-        std::ifstream file(folder.Native(name), std::ios::binary);
+        std::ifstream file(FileOf(name), std::ios::binary);
         return {std::istreambuf_iterator<char>(file), {}};
     }
     void Write(const std::string& name, const std::string& bytes) const {
-        std::ofstream(folder.Native(name), std::ios::binary) << bytes;
+        std::ofstream(FileOf(name), std::ios::binary) << bytes;
     }
     imaging::PageFile Open(const std::string& name) const {
         return imaging::PageFile(files, folder.Path(name));
@@ -40,7 +42,11 @@ protected:
         return Bytes("seen");
     }
 
-    TemporaryFolder folder;
+    std::filesystem::path FileOf(const std::string& name) const {
+        return FakeWorkstation::Native(folder.Path(name));
+    }
+
+    FakeWorkstation folder;
     platform::Files& files = platform::TheWorkstation().files;
 };
 
