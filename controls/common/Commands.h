@@ -36,8 +36,9 @@ struct Command {
     std::string_view picture{}, tooltip{}, checkedTooltip{};
     std::string_view right{}; // needed to enable it; empty: none
     Shortcut key{};
-    int count = 1;       // of a control array
-    bool offered = true; // false: it has its place, but what it opens is not built in
+    int count = 1;        // of a control array
+    bool offered = true;  // false: it has its place, but what it opens is not built in
+    bool keyOnly = false; // in no menu and on no toolbar
     CommandState (*rule)(const Context&, const CommandId&) = nullptr; // null: always
     // The caption where it is made at the moment, translated; empty: no such command now.
     std::string (*text)(const Context&, const CommandId&) = nullptr;
@@ -109,7 +110,7 @@ public:
         const auto rows = owner.empty() ? lclRows : Below(owner);
         const int depth = rows.empty() ? 0 : rows.front().depth;
         for (const auto& row : rows)
-            for (int index = 0; index < row.count; ++index) {
+            for (int index = 0; index < row.count && !row.keyOnly; ++index) {
                 MenuEntry entry{std::string(row.name), index, {}};
                 if (row.text)
                     entry.caption = row.text(context, {row.name, index});
@@ -131,7 +132,7 @@ public:
                                  const data::Translation& translation) const {
         std::vector<ToolbarItem> bar;
         for (const auto& row : lclRows) {
-            if (row.depth > 0) continue;
+            if (row.depth > 0 || row.keyOnly) continue;
             const auto state = State(context, row);
             ToolbarItem item{row.name, row.kind, row.picture};
             item.visible = state.visible;

@@ -34,11 +34,42 @@ std::string FileNameOf(std::string_view description) {
 
 } // namespace
 
+std::string OutgoingName(const model::clsItem& item) {
+    return FileNameOf(item.Description()) + "." + platform::Trim(item.ItemType());
+}
+
+// None for what has no file by its nature.
+std::optional<std::string> OutgoingDocuments::FileOf(const model::clsItem& item) {
+    if (item.AllowChildren() || item.ItemId() <= 0 || item.Id() < 0) return std::nullopt;
+    const auto document = lclDocuments.Of(item);
+    const bool note = platform::EqualNoCase(item.ItemType(), "nnt");
+    if (note && document.outcome == model::DocumentLook::FileMissing) return std::nullopt;
+    if (!document.HasFile()) throw platform::Error(document.number, document.error);
+    return document.path;
+}
+
+std::string OutgoingDocuments::CopyInto(std::string_view folder, const model::clsItem& item) {
+    auto& files = lclWorkstation.files;
+    const auto source = FileOf(item);
+    if (!source) return {};
+    const auto stem = platform::JoinPath(folder, FileNameOf(item.Description()));
+    const auto extension = "." + platform::Extension(*source);
+    auto target = stem + extension;
+    for (int n = 1; files.FileExists(target) || files.DirectoryExists(target); ++n)
+        target = stem + " (" + std::to_string(n) + ")" + extension;
+    files.Copy(*source, target, true);
+    return target;
+}
+
+std::string OutgoingDocuments::Bytes(const model::clsItem& item) {
+    const auto source = FileOf(item);
+    return source ? lclWorkstation.files.ReadAll(*source) : std::string();
+}
+
 CopiedOut CopyOut(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
                   OperationLock& lock, const data::Translation& translation,
                   std::span<const std::shared_ptr<model::clsItem>> items, std::string_view folder) {
-    auto& files = workstation.files;
-    model::DocumentFiles documents(workstation, connection);
+    OutgoingDocuments documents(workstation, connection);
     CopiedOut copied;
     Operation operation(lock);
     if (!operation)
@@ -50,21 +81,10 @@ CopiedOut CopyOut(const platform::Workstation& workstation, const data::Connecti
     int done = 0;
     for (const auto& item : items) {
         if (!operation.Step(done++, static_cast<int>(items.size()))) break;
-        if (item->AllowChildren() || item->ItemId() <= 0) continue;
-        operation.Show(caption, item->Description());
-        const auto document = documents.Of(*item);
-        const bool note = platform::EqualNoCase(item->ItemType(), "nnt");
-        if (note && document.outcome == model::DocumentLook::FileMissing)
-            continue; // one in which nothing was written
+        if (!item->AllowChildren()) operation.Show(caption, item->Description());
         try {
-            if (!document.HasFile()) throw platform::Error(document.number, document.error);
-            const auto stem = platform::JoinPath(folder, FileNameOf(item->Description()));
-            const auto extension = "." + platform::Extension(document.path);
-            auto target = stem + extension;
-            for (int n = 1; files.FileExists(target) || files.DirectoryExists(target); ++n)
-                target = stem + " (" + std::to_string(n) + ")" + extension;
-            files.Copy(document.path, target, true);
-            copied.files.push_back(target);
+            const auto target = documents.CopyInto(folder, *item);
+            if (!target.empty()) copied.files.push_back(target);
         } catch (const platform::Error& error) {
             workstation.log.Write("CopyOut", error.what());
             ++copied.failures;

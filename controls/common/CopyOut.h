@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -11,12 +12,35 @@
 #include "controls/common/OperationLock.h"
 #include "data/Connection.h"
 #include "data/Texts.h"
+#include "model/documentFile.h"
 
 namespace kavidex::model {
 class clsItem;
 }
 
 namespace kavidex::controls {
+
+// The file name under which an item goes out: its description and its type, as Windows takes it.
+std::string OutgoingName(const model::clsItem& item);
+
+// Documents handed out one by one. May outlive whoever asked for them.
+class OutgoingDocuments {
+public:
+    OutgoingDocuments(const platform::Workstation& workstation, data::ConnectionPtr connection)
+        : lclWorkstation(workstation), lclDocuments(workstation, std::move(connection)) {}
+
+    // The path of a copy in the folder, under a name of its own there. Empty for what has no file
+    // by its nature: a folder, a note in which nothing was written. Throws platform::Error.
+    std::string CopyInto(std::string_view folder, const model::clsItem& item);
+    // As above, the content itself.
+    std::string Bytes(const model::clsItem& item);
+
+private:
+    std::optional<std::string> FileOf(const model::clsItem& item);
+
+    const platform::Workstation& lclWorkstation;
+    model::DocumentFiles lclDocuments;
+};
 
 struct CopiedOut {
     std::vector<std::string> files; // full paths of the copies

@@ -11,6 +11,7 @@ enum class CommandKind {
     Push,
     Toggle, // stays down while its state is checked
     Owner,  // opens what it owns: a sub menu, or what drops down from a button
+    Split,  // acts, and has an arrow that opens what it owns
     Separator
 };
 
@@ -28,6 +29,8 @@ public:
     // Always the same items in the same order, hidden ones included.
     virtual std::vector<ToolbarItem> Toolbar() = 0;
     virtual void ButtonClicked(std::string_view name) = 0;
+    // The arrow of a Split button.
+    virtual void ButtonDropped(std::string_view) {}
 };
 
 } // namespace kavidex::controls

@@ -22,6 +22,7 @@ void Field::Focus() {
 }
 
 void Field::SetText(std::string_view text) {
+    lclOwnText = false;
     if (text == lclText) return;
     lclText = text;
     Show(Aspect::Text);

@@ -102,6 +102,7 @@ private:
     const FieldRow& lclRow;
     std::string lclText, lclIcon;
     bool lclChecked = false, lclEnabled = true, lclVisible = true, lclReadOnly = false;
+    bool lclOwnText = true; // what the layout gives it
     std::vector<Item> lclItems;
     std::vector<std::int32_t> lclSelected;
     ListMode lclMode = ListMode::Rows;

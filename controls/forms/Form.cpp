@@ -29,18 +29,17 @@ std::vector<Item> ItemsOf(std::string_view captions, const Form& form) {
 
 Form::Form(const Layout& layout, const platform::Workstation& workstation,
            std::shared_ptr<Translator> translator)
-    : lclLayout(layout), lclWorkstation(workstation), lclTranslator(std::move(translator)),
-      lclCaption(Text(layout.caption)) {
+    : lclLayout(layout), lclWorkstation(workstation), lclTranslator(std::move(translator)) {
     for (const FieldRow& row : layout.fields) {
         Field& field = lclFields.emplace_back(*this, row);
         field.lclVisible = !row.Has(style::hidden);
         field.lclReadOnly = row.Has(style::readOnly);
-        if (ShowsItsCaption(row.kind)) field.lclText = Text(row.caption);
         if (row.kind == Kind::Tabs || row.kind == Kind::Combo)
             field.lclItems = ItemsOf(row.caption, *this);
         if (row.kind == Kind::Tabs && !field.lclItems.empty())
             field.lclSelected = {field.lclItems.front().id};
     }
+    ShowCaptions();
 }
 
 Form::~Form() {
@@ -55,7 +54,24 @@ Field& Form::operator[](std::string_view name) {
                           std::string(lclLayout.name));
 }
 
+void Form::ShowCaptions() {
+    for (Field& field : lclFields) {
+        if (!field.lclOwnText || !ShowsItsCaption(field.Type())) continue;
+        field.SetText(Text(field.Row().caption));
+        field.lclOwnText = true;
+    }
+    if (!lclOwnCaption) return;
+    SetCaption(Text(lclLayout.caption));
+    lclOwnCaption = true;
+}
+
+void Form::SetTranslate(std::shared_ptr<Translator> translator) {
+    lclTranslator = std::move(translator);
+    ShowCaptions();
+}
+
 void Form::SetCaption(std::string_view caption) {
+    lclOwnCaption = false;
     lclCaption = caption;
     if (lclView) lclView->ShowCaption();
 }
@@ -200,7 +216,8 @@ void Form::ItemExpanded(Field& field, std::int32_t id, bool expanded) {
     for (Item& item : field.lclItems)
         if (item.id == id && item.expanded != expanded) {
             item.expanded = expanded;
-            if (expanded) Raise({.field = field, .what = What::Expanding, .item = id});
+            Raise(
+                {.field = field, .what = expanded ? What::Expanding : What::Collapsed, .item = id});
             return;
         }
 }

@@ -29,6 +29,7 @@ enum class What {
     Editing,   // before the editor in place opens; may be refused, given `text` or `choices`
     Edited,    // an item's `text` in `column`; taken over unless refused
     Expanding, // a tree's item opens; the moment to add its children
+    Collapsed, // it closed
     Heading,   // of a list, before it sorts; refused: the logic sorts
     DragOver,  // `source` and `dragged` over `item` (0: empty space); refused unless accepted
     Dropped,
@@ -73,6 +74,8 @@ public:
     const std::string& Caption() const { return lclCaption; }
     void SetCaption(std::string_view caption); // as it is shown
     std::string Text(std::string_view text, const std::vector<std::string>& values = {}) const;
+    // Captions that the logic did not change follow.
+    void SetTranslate(std::shared_ptr<Translator> translator);
 
     // One handler a field and kind of act; the last one stays. What it throws is shown and logged
     // with its number, and the form stays open.
@@ -118,6 +121,7 @@ private:
         What what;
         Handler handler;
     };
+    void ShowCaptions();
     void ClearGroup(const Field& option);
     const Handler* HandlerOf(const Field& field, What what) const;
 
@@ -125,6 +129,7 @@ private:
     const platform::Workstation& lclWorkstation;
     std::shared_ptr<Translator> lclTranslator;
     std::string lclCaption;
+    bool lclOwnCaption = true; // as the layout has it
     std::deque<Field> lclFields;
     std::vector<Row> lclHandlers;
     FormView* lclView = nullptr;

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kavidex::controls::forms {
 
@@ -41,6 +42,9 @@ public:
     // `pattern` as "*.mdb;*.kdb"; `save` for a file that need not be there.
     virtual std::optional<std::string> ChooseFile(std::string_view caption, std::string_view start,
                                                   std::string_view pattern, bool save) = 0;
+    // Existing files, as many as the user likes; `start` is a folder.
+    virtual std::vector<std::string> ChooseFiles(std::string_view caption,
+                                                 std::string_view start) = 0;
 };
 
 } // namespace kavidex::controls::forms

@@ -59,13 +59,14 @@ std::vector<DocumentRow> RowsOf(std::span<const std::shared_ptr<model::clsItem>>
     return rows;
 }
 
-void ReadInsertion(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
+bool ReadInsertion(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
                    std::vector<DocumentRow>& rows) {
     std::unordered_map<std::int32_t, std::vector<DocumentRow*>> byDocument;
     for (auto& row : rows)
         if (row.documentId > 0) byDocument[row.documentId].push_back(&row);
     std::string ids;
     std::size_t count = 0, seen = 0;
+    bool whole = true;
     for (const auto& [id, places] : byDocument) {
         ids += (ids.empty() ? "" : ",") + std::to_string(id);
         ++seen;
@@ -75,6 +76,7 @@ void ReadInsertion(const platform::Workstation& workstation, const data::Connect
             "select DocId, InsertedBy, InsertDate, InsertTime from tblDocument where DocId in (" +
                 ids + ")",
             connection);
+        whole = whole && found->IsOpen();
         for (; found->IsOpen() && !found->Eof(); found->MoveNext()) {
             const auto known = byDocument.find(data::ToInt32(found->Get("DocId")));
             if (known == byDocument.end()) continue;
@@ -89,6 +91,7 @@ void ReadInsertion(const platform::Workstation& workstation, const data::Connect
         ids.clear();
         count = 0;
     }
+    return whole;
 }
 
 std::string DocumentRows::Text(std::size_t row, std::string_view field) const {

@@ -32,7 +32,8 @@ struct DocumentRow {
 std::vector<DocumentRow> RowsOf(std::span<const std::shared_ptr<model::clsItem>> items);
 
 // Reads who added the documents and when; a row whose document has no record stays as it is.
-void ReadInsertion(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
+// False when part of it could not be read: the log tells why.
+bool ReadInsertion(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
                    std::vector<DocumentRow>& rows);
 
 // "dd-mm-yyyy hh:mm" of the numbers that a document row keeps; parts that are missing are left out.

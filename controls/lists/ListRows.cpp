@@ -1,9 +1,14 @@
 #include "controls/lists/ListRows.h"
 
 #include "controls/pictures/IconKeys.h"
+#include "platform/Bytes.h"
 #include "platform/text.h"
 
 namespace kavidex::controls {
+
+std::string ListRows::SortKey(std::size_t row, std::string_view field) const {
+    return platform::LowerCase(Text(row, field));
+}
 
 RecordsetRows::RecordsetRows(data::RecordsetPtr rows, std::string_view idField,
                              std::string_view typeField)
@@ -23,6 +28,14 @@ std::int32_t RecordsetRows::Id(std::size_t row) const { return data::ToInt32(At(
 
 std::string RecordsetRows::Text(std::size_t row, std::string_view field) const {
     return platform::Trim(data::ToText(At(row, field)));
+}
+
+std::string RecordsetRows::SortKey(std::size_t row, std::string_view field) const {
+    const auto* number = std::get_if<std::int64_t>(&At(row, field));
+    if (!number) return ListRows::SortKey(row, field);
+    std::string key;
+    platform::AppendBig(key, static_cast<std::uint64_t>(*number) ^ (std::uint64_t{1} << 63));
+    return key;
 }
 
 std::string RecordsetRows::Picture(std::size_t row) const {

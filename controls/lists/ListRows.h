@@ -19,12 +19,15 @@ public:
     // Tells rows apart, whatever their order.
     virtual std::int32_t Id(std::size_t row) const = 0;
     virtual std::string Text(std::size_t row, std::string_view field) const = 0;
+    // Compares, byte by byte, as the rows sort by the field.
+    virtual std::string SortKey(std::size_t row, std::string_view field) const;
     virtual bool HasPictures() const { return false; }
     virtual std::string Picture(std::size_t) const { return {}; }
 };
 
-// The rows of a recordset, in its order; values are shown as text, trimmed. `idField` names a
-// number; `typeField`, when there is one, an item type or file extension that chooses the picture.
+// The rows of a recordset, in its order; values are shown as text, trimmed, and sorted by what they
+// are. `idField` names a number; `typeField`, when there is one, an item type or file extension
+// that chooses the picture.
 class RecordsetRows : public ListRows {
 public:
     RecordsetRows(data::RecordsetPtr rows, std::string_view idField,
@@ -33,6 +36,7 @@ public:
     std::size_t Count() const override;
     std::int32_t Id(std::size_t row) const override;
     std::string Text(std::size_t row, std::string_view field) const override;
+    std::string SortKey(std::size_t row, std::string_view field) const override;
     bool HasPictures() const override { return !lclTypeField.empty(); }
     std::string Picture(std::size_t row) const override;
 

@@ -94,11 +94,10 @@ std::vector<int> VirtualList::Widths(int room, int dpi) const {
         shares += widths[i] == 0;
         room -= widths[i];
     }
-    constexpr int least = 40; // narrower than that shows nothing: the list scrolls then
-    for (auto& width : widths)
-        if (width == 0) {
-            width = std::max(room / shares, least * dpi / 96);
-            room -= width; // the last takes what dividing left over
+    for (std::size_t i = 0; i < widths.size(); ++i)
+        if (widths[i] == 0) {
+            widths[i] = std::max(room / shares, Column(i).least * dpi / 96);
+            room -= widths[i]; // the last takes what dividing left over
             --shares;
         }
     return widths;
@@ -122,7 +121,7 @@ std::vector<std::uint32_t> VirtualList::Sorted() const {
     std::vector<std::string> keys(order.size());
     std::vector<SortKey> heads(order.size());
     for (const auto row : order) {
-        keys[row] = platform::LowerCase(lclRows->Text(row, field));
+        keys[row] = lclRows->SortKey(row, field);
         heads[row] = {HeadOf(keys[row]), row};
     }
     // Equal keys keep the order of the rows, both ways round.
@@ -152,6 +151,15 @@ void VirtualList::HeadingClicked(std::size_t column) {
     lclWindow->TitlesChanged();
     lclWindow->RowsChanged();
     lclWindow->SelectionChanged();
+}
+
+void VirtualList::Unsort() {
+    lclSortColumn.reset();
+    lclDescending = false;
+    lclOrder = Sorted();
+    if (!lclWindow) return;
+    lclWindow->TitlesChanged();
+    lclWindow->RowsChanged();
 }
 
 std::optional<std::size_t> VirtualList::Find(std::string_view text, std::size_t from) const {
@@ -195,9 +203,38 @@ void VirtualList::RowActivated(std::size_t row) {
     if (row < Count()) Activated.Raise(Id(row));
 }
 
+void VirtualList::SetBoxes(std::function<bool(std::int32_t)> ticked) {
+    lclTicked = std::move(ticked);
+    BoxesChanged();
+}
+
+void VirtualList::BoxesChanged() {
+    if (lclWindow) lclWindow->BoxesChanged();
+}
+
+void VirtualList::RowBoxClicked(std::size_t row) {
+    if (lclTicked && row < Count()) BoxClicked.Raise(Id(row));
+}
+
+void VirtualList::EditLabel(std::int32_t id) {
+    const auto row = lclWindow ? RowOf(id) : std::nullopt;
+    if (row) lclWindow->EditRow(*row);
+}
+
+bool VirtualList::MayEdit(std::size_t row) const {
+    bool may = false;
+    if (row < Count()) EditAsked.Raise(Id(row), may);
+    return may;
+}
+
+void VirtualList::RowEdited(std::size_t row, const std::string& text) {
+    if (row < Count()) Edited.Raise(Id(row), text);
+}
+
 void VirtualList::AttachWindow(ListWindow* window) {
     lclWindow = window;
     if (!window) return;
+    window->BoxesChanged();
     window->TitlesChanged();
     window->RowsChanged();
     window->SelectionChanged();

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -23,7 +24,8 @@ struct ListColumn {
     std::string_view field;       // of the rows
     std::string_view sortField{}; // that it is sorted by; empty: the field itself
     bool hidden = false;
-    int width = 0; // in pixels at 96 dots an inch; 0: an equal share of what the others leave
+    int width = 0;  // in pixels at 96 dots an inch; 0: an equal share of what the others leave
+    int least = 40; // of a share: where it does not fit, the list scrolls
 };
 
 class ListWindow {
@@ -33,7 +35,9 @@ public:
     virtual void TitlesChanged() = 0;
     virtual void WidthsChanged() = 0;
     virtual void SelectionChanged() = 0;
+    virtual void BoxesChanged() = 0;           // whether there are any, or which are ticked
     virtual void ShowRow(std::size_t row) = 0; // scrolled to and marked as current
+    virtual void EditRow(std::size_t row) = 0; // opens the editor of its first column
 };
 
 // Rows and columns are counted as they are shown: hidden columns have no number.
@@ -62,9 +66,19 @@ public:
     // Sorts by the column; a second time the other way round. When reading a key throws, the order
     // and the marks stay as they were.
     void HeadingClicked(std::size_t column);
+    void Unsort();            // as the rows come, without marks
     std::string Sort() const; // "[InsertSort] DESC"; empty: as the rows come
     // The next row from `from` on, around the end, whose first column begins with the text.
     std::optional<std::size_t> Find(std::string_view text, std::size_t from) const;
+
+    // Boxes in front of the rows; whether one is ticked is the asker's to know. Null: no boxes.
+    void SetBoxes(std::function<bool(std::int32_t id)> ticked);
+    void BoxesChanged();
+    bool HasBoxes() const { return lclTicked != nullptr; }
+    bool Ticked(std::size_t row) const { return lclTicked && row < Count() && lclTicked(Id(row)); }
+
+    // Opens the editor of the row's first column; nothing where there is no window.
+    void EditLabel(std::int32_t id);
 
     bool ManySelected() const { return lclMany; }
     const std::vector<std::int32_t>& Selected() const { return lclSelected; } // ids
@@ -74,12 +88,18 @@ public:
     // What the window tells.
     void RowsSelected(const std::vector<std::size_t>& rows);
     void RowActivated(std::size_t row); // double click or Enter
+    void RowBoxClicked(std::size_t row);
+    bool MayEdit(std::size_t row) const;
+    void RowEdited(std::size_t row, const std::string& text);
 
     Event<> SelectionChanged;
     Event<std::int32_t> Activated;                            // the row's id
     Event<std::optional<std::int32_t>, int, int> ContextMenu; // id or none, a point of the screen
     Event<const Shortcut&, bool&> KeyPressed;                 // set to true: used
     Event<std::int32_t> DragStarted;                          // the id where it began
+    Event<std::int32_t> BoxClicked;                           // or the space bar on the row
+    Event<std::int32_t, bool&> EditAsked;                     // set to true: it may be edited
+    Event<std::int32_t, const std::string&> Edited;           // what the user wrote
     Event<> FocusTaken;
 
     // The window must detach (null) before it dies.
@@ -100,6 +120,7 @@ private:
     std::optional<std::size_t> lclSortColumn;
     bool lclDescending = false;
     std::vector<std::int32_t> lclSelected;
+    std::function<bool(std::int32_t)> lclTicked;
     ListWindow* lclWindow = nullptr;
 };
 

@@ -6,7 +6,7 @@ namespace {
 
 template <class Visit>
 void Each(Visit visit) {
-    for (const auto table : {ItemPictures(), FilePictures(), ToolbarPictures()})
+    for (const auto table : {ItemPictures(), FilePictures(), ToolbarPictures(), ViewerPictures()})
         for (const auto& row : table) visit(row);
 }
 

@@ -24,5 +24,6 @@ Picture DrawPicture(std::string_view name, int size, const PictureColours& colou
 std::span<const NamedPicture> ItemPictures(); // "closedtab", "opentab", "attachtment", "Users", ...
 std::span<const NamedPicture> FilePictures(); // families of file types: "pdf", "word", "sheet", ...
 std::span<const NamedPicture> ToolbarPictures();
+std::span<const NamedPicture> ViewerPictures();
 
 } // namespace kavidex::controls

@@ -55,6 +55,7 @@ constexpr Layer unknown[] = {
 
 constexpr NamedPicture rows[] = {
     {"closedtab", closedTab}, {"opentab", openTab},           {"attachtment", note},
+    {"Close", closedTab},     {"Open", openTab},
     {"Users", users},         {"SelectedUser", selectedUser}, {"unknown", unknown},
 };
 

@@ -20,6 +20,7 @@ BYTE StyleOf(CommandKind kind) {
     switch (kind) {
     case CommandKind::Separator: return BTNS_SEP;
     case CommandKind::Owner: return BTNS_BUTTON | BTNS_WHOLEDROPDOWN | BTNS_AUTOSIZE;
+    case CommandKind::Split: return BTNS_BUTTON | BTNS_DROPDOWN | BTNS_AUTOSIZE;
     case CommandKind::Toggle: return BTNS_CHECK | BTNS_AUTOSIZE;
     default: return BTNS_BUTTON | BTNS_AUTOSIZE;
     }
@@ -172,10 +173,7 @@ bool ToolbarWindow::Key(WPARAM key) {
         SendMessageW(lclWindow, TB_SETHOTITEM, static_cast<WPARAM>(edge), 0);
         return true;
     }
-    case VK_DOWN:
-        if (const auto* item = ItemOf(firstCommand + hot); item && item->kind == CommandKind::Owner)
-            Command(firstCommand + hot);
-        return true;
+    case VK_DOWN: Drop(firstCommand + hot); return true;
     case VK_SPACE:
     case VK_RETURN:
         if (hot >= 0) Command(firstCommand + hot);
@@ -191,6 +189,12 @@ void ToolbarWindow::Command(int id) {
     lclSource.ButtonClicked(clicked.name);
     // As its state is, not as the click left it.
     if (clicked.kind == CommandKind::Toggle) ShowButtons();
+}
+
+void ToolbarWindow::Drop(int id) {
+    const auto* item = ItemOf(id);
+    if (item && item->kind == CommandKind::Owner) Command(id);
+    if (item && item->kind == CommandKind::Split) lclSource.ButtonDropped(std::string(item->name));
 }
 
 std::optional<std::size_t> ToolbarWindow::ShowMenu(const PopupMenu& menu, std::string_view button) {
@@ -212,7 +216,7 @@ std::optional<std::size_t> ToolbarWindow::ShowMenu(const PopupMenu& menu, std::s
 
 LRESULT ToolbarWindow::Notified(NMHDR& header) {
     switch (header.code) {
-    case TBN_DROPDOWN: Command(reinterpret_cast<NMTOOLBARW&>(header).iItem); return TBDDRET_DEFAULT;
+    case TBN_DROPDOWN: Drop(reinterpret_cast<NMTOOLBARW&>(header).iItem); return TBDDRET_DEFAULT;
     case TBN_GETINFOTIPW: {
         auto& tip = reinterpret_cast<NMTBGETINFOTIPW&>(header);
         const auto index = static_cast<std::size_t>(tip.iItem - firstCommand);

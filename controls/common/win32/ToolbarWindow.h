@@ -46,6 +46,7 @@ private:
                                       DWORD_PTR self);
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
     bool Key(WPARAM key);
+    void Drop(int id); // opens what the button owns
     void MoveHot(int step);
     int NextEnabled(int from, int step) const; // -1: none that way
 

@@ -25,8 +25,8 @@ std::wstring MenuText(const MenuEntry& entry) {
 
 } // namespace
 
-std::optional<std::size_t> TrackMenu(HWND owner, const PopupMenu& menu, int x, int y) {
-    std::vector<HMENU> levels{CreatePopupMenu()};
+void FillMenu(HMENU top, const PopupMenu& menu) {
+    std::vector<HMENU> levels{top};
     for (std::size_t i = 0; i < menu.size(); ++i) {
         const auto& entry = menu[i];
         while (static_cast<int>(levels.size()) > entry.depth + 1) levels.pop_back();
@@ -48,7 +48,11 @@ std::optional<std::size_t> TrackMenu(HWND owner, const PopupMenu& menu, int x, i
             AppendMenuW(levels.back(), flags, id, caption.c_str());
         }
     }
-    const HMENU top = levels.front();
+}
+
+std::optional<std::size_t> TrackMenu(HWND owner, const PopupMenu& menu, int x, int y) {
+    const HMENU top = CreatePopupMenu();
+    FillMenu(top, menu);
     const int chosen = TrackPopupMenuEx(top, TPM_RETURNCMD | TPM_RIGHTBUTTON, x, y, owner, nullptr);
     DestroyMenu(top); // and the menus below it
     if (chosen <= 0) return std::nullopt;

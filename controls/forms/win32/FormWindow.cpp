@@ -1,6 +1,7 @@
 #include "controls/forms/win32/FormWindow.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <commctrl.h>
 
@@ -9,6 +10,7 @@
 #include "controls/forms/win32/EmptyDialog.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
+#include "platform/text.h"
 #include "platform/win32/ActivationScope.h"
 #include "platform/win32/Variant.h"
 
@@ -260,16 +262,49 @@ bool FormWindow::TranslateKey(const MSG& message) {
         return false;
     if (message.message == WM_KEYDOWN && FieldKey(message)) return true;
     const bool panel = GetWindowLongPtrW(lclWindow, GWL_STYLE) & WS_CHILD;
-    const bool codes = SendMessageW(message.hwnd, WM_GETDLGCODE, message.wParam,
-                                    reinterpret_cast<LPARAM>(&message)) &
-                       DLGC_WANTALLKEYS;
-    // What a panel has no use for belongs to the window around it.
-    if (panel && !codes && message.message == WM_KEYDOWN)
-        if ((message.wParam == VK_ESCAPE && !HasButton(style::isCancel)) ||
-            (message.wParam == VK_RETURN && !HasButton(style::isDefault)))
-            return false;
+    if (panel && !PanelUses(message)) return false;
     MSG copy = message;
     return IsDialogMessageW(lclWindow, &copy) != FALSE;
+}
+
+// What a panel has no use for belongs to the window around it.
+bool FormWindow::PanelUses(const MSG& message) const {
+    const WPARAM key = message.wParam;
+    if (message.message == WM_SYSCHAR) return IsMnemonic(static_cast<wchar_t>(key));
+    if (message.message != WM_KEYDOWN) return false;
+    const auto codes = SendMessageW(message.hwnd, WM_GETDLGCODE, 0, 0);
+    const bool edit = codes & DLGC_HASSETSEL, control = GetKeyState(VK_CONTROL) < 0;
+    switch (key) {
+    case VK_TAB: {
+        // Around either end it would come to the first, or from it.
+        const HWND first = GetNextDlgTabItem(lclWindow, nullptr, FALSE);
+        const HWND end = GetKeyState(VK_SHIFT) < 0
+                             ? message.hwnd
+                             : GetNextDlgTabItem(lclWindow, message.hwnd, FALSE);
+        return !control && end != first;
+    }
+    case VK_ESCAPE: return HasButton(style::isCancel);
+    case VK_RETURN:
+        return (codes & (DLGC_WANTALLKEYS | DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0 ||
+               HasButton(style::isDefault);
+    case VK_SPACE:
+    case VK_BACK:
+    case VK_DELETE: return true;
+    case 'C':
+    case 'V':
+    case 'X':
+    case 'Z': return edit && control;
+    default: return controls::win32::IsMoveKey(key);
+    }
+}
+
+bool FormWindow::IsMnemonic(wchar_t letter) const {
+    const auto wanted = platform::LowerCase(platform::win32::FromWide({&letter, 1}));
+    return std::any_of(lclLook.captions.begin(), lclLook.captions.end(), [&](const auto& caption) {
+        const auto at =
+            platform::LowerCase(platform::Replace(caption, "&&", "")).find("&" + wanted);
+        return at != std::string::npos;
+    });
 }
 
 bool FormWindow::FieldKey(const MSG& message) {
@@ -310,11 +345,27 @@ void FormWindow::TakeFocus() {
 
 void FormWindow::Draw(HDC device, const RECT& place) const {
     FillRect(device, &place, GetSysColorBrush(COLOR_BTNFACE));
-    RECT text = place;
+    FormLook look;
+    look.Build(GetDeviceCaps(device, LOGPIXELSY));
+    const HGDIOBJ before = SelectObject(device, look.Font());
     SetBkMode(device, TRANSPARENT);
     SetTextColor(device, GetSysColor(COLOR_BTNTEXT));
-    DrawTextW(device, platform::win32::ToWide(lclForm.Caption()).c_str(), -1, &text,
-              DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_END_ELLIPSIS | DT_NOPREFIX);
+    const auto& table = lclForm.Table();
+    const int growX = place.right - place.left - look.Wide(table.width);
+    const int growY = place.bottom - place.top - look.High(table.height);
+    for (const Field& field : std::as_const(lclForm).Fields()) {
+        if (!lclForm.IsShown(field)) continue;
+        const Box units = field.Row().box;
+        const Box box = Grown({look.Wide(units.x), look.High(units.y), look.Wide(units.width),
+                               look.High(units.height)},
+                              field.Row().anchors, std::max(0, growX), std::max(0, growY));
+        RECT text{place.left + box.x, place.top + box.y, place.left + box.x + box.width,
+                  place.top + box.y + box.height};
+        if (!IntersectRect(&text, &text, &place)) continue;
+        DrawTextW(device, platform::win32::ToWide(field.Text()).c_str(), -1, &text,
+                  DT_WORDBREAK | DT_NOPREFIX);
+    }
+    SelectObject(device, before);
 }
 
 // --- What the form shows

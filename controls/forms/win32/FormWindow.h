@@ -48,6 +48,8 @@ private:
     void LimitSize(MINMAXINFO& info) const;
     SIZE Frame(int width, int height) const; // of the whole window around a client area
     bool FieldKey(const MSG& message);
+    bool PanelUses(const MSG& message) const;
+    bool IsMnemonic(wchar_t letter) const;
     FieldControl* Control(const Field& field) const;
     FieldControl* ControlOf(HWND window) const;
     FieldControl* ControlById(int id) const;

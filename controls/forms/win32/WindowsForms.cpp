@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "controls/common/win32/MessageHook.h"
 #include "controls/forms/win32/FormWindow.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -62,46 +63,20 @@ void Loop(Form& form, FormWindow& window) {
 
 } // namespace
 
-// A dialog that lives beside its owner, in the host's own message loop: its keys are picked from
-// there by a hook.
+// A dialog that lives beside its owner, in the host's own message loop.
 struct WindowsForms::Modeless {
     Modeless(Form& shown, const platform::Workstation& workstation)
-        : form(shown), window(shown, workstation) {
-        All().push_back(this);
-        if (!hook) hook = SetWindowsHookExW(WH_GETMESSAGE, Watch, nullptr, GetCurrentThreadId());
-    }
-    ~Modeless() {
-        std::erase(All(), this);
-        if (!All().empty() || !hook) return;
-        UnhookWindowsHookEx(hook);
-        hook = nullptr;
-    }
-    Modeless(const Modeless&) = delete;
-    Modeless& operator=(const Modeless&) = delete;
-
-    static std::vector<Modeless*>& All() {
-        static std::vector<Modeless*> all;
-        return all;
-    }
-    static LRESULT CALLBACK Watch(int code, WPARAM removed, LPARAM l) {
-        auto& message = *reinterpret_cast<MSG*>(l);
-        const bool key = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
-        if (code == HC_ACTION && removed == PM_REMOVE) {
-            const auto all = All();
-            for (auto* one : all) {
-                if (key && one->window.TranslateKey(message)) message.message = WM_NULL;
-                if (one->form.IsClosed()) one->window.Destroy();
-            }
-        }
-        return CallNextHookEx(hook, code, removed, l);
-    }
+        : form(shown), window(shown, workstation), hook([this](const MSG& message) {
+              const bool key = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
+              const bool used = key && window.TranslateKey(message);
+              if (form.IsClosed()) window.Destroy();
+              return used;
+          }) {}
 
     Form& form;
     FormWindow window;
-    static HHOOK hook;
+    controls::win32::MessageHook hook;
 };
-
-HHOOK WindowsForms::Modeless::hook = nullptr;
 
 WindowsForms::WindowsForms(const platform::Workstation& workstation, std::function<HWND()> owner)
     : lclWorkstation(workstation), lclOwner(std::move(owner)) {}

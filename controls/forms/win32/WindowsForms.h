@@ -30,6 +30,7 @@ public:
                                             std::string_view start) override;
     std::optional<std::string> ChooseFile(std::string_view caption, std::string_view start,
                                           std::string_view pattern, bool save) override;
+    std::vector<std::string> ChooseFiles(std::string_view caption, std::string_view start) override;
 
 private:
     HWND OwnerWindow() const;

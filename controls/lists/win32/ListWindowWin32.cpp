@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 #include <windowsx.h>
@@ -21,6 +22,9 @@ struct Quiet {
 };
 
 constexpr UINT marked = LVIS_SELECTED | LVIS_FOCUSED;
+constexpr int longestText = 255; // of the database's columns
+
+std::size_t RowNumber(int item) { return static_cast<std::size_t>(std::max(item, 0)); }
 
 } // namespace
 
@@ -44,7 +48,8 @@ HWND ListWindowWin32::Create(HWND parent, int id) {
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_LISTVIEW_CLASSES};
     InitCommonControlsEx(&controls);
     const DWORD style = WS_CHILD | WS_TABSTOP | LVS_REPORT | LVS_SHOWSELALWAYS | LVS_OWNERDATA |
-                        LVS_SHAREIMAGELISTS | (lclLogic.ManySelected() ? 0U : LVS_SINGLESEL);
+                        LVS_EDITLABELS | LVS_SHAREIMAGELISTS |
+                        (lclLogic.ManySelected() ? 0U : LVS_SINGLESEL);
     lclWindow = CreateWindowExW(WS_EX_CLIENTEDGE, WC_LISTVIEWW, L"", style, 0, 0, 0, 0, parent,
                                 reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
                                 platform::win32::OwnModule(), nullptr);
@@ -124,15 +129,32 @@ void ListWindowWin32::SelectionChanged() {
     const Quiet quiet(lclQuiet);
     ListView_SetItemState(lclWindow, -1, 0, LVIS_SELECTED);
     const auto& selected = lclLogic.Selected();
+    if (selected.empty()) return;
     if (selected.size() == lclLogic.Count() && selected.size() > 1) {
         ListView_SetItemState(lclWindow, -1, LVIS_SELECTED, LVIS_SELECTED);
         return;
     }
-    for (const auto id : selected)
-        if (const auto row = lclLogic.RowOf(id))
-            ListView_SetItemState(lclWindow, static_cast<int>(*row),
-                                  id == selected.front() ? marked : LVIS_SELECTED,
-                                  id == selected.front() ? marked : LVIS_SELECTED);
+    const std::unordered_set<std::int32_t> among(selected.begin(), selected.end());
+    for (std::size_t row = 0; row < lclLogic.Count(); ++row) {
+        const auto id = lclLogic.Id(row);
+        if (!among.contains(id)) continue;
+        const UINT state = id == selected.front() ? marked : LVIS_SELECTED;
+        ListView_SetItemState(lclWindow, static_cast<int>(row), state, state);
+    }
+}
+
+void ListWindowWin32::BoxesChanged() {
+    const bool boxes = lclLogic.HasBoxes();
+    // What is ticked is asked for, as all that a row shows.
+    ListView_SetCallbackMask(lclWindow, boxes ? LVIS_STATEIMAGEMASK : 0);
+    ListView_SetExtendedListViewStyleEx(lclWindow, LVS_EX_CHECKBOXES,
+                                        boxes ? LVS_EX_CHECKBOXES : 0);
+    InvalidateRect(lclWindow, nullptr, TRUE);
+}
+
+void ListWindowWin32::EditRow(std::size_t row) {
+    ::SetFocus(lclWindow); // without the focus the list edits nothing
+    ListView_EditLabel(lclWindow, static_cast<int>(row));
 }
 
 void ListWindowWin32::ShowRow(std::size_t row) {
@@ -145,6 +167,10 @@ void ListWindowWin32::GiveItem(LVITEMW& item) {
     const auto row = static_cast<std::size_t>(item.iItem);
     if (item.iItem < 0 || row >= lclLogic.Count()) return;
     if (item.mask & LVIF_IMAGE) item.iImage = lclIcons.Of(lclLogic.Picture(row));
+    if ((item.mask & LVIF_STATE) && lclLogic.HasBoxes()) {
+        item.state = INDEXTOSTATEIMAGEMASK(lclLogic.Ticked(row) ? 2 : 1);
+        item.stateMask = LVIS_STATEIMAGEMASK;
+    }
     if (!(item.mask & LVIF_TEXT) || item.cchTextMax < 1) return;
     const auto text = platform::win32::ToWide(
         lclLogic.Text(row, static_cast<std::size_t>(std::max(item.iSubItem, 0))));
@@ -176,9 +202,20 @@ std::optional<LRESULT> ListWindowWin32::Notified(NMHDR& header) {
         return found ? static_cast<LRESULT>(*found) : -1;
     }
     case LVN_COLUMNCLICK:
-        lclLogic.HeadingClicked(
-            static_cast<std::size_t>(std::max(reinterpret_cast<NMLISTVIEW&>(header).iSubItem, 0)));
+        lclLogic.HeadingClicked(RowNumber(reinterpret_cast<NMLISTVIEW&>(header).iSubItem));
         return 0;
+    case NM_CLICK: BoxClickedAt(reinterpret_cast<NMITEMACTIVATE&>(header).ptAction); return 0;
+    case LVN_BEGINLABELEDITW: {
+        const HWND edit = ListView_GetEditControl(lclWindow);
+        SendMessageW(edit, EM_LIMITTEXT, longestText, 0);
+        return !lclLogic.MayEdit(RowNumber(reinterpret_cast<NMLVDISPINFOW&>(header).item.iItem));
+    }
+    case LVN_ENDLABELEDITW: {
+        const auto& item = reinterpret_cast<NMLVDISPINFOW&>(header).item;
+        if (item.pszText)
+            lclLogic.RowEdited(RowNumber(item.iItem), platform::win32::FromWide(item.pszText));
+        return FALSE; // the rows have the new text, or the old one stays
+    }
     case LVN_ITEMCHANGED: {
         const auto& change = reinterpret_cast<NMLISTVIEW&>(header);
         if ((change.uChanged & LVIF_STATE) &&
@@ -188,7 +225,8 @@ std::optional<LRESULT> ListWindowWin32::Notified(NMHDR& header) {
     }
     case LVN_ODSTATECHANGED: ReportSelection(); return 0;
     case LVN_ITEMACTIVATE:
-        if (const int row = reinterpret_cast<NMITEMACTIVATE&>(header).iItem; row >= 0)
+        // By the keyboard the notification names no row.
+        if (const int row = ListView_GetNextItem(lclWindow, -1, LVNI_FOCUSED); row >= 0)
             lclLogic.RowActivated(static_cast<std::size_t>(row));
         return 0;
     case LVN_BEGINDRAG:
@@ -196,13 +234,25 @@ std::optional<LRESULT> ListWindowWin32::Notified(NMHDR& header) {
             lclLogic.DragStarted.Raise(lclLogic.Id(static_cast<std::size_t>(row)));
         return 0;
     case NM_SETFOCUS:
-        // The keyboard needs a row to start from.
-        if (ListView_GetNextItem(lclWindow, -1, LVNI_FOCUSED) < 0 && lclLogic.Count() > 0)
+        // The keyboard needs a row to start from; a click brings its own.
+        if (ListView_GetNextItem(lclWindow, -1, LVNI_FOCUSED) < 0 && lclLogic.Count() > 0 &&
+            GetKeyState(VK_LBUTTON) >= 0 && GetKeyState(VK_RBUTTON) >= 0)
             ListView_SetItemState(lclWindow, 0, marked, marked);
         lclLogic.FocusTaken.Raise();
         return 0;
     default: return 0;
     }
+}
+
+void ListWindowWin32::BoxClickedAt(POINT point) {
+    LVHITTESTINFO hit{};
+    hit.pt = point;
+    if (ListView_HitTest(lclWindow, &hit) >= 0 && (hit.flags & LVHT_ONITEM) == LVHT_ONITEMSTATEICON)
+        lclLogic.RowBoxClicked(RowNumber(hit.iItem));
+}
+
+bool ListWindowWin32::IsEditing(HWND window) const {
+    return lclWindow && window != lclWindow && ListView_GetEditControl(lclWindow) == window;
 }
 
 bool ListWindowWin32::UsesKey(WPARAM key) const {
@@ -234,6 +284,11 @@ bool ListWindowWin32::KeyPressed(WPARAM key) {
                             GetKeyState(VK_SHIFT) < 0};
     bool used = false;
     lclLogic.KeyPressed.Raise(shortcut, used);
+    const int current = ListView_GetNextItem(lclWindow, -1, LVNI_FOCUSED);
+    if (!used && lclLogic.HasBoxes() && shortcut == Key(keys::space) && current >= 0) {
+        lclLogic.RowBoxClicked(RowNumber(current));
+        used = true;
+    }
     if (!used && lclLogic.ManySelected() && shortcut == Ctrl('A')) {
         lclLogic.SelectAll();
         used = true;

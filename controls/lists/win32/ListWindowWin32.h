@@ -32,14 +32,17 @@ public:
 
     // What the parent receives from the list or its heading; null: not from them.
     std::optional<LRESULT> Notified(NMHDR& header);
-    // Whether a key is the list's, while it has the focus.
+    // Whether a key is the list's, while it has the focus; all keys are its label editor's.
     bool UsesKey(WPARAM key) const;
+    bool IsEditing(HWND window) const; // whether that window is the editor
 
     void RowsChanged() override;
     void TitlesChanged() override;
     void WidthsChanged() override;
     void SelectionChanged() override;
+    void BoxesChanged() override;
     void ShowRow(std::size_t row) override;
+    void EditRow(std::size_t row) override;
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
@@ -49,6 +52,7 @@ private:
     void GiveItem(LVITEMW& item);
     void OpenContextMenu(LPARAM position);
     void ReportSelection();
+    void BoxClickedAt(POINT point);
     bool KeyPressed(WPARAM key);
 
     VirtualList& lclLogic;

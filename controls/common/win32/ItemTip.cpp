@@ -1,0 +1,49 @@
+#include "controls/common/win32/ItemTip.h"
+
+#include <commctrl.h>
+
+#include "platform/win32/Owner.h"
+
+namespace kavidex::controls::win32 {
+
+namespace {
+
+constexpr int widest = 480; // pixels, then the text wraps
+
+// The size that version 5 of the controls takes as well.
+TOOLINFOW ToolOf(HWND window) {
+    TOOLINFOW tool{};
+    tool.cbSize = TTTOOLINFOW_V2_SIZE;
+    tool.uFlags = TTF_SUBCLASS;
+    tool.hwnd = window;
+    tool.uId = 1;
+    return tool;
+}
+
+} // namespace
+
+void ItemTip::Create(HWND window) {
+    lclWindow = window;
+    lclItem = 0;
+    lclTip = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
+                             WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
+                             CW_USEDEFAULT, CW_USEDEFAULT, window, nullptr,
+                             platform::win32::OwnModule(), nullptr);
+    auto tool = ToolOf(window);
+    wchar_t none[] = L"";
+    tool.lpszText = none;
+    SendMessageW(lclTip, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    SendMessageW(lclTip, TTM_SETMAXTIPWIDTH, 0, widest);
+}
+
+void ItemTip::Show(INT_PTR item, const RECT& place, std::wstring text) {
+    lclItem = item;
+    auto tool = ToolOf(lclWindow);
+    if (!text.empty()) tool.rect = place;
+    tool.lpszText = text.data();
+    SendMessageW(lclTip, TTM_POP, 0, 0);
+    SendMessageW(lclTip, TTM_NEWTOOLRECTW, 0, reinterpret_cast<LPARAM>(&tool));
+    SendMessageW(lclTip, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+} // namespace kavidex::controls::win32
