@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "data/schema/upgradeSteps.h"
 #include "platform/Error.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -48,7 +49,7 @@ std::string Digits(int number, std::size_t width) {
 
 } // namespace
 
-std::vector<std::string> DefaultTabs(std::string_view list, data::Connection* connection,
+std::vector<std::string> DefaultTabs(std::string_view list, const data::ConnectionPtr& connection,
                                      const platform::Workstation& workstation) {
     std::vector<std::string> names;
     list = platform::TrimView(list);
@@ -58,11 +59,13 @@ std::vector<std::string> DefaultTabs(std::string_view list, data::Connection* co
             if (auto name = platform::Trim(part); !name.empty()) names.push_back(std::move(name));
         return names;
     }
+    if (!connection) return names;
     try {
-        if (connection)
-            names = TabsOfType(platform::TrimView(list.substr(typePrefix.size())), *connection);
+        return TabsOfType(platform::TrimView(list.substr(typePrefix.size())), *connection);
     } catch (const platform::Error& error) {
         workstation.log.Write("fncGetAndCreateTabs", error.what());
+        const data::UpgradeContext tables{workstation, connection};
+        if (tables.HasTable("tblDossierTypes") && tables.HasTable("tblDossierTabs")) throw;
     }
     return names;
 }

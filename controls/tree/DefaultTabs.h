@@ -15,8 +15,9 @@ struct Workstation;
 namespace kavidex::controls {
 
 // The names in a list: "a;b;c", or "Dossiertype=" and a type for the folders that tblDossierTabs
-// keeps for it. A database without those tables has none for any type (the log tells).
-std::vector<std::string> DefaultTabs(std::string_view list, data::Connection* connection,
+// keeps for it. A database without those tables has none for any type (the log tells); throws
+// data::Error where they cannot be read.
+std::vector<std::string> DefaultTabs(std::string_view list, const data::ConnectionPtr& connection,
                                      const platform::Workstation& workstation);
 
 // %DD %MM %YYYY %hh %mm %ss by the time, and a percent sign with number signs by `number`, padded

@@ -41,16 +41,15 @@ ItemPtr AddNote(const platform::Workstation& workstation, model::clsTree& tree,
     return nullptr;
 }
 
-ItemPtr ItemCopier::Copy(const model::clsItem& item, std::int32_t folder) {
+ItemPtr ItemCopier::Copy(const model::clsItem& item, std::int32_t folder, bool moves) {
     const auto document = lclDocuments.Of(item);
     ItemPtr copy;
     if (document.outcome == model::DocumentLook::NoDocument)
         copy = lclTree.AddChildItem(0, item.ItemType(), nullptr, item.ItemId(), item.Description(),
                                     folder);
-    else if (document.outcome == model::DocumentLook::FileMissing &&
-             platform::EqualNoCase(document.type, "nnt")) // nothing was written in it
-        copy = AddNote(lclWorkstation, lclTree,
-                       lclDossierKey.empty() ? document.externalId : lclDossierKey,
+    else if (document.outcome == model::DocumentLook::FileMissing && !moves &&
+             platform::EqualNoCase(document.type, "nnt"))
+        copy = AddNote(lclWorkstation, lclTree, lclDossierKey.value_or(document.externalId),
                        item.Description(), folder);
     else
         copy = CopyDocument(document, item, folder);
@@ -64,7 +63,7 @@ ItemPtr ItemCopier::CopyDocument(const model::DocumentFile& document, const mode
     model::FilingRequest request;
     request.source = document.path;
     request.folderId = folder;
-    request.externalId = lclDossierKey.empty() ? document.externalId : lclDossierKey;
+    request.externalId = lclDossierKey.value_or(document.externalId);
     request.description = item.Description();
     request.mail = document.extraInfo;
     request.readOnly = document.readOnly;

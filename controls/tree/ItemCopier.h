@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -24,15 +25,18 @@ std::shared_ptr<model::clsItem> AddNote(const platform::Workstation& workstation
 // A copy of a document is a document of its own, with a row and a file of its own.
 class ItemCopier {
 public:
-    // `from` is the database of the items; `into` may belong to another one. Without a key of the
-    // host's a copy keeps that of the original.
+    // `from` is the database of the items; `into` may belong to another one. Where nobody knows the
+    // key of the host's there, a copy keeps that of the original.
     ItemCopier(const platform::Workstation& workstation, data::ConnectionPtr from,
-               model::clsTree& into, std::string dossierKey)
+               model::clsTree& into, std::optional<std::string> dossierKey)
         : lclWorkstation(workstation), lclTree(into), lclDocuments(workstation, std::move(from)),
           lclDossierKey(std::move(dossierKey)) {}
 
-    // The item alone, without what is below it. Throws platform::Error; nothing is left then.
-    std::shared_ptr<model::clsItem> Copy(const model::clsItem& item, std::int32_t folder);
+    // The item alone, without what is below it. Throws platform::Error; nothing is left then. A
+    // note whose file is missing may be one in which nothing was written: it is copied as such,
+    // unless the original is to go (`moves`).
+    std::shared_ptr<model::clsItem> Copy(const model::clsItem& item, std::int32_t folder,
+                                         bool moves);
 
 private:
     std::shared_ptr<model::clsItem> CopyDocument(const model::DocumentFile& document,
@@ -41,7 +45,7 @@ private:
     const platform::Workstation& lclWorkstation;
     model::clsTree& lclTree;
     model::DocumentFiles lclDocuments;
-    std::string lclDossierKey;
+    std::optional<std::string> lclDossierKey;
 };
 
 } // namespace kavidex::controls

@@ -4,22 +4,39 @@
 
 namespace kavidex::controls {
 
-std::span<const ListColumn> GridColumns() {
-    static constexpr ListColumn columns[] = {
-        {.caption = "Omschrijving", .field = "Omschrijving"},
-        {.caption = "Type", .field = "Type"},
-        {.caption = "Toegevoegd door", .field = "Toegevoegd door"},
-        {.caption = "Toegevoeg op", .field = "Toegevoegd op", .sortField = "InsertSort"},
-    };
-    return columns;
+namespace {
+
+constexpr ListColumn columns[] = {
+    {.caption = "Omschrijving", .field = "Omschrijving", .least = 180},
+    {.caption = "Type", .field = "Type", .width = 95},
+    {.caption = "Toegevoegd door", .field = "Toegevoegd door", .width = 165},
+    {.caption = "Toegevoeg op", .field = "Toegevoegd op", .sortField = "InsertSort", .width = 150},
+};
+
+} // namespace
+
+TreeGrid::TreeGrid(const platform::Workstation& workstation)
+    : lclWorkstation(workstation), lclList(columns, true) {}
+
+bool TreeGrid::Show(const data::ConnectionPtr& connection,
+                    const std::vector<std::shared_ptr<model::clsItem>>& items) {
+    auto rows = RowsOf(items);
+    std::vector<DocumentRow> unread;
+    for (const auto& row : rows)
+        if (row.documentId > 0 && !lclRead.contains(row.documentId)) unread.push_back(row);
+    const bool whole = unread.empty() || ReadInsertion(lclWorkstation, connection, unread);
+    for (auto& row : unread) lclRead.insert_or_assign(row.documentId, std::move(row));
+    for (auto& row : rows) {
+        const auto known = lclRead.find(row.documentId);
+        if (known == lclRead.end()) continue;
+        row.insertedBy = known->second.insertedBy;
+        row.insertedOn = known->second.insertedOn;
+        row.sortKey = known->second.sortKey;
+    }
+    lclList.SetRows(std::make_unique<DocumentRows>(std::move(rows)));
+    return whole;
 }
 
-std::unique_ptr<ListRows> GridRows(const platform::Workstation& workstation,
-                                   const data::ConnectionPtr& connection,
-                                   const std::vector<std::shared_ptr<model::clsItem>>& items) {
-    auto rows = RowsOf(items);
-    ReadInsertion(workstation, connection, rows);
-    return std::make_unique<DocumentRows>(std::move(rows));
-}
+void TreeGrid::Forget() { lclRead.clear(); }
 
 } // namespace kavidex::controls

@@ -1,8 +1,9 @@
 // The tree's list mode, `Grid`: the documents of the dossier as rows of a list.
 #pragma once
 
+#include <cstdint>
 #include <memory>
-#include <span>
+#include <unordered_map>
 #include <vector>
 
 #include "controls/lists/DocumentRows.h"
@@ -14,11 +15,23 @@ class clsItem;
 
 namespace kavidex::controls {
 
-std::span<const ListColumn> GridColumns();
+class TreeGrid {
+public:
+    explicit TreeGrid(const platform::Workstation& workstation);
 
-// The documents among the items; who added them and when is read from the database.
-std::unique_ptr<ListRows> GridRows(const platform::Workstation& workstation,
-                                   const data::ConnectionPtr& connection,
-                                   const std::vector<std::shared_ptr<model::clsItem>>& items);
+    VirtualList& List() { return lclList; }
+    const VirtualList& List() const { return lclList; }
+
+    // The documents among the items take the place of the rows before. Who added a document and
+    // when is read once; false when that failed for some, whose columns stay empty.
+    bool Show(const data::ConnectionPtr& connection,
+              const std::vector<std::shared_ptr<model::clsItem>>& items);
+    void Forget(); // what was read: the database may say something else by now
+
+private:
+    const platform::Workstation& lclWorkstation;
+    VirtualList lclList;
+    std::unordered_map<std::int32_t, DocumentRow> lclRead; // by document
+};
 
 } // namespace kavidex::controls

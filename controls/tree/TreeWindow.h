@@ -9,6 +9,7 @@
 
 #include "controls/common/Appearance.h"
 #include "controls/common/PopupMenu.h"
+#include "controls/exchange/DragDrop.h"
 
 namespace kavidex::controls::forms {
 class FormPresenter;
@@ -49,7 +50,7 @@ public:
     virtual bool IsExpanded(NodeHandle node) const = 0;
     virtual void SetCheckBoxes(bool show) = 0;
     virtual void SetChecked(NodeHandle node, bool checked) = 0;
-    // The node's part in the collected selection changed: paint it again.
+    // The node's part in the collected selection changed (0: that of many): paint it again.
     virtual void Repaint(NodeHandle node) = 0;
     virtual void EditLabel(NodeHandle node) = 0;
     virtual void SetDropTarget(NodeHandle node) = 0; // 0: none
@@ -59,7 +60,13 @@ public:
     // Adds the system's icon of a file extension under the key; false when there is none.
     virtual bool AddFileIcon(std::string_view extension, std::string_view key) = 0;
 
-    virtual void SetStatusText(std::string_view text) = 0;
+    // The list (ctrlTree::Grid) in the tree's place, or the tree again; with the focus where one of
+    // them has it.
+    virtual void ShowList(bool list) = 0;
+    // Calls ctrlTree::Woken once the messages at hand are handled.
+    virtual void WakeSoon() = 0;
+
+    virtual void SetStatusText(std::string_view text) = 0; // names the list too
     virtual void ShowStatusBar(bool show) = 0;
     // 0 as both colours: the system's. `opaque`: the label above the tree has them too, else the
     // surroundings'.
@@ -70,9 +77,9 @@ public:
 
     // Shows the menu at a screen point and waits; the chosen entry's position in `menu`.
     virtual std::optional<std::size_t> ShowMenu(const PopupMenu& menu, int x, int y) = 0;
-    // Drags that text as a button of the mouse is held and waits until it is dropped; the effect.
+    // Drags that data as a button of the mouse is held and waits until it is dropped; the effect.
     // Tells the logic DragFeedback and DragDataAsked meanwhile.
-    virtual std::int32_t Drag(std::string_view text, std::int32_t allowed) = 0;
+    virtual std::int32_t Drag(const DropData& data, std::int32_t allowed) = 0;
     // Shows forms before the window; null: none can be shown.
     virtual forms::FormPresenter* Forms() = 0;
     // Whether a top-level window's title contains the text, without case.

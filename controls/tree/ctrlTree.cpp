@@ -1,9 +1,12 @@
 #include "controls/tree/ctrlTree.h"
 
+#include "controls/forms/Form.h"
 #include "model/clsItem.h"
 #include "model/clsTree.h"
+#include "model/filing.h"
 #include "platform/Error.h"
 #include "platform/ErrorNumber.h"
+#include "platform/Exchange.h"
 #include "platform/General.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
@@ -20,7 +23,8 @@ ctrlTree::ctrlTree(const platform::Workstation& workstation)
                                                   Text("Geen authorisatie"), platform::Buttons::Ok,
                                                   platform::Icon::Exclamation});
                 }),
-      lclOwnLock(workstation) {
+      lclGrid(workstation), lclOwnLock(workstation) {
+    SubscribeToGrid();
     for (const auto& option : TreeOptionTable())
         lclState.*option.member = platform::GetRegFlag(workstation, option.section, option.key);
     lclState.NameForInsert = lclDefaultNames = "Nieuwe map;Nieuwe notitie";
@@ -28,6 +32,18 @@ ctrlTree::ctrlTree(const platform::Workstation& workstation)
 
 ctrlTree::~ctrlTree() {
     if (lclTaker == this) lclTaker = nullptr;
+    for (auto* form : lclForms) form->Close(false);
+}
+
+std::optional<bool> ctrlTree::ShowForm(forms::Form& form) {
+    auto* presenter = lclWindow ? lclWindow->Forms() : nullptr;
+    if (!presenter) return false;
+    const std::weak_ptr<void> alive = lclAlive;
+    lclForms.push_back(&form);
+    const bool result = presenter->ShowModal(form);
+    if (alive.expired()) return std::nullopt;
+    std::erase(lclForms, &form);
+    return result;
 }
 
 void ctrlTree::TakeEffect(const Row::Member& member) {
@@ -42,10 +58,15 @@ void ctrlTree::TakeEffect(const Row::Member& member) {
     else if (is(&P::FullExpand) && lclState.FullExpand)
         Fill();
     else if (is(&P::Description) && lclTree && lclState.TreeId > 0)
-        Guarded("ctrlTree", [&] { lclTree->SetDescription(lclState.Description); });
+        Guarded("ctrlTree",
+                [&] { lclTree->SetDescription(model::ColumnText(lclState.Description)); });
     else if (is(&P::BackColor) || is(&P::ForeColor) || is(&P::Enabled) || is(&P::BorderStyle) ||
-             is(&P::BackStyle) || is(&P::SelectItems))
+             is(&P::BackStyle))
         ShowAppearance();
+    else if (is(&P::SelectItems)) {
+        Collect({}); // what was marked is not what is ticked
+        ShowAppearance();
+    }
 }
 
 void ctrlTree::SetTreeId(std::int32_t id) {
@@ -86,6 +107,7 @@ void ctrlTree::SetTranslate(std::shared_ptr<Translator> translator) {
         lclDefaultNames = Text("Nieuwe map") + ";" + Text("Nieuwe notitie");
         lclState.NameForInsert = lclDefaultNames;
     }
+    Grid().SetTranslation(TranslationBy(lclTranslator));
     ShowStatusText();
 }
 
@@ -118,10 +140,13 @@ void ctrlTree::AttachWindow(TreeWindow* window) {
     ShowAppearance();
     ShowStatusText();
     window->ShowStatusBar(lclShowStatusBar);
+    window->ShowList(lclListMode);
+    lclGridDue = false; // the window that was asked is gone
     Fill();
 }
 
 void ctrlTree::ShowAppearance() {
+    ShowBoxes();
     if (!lclWindow) return;
     lclWindow->SetColours(static_cast<std::uint32_t>(lclState.BackColor),
                           static_cast<std::uint32_t>(lclState.ForeColor), lclState.BackStyle != 0);
@@ -131,7 +156,15 @@ void ctrlTree::ShowAppearance() {
     lclWindow->SetCheckBoxes(lclState.SelectItems);
 }
 
-std::string ctrlTree::StatusText() const { return Text("Dossier met aanwezige documenten"); }
+void ctrlTree::ShowBoxes() {
+    const auto ticked = [this](std::int32_t id) { return lclCollected.contains(id); };
+    Grid().SetBoxes(lclState.SelectItems ? std::function<bool(std::int32_t)>(ticked) : nullptr);
+}
+
+std::string ctrlTree::StatusText() const {
+    return lclListMode ? Text("Lijst van aanwezige documenten")
+                       : Text("Dossier met aanwezige documenten");
+}
 
 void ctrlTree::ShowStatusText() {
     if (lclWindow) lclWindow->SetStatusText(StatusText());
@@ -157,12 +190,27 @@ bool ctrlTree::Guarded(std::string_view routine, const std::function<void()>& wo
     }
 }
 
+void ctrlTree::OnItem(const std::function<void()>& work) const {
+    try {
+        work();
+    } catch (const platform::Error& error) {
+        if (error.Number() != platform::errors::notFound) throw;
+        lclWorkstation.log.Write("ctrlTree", error.what());
+        throw platform::Error(error.Number(), Text("Dit is intussen door een andere gebruiker "
+                                                   "verwijderd. Met F5 wordt het dossier "
+                                                   "opnieuw gelezen."));
+    }
+}
+
 void ctrlTree::ShowError(std::string_view caption, const std::vector<std::string>& values,
                          const std::exception& error) const {
     std::string text = error.what();
-    if (const auto* ours = dynamic_cast<const platform::Error*>(&error))
-        text = std::to_string(platform::ShownNumber(ours->Number())) + " " + text;
+    const auto* ours = dynamic_cast<const platform::Error*>(&error);
+    if (ours) text = std::to_string(platform::ShownNumber(ours->Number())) + " " + text;
     lclWorkstation.log.Write(platform::FillPlaceholders(caption, values), text);
+    if (ours && ours->Number() == platform::errors::clipboardHeld)
+        text = std::to_string(ours->Number()) + " " +
+               Text("Het klembord is in gebruik bij een ander programma. Probeer het opnieuw.");
     lclWorkstation.messages.Show(
         {text, Text(caption, values), platform::Buttons::Ok, platform::Icon::Critical});
 }

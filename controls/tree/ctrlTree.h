@@ -16,8 +16,10 @@
 #include "controls/common/Event.h"
 #include "controls/common/GrantedRights.h"
 #include "controls/common/OperationLock.h"
+#include "controls/common/Shortcut.h"
 #include "controls/common/Translator.h"
 #include "controls/tree/TreeEvents.h"
+#include "controls/tree/TreeGrid.h"
 #include "controls/tree/TreeProperties.h"
 #include "controls/tree/TreeWindow.h"
 #include "data/Connection.h"
@@ -32,9 +34,15 @@ class clsTree;
 class clsUserAuth;
 } // namespace kavidex::model
 
+namespace kavidex::controls::forms {
+class Form;
+}
+
 namespace kavidex::controls {
 
 using ItemPtr = std::shared_ptr<model::clsItem>;
+
+class MailSender;
 
 template <class Context>
 class Commands;
@@ -112,6 +120,8 @@ public:
     void Serve(OperationLock& lock, std::function<std::string()> dossierKey);
     const std::optional<FontFace>& Font() const { return lclFont; }
     void SetFont(std::optional<FontFace> font);
+    // Offers mailing by it, which must outlive the tree; null: mailing is not offered.
+    void SetMailSender(MailSender* sender) { lclMail = sender; }
 
     void LoadProperties(PropertyBag& bag);
     void SaveProperties(PropertyBag& bag) const;
@@ -162,7 +172,8 @@ public:
 
     // The rule that every road of the user asks: the switch of the property, and the right.
     bool MayUser(UserAction action) const;
-    bool MayInsert(std::size_t entry) const; // the i-th entry of NameForInsert
+    bool MayInsert(std::size_t entry) const;       // the i-th entry of NameForInsert
+    bool AcceptsType(std::string_view type) const; // by AllowedTypes
 
     // Selects the next or previous document in the order of the tree; false at the end.
     bool SetNextChildItem();
@@ -170,6 +181,12 @@ public:
     bool SetHighLightToItem(std::int32_t id);
     void fncShowStatusBar(bool show);
     bool StatusBarVisible() const { return lclShowStatusBar; }
+
+    // The documents of the dossier as a list in the tree's place: its rows, and its selection, are
+    // those of the tree's items.
+    bool ListMode() const { return lclListMode; }
+    void SetListMode(bool list);
+    VirtualList& Grid() { return lclGrid.List(); }
 
     // Descriptions from the root on, joined by backslashes.
     std::string NodeFullPath(std::int32_t id) const;
@@ -206,22 +223,37 @@ public:
     // Fills the window with what there is; null detaches. The window must detach before it dies.
     void AttachWindow(TreeWindow* window);
 
-    void NodeSelected(std::int32_t id);
+    void NodeSelected(std::int32_t id);  // it alone
     void NodeActivated(std::int32_t id); // double click or Enter
     void NodeChecked(std::int32_t id, bool checked);
     bool HasCollected() const { return !lclCollected.empty(); }
-    void NodeToggled(std::int32_t id); // taken into or out of the collected selection
+    // As in the file manager: into or out of the collected selection (Ctrl), all from where the
+    // selection began (Shift), to them what is collected (Ctrl and Shift); the current node moves
+    // along, and moves alone (Ctrl and an arrow).
+    void NodeToggled(std::int32_t id);
+    void SelectedUpTo(std::int32_t id, bool add);
+    void CurrentMoved(std::int32_t id);
+    void CurrentStepped(int step, bool extend); // the current node to the one below or above it
+    void NodeCollapsed(std::int32_t id);        // what it hides is no longer collected
     bool IsCollected(std::int32_t id) const {
         return !lclCollected.empty() && lclCollected.contains(id);
     }
+    // What the box `txtSwitch` holds: the name of the child that shows; another name switches.
+    static std::string_view ShownChild(bool list) { return list ? "Grid" : "tree1"; }
+    void SwitchTyped(std::string_view text);
+    void Woken(); // as it asked its window to
     bool CanEditLabel(std::int32_t id) const;
     std::string EditText(std::int32_t id) const;              // what the label's editor starts with
     bool LabelEdited(std::int32_t id, std::string_view text); // false: the old text stays
     std::string ToolTip(std::int32_t id) const;
     // At a screen point, over a node or over empty space.
     void ContextMenu(std::optional<std::int32_t> id, int x, int y);
-    // F2, Delete and the clipboard keys; true when the key was used.
+    // A key of the menu's commands; true when it was used, be it that the command is refused.
     bool CommandKey(int key, bool control, bool shift);
+    static bool HasCommand(const Shortcut& key);
+    // The next item whose description contains what was last looked for is selected; false: the
+    // user was told that there is none.
+    bool FindNext(bool forward);
 
     bool BeginDrag(std::int32_t id); // whether a drag of the item (or the collected ones) may start
     std::int32_t Drag(std::int32_t id); // the whole of it; the effect
@@ -261,6 +293,13 @@ private:
         };
         std::vector<Item> items; // and all that was below, parents first
     };
+    // What the user deleted at once: the items themselves, and of each all that went with it.
+    struct Deleted {
+        std::int32_t id;
+        std::string description;
+        std::vector<std::int32_t> taken;
+    };
+    using Deletion = std::vector<Deleted>;
     struct MenuContext; // what the rows of the menu act on
     static const Commands<MenuContext>& MenuTable();
     struct IconEntry {
@@ -282,13 +321,29 @@ private:
     }
     void TakeEffect(const Row::Member& member);
     void ShowAppearance();
+    void ShowBoxes();
     void ShowStatusText();
 
     std::string Text(std::string_view text, const std::vector<std::string>& values = {}) const;
     // Runs one public operation: its error is shown under "Error in " and the routine's name.
     bool Guarded(std::string_view routine, const std::function<void()>& work) const;
+    // Says in the user's words that an item is gone from the database; all else passes.
+    void OnItem(const std::function<void()>& work) const;
     void ShowError(std::string_view caption, const std::vector<std::string>& values,
                    const std::exception& error) const;
+
+    void SubscribeToGrid();
+    void FillGrid();    // its rows and its selection
+    void GridChanged(); // fills it soon, once for many changes
+    void SelectRows();
+    void RowsSelected();
+    // In list mode the row to select once these are deleted: the next, else the one before; 0:
+    // none.
+    std::int32_t NextRow(const std::vector<std::int32_t>& deleted) const;
+    void ShowSelected(); // in the tree again where the list has no row of it
+    void EditLabel(std::int32_t id);
+    // Modal. Nothing when the tree is gone by the time it closes: no member may be touched then.
+    std::optional<bool> ShowForm(forms::Form& form);
 
     ItemPtr Root() const; // null while no tree is loaded
     bool LoadTree();      // false: reading failed, and what was shown is still there
@@ -296,7 +351,10 @@ private:
     void ForgetTree(); // what was selected, cut or dragged belongs to the tree that goes
     void AskRights();
     void Fill();
-    void FillFrom(const ItemPtr& top, std::int32_t parentId);
+    void FillOnce();
+    // `step` is called after each item.
+    void FillFrom(const ItemPtr& top, std::int32_t parentId,
+                  const std::function<void()>& step = {});
     std::vector<ItemPtr> Children(const model::clsItem& item) const; // in the order of the view
     // One item and all below it, parents first.
     void Walk(const ItemPtr& top, std::int32_t parentId,
@@ -312,36 +370,65 @@ private:
     void Forget(std::int32_t id); // the item's node and all below it
 
     TreeItemInfo Info(std::int32_t id) const;
+    void MakeCurrent(std::int32_t id);
+    void BeginCollection(std::int32_t beside);
+    void Collect(std::vector<std::int32_t> ids);  // in place of what was collected
+    std::vector<std::int32_t> VisibleIds() const; // from top to bottom, in open folders
     bool SelectNode(std::int32_t id, bool raise);
+    bool SelectAlone(std::int32_t id, bool raise); // the collected selection ends
     bool StepToDocument(int step);
     std::int32_t FolderAt(std::int32_t id) const; // itself, or the folder around it; the root for 0
     bool IsWithin(std::int32_t id, std::int32_t ancestor) const;
     std::vector<std::int32_t> SelectedIds() const;
 
+    std::int32_t MakeTabs(const std::vector<std::string>& names, std::int32_t parentId);
     void CreateInsertItem(int entry);
     ItemPtr CreateNote(std::string_view name, std::int32_t folder);
-    bool AcceptsType(std::string_view type) const;
-    std::int32_t fncDeleteSingleItem(std::int32_t id); // the node to select next
+    bool DeleteItems(const std::vector<std::int32_t>& ids, Deletion* deletion);
+    // The node to select next; `taken` gets the ids of all that went.
+    std::int32_t fncDeleteSingleItem(std::int32_t id, std::vector<std::int32_t>* taken);
+    void DeleteSelected(); // by the user, who may undo it
+    void UndoDeletion();
+    void RestoreSelected();
+    Deletion PutBack(Deletion deletion); // what could not be put back, and may be tried again
+    void TellPutBack(const std::vector<std::int32_t>& around,
+                     const std::vector<std::int32_t>& atRoot, const std::string& failed) const;
+    std::vector<ItemPtr> TopmostSelected() const; // without what is below another selected item
+    void Find();
+    std::vector<ItemPtr> ItemsToFind() const; // what the tree, or the list, shows, in its order
+    std::int32_t FindBeside(std::int32_t id, std::string_view text, bool forward) const; // 0: none
     std::int32_t NextSelection(std::int32_t id) const;
     void MoveItems(const std::vector<std::int32_t>& ids, std::int32_t target);
     bool MayChange(std::int32_t id) const;
     bool MayMove(std::int32_t id, std::int32_t target) const;
+    static std::vector<std::int32_t> DraggedIds(std::string_view text);
+    std::vector<std::int32_t> DraggedWith(std::int32_t id) const;
+    void StartDrag(const std::vector<std::int32_t>& ids);
     std::int32_t OfferedEffect(const DropData& data, std::int32_t folder) const;
     DropData AcceptedOf(const DropData& data) const; // the user is told what AllowedTypes refuses
     void ToggleOption(const TreeOption& option);
     void ShowItemProperties(const std::vector<std::int32_t>& ids);
     void Take(bool cut);
-    ctrlTree* Taker() const; // the tree that cut or copied what can be pasted; null: none
+    ctrlTree* Taker() const;     // the tree that cut or copied what can be pasted; null: none
+    bool TakenElsewhere() const; // in another program, or in a tree that is gone
     bool MayPaste(std::int32_t folder) const;
     void Paste();
     void PasteCopies(ctrlTree& source, std::int32_t folder);
     void DeleteCopied(ctrlTree& source, const Taken& taken);
-    void TellNotCopied(const std::string& items) const;
+    void TellNotCopied(const std::string& items, const std::string& caption) const;
     bool MayCopyHere(const model::clsItem& item) const;
     std::vector<ItemPtr> DocumentsBelow(const std::vector<std::int32_t>& ids) const;
     void CopySpecial();
     void PasteSpecial();
     void CopyLink();
+    struct Printing;
+    void Print();
+    void Mail(bool asPdf);
+    void KeepSentMail(const std::string& sent);
+    // The selected documents, and those in selected folders where the user answers yes.
+    std::vector<ItemPtr> ChosenDocuments(const std::string& question,
+                                         const std::string& caption) const;
+    bool HasDocuments(const std::vector<std::int32_t>& ids) const;
 
     const platform::Workstation& lclWorkstation;
     TreeProperties lclState;
@@ -354,6 +441,9 @@ private:
     std::shared_ptr<model::clsTree> lclTree;
     TreeWindow* lclWindow = nullptr;
     bool lclShowStatusBar = true;
+    TreeGrid lclGrid;
+    bool lclListMode = false, lclGridDue = false;
+    std::vector<std::shared_ptr<void>> lclGridTokens;
 
     std::unordered_map<std::int32_t, Node> lclNodes;
     std::unordered_set<std::int32_t> lclCollected;
@@ -362,11 +452,18 @@ private:
     OperationLock* lclLock = &lclOwnLock;
     std::function<std::string()> lclDossierKey;
     Taken lclTaken;
-    static thread_local ctrlTree* lclTaker; // the tree in which this thread's user took last
-    std::int32_t lclSelected = 0;
+    std::string lclToken; // of what was taken here last, also when it was pasted since
+    static thread_local ctrlTree* lclTaker;      // the tree in which this thread's user took last
+    std::int32_t lclSelected = 0, lclAnchor = 0; // where the user's selection began
     std::vector<IconEntry> lclIcons;
     std::vector<std::pair<std::string, Images>> lclImages; // by type as written, for the fill
     std::int32_t lclFillErrors = 0;
+    bool lclFilling = false, lclFillAgain = false;
+    MailSender* lclMail = nullptr;
+    std::vector<Deletion> lclDeletions; // that can be undone, the last one last
+    std::string lclSought;
+    std::vector<forms::Form*> lclForms; // that are open
+    std::shared_ptr<void> lclAlive = std::make_shared<char>();
 };
 
 } // namespace kavidex::controls

@@ -1,4 +1,5 @@
 // Dragging items within the tree, and dropping files, mail and texts from outside on it.
+#include "controls/tree/DragDocuments.h"
 #include "controls/tree/ctrlTree.h"
 #include "model/clsItem.h"
 #include "model/filing.h"
@@ -12,26 +13,42 @@ namespace kavidex::controls {
 bool ctrlTree::BeginDrag(std::int32_t id) {
     const auto root = Root();
     if (!MayChange(id) || !root || id == root->Id()) return false;
-    const auto ids = IsCollected(id) ? lclCollectedOrder : std::vector<std::int32_t>{id};
+    StartDrag(DraggedWith(id));
+    return true;
+}
+
+std::vector<std::int32_t> ctrlTree::DraggedWith(std::int32_t id) const {
+    return IsCollected(id) ? lclCollectedOrder : std::vector<std::int32_t>{id};
+}
+
+void ctrlTree::StartDrag(const std::vector<std::int32_t>& ids) {
     lclState.DropString.clear();
     for (const auto one : ids)
         lclState.DropString += (lclState.DropString.empty() ? "" : ";") + std::to_string(one);
     lclState.IntDrag = lclState.JustStartedDrag = lclState.InternalMove = true;
-    return true;
 }
 
 std::int32_t ctrlTree::Drag(std::int32_t id) {
     std::int32_t effect = drop::none;
-    if (!lclWindow || !BeginDrag(id)) return effect;
+    const auto root = Root();
+    if (!lclWindow || !root || id == root->Id() || !lclNodes.contains(id)) return effect;
+    DropData data;
+    std::shared_ptr<const std::string> failed;
+    // What may not be changed here can still be copied elsewhere.
+    const bool moves = MayChange(id);
+    const auto documents = DocumentsBelow(DraggedWith(id));
+    if (!moves && documents.empty()) return effect;
+    StartDrag(DraggedWith(id));
     Guarded("ctrlTree", [&] {
-        DropData data;
         data.hasText = true;
         data.text = lclState.DropString;
-        std::int32_t allowed = drop::copy | drop::move;
+        failed = OfferDocuments(lclWorkstation, lclConnection, documents, data);
+        std::int32_t allowed = moves ? drop::copy | drop::move : drop::copy;
         DragStarted.Raise(data, allowed);
-        if (allowed != drop::none && lclWindow) effect = lclWindow->Drag(data.text, allowed);
+        if (allowed != drop::none && lclWindow) effect = lclWindow->Drag(data, allowed);
     });
     CompleteDrag(effect);
+    if (failed) TellNotCopied(*failed, Text("Slepen"));
     return effect;
 }
 
@@ -44,25 +61,34 @@ std::int32_t ctrlTree::DragOver(DragState state, const DropData& data, std::int3
     return effect;
 }
 
+// Without the right it is offered all the same: what is not offered is never dropped, and it is the
+// drop that tells the user why it is refused.
 std::int32_t ctrlTree::OfferedEffect(const DropData& data, std::int32_t folder) const {
     if (!lclTree) return drop::none;
     if (lclState.IntDrag) {
+        if (lclListMode) return drop::none; // its rows have no folder that could take them
         for (const auto& id : platform::Split(lclState.DropString, ';'))
             if (MayMove(static_cast<std::int32_t>(platform::Val(id)), folder)) return drop::move;
         return drop::none;
     }
-    return folder != 0 && !lclState.ReadOnly && (data.hasFiles || data.hasText) ? drop::copy
-                                                                                : drop::none;
+    const bool any = data.hasFiles || data.hasText || !data.virtualFiles.empty();
+    return folder != 0 && !lclState.ReadOnly && any ? drop::copy : drop::none;
 }
 
 DropData ctrlTree::AcceptedOf(const DropData& data) const {
     DropData accepted = data;
     std::string refused;
-    std::erase_if(accepted.files, [&](const std::string& file) {
+    const auto refuse = [&](const std::string& file) {
         if (AcceptsType(model::DocumentTypeOf(platform::FileName(file)))) return false;
         refused += (refused.empty() ? "" : ", ") + platform::FileName(file);
         return true;
+    };
+    std::erase_if(accepted.files, [&](const std::string& file) {
+        // Of a folder it is seen once it is opened.
+        return !lclWorkstation.files.DirectoryExists(file) && refuse(file);
     });
+    std::erase_if(accepted.virtualFiles,
+                  [&](const platform::VirtualFile& file) { return refuse(file.name); });
     if (!refused.empty())
         lclWorkstation.messages.Show(
             {Text("Bestanden van dit type worden hier niet opgenomen: $%$", {refused}),
@@ -86,7 +112,8 @@ std::int32_t ctrlTree::Dropped(const DropData& data, std::int32_t targetId) {
         } else if (MayUser(UserAction::AddExternal)) {
             if (!lclState.SelectItems) ClearSelectedItems();
             const auto accepted = AcceptedOf(data);
-            if (data.hasFiles && accepted.files.empty()) return;
+            const auto offered = data.files.size() + data.virtualFiles.size();
+            if (offered > 0 && accepted.files.empty() && accepted.virtualFiles.empty()) return;
             const auto entries = platform::Split(data.text, ';').size();
             const bool mail = !data.hasFiles && entries < 2 && lclWindow &&
                               lclWindow->HasTopWindow("Microsoft outlook");

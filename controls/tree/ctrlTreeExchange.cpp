@@ -26,16 +26,9 @@ void ctrlTree::Take(bool cut) {
         taken.cut = cut;
         if (platform::CreateGuid(lclWorkstation, taken.token) != 0)
             throw platform::Error(platform::errors::fail, "The clipboard got no mark");
-        const auto selected = SelectedIds();
-        const std::unordered_set<std::int32_t> among(selected.begin(), selected.end());
         platform::ExchangeData data;
-        for (const auto id : selected) {
-            // What is below another selected item goes with it.
-            auto above = GetParent(id);
-            while (above && !among.contains(above->Id())) above = GetParent(above->Id());
-            const auto item = GetNode(id);
-            if (above || !item) continue;
-            taken.ids.push_back(id);
+        for (const auto& item : TopmostSelected()) {
+            taken.ids.push_back(item->Id());
             data.text += (data.text.empty() ? "" : "\r\n") + item->Description();
             Walk(item, 0, [&](const ItemPtr& one, std::int32_t parent) {
                 if (one->Id() > 0) taken.items.push_back({one, parent});
@@ -45,6 +38,7 @@ void ctrlTree::Take(bool cut) {
         data.hasText = true;
         data.own = taken.token;
         lclWorkstation.clipboard.Write(data);
+        lclToken = taken.token;
         lclTaken = std::move(taken);
         lclTaker = this;
         lclState.ManualDragDropMove = cut;
@@ -59,6 +53,11 @@ ctrlTree* ctrlTree::Taker() const {
                : nullptr;
 }
 
+bool ctrlTree::TakenElsewhere() const {
+    return lclWorkstation.clipboard.HasOwn() &&
+           (!lclTaker || lclWorkstation.clipboard.Read().own != lclTaker->lclToken);
+}
+
 bool ctrlTree::MayPaste(std::int32_t folder) const {
     const auto* taker = Taker();
     const auto into = GetNode(folder);
@@ -70,8 +69,15 @@ bool ctrlTree::MayPaste(std::int32_t folder) const {
 
 void ctrlTree::Paste() {
     Guarded("ctrlTree", [&] {
+        if (TakenElsewhere()) {
+            lclWorkstation.messages.Show({Text("Wat in een ander programma geknipt of gekopieerd "
+                                               "is, kan hier niet geplakt worden"),
+                                          Text("Plakken"), platform::Buttons::Ok,
+                                          platform::Icon::Exclamation});
+            return;
+        }
         auto* taker = Taker();
-        if (!taker || lclWorkstation.clipboard.Read().own != taker->lclTaken.token) return;
+        if (!taker) return;
         const auto folder = FolderAt(lclSelected);
         if (taker == this && lclTaken.cut) {
             const auto ids = std::move(lclTaken.ids);
@@ -100,8 +106,10 @@ void ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
     if (taken.items.size() > 1)
         operation.Show(Text("Plakken"), Text("Mappen en documenten worden gekopieerd."),
                        Text("Annuleren"));
-    ItemCopier copier(lclWorkstation, source.lclConnection, *tree,
-                      lclDossierKey ? lclDossierKey() : std::string());
+    std::optional<std::string> key;
+    if (lclDossierKey) key = lclDossierKey();
+    if (&source == this && key && key->empty()) key.reset();
+    ItemCopier copier(lclWorkstation, source.lclConnection, *tree, key);
     std::unordered_map<std::int32_t, std::int32_t> folders{{0, folder}};
     std::string failed;
     int done = 0;
@@ -116,7 +124,7 @@ void ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
         try {
             if (!MayCopyHere(*item))
                 throw platform::Error(platform::errors::accessDenied, "It may not be made here.");
-            const auto copy = copier.Copy(*item, into->second);
+            const auto copy = copier.Copy(*item, into->second, taken.cut);
             if (item->AllowChildren()) folders.emplace(item->Id(), copy->Id());
             AddItem(copy, into->second, false);
         } catch (const std::exception& error) {
@@ -125,7 +133,7 @@ void ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
         }
     }
     operation.End();
-    TellNotCopied(failed);
+    TellNotCopied(failed, Text("Plakken"));
     if (!taken.cut || !whole || !failed.empty() || lclTaker != &source ||
         source.lclTaken.token != taken.token)
         return;
@@ -150,12 +158,12 @@ void ctrlTree::DeleteCopied(ctrlTree& source, const Taken& taken) {
         });
         if (added.size() == before) source.DeleteItem(id);
     }
-    TellNotCopied(added);
+    TellNotCopied(added, Text("Plakken"));
 }
 
-void ctrlTree::TellNotCopied(const std::string& items) const {
+void ctrlTree::TellNotCopied(const std::string& items, const std::string& caption) const {
     if (items.empty()) return;
-    lclWorkstation.messages.Show({Text("Niet gekopieerd: $%$", {items}), Text("Plakken"),
+    lclWorkstation.messages.Show({Text("Niet gekopieerd: $%$", {items}), caption,
                                   platform::Buttons::Ok, platform::Icon::Exclamation});
 }
 

@@ -1,7 +1,9 @@
 // Loading the tree and showing it.
 #include <algorithm>
+#include <utility>
 
 #include "controls/tree/ctrlTree.h"
+#include "model/LongWork.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"
@@ -17,7 +19,10 @@ ItemPtr ctrlTree::Root() const {
     return root && root->Id() != 0 ? root : nullptr;
 }
 
-void ctrlTree::Refresh() { ShowTree(true); }
+void ctrlTree::Refresh() {
+    lclGrid.Forget();
+    ShowTree(true);
+}
 
 void ctrlTree::ShowTree(bool keep) {
     if (LoadTree() || keep) return;
@@ -28,8 +33,10 @@ void ctrlTree::ShowTree(bool keep) {
 void ctrlTree::ForgetTree() {
     ClearSelectedItems();
     lclNodes.clear();
+    lclDeletions.clear();
     if (lclTaken.cut) lclTaken = {}; // a copy is made of what stays where it is
-    lclSelected = 0;
+    lclSelected = lclAnchor = 0;
+    lclGrid.Forget();
     lclState.DropString.clear();
     lclState.IntDrag = lclState.ManualDragDropMove = false;
 }
@@ -44,7 +51,10 @@ bool ctrlTree::LoadTree() {
             tree->SetOrderByName(lclState.OrderByName);
             tree->SetSortFoldersAndDocs(lclState.FoldersAndDocs);
             tree->SetDbConnection(lclConnection);
-            tree->SetTreeId(lclState.TreeId);
+            {
+                const Operation operation(*lclLock); // also one inside another: both may go on
+                tree->SetTreeId(lclState.TreeId);
+            }
             // A long load lets the host in, which may have chosen another tree meanwhile.
             if (tree->TreeId() != lclState.TreeId || tree->DbConnection() != lclConnection) return;
             lclTree = std::move(tree);
@@ -54,7 +64,19 @@ bool ctrlTree::LoadTree() {
     });
 }
 
+// A long fill lets the host in, which may want another one: it follows the first.
 void ctrlTree::Fill() {
+    lclFillAgain = true;
+    if (lclFilling) return;
+    struct Filling {
+        bool& on;
+        ~Filling() { on = false; }
+    } const filling{lclFilling};
+    lclFilling = true;
+    while (std::exchange(lclFillAgain, false)) FillOnce();
+}
+
+void ctrlTree::FillOnce() {
     std::vector<std::int32_t> expanded;
     if (lclWindow && !lclState.FullExpand)
         for (const auto& [id, node] : lclNodes)
@@ -70,9 +92,14 @@ void ctrlTree::Fill() {
         lclWindow->SetRedraw(false);
         lclWindow->Clear();
     }
-    if (const auto root = Root()) FillFrom(root, 0);
+    if (const auto root = Root()) {
+        model::LongWork work(lclWorkstation, Text("Dossier openen"),
+                             Text("Mappen en documenten worden gelezen."));
+        FillFrom(root, 0, [&] { work.Step(); });
+    }
     for (const auto id : collected)
-        if (HandleOf(id)) NodeChecked(id, true);
+        if (const auto found = lclNodes.find(id); found != lclNodes.end() && found->second.shown)
+            NodeChecked(id, true);
     if (lclWindow) {
         if (!lclState.FullExpand && expanded.empty() && Root() && HandleOf(Root()->Id()))
             lclWindow->Expand(HandleOf(Root()->Id()), true);
@@ -81,9 +108,11 @@ void ctrlTree::Fill() {
         lclWindow->SetRedraw(true);
     }
     if (lclNodes.contains(selected)) SelectNode(selected, false);
+    GridChanged();
 }
 
-void ctrlTree::FillFrom(const ItemPtr& top, std::int32_t parentId) {
+void ctrlTree::FillFrom(const ItemPtr& top, std::int32_t parentId,
+                        const std::function<void()>& step) {
     lclFillErrors = 0;
     Walk(top, parentId, [&](const ItemPtr& item, std::int32_t parent) {
         try {
@@ -95,7 +124,9 @@ void ctrlTree::FillFrom(const ItemPtr& top, std::int32_t parentId) {
             else
                 lclWorkstation.log.Write("fncItemToTreeView", error.what());
         }
+        if (step) step();
     });
+    GridChanged();
 }
 
 std::vector<ItemPtr> ctrlTree::Children(const model::clsItem& item) const {
@@ -207,6 +238,11 @@ ctrlTree::Images ctrlTree::ImagesOf(std::string_view itemType) {
 
 std::vector<ctrlTree::DrawnRow> ctrlTree::FirstRows(int count) const {
     std::vector<DrawnRow> rows;
+    const auto wanted = static_cast<std::size_t>(std::max(count, 0));
+    const auto& list = lclGrid.List();
+    for (std::size_t row = 0; lclListMode && row < std::min(wanted, list.Count()); ++row)
+        rows.push_back({0, list.Picture(row), list.Text(row, 0)});
+    if (lclListMode) return rows;
     const auto root = Root();
     const auto add = [&](const model::clsItem& item, int depth) {
         if (static_cast<int>(rows.size()) >= count || !IsShown(item)) return;
@@ -269,6 +305,7 @@ void ctrlTree::Forget(std::int32_t id) {
         std::erase(lclCollectedOrder, item->Id());
         if (lclTaken.cut) std::erase(lclTaken.ids, item->Id());
     });
+    GridChanged();
 }
 
 } // namespace kavidex::controls

@@ -48,6 +48,12 @@ bool ctrlTree::CreateNew(std::string_view description, std::string_view listOfDe
     bool created = false;
     Guarded("CreateNew", [&] {
         if (!lclConnection) return;
+        const bool typed = listOfDefaultTabs.empty() && !lclState.DossierType.empty() &&
+                           !platform::EqualNoCase(lclState.DossierType, "Dossiermap");
+        // Before anything is made: a dossier without its folders would stay without them.
+        const auto tabs = DefaultTabs(typed ? "Dossiertype=" + lclState.DossierType
+                                            : std::string(listOfDefaultTabs),
+                                      lclConnection, lclWorkstation);
         auto tree = std::make_shared<model::clsTree>(lclWorkstation);
         tree->SetTranslation(TranslationBy(lclTranslator));
         tree->SetOrderByName(lclState.OrderByName);
@@ -65,11 +71,7 @@ bool ctrlTree::CreateNew(std::string_view description, std::string_view listOfDe
         PropertyChanged.Raise("TreeId");
         Fill();
         created = true;
-        const bool typed = listOfDefaultTabs.empty() && !lclState.DossierType.empty() &&
-                           !platform::EqualNoCase(lclState.DossierType, "Dossiermap");
-        const auto tabs =
-            typed ? "Dossiertype=" + lclState.DossierType : std::string(listOfDefaultTabs);
-        if (const auto root = Root()) fncGetAndCreateTabs(tabs, root->Id());
+        if (const auto root = Root()) MakeTabs(tabs, root->Id());
     });
     return created;
 }
@@ -77,15 +79,20 @@ bool ctrlTree::CreateNew(std::string_view description, std::string_view listOfDe
 std::int32_t ctrlTree::fncGetAndCreateTabs(std::string_view listOfTabs, std::int32_t parentId) {
     std::int32_t made = 0;
     const bool done = Guarded("fncGetAndCreateTabs", [&] {
-        for (const auto& name : DefaultTabs(listOfTabs, lclConnection.get(), lclWorkstation)) {
-            const auto parent = GetNode(parentId);
-            const auto siblings = parent ? parent->ChildCollection() : nullptr;
-            const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
-            const auto text = FillTokens(name, lclWorkstation.clock.Now(), number);
-            if (AddTab(model::ColumnText(text), parentId)) ++made;
-        }
+        made = MakeTabs(DefaultTabs(listOfTabs, lclConnection, lclWorkstation), parentId);
     });
     return done ? made : -1;
+}
+
+std::int32_t ctrlTree::MakeTabs(const std::vector<std::string>& names, std::int32_t parentId) {
+    std::int32_t made = 0;
+    for (const auto& name : names) {
+        const auto parent = GetNode(parentId);
+        const auto siblings = parent ? parent->ChildCollection() : nullptr;
+        const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
+        if (AddTab(FillTokens(name, lclWorkstation.clock.Now(), number), parentId)) ++made;
+    }
+    return made;
 }
 
 ItemPtr ctrlTree::AddTab(std::string_view description, std::int32_t parentId) {
@@ -99,7 +106,11 @@ ItemPtr ctrlTree::Add(std::int32_t id, std::string_view type,
     Guarded("Add", [&] {
         const auto parent = parentId != 0 ? parentId : FolderAt(lclSelected);
         if (!lclTree || parent == 0) return;
-        item = lclTree->AddChildItem(id, type, children, itemId, description, parent);
+        if (model::ColumnText(type) != type)
+            throw platform::Error(platform::errors::invalidArgument,
+                                  "An item type has at most 255 characters");
+        item = lclTree->AddChildItem(id, type, children, itemId, model::ColumnText(description),
+                                     parent);
         if (item) AddItem(item, parent, false);
     });
     return item;
@@ -175,23 +186,27 @@ void ctrlTree::CreateInsertItem(int entry) {
         if (position >= names.size() || position >= types.size() || folder == 0) return;
         if (!MayInsert(position))
             return lclWorkstation.log.Write("ctrlTree", "Refused: a new " + types[position]);
-        const auto& name = names[position];
+        const auto name = model::ColumnText(names[position]);
         const auto& type = types[position];
         const bool note = platform::EqualNoCase(platform::TrimView(type), "nnt");
-        const auto item = note ? CreateNote(name, folder)
-                               : lclTree->AddChildItem(0, type, nullptr, 0, name, folder);
+        ItemPtr item;
+        OnItem([&] {
+            item = note ? CreateNote(name, folder)
+                        : lclTree->AddChildItem(0, type, nullptr, 0, name, folder);
+        });
         if (!item) return;
         AddItem(item, folder, true);
-        if (!note && lclWindow && lclSelected == item->Id() && CanEditLabel(item->Id()))
-            lclWindow->EditLabel(HandleOf(item->Id()));
+        ShowSelected();
+        if (!note && lclSelected == item->Id() && CanEditLabel(item->Id())) EditLabel(item->Id());
     });
 }
 
 ItemPtr ctrlTree::CreateNote(std::string_view name, std::int32_t folder) {
     const auto now = lclWorkstation.clock.Now();
     const auto time = platform::TimeNumber(now);
-    const auto description = std::string(name) + " " + platform::DayFirst(now) + " " +
-                             time.substr(0, 2) + ":" + time.substr(2, 2);
+    const auto made =
+        " " + platform::DayFirst(now) + " " + time.substr(0, 2) + ":" + time.substr(2, 2);
+    const auto description = model::ColumnText(name, made.size()) + made;
     return AddNote(lclWorkstation, *lclTree, lclDossierKey ? lclDossierKey() : "", description,
                    folder);
 }
@@ -214,32 +229,40 @@ bool ctrlTree::LabelEdited(std::int32_t id, std::string_view text) {
 bool ctrlTree::RenameItem(std::int32_t id, std::string_view description) {
     const auto item = GetNode(id);
     if (!item) return false;
-    const std::string old = item->Description();
-    if (old == description) return true;
+    const std::string old = item->Description(), wanted = model::ColumnText(description);
+    if (old == wanted) return true;
     return Guarded("ctrlTree", [&] {
-        item->SetDescription(description);
+        OnItem([&] { item->SetDescription(wanted); });
         UpdateText(id);
+        GridChanged();
         const auto info = Info(id);
         EvItemRenamed.Raise(info, old);
     });
 }
 
 bool ctrlTree::DeleteItem(std::int32_t id) {
-    const auto ids = id != 0 ? std::vector<std::int32_t>{id} : SelectedIds();
+    return DeleteItems(id != 0 ? std::vector<std::int32_t>{id} : SelectedIds(), nullptr);
+}
+
+bool ctrlTree::DeleteItems(const std::vector<std::int32_t>& ids, Deletion* deletion) {
     std::int32_t next = 0;
     bool deleted = false;
+    const auto row = NextRow(ids);
     for (const auto one : ids) {
         // An item below one that was deleted before it is gone already.
         const auto found = lclNodes.find(one);
         if (found == lclNodes.end() || found->second.parent == 0) continue;
         try {
-            next = fncDeleteSingleItem(one);
+            Deleted item{one, found->second.item->Description(), {}};
+            next = fncDeleteSingleItem(one, &item.taken);
             deleted = true;
+            if (deletion && one > 0) deletion->push_back(std::move(item));
         } catch (const std::exception& error) {
             ShowError("Error fncDeleteSingleItem", {}, error);
+            break; // the others would hardly fare better, each with a message
         }
     }
-    if (deleted) SelectNode(next, true);
+    if (deleted) SelectNode(row != 0 && lclNodes.contains(row) ? row : next, true);
     return deleted;
 }
 
@@ -261,14 +284,18 @@ std::int32_t ctrlTree::NextSelection(std::int32_t id) const {
     return before != 0 ? before : parent->Id();
 }
 
-std::int32_t ctrlTree::fncDeleteSingleItem(std::int32_t id) {
+std::int32_t ctrlTree::fncDeleteSingleItem(std::int32_t id, std::vector<std::int32_t>* taken) {
     const auto item = GetNode(id);
     const auto parent = GetParent(id);
     const auto info = Info(id);
     const auto next = NextSelection(id);
     auto doomed = item; // the model clears the reference that it is given
-    if (!lclTree->DeleteItem(doomed, id))
+    Operation operation(*lclLock);
+    if (!operation)
+        throw platform::Error(platform::errors::fail, Text("Er loopt nog een andere bewerking"));
+    if (!lclTree->DeleteItem(doomed, id, taken))
         throw platform::Error(platform::errors::fail, "Item " + std::to_string(id) + " was kept");
+    operation.End(); // what the host does at the event is its own
     if (const auto siblings = parent->ChildCollection()) siblings->Remove(id);
     EvItemDelete.Raise(info);
     if (lclWindow && next == parent->Id() && HandleOf(next))
@@ -292,7 +319,7 @@ ItemPtr ctrlTree::MoveItem(std::int32_t id, std::int32_t newParentId) {
     ItemPtr moved;
     Guarded("ctrlTree", [&] {
         const auto oldParent = found->second.parent;
-        moved = lclTree->MoveItem(id, newParentId, oldParent);
+        OnItem([&] { moved = lclTree->MoveItem(id, newParentId, oldParent); });
         if (!moved) return;
         const auto selected = lclSelected;
         Forget(id);
@@ -306,7 +333,7 @@ ItemPtr ctrlTree::MoveItem(std::int32_t id, std::int32_t newParentId) {
 
 void ctrlTree::MoveItems(const std::vector<std::int32_t>& ids, std::int32_t target) {
     for (const auto id : ids)
-        if (MayMove(id, target)) MoveItem(id, target);
+        if (MayMove(id, target) && !MoveItem(id, target)) break; // the user was told why
 }
 
 } // namespace kavidex::controls

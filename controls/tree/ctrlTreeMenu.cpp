@@ -71,10 +71,7 @@ struct ctrlTree::MenuContext {
         const auto node = tree.HandleOf(tree.lclSelected);
         if (Window() && node) Window()->Expand(node, expand);
     }
-    void Rename() const {
-        const auto node = tree.HandleOf(tree.lclSelected);
-        if (Window() && node) Window()->EditLabel(node);
-    }
+    void Rename() const { tree.EditLabel(tree.lclSelected); }
     void Take(bool cut) const { tree.Take(cut); }
     bool MayPaste() const { return folder && tree.MayPaste(folder->Id()); }
     void Paste() const { tree.Paste(); }
@@ -82,11 +79,27 @@ struct ctrlTree::MenuContext {
     void PasteSpecial() const { tree.PasteSpecial(); }
     void CopyLink() const { tree.CopyLink(); }
     void Create(int which) const { tree.CreateInsertItem(which); }
+    void Delete() const { tree.DeleteSelected(); }
+    bool HasDeletions() const { return !tree.lclDeletions.empty(); }
+    void Undo() const { tree.UndoDeletion(); }
+    void Restore() const { tree.RestoreSelected(); }
+    void Find() const { tree.Find(); }
+    void FindNext(bool forward) const {
+        if (tree.lclSought.empty())
+            tree.Find();
+        else
+            tree.FindNext(forward);
+    }
     void ShowExternal() const {
         for (const auto id : ids) tree.EvItemSelectedExternal.Raise(tree.Info(id));
     }
     bool ClipboardHasFiles() const { return tree.lclWorkstation.clipboard.HasFiles(); }
-    bool HasPrinters() const { return tree.lclWorkstation.shell.HasPrinters(); }
+    bool MayMail() const { return tree.lclMail && tree.MayUser(UserAction::Mail); }
+    bool HasDocuments() const {
+        return tree.HasDocuments(ids) && ForAll([](std::int32_t one) { return one > 0; });
+    }
+    void Mail(bool asPdf) const { tree.Mail(asPdf); }
+    void Print() const { tree.Print(); }
 };
 
 const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
@@ -103,12 +116,18 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
     static constexpr auto living = [](const Context& on, const Id&) -> State {
         return {true, on.ForAll([](std::int32_t one) { return one > 0; })};
     };
+    // What may be deleted may be put back.
+    static constexpr auto deletedNode = [](const Context& on, const Id&) -> State {
+        return {on.item && on.item->Id() < 0,
+                on.tree.MayUser(UserAction::Delete) &&
+                    on.ForAll([](std::int32_t one) { return one < 0; })};
+    };
     static constexpr auto option = [](const Context& on, const Id& id) -> State {
         return {true, true, on.IsSet(id.name)};
     };
     static constexpr auto toggle = [](Context& on, const Id& id) { on.Toggle(id.name); };
     static constexpr auto mail = [](const Context& on, const Id&) -> State {
-        return {on.tree.MayUser(UserAction::Mail)};
+        return {on.MayMail(), on.HasDocuments()};
     };
 
     // What opens something that is not part of the control yet is not offered.
@@ -137,7 +156,7 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
              return {true, on.tree.MayUser(UserAction::Delete) &&
                                on.ForAll([](std::int32_t one) { return one > 0; })};
          },
-         .action = [](Context& on, const Id&) { on.tree.DeleteItem(); }},
+         .action = [](Context& on, const Id&) { on.Delete(); }},
         {.name = "mnuSep1", .kind = Kind::Separator, .rule = onNode},
         {.name = "mnuCopySpecial",
          .caption = "Kopieren speciaal",
@@ -160,8 +179,14 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
              return {on.item != nullptr, on.item && !on.item->AllowChildren()};
          },
          .action = [](Context& on, const Id&) { on.ShowExternal(); }},
-        {.name = "mnuMail", .caption = "Mailen", .offered = false, .rule = mail},
-        {.name = "mnuMailPdf", .caption = "Mailen als PDF", .offered = false, .rule = mail},
+        {.name = "mnuMail",
+         .caption = "Mailen",
+         .rule = mail,
+         .action = [](Context& on, const Id&) { on.Mail(false); }},
+        {.name = "mnuMailPdf",
+         .caption = "Mailen als PDF",
+         .rule = mail,
+         .action = [](Context& on, const Id&) { on.Mail(true); }},
         {.name = "mnuRename",
          .caption = "Naam wijzigen",
          .key = Key(keys::f2),
@@ -171,10 +196,11 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
          .action = [](Context& on, const Id&) { on.Rename(); }},
         {.name = "mnuPrint",
          .caption = "Afdrukken",
-         .offered = false,
+         .key = Ctrl('P'),
          .rule = [](const Context& on, const Id&) -> State {
-             return {on.tree.MayUser(UserAction::Print) && on.HasPrinters()};
-         }},
+             return {on.tree.MayUser(UserAction::Print), on.HasDocuments()};
+         },
+         .action = [](Context& on, const Id&) { on.Print(); }},
         {.name = "mnuProperties",
          .caption = "Eigenschappen",
          .rule = [](const Context& on, const Id&) -> State {
@@ -237,6 +263,15 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
          .depth = 1,
          .rule = option,
          .action = toggle},
+        {.name = "mnuList",
+         .caption = "Als lijst tonen",
+         .kind = Kind::Toggle,
+         .depth = 1,
+         .key = Ctrl('L'),
+         .rule = [](const Context& on, const Id&) -> State {
+             return {true, true, on.tree.ListMode()};
+         },
+         .action = [](Context& on, const Id&) { on.tree.SetListMode(!on.tree.ListMode()); }},
         {.name = "mnuSep4", .kind = Kind::Separator, .rule = onNode},
         {.name = "mnuNew",
          .count = 5,
@@ -245,24 +280,53 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
          },
          .text = [](const Context& on, const Id& id) { return on.NewName(id.index); },
          .action = [](Context& on, const Id& id) { on.Create(id.index); }},
+        {.name = "mnuSep5", .kind = Kind::Separator, .rule = deletedNode},
+        {.name = "mnuRestore",
+         .caption = "Terugzetten",
+         .rule = deletedNode,
+         .action = [](Context& on, const Id&) { on.Restore(); }},
+        {.name = "mnuUndo",
+         .key = Ctrl('Z'),
+         .keyOnly = true,
+         .rule = [](const Context& on, const Id&) -> State {
+             return {true, on.tree.MayUser(UserAction::Delete) && on.HasDeletions()};
+         },
+         .action = [](Context& on, const Id&) { on.Undo(); }},
+        {.name = "mnuFind",
+         .key = Ctrl('F'),
+         .keyOnly = true,
+         .action = [](Context& on, const Id&) { on.Find(); }},
+        {.name = "mnuFindNext",
+         .key = Key(keys::f3),
+         .keyOnly = true,
+         .action = [](Context& on, const Id&) { on.FindNext(true); }},
+        {.name = "mnuFindPrevious",
+         .key = {keys::f3, false, true},
+         .keyOnly = true,
+         .action = [](Context& on, const Id&) { on.FindNext(false); }},
+        {.name = "mnuRefresh",
+         .key = Key(keys::f5),
+         .keyOnly = true,
+         .action = [](Context& on, const Id&) { on.tree.Refresh(); }},
     };
     static constexpr Commands<Context> table{std::span<const Command<Context>>(rows)};
     return table;
 }
 
 PopupMenu ctrlTree::PrepareMenu(std::optional<std::int32_t> id) {
-    return MenuTable().Menu({*this, id}, TranslationBy(lclTranslator));
+    auto menu = MenuTable().Menu({*this, id}, TranslationBy(lclTranslator));
+    // Without printers it is not offered; the key tells why nothing is printed.
+    auto* print = FindEntry(menu, "mnuPrint");
+    print->visible = print->visible && lclWorkstation.shell.HasPrinters();
+    return menu;
 }
 
 void ctrlTree::ContextMenu(std::optional<std::int32_t> id, int x, int y) {
     if (!lclWindow) return;
     Guarded("ctrlTree", [&] {
         if (id && lclNodes.contains(*id)) {
-            if (!lclState.SelectItems && !IsCollected(*id)) ClearSelectedItems();
-            if (*id != lclSelected) {
-                lclWindow->Select(HandleOf(*id));
-                NodeSelected(*id);
-            }
+            if (HandleOf(*id)) lclWindow->Select(HandleOf(*id));
+            IsCollected(*id) ? MakeCurrent(*id) : NodeSelected(*id);
             EvItemSelectedRightMouse.Raise(Info(*id));
         }
         const auto menu = VisibleEntries(PrepareMenu(id));
@@ -277,16 +341,17 @@ void ctrlTree::ChooseMenu(const MenuEntry& entry) {
 }
 
 void ctrlTree::ShowItemProperties(const std::vector<std::int32_t>& ids) {
-    auto* presenter = lclWindow ? lclWindow->Forms() : nullptr;
     std::vector<ItemPtr> items;
     for (const auto id : ids)
         if (auto item = GetNode(id)) items.push_back(std::move(item));
-    if (!presenter || items.empty()) return;
+    if (items.empty()) return;
     frmProperties properties(lclWorkstation, lclConnection, lclTranslator);
     properties.SetMayChange(
         std::all_of(ids.begin(), ids.end(), [&](std::int32_t id) { return MayChange(id); }));
     properties.fncFill(items);
-    presenter->ShowModal(properties.Form());
+    const auto tree = lclState.TreeId;
+    // The host may have gone on to another dossier meanwhile.
+    if (!ShowForm(properties.Form()) || tree != lclState.TreeId) return;
     // As an edited label: blanks are no name.
     if (items.size() == 1 && properties.Description() != items.front()->Description())
         LabelEdited(items.front()->Id(), properties.Description());
@@ -302,9 +367,16 @@ void ctrlTree::ToggleOption(const TreeOption& option) {
         Change(option.member, value);
 }
 
+bool ctrlTree::HasCommand(const Shortcut& key) { return MenuTable().Of(key) != nullptr; }
+
 bool ctrlTree::CommandKey(int key, bool control, bool shift) {
     const auto* command = MenuTable().Of({key, control, shift});
     if (!command) return false;
+    if (command->name == "mnuPaste") {
+        bool elsewhere = false;
+        if (!Guarded("ctrlTree", [&] { elsewhere = TakenElsewhere(); })) return true;
+        if (elsewhere) return Paste(), true;
+    }
     MenuContext context(*this, lclSelected);
     // Refused where the menu refuses.
     if (MenuTable().Run(context, {command->name}) || command->name != "mnuPaste") return true;

@@ -56,15 +56,19 @@ std::vector<ItemPtr> ctrlTree::AllItems() const {
 }
 
 void ctrlTree::ClearSelectedItems() {
-    const auto collected = std::move(lclCollectedOrder);
-    lclCollectedOrder.clear();
-    lclCollected.clear();
-    if (!lclWindow) return;
-    for (const auto id : collected)
-        if (const auto handle = HandleOf(id)) {
-            if (lclState.SelectItems) lclWindow->SetChecked(handle, false);
-            lclWindow->Repaint(handle);
-        }
+    if (lclState.SelectItems && lclWindow)
+        for (const auto id : lclCollectedOrder)
+            if (const auto handle = HandleOf(id)) lclWindow->SetChecked(handle, false);
+    Collect({});
+    Grid().BoxesChanged();
+    SelectRows();
+}
+
+void ctrlTree::Collect(std::vector<std::int32_t> ids) {
+    if (ids == lclCollectedOrder) return;
+    lclCollectedOrder = std::move(ids);
+    lclCollected = {lclCollectedOrder.begin(), lclCollectedOrder.end()};
+    if (lclWindow) lclWindow->Repaint(0);
 }
 
 void ctrlTree::fncResetSelectedItems() {
@@ -106,13 +110,30 @@ std::string ctrlTree::NodeFullPath(std::int32_t id) const {
 bool ctrlTree::SelectNode(std::int32_t id, bool raise) {
     const auto found = lclNodes.find(id);
     if (found == lclNodes.end() || !found->second.shown) return false;
-    lclSelected = id;
-    if (lclWindow && found->second.handle) lclWindow->Select(found->second.handle);
+    lclAnchor = id;
+    CurrentMoved(id);
+    SelectRows();
     if (raise) EvItemSelected.Raise(Info(id));
     return true;
 }
 
+bool ctrlTree::SelectAlone(std::int32_t id, bool raise) {
+    if (!lclState.SelectItems && HasCollected() && lclNodes.contains(id)) ClearSelectedItems();
+    return SelectNode(id, raise);
+}
+
+void ctrlTree::CurrentMoved(std::int32_t id) {
+    lclSelected = id;
+    if (lclWindow && HandleOf(id)) lclWindow->Select(HandleOf(id));
+}
+
 void ctrlTree::NodeSelected(std::int32_t id) {
+    if (!lclState.SelectItems && HasCollected()) ClearSelectedItems();
+    lclAnchor = id;
+    MakeCurrent(id);
+}
+
+void ctrlTree::MakeCurrent(std::int32_t id) {
     if (id == lclSelected) return;
     lclSelected = id;
     const auto item = GetNode(id);
@@ -138,6 +159,7 @@ void ctrlTree::NodeChecked(std::int32_t id, bool checked) {
         lclCollected.erase(id);
         std::erase(lclCollectedOrder, id);
     }
+    if (lclState.SelectItems && lclListMode) Grid().BoxesChanged();
     const auto handle = HandleOf(id);
     if (!lclWindow || !handle) return;
     if (lclState.SelectItems) lclWindow->SetChecked(handle, checked);
@@ -145,16 +167,90 @@ void ctrlTree::NodeChecked(std::int32_t id, bool checked) {
 }
 
 void ctrlTree::NodeToggled(std::int32_t id) {
-    // The current node belongs to the collection that the user begins beside it.
-    if (lclCollected.empty() && lclSelected != 0 && lclSelected != id && !lclState.SelectItems)
-        NodeChecked(lclSelected, true);
+    if (!lclNodes.contains(id)) return;
+    if (!lclState.SelectItems) BeginCollection(id);
     NodeChecked(id, !lclCollected.contains(id));
+    lclAnchor = id;
+    CurrentMoved(id);
+}
+
+// The current node belongs to the collection that the user begins beside it.
+void ctrlTree::BeginCollection(std::int32_t beside) {
+    if (lclCollected.empty() && lclSelected != 0 && lclSelected != beside)
+        NodeChecked(lclSelected, true);
+}
+
+void ctrlTree::SelectedUpTo(std::int32_t id, bool add) {
+    auto shown = VisibleIds();
+    const auto place = [&](std::int32_t one) { return std::find(shown.begin(), shown.end(), one); };
+    auto from = place(lclAnchor), to = place(id);
+    if (from == shown.end()) from = place(lclAnchor = lclSelected);
+    if (lclState.SelectItems || from == shown.end() || to == shown.end()) return NodeSelected(id);
+    std::vector<std::int32_t> range(std::min(from, to), std::max(from, to) + 1);
+    if (to < from) std::reverse(range.begin(), range.end());
+    // What is done with many is done with none as long as the tree's own folder is among them.
+    const auto root = Root();
+    if (root && range.size() > 1) std::erase(range, root->Id());
+    if (add) {
+        const std::unordered_set<std::int32_t> among(range.begin(), range.end());
+        auto both = lclCollectedOrder;
+        std::erase_if(both, [&](std::int32_t one) { return among.contains(one); });
+        range.insert(range.begin(), both.begin(), both.end());
+    }
+    Collect(std::move(range));
+    CurrentMoved(id);
+}
+
+void ctrlTree::CurrentStepped(int step, bool extend) {
+    const auto shown = VisibleIds();
+    const auto at = std::find(shown.begin(), shown.end(), lclSelected);
+    if (at == shown.end()) return;
+    const auto next = std::clamp<std::ptrdiff_t>(at - shown.begin() + step, 0,
+                                                 static_cast<std::ptrdiff_t>(shown.size()) - 1);
+    const auto id = shown[static_cast<std::size_t>(next)];
+    if (extend) return SelectedUpTo(id, true);
+    BeginCollection(id);
+    CurrentMoved(id);
+}
+
+void ctrlTree::NodeCollapsed(std::int32_t id) {
+    if (lclState.SelectItems || !HasCollected()) return;
+    auto left = lclCollectedOrder;
+    std::erase_if(left, [&](std::int32_t one) { return one != id && IsWithin(one, id); });
+    Collect(std::move(left));
+}
+
+std::vector<std::int32_t> ctrlTree::VisibleIds() const {
+    std::vector<std::int32_t> ids;
+    std::vector<ItemPtr> waiting;
+    if (const auto root = Root()) waiting.push_back(root);
+    for (std::size_t met = 0; !waiting.empty() && met <= lclNodes.size(); ++met) {
+        const auto item = std::move(waiting.back());
+        waiting.pop_back();
+        const auto found = lclNodes.find(item->Id());
+        if (found == lclNodes.end()) continue;
+        const auto handle = found->second.handle;
+        if (found->second.shown) ids.push_back(item->Id());
+        // A folder that is not shown lends its place to what is below it.
+        if (!item->ChildCollection() || (handle && !lclWindow->IsExpanded(handle))) continue;
+        auto children = Children(*item);
+        for (auto child = children.rbegin(); child != children.rend(); ++child)
+            waiting.push_back(std::move(*child));
+    }
+    return ids;
 }
 
 bool ctrlTree::SetNextChildItem() { return StepToDocument(1); }
 bool ctrlTree::SetPreviousChildItem() { return StepToDocument(-1); }
 
 bool ctrlTree::StepToDocument(int step) {
+    if (lclListMode) { // in the order of the rows
+        Woken();
+        const auto row = Grid().RowOf(lclSelected);
+        const auto next = row ? *row + static_cast<std::size_t>(step) : std::size_t{0};
+        if ((!row && step < 0) || next >= Grid().Count()) return false; // before the first, too
+        return SelectAlone(Grid().Id(next), true);
+    }
     std::int32_t before = 0, after = 0; // the documents around the selection
     bool passed = lclSelected == 0;
     if (const auto root = Root())
@@ -172,11 +268,12 @@ bool ctrlTree::StepToDocument(int step) {
                 after = id;
         });
     const auto target = step > 0 ? after : before;
-    return target != 0 && SelectNode(target, true);
+    return target != 0 && SelectAlone(target, true);
 }
 
 bool ctrlTree::SetHighLightToItem(std::int32_t id) {
-    if (!SelectNode(id, false)) return false;
+    if (!SelectAlone(id, false)) return false;
+    ShowSelected();
     if (lclWindow) lclWindow->EnsureVisible(HandleOf(id));
     return true;
 }

@@ -1,6 +1,9 @@
 #include "controls/tree/frmProperties.h"
 
+#include <algorithm>
+#include <array>
 #include <exception>
+#include <iterator>
 #include <utility>
 
 #include "controls/pictures/IconKeys.h"
@@ -56,6 +59,32 @@ constexpr FieldRow fields[] = {
 
 constexpr forms::Layout layout = {"frmProperties", "Eigenschappen", 260, 204, true, fields};
 
+// What only a single document has; without it the form is that much shorter.
+constexpr std::string_view documentRows[] = {"Label2",      "txtUser", "Label3",
+                                             "txtDateTime", "Label4",  "txtSource"};
+constexpr int documentHeight = 48;
+
+constexpr auto ShortFields() {
+    std::array<FieldRow, std::size(fields) - std::size(documentRows)> rows;
+    std::size_t count = 0;
+    int cut = 0; // how far the rows move up from here on
+    for (const auto& row : fields) {
+        if (std::find(std::begin(documentRows), std::end(documentRows), row.name) !=
+            std::end(documentRows)) {
+            cut = documentHeight;
+            continue;
+        }
+        auto& kept = rows[count++];
+        kept = row;
+        kept.box.y -= cut;
+        if (row.name == tabs || row.name == frame) kept.box.height -= documentHeight;
+    }
+    return rows;
+}
+constexpr auto shortFields = ShortFields();
+constexpr forms::Layout shortLayout = {
+    "frmProperties", "Eigenschappen", 260, 204 - documentHeight, true, shortFields};
+
 struct AttributeBox {
     std::string_view field;
     std::uint32_t bit;
@@ -93,32 +122,39 @@ void ForEachFile(const std::vector<std::string>& paths, Work work) {
 frmProperties::frmProperties(const platform::Workstation& workstation,
                              data::ConnectionPtr connection, std::shared_ptr<Translator> translator)
     : lclWorkstation(workstation), lclConnection(std::move(connection)),
-      lclForm(layout, workstation, std::move(translator)) {
+      lclTranslator(std::move(translator)) {
+    Make(layout);
+}
+
+void frmProperties::Make(const forms::Layout& wanted) {
+    auto& form = lclForm.emplace(wanted, lclWorkstation, lclTranslator);
     // The boxes but one only tell.
-    for (const auto& box : boxes) lclForm[box.field].SetEnabled(false);
-    lclForm["btnApply"].SetEnabled(false);
-    const auto changed = [this](forms::FieldEvent&) { lclForm["btnApply"].SetEnabled(true); };
-    lclForm.On("txtName", What::Changed, changed);
-    lclForm.On("chkReadOnly", What::Changed, changed);
-    lclForm.On("btnApply", What::Clicked, [this](auto&) { Apply(); });
-    lclForm.On("btnOk", What::Clicked, [this](auto&) {
+    for (const auto& box : boxes) form[box.field].SetEnabled(false);
+    form["btnApply"].SetEnabled(false);
+    const auto changed = [&form](forms::FieldEvent&) { form["btnApply"].SetEnabled(true); };
+    form.On("txtName", What::Changed, changed);
+    form.On("chkReadOnly", What::Changed, changed);
+    form.On("btnApply", What::Clicked, [this](auto&) { Apply(); });
+    form.On("btnOk", What::Clicked, [this, &form](auto&) {
         Apply();
-        lclForm.Close(true);
+        form.Close(true);
     });
-    lclForm.On("TabStrip1", What::Clicked, [this](auto&) { ShowPath(); });
+    form.On("TabStrip1", What::Clicked, [this](auto&) { ShowPath(); });
 }
 
 void frmProperties::fncFill(const std::vector<std::shared_ptr<model::clsItem>>& items) {
     if (items.empty()) return;
     lclMode = items.size() < 2 ? 1 : 2;
+    const bool document = lclMode == 1 && !items.front()->AllowChildren();
+    Make(document ? layout : shortLayout);
     lclDocuments = lclFolders = 0;
     lclPaths.clear();
     lclFullPath.clear();
     const auto& first = *items.front();
     lclDescription = lclNewDescription = first.Description();
     lclItemId = first.Id();
-    lclForm["picIcon"].SetIcon(ItemIconKey(first.ItemType()));
-    lclForm.Guarded([&] {
+    Form()["picIcon"].SetIcon(ItemIconKey(first.ItemType()));
+    Form().Guarded([&] {
         FillType(items);
         model::DocumentFiles look(lclWorkstation, lclConnection);
         model::DocumentFile file;
@@ -128,7 +164,7 @@ void frmProperties::fncFill(const std::vector<std::shared_ptr<model::clsItem>>& 
             file = look.Of(*item);
             if (!file.path.empty()) lclPaths.push_back(file.path);
         }
-        lclForm["chkReadOnly"].SetEnabled(lclDocuments > 0 && lclMayChange);
+        Form()["chkReadOnly"].SetEnabled(lclDocuments > 0 && lclMayChange);
         if (lclMode == 1)
             FillOne(first, file);
         else
@@ -138,22 +174,22 @@ void frmProperties::fncFill(const std::vector<std::shared_ptr<model::clsItem>>& 
 }
 
 std::string frmProperties::TypeOf(const model::clsItem& item) const {
-    return item.AllowChildren() ? lclForm.Text("Map")
+    return item.AllowChildren() ? Form().Text("Map")
                                 : lclWorkstation.shell.TypeDescription(item.ItemType());
 }
 
 void frmProperties::FillType(const std::vector<std::shared_ptr<model::clsItem>>& items) {
-    lclForm["txtType"].SetText(TypeOf(*items.front()));
+    Form()["txtType"].SetText(TypeOf(*items.front()));
     for (const auto& item : items)
         if (!platform::EqualNoCase(item->ItemType(), items.front()->ItemType()))
-            lclForm["txtType"].SetText(lclForm.Text("Meerdere typen geselecteerd"));
+            Form()["txtType"].SetText(Form().Text("Meerdere typen geselecteerd"));
 }
 
 void frmProperties::FillAttributes() {
     std::uint32_t common = ~0U;
     const auto show = [&] {
         for (const auto& box : boxes)
-            lclForm[box.field].SetChecked(!lclPaths.empty() && (common & box.bit) != 0);
+            Form()[box.field].SetChecked(!lclPaths.empty() && (common & box.bit) != 0);
     };
     try {
         ForEachFile(lclPaths, [&](const std::string& path) {
@@ -168,45 +204,47 @@ void frmProperties::FillAttributes() {
 }
 
 void frmProperties::FillOne(const model::clsItem& item, const model::DocumentFile& file) {
-    lclForm.SetCaption(lclForm.Text("$%$ Eigenschappen", {lclDescription}));
-    lclForm["txtName"].SetText(lclDescription);
-    lclForm["txtName"].SetReadOnly(!lclMayChange);
+    Form().SetCaption(Form().Text("$%$ Eigenschappen", {lclDescription}));
+    Form()["txtName"].SetText(lclDescription);
+    Form()["txtName"].SetReadOnly(!lclMayChange);
     if (item.AllowChildren()) return;
     lclFullPath = file.path;
-    lclForm["txtUser"].SetText(file.insertedBy);
-    lclForm["txtDateTime"].SetText(Moment(file.insertDate, file.insertTime));
-    if (platform::LowerCase(item.ItemType()) == "tif" && file.HasFile())
-        lclForm["txtSource"].SetText(imaging::ScanSource(lclWorkstation.files.ReadAll(file.path)));
+    Form()["txtUser"].SetText(file.insertedBy);
+    Form()["txtDateTime"].SetText(Moment(file.insertDate, file.insertTime));
+    const bool image = platform::LowerCase(item.ItemType()) == "tif";
+    for (const auto* field : {"Label4", "txtSource"}) Form()[field].SetVisible(image);
+    if (image && file.HasFile())
+        Form()["txtSource"].SetText(imaging::ScanSource(lclWorkstation.files, file.path));
 }
 
 void frmProperties::FillSeveral(std::string_view first) {
-    lclForm.SetCaption(lclForm.Text("$%$, ... eigenschappen", {std::string(first)}));
+    Form().SetCaption(Form().Text("$%$, ... eigenschappen", {std::string(first)}));
     std::string text;
     if (lclDocuments == 1)
-        text = lclForm.Text("1 Document");
+        text = Form().Text("1 Document");
     else if (lclDocuments > 1)
-        text = lclForm.Text("$%$ Documenten", {std::to_string(lclDocuments)});
+        text = Form().Text("$%$ Documenten", {std::to_string(lclDocuments)});
     if (lclFolders > 0 && !text.empty()) text += ", ";
     if (lclFolders == 1)
-        text += lclForm.Text("1 Map");
+        text += Form().Text("1 Map");
     else if (lclFolders > 1)
-        text += std::to_string(lclFolders) + " " + lclForm.Text("Mappen");
-    lclForm["lblText"].SetText(text);
-    lclForm["lblText"].SetVisible(true);
-    lclForm["txtName"].SetVisible(false);
+        text += std::to_string(lclFolders) + " " + Form().Text("Mappen");
+    Form()["lblText"].SetText(text);
+    Form()["lblText"].SetVisible(true);
+    Form()["txtName"].SetVisible(false);
 }
 
 void frmProperties::Apply() {
-    if (lclMode == 1) lclNewDescription = lclForm["txtName"].Text();
-    if (lclForm["chkReadOnly"].Enabled()) {
+    if (lclMode == 1) lclNewDescription = Form()["txtName"].Text();
+    if (Form()["chkReadOnly"].Enabled()) {
         // The whole set: archive, system and hidden go, whatever their boxes show.
-        const auto wanted = lclForm["chkReadOnly"].Checked() ? platform::attributes::readOnly
-                                                             : platform::attributes::normal;
+        const auto wanted = Form()["chkReadOnly"].Checked() ? platform::attributes::readOnly
+                                                            : platform::attributes::normal;
         ForEachFile(lclPaths, [&](const std::string& path) {
             lclWorkstation.files.SetAttributes(path, wanted);
         });
     }
-    lclForm["btnApply"].SetEnabled(false);
+    Form()["btnApply"].SetEnabled(false);
 }
 
 void frmProperties::ShowPath() {

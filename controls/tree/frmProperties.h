@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,12 +26,14 @@ public:
     void SetMayChange(bool may) { lclMayChange = may; }
     // One item or more. What fails is shown with its number; the rest is filled.
     void fncFill(const std::vector<std::shared_ptr<model::clsItem>>& items);
-    forms::Form& Form() { return lclForm; }
+    forms::Form& Form() { return *lclForm; } // after fncFill: it follows from the items
 
     // Of a single item: as it was, or as it was last applied. Renaming is the caller's business.
     const std::string& Description() const { return lclNewDescription; }
 
 private:
+    void Make(const forms::Layout& wanted);
+    const forms::Form& Form() const { return *lclForm; }
     void FillType(const std::vector<std::shared_ptr<model::clsItem>>& items);
     void FillAttributes();
     void FillOne(const model::clsItem& item, const model::DocumentFile& file);
@@ -41,7 +44,8 @@ private:
 
     const platform::Workstation& lclWorkstation;
     data::ConnectionPtr lclConnection;
-    forms::Form lclForm;
+    std::shared_ptr<Translator> lclTranslator;
+    std::optional<forms::Form> lclForm;
     bool lclMayChange = true;
     std::string lclDescription, lclNewDescription;     // before and after editing
     int lclDocuments = 0, lclFolders = 0, lclMode = 1; // 1: one item, 2: several

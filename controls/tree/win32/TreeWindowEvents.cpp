@@ -14,8 +14,6 @@ namespace kavidex::controls::win32 {
 
 namespace {
 
-constexpr UINT_PTR tmrExpand = 1, tmrScroll = 2;
-constexpr UINT hoverMilliseconds = 700, scrollMilliseconds = 80;
 constexpr int longestDescription = 255; // of the database's column
 
 std::int16_t ShiftState() {
@@ -27,31 +25,35 @@ std::int16_t ShiftState() {
 } // namespace
 
 LRESULT TreeWindowWin32::Notified(NMHDR& header) {
-    if (header.hwndFrom != lclTree || header.idFrom == 0) return 0;
+    if (const auto answer = lclGrid.Notified(header)) {
+        if (header.code == NM_CLICK) lclLogic.Click.Raise();
+        return *answer;
+    }
+    return header.hwndFrom == lclTree && header.idFrom != 0 ? TreeNotified(header) : 0;
+}
+
+LRESULT TreeWindowWin32::TreeNotified(NMHDR& header) {
     const auto& tree = reinterpret_cast<const NMTREEVIEWW&>(header);
     switch (header.code) {
     case TVN_SELCHANGEDW:
-        if (!lclQuiet) lclLogic.NodeSelected(static_cast<std::int32_t>(tree.itemNew.lParam));
+        if (!lclQuiet) NodeChanged(tree);
         return 0;
     case TVN_ITEMEXPANDEDW:
         ShowExpandedImage(tree.itemNew.hItem, tree.action == TVE_EXPAND);
+        if (!lclQuiet && tree.action == TVE_COLLAPSE)
+            lclLogic.NodeCollapsed(static_cast<std::int32_t>(tree.itemNew.lParam));
         return 0;
     case TVN_BEGINLABELEDITW:
         return !BeginLabelEdit(reinterpret_cast<const NMTVDISPINFOW&>(header));
     case TVN_ENDLABELEDITW:
         EndLabelEdit(reinterpret_cast<const NMTVDISPINFOW&>(header));
         return FALSE; // the logic has set the text
-    case TVN_GETINFOTIPW: {
-        auto& tip = reinterpret_cast<NMTVGETINFOTIPW&>(header);
-        const auto text =
-            platform::win32::ToWide(lclLogic.ToolTip(static_cast<std::int32_t>(tip.lParam)));
-        if (tip.pszText && tip.cchTextMax > 0) lstrcpynW(tip.pszText, text.c_str(), tip.cchTextMax);
+    case TVN_BEGINDRAGW: {
+        const auto id = static_cast<std::int32_t>(tree.itemNew.lParam);
+        if (!lclLogic.IsCollected(id)) TreeView_SelectItem(lclTree, tree.itemNew.hItem);
+        lclLogic.Drag(id);
         return 0;
     }
-    case TVN_BEGINDRAGW:
-        TreeView_SelectItem(lclTree, tree.itemNew.hItem);
-        lclLogic.Drag(static_cast<std::int32_t>(tree.itemNew.lParam));
-        return 0;
     case TVN_KEYDOWN: {
         const auto key = reinterpret_cast<const NMTVKEYDOWN&>(header).wVKey;
         if (key == VK_SPACE && lclCheckBoxes)
@@ -60,23 +62,43 @@ LRESULT TreeWindowWin32::Notified(NMHDR& header) {
         const auto shift = ShiftState();
         return lclLogic.CommandKey(key, shift & 2, shift & 1);
     }
-    case NM_CLICK: ClickedAt(false); return 0;
-    case NM_DBLCLK: ClickedAt(true); return 0;
+    case NM_CLICK: return ClickedAt(false);
+    case NM_DBLCLK: return ClickedAt(true);
     case NM_RETURN: lclLogic.NodeActivated(IdOf(TreeView_GetSelection(lclTree))); return 1;
     case NM_CUSTOMDRAW: return CustomDraw(reinterpret_cast<NMTVCUSTOMDRAW&>(header));
     default: return 0;
     }
 }
 
-// Collected items look selected, beside the one that the tree marks itself.
+void TreeWindowWin32::NodeChanged(const NMTREEVIEWW& change) {
+    const auto id = static_cast<std::int32_t>(change.itemNew.lParam);
+    // Capitals that search by the first letters hold Shift down too.
+    if (lclMoving && !lclCheckBoxes && GetKeyState(VK_SHIFT) < 0)
+        lclLogic.SelectedUpTo(id, false);
+    else
+        lclLogic.NodeSelected(id);
+}
+
+// Where nodes are collected, they and only they look selected; the current one has a frame.
 LRESULT TreeWindowWin32::CustomDraw(NMTVCUSTOMDRAW& draw) const {
     if (lclCheckBoxes || !lclLogic.HasCollected()) return CDRF_DODEFAULT;
     if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
-    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT &&
-        lclLogic.IsCollected(static_cast<std::int32_t>(draw.nmcd.lItemlParam))) {
-        draw.clrText = GetSysColor(COLOR_HIGHLIGHTTEXT);
-        draw.clrTextBk = GetSysColor(COLOR_HIGHLIGHT);
+    if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
+        const bool focus = GetFocus() == lclTree, ours = OwnColours();
+        if (lclLogic.IsCollected(static_cast<std::int32_t>(draw.nmcd.lItemlParam))) {
+            draw.clrText = GetSysColor(focus ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT);
+            draw.clrTextBk = GetSysColor(focus ? COLOR_HIGHLIGHT : COLOR_BTNFACE);
+        } else {
+            draw.clrText = ours ? ColourOf(lclFore) : GetSysColor(COLOR_WINDOWTEXT);
+            draw.clrTextBk = ours ? ColourOf(lclBack) : GetSysColor(COLOR_WINDOW);
+        }
+        return focus ? CDRF_NOTIFYPOSTPAINT : CDRF_DODEFAULT;
     }
+    const auto item = reinterpret_cast<HTREEITEM>(draw.nmcd.dwItemSpec);
+    RECT place{};
+    if (draw.nmcd.dwDrawStage == CDDS_ITEMPOSTPAINT && item == TreeView_GetSelection(lclTree) &&
+        TreeView_GetItemRect(lclTree, item, &place, TRUE))
+        DrawFocusRect(draw.nmcd.hdc, &place);
     return CDRF_DODEFAULT;
 }
 
@@ -96,20 +118,31 @@ void TreeWindowWin32::EndLabelEdit(const NMTVDISPINFOW& info) {
                              platform::win32::FromWide(info.item.pszText));
 }
 
-void TreeWindowWin32::ClickedAt(bool doubleClick) {
+// True when the native tree is to do nothing of its own.
+bool TreeWindowWin32::ClickedAt(bool doubleClick) {
     const DWORD position = GetMessagePos();
     UINT flags = 0;
     const HTREEITEM item = HitTest({GET_X_LPARAM(position), GET_Y_LPARAM(position)}, &flags);
     if (doubleClick) {
         if (item && (flags & TVHT_ONITEM)) lclLogic.NodeActivated(IdOf(item));
-        return;
+        return false;
     }
+    const bool control = lclClickKeys & MK_CONTROL, shift = lclClickKeys & MK_SHIFT;
+    const bool label = item && (flags & (TVHT_ONITEMICON | TVHT_ONITEMLABEL));
+    const bool many = label && !lclCheckBoxes && (control || shift);
     // The box is ticked only after this notification.
     if (item && (flags & TVHT_ONITEMSTATEICON))
         PostMessageW(lclWindow, WM_APP, 0, reinterpret_cast<LPARAM>(item));
-    else if (!lclCheckBoxes)
+    else if (many && shift)
+        lclLogic.SelectedUpTo(IdOf(item), control);
+    else if (many)
+        lclLogic.NodeToggled(IdOf(item));
+    else if (label && item == TreeView_GetSelection(lclTree))
+        lclLogic.NodeSelected(IdOf(item)); // the native tree sees no change
+    else if (!lclCheckBoxes && !(flags & TVHT_ONITEMBUTTON))
         lclLogic.ClearSelectedItems();
     lclLogic.Click.Raise();
+    return many;
 }
 
 void TreeWindowWin32::ReportCheck(HTREEITEM item) {
@@ -184,35 +217,22 @@ LRESULT TreeWindowWin32::HandleTree(UINT message, WPARAM w, LPARAM l) {
 
 LRESULT TreeWindowWin32::TreeMessage(UINT message, WPARAM w, LPARAM l) {
     const HWND tree = lclTree;
-    auto key = static_cast<std::int16_t>(w);
+    if (ReportInput(message, w, l)) return 0;
     switch (message) {
-    case WM_LBUTTONDOWN:
-        MouseEvent(message, w, l);
-        if ((w & MK_CONTROL) && !lclCheckBoxes) {
-            POINT point{GET_X_LPARAM(l), GET_Y_LPARAM(l)};
-            ClientToScreen(tree, &point);
-            UINT flags = 0;
-            if (const auto item = HitTest(point, &flags); item && (flags & TVHT_ONITEM)) {
-                ::SetFocus(tree);
-                lclLogic.NodeToggled(IdOf(item));
-                return 0;
-            }
-        }
-        break;
-    case WM_LBUTTONUP:
-    case WM_RBUTTONDOWN:
-    case WM_RBUTTONUP:
-    case WM_MBUTTONDOWN:
-    case WM_MBUTTONUP:
-    case WM_MOUSEMOVE: MouseEvent(message, w, l); break;
-    case WM_KEYDOWN:
-        lclLogic.KeyDown.Raise(key, ShiftState());
-        if (key == 0) return 0;
-        if (key == VK_MULTIPLY) {
+    case WM_LBUTTONDOWN: lclClickKeys = w; break;
+    case WM_MOUSEMOVE: ShowTip(l); break;
+    case WM_KEYDOWN: {
+        lclKeypad = w == VK_MULTIPLY || w == VK_ADD || w == VK_SUBTRACT;
+        if (w == VK_MULTIPLY) {
             ExpandBelow(TreeView_GetSelection(tree));
             return 0;
         }
-        break;
+        if (MoveAlone(w)) return 0;
+        lclMoving = IsMoveKey(w);
+        const LRESULT result = CallWindowProcW(lclNativeTree, tree, message, w, l);
+        lclMoving = false;
+        return result;
+    }
     case WM_SYSKEYDOWN:
         // Not every native tree passes this key on to where it becomes a menu.
         if (w == VK_F10 && GetKeyState(VK_SHIFT) < 0) {
@@ -220,14 +240,71 @@ LRESULT TreeWindowWin32::TreeMessage(UINT message, WPARAM w, LPARAM l) {
             return 0;
         }
         break;
-    case WM_KEYUP: lclLogic.KeyUp.Raise(key, ShiftState()); break;
     case WM_CHAR:
-        lclLogic.KeyPress.Raise(key);
-        if (key == 0 || key == VK_RETURN || key == VK_ESCAPE) return 0; // the tree would beep
+        // The tree would look for such a text, and beep.
+        if (w == VK_RETURN || w == VK_ESCAPE || std::exchange(lclKeypad, false)) return 0;
+        if (w == VK_SPACE && GetKeyState(VK_CONTROL) < 0) return 0;
         break;
     default: break;
     }
     return CallWindowProcW(lclNativeTree, tree, message, w, l);
+}
+
+// Not every native tree asks for the texts of tooltips.
+void TreeWindowWin32::ShowTip(LPARAM position) {
+    POINT point{GET_X_LPARAM(position), GET_Y_LPARAM(position)};
+    ClientToScreen(lclTree, &point);
+    UINT flags = 0;
+    auto item = HitTest(point, &flags);
+    RECT place{};
+    if (!(flags & TVHT_ONITEMLABEL) || !TreeView_GetItemRect(lclTree, item, &place, TRUE))
+        item = nullptr;
+    lclTip.Over(reinterpret_cast<INT_PTR>(item), place,
+                [&] { return platform::win32::ToWide(lclLogic.ToolTip(IdOf(item))); });
+}
+
+// With Ctrl the current node moves and leaves the selection, or is taken into it or out of it.
+bool TreeWindowWin32::MoveAlone(WPARAM key) {
+    if (lclCheckBoxes || GetKeyState(VK_CONTROL) >= 0 || GetKeyState(VK_MENU) < 0) return false;
+    const bool shift = GetKeyState(VK_SHIFT) < 0;
+    if (key == VK_UP || key == VK_DOWN)
+        lclLogic.CurrentStepped(key == VK_UP ? -1 : 1, shift);
+    else if (key == VK_SPACE)
+        lclLogic.NodeToggled(IdOf(TreeView_GetSelection(lclTree)));
+    else
+        return false;
+    return true;
+}
+
+LRESULT CALLBACK TreeWindowWin32::GridProcedure(HWND window, UINT message, WPARAM w, LPARAM l,
+                                                UINT_PTR id, DWORD_PTR self) {
+    auto& control = *reinterpret_cast<TreeWindowWin32*>(self);
+    if (message == WM_NCDESTROY) RemoveWindowSubclass(window, GridProcedure, id);
+    try {
+        if (control.ReportInput(message, w, l)) return 0;
+    } catch (const std::exception& error) {
+        control.lclWorkstation.log.Write("ctrlTree", error.what());
+        return 0;
+    }
+    return DefSubclassProc(window, message, w, l);
+}
+
+// To the host; true when it took the key away.
+bool TreeWindowWin32::ReportInput(UINT message, WPARAM w, LPARAM l) {
+    auto key = static_cast<std::int16_t>(w);
+    switch (message) {
+    case WM_KEYDOWN: lclLogic.KeyDown.Raise(key, ShiftState()); return key == 0;
+    case WM_KEYUP: lclLogic.KeyUp.Raise(key, ShiftState()); return false;
+    case WM_CHAR: lclLogic.KeyPress.Raise(key); return key == 0;
+    case WM_LBUTTONDOWN:
+    case WM_LBUTTONUP:
+    case WM_RBUTTONDOWN:
+    case WM_RBUTTONUP:
+    case WM_MBUTTONDOWN:
+    case WM_MBUTTONUP:
+    case WM_MOUSEMOVE: MouseEvent(message, w, l); return false;
+    default: return false;
+    }
 }
 
 void TreeWindowWin32::MouseEvent(UINT message, WPARAM w, LPARAM l) {
@@ -246,116 +323,6 @@ void TreeWindowWin32::MouseEvent(UINT message, WPARAM w, LPARAM l) {
     case WM_MBUTTONUP: lclLogic.MouseUp.Raise(4, shift, x, y); break;
     default: lclLogic.MouseMove.Raise(held, shift, x, y); break;
     }
-}
-
-std::int32_t TreeWindowWin32::Drag(std::string_view text, std::int32_t allowed) {
-    if (GetKeyState(VK_LBUTTON) >= 0) return drop::none; // it would be dropped where it lies
-    DropData data;
-    data.hasText = true;
-    data.text = text;
-    return win32::Drag(data, allowed, lclTree,
-                       {[&] {
-                            std::int16_t format = CF_TEXT;
-                            lclLogic.DragDataAsked.Raise(data, format);
-                        },
-                        [this](std::int32_t& effect, bool& pointers) {
-                            lclLogic.DragFeedback.Raise(effect, pointers);
-                        }});
-}
-
-std::int32_t TreeWindowWin32::DragMoved(DragState state, const DropData& data,
-                                        const DropPlace& place) {
-    const POINT point{place.x, place.y};
-    const HTREEITEM item = state == DragState::Leave ? nullptr : HitTest(point);
-    lclDragPoint = point;
-    if (item != lclHovered) {
-        lclHovered = item;
-        KillTimer(lclWindow, tmrExpand);
-        if (item) SetTimer(lclWindow, tmrExpand, hoverMilliseconds, nullptr);
-    }
-    if (state == DragState::Enter) SetTimer(lclWindow, tmrScroll, scrollMilliseconds, nullptr);
-    if (state == DragState::Leave) StopDragTimers();
-    const auto effect = lclLogic.DragOver(state, data, IdOf(item));
-    TreeView_SelectDropTarget(lclTree, effect == drop::none ? nullptr : item);
-    return effect;
-}
-
-std::int32_t TreeWindowWin32::DragDropped(const DropData& data, const DropPlace& place) {
-    StopDragTimers();
-    const auto target = IdOf(HitTest({place.x, place.y}));
-    TreeView_SelectDropTarget(lclTree, nullptr);
-    const auto effect = lclLogic.Dropped(data, target);
-    // A drag that was still on its way while the drop was handled marks its folder again.
-    if (lclTree) TreeView_SelectDropTarget(lclTree, nullptr);
-    return effect;
-}
-
-void TreeWindowWin32::DragTimer(UINT_PTR timer) {
-    if (timer == tmrExpand) {
-        KillTimer(lclWindow, tmrExpand);
-        const auto node = reinterpret_cast<NodeHandle>(lclHovered);
-        if (!lclHovered || IsExpanded(node) || !TreeView_GetChild(lclTree, lclHovered)) return;
-        Expand(node, true);
-        lclLogic.HoverExpanded(IdOf(lclHovered));
-    } else if (timer == tmrScroll) {
-        RECT area{};
-        GetWindowRect(lclTree, &area);
-        if (!PtInRect(&area, lclDragPoint)) return;
-        const int edge = Scaled(20, lclDpi);
-        if (lclDragPoint.y < area.top + edge)
-            SendMessageW(lclTree, WM_VSCROLL, SB_LINEUP, 0);
-        else if (lclDragPoint.y > area.bottom - edge)
-            SendMessageW(lclTree, WM_VSCROLL, SB_LINEDOWN, 0);
-    }
-}
-
-void TreeWindowWin32::StopDragTimers() {
-    KillTimer(lclWindow, tmrExpand);
-    KillTimer(lclWindow, tmrScroll);
-    lclHovered = nullptr;
-}
-
-// The control as it stands without its window: the label, the tree's frame and its first rows.
-void TreeWindowWin32::Draw(HDC device, const RECT& place) const {
-    const int dpi = GetDeviceCaps(device, LOGPIXELSY);
-    const HFONT font = MakeFont(lclFace, dpi);
-    const HGDIOBJ old = SelectObject(device, font);
-    const int saved = SaveDC(device);
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(device, &metrics);
-    const int size = Scaled(16, dpi);
-    const int line = std::max<int>(metrics.tmHeight + Scaled(2, dpi), size + Scaled(2, dpi));
-    RECT area = place;
-    FillRect(device, &area, GetSysColorBrush(COLOR_BTNFACE));
-    SetBkMode(device, TRANSPARENT);
-    constexpr UINT oneLine = DT_SINGLELINE | DT_VCENTER | DT_NOPREFIX | DT_END_ELLIPSIS;
-    if (lclLogic.StatusBarVisible()) {
-        RECT label{area.left + Scaled(4, dpi), area.top, area.right, area.top + line};
-        SetTextColor(device, GetSysColor(COLOR_BTNTEXT));
-        DrawTextW(device, platform::win32::ToWide(lclLogic.StatusText()).c_str(), -1, &label,
-                  oneLine);
-        area.top = label.bottom;
-    }
-    DrawEdge(device, &area, EDGE_SUNKEN, BF_RECT | BF_ADJUST);
-    FillRect(device, &area, GetSysColorBrush(COLOR_WINDOW));
-    SetTextColor(device, GetSysColor(COLOR_WINDOWTEXT));
-    IconStore images;
-    images.Build(dpi);
-    int top = area.top + Scaled(2, dpi);
-    for (const auto& row : lclLogic.FirstRows((area.bottom - area.top) / line)) {
-        int image = images.Index(row.imageKey);
-        if (image < 0 && images.AddFileIcon(row.imageKey, row.imageKey))
-            image = images.Index(row.imageKey);
-        const int left = area.left + Scaled(4, dpi) + row.depth * Scaled(19, dpi);
-        ImageList_Draw(images.Handle(), image < 0 ? images.Index("unknown") : image, device, left,
-                       top + (line - size) / 2, ILD_TRANSPARENT);
-        RECT text{left + size + Scaled(4, dpi), top, area.right, top + line};
-        DrawTextW(device, platform::win32::ToWide(row.text).c_str(), -1, &text, oneLine);
-        top += line;
-    }
-    RestoreDC(device, saved);
-    SelectObject(device, old);
-    DeleteObject(font);
 }
 
 } // namespace kavidex::controls::win32

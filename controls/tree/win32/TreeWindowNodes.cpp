@@ -53,6 +53,7 @@ void TreeWindowWin32::Clear() {
     const Quiet quiet(lclQuiet);
     TreeView_DeleteAllItems(lclTree);
     lclHovered = nullptr;
+    lclTip.Forget();
 }
 
 // Always behind the last sibling: any other place, or sorting, takes time that grows with the
@@ -83,11 +84,13 @@ NodeHandle TreeWindowWin32::AddNode(NodeHandle parent, const TreeNode& node) {
 void TreeWindowWin32::Remove(NodeHandle node) {
     const Quiet quiet(lclQuiet);
     lclHovered = nullptr;
+    lclTip.Forget();
     TreeView_DeleteItem(lclTree, ItemOf(node));
 }
 
 void TreeWindowWin32::SetText(NodeHandle node, std::string_view text) {
     WideText wide(text);
+    lclTip.Forget();
     TVITEMW item{};
     item.mask = TVIF_TEXT;
     item.hItem = ItemOf(node);
@@ -159,7 +162,9 @@ void TreeWindowWin32::SetChecked(NodeHandle node, bool checked) {
 
 void TreeWindowWin32::Repaint(NodeHandle node) {
     RECT place{};
-    if (TreeView_GetItemRect(lclTree, ItemOf(node), &place, FALSE))
+    if (!node)
+        InvalidateRect(lclTree, nullptr, TRUE);
+    else if (TreeView_GetItemRect(lclTree, ItemOf(node), &place, FALSE))
         InvalidateRect(lclTree, &place, TRUE);
 }
 

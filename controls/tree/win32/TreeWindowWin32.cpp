@@ -14,7 +14,8 @@ namespace kavidex::controls::win32 {
 
 namespace {
 
-constexpr int labelId = 1, treeId = 2;
+constexpr int labelId = 1, treeId = 2, gridId = 3, switchId = 4;
+constexpr UINT checkMessage = WM_APP, wakeMessage = WM_APP + 1;
 
 } // namespace
 
@@ -22,6 +23,9 @@ std::unique_ptr<ControlWindow> MakeTreeWindow(ctrlTree& logic,
                                               const platform::Workstation& workstation) {
     return std::make_unique<TreeWindowWin32>(logic, workstation);
 }
+
+TreeWindowWin32::TreeWindowWin32(ctrlTree& logic, const platform::Workstation& workstation)
+    : lclLogic(logic), lclWorkstation(workstation), lclGrid(logic.Grid()) {}
 
 HWND TreeWindowWin32::Create(HWND parent, const RECT& place) {
     if (lclWindow) return lclWindow;
@@ -50,55 +54,82 @@ bool TreeWindowWin32::CreateChildren() {
     lclTree =
         CreateWindowExW(WS_EX_CLIENTEDGE, WC_TREEVIEWW, L"",
                         WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
-                            TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_EDITLABELS | TVS_INFOTIP,
+                            TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_EDITLABELS | TVS_NOTOOLTIPS,
                         0, 0, 0, 0, lclWindow, reinterpret_cast<HMENU>(treeId), module, nullptr);
-    if (!lclLabel || !lclTree) return false;
+    const HWND grid = lclGrid.Create(lclWindow, gridId);
+    lclSwitch = CreateWindowExW(0, L"EDIT", L"", WS_CHILD, 0, 0, 0, 0, lclWindow,
+                                reinterpret_cast<HMENU>(switchId), module, nullptr);
+    if (!lclLabel || !lclTree || !grid || !lclSwitch) return false;
     // Not as a subclass of the common controls: that looks its data up at every message, and a fill
     // sends a hundred thousand.
     SetWindowLongPtrW(lclTree, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     lclNativeTree = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrW(lclTree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TreeProcedure)));
+    lclTip.Create(lclTree);
     lclDrops.Register(lclTree, *this, lclWorkstation);
+    SetWindowSubclass(grid, GridProcedure, 2, reinterpret_cast<DWORD_PTR>(this));
+    lclGridDrops.Register(grid, *this, lclWorkstation);
     return true;
 }
 
 void TreeWindowWin32::TakeFocus() {
-    if (lclTree) ::SetFocus(lclTree);
+    if (lclTree) ::SetFocus(Shown());
 }
 
-// What the tree uses is handed to it here; all else is the host's.
+void TreeWindowWin32::ShowList(bool list) {
+    const bool focus = HasFocus();
+    lclList = list;
+    if (list) BuildGridLook();
+    Layout();
+    if (focus) TakeFocus();
+    ShowWindow(list ? lclTree : lclGrid.Handle(), SW_HIDE);
+    const auto name = platform::win32::ToWide(ctrlTree::ShownChild(list));
+    ++lclQuiet;
+    SetWindowTextW(lclSwitch, name.c_str());
+    --lclQuiet;
+}
+
+void TreeWindowWin32::SwitchTyped() {
+    wchar_t text[64];
+    const int length = GetWindowTextW(lclSwitch, text, std::size(text));
+    lclLogic.SwitchTyped(platform::win32::FromWide({text, static_cast<std::size_t>(length)}));
+}
+
+void TreeWindowWin32::WakeSoon() { PostMessageW(lclWindow, wakeMessage, 0, 0); }
+
+// What the tree or the list uses is handed to it here; all else is the host's.
 bool TreeWindowWin32::TranslateKey(const MSG& message) {
     if (!HasFocus()) return false;
     const bool editing =
-        message.hwnd != lclTree && TreeView_GetEditControl(lclTree) == message.hwnd;
-    const bool control = GetKeyState(VK_CONTROL) < 0, alt = GetKeyState(VK_MENU) < 0;
+        message.hwnd != Shown() && (lclList ? lclGrid.IsEditing(message.hwnd)
+                                            : TreeView_GetEditControl(lclTree) == message.hwnd);
     bool ours = false;
-    if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN) {
-        switch (message.wParam) {
-        case VK_MULTIPLY:
-        case VK_ADD:
-        case VK_SUBTRACT:
-        case VK_F2:
-        case VK_DELETE:
-        case VK_APPS: ours = !alt && !control; break;
-        case VK_F10: ours = GetKeyState(VK_SHIFT) < 0; break;
-        case VK_SPACE: ours = lclCheckBoxes; break;
-        case VK_RETURN: ours = editing || lclLogic.OpenDoubleClick(); break;
-        case VK_ESCAPE: ours = editing; break;
-        case 'C':
-        case 'X':
-        case 'V': ours = control && !alt; break;
-        default: ours = IsMoveKey(message.wParam) && !alt; break;
-        }
+    if (message.message == WM_KEYDOWN || message.message == WM_SYSKEYDOWN)
         // A label's editor uses every key but the one that leaves the control.
-        if (editing) ours = message.wParam != VK_TAB;
-    } else if (message.message == WM_CHAR) {
+        ours = editing ? message.wParam != VK_TAB : UsesKey(message.wParam);
+    else if (message.message == WM_CHAR)
         ours = editing;
-    }
     if (!ours) return false;
     TranslateMessage(&message);
     DispatchMessageW(&message);
     return true;
+}
+
+bool TreeWindowWin32::UsesKey(WPARAM key) const {
+    const bool control = GetKeyState(VK_CONTROL) < 0, shift = GetKeyState(VK_SHIFT) < 0,
+               alt = GetKeyState(VK_MENU) < 0;
+    if (ctrlTree::HasCommand({static_cast<int>(key), control, shift, alt})) return true;
+    switch (key) {
+    case VK_MULTIPLY:
+    case VK_ADD:
+    case VK_SUBTRACT: return !lclList && !alt && !control;
+    case VK_APPS: return !alt && !control;
+    case VK_F10: return shift;
+    case VK_SPACE: return lclCheckBoxes || lclList || control;
+    case VK_RETURN: return lclLogic.OpenDoubleClick();
+    case 'A': return lclList && control && !alt;
+    default: return IsMoveKey(key) && !alt;
+    }
 }
 
 LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
@@ -121,13 +152,18 @@ LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
     case WM_NOTIFY: return Notified(*reinterpret_cast<NMHDR*>(l));
     case WM_CONTEXTMENU: OpenContextMenu(l); return 0;
     case WM_TIMER: DragTimer(w); return 0;
-    case WM_APP: ReportCheck(reinterpret_cast<HTREEITEM>(l)); return 0;
+    case WM_COMMAND:
+        if (LOWORD(w) == switchId && HIWORD(w) == EN_CHANGE && !lclQuiet) SwitchTyped();
+        return 0;
+    case checkMessage: ReportCheck(reinterpret_cast<HTREEITEM>(l)); return 0;
+    case wakeMessage: lclLogic.Woken(); return 0;
     case WM_SETTINGCHANGE:
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:
     case 0x02E3: // WM_DPICHANGED_AFTERPARENT
         if (lclTree) {
             SendMessageW(lclTree, message, w, l);
+            SendMessageW(lclGrid.Handle(), message, w, l);
             BuildLook();
         }
         return 0;
@@ -136,13 +172,14 @@ LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         StopDragTimers();
         ++lclQuiet; // what the dying tree tells
         lclDrops.Revoke();
+        lclGridDrops.Revoke();
         if (lclTree) TreeView_SetImageList(lclTree, nullptr, TVSIL_NORMAL);
         lclImages.Destroy();
         return 0;
     case WM_NCDESTROY:
         if (lclFont) DeleteObject(std::exchange(lclFont, nullptr));
         if (lclLabelBrush) DeleteObject(std::exchange(lclLabelBrush, nullptr));
-        lclTree = lclLabel = nullptr;
+        lclTree = lclLabel = lclSwitch = nullptr;
         lclQuiet = 0;
         return DefWindowProcW(window, message, w, l);
     default: return DefWindowProcW(window, message, w, l);
@@ -166,69 +203,10 @@ void TreeWindowWin32::Layout() {
         MoveWindow(lclLabel, indent, 0, std::max<LONG>(0, area.right - indent), top, TRUE);
     }
     ShowWindow(lclLabel, lclStatusBar ? SW_SHOWNA : SW_HIDE);
-    MoveWindow(lclTree, 0, top, area.right, std::max<LONG>(0, area.bottom - top), TRUE);
-}
-
-void TreeWindowWin32::BuildLook() {
-    lclDpi = DpiOf(lclWindow);
-    const HFONT old = std::exchange(lclFont, MakeFont(lclFace, lclDpi));
-    for (const HWND child : {lclLabel, lclTree})
-        SendMessageW(child, WM_SETFONT, reinterpret_cast<WPARAM>(lclFont), TRUE);
-    if (old) DeleteObject(old);
-    TreeView_SetImageList(lclTree, nullptr, TVSIL_NORMAL);
-    lclImages.Build(lclDpi);
-    TreeView_SetImageList(lclTree, lclImages.Handle(), TVSIL_NORMAL);
-    SetColours(lclBack, lclFore, lclOpaque);
-    Layout();
-}
-
-void TreeWindowWin32::SetStatusText(std::string_view text) {
-    SetWindowTextW(lclLabel, platform::win32::ToWide(text).c_str());
-}
-
-void TreeWindowWin32::ShowStatusBar(bool show) {
-    lclStatusBar = show;
-    Layout();
-}
-
-void TreeWindowWin32::SetColours(std::uint32_t back, std::uint32_t fore, bool opaque) {
-    lclBack = back;
-    lclFore = fore;
-    lclOpaque = opaque;
-    // Equal colours (as with a host that saved none) would show nothing: the system's then.
-    const bool ours = back != fore && !HighContrast();
-    TreeView_SetBkColor(lclTree, ours ? ColourOf(back) : static_cast<COLORREF>(-1));
-    TreeView_SetTextColor(lclTree, ours ? ColourOf(fore) : static_cast<COLORREF>(-1));
-    if (lclLabelBrush) DeleteObject(std::exchange(lclLabelBrush, nullptr));
-    if (ours && opaque) lclLabelBrush = CreateSolidBrush(ColourOf(back));
-    InvalidateRect(lclLabel, nullptr, TRUE);
-    InvalidateRect(lclWindow, nullptr, TRUE);
-}
-
-LRESULT TreeWindowWin32::LabelColours(HDC device) {
-    SetTextColor(device, ColourOf(lclFore));
-    SetBkColor(device, ColourOf(lclBack));
-    return reinterpret_cast<LRESULT>(lclLabelBrush);
-}
-
-void TreeWindowWin32::SetFont(const std::optional<FontFace>& font) {
-    if (font == lclFace) return;
-    lclFace = font;
-    BuildLook();
-}
-
-void TreeWindowWin32::SetEnabled(bool enabled) {
-    EnableWindow(lclTree, enabled);
-    EnableWindow(lclLabel, enabled);
-}
-
-void TreeWindowWin32::SetBorder(bool border) {
-    const auto style = GetWindowLongPtrW(lclWindow, GWL_STYLE);
-    const auto wanted = border ? style | WS_BORDER : style & ~static_cast<LONG_PTR>(WS_BORDER);
-    if (wanted == style) return;
-    SetWindowLongPtrW(lclWindow, GWL_STYLE, wanted);
-    SetWindowPos(lclWindow, nullptr, 0, 0, 0, 0,
-                 SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
+    const RECT room{0, top, area.right, std::max<LONG>(top, area.bottom)};
+    MoveWindow(lclTree, 0, top, room.right, room.bottom - top, TRUE);
+    lclGrid.Place(room);
+    ShowWindow(Shown(), SW_SHOWNA);
 }
 
 } // namespace kavidex::controls::win32

@@ -1,4 +1,4 @@
-// The tree control's window: a status label above a native tree.
+// The tree control's window: a status label above a native tree, or above the list in its place.
 #pragma once
 
 #include <string>
@@ -9,9 +9,11 @@
 
 #include <commctrl.h>
 
+#include "controls/common/win32/ItemTip.h"
 #include "controls/common/win32/OwnWindow.h"
 #include "controls/exchange/win32/DropTarget.h"
 #include "controls/forms/win32/WindowsForms.h"
+#include "controls/lists/win32/ListWindowWin32.h"
 #include "controls/pictures/win32/IconStore.h"
 #include "controls/tree/TreeWindow.h"
 
@@ -26,8 +28,7 @@ namespace kavidex::controls::win32 {
 
 class TreeWindowWin32 final : public OwnWindow, public TreeWindow, private DropReceiver {
 public:
-    TreeWindowWin32(ctrlTree& logic, const platform::Workstation& workstation)
-        : lclLogic(logic), lclWorkstation(workstation) {}
+    TreeWindowWin32(ctrlTree& logic, const platform::Workstation& workstation);
     ~TreeWindowWin32() override { Destroy(); }
 
     HWND Create(HWND parent, const RECT& place) override;
@@ -55,6 +56,8 @@ public:
     bool AddFileIcon(std::string_view extension, std::string_view key) override {
         return lclImages.AddFileIcon(extension, key);
     }
+    void ShowList(bool list) override;
+    void WakeSoon() override;
     void SetStatusText(std::string_view text) override;
     void ShowStatusBar(bool show) override;
     void SetColours(std::uint32_t back, std::uint32_t fore, bool opaque) override;
@@ -62,7 +65,7 @@ public:
     void SetEnabled(bool enabled) override;
     void SetBorder(bool border) override;
     std::optional<std::size_t> ShowMenu(const PopupMenu& menu, int x, int y) override;
-    std::int32_t Drag(std::string_view text, std::int32_t allowed) override;
+    std::int32_t Drag(const DropData& data, std::int32_t allowed) override;
     forms::FormPresenter* Forms() override { return &lclForms; }
     bool HasTopWindow(std::string_view title) override;
 
@@ -71,19 +74,31 @@ public:
 
 private:
     static LRESULT CALLBACK TreeProcedure(HWND window, UINT message, WPARAM w, LPARAM l);
+    static LRESULT CALLBACK GridProcedure(HWND window, UINT message, WPARAM w, LPARAM l,
+                                          UINT_PTR id, DWORD_PTR self);
     void ExpandBelow(HTREEITEM top);
     LRESULT HandleTree(UINT message, WPARAM w, LPARAM l);
     LRESULT TreeMessage(UINT message, WPARAM w, LPARAM l);
     LRESULT Notified(NMHDR& header);
+    LRESULT TreeNotified(NMHDR& header);
+    void NodeChanged(const NMTREEVIEWW& change);
+    bool MoveAlone(WPARAM key);
+    bool ReportInput(UINT message, WPARAM w, LPARAM l);
+    bool UsesKey(WPARAM key) const;
+    void SwitchTyped();
     LRESULT CustomDraw(NMTVCUSTOMDRAW& draw) const;
     bool BeginLabelEdit(const NMTVDISPINFOW& info);
     void EndLabelEdit(const NMTVDISPINFOW& info);
-    void ClickedAt(bool doubleClick);
+    bool ClickedAt(bool doubleClick);
     void ReportCheck(HTREEITEM item);
     void OpenContextMenu(LPARAM position);
+    void ShowTip(LPARAM position);
     void MouseEvent(UINT message, WPARAM w, LPARAM l);
 
     bool CreateChildren();
+    HWND Shown() const { return lclList ? lclGrid.Handle() : lclTree; }
+    bool OwnColours() const;
+    void BuildGridLook();
     void Layout();
     void BuildLook();
     void ShowExpandedImage(HTREEITEM item, bool expanded);
@@ -98,7 +113,9 @@ private:
 
     ctrlTree& lclLogic;
     const platform::Workstation& lclWorkstation;
-    HWND lclTree = nullptr, lclLabel = nullptr;
+    HWND lclTree = nullptr, lclLabel = nullptr, lclSwitch = nullptr;
+    ListWindowWin32 lclGrid;
+    ItemTip lclTip;
     WNDPROC lclNativeTree = nullptr;
     HFONT lclFont = nullptr;
     int lclDpi = 96;
@@ -111,8 +128,11 @@ private:
     HBRUSH lclLabelBrush = nullptr; // behind the label, null for the surroundings' colour
     bool lclByMouse = false;        // the focus comes with a click
     int lclQuiet = 0;               // above 0: what the tree tells is our own doing
-    bool lclStatusBar = true, lclCheckBoxes = false;
-    DropRegistration lclDrops;
+    bool lclStatusBar = true, lclCheckBoxes = false, lclList = false;
+    WPARAM lclClickKeys = 0; // held when the button went down
+    bool lclMoving = false;  // a key that moves the current node is at work
+    bool lclKeypad = false;  // its plus, minus or star is: they are no text to look for
+    DropRegistration lclDrops, lclGridDrops;
     HTREEITEM lclHovered = nullptr;
     POINT lclDragPoint{};
 };

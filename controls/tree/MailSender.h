@@ -1,0 +1,43 @@
+// What sends documents by mail, as the tree asks for it. The entries for it stay out of sight until
+// there is one.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kavidex::model {
+class clsItem;
+}
+
+namespace kavidex::controls {
+
+struct MailOrder {
+    std::string address; // of the one it goes to; may be empty
+    std::vector<std::shared_ptr<model::clsItem>> documents;
+    bool asPdf = false; // images go as PDF files
+};
+
+enum class MailOutcome {
+    Sent,
+    NotSent,     // the user closed it, or the mail program did not tell
+    LogonFailed, // the mail system knows nobody
+};
+
+struct MailResult {
+    MailOutcome outcome = MailOutcome::NotSent;
+    std::string sent;                 // the mail as it was sent, a .msg file; empty: not found
+    std::shared_ptr<void> files = {}; // what was made for the mail, `sent` too, goes with this
+};
+
+class MailSender {
+public:
+    virtual ~MailSender() = default;
+    // Has the user send it. Throws platform::Error when that fails.
+    virtual MailResult Send(const MailOrder& order) = 0;
+    // Files what was sent; the user is told what goes wrong.
+    virtual void File(const std::string& sent, std::int32_t folder) = 0;
+};
+
+} // namespace kavidex::controls
