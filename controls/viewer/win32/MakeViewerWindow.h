@@ -1,4 +1,4 @@
-// The native window of the document panel.
+// The native window of the document viewer.
 #pragma once
 
 #include <memory>
@@ -9,13 +9,13 @@ namespace kavidex::platform {
 struct Workstation;
 }
 namespace kavidex::controls {
-class DocumentPanel;
+class ctlViewer;
 }
 
 namespace kavidex::controls::win32 {
 
 // `logic` and `workstation` must outlive the window.
-std::unique_ptr<ControlWindow> MakePanelWindow(DocumentPanel& logic,
-                                               const platform::Workstation& workstation);
+std::unique_ptr<ControlWindow> MakeViewerWindow(ctlViewer& logic,
+                                                const platform::Workstation& workstation);
 
 } // namespace kavidex::controls::win32

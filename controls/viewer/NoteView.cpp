@@ -1,0 +1,50 @@
+#include "controls/viewer/NoteView.h"
+
+#include "controls/viewer/FrameTexts.h"
+#include "platform/Error.h"
+
+namespace kavidex::controls {
+
+using model::DocumentLook;
+
+namespace {
+
+platform::Error ErrorOf(const ctrlNote& note) { return {platform::errors::fail, note.LastError()}; }
+
+} // namespace
+
+NoteView::NoteView(ViewerFrame& frame) : lclFrame(frame), lclNote(frame.Machine()) {}
+
+void NoteView::Lock() {
+    lclNote.SetReadOnly(lclFileReadOnly || !lclFrame.HasRight("EditDossiers"));
+}
+
+void NoteView::SurroundingsChanged() {
+    lclNote.SetTranslate(std::make_shared<FrameTexts>(lclFrame));
+    Lock();
+}
+
+bool NoteView::Show(const ShownDocument& document) {
+    // Nothing written in it yet; what is not known to be absent is no new note.
+    const auto outcome = document.file.outcome;
+    if (outcome != DocumentLook::Ok && outcome != DocumentLook::FileMissing) {
+        lclFrame.Ask("Document kan niet gevonden worden.", "Melding viewer", platform::Buttons::Ok,
+                     platform::Icon::Critical);
+        return false;
+    }
+    if (outcome == DocumentLook::FileMissing)
+        lclNote.fncCreateNew(document.Path());
+    else if (lclNote.fncLoadMemo(document.Path()) == 0)
+        throw ErrorOf(lclNote);
+    lclFileReadOnly = document.readOnly;
+    SurroundingsChanged();
+    return true;
+}
+
+bool NoteView::Close() {
+    if (lclNote.fncSaveMemo(true) >= 0) return true;
+    lclFrame.TellError("fncSaveMemo", ErrorOf(lclNote));
+    return false;
+}
+
+} // namespace kavidex::controls

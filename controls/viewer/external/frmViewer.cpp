@@ -1,0 +1,127 @@
+#include "controls/viewer/external/frmViewer.h"
+
+#include "controls/common/Commands.h"
+#include "model/clsItem.h"
+#include "platform/General.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+constexpr std::string_view section = "ViewerSetting", alwaysExternal = "AlwaysExternal";
+
+} // namespace
+
+struct frmViewer::MenuContext {
+    const platform::Workstation& workstation;
+    frmViewer* form; // null: only looked at
+
+    static const Commands<MenuContext>& Table();
+};
+
+const Commands<frmViewer::MenuContext>& frmViewer::MenuContext::Table() {
+    using Context = MenuContext;
+    using Id = CommandId;
+    static constexpr Command<Context> rows[] = {
+        {.name = "mnuOptions", .caption = "Opties", .kind = CommandKind::Owner},
+        {.name = "mnuAllwaysExternal",
+         .caption = "Altijd in nieuw venster tonen",
+         .kind = CommandKind::Toggle,
+         .depth = 1,
+         .rule = [](const Context& context, const Id&) -> CommandState {
+             return {.checked = platform::GetRegFlag(context.workstation, section, alwaysExternal)};
+         },
+         .action =
+             [](Context& context, const Id&) {
+                 const auto& machine = context.workstation;
+                 platform::SaveRegFlag(machine, section, alwaysExternal,
+                                       !platform::GetRegFlag(machine, section, alwaysExternal));
+             }},
+        {.name = "mnuSaveScreen",
+         .caption = "Schermpositie opslaan",
+         .depth = 1,
+         .action =
+             [](Context& context, const Id&) {
+                 if (context.form->lclWindow)
+                     SaveViewerPlace(context.workstation, context.form->lclWindow->Place());
+             }},
+    };
+    static constexpr Commands<Context> table{std::span<const Command<Context>>(rows)};
+    return table;
+}
+
+frmViewer::frmViewer(const platform::Workstation& workstation)
+    : lclWorkstation(workstation), lclViewer(workstation) {
+    const auto keep = [&](std::shared_ptr<void> token) {
+        lclSubscriptions.push_back(std::move(token));
+    };
+    auto& viewer = lclViewer;
+    keep(viewer.EvOpenDossier.Subscribe([this](const std::string& key, const std::string& type) {
+        EvOpenDossier.Raise(key, type);
+    }));
+    keep(viewer.ExportPages.Subscribe(
+        [this](const std::string& file, const std::vector<std::int32_t>& pages, bool& done) {
+            EvExportPages.Raise(file, pages, done);
+        }));
+    keep(viewer.ExternalViewerOpened.Subscribe([this] { ExternalViewerOpened.Raise(); }));
+    keep(viewer.NextDocumentRequest.Subscribe([this] { EvNextDocumentRequest.Raise(); }));
+    keep(viewer.PreviousDocumentRequest.Subscribe([this] { EvPreviousDocumentRequest.Raise(); }));
+}
+
+frmViewer::~frmViewer() = default;
+
+void frmViewer::SetTranslate(std::shared_ptr<Translator> translator) {
+    lclViewer.SetTranslate(std::move(translator));
+    if (lclWindow) lclWindow->CaptionChanged();
+}
+
+void frmViewer::SetDbConnection(data::ConnectionPtr connection) {
+    lclViewer.SetDbConnection(std::move(connection));
+}
+
+void frmViewer::Open(const ViewerFormMaker& maker) {
+    if (!lclWindow && maker) lclWindow = maker(*this);
+    if (lclWindow) lclWindow->Show();
+    lclViewer.ExternalViewerOpened.Raise();
+}
+
+bool frmViewer::ShowItem(const ItemPtr& item) {
+    const bool shown = lclViewer.ShowItem(item);
+    lclId = lclViewer.Item() ? lclViewer.Item()->Id() : 0;
+    if (lclWindow) lclWindow->CaptionChanged();
+    return shown;
+}
+
+std::string frmViewer::Caption() const {
+    const std::string description = lclViewer.Item() ? lclViewer.Item()->Description() : "";
+    const auto& translator = Translate();
+    return translator ? translator->Translate("Document: $%$", {description})
+                      : platform::FillPlaceholders("Document: $%$", {description});
+}
+
+ViewerPlace frmViewer::StartPlace(std::span<const ScreenArea> monitors) const {
+    return OnScreen(ReadViewerPlace(lclWorkstation), monitors);
+}
+
+PopupMenu frmViewer::Menu() const {
+    return VisibleEntries(
+        MenuContext::Table().Menu({lclWorkstation, nullptr}, TranslationBy(Translate())));
+}
+
+void frmViewer::MenuChosen(const MenuEntry& entry) {
+    MenuContext context{lclWorkstation, this};
+    MenuContext::Table().Run(context, {entry.name, entry.index});
+    if (lclWindow) lclWindow->CaptionChanged();
+}
+
+bool frmViewer::MayClose() { return lclViewer.CloseImage(); }
+
+void frmViewer::Closed() {
+    const auto alive = weak_from_this().lock();
+    lclId = 0;
+    EvUnload.Raise();
+}
+
+} // namespace kavidex::controls

@@ -1,0 +1,255 @@
+// Showing: opening, paging, pictures, saving.
+#include "controls/viewer/pages/ImageView.h"
+
+#include <algorithm>
+
+#include "platform/Files.h"
+#include "platform/Log.h"
+#include "platform/Shell.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+using platform::Answer;
+using platform::Buttons;
+using platform::Icon;
+
+ImageView::ImageView(ViewerFrame& frame, PageHost& host)
+    : lclFrame(frame), lclHost(host), lclToolbox(frame, *this) {
+    const auto keep = [this](std::shared_ptr<void> subscription) {
+        lclSubscriptions.push_back(std::move(subscription));
+    };
+    const auto redraw = [this] {
+        Changed();
+        lclFrame.WantIdle();
+    };
+    const auto menu = [this](int x, int y) { lclHost.ShowPageMenu(x, y); };
+    keep(lclCanvas.PageAsked.Subscribe([this](int step) {
+        if (!GoTo(lclPage + step, step < 0)) lclHost.StepPage(step);
+    }));
+    keep(lclCanvas.ZoomChanged.Subscribe(redraw));
+    keep(lclCanvas.ContextMenu.Subscribe(menu));
+    keep(lclThumbs.Chosen.Subscribe([this](int page) {
+        if (page != lclPage) GoTo(page);
+    }));
+    keep(lclThumbs.SelectionChanged.Subscribe([this] { Changed(); }));
+    keep(lclThumbs.RoomChanged.Subscribe([this] { lclFrame.WantIdle(); }));
+    keep(lclThumbs.ContextMenu.Subscribe(menu));
+    keep(lclThumbs.DeleteAsked.Subscribe([this] { DeleteSelectedThumbs(); }));
+    keep(lclThumbs.DragStarted.Subscribe([this] {
+        try {
+            DragThumbs();
+        } catch (const std::exception& error) {
+            lclFrame.TellError("DragThumbs", error);
+        }
+    }));
+}
+
+void ImageView::Changed() {
+    lclFrame.ContentChanged();
+    if (lclWindow) lclWindow->ContentChanged();
+}
+
+bool ImageView::Show(const ShownDocument& document) {
+    const bool pdf = document.type == "pdf";
+    auto opened = std::make_unique<PageDocument>(lclFrame.Machine().files, document.Path(),
+                                                 pdf ? &OpenPdf : &OpenScan, document.readOnly);
+    if (opened->Count() < 1)
+        throw platform::Error(platform::errors::invalidData,
+                              "The document has no pages: " + document.Path());
+    lclDocument = std::move(opened);
+    lclDescription = document.file.description;
+    lclReadOnly = document.readOnly;
+    lclPdf = pdf;
+    lclExported = false;
+    lclThumbs.SetCount(Count());
+    lclCanvas.Fit(lclHost.KeptFit());
+    ShowPage(1, true, false);
+    return true;
+}
+
+bool ImageView::Close() {
+    bool lost = false;
+    // What cannot be saved stays, unless the user lets it go.
+    while (lclDocument && lclDocument->Changed() && !TrySave(lost) && !lost) {
+    }
+    lclDocument.reset();
+    RemoveDragged();
+    lclPage = 0;
+    lclDamage.clear();
+    lclCanvas.Clear();
+    lclThumbs.SetCount(0);
+    return true;
+}
+
+// --- Pages
+// ----------------------------------------------------------------------------------------
+
+bool ImageView::GoTo(int page, bool fromItsEnd) {
+    if (!lclDocument || page < 1 || page > Count() || page == lclPage) return false;
+    ShowPage(page, false, fromItsEnd);
+    return true;
+}
+
+void ImageView::ShowPage(int page, bool fit, bool fromItsEnd) {
+    lclPage = page;
+    lclDamage.clear();
+    try {
+        lclCanvas.SetPage(lclDocument->Shape(page), fit, fromItsEnd);
+        ShowMarks();
+    } catch (const platform::Error& error) {
+        lclFrame.Machine().log.Write("ShowPage", error.what());
+        lclCanvas.Clear();
+        lclCanvas.SetMessage(lclFrame.Text("Deze pagina kan niet getoond worden") + "\n" +
+                             error.what());
+    }
+    lclThumbs.SetCurrent(page);
+    Changed();
+    lclFrame.WantIdle();
+    lclHost.PageShown(page);
+}
+
+void ImageView::Fit(FitMode mode) {
+    lclHost.KeepFit(mode);
+    lclCanvas.Fit(mode);
+}
+
+bool ImageView::NeedsPicture() {
+    if (!lclCanvas.HasPage() || !lclCanvas.Message().empty()) return false;
+    if (!lclCanvas.HasPicture()) return true;
+    return lclDocument->DrawsAnySize() && lclPictureWidth != lclCanvas.Geometry().ShownWidth();
+}
+
+void ImageView::MakePicture() {
+    const auto& room = lclCanvas.Geometry();
+    lclPictureWidth = room.ShownWidth();
+    try {
+        lclCanvas.SetPicture(
+            lclDocument->Picture(lclPage, static_cast<std::uint32_t>(room.ShownWidth()),
+                                 static_cast<std::uint32_t>(room.ShownHeight()), lclDamage));
+        if (!lclDamage.empty()) lclFrame.Machine().log.Write("MakePicture", lclDamage);
+    } catch (const std::exception& error) {
+        lclFrame.Machine().log.Write("MakePicture", error.what());
+        lclCanvas.SetMessage(lclFrame.Text("Deze pagina kan niet getoond worden") + "\n" +
+                             error.what());
+    }
+    if (!lclDamage.empty()) Changed();
+}
+
+void ImageView::MakeThumb(int page) {
+    const auto side = static_cast<std::uint32_t>(lclThumbs.PictureSize());
+    try {
+        lclThumbs.Put(page, lclDocument->Thumbnail(page, side, side));
+    } catch (const std::exception& error) {
+        lclFrame.Machine().log.Write("MakeThumb", error.what());
+        lclThumbs.PutFailed(page);
+    }
+}
+
+bool ImageView::Idle() {
+    if (!lclDocument) return false;
+    if (NeedsPicture()) {
+        MakePicture();
+        return true;
+    }
+    const int page = lclThumbsShown ? lclThumbs.Wanted() : 0;
+    if (page == 0) return false;
+    MakeThumb(page);
+    return true;
+}
+
+StatusTexts ImageView::Status() const {
+    StatusTexts texts;
+    if (!lclDocument) return texts;
+    const auto page = std::to_string(lclPage), count = std::to_string(Count());
+    // The single page's count comes with a blank before it.
+    texts.page = Count() == 1 ? lclFrame.Text("Pagina $%$ van $%$ pagina", {page, " " + count})
+                              : lclFrame.Text("Pagina $%$ van $%$ pagina's", {page, count});
+    if (lclReadOnly) texts.page += " " + lclFrame.Text("(Alleen lezen)");
+    if (lclPdf) {
+        texts.hint = lclFrame.Machine().shell.TypeDescription("pdf");
+        texts.hintTip =
+            lclFrame.Text("Dubbelklik om het document met zijn standaard programma te openen");
+    }
+    if (!lclDamage.empty()) {
+        texts.hint = lclFrame.Text("Deze pagina is beschadigd");
+        texts.hintTip = lclDamage;
+    }
+    if (lclCanvas.HasPage()) texts.zoom = std::to_string(lclCanvas.Geometry().Percent()) + "%";
+    return texts;
+}
+
+void ImageView::HintActivated() {
+    if (!lclDocument || !lclPdf) return;
+    try {
+        lclFrame.Machine().shell.OpenDefault(lclDocument->Path());
+    } catch (const platform::Error& error) {
+        lclFrame.TellError("OpenDefault", error);
+    }
+}
+
+// --- Saving
+// ---------------------------------------------------------------------------------------
+
+// False when nothing was saved; `lost`: the user lets the changes go.
+bool ImageView::TrySave(bool& lost) {
+    try {
+        const auto missed = lclDocument->Save();
+        if (missed.empty()) return true;
+        std::string pages;
+        for (const int page : missed) pages += (pages.empty() ? "" : ", ") + std::to_string(page);
+        lclFrame.Ask("Een ander heeft het document intussen gewijzigd. Uw wijzigingen van deze "
+                     "pagina's zijn niet opgeslagen: $%$",
+                     "Melding viewer", Buttons::Ok, Icon::Exclamation, {pages});
+        return true;
+    } catch (const std::exception& error) {
+        lclFrame.Machine().log.Write("SaveImage", error.what());
+        lost = lclFrame.Ask("De wijzigingen van '$%$' zijn niet opgeslagen: $%$\r\n\r\nWilt u het "
+                            "opnieuw proberen? Anders gaan ze verloren.",
+                            "Bevestigen opslaan wijzigingen", Buttons::YesNo, Icon::Critical,
+                            {lclDescription, error.what()}) != Answer::Yes;
+        return false;
+    }
+}
+
+bool ImageView::SaveImage() {
+    if (!lclDocument) return false;
+    if (!lclDocument->Changed()) return true;
+    bool lost = false;
+    while (!TrySave(lost))
+        if (lost) {
+            Again(lclPage);
+            return false;
+        }
+    Again(lclPage);
+    return true;
+}
+
+// After the file was written or read anew: the same page, as it looks now.
+void ImageView::Again(int page) {
+    if (lclThumbs.Count() != Count()) lclThumbs.SetCount(Count());
+    ShowPage(std::clamp(page, 1, Count()), false, false);
+}
+
+// Runs what replaces the file; where another did so before, the document is read again instead.
+bool ImageView::Written(std::string_view routine, const std::function<void()>& write) {
+    try {
+        write();
+        return true;
+    } catch (const ChangedByAnother& error) {
+        lclFrame.Machine().log.Write(routine, error.what());
+        lclFrame.Ask("Een ander heeft het document intussen gewijzigd. Er is niets veranderd; het "
+                     "document wordt opnieuw getoond.",
+                     "Melding viewer", Buttons::Ok, Icon::Exclamation);
+        if (lclDocument->Changed()) SaveImage();
+        lclDocument->ReadAgain();
+        lclThumbs.SetCount(Count());
+        Again(lclPage);
+    } catch (const std::exception& error) {
+        lclFrame.TellError(routine, error);
+    }
+    return false;
+}
+
+} // namespace kavidex::controls

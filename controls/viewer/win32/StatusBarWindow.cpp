@@ -1,0 +1,103 @@
+#include "controls/viewer/win32/StatusBarWindow.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+
+#include "controls/common/win32/Look.h"
+#include "platform/win32/Owner.h"
+#include "platform/win32/Variant.h"
+
+namespace kavidex::controls::win32 {
+
+using platform::win32::ToWide;
+
+namespace {
+
+enum Panel { pagePanel, hintPanel, zoomPanel, panelCount };
+
+} // namespace
+
+HWND StatusBarWindow::Create(HWND parent, int id) {
+    INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
+    InitCommonControlsEx(&controls);
+    const HINSTANCE module = platform::win32::OwnModule();
+    lclWindow = CreateWindowExW(
+        0, STATUSCLASSNAMEW, L"",
+        WS_CHILD | WS_VISIBLE | CCS_NORESIZE | CCS_NOPARENTALIGN | CCS_NODIVIDER, 0, 0, 0, 0,
+        parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), module, nullptr);
+    if (!lclWindow) return nullptr;
+    // The bar's own tips come only where a text is cut off.
+    lclTips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0,
+                              0, 0, 0, lclWindow, nullptr, module, nullptr);
+    TOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.uFlags = TTF_SUBCLASS;
+    tool.hwnd = lclWindow;
+    tool.uId = hintPanel;
+    tool.lpszText = lclTip.data();
+    SendMessageW(lclTips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+    return lclWindow;
+}
+
+void StatusBarWindow::Show(const StatusTexts& texts) {
+    if (!lclWindow) return;
+    const std::string* panels[panelCount] = {&texts.page, &texts.hint, &texts.zoom};
+    for (int i = 0; i < panelCount; ++i)
+        SendMessageW(lclWindow, SB_SETTEXTW, static_cast<WPARAM>(i),
+                     reinterpret_cast<LPARAM>(ToWide(*panels[i]).c_str()));
+    lclTip = ToWide(texts.hintTip);
+    TOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.hwnd = lclWindow;
+    tool.uId = hintPanel;
+    tool.lpszText = lclTip.data();
+    SendMessageW(lclTips, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
+    Arrange();
+}
+
+void StatusBarWindow::BuildLook(int dpi, HFONT font) {
+    lclDpi = dpi;
+    SendMessageW(lclWindow, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+    Arrange();
+}
+
+int StatusBarWindow::Height() const {
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(lclWindow, WM_GETFONT, 0, 0));
+    HDC device = GetDC(lclWindow);
+    const HGDIOBJ before = font ? SelectObject(device, font) : nullptr;
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(device, &metrics);
+    if (before) SelectObject(device, before);
+    ReleaseDC(lclWindow, device);
+    return metrics.tmHeight + Scaled(8, lclDpi);
+}
+
+void StatusBarWindow::Place(const RECT& place) {
+    MoveWindow(lclWindow, place.left, place.top, place.right - place.left, place.bottom - place.top,
+               TRUE);
+    Arrange();
+}
+
+// The page has what it needs, the zoom a fixed room, the hint all else.
+void StatusBarWindow::Arrange() {
+    RECT area{};
+    GetClientRect(lclWindow, &area);
+    const int zoom = Scaled(60, lclDpi), page = Scaled(250, lclDpi);
+    const int hintEnd = std::max<int>(0, area.right - zoom);
+    const int ends[panelCount] = {std::min(page, hintEnd), hintEnd, area.right};
+    SendMessageW(lclWindow, SB_SETPARTS, panelCount, reinterpret_cast<LPARAM>(ends));
+    TOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.hwnd = lclWindow;
+    tool.uId = hintPanel;
+    tool.rect = {ends[pagePanel], 0, hintEnd, area.bottom};
+    SendMessageW(lclTips, TTM_NEWTOOLRECTW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+bool StatusBarWindow::HintActivated(const NMHDR& header) const {
+    return lclWindow && header.hwndFrom == lclWindow && header.code == NM_DBLCLK &&
+           reinterpret_cast<const NMMOUSE&>(header).dwItemSpec == hintPanel;
+}
+
+} // namespace kavidex::controls::win32

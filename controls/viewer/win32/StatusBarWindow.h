@@ -1,0 +1,31 @@
+// The viewer's status bar: the page, a hint that can be double-clicked, the zoom.
+#pragma once
+
+#include <windows.h>
+
+#include "controls/viewer/DocumentView.h"
+
+namespace kavidex::controls::win32 {
+
+class StatusBarWindow {
+public:
+    HWND Create(HWND parent, int id); // lives until its parent goes
+    HWND Handle() const { return lclWindow; }
+    void Forget() { lclWindow = lclTips = nullptr; }
+
+    void Show(const StatusTexts& texts);
+    void BuildLook(int dpi, HFONT font);
+    int Height() const;
+    void Place(const RECT& place);
+    // Whether a notification says that the hint was double-clicked.
+    bool HintActivated(const NMHDR& header) const;
+
+private:
+    void Arrange();
+
+    HWND lclWindow = nullptr, lclTips = nullptr;
+    std::wstring lclTip;
+    int lclDpi = 96;
+};
+
+} // namespace kavidex::controls::win32
