@@ -8,7 +8,13 @@
 
 #include "controls/common/PopupMenu.h"
 
+namespace kavidex::controls::forms {
+class FormPresenter;
+}
+
 namespace kavidex::controls {
+
+class ScanPlace;
 
 class BinderWindow {
 public:
@@ -21,6 +27,8 @@ public:
     virtual void FocusTree() = 0; // an item was made there on the user's request
     // Drops the menu down from the button and waits; the chosen entry's position in `menu`.
     virtual std::optional<std::size_t> ShowMenu(const PopupMenu& menu, std::string_view button) = 0;
+    virtual forms::FormPresenter* Forms() = 0; // shows forms before the window
+    virtual ScanPlace* Scanner() = 0;
 };
 
 } // namespace kavidex::controls

@@ -2,11 +2,13 @@
 #include "controls/binder/ctrlCorrespondence.h"
 
 #include "controls/binder/BinderWindow.h"
+#include "controls/binder/IntakeWiring.h"
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/common/OwnTranslator.h"
 #include "controls/splitter/ctlSplitPanel.h"
 #include "controls/tree/ctrlTree.h"
-#include "controls/viewer/DocumentPanel.h"
+#include "controls/viewer/ctlViewer.h"
+#include "controls/viewer/external/ctrlExtViewer.h"
 #include "data/AdoFactory.h"
 #include "data/ConnectionAssignment.h"
 #include "data/schema/AccessRepair.h"
@@ -64,13 +66,15 @@ void PassOn(const Rows& rows, const BinderProperties& state, ctrlTree& tree) {
 
 ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
                                        std::shared_ptr<data::AdoFactory> ado,
-                                       std::shared_ptr<data::AccessRepair> repair)
+                                       std::shared_ptr<data::AccessRepair> repair,
+                                       IntakeComponents components)
     : lclWorkstation(workstation), lclAdo(std::move(ado)), lclRepair(std::move(repair)),
       lclRights(workstation, [this] { Tell("De rechten kunnen niet gelezen worden"); }),
       lclLock(workstation), lclTree(std::make_unique<ctrlTree>(workstation)),
-      lclViewer(std::make_unique<DocumentPanel>(workstation)),
+      lclViewer(std::make_unique<ctlViewer>(workstation)),
+      lclExtViewer(std::make_unique<ctrlExtViewer>(workstation)),
       lclSplitPanel(std::make_unique<ctlSplitPanel>()) {
-    lclTree->Serve(lclLock, [this] { return lclState.ExternalId; });
+    lclTree->Serve(lclLock, [this] { return DossierKey(); });
     data::ConnectionListeners listeners;
     listeners.leaving = [this] { Guarded("DbConnection", [&] { EndDossier(); }); };
     listeners.changed = [this] { PropertyChanged.Raise("DbConnection"); };
@@ -82,12 +86,19 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
             HandDownTranslator();
         }
         HandDownRights();
+        LookUpKey(Id());
         RestoreSelection();
     };
     lclAssignment = std::make_unique<data::ConnectionAssignment>(
         workstation, std::move(listeners),
         [this](std::string_view text, const auto& values) { return Text(text, values); });
+    lclIntake.reset(new IntakeParts{{*this, workstation, lclLock, std::move(components)}});
+    lclIntake->scan.changed = [this] { ApplyLayout(); };
+    lclIntake->queue.giveToScanner = [this](const std::string& folder) {
+        return lclWindow && lclIntake->scan.Import(folder);
+    };
     SubscribeToChildren();
+    SubscribeToViewers();
     MakeOwnTranslator();
     PassOnToTree();
     ApplyLayout();
@@ -132,7 +143,9 @@ void ctrlCorrespondence::TakeEffect() {
         HandDownTranslator();
     }
     PassOnToTree();
-    lclViewer->SetAppearance(lclState.BackColor, lclState.ForeColor, lclState.Enabled, lclFont);
+    lclViewer->SetBackColor(lclState.BackColor);
+    lclViewer->SetForeColor(lclState.ForeColor);
+    lclViewer->SetEnabled(lclState.Enabled);
     lclViewer->SetColWidth(lclState.ColWidth);
     ApplyLayout();
     if (lclWindow) lclWindow->AppearanceChanged();
@@ -149,13 +162,21 @@ void ctrlCorrespondence::SetFont(std::optional<FontFace> font) {
     lclFont = std::move(font);
     PropertyChanged.Raise("Font");
     lclTree->SetFont(lclFont);
+    lclViewer->SetFont(lclFont);
     TakeEffect();
 }
 
+void ctrlCorrespondence::SetExternalId(const std::string& key) {
+    lclKeyKnown = true;
+    Change(&BinderProperties::ExternalId, key);
+}
+
 void ctrlCorrespondence::LoadProperties(PropertyBag& bag) {
+    if (Id() != 0) EndDossier();
     controls::LoadProperties(BinderPropertyTable(), lclState, bag);
     lclAssignment->SetTemplatePath(lclState.TemplatePath);
     TakeEffect();
+    LookUpKey(lclState.Id);
     lclTree->SetTreeId(lclState.Id);
     RestoreSelection();
     ToolbarChanged();
@@ -165,8 +186,7 @@ void ctrlCorrespondence::SaveProperties(PropertyBag& bag) const {
     BinderProperties state = lclState;
     state.Id = Id();
     state.TemplatePath = lclAssignment->TemplatePath();
-    state.ScannedDoc = false;
-    for (const auto& pending : lclPending) state.ScannedDoc = state.ScannedDoc || pending.scanned;
+    state.ScannedDoc = lclIntake->intake.HasScannedPending();
     if (const auto folder = SelectedFolder()) {
         // The item has 16 bits; an id beyond them is not kept rather than kept wrong.
         const auto id = static_cast<std::int16_t>(folder->Id());
@@ -195,6 +215,7 @@ void ctrlCorrespondence::MakeOwnTranslator() {
 void ctrlCorrespondence::HandDownTranslator() {
     lclTree->SetTranslate(lclTranslator);
     lclViewer->SetTranslate(lclTranslator);
+    lclExtViewer->SetTranslate(lclTranslator);
     ToolbarChanged();
 }
 
@@ -207,6 +228,7 @@ void ctrlCorrespondence::HandDownRights() {
     lclRights.Set(lclUserAuth, DbConnection());
     lclTree->SetUserAuth(lclUserAuth);
     lclViewer->SetUserAuth(lclUserAuth);
+    lclExtViewer->SetUserAuth(lclUserAuth);
     WriteSwitches();
     ToolbarChanged();
 }

@@ -18,6 +18,7 @@
 #include "controls/common/PopupMenu.h"
 #include "controls/common/Toolbar.h"
 #include "controls/common/Translator.h"
+#include "controls/intake/FilingReport.h"
 #include "controls/tree/TreeEvents.h"
 #include "data/Connection.h"
 
@@ -40,9 +41,12 @@ class clsUserAuth;
 namespace kavidex::controls {
 
 class BinderWindow;
-class DocumentPanel;
+class IntakeWiring;
+struct IntakeParts;
 class OwnTranslator;
 class ctlSplitPanel;
+class ctlViewer;
+class ctrlExtViewer;
 class ctrlTree;
 
 // Numbers of the layouts; 0 leaves the splitter's orientation as it is.
@@ -50,25 +54,17 @@ namespace layouts {
 constexpr std::int16_t none = 0, treeOnly = 1, viewerOnly = 2, treeLeft = 3, treeTop = 4;
 }
 
-// Results of AddFiles. Every file that was filed before a failure stays filed.
-namespace addFiles {
-constexpr std::int32_t done = 0;
-constexpr std::int32_t noDossier = -1; // no dossier is open, or there is no connection
-constexpr std::int32_t noFolder = -2;  // no folder of that id in this dossier
-constexpr std::int32_t noStore = -3;   // the document store is not set up
-constexpr std::int32_t noFile = -4;    // a file is missing or cannot be read
-constexpr std::int32_t notFiled = -5;  // the store or the database refused
-} // namespace addFiles
-
 template <class Context>
 class Commands;
 
 class ctrlCorrespondence : public ToolbarSource {
 public:
-    // `ado` and `repair` serve DbOpenConnection only; without `ado` it reports a failure.
+    // `ado` and `repair` serve DbOpenConnection only; without `ado` it reports a failure. Without a
+    // component what it does is not to be had, which the user is told.
     explicit ctrlCorrespondence(const platform::Workstation& workstation,
                                 std::shared_ptr<data::AdoFactory> ado = nullptr,
-                                std::shared_ptr<data::AccessRepair> repair = nullptr);
+                                std::shared_ptr<data::AccessRepair> repair = nullptr,
+                                IntakeComponents components = {});
     ~ctrlCorrespondence() override; // ends the work on the dossier as CloseObject does
     ctrlCorrespondence(const ctrlCorrespondence&) = delete;
     ctrlCorrespondence& operator=(const ctrlCorrespondence&) = delete;
@@ -93,7 +89,6 @@ public:
     KAVIDEX_BINDER_PROPERTY(std::string, NameForInsert)
     KAVIDEX_BINDER_PROPERTY(std::string, TypeForInsert)
     KAVIDEX_BINDER_PROPERTY(std::string, DossierType)
-    KAVIDEX_BINDER_PROPERTY(std::string, ExternalId)
     KAVIDEX_BINDER_PROPERTY(std::string, InitString)
     KAVIDEX_BINDER_PROPERTY(std::string, Description)
     KAVIDEX_BINDER_PROPERTY(std::string, DbPassWord)
@@ -110,6 +105,12 @@ public:
     KAVIDEX_BINDER_PROPERTY(bool, SelectItems)
     KAVIDEX_BINDER_PROPERTY(std::string, EmailAddress)
 #undef KAVIDEX_BINDER_PROPERTY
+
+    // The host's key of the open dossier, which its documents carry; it ends with the dossier. One
+    // that is set while none is open is for the next that is shown by its Id, unless the database
+    // has the key of that tree.
+    const std::string& ExternalId() const { return lclState.ExternalId; }
+    void SetExternalId(const std::string& key);
 
     // The one that is set second of these two opens the database.
     const std::string& DbProvider() const { return lclState.DbProvider; }
@@ -206,7 +207,8 @@ public:
     // --- Parts, and what the window reports ----------------------------------------------------
 
     ctrlTree& treCorr() const { return *lclTree; }
-    DocumentPanel& Viewer() const { return *lclViewer; }
+    ctlViewer& Viewer() const { return *lclViewer; }
+    ctrlExtViewer& ExtViewer() const { return *lclExtViewer; }
     ctlSplitPanel& SplitPanel() const { return *lclSplitPanel; }
 
     // Null detaches. The window must detach before it dies.
@@ -215,6 +217,7 @@ public:
     std::vector<ToolbarItem> Toolbar() override;
     bool ToolbarVisible() const { return !lclState.ShowTreeOnly; }
     void ButtonClicked(std::string_view key) override;
+    void ButtonDropped(std::string_view key) override;
     PopupMenu ButtonMenu(std::string_view key); // what the button drops down
     void MenuChosen(const MenuEntry& entry);
 
@@ -227,11 +230,7 @@ public:
     std::int32_t SplitterPosition() const; // as the workstation keeps it
 
 private:
-    struct Pending {
-        std::string file;
-        bool scanned = false;
-    };
-    struct Failed; // what went wrong while files were added
+    friend class IntakeWiring;
 
     struct CommandContext; // what the rows of the toolbar act on
     static const Commands<CommandContext>& CommandTable();
@@ -246,11 +245,27 @@ private:
     void SubscribeToChildren();
     void SelectItem(std::int32_t id);
     void OnItemSelected(const TreeItemInfo& item);
-    void OnItemDropped(const DropEvent& drop);
+    void SubscribeToViewers();
     void ShowItem(const TreeItemInfo& item);
+    // A document in its own program, or in the external window; false: it is for the viewer.
+    bool ShowElsewhere(const std::shared_ptr<model::clsItem>& document, bool asked);
+    void EmptyViewers();
+    void RefreshList(); // the viewer's, when a folder is shown
+    // False: no document was made of them, and the user was told.
+    bool FilePages(const std::string& file, const std::vector<std::int32_t>& pages);
 
     void MakeOwnTranslator();
-    std::int32_t EndDossier(); // what is pending goes to its top; 0 or an addFiles result
+    // What is pending goes to the top of the open dossier, and its key is forgotten; 0 or an
+    // addFiles result.
+    std::int32_t LeaveDossier();
+    std::int32_t EndDossier(); // the same, and nothing is open afterwards
+    void ShowTree(std::int32_t id);
+    bool MakeTree(std::string_view description, std::string_view tabs);
+    void TakeKey(std::string_view key);
+    void LookUpKey(std::int32_t tree); // what cannot be read is asked again when it is needed
+    void ReadKey(std::int32_t tree);
+    std::string DossierKey(); // throws where it is not known whose the documents are
+    Dossier OpenDossier() const;
     void HandDownTranslator();
     void HandDownRights();
     void WriteSwitches();
@@ -268,22 +283,15 @@ private:
                                std::string_view tabs, std::int32_t& step);
     std::string DefaultTabs(std::string_view listOfTabs) const;
     void RestoreSelection();
-    bool QueueFolder(std::string_view root, const std::string& name, bool announce) const;
+    void ImportBacklog();
 
-    std::shared_ptr<model::clsItem> FolderFor(std::int32_t id, std::string_view description,
-                                              bool top) const;
     std::shared_ptr<model::clsItem> SelectedFolder() const;
-    std::int32_t FileInto(const std::shared_ptr<model::clsItem>& folder,
-                          const std::vector<Pending>& files);
-    bool FileOne(const std::shared_ptr<model::clsTree>& tree,
-                 const std::shared_ptr<model::clsItem>& folder, const Pending& pending,
-                 Failed& failed);
-    std::int32_t TellNotAdded(const Failed& failed) const;
-    std::int32_t FilePendingAtTop();
-    std::string CauseOf(const std::string& file, std::int32_t number) const;
 
     void ApplyLayout();
     void ToolbarChanged();
+    void DropDown(std::string_view key);
+    template <class Work>
+    void FromToolbar(Work work) const;
     void InsertNew(std::size_t which);
 
     const platform::Workstation& lclWorkstation;
@@ -295,14 +303,16 @@ private:
     std::shared_ptr<OwnTranslator> lclOwnTranslator; // null while the host's is in use
     std::shared_ptr<model::clsUserAuth> lclUserAuth;
     GrantedRights lclRights;
-    std::string lclQueueExternalId, lclDefaultQueueId; // the host's, and the dossier's own
-    std::vector<Pending> lclPending;                   // waits for a folder to be chosen
+    bool lclKeyKnown = true; // else the database could not be asked yet for the open tree's key
+    std::string lclQueueExternalId; // the host's; empty: the open dossier's key
     OperationLock lclLock;
 
     std::unique_ptr<ctrlTree> lclTree;
-    std::unique_ptr<DocumentPanel> lclViewer;
+    std::unique_ptr<ctlViewer> lclViewer;
+    std::unique_ptr<ctrlExtViewer> lclExtViewer;
     std::unique_ptr<ctlSplitPanel> lclSplitPanel;
     std::unique_ptr<data::ConnectionAssignment> lclAssignment;
+    std::unique_ptr<IntakeParts> lclIntake;
     BinderWindow* lclWindow = nullptr;
     std::vector<std::shared_ptr<void>> lclSubscriptions;
 };

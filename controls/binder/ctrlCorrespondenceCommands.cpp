@@ -1,5 +1,6 @@
 // The toolbar: its commands as one table, and how they are shown and taken.
 #include "controls/binder/BinderWindow.h"
+#include "controls/binder/IntakeWiring.h"
 #include "controls/binder/ctrlCorrespondence.h"
 #include "controls/common/Commands.h"
 #include "controls/tree/ctrlTree.h"
@@ -14,18 +15,8 @@ struct ctrlCorrespondence::CommandContext {
     ctrlCorrespondence& binder;
 
     bool HasRight(std::string_view right) const { return binder.HasRight(right); }
-    bool MayInsert(int which) const {
-        return binder.treCorr().MayInsert(static_cast<std::size_t>(which));
-    }
-    void InsertNew(int which) const { binder.InsertNew(static_cast<std::size_t>(which)); }
-    std::string NewName(int which) const {
-        const auto names = platform::Split(binder.NameForInsert(), ';');
-        const auto types = platform::Split(binder.TypeForInsert(), ';');
-        const auto position = static_cast<std::size_t>(which);
-        const bool named = position < names.size() && position < types.size();
-        return named && !platform::TrimView(names[position]).empty() ? binder.Text(names[position])
-                                                                     : std::string();
-    }
+    bool MayDelete() const { return binder.treCorr().MayUser(UserAction::Delete); }
+    PageWork& Pages() const { return binder.lclIntake->pages; }
 };
 
 const Commands<ctrlCorrespondence::CommandContext>& ctrlCorrespondence::CommandTable() {
@@ -44,6 +35,9 @@ const Commands<ctrlCorrespondence::CommandContext>& ctrlCorrespondence::CommandT
     static constexpr auto checklist = [](const Context& context, const Id&) -> CommandState {
         return {!context.binder.ShowCheckList().empty(), context.binder.Usable()};
     };
+    static constexpr auto scanning = [](const Context& context, const Id&) -> CommandState {
+        return {true, context.binder.Usable(), context.binder.lclIntake->scan.IsOpen()};
+    };
     static constexpr auto layout = [](const Id& id) -> std::int16_t {
         constexpr std::string_view names[] = {"mnutreeonly", "mnudoconly", "mnutreeleftviewerright",
                                               "mnutreetopviewerbottom"};
@@ -58,22 +52,25 @@ const Commands<ctrlCorrespondence::CommandContext>& ctrlCorrespondence::CommandT
         context.binder.SetLayout(layout(id));
     };
 
+    static constexpr auto deleting = [](const Context& context, const Id&) -> CommandState {
+        return {true, context.MayDelete()};
+    };
+    // The buttons themselves keep the originals.
+    static constexpr auto staple = [](Context& context, const Id& id) {
+        context.Pages().Staple(id.name == "withdel");
+    };
+    static constexpr auto unpack = [](Context& context, const Id& id) {
+        context.Pages().Split(id.name == "unpackwithdel");
+    };
+
     // Commands whose action needs a component that is not built in are not offered.
     static constexpr Command<Context> rows[] = {
         {.name = "New",
-         .kind = Kind::Owner,
          .picture = "New",
          .tooltip = "Nieuw",
          .right = "EditDossiers",
-         .rule = adding},
-        {.name = "mnuNew",
-         .depth = 1,
-         .count = 5,
-         .rule = [](const Context& context, const Id& id) -> CommandState {
-             return {true, context.MayInsert(id.index)};
-         },
-         .text = [](const Context& context, const Id& id) { return context.NewName(id.index); },
-         .action = [](Context& context, const Id& id) { context.InsertNew(id.index); }},
+         .rule = adding,
+         .action = [](Context& context, const Id&) { context.binder.lclIntake->newItems.Ask(); }},
         {.name = "NewSep", .kind = Kind::Separator, .rule = adding},
         {.name = "Settings",
          .tooltip = "Instellingen",
@@ -82,36 +79,42 @@ const Commands<ctrlCorrespondence::CommandContext>& ctrlCorrespondence::CommandT
          .rule = settings},
         {.name = "SettingsSep", .kind = Kind::Separator, .offered = false, .rule = settings},
         {.name = "Stapler",
-         .kind = Kind::Owner,
+         .kind = Kind::Split,
+         .picture = "Stapler",
          .tooltip = "Nieten",
          .right = "EditDossiers",
-         .offered = false,
-         .rule = usable},
+         .rule = usable,
+         .action = staple},
         {.name = "withdel",
          .caption = "Nieten en originelen verwijderen",
          .depth = 1,
-         .offered = false},
-        {.name = "nodel", .caption = "Nieten en originelen behouden", .depth = 1, .offered = false},
+         .rule = deleting,
+         .action = staple},
+        {.name = "nodel", .caption = "Nieten en originelen behouden", .depth = 1, .action = staple},
         {.name = "Unpack",
-         .kind = Kind::Owner,
+         .kind = Kind::Split,
+         .picture = "Unpack",
          .tooltip = "Splitsen",
          .right = "EditDossiers",
-         .offered = false,
-         .rule = usable},
+         .rule = usable,
+         .action = unpack},
         {.name = "unpackwithdel",
          .caption = "Splitsen en origineel verwijderen",
          .depth = 1,
-         .offered = false},
+         .rule = deleting,
+         .action = unpack},
         {.name = "unpacknodel",
          .caption = "Splitsen en origineel behouden",
          .depth = 1,
-         .offered = false},
+         .action = unpack},
         {.name = "Scan",
          .kind = Kind::Toggle,
+         .picture = "Scan",
          .tooltip = "Open de scanmodule",
+         .checkedTooltip = "Sluit de scanmodule",
          .right = "AddScannedImages",
-         .offered = false,
-         .rule = usable},
+         .rule = scanning,
+         .action = [](Context& context, const Id&) { context.binder.lclIntake->scan.Toggle(); }},
         {.name = "WindowPlacement",
          .kind = Kind::Owner,
          .picture = "WindowPlacement",
@@ -168,24 +171,37 @@ PopupMenu ctrlCorrespondence::ButtonMenu(std::string_view key) {
     return VisibleEntries(CommandTable().Menu({*this}, TranslationBy(lclTranslator), key));
 }
 
-void ctrlCorrespondence::ButtonClicked(std::string_view key) {
-    CommandContext context{*this};
-    const auto* row = CommandTable().Find(key);
+template <class Work>
+void ctrlCorrespondence::FromToolbar(Work work) const {
     try {
-        if (!row || !CommandTable().Allowed(context, *row)) return;
-        if (row->kind != CommandKind::Owner) {
-            CommandTable().Run(context, {row->name});
-            return;
-        }
-        const auto menu = ButtonMenu(key);
-        const auto chosen = lclWindow ? lclWindow->ShowMenu(menu, row->name) : std::nullopt;
-        if (chosen && *chosen < menu.size()) MenuChosen(menu[*chosen]);
+        work();
     } catch (const std::exception& error) {
         lclWorkstation.log.Write("ButtonClicked", error.what());
         lclWorkstation.messages.Show({error.what(),
                                       Text("Error in ButttonClick of ctrlCorrespondence"),
                                       platform::Buttons::Ok, platform::Icon::Critical});
     }
+}
+
+void ctrlCorrespondence::ButtonClicked(std::string_view key) {
+    const auto* row = CommandTable().Find(key);
+    if (row && row->kind == CommandKind::Owner) return DropDown(key);
+    FromToolbar([&] {
+        CommandContext context{*this};
+        if (row) CommandTable().Run(context, {row->name});
+    });
+}
+
+void ctrlCorrespondence::ButtonDropped(std::string_view key) { DropDown(key); }
+
+void ctrlCorrespondence::DropDown(std::string_view key) {
+    FromToolbar([&] {
+        const auto* row = CommandTable().Find(key);
+        if (!row || !CommandTable().Allowed(CommandContext{*this}, *row)) return;
+        const auto menu = ButtonMenu(key);
+        const auto chosen = lclWindow ? lclWindow->ShowMenu(menu, row->name) : std::nullopt;
+        if (chosen && *chosen < menu.size()) MenuChosen(menu[*chosen]);
+    });
 }
 
 void ctrlCorrespondence::MenuChosen(const MenuEntry& entry) {

@@ -25,10 +25,9 @@ std::int32_t ctrlCorrespondence::ExportFiles(std::string_view prmDirectory) {
     Guarded("ExportFiles", [&] {
         if (!Usable() || platform::TrimView(prmDirectory).empty()) return;
         lclWorkstation.files.CreateDirectories(prmDirectory);
-        auto items = lclTree->AllItems();
-        std::erase_if(items, [](const auto& item) { return item->Id() < 0; }); // deleted, but shown
-        const auto copied = CopyOut(lclWorkstation, DbConnection(), lclLock,
-                                    TranslationBy(lclTranslator), items, prmDirectory);
+        const auto copied =
+            CopyOut(lclWorkstation, DbConnection(), lclLock, TranslationBy(lclTranslator),
+                    lclTree->AllItems(), prmDirectory);
         result = copied.failures == 0 ? static_cast<std::int32_t>(copied.files.size())
                                       : -copied.failures;
     });

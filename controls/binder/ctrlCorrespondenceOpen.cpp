@@ -2,10 +2,12 @@
 #include <utility>
 
 #include "controls/binder/BinderWindow.h"
+#include "controls/binder/IntakeWiring.h"
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/common/OwnTranslator.h"
 #include "controls/tree/ctrlTree.h"
-#include "controls/viewer/DocumentPanel.h"
+#include "controls/viewer/ctlViewer.h"
+#include "controls/viewer/external/ctrlExtViewer.h"
 #include "data/AdoFactory.h"
 #include "data/ConnectionAssignment.h"
 #include "data/ConnectionOpener.h"
@@ -57,10 +59,11 @@ void ctrlCorrespondence::SetDbConnection(const data::ConnectionPtr& connection) 
 }
 
 void ctrlCorrespondence::ConnectionHandedOver(const data::ConnectionPtr& connection) {
-    if (!connection) SetId(0);
+    if (!connection) ShowTree(0);
     if (lclOwnTranslator) lclOwnTranslator->SetDbConnection(connection);
     lclTree->SetDbConnection(connection);
     lclViewer->SetDbConnection(connection);
+    lclExtViewer->SetDbConnection(connection);
     if (lclUserAuth && !lclUserAuth->DbConnection()) lclUserAuth->SetDbConnection(connection);
     ToolbarChanged();
 }
@@ -102,13 +105,58 @@ std::int32_t ctrlCorrespondence::DbOpenConnection() {
 std::int32_t ctrlCorrespondence::Id() const { return lclTree->TreeId(); }
 
 void ctrlCorrespondence::SetId(std::int32_t id) {
-    if (id != Id()) FilePendingAtTop(); // they were brought for the dossier of before
-    lclViewer->ShowNothing();
+    if (id != Id()) {
+        LeaveDossier();
+        LookUpKey(id);
+    }
+    ShowTree(id);
+    if (id != 0) ImportBacklog();
+}
+
+void ctrlCorrespondence::ShowTree(std::int32_t id) {
+    EmptyViewers();
     lclTree->SetTreeId(id);
     lclState.Id = id;
     PropertyChanged.Raise("Id");
     if (id != 0) RestoreSelection();
     ToolbarChanged();
+    if (id != 0) lclIntake->intake.DossierShown();
+}
+
+// --- Whose documents these are ------------------------------------------------------------------
+
+void ctrlCorrespondence::TakeKey(std::string_view key) {
+    lclKeyKnown = true;
+    if (lclState.ExternalId == key) return;
+    lclState.ExternalId = key;
+    PropertyChanged.Raise("ExternalId");
+}
+
+void ctrlCorrespondence::ReadKey(std::int32_t tree) {
+    if (const auto key = model::KeyOfTree(DbConnection(), tree)) TakeKey(*key);
+    lclKeyKnown = true;
+}
+
+void ctrlCorrespondence::LookUpKey(std::int32_t tree) {
+    lclKeyKnown = tree == 0;
+    if (tree == 0 || !DbConnection()) return;
+    try {
+        ReadKey(tree);
+    } catch (const std::exception& error) {
+        lclWorkstation.log.Write("ExternalId", error.what());
+    }
+}
+
+std::string ctrlCorrespondence::DossierKey() {
+    if (lclAssignment->IsElsewhere())
+        throw platform::Error(platform::errors::fail,
+                              "The connection was opened on another database.");
+    if (!lclKeyKnown) ReadKey(Id());
+    return lclState.ExternalId;
+}
+
+Dossier ctrlCorrespondence::OpenDossier() const {
+    return {Id(), lclAssignment->Database(), DbConnection()};
 }
 
 // The folder that was selected when the state was saved, where this tree has it.
@@ -122,9 +170,22 @@ bool ctrlCorrespondence::Usable() const { return Id() != 0 && DbConnection() != 
 
 bool ctrlCorrespondence::CreateNew(std::string_view prmDescription,
                                    std::string_view prmListOfDefaultTabs) {
-    FilePendingAtTop();
-    lclViewer->ShowNothing();
-    const bool created = lclTree->CreateNew(prmDescription, prmListOfDefaultTabs);
+    const std::string key = lclState.ExternalId;
+    const bool known = lclKeyKnown;
+    LeaveDossier();
+    lclKeyKnown = true; // nobody has given the new tree a key but the host
+    if (MakeTree(prmDescription, prmListOfDefaultTabs)) {
+        ImportBacklog();
+        return true;
+    }
+    TakeKey(key); // of the dossier that is still open
+    lclKeyKnown = known;
+    return false;
+}
+
+bool ctrlCorrespondence::MakeTree(std::string_view description, std::string_view tabs) {
+    EmptyViewers();
+    const bool created = lclTree->CreateNew(description, tabs);
     if (created) {
         lclState.Id = Id();
         PropertyChanged.Raise("Id");
@@ -145,7 +206,7 @@ std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
                                               std::string_view prmOldExternalId,
                                               std::string_view prmExIdForBacklogAndQueue) {
     if (!prmExIdForBacklogAndQueue.empty()) lclQueueExternalId = prmExIdForBacklogAndQueue;
-    SetId(0);
+    EndDossier();
     const auto tabs = DefaultTabs(prmListOfDefaultTabs);
     if (!DbConnection() && !lclState.DbProvider.empty() && !lclState.DbPath.empty())
         DbOpenConnection(); // closed by CloseObject, or restored from the host's bag
@@ -158,13 +219,12 @@ std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
         result = step;
     }
     if (result != 0) {
-        if (Id() != 0) SetId(0);
+        if (Id() != 0) EndDossier();
+        TakeKey({});
         return result;
     }
-    lclState.ExternalId = prmExternalId;
-    PropertyChanged.Raise("ExternalId");
     ApplyLayout();
-    lclDefaultQueueId = prmExternalId;
+    ImportBacklog();
     fncCheckDocumentQueue({});
     return 0;
 }
@@ -184,6 +244,7 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
         lclWorkstation.log.Write("OpenOrCreate", "a key has at most 255 characters");
         return -1;
     }
+    TakeKey(externalId); // from here on a host's handler may file into this dossier
     lclViewer->SetDbConnection(DbConnection());
     model::clsDossierDbRelations relation(lclWorkstation);
     relation.SetTranslation(TranslationBy(lclTranslator));
@@ -214,14 +275,14 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
     if (!dossier.OpenDataSource()) return -6;
     // An earlier run may have ended between the key row and the dossier row.
     if (dossier.Eof()) return CreateDossier(relation.DossierId(), description, tabs, step);
-    SetId(dossier.TreeId());
+    ShowTree(dossier.TreeId());
     return Id() == 0 || lclTree->Tree() ? 0 : -6; // the user was told what could not be read
 }
 
 std::int32_t ctrlCorrespondence::CreateDossier(std::int32_t dossierId, std::string_view description,
                                                std::string_view tabs, std::int32_t& step) {
     step = -3;
-    if (!CreateNew(platform::Trim(description), platform::Trim(tabs))) return -3;
+    if (!MakeTree(platform::Trim(description), platform::Trim(tabs))) return -3;
     step = -4;
     model::clsDossier dossier(lclWorkstation);
     dossier.SetTranslation(TranslationBy(lclTranslator));
@@ -238,17 +299,24 @@ std::int32_t ctrlCorrespondence::CloseObject() {
     std::int32_t result = addFiles::done;
     Guarded("CloseObject", [&] {
         result = EndDossier();
+        TakeKey({});
         lclQueueExternalId.clear();
         if (lclState.DbOpened) SetDbConnection(nullptr);
     });
     return result;
 }
 
+std::int32_t ctrlCorrespondence::LeaveDossier() {
+    if (Id() == 0) return addFiles::done;
+    const auto result = lclIntake->intake.FilePendingAtTop();
+    TakeKey({});
+    return result;
+}
+
 std::int32_t ctrlCorrespondence::EndDossier() {
-    const auto result = FilePendingAtTop();
-    if (Id() != 0) SetId(0);
-    lclViewer->ShowNothing();
-    lclDefaultQueueId.clear();
+    const auto result = LeaveDossier();
+    if (Id() != 0) ShowTree(0);
+    EmptyViewers();
     return result;
 }
 

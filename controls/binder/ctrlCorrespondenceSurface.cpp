@@ -1,9 +1,14 @@
 // Layout, and what the children report.
+#include <algorithm>
+#include <iterator>
+
 #include "controls/binder/BinderWindow.h"
+#include "controls/binder/IntakeWiring.h"
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/splitter/ctlSplitPanel.h"
 #include "controls/tree/ctrlTree.h"
-#include "controls/viewer/DocumentPanel.h"
+#include "controls/viewer/ctlViewer.h"
+#include "controls/viewer/external/ctrlExtViewer.h"
 #include "model/clsItem.h"
 #include "platform/Error.h"
 #include "platform/General.h"
@@ -16,7 +21,8 @@ namespace kavidex::controls {
 
 namespace {
 
-constexpr std::string_view correspSetting = "CorrespSetting", splitterKey = "SPPos";
+constexpr std::string_view correspSetting = "CorrespSetting", splitterKey = "SPPos",
+                           viewerSetting = "ViewerSetting";
 
 // Administrative items; they show no document.
 constexpr std::string_view administrative[] = {"batch", "usergroup", "users", "user", "userpost"};
@@ -45,17 +51,24 @@ void ctrlCorrespondence::SubscribeToChildren() {
     keep(tree.MouseUp.Subscribe(mouse(MouseUp)));
     keep(tree.EvItemSelected.Subscribe([this](const TreeItemInfo& item) { OnItemSelected(item); }));
     keep(tree.EvItemSelectedExternal.Subscribe([this](const TreeItemInfo& item) {
-        if (const auto found = lclTree->GetItem(item.id)) lclViewer->OpenDefault(found);
+        const auto found = lclTree->GetItem(item.id);
+        if (found && !found->AllowChildren())
+            Guarded("EvItemSelectedExternal", [&] { ShowElsewhere(found, true); });
     }));
-    keep(tree.EvItemDropped.Subscribe([this](const DropEvent& drop) { OnItemDropped(drop); }));
+    keep(tree.EvItemDropped.Subscribe([this](const DropEvent& drop) {
+        Guarded("EvItemDropped", [&] {
+            OLEDragDrop.Raise(drop.data, drop.effect);
+            lclIntake->intake.Dropped(drop);
+        }); // the tree tells when all of it is done
+    }));
     keep(tree.EvItemDroppedAndHandled.Subscribe([this] {
-        lclViewer->Refresh();
+        RefreshList();
         ItemDropped.Raise();
     }));
-    keep(tree.EvItemPaste.Subscribe([this] { lclViewer->Refresh(); }));
+    keep(tree.EvItemPaste.Subscribe([this] { RefreshList(); }));
     keep(tree.EvItemPastedSpecial.Subscribe(
         [this](const std::vector<std::string>& files, std::int32_t) {
-            AddFiles(files, {}, 0, false, false);
+            Guarded("EvItemPastedSpecial", [&] { lclIntake->intake.Pasted(files); });
         }));
     keep(tree.DragStarted.Subscribe([this](const DropData& data, std::int32_t& allowed) {
         OLEStartDrag.Raise(data, allowed);
@@ -74,17 +87,56 @@ void ctrlCorrespondence::SubscribeToChildren() {
         [this](const TreeItemInfo& item) { EvItemCreated.Raise(item); }));
     keep(tree.EvItemDelete.Subscribe([this](const TreeItemInfo& item) {
         EvItemDelete.Raise(item);
-        if (lclViewer->Content() == PanelContent::Document) lclViewer->ShowNothing();
+        // With a folder all below it went.
+        const auto gone = [&](std::int32_t id) { return id <= 0 || !lclTree->GetItem(id); };
+        if (lclViewer->Item() && gone(lclViewer->Item()->Id())) lclViewer->ShowItem(nullptr);
+        if (lclExtViewer->Form() && gone(lclExtViewer->Form()->Id())) lclExtViewer->CloseForm();
+        RefreshList();
     }));
     keep(tree.EvItemRenamed.Subscribe(
-        [this](const TreeItemInfo&, const std::string&) { lclViewer->Refresh(); }));
+        [this](const TreeItemInfo&, const std::string&) { RefreshList(); }));
     keep(tree.EvCompleteDrag.Subscribe([this] { EvCompleteDrag.Raise(); }));
-    keep(lclViewer->DocumentChosen.Subscribe(
-        [this](std::int32_t id) { Guarded("DocumentChosen", [&] { SelectItem(id); }); }));
     keep(lclSplitPanel->Moved.Subscribe([this] {
         platform::SaveRegSetting(lclWorkstation, platform::applicationName, correspSetting,
                                  splitterKey, std::to_string(lclSplitPanel->Position()));
     }));
+}
+
+// The embedded viewer and the external window ask for the same.
+void ctrlCorrespondence::SubscribeToViewers() {
+    const auto follow = [&](auto& event, auto handler) {
+        lclSubscriptions.push_back(event.Subscribe(std::move(handler)));
+    };
+    const auto next = [this] { lclTree->SetNextChildItem(); };
+    const auto previous = [this] { lclTree->SetPreviousChildItem(); };
+    const auto open = [this](const std::string& key, const std::string& type) {
+        EvOpenDossier.Raise(key, type);
+    };
+    const auto exported = [this](const std::string& file, const std::vector<std::int32_t>& pages,
+                                 bool& done) {
+        Guarded("ExportPages", [&] { done = FilePages(file, pages); });
+    };
+    follow(lclViewer->NextDocumentRequest, next);
+    follow(lclViewer->PreviousDocumentRequest, previous);
+    follow(lclViewer->EvOpenDossier, open);
+    follow(lclViewer->ExportPages, exported);
+    follow(lclViewer->DocumentChosen,
+           [this](std::int32_t id) { Guarded("DocumentChosen", [&] { SelectItem(id); }); });
+    follow(lclExtViewer->EvNextDocumentRequest, next);
+    follow(lclExtViewer->EvPreviousDocumentRequest, previous);
+    follow(lclExtViewer->EvOpenDossier, open);
+    follow(lclExtViewer->EvExportPages, exported);
+    lclViewer->SetAllowMultipleDocScroll(true);
+    lclExtViewer->SetAllowMultipleDocScroll(true);
+}
+
+void ctrlCorrespondence::EmptyViewers() {
+    lclViewer->ShowItem(nullptr);
+    lclExtViewer->CloseForm();
+}
+
+void ctrlCorrespondence::RefreshList() {
+    if (lclViewer->Item() && lclViewer->Item()->AllowChildren()) lclViewer->Refresh();
 }
 
 // The tree shows the choice without an event of its own.
@@ -99,14 +151,10 @@ void ctrlCorrespondence::SelectItem(std::int32_t id) {
 void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
     EvItemSelected.Raise(item);
     if (lclRights.Unreadable()) WriteSwitches();
+    lclIntake->scan.Close();
     Guarded("EvItemSelected", [&] {
         ShowItem(item);
-        if (lclPending.empty() || lclLock.Held()) return;
-        const auto folder = SelectedFolder();
-        if (!folder) return;
-        const auto files = std::move(lclPending); // they waited for this choice
-        lclPending.clear();
-        FileInto(folder, files);
+        lclIntake->intake.FolderSelected();
     });
     ToolbarChanged();
 }
@@ -114,13 +162,35 @@ void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
 void ctrlCorrespondence::ShowItem(const TreeItemInfo& item) {
     const auto type = platform::LowerCase(platform::TrimView(item.type));
     const auto found = lclTree->GetItem(item.id);
-    for (const auto name : administrative)
-        if (type == name) return lclViewer->ShowNothing();
-    if (!found) return lclViewer->ShowNothing();
-    if (found->AllowChildren())
+    const bool shown = found && std::find(std::begin(administrative), std::end(administrative),
+                                          type) == std::end(administrative);
+    if (shown && !found->AllowChildren() && ShowElsewhere(found, false)) return;
+    if (platform::GetRegFlag(lclWorkstation, "ViewerSettings", "CloseViewerAfterSelect"))
+        lclExtViewer->CloseForm();
+    if (shown && found->AllowChildren())
         lclViewer->ShowList(found);
     else
-        lclViewer->ShowItem(found);
+        lclViewer->ShowItem(shown ? found : nullptr);
+}
+
+bool ctrlCorrespondence::ShowElsewhere(const std::shared_ptr<model::clsItem>& document,
+                                       bool asked) {
+    const auto option = [&](std::string_view key) {
+        return platform::GetRegFlag(lclWorkstation, viewerSetting, key);
+    };
+    // A note has no program of its own.
+    const bool note = platform::EqualNoCase(platform::Trim(document->ItemType()), "nnt");
+    if (option("AllwaysShowOrg") && !note && lclViewer->OpenDefault(document)) {
+        lclViewer->ShowElsewhere(document, "Dit document is in zijn eigen programma geopend.");
+        return true;
+    }
+    const bool window = asked || lclState.ShowExternalViewer || option("AllwaysExternal") ||
+                        (lclExtViewer->Form() && option("AlwaysExternal"));
+    if (!window) return false;
+    // First what is shown here is left: it may be the same document.
+    if (lclViewer->ShowElsewhere(document, "Dit document wordt in een eigen venster getoond."))
+        lclExtViewer->ShowItem(document);
+    return true;
 }
 
 // --- Layout -------------------------------------------------------------------------------------
@@ -149,7 +219,8 @@ void ctrlCorrespondence::ApplyLayout() {
     const auto layout = lclState.LastUsedLayout;
     if (layout == layouts::treeLeft || layout == layouts::treeTop)
         lclSplitPanel->SetHorizontal(layout == layouts::treeTop);
-    const bool treeOnly = lclState.ShowTreeOnly || layout == layouts::treeOnly;
+    const bool scanning = lclIntake && lclIntake->scan.IsOpen();
+    const bool treeOnly = !scanning && (lclState.ShowTreeOnly || layout == layouts::treeOnly);
     const bool viewerOnly = !lclState.ShowTreeOnly && layout == layouts::viewerOnly;
     lclSplitPanel->ShowControls(!viewerOnly, !treeOnly);
     if (lclWindow) lclWindow->LayoutChanged();

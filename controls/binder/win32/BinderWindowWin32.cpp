@@ -5,10 +5,14 @@
 #include "controls/binder/ctrlCorrespondence.h"
 #include "controls/binder/win32/MakeBinderWindow.h"
 #include "controls/common/win32/Look.h"
+#include "controls/common/win32/TabStops.h"
 #include "controls/common/win32/WindowClass.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/tree/win32/MakeTreeWindow.h"
-#include "controls/viewer/win32/MakePanelWindow.h"
+#include "controls/viewer/external/ctrlExtViewer.h"
+#include "controls/viewer/win32/ExternalWindowWin32.h"
+#include "controls/viewer/win32/MakeViewerWindow.h"
+#include "platform/Error.h"
 
 namespace kavidex::controls::win32 {
 
@@ -16,28 +20,20 @@ namespace {
 
 constexpr int toolbarId = 1;
 
-void CollectStops(HWND parent, std::vector<HWND>& stops) {
-    for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        if (!IsWindowVisible(child) || !IsWindowEnabled(child)) continue;
-        const bool stop = GetWindowLongPtrW(child, GWL_STYLE) & WS_TABSTOP;
-        if (stop)
-            stops.push_back(child);
-        else
-            CollectStops(child, stops);
-    }
-}
-
 } // namespace
 
 std::unique_ptr<ControlWindow> MakeBinderWindow(ctrlCorrespondence& logic,
-                                                const platform::Workstation& workstation) {
-    return std::make_unique<BinderWindowWin32>(logic, workstation);
+                                                const platform::Workstation& workstation,
+                                                ScanObjects objects) {
+    return std::make_unique<BinderWindowWin32>(logic, workstation, std::move(objects));
 }
 
 BinderWindowWin32::BinderWindowWin32(ctrlCorrespondence& logic,
-                                     const platform::Workstation& workstation)
+                                     const platform::Workstation& workstation, ScanObjects objects)
     : lclLogic(logic), lclWorkstation(workstation), lclToolbar(logic),
-      lclSplitter(logic.SplitPanel(), workstation) {}
+      lclSplitter(logic.SplitPanel(), workstation), lclScanObjects(std::move(objects)) {
+    lclLogic.ExtViewer().SetWindowMaker(ExternalWindows(workstation));
+}
 
 HWND BinderWindowWin32::Create(HWND parent, const RECT& place) {
     if (lclWindow) return lclWindow;
@@ -46,7 +42,7 @@ HWND BinderWindowWin32::Create(HWND parent, const RECT& place) {
                                         WS_EX_CONTROLPARENT, place, parent, lclWorkstation);
     if (!lclWindow) return nullptr;
     lclTree = MakeTreeWindow(lclLogic.treCorr(), lclWorkstation);
-    lclPanel = MakePanelWindow(lclLogic.Viewer(), lclWorkstation);
+    lclPanel = MakeViewerWindow(lclLogic.Viewer(), lclWorkstation);
     if (!lclToolbar.Create(lclWindow, toolbarId) || !lclSplitter.Create(lclWindow, L"Splitter") ||
         !lclSplitter.SetPanels(lclTree.get(), lclPanel.get())) {
         Destroy();
@@ -88,6 +84,33 @@ void BinderWindowWin32::AppearanceChanged() {
                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_FRAMECHANGED);
 }
 
+// --- The scanning control -----------------------------------------------------------------------
+
+ControlWindow& BinderWindowWin32::BesideTree() const {
+    return lclScanner ? *lclScanner : *lclPanel;
+}
+
+// The viewer goes only once the control is there.
+void BinderWindowWin32::OpenScanner(const ScanSetup& setup) {
+    auto scanner = std::make_unique<ScanWindow>(lclWorkstation, lclScanObjects);
+    RECT place{};
+    GetClientRect(lclPanel->Handle(), &place);
+    if (!scanner->Create(lclSplitter.Handle(), place))
+        throw platform::Error(platform::errors::fail, "There is no window for the control.");
+    scanner->Open(setup);
+    lclScanner = std::move(scanner);
+    ShowWindow(lclPanel->Handle(), SW_HIDE);
+    lclSplitter.SetPanels(lclTree.get(), lclScanner.get());
+}
+
+void BinderWindowWin32::CloseScanner() {
+    if (!lclScanner) return;
+    const bool focused = lclScanner->HasFocus();
+    const auto scanner = std::move(lclScanner);
+    if (lclSplitter.Handle()) lclSplitter.SetPanels(lclTree.get(), lclPanel.get());
+    if (focused && lclTree) lclTree->TakeFocus();
+}
+
 void BinderWindowWin32::Repaint() {
     RedrawWindow(lclWindow, nullptr, nullptr,
                  RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
@@ -105,7 +128,7 @@ std::vector<HWND> BinderWindowWin32::Stops() const {
         stops.push_back(lclToolbar.Handle());
     if (IsWindowVisible(lclTree->Handle())) CollectStops(lclTree->Handle(), stops);
     if (lclSplitter.BarTakesFocus()) stops.push_back(lclSplitter.Handle());
-    if (IsWindowVisible(lclPanel->Handle())) CollectStops(lclPanel->Handle(), stops);
+    if (IsWindowVisible(BesideTree().Handle())) CollectStops(BesideTree().Handle(), stops);
     return stops;
 }
 
@@ -158,7 +181,7 @@ bool BinderWindowWin32::TranslateKey(const MSG& message) {
         DispatchMessageW(&message);
         return true;
     }
-    return lclTree->TranslateKey(message) || lclPanel->TranslateKey(message);
+    return lclTree->TranslateKey(message) || BesideTree().TranslateKey(message);
 }
 
 // --- Messages -----------------------------------------------------------------------------------
@@ -224,7 +247,7 @@ void BinderWindowWin32::Draw(HDC device, const RECT& place) const {
     if (split.Control1Visible())
         MakeTreeWindow(lclLogic.treCorr(), lclWorkstation)->Draw(device, inside(split.Panel(0)));
     if (split.Control2Visible())
-        MakePanelWindow(lclLogic.Viewer(), lclWorkstation)->Draw(device, inside(split.Panel(1)));
+        MakeViewerWindow(lclLogic.Viewer(), lclWorkstation)->Draw(device, inside(split.Panel(1)));
 }
 
 } // namespace kavidex::controls::win32

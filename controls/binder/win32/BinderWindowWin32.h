@@ -10,6 +10,8 @@
 #include "controls/binder/BinderWindow.h"
 #include "controls/common/win32/OwnWindow.h"
 #include "controls/common/win32/ToolbarWindow.h"
+#include "controls/forms/win32/WindowsForms.h"
+#include "controls/intake/win32/ScanWindow.h"
 #include "controls/splitter/win32/SplitWindow.h"
 
 namespace kavidex::controls {
@@ -18,9 +20,10 @@ class ctrlCorrespondence;
 
 namespace kavidex::controls::win32 {
 
-class BinderWindowWin32 final : public OwnWindow, public BinderWindow {
+class BinderWindowWin32 final : public OwnWindow, public BinderWindow, public ScanPlace {
 public:
-    BinderWindowWin32(ctrlCorrespondence& logic, const platform::Workstation& workstation);
+    BinderWindowWin32(ctrlCorrespondence& logic, const platform::Workstation& workstation,
+                      ScanObjects objects);
     ~BinderWindowWin32() override { Destroy(); }
 
     HWND Create(HWND parent, const RECT& place) override;
@@ -36,6 +39,10 @@ public:
     std::optional<std::size_t> ShowMenu(const PopupMenu& menu, std::string_view button) override {
         return lclToolbar.ShowMenu(menu, button);
     }
+    forms::FormPresenter* Forms() override { return &lclForms; }
+    ScanPlace* Scanner() override { return this; }
+    void OpenScanner(const ScanSetup& setup) override;
+    void CloseScanner() override;
 
     using OwnWindow::Handle;
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
@@ -44,14 +51,18 @@ private:
     void Layout();
     std::vector<HWND> Stops() const; // what the Tab key visits, in order
     bool TabKey(bool back);
+    ControlWindow& BesideTree() const;
 
     ctrlCorrespondence& lclLogic;
     const platform::Workstation& lclWorkstation;
     HWND lclLastFocus = nullptr;
     int lclDpi = 96;
+    forms::win32::WindowsForms lclForms{lclWorkstation, [this] { return lclWindow; }};
     ToolbarWindow lclToolbar;
     SplitWindow lclSplitter;
     std::unique_ptr<ControlWindow> lclTree, lclPanel;
+    ScanObjects lclScanObjects;
+    std::unique_ptr<ScanWindow> lclScanner; // in the panel's place while it is there
 };
 
 } // namespace kavidex::controls::win32

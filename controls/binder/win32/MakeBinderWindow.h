@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "controls/common/win32/ControlWindow.h"
+#include "controls/intake/win32/ScanObjects.h"
 
 namespace kavidex::platform {
 struct Workstation;
@@ -16,6 +17,7 @@ namespace kavidex::controls::win32 {
 
 // `logic` and `workstation` must outlive the window.
 std::unique_ptr<ControlWindow> MakeBinderWindow(ctrlCorrespondence& logic,
-                                                const platform::Workstation& workstation);
+                                                const platform::Workstation& workstation,
+                                                ScanObjects objects = {});
 
 } // namespace kavidex::controls::win32

@@ -1,0 +1,21 @@
+// The separate components that bring documents in; null where this build or a test has none.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace kavidex::mail {
+class MailSource;
+}
+
+namespace kavidex::controls {
+
+class LetterGenerator;
+
+struct IntakeComponents {
+    std::shared_ptr<mail::MailSource> mail;
+    // A new one for each letter; throws platform::Error where it cannot be had.
+    std::function<std::unique_ptr<LetterGenerator>()> letters;
+};
+
+} // namespace kavidex::controls

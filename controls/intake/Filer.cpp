@@ -1,0 +1,245 @@
+#include "controls/intake/Filer.h"
+
+#include <exception>
+#include <utility>
+
+#include "controls/intake/MailDrop.h"
+#include "model/clsItem.h"
+#include "model/clsTree.h"
+#include "model/filing.h"
+#include "model/storePath.h"
+#include "platform/Error.h"
+#include "platform/Files.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+constexpr int deepest = 64; // folders in folders; a link that leads back up ends here
+
+int DepthOf(const std::vector<IntakeEntry>& entries, std::size_t at) {
+    int depth = 0;
+    for (; entries[at].into != IntakeEntry::target; at = entries[at].into) ++depth;
+    return depth;
+}
+
+std::int32_t NumberOf(const std::exception& error) {
+    const auto* ours = dynamic_cast<const platform::Error*>(&error);
+    return ours ? ours->Number() : platform::errors::fail;
+}
+
+} // namespace
+
+std::vector<IntakeEntry> EntriesOf(const std::vector<IntakeFile>& files) {
+    std::vector<IntakeEntry> entries;
+    entries.reserve(files.size());
+    for (const auto& file : files) entries.push_back({file});
+    return entries;
+}
+
+struct Filer::Run {
+    std::shared_ptr<model::clsTree> tree;
+    ItemPtr target;
+    std::string store, key;
+    std::vector<ItemPtr> folders{}; // those that were made, by the position of their entry
+    FilingReport report{};
+
+    void Failed(std::size_t at, std::int32_t number, std::string cause) {
+        report.Failed(number, std::move(cause));
+        report.left.push_back(at);
+    }
+};
+
+FilingReport Filer::File(const ItemPtr& folder, std::vector<IntakeEntry> entries,
+                         const std::function<void(std::size_t)>& filed) {
+    Run run{lclSite.Tree(), folder, {}, {}};
+    Operation operation(lclSite.Lock());
+    if (!Begin(run, operation, entries)) return std::move(run.report);
+    std::size_t at = 0;
+    const auto all = [&](std::int32_t number, auto words) {
+        for (; at < entries.size(); ++at) run.Failed(at, number, words(entries[at].what.file));
+    };
+    try {
+        const auto caption = lclSite.Text("Documenten toevoegen");
+        operation.Show(caption, "", lclSite.Text("Annuleren"));
+        OpenFolders(entries, run, operation);
+        run.folders.resize(entries.size());
+        const auto total = static_cast<int>(entries.size());
+        for (; at < entries.size(); ++at) {
+            const auto name = platform::FileName(entries[at].what.file);
+            const auto number = std::to_string(at + 1);
+            operation.Show(caption, total == 1
+                                        ? name
+                                        : lclSite.Text("$%$ ($%$ van $%$)",
+                                                       {name, number, std::to_string(total)}));
+            if (!operation.Step(static_cast<int>(at), total)) break;
+            const auto before = run.report.left.size();
+            FileEntry(entries, at, run);
+            if (!filed || entries[at].folder || run.report.left.size() > before) continue;
+            try {
+                filed(at);
+            } catch (...) {
+                ++at; // this one is filed
+                throw;
+            }
+        }
+        if (operation.Stopped())
+            all(addFiles::stopped, [&](const std::string& file) {
+                return lclSite.Text("$%$: niet toegevoegd, want het toevoegen is afgebroken",
+                                    {file});
+            });
+        else
+            operation.Step(total, total);
+    } catch (const std::exception& error) {
+        lclSite.Machine().log.Write("AddFiles", error.what());
+        all(addFiles::notFiled, [&](const std::string& file) {
+            return lclSite.Text("$%$: niet opgeslagen", {file});
+        });
+    }
+    operation.End(); // before what is left to tell
+    try {
+        if (!run.report.filed.empty()) lclSite.ShowAgain();
+    } catch (const std::exception& error) {
+        lclSite.Machine().log.Write("AddFiles", error.what());
+    }
+    return std::move(run.report);
+}
+
+// False, and every entry failed, when nothing can be filed at all.
+bool Filer::Begin(Run& run, Operation& operation, const std::vector<IntakeEntry>& entries) const {
+    std::int32_t number = addFiles::done;
+    std::string cause;
+    if (!operation) {
+        number = addFiles::notFiled;
+        cause = lclSite.Text("Er loopt nog een andere bewerking");
+    } else if (!run.tree || !run.target) {
+        number = addFiles::noDossier;
+        cause = lclSite.Text("Er is geen dossier geopend");
+    } else {
+        try {
+            run.key = lclSite.DossierKey();
+            run.store =
+                model::FindStore(lclSite.Machine(), lclSite.DbConnection()).value_or(std::string());
+            if (!run.store.empty()) return true;
+            number = addFiles::noStore;
+            cause = lclSite.Text("DocumentPath in section Storage not found");
+        } catch (const std::exception& error) {
+            lclSite.Machine().log.Write("AddFiles", error.what());
+            number = addFiles::notFiled;
+            cause = lclSite.Text("Het dossier kan niet gelezen worden");
+        }
+    }
+    run.report.Failed(number, std::move(cause));
+    for (std::size_t at = 0; at < entries.size(); ++at)
+        run.Failed(at, number, lclSite.Text("$%$: niet opgeslagen", {entries[at].what.file}));
+    return false;
+}
+
+// What the folders hold comes behind the rest, so that each folder still stands before it.
+void Filer::OpenFolders(std::vector<IntakeEntry>& entries, Run& run, Operation& operation) const {
+    for (std::size_t at = 0; at < entries.size(); ++at) {
+        if (!entries[at].folder) continue;
+        if (!operation.Step(0, 0)) return;
+        OpenFolder(entries, at, run);
+    }
+}
+
+void Filer::OpenFolder(std::vector<IntakeEntry>& entries, std::size_t at, Run& run) const {
+    auto& files = lclSite.Machine().files;
+    const auto folder = entries[at].what.file;
+    try {
+        if (DepthOf(entries, at) > deepest)
+            return run.Failed(at, addFiles::noFile,
+                              lclSite.Text("$%$: te veel mappen in mappen", {folder}));
+        for (const auto& name : files.List(folder, "*", true)) {
+            const auto path = platform::JoinPath(folder, name);
+            const bool within = files.DirectoryExists(path);
+            if (!within && !lclSite.AcceptsType(model::DocumentTypeOf(name)))
+                run.report.Failed(
+                    addFiles::noFile,
+                    lclSite.Text("Bestanden van dit type worden hier niet opgenomen: $%$", {path}));
+            else
+                entries.push_back({{path}, within, at});
+        }
+    } catch (const std::exception& error) {
+        lclSite.Machine().log.Write("AddFiles", error.what());
+        run.Failed(at, addFiles::noFile, CauseOf(lclSite, folder, NumberOf(error)));
+    }
+}
+
+void Filer::FileEntry(const std::vector<IntakeEntry>& entries, std::size_t at, Run& run) const {
+    const auto& entry = entries[at];
+    const auto& file = entry.what.file;
+    const auto into = entry.into == IntakeEntry::target ? run.target : run.folders[entry.into];
+    if (lclSite.Tree() != run.tree || lclSite.IsElsewhere())
+        return run.Failed(at, addFiles::noDossier,
+                          lclSite.Text("$%$: het dossier is gesloten", {file}));
+    if (!into) // its folder was refused
+        return run.Failed(at, addFiles::notFiled, lclSite.Text("$%$: niet opgeslagen", {file}));
+    if (entry.folder)
+        MakeFolder(entries, at, into, run);
+    else
+        FileDocument(entries, at, into, run);
+}
+
+void Filer::MakeFolder(const std::vector<IntakeEntry>& entries, std::size_t at, const ItemPtr& into,
+                       Run& run) const {
+    const auto& path = entries[at].what.file;
+    const auto name = platform::FileName(path);
+    try {
+        const auto made =
+            run.tree->AddChildTab(model::ColumnText(name.empty() ? path : name), into->Id());
+        if (!made) throw platform::Error(platform::errors::fail, "The folder was not taken.");
+        run.folders[at] = made;
+        ShowFiled(made, into, run);
+    } catch (const std::exception& error) {
+        lclSite.Machine().log.Write("AddFiles", path + ": " + error.what());
+        run.Failed(at, addFiles::notFiled, lclSite.Text("$%$: niet opgeslagen", {path}));
+    }
+}
+
+void Filer::FileDocument(const std::vector<IntakeEntry>& entries, std::size_t at,
+                         const ItemPtr& into, Run& run) const {
+    const auto& what = entries[at].what;
+    const auto& machine = lclSite.Machine();
+    if (platform::TrimView(what.file).empty() || !machine.files.FileExists(what.file))
+        return run.Failed(at, addFiles::noFile,
+                          lclSite.Text("Bestand niet gevonden: $%$", {what.file}));
+    model::FilingRequest request;
+    request.source = what.file;
+    request.folderId = into->Id();
+    request.externalId = run.key;
+    request.baseSaveDirectory = run.store;
+    request.deleteSource = what.ours;
+    request.description = what.description;
+    if (request.description.empty() && what.scanned)
+        request.description = lclSite.Text("Gescand document");
+    if (model::DocumentTypeOf(what.file) == "msg") request.mail = MailInfoOf(lclSite, what.file);
+    const auto filed = model::FileDocument(machine, *run.tree, request);
+    if (!filed) {
+        namespace errors = platform::errors;
+        const bool source =
+            filed.number == errors::notFound || filed.number == errors::pathNotFound ||
+            filed.number == errors::accessDenied || filed.number == errors::sharingViolation;
+        machine.log.Write("AddFiles", filed.error);
+        return run.Failed(at, source ? addFiles::noFile : addFiles::notFiled,
+                          CauseOf(lclSite, what.file, filed.number));
+    }
+    if (!filed.error.empty()) machine.log.Write("AddFiles", filed.error);
+    ShowFiled(filed.item, into, run);
+}
+
+// It is filed, even where it cannot be shown.
+void Filer::ShowFiled(const ItemPtr& item, const ItemPtr& into, Run& run) const {
+    run.report.filed.push_back(item);
+    try {
+        if (lclSite.Tree() == run.tree) lclSite.Show(item, into->Id(), false);
+    } catch (const std::exception& error) {
+        lclSite.Machine().log.Write("AddFiles", error.what());
+    }
+}
+
+} // namespace kavidex::controls

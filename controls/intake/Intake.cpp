@@ -1,0 +1,192 @@
+#include "controls/intake/Intake.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "controls/intake/MailDrop.h"
+#include "controls/tree/ctrlTree.h"
+#include "model/clsItem.h"
+#include "model/clsTree.h"
+#include "platform/Files.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+std::int32_t Intake::Refuse(std::int32_t number, std::string cause) const {
+    FilingReport report;
+    report.Failed(number, std::move(cause));
+    return TellNotAdded(lclSite, report);
+}
+
+std::int32_t Intake::NoFilesGiven() const {
+    return Refuse(addFiles::noFile, lclSite.Text("Geen bestanden opgegeven"));
+}
+
+ItemPtr Intake::FolderFor(std::int32_t id, std::string_view description, bool top) const {
+    const auto tree = lclSite.Tree();
+    ItemPtr folder;
+    if (top)
+        folder = tree->Item();
+    else if (id != 0)
+        folder = tree->GetItem(id, {});
+    else if (!platform::TrimView(description).empty())
+        folder = tree->GetItem(0, description);
+    else
+        folder = lclSite.SelectedFolder() ? lclSite.SelectedFolder() : tree->Item();
+    return folder && folder->AllowChildren() ? folder : nullptr;
+}
+
+std::int32_t Intake::AddFiles(const std::vector<std::string>& files, std::string_view description,
+                              std::int32_t folder, bool scanned, bool top) {
+    if (files.empty()) return addFiles::done;
+    if (lclSite.Lock().Held())
+        return Refuse(addFiles::noDossier, lclSite.Text("Er loopt nog een andere bewerking"));
+    if (!lclSite.Tree())
+        return Refuse(addFiles::noDossier, lclSite.Text("Er is geen dossier geopend"));
+    const auto into = FolderFor(folder, description, top);
+    if (!into)
+        return Refuse(addFiles::noFolder, lclSite.Text("Map '$%$' zit niet in dit dossier",
+                                                       {folder != 0 ? std::to_string(folder)
+                                                                    : std::string(description)}));
+    std::vector<IntakeEntry> entries;
+    for (const auto& file : files) entries.push_back({{file, scanned}});
+    return TellNotAdded(lclSite, FileInto(into, entries));
+}
+
+FilingReport Intake::FileInto(const ItemPtr& folder, const std::vector<IntakeEntry>& entries,
+                              bool waited) {
+    const auto dossier = lclSite.OpenDossier();
+    auto report = lclFiler.File(folder, entries);
+    for (const auto at : report.left) {
+        if (at >= entries.size()) continue; // within a folder of the disk
+        const auto& what = entries[at].what;
+        // What waited goes on waiting, and what only this control holds is not given up.
+        if ((waited || what.scanned || what.ours) && lclSite.Machine().files.FileExists(what.file))
+            lclPending.push_back({{what}, dossier, true});
+    }
+    return report;
+}
+
+std::vector<IntakeEntry> Intake::AskForFolders(const std::vector<IntakeFile>& files) const {
+    std::vector<IntakeEntry> entries;
+    std::string folders;
+    for (const auto& file : files) {
+        const bool folder = lclSite.Machine().files.DirectoryExists(file.file);
+        if (folder) folders += (folders.empty() ? "" : ", ") + platform::FileName(file.file);
+        entries.push_back({file, folder});
+    }
+    if (folders.empty()) return entries;
+    const bool allowed = lclSite.MayUser(UserAction::CreateFolder);
+    if (!allowed) lclSite.Tell("U heeft geen bevoegdheid om mappen toe te voegen: $%$", {folders});
+    if (!allowed ||
+        !lclSite.Ask(lclSite.Text("Wilt u '$%$' met alle onderliggende mappen en documenten "
+                                  "toevoegen aan het dossier?",
+                                  {folders}),
+                     lclSite.Text("Bevestiging toevoegen map")))
+        std::erase_if(entries, [](const IntakeEntry& entry) { return entry.folder; });
+    return entries;
+}
+
+std::int32_t Intake::AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder) {
+    auto entries = AskForFolders(files);
+    if (entries.empty()) return addFiles::stopped;
+    if (folder) return TellNotAdded(lclSite, FileInto(folder, entries));
+    Wait(std::move(entries));
+    return addFiles::done;
+}
+
+void Intake::AddWaiting(const std::vector<IntakeFile>& files) { Wait(EntriesOf(files)); }
+
+void Intake::Wait(std::vector<IntakeEntry> entries) {
+    for (auto& entry : entries) lclPending.push_back({std::move(entry), lclSite.OpenDossier()});
+    lclSite.Tell("Selecteer een map om het document op te bergen");
+}
+
+void Intake::Dropped(const DropEvent& drop) {
+    drop.effect = drop::none;
+    const auto tree = lclSite.Tree();
+    if (!tree) return lclSite.Tell("Er is geen dossier geopend");
+    const auto files = FilesOfDrop(drop);
+    if (files.empty()) return;
+    auto target = drop.targetId == 0 ? nullptr : tree->GetItem(drop.targetId, {});
+    if (target && !target->AllowChildren()) target = lclSite.ParentOf(*target);
+    if (!target) target = lclSite.SelectedFolder();
+    if (AddByUser(files, target) == addFiles::done) drop.effect = drop::copy;
+}
+
+// Files as they are; else what stands nowhere yet. Mails of the mail program are asked of it, so
+// that they come with their attachments; where it cannot be asked, what it hands out is taken.
+std::vector<IntakeFile> Intake::FilesOfDrop(const DropEvent& drop) const {
+    const auto& data = drop.data;
+    std::vector<IntakeFile> files;
+    for (const auto& name : data.files) files.push_back({name});
+    if (!files.empty()) return files;
+    const bool mails =
+        drop.fromMail &&
+        std::all_of(data.virtualFiles.begin(), data.virtualFiles.end(),
+                    [](const platform::VirtualFile& file) {
+                        return platform::EqualNoCase(platform::Extension(file.name), "msg");
+                    });
+    if (!data.virtualFiles.empty() && !mails) return FilesOf(lclSite, data.virtualFiles);
+    if (data.hasText)
+        if (auto taken = FilesOfMailProgram(lclSite, data.virtualFiles.empty())) return *taken;
+    return FilesOf(lclSite, data.virtualFiles);
+}
+
+void Intake::Pasted(const std::vector<std::string>& names) {
+    const auto tree = lclSite.Tree();
+    if (!tree) return lclSite.Tell("Er is geen dossier geopend");
+    std::vector<IntakeFile> files;
+    for (const auto& name : names) files.push_back({name});
+    AddByUser(files, FolderFor(0, {}, false));
+}
+
+bool Intake::HasPending() const {
+    return std::any_of(
+        lclPending.begin(), lclPending.end(),
+        [dossier = lclSite.OpenDossier()](const Waiting& one) { return one.dossier == dossier; });
+}
+
+bool Intake::HasScannedPending() const {
+    return std::any_of(lclPending.begin(), lclPending.end(),
+                       [](const Waiting& one) { return one.entry.what.scanned; });
+}
+
+std::vector<IntakeEntry> Intake::TakePending(bool refused) {
+    std::vector<IntakeEntry> taken;
+    std::vector<Waiting> kept;
+    for (auto& one : lclPending)
+        if (one.dossier == lclSite.OpenDossier() && (refused || !one.refused))
+            taken.push_back(std::move(one.entry));
+        else
+            kept.push_back(std::move(one));
+    lclPending = std::move(kept);
+    return taken;
+}
+
+void Intake::DossierShown() {
+    if (!HasPending()) return;
+    for (auto& one : lclPending)
+        if (one.dossier == lclSite.OpenDossier()) one.refused = false;
+    lclSite.Tell("Selecteer een map om het document op te bergen");
+}
+
+void Intake::FolderSelected() {
+    if (lclSite.Lock().Held() || !lclSite.Tree() || !HasPending()) return;
+    if (const auto folder = lclSite.SelectedFolder())
+        if (const auto entries = TakePending(false); !entries.empty())
+            TellNotAdded(lclSite, FileInto(folder, entries, true));
+}
+
+std::int32_t Intake::FilePendingAtTop() {
+    if (!HasPending()) return addFiles::done;
+    const auto tree = lclSite.Tree();
+    const auto report = FileInto(tree ? tree->Item() : nullptr, TakePending(true), true);
+    if (!report.filed.empty())
+        lclSite.Tell(
+            "Er waren nog documenten om op te bergen, deze zijn op het hoogste niveau toegevoegd");
+    return TellNotAdded(lclSite, report);
+}
+
+} // namespace kavidex::controls

@@ -1,0 +1,64 @@
+// How documents come into the open dossier: files of the host, drops on the tree, and what waits
+// for a folder. Works without a window.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "controls/intake/Filer.h"
+#include "controls/tree/TreeEvents.h"
+
+namespace kavidex::controls {
+
+class Intake {
+public:
+    // `site` must outlive it.
+    explicit Intake(IntakeSite& site) : lclSite(site), lclFiler(site) {}
+    Intake(const Intake&) = delete;
+    Intake& operator=(const Intake&) = delete;
+
+    // As the control's AddFiles. `folder` 0: the one of that description, else the selected one,
+    // else the top.
+    std::int32_t AddFiles(const std::vector<std::string>& files, std::string_view description,
+                          std::int32_t folder, bool scanned, bool top);
+    std::int32_t NoFilesGiven() const;
+
+    // By the user's hand: folders among the files are taken in with all below them where the user
+    // agrees. Into the folder, or where there is none into the one that is selected next.
+    std::int32_t AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder);
+    void AddWaiting(const std::vector<IntakeFile>& files); // asks for a folder to be selected
+    void Dropped(const DropEvent& drop);
+    void Pasted(const std::vector<std::string>& files); // into the selected folder, else the top
+
+    // What waits belongs to the dossier that it was brought to: it is filed there, or goes on
+    // waiting for it. HasPending asks for the open one.
+    bool HasPending() const;
+    void DossierShown();             // asks for a folder for what still waits for it
+    bool HasScannedPending() const;  // of any dossier
+    void FolderSelected();           // files what waited for that choice
+    std::int32_t FilePendingAtTop(); // before the dossier is left; an addFiles result
+
+private:
+    struct Waiting {
+        IntakeEntry entry;
+        Dossier dossier;
+        bool refused = false; // told already: no choice of a folder tries again, leaving does
+    };
+    // `waited`: what could not be filed goes on waiting for its dossier.
+    FilingReport FileInto(const ItemPtr& folder, const std::vector<IntakeEntry>& entries,
+                          bool waited = false);
+    void Wait(std::vector<IntakeEntry> entries);
+    std::vector<IntakeEntry> TakePending(bool refused);
+    ItemPtr FolderFor(std::int32_t id, std::string_view description, bool top) const;
+    std::vector<IntakeEntry> AskForFolders(const std::vector<IntakeFile>& files) const;
+    std::vector<IntakeFile> FilesOfDrop(const DropEvent& drop) const;
+    std::int32_t Refuse(std::int32_t number, std::string cause) const;
+
+    IntakeSite& lclSite;
+    Filer lclFiler;
+    std::vector<Waiting> lclPending;
+};
+
+} // namespace kavidex::controls

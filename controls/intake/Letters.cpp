@@ -1,0 +1,84 @@
+#include "controls/intake/Letters.h"
+
+#include "controls/intake/TextLines.h"
+#include "model/clsItem.h"
+#include "model/clsTree.h"
+#include "model/uniqueNumber.h"
+#include "platform/Error.h"
+#include "platform/Files.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+constexpr std::string_view documentId = "DocumentId";
+
+// What stands between name and value on a line; 0 where it has no such form.
+char SeparatorOf(const std::string& line) {
+    const auto at = line.find_first_of("=:;|\t");
+    if (at == std::string::npos || platform::TrimView(std::string_view(line).substr(0, at)).empty())
+        return 0;
+    return line[at];
+}
+
+} // namespace
+
+std::string WithDocumentId(std::string valueFile, std::int64_t number) {
+    TextLines lines(std::move(valueFile));
+    lines.RemoveIf([](const std::string& line) {
+        return platform::LowerCase(line).find("documentid") != std::string::npos;
+    });
+    char separator = '=';
+    for (std::size_t at = 0; at < lines.Count(); ++at)
+        if (const char own = SeparatorOf(lines.Line(at))) {
+            separator = own;
+            break;
+        }
+    lines.Append(std::string(documentId) + separator + std::to_string(number));
+    return lines.Bytes();
+}
+
+void Letters::Make(const std::string& letterTemplate, const std::string& valueFile) {
+    const auto folder = lclSite.SelectedFolder();
+    const auto tree = lclSite.Tree();
+    if (!folder || !tree) return lclSite.Tell("Selecteer eerst een map voor de toevoeging");
+    const auto document = Merge(letterTemplate, valueFile);
+    if (document.empty()) return;
+    // The dossier may have been left meanwhile: then the letter waits for its folder.
+    const bool there = lclSite.Tree() == tree && tree->GetItem(folder->Id(), {}) == folder;
+    lclIntake.AddByUser({{document}}, there ? folder : nullptr);
+}
+
+// Empty, and told why, when no letter was made.
+std::string Letters::Merge(const std::string& letterTemplate, const std::string& valueFile) {
+    auto& files = lclSite.Machine().files;
+    Operation operation(lclSite.Lock());
+    if (!operation)
+        throw platform::Error(platform::errors::fail,
+                              lclSite.Text("Er loopt nog een andere bewerking"));
+    operation.Show(lclSite.Text("Aanmaken correspondentie"),
+                   lclSite.Text("Bezig met aanmaken correspondentie"));
+    operation.Step(0, 0);
+    const auto generator = lclSite.MakeLetterGenerator();
+    if (!valueFile.empty() && files.FileExists(valueFile)) {
+        // Raised before anything else: no two letters share a number, whatever becomes of this one.
+        const auto number = model::RaiseUniqueNumber(lclSite.DbConnection());
+        files.WriteAll(valueFile, WithDocumentId(files.ReadAll(valueFile), number));
+    }
+    const auto merged = generator->fncMergeDocument(valueFile, letterTemplate);
+    if (merged.result == 1 && !merged.document.empty() && files.FileExists(merged.document))
+        return merged.document;
+    operation.End();
+    lclSite.Machine().log.Write("Letters", "fncMergeDocument: " + std::to_string(merged.result) +
+                                               ", " + merged.document);
+    if (merged.result != 1)
+        lclSite.Tell("Fout in samenvoegen document ($%$)", {std::to_string(merged.result)});
+    else
+        lclSite.Tell("Bestand niet gevonden: $%$", {merged.document});
+    return {};
+}
+
+} // namespace kavidex::controls

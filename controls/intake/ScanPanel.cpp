@@ -1,0 +1,65 @@
+#include "controls/intake/ScanPanel.h"
+
+#include "platform/Error.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+
+namespace kavidex::controls {
+
+void ScanPanel::Open(const std::string& importFolder) {
+    auto* const place = lclSite.Scanner();
+    if (!place) throw platform::Error(platform::errors::fail, "The control has no window.");
+    ScanSetup setup;
+    setup.texts = {{L"AlternateScanSetting", lclSite.ScanProfile()}};
+    if (!importFolder.empty()) setup.texts.emplace_back(L"ImportFolder", importFolder);
+    constexpr std::pair<const wchar_t*, std::string_view> rights[] = {
+        {L"StartScan", "StartScan"},
+        {L"EditSettings", "EditSettings"},
+        {L"TransportBatches", "TransportBatches"}};
+    for (const auto& [property, right] : rights)
+        setup.flags.emplace_back(property, lclSite.HasRight(right));
+    setup.scanned = [this](const std::vector<std::string>& files) { Scanned(files); };
+    place->OpenScanner(setup);
+    lclOpen = true;
+    if (changed) changed();
+}
+
+void ScanPanel::Toggle() {
+    if (lclOpen) return Close();
+    try {
+        Open({});
+    } catch (const std::exception& error) {
+        lclSite.Machine().log.Write("ScanPanel", error.what());
+        lclSite.TellReady(
+            lclSite.Text("De scanmodule (Tessaro.ctrlScan) kan niet geopend worden. Is deze op dit "
+                         "werkstation geïnstalleerd?") +
+            "\r\n\r\n" + error.what());
+        if (changed) changed(); // the button comes up again
+    }
+}
+
+bool ScanPanel::Import(const std::string& folder) {
+    if (lclOpen) Close();
+    try {
+        Open(folder);
+        return true;
+    } catch (const std::exception& error) {
+        lclSite.Machine().log.Write("ScanPanel", error.what());
+        return false;
+    }
+}
+
+void ScanPanel::Close() {
+    if (!lclOpen) return;
+    lclOpen = false;
+    if (auto* const place = lclSite.Scanner()) place->CloseScanner();
+    if (changed) changed();
+}
+
+void ScanPanel::Scanned(const std::vector<std::string>& names) {
+    std::vector<IntakeFile> files;
+    for (const auto& name : names) files.push_back({name, true, true});
+    if (!files.empty()) lclIntake.AddByUser(files, lclSite.SelectedFolder());
+}
+
+} // namespace kavidex::controls

@@ -1,0 +1,54 @@
+// The scanning control in the viewer's place, and the documents that it scans.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "controls/intake/Intake.h"
+
+namespace kavidex::controls {
+
+// What the control is told when it opens: its properties by name, those that it has.
+struct ScanSetup {
+    std::vector<std::pair<const wchar_t*, std::string>> texts;
+    std::vector<std::pair<const wchar_t*, bool>> flags;
+    // Full names of the files of scanned documents; they belong to the binder from then on.
+    std::function<void(const std::vector<std::string>&)> scanned;
+};
+
+// The port to the window in which it stands.
+class ScanPlace {
+public:
+    // In the viewer's place. Throws platform::Error when it is not installed or refuses.
+    virtual void OpenScanner(const ScanSetup& setup) = 0;
+    virtual void CloseScanner() = 0; // the viewer comes back
+
+protected:
+    ~ScanPlace() = default;
+};
+
+class ScanPanel {
+public:
+    ScanPanel(IntakeSite& site, Intake& intake) : lclSite(site), lclIntake(intake) {}
+
+    bool IsOpen() const { return lclOpen; }
+    void Toggle();
+    void Close();
+    // False where there is no scanning control: nothing is told then.
+    bool Import(const std::string& folder);
+
+    std::function<void()> changed{}; // it opened or closed
+
+private:
+    void Open(const std::string& importFolder);
+    void Scanned(const std::vector<std::string>& files);
+
+    IntakeSite& lclSite;
+    Intake& lclIntake;
+    bool lclOpen = false;
+};
+
+} // namespace kavidex::controls

@@ -1,0 +1,67 @@
+#include "controls/intake/ScanQueue.h"
+
+#include "controls/intake/frmFolder.h"
+#include "model/Store.h"
+#include "model/clsItem.h"
+#include "platform/Files.h"
+#include "platform/General.h"
+#include "platform/Log.h"
+#include "platform/Messages.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+constexpr std::string_view section = "DossierSettings";
+constexpr std::string_view roots[] = {"ScanQueue", "ImportDocumentsPath"};
+
+} // namespace
+
+void ScanQueue::Check(std::string_view key, std::int32_t treeId) {
+    if (!lclSite.DbConnection()) return;
+    for (const auto name : roots) {
+        auto root = platform::Trim(
+            model::ReadSetting(lclSite.Machine(), lclSite.DbConnection(), section, name)
+                .value_or(std::string()));
+        if (root.empty()) continue;
+        if (root.back() != '\\') root += '\\';
+        if (!key.empty() && Look(root, std::string(key), false) == Found::Waiting) continue;
+        if (treeId != 0) Look(root, "Map" + std::to_string(treeId), name == roots[0]);
+    }
+}
+
+// `announce`: the name is shown where the workstation asks for it, so that it can be set up on the
+// scanning device.
+ScanQueue::Found ScanQueue::Look(std::string_view root, const std::string& name, bool announce) {
+    const auto& machine = lclSite.Machine();
+    const auto setting = [&](std::string_view of) {
+        return platform::GetRegSetting(machine, platform::applicationName, of, "ShowExtId", "");
+    };
+    if (announce && platform::Val(setting("CorrespSetting")) == 1)
+        lclSite.Tell("Mapnaam voor opslag vanuit multifunctional = $%$", {name});
+    const std::string folder = platform::JoinPath(root, name);
+    if (platform::EqualNoCase(setting("DebugFlags"), "true"))
+        machine.messages.Show({folder, lclSite.Text("Path for ScanQueue")});
+    // A key names one folder below the root and nothing else.
+    if (!platform::IsFileName(name)) return Found::Nothing;
+    const auto names = machine.files.List(folder, "*.tif");
+    if (names.empty()) return Found::Nothing;
+    machine.log.Write("fncCheckDocumentQueue", "Documents wait in " + folder);
+    if (lclSite.Ask(lclSite.Text("Er zijn nog documenten aanwezig die moeten worden toegevoegd aan "
+                                 "dit dossier. Wilt u dit nu doen?"),
+                    lclSite.Text("Controle op bestaande documenten")) &&
+        !(giveToScanner && giveToScanner(folder)))
+        Import(folder, names);
+    return Found::Waiting;
+}
+
+void ScanQueue::Import(const std::string& folder, const std::vector<std::string>& names) {
+    std::vector<IntakeFile> files;
+    for (const auto& name : names) files.push_back({platform::JoinPath(folder, name), true, true});
+    if (!lclSite.Forms()) return lclIntake.AddWaiting(files);
+    if (const auto chosen = ChooseFolder(lclSite)) lclIntake.AddByUser(files, chosen);
+}
+
+} // namespace kavidex::controls
