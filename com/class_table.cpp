@@ -3,6 +3,8 @@
 #include <olectl.h>
 
 #include "com/controls/ctrlCorrespondenceFace.h"
+#include "com/controls/ctrlExtViewerFace.h"
+#include "com/controls/ctrlNoteFace.h"
 #include "com/controls/ctrlTreeFace.h"
 #include "com/data/faces.h"
 #include "com/model/faces.h"
@@ -21,6 +23,10 @@ const ClassRow table[] = {
      &DIID__ctrlCorrespondence, &DIID__ctrlCorrespondenceEvents, control, &MakeCtrlCorrespondence},
     {L"ctrlTree", L"Kavidex folder tree control", &CLSID_ctrlTree, &DIID__ctrlTree,
      &DIID__ctrlTreeEvents, control, &MakeCtrlTree},
+    {L"ctrlNote", L"Kavidex note control", &CLSID_ctrlNote, &DIID__ctrlNote, &DIID__ctrlNoteEvents,
+     control, &MakeCtrlNote},
+    {L"ctrlExtViewer", L"Kavidex external viewer", &CLSID_ctrlExtViewer, &DIID__ctrlExtViewer,
+     &DIID__ctrlExtViewerEvents, control, &MakeCtrlExtViewer},
     {L"EmbeddedDatabase", L"Kavidex embedded database", &CLSID_EmbeddedDatabase,
      &DIID__EmbeddedDatabase, nullptr, 0, &NewEmbeddedDatabase},
     {L"clsTable", L"Kavidex table", &CLSID_clsTable, &DIID__clsTable, nullptr, 0, &NewTable},

@@ -23,6 +23,8 @@ constexpr SchemaColumns schemaColumns[] = {
     {data::Schema::Columns,
      {"TABLE_CATALOG", "TABLE_SCHEMA", "TABLE_NAME", "COLUMN_NAME", nullptr}},
     {data::Schema::Indexes, {"TABLE_CATALOG", "TABLE_SCHEMA", "INDEX_NAME", "TYPE", "TABLE_NAME"}},
+    {data::Schema::Procedures,
+     {"PROCEDURE_CATALOG", "PROCEDURE_SCHEMA", "PROCEDURE_NAME", nullptr, nullptr}},
 };
 
 const SchemaColumns& ColumnsOf(std::int32_t schema) {

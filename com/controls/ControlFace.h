@@ -74,6 +74,10 @@ protected:
 private:
     void RaiseStandardEvents() {
         auto& logic = Logic();
+        On(logic.PropertyChanged, [this](std::string_view name) { Changed(name); });
+        if constexpr (requires { logic.Click; }) RaiseInput(logic);
+    }
+    void RaiseInput(L& logic) {
         On(logic.Click, [this] { Raise(DISPID_CLICK); });
         On(logic.DblClick, [this] { Raise(DISPID_DBLCLICK); });
         On(logic.KeyDown,
@@ -84,7 +88,6 @@ private:
         RaiseMouse(logic.MouseDown, DISPID_MOUSEDOWN);
         RaiseMouse(logic.MouseMove, DISPID_MOUSEMOVE);
         RaiseMouse(logic.MouseUp, DISPID_MOUSEUP);
-        On(logic.PropertyChanged, [this](std::string_view name) { Changed(name); });
     }
     template <class Event>
     void RaiseMouse(Event& event, DISPID id) {

@@ -53,27 +53,6 @@ void Demand(const ComPtr<IDispatch>& object, const std::string& property,
                                       " has no " + platform::win32::FromWide(name));
 }
 
-bool HasMember(const ComPtr<IDispatch>& object, DISPID id) {
-    DISPPARAMS none{};
-    Variant value;
-    return SUCCEEDED(object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT,
-                                    DISPATCH_METHOD | DISPATCH_PROPERTYGET, &none, value.Address(),
-                                    nullptr, nullptr));
-}
-
-// Not every engine gives its arrays an enumerator.
-bool IsScriptArray(const ComPtr<IDispatch>& object) {
-    return !HasMember(object, DISPID_NEWENUM) && Late(object).Has(L"length");
-}
-
-std::vector<Variant> ElementsOfScript(const ComPtr<IDispatch>& object) {
-    std::vector<Variant> items;
-    const auto count = Late(object).Property(L"length").ToInt32();
-    for (std::int32_t i = 0; i < count; ++i) // a new caller each: it remembers names by address
-        items.push_back(Late(object).Property(std::to_wstring(i).c_str()));
-    return items;
-}
-
 class OwnTranslatorFace final : public Automation {
 public:
     explicit OwnTranslatorFace(std::shared_ptr<controls::Translator> translator)
@@ -123,24 +102,6 @@ std::shared_ptr<model::clsUserAuth> RightsOf(const ComPtr<IDispatch>& object) {
     for (const auto& right : model::Rights())
         rights->SetRight(right.key, host.Call(L"GetRight", {Variant(right.key)}).ToText());
     return rights;
-}
-
-std::optional<std::vector<std::string>> TextsOf(const Variant& given) {
-    if (given.IsEmpty() || given.IsNull() || given.IsMissing()) return std::nullopt;
-    std::vector<Variant> items;
-    if (given.IsArray()) {
-        items = platform::win32::ElementsOf(given.Get());
-    } else if (given.IsObject()) {
-        const auto object = given.ToDispatch();
-        if (!object) return std::nullopt;
-        items =
-            IsScriptArray(object) ? ElementsOfScript(object) : platform::win32::Enumerate(object);
-    } else {
-        items.push_back(given);
-    }
-    std::vector<std::string> texts;
-    for (const Variant& item : items) texts.push_back(item.ToText());
-    return texts;
 }
 
 Variant TextArray(const std::vector<std::string>& texts) {

@@ -10,6 +10,7 @@
 #include "controls/common/Appearance.h"
 #include "controls/common/Translator.h"
 #include "controls/tree/TreeEvents.h"
+#include "platform/win32/TextsOf.h"
 
 namespace kavidex::model {
 class clsUserAuth;
@@ -29,10 +30,7 @@ std::shared_ptr<model::clsUserAuth> RightsOf(const ComPtr<IDispatch>& object);
 // The own translator of a control as hosts see it; null for null.
 ComPtr<IDispatch> TranslatorFace(const std::shared_ptr<controls::Translator>& translator);
 
-// Texts given as a collection (what For Each walks, so the keys of a Scripting.Dictionary), an
-// array (of a script too: `length` and numbered members), or one single text. Null for empty, null
-// and Nothing: nobody gave any.
-std::optional<std::vector<std::string>> TextsOf(const Variant& given);
+using platform::win32::TextsOf;
 
 // An object with Item (counted from 1), Count and an enumerator.
 ComPtr<IDispatch> CollectionOf(std::vector<Variant> items);

@@ -3,9 +3,11 @@
 #include "com/control/Metrics.h"
 #include "com/model/faces.h"
 #include "controls/binder/win32/MakeBinderWindow.h"
+#include "controls/intake/win32/WordGenerator.h"
 #include "data/schema/AccessRepair.h"
 #include "data/win32/LateAdoFactory.h"
 #include "kavidex_idl.h"
+#include "mail/win32/OutlookSource.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "platform/Workstation.h"
@@ -151,7 +153,9 @@ std::span<const EventRow> BinderEventTable() { return events; }
 
 ctrlCorrespondenceFace::ctrlCorrespondenceFace()
     : ControlFace(*FindClass(CLSID_ctrlCorrespondence), platform::TheWorkstation(),
-                  std::make_shared<data::win32::LateAdoFactory>(), data::MakeAccessRepair()) {
+                  std::make_shared<data::win32::LateAdoFactory>(), data::MakeAccessRepair(),
+                  controls::IntakeComponents{mail::win32::MakeMailSource(),
+                                             controls::win32::MakeLetterGenerator}) {
     RaiseDragEvents();
     RaiseEvents();
 }
@@ -162,7 +166,9 @@ const Table& ctrlCorrespondenceFace::Members() const {
 }
 
 std::unique_ptr<controls::win32::ControlWindow> ctrlCorrespondenceFace::MakeWindow() {
-    return controls::win32::MakeBinderWindow(Logic(), platform::TheWorkstation());
+    return controls::win32::MakeBinderWindow(
+        Logic(), platform::TheWorkstation(),
+        {[this] { return Variant(Translate()); }, [this] { return Variant(UserAuth()); }});
 }
 
 void ctrlCorrespondenceFace::RaiseDragEvents() {

@@ -91,6 +91,7 @@ constexpr Member members[] = {
     Row::Method<&Logic::fncResetSelectedItems>(L"fncResetSelectedItems", 47),
     Row::Method<&Logic::ContainsDocuments>(L"ContainsDocuments", 48),
     Row::Method<&Logic::fncShowStatusBar>(L"fncShowStatusBar", 49, L"Show"),
+    KAVIDEX_GETLET(ListMode, 60),
 };
 
 constexpr EventRow events[] = {

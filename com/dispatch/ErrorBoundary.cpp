@@ -22,12 +22,16 @@ BSTR NewBstr(const std::string& text) noexcept {
     }
 }
 
-// A part of the library that the caller does not know by name: the class that was called speaks for
-// it. Other components keep their own names.
-bool IsInner(const std::string& source) {
-    constexpr std::string_view own[] = {"clsTable", "clsDocument", "OpenRecordset"};
-    if (source.empty() || source.starts_with("Kavidex")) return true;
-    return std::find(std::begin(own), std::end(own), source) != std::end(own);
+// How the names of the library's parts begin. Whichever of them failed, it is the class that was
+// called that the caller knows. Other components keep their own names.
+constexpr std::string_view innerNames[] = {"Kavidex",   "cls",  "ctrl",
+                                           "ctl",       "frm",  "OpenRecordset",
+                                           "Recordset", "ODBC", "EmbeddedDatabase"};
+
+bool IsInner(std::string_view source) {
+    return source.empty() ||
+           std::any_of(std::begin(innerNames), std::end(innerNames),
+                       [&](std::string_view name) { return source.starts_with(name); });
 }
 
 } // namespace

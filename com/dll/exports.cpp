@@ -5,6 +5,7 @@
 #include "com/ClassFactory.h"
 #include "com/Module.h"
 #include "com/class_table.h"
+#include "com/registration/Manifest.h"
 #include "com/registration/Registration.h"
 
 using namespace kavidex::com;
@@ -26,8 +27,11 @@ STDAPI DllUnregisterServer() {
     return FAILED(machine) ? machine : user;
 }
 
-// regsvr32 /n /i:user registers for the current user alone, without an administrator.
+// regsvr32 /n /i:user registers for the current user alone, without an administrator; /n
+// /i:manifest writes the file for hosts that use the library without registration.
 STDAPI DllInstall(BOOL install, LPCWSTR command) {
+    if (command && _wcsicmp(command, L"manifest") == 0)
+        return install ? WriteManifest() : E_INVALIDARG;
     const Scope scope = command && _wcsicmp(command, L"user") == 0 ? Scope::User : Scope::Machine;
     return install ? Register(scope) : Unregister(scope);
 }
