@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "controls/forms/Form.h"
+#include "platform/text.h"
 
 namespace kavidex::tests {
 
@@ -142,6 +143,11 @@ public:
     std::optional<std::string> ChooseFile(std::string_view, std::string_view, std::string_view,
                                           bool) override {
         return Next();
+    }
+
+    std::vector<std::string> ChooseFiles(std::string_view, std::string_view) override {
+        const auto all = Next();
+        return all ? platform::Split(*all, ';') : std::vector<std::string>();
     }
 
 private:

@@ -1,6 +1,7 @@
 // A tree window in memory that a test can read and steer.
 #pragma once
 
+#include <functional>
 #include <map>
 #include <set>
 #include <string>
@@ -30,12 +31,14 @@ public:
     std::set<std::string> withoutIcon; // extensions that the system does not know
     std::vector<std::string> iconsAsked;
     std::string refusedText; // a node of that text is refused
+    std::function<void()> onAdd;
     NodeHandle selected = 0, edited = 0;
     std::string status;
     bool statusBar = true, redraw = true, checkBoxes = false;
     int fills = 0, paintedAdds = 0; // paintedAdds: nodes added while redraw was on
     std::string topWindow;
-    std::string dragged;
+    controls::DropData dragged;
+    std::int32_t dragAllowed = 0;
     std::int32_t dragEffect = controls::drop::move; // what the target makes of a drag
     controls::PopupMenu menu;                       // the last one shown
     std::string choose;                             // the entry that the user takes
@@ -64,6 +67,7 @@ public:
     void Clear() override { nodes = {{0, {}}}, selected = 0; }
     NodeHandle AddNode(NodeHandle parent, const controls::TreeNode& node) override {
         if (!refusedText.empty() && node.text == refusedText) return 0;
+        if (onAdd) onAdd();
         paintedAdds += redraw;
         const auto handle = ++lclLast;
         nodes[handle] = {
@@ -107,6 +111,10 @@ public:
         images.emplace_back(key);
         return true;
     }
+    bool list = false;
+    int wakes = 0;
+    void ShowList(bool show) override { list = show; }
+    void WakeSoon() override { ++wakes; }
     void SetStatusText(std::string_view text) override { status = text; }
     void ShowStatusBar(bool show) override { statusBar = show; }
     void SetColours(std::uint32_t, std::uint32_t, bool) override {}
@@ -119,8 +127,9 @@ public:
             if (menu[i].name == choose) return i;
         return std::nullopt;
     }
-    std::int32_t Drag(std::string_view text, std::int32_t allowed) override {
-        dragged = text;
+    std::int32_t Drag(const controls::DropData& data, std::int32_t allowed) override {
+        dragged = data;
+        dragAllowed = allowed;
         return allowed & dragEffect;
     }
     FakeForms forms;

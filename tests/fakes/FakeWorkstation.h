@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <stdexcept>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -18,6 +19,7 @@
 #include "platform/Guids.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
+#include "platform/Printers.h"
 #include "platform/Registry.h"
 #include "platform/Shell.h"
 #include "platform/User.h"
@@ -98,10 +100,13 @@ class FakeMessages : public platform::Messages {
 public:
     std::vector<platform::Message> shown;
     std::deque<platform::Answer> answers;
+    const platform::BusyDialog* busy = nullptr;
 
     platform::Answer Show(const platform::Message& message) override {
         using platform::Answer;
         using platform::Buttons;
+        if (busy && busy->PaintsOnly()) // a box lets the host in
+            throw std::logic_error("a message box within a transaction: " + message.text);
         shown.push_back(message);
         if (!answers.empty()) {
             const Answer answer = answers.front();
@@ -124,7 +129,7 @@ public:
     std::vector<Shown> shown;
     std::vector<std::pair<int, int>> progress;
     bool open = false;
-    int closed = 0, pumped = 0;
+    int closed = 0, pumped = 0, painted = 0;
 
     void Show(std::string_view caption, std::string_view text) override {
         shown.push_back({std::string(caption), std::string(text)});
@@ -144,24 +149,89 @@ public:
     void OfferStop(std::string_view caption) override { stop = caption; }
     bool StopAsked() override { return !stop.empty() && stopAsked; }
     std::function<void()> onPump; // what the user and the host do meanwhile
-    void PumpMessages() override {
+    void Pump(bool paintOnly) override {
+        if (paintOnly) {
+            ++painted;
+            return;
+        }
         ++pumped;
         if (onPump) onPump();
     }
 };
 
+// A printer that writes down what it gets: "title: page ..." once a job is whole.
+class FakePrinters : public platform::Printers {
+public:
+    std::optional<platform::PrintChoice> choice{{"Laser", 0, 0, 1, false, {}}}; // none: cancelled
+    platform::PrintPaper paper{300, 300, 2480, 3508, true};
+    int asked = -1;      // pages of which a range could be chosen
+    int refusePage = -1; // from 0, of the pages of a job: the paper is out
+    std::vector<std::string> jobs;
+
+    std::optional<platform::PrintChoice> Ask(int pages) override {
+        asked = pages;
+        return choice;
+    }
+    std::unique_ptr<platform::PrintJob> Begin(const platform::PrintChoice& on,
+                                              std::string_view title) override {
+        if (on.printer.empty())
+            throw platform::Error(platform::errors::fail, "The printer refuses");
+        return std::make_unique<Job>(*this, title);
+    }
+
+private:
+    class Job : public platform::PrintJob {
+    public:
+        Job(FakePrinters& printers, std::string_view title)
+            : lclPrinters(printers), lclText(std::string(title) + ":") {}
+        platform::PrintPaper BeginPage(bool landscape) override {
+            if (lclPages++ == lclPrinters.refusePage)
+                throw platform::Error(platform::errors::fail, "The paper is out");
+            lclText += landscape ? " wide" : " high";
+            return lclPrinters.paper;
+        }
+        void Draw(const platform::PrintPicture& picture,
+                  const platform::PrintPlace& place) override {
+            lclText += " " + std::to_string(picture.bits) + "bit " + std::to_string(picture.width) +
+                       "x" + std::to_string(picture.height) + " at " + std::to_string(place.x) +
+                       "," + std::to_string(place.y) + " " + std::to_string(place.width) + "x" +
+                       std::to_string(place.height);
+        }
+        void EndPage() override { lclText += ";"; }
+        void End() override { lclPrinters.jobs.push_back(lclText); }
+
+    private:
+        FakePrinters& lclPrinters;
+        std::string lclText;
+        int lclPages = 0;
+    };
+};
+
 class FakeShell : public platform::Shell {
 public:
-    std::vector<std::string> opened;
-    bool printers = true, refuse = false;
+    std::vector<std::string> opened, printed;
+    bool refuse = false;
+    std::string mailClient;
 
-    void OpenDefault(std::string_view path) override {
-        if (refuse) throw platform::Error(platform::errors::fail, "No program opens this file");
-        opened.emplace_back(path);
-    }
-    bool HasPrinters() override { return printers; }
+    std::string MailClient() override { return mailClient; }
+
+    void OpenDefault(std::string_view path) override { Take(opened, path); }
+    void PrintDefault(std::string_view path) override { Take(printed, path); }
+    bool hasPrinters = true;
+    FakePrinters printers;
+    bool HasPrinters() override { return hasPrinters; }
+    platform::Printers& Printers() override { return printers; }
     std::string TypeDescription(std::string_view extension) override {
         return "Bestand " + platform::UpperCase(extension);
+    }
+    bool engine = true, pdfInBrowser = false;
+    bool HasBrowserEngine() override { return engine; }
+    bool BrowserShows(std::string_view) override { return pdfInBrowser; }
+
+private:
+    void Take(std::vector<std::string>& files, std::string_view path) const {
+        if (refuse) throw platform::Error(platform::errors::fail, "No program opens this file");
+        files.emplace_back(path);
     }
 };
 
@@ -182,7 +252,7 @@ public:
 private:
     void Demand() const {
         if (held)
-            throw platform::Error(platform::errors::accessDenied,
+            throw platform::Error(platform::errors::clipboardHeld,
                                   "The clipboard is held open by another program");
     }
 };
@@ -221,6 +291,7 @@ struct FakeWorkstation {
                                       messages, busy,  shell, log,  clipboard};
 
     FakeWorkstation() {
+        messages.busy = &busy;
         auto& real = platform::TheWorkstation();
         lclFolder = real.files.TemporaryFolder() + "kavidex-test-" +
                     platform::GuidText(*real.guids.New()).substr(1, 36);

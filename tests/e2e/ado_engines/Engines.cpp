@@ -61,6 +61,18 @@ private:
     FakeWorkstation lclMachine;
 };
 
+// A connection that only executes: it makes no commands, and there are no classes of ADO here.
+class ExecuteOnly : public ComDatabase {
+public:
+    data::ConnectionPtr Connect() override {
+        return std::make_shared<data::win32::LateAdoConnection>(Late(com::Make<Stranger>(
+            data::EmbeddedDatabase::OpenOrCreate(lclMachine.Path("suite.kvx")))));
+    }
+
+private:
+    FakeWorkstation lclMachine;
+};
+
 std::string Variable(const char* name) {
     const char* value = std::getenv(name);
     return value ? value : "";
@@ -102,6 +114,7 @@ const std::vector<Engine>& Engines() {
     static const std::vector<Engine> engines = {
         {"adoOverEmbedded", Dialect::Access, &Nothing, &Make<AccessDouble>},
         {"handedOver", Dialect::Access, &Nothing, &Make<HandedOver>},
+        {"executeOnly", Dialect::Access, &Nothing, &Make<ExecuteOnly>},
         {"adoOverOdbc", Dialect::MySql, &MissingMySql, &Make<MySqlByAdo>},
         {"odbc", Dialect::MySql, &MissingMySql, &Make<MySqlByOdbc>},
     };

@@ -38,27 +38,6 @@ protected:
 
 } // namespace
 
-TEST_F(Objects, FieldsAreReachedByDefaultMembersNamesAndNumbers) {
-    Fill(2);
-    const Late rows = Recordset("select Id, Name, Amount from tblThing order by Id");
-    EXPECT_EQ(Default(rows, {"Name"}).ToText(), "name 1");
-    EXPECT_EQ(Default(rows, {2}).ToInt32(), 10);
-    EXPECT_EQ(rows.Get(L"Fields", {"Amount"}).ToInt32(), 10);
-    const Variant put[] = {"name", "by default member"};
-    rows.Invoke(DISPID_VALUE, DISPATCH_PROPERTYPUT, put);
-    EXPECT_EQ(rows.Get(L"EditMode").ToInt32(), 1);
-    rows.Call(L"Update");
-    EXPECT_EQ(engine->Open({"select Name from tblThing order by Id"})->Get("Name"),
-              Value(std::string("by default member")));
-
-    std::string names;
-    for (const Variant& field : platform::win32::Enumerate(rows.Child(L"Fields").Object()))
-        names += Late(field).Get(L"Name").ToText() + ";";
-    EXPECT_EQ(names, "Id;Name;Amount;");
-    EXPECT_EQ(NumberOf([&] { Default(rows, {"Nowhere"}); }), data::errors::itemNotFound);
-    EXPECT_EQ(NumberOf([&] { Default(rows, {3}); }), data::errors::itemNotFound);
-}
-
 TEST_F(Objects, GetRowsGivesColumnsByRowsFromTheCurrentRowOn) {
     Fill(4);
     const Late rows = Recordset("select Id, Name, Amount from tblThing order by Id");

@@ -1,4 +1,5 @@
 // The type library in the built file against the tables that serve its members.
+#include <cstring>
 #include <map>
 #include <set>
 
@@ -9,6 +10,8 @@
 #include "com/adodb/RecordsetObject.h"
 #include "com/class_table.h"
 #include "com/controls/ctrlCorrespondenceFace.h"
+#include "com/controls/ctrlExtViewerFace.h"
+#include "com/controls/ctrlNoteFace.h"
 #include "com/controls/ctrlTreeFace.h"
 #include "com/dispatch/Automation.h"
 #include "kavidex_idl.h"
@@ -183,7 +186,9 @@ TEST_F(Contract, EveryEventHasItsRowAndTheOtherWayRound) {
         const IID& iid;
         std::span<const com::EventRow> rows;
     } sources[] = {{DIID__ctrlTreeEvents, com::TreeEventTable()},
-                   {DIID__ctrlCorrespondenceEvents, com::BinderEventTable()}};
+                   {DIID__ctrlCorrespondenceEvents, com::BinderEventTable()},
+                   {DIID__ctrlNoteEvents, com::NoteEventTable()},
+                   {DIID__ctrlExtViewerEvents, com::ExtViewerEventTable()}};
     for (const auto& source : sources) {
         const auto info = Find(source.iid);
         ASSERT_TRUE(info);
@@ -192,6 +197,46 @@ TEST_F(Contract, EveryEventHasItsRowAndTheOtherWayRound) {
         for (const auto& row : source.rows) raised[row.id] = Lower(row.name);
         EXPECT_EQ(written, raised);
     }
+}
+
+TEST_F(Contract, EveryEventTellsWhatItsParametersAreAndTheOlderOnesThatTheyAreNotRaised) {
+    std::map<IID, std::set<std::wstring>, bool (*)(const IID&, const IID&)> silent(
+        [](const IID& a, const IID& b) { return std::memcmp(&a, &b, sizeof a) < 0; });
+    for (const IID& iid : {DIID__ctrlTreeEvents, DIID__ctrlCorrespondenceEvents,
+                           DIID__ctrlNoteEvents, DIID__ctrlExtViewerEvents}) {
+        const auto info = Find(iid);
+        ASSERT_TRUE(info);
+        for (const auto& [key, entry] : Read(*info)) {
+            platform::win32::Bstr text;
+            info->GetDocumentation(key.first, nullptr, text.Put(), nullptr, nullptr);
+            std::wstring words = L" " + Lower(text.Get() ? text.Get() : L"");
+            EXPECT_GT(words.size(), 10u) << entry;
+            if (words.find(L" never raised") != words.npos) silent[iid].insert(entry.name);
+            for (wchar_t& letter : words)
+                if (!iswalnum(letter)) letter = L' ';
+            for (std::size_t at = 0; at < entry.parameters.size();) {
+                const auto end = std::min(entry.parameters.find(L',', at), entry.parameters.size());
+                const auto name = L" " + entry.parameters.substr(at, end - at) + L" ";
+                EXPECT_NE(words.find(name), words.npos)
+                    << entry << ": " << platform::win32::FromWide(name);
+                at = end + 1;
+            }
+        }
+    }
+    const std::set<std::wstring> older = {L"itemselected",
+                                          L"itemselectedexternal",
+                                          L"itemselectedrightmouse",
+                                          L"itemdropped",
+                                          L"itemdroppedandhandled",
+                                          L"itemdragover",
+                                          L"itemcreated",
+                                          L"itemdelete",
+                                          L"itemcopy",
+                                          L"itemcut",
+                                          L"itempaste",
+                                          L"itemrenamed"};
+    EXPECT_EQ(silent[DIID__ctrlTreeEvents], older);
+    EXPECT_EQ(silent[DIID__ctrlCorrespondenceEvents], std::set<std::wstring>{L"itemselected"});
 }
 
 TEST_F(Contract, EveryCoclassCanBeMadeAndNamesItsInterfaces) {

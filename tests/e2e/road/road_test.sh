@@ -51,7 +51,9 @@ restart) # a dossier made by a script, its documents found again by the next run
   script "$root/examples/open_dossier.vbs" "$(windows "$work/d")" K1
   expect "brief (txt)"; expect "Fax van Jansen (tif)"
   script "$root/examples/open_dossier.vbs" "$(windows "$work/d")" K2
-  ! grep -q "brief" "$work/out" || fail "another key shows this dossier's documents" ;;
+  ! grep -q "brief" "$work/out" || fail "another key shows this dossier's documents"
+  script "$root/examples/ten_lines.js" "$(windows "$work/d")" "$(windows "$work/brief.txt")"
+  expect "1 text document(s) in dossier" ;;
 
 build_dossier) # a dossier made of the data classes alone, sound to the integrity check until a file goes
   mkdir "$work/d"
@@ -59,7 +61,7 @@ build_dossier) # a dossier made of the data classes alone, sound to the integrit
   expect "      Brief van O'Brien (txt)"; expect "    Loonstrook 100% (txt)"
   expect "right EditDossiers = True"; expect "expected 3 x Loonstroken"
   [ "$(stored)" = 3 ] || fail "three files belong in the store, $(stored) are there"
-  check() { run "$(windows "$bin/kavidex-check.exe")" "$(windows "$work/d/kavidex.kdb")" >"$work/out" 2>&1; }
+  check() { run "$(windows "$bin/kavidex-db.exe")" check "$(windows "$work/d/kavidex.kdb")" >"$work/out" 2>&1; }
   check || fail "the check finds something"
   expect "0 findings"
   rm "$(find "$work/d/store" -type f | head -1)"

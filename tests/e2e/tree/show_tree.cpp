@@ -1,9 +1,12 @@
-// Shows the tree control in a plain window, for a look at it: show_tree [seconds].
+// Shows the tree control in a plain window, for a look at it: show_tree [seconds] [list] [pick]
+// [many] [properties]; with many it holds five thousand documents.
 #include <windows.h>
 
 #include <ole2.h>
 
 #include <cstdlib>
+#include <set>
+#include <string>
 
 #include "controls/tree/ctrlTree.h"
 #include "controls/tree/win32/MakeTreeWindow.h"
@@ -16,6 +19,7 @@
 using namespace kavidex;
 
 int main(int count, char** arguments) {
+    const std::set<std::string> words(arguments + 1, arguments + count);
     OleInitialize(nullptr);
     const auto& machine = platform::TheWorkstation();
     controls::ctrlTree tree(machine);
@@ -40,17 +44,27 @@ int main(int count, char** arguments) {
     const auto group = add("usergroup", "Balie", root);
     add("user", "jansen", group);
     add("txt", "Ongesorteerd", root);
+    constexpr const char* types[] = {"tif", "pdf", "msg", "docx", "xlsx", "zip", "nnt"};
+    for (int i = 0; words.contains("many") && i < 5000; ++i)
+        add(types[i % 7], ("Document " + std::to_string(i)).c_str(), i % 2 ? letters : scans);
     tree.SetFullExpand(true);
+    tree.SetSelectItems(words.contains("pick"));
+    tree.SetListMode(words.contains("list"));
     tree.SetShowNumberOfChildren(true);
 
     const HWND host = CreateWindowExW(0, L"#32770", L"Tree", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 40,
-                                      40, 420, 520, nullptr, nullptr, nullptr, nullptr);
+                                      40, 760, 560, nullptr, nullptr, nullptr, nullptr);
     RECT area{};
     GetClientRect(host, &area);
     const auto window = controls::win32::MakeTreeWindow(tree, machine);
-    window->Create(host, {0, 0, area.right / 2 + 60, area.bottom});
+    window->Create(host, {0, 0, area.right * 2 / 3, area.bottom});
     tree.SetHighLightToItem(pdf);
-    tree.NodeToggled(scans);
+    if (!words.contains("list")) tree.NodeToggled(scans);
+    if (words.contains("properties")) {
+        tree.NodeSelected(pdf);
+        tree.ChooseMenu({"mnuProperties", 0, {}});
+    }
+    window->TakeFocus();
     const UINT_PTR timer = SetTimer(
         nullptr, 0, 1000U * (count > 1 ? std::strtoul(arguments[1], nullptr, 10) : 10U), nullptr);
     MSG message;
@@ -63,7 +77,7 @@ int main(int count, char** arguments) {
         if (message.message == WM_PAINT) {
             // Beside it the same control as it draws itself without a window.
             HDC device = GetDC(host);
-            window->Draw(device, {area.right / 2 + 70, 0, area.right, area.bottom / 2});
+            window->Draw(device, {area.right * 2 / 3 + 10, 0, area.right, area.bottom / 2});
             ReleaseDC(host, device);
         }
     }

@@ -86,6 +86,8 @@ struct Shelf : Automation {
                 if (n == 2) throw platform::Error(3021, "Basic's number");
                 if (n == 3) throw std::runtime_error("standard");
                 if (n == 4) throw 7;
+                constexpr const char* parts[] = {"EmbeddedDatabase", "ODBC 42S02", "clsSettings"};
+                if (n < 8) throw platform::Error(3021, "part", parts[n - 5]);
             }>(L"Fail", 6, L"n"),
             Row::Method<[](Shelf&, std::shared_ptr<Book> b) { return b ? b->pages : -1; }>(
                 L"PagesOf", 7, L"book"),
@@ -212,6 +214,9 @@ TEST_F(Dispatch, TurnsExceptionsIntoTheHostsErrors) {
         {2, static_cast<HRESULT>(0x800A0BCD), "Basic's number", "Kavidex.Shelf"},
         {3, E_FAIL, "standard", "Kavidex.Shelf"},
         {4, E_UNEXPECTED, "An unknown failure", "Kavidex.Shelf"},
+        {5, static_cast<HRESULT>(0x800A0BCD), "part", "Kavidex.Shelf"},
+        {6, static_cast<HRESULT>(0x800A0BCD), "part", "Kavidex.Shelf"},
+        {7, static_cast<HRESULT>(0x800A0BCD), "part", "Kavidex.Shelf"},
     };
     for (const auto& one : cases) {
         EXCEPINFO info{};

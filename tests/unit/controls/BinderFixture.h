@@ -3,13 +3,14 @@
 
 #include "controls/binder/ctrlCorrespondence.h"
 
-#include <map>
+#include <cstdlib>
 
 #include <gtest/gtest.h>
 
 #include "controls/splitter/ctlSplitPanel.h"
 #include "controls/tree/ctrlTree.h"
-#include "controls/viewer/DocumentPanel.h"
+#include "controls/viewer/ViewerViews.h"
+#include "controls/viewer/ctlViewer.h"
 #include "data/clsSettings.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "model/clsItem.h"
@@ -18,18 +19,29 @@
 #include "model/clsUserAuth.h"
 #include "platform/General.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/MapBag.h"
 
 namespace kavidex::controls {
 
-struct MapBag : PropertyBag {
-    std::map<std::string, data::Value, std::less<>> values;
-    std::optional<data::Value> Read(std::string_view name, const data::Value&, BagWidth) override {
-        const auto found = values.find(name);
-        return found == values.end() ? std::nullopt : std::optional(found->second);
+using tests::MapBag;
+
+// Temporary files go into a folder of the test's own for as long as this lives.
+struct OwnTemporaryFolder {
+    explicit OwnTemporaryFolder(const std::string& folder) { Set(folder); }
+    ~OwnTemporaryFolder() { Set(before); }
+
+private:
+    static constexpr const char* name =
+#ifdef _WIN32
+        "TMP";
+    static void Set(const std::string& value) { _putenv_s(name, value.c_str()); }
+#else
+        "TMPDIR";
+    static void Set(const std::string& value) {
+        ::setenv(name, platform::NativePath(value).c_str(), 1);
     }
-    void Write(std::string_view name, const data::Value& value, BagWidth) override {
-        values[std::string(name)] = value;
-    }
+#endif
+    const std::string before = std::getenv(name) ? std::getenv(name) : "/tmp";
 };
 
 struct Binder : testing::Test {

@@ -132,7 +132,7 @@ TEST(Pictures, EveryPictureIsDrawnAtEverySizeInItsColours) {
                 clear += alpha == 0;
                 EXPECT_LE((pixel >> 16) & 255, alpha) << "colours are multiplied by alpha";
             }
-            EXPECT_GT(opaque, size * size / 5) << key << size;
+            EXPECT_GT(opaque, size * size / 40) << key << size;
             EXPECT_GT(clear, size) << key << size;
         }
     for (const auto pixel : DrawPicture("closedtab", 16, {true, 0x00FF00, 0x000000}).pixels)

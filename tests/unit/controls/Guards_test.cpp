@@ -1,5 +1,9 @@
 // What must not happen however the control is used: one dossier's work in another, an action
 // without its right, an answer that could not be read taken for a yes, and bad values kept.
+#include <functional>
+
+#include "controls/common/GrantedRights.h"
+#include "data/ConnectionAssignment.h"
 #include "tests/fakes/FakeTreeWindow.h"
 #include "tests/fakes/FaultyConnection.h"
 #include "tests/unit/controls/BinderFixture.h"
@@ -22,8 +26,9 @@ struct TwoDatabases : Binder {
         settings.SetDbConnection(other);
         machine.files.CreateDirectories(machine.Path("theirs"));
         settings.SetSetting("Storage", "DocumentPath", machine.Path("theirs"));
-        for (auto* one : {second.get(), binder.get()}) {
-            ASSERT_EQ(one->OpenOrCreate("key", "Dossier", "Post", "", ""), 0);
+        for (const auto& [one, key] :
+             {std::pair(second.get(), "B"), std::pair(binder.get(), "A")}) {
+            ASSERT_EQ(one->OpenOrCreate(key, "Dossier", "Post", "", ""), 0);
             ASSERT_EQ(one->AddFiles({File("brief.txt")}, "", 0, false, true), 0);
         }
         theirs = second->treCorr().Tree()->GetItem(0, "brief")->Id();
@@ -34,13 +39,105 @@ struct TwoDatabases : Binder {
     void TearDown() override {
         if (binder) binder->treCorr().AttachWindow(nullptr);
     }
-    std::string Theirs(const std::string& statement) {
+    std::string Theirs(const std::string& statement) { return First(other, statement); }
+    static std::string First(const data::ConnectionPtr& database, const std::string& statement) {
         data::Command command;
         command.text = statement;
-        const auto rows = other->Open(command);
+        const auto rows = database->Open(command);
         return rows->Eof() ? "none" : data::ToText(rows->Get(std::size_t{0}));
     }
+    // The key that the last document carries.
+    std::string LastKey() {
+        return First(binder->DbConnection(), "Select ExternalId from tblDocument order by Id desc");
+    }
+    std::string KeyOfFiled() {
+        EXPECT_EQ(binder->AddFiles({File("nieuw.txt")}, "", 0, false, true), addFiles::done);
+        return LastKey();
+    }
+    // Files that come without a folder, and wait for one.
+    void BringToWait(const char* name) {
+        DropData data;
+        data.hasFiles = true;
+        data.files = {File(name)};
+        std::int32_t effect = drop::none;
+        binder->treCorr().EvItemDropped.Raise({data, effect, 0, false});
+        ASSERT_TRUE(Told("Selecteer een map"));
+        machine.messages.shown.clear();
+    }
+    std::int32_t TreeWithoutDossier() {
+        ctrlTree made(machine);
+        made.SetDbConnection(connection);
+        EXPECT_TRUE(made.CreateNew("Los", ""));
+        return made.TreeId();
+    }
 };
+
+TEST_F(TwoDatabases, DocumentsCarryTheKeyOfTheirOwnDossierOnEveryRoad) {
+    ASSERT_EQ(Open("C"), 0);
+    const auto c = binder->Id(), loose = TreeWithoutDossier(), b = c - 1;
+    MapBag bagOfC;
+    binder->SaveProperties(bagOfC);
+    const struct {
+        const char* name;
+        std::function<void()> go; // from the open dossier A
+        const char* key;
+    } roads[] = {
+        {"open another", [&] { Open("C"); }, "C"},
+        {"Id", [&] { binder->SetId(c); }, "C"},
+        {"Id of a tree without dossier", [&] { binder->SetId(loose); }, ""},
+        {"CreateNew", [&] { binder->CreateNew("Nieuw", ""); }, ""},
+        {"a failed CreateNew",
+         [&] {
+             binder->SetDossierType("Zaak");
+             connection->Execute("drop table tblDossierTabs");
+             connection->Execute("create table tblDossierTabs (Id INTEGER)");
+             connection->Execute("insert into tblDossierTypes (TypeId, DossierType) values (7, "
+                                 "'Zaak')");
+             EXPECT_FALSE(binder->CreateNew("Nieuw", ""));
+             binder->SetDossierType("Dossiermap");
+         },
+         "A"},
+        {"CloseObject, Id", [&] { binder->CloseObject(), binder->SetId(loose); }, ""},
+        {"CloseObject, CreateNew", [&] { binder->CloseObject(), binder->CreateNew("x", ""); }, ""},
+        {"a failed OpenOrCreate",
+         [&] {
+             EXPECT_EQ(Open(std::string(300, 'x')), -1);
+             binder->SetId(loose);
+         },
+         ""},
+        {"another connection, Id", [&] { binder->SetDbConnection(other), binder->SetId(b); }, "B"},
+        {"no connection, Id",
+         [&] {
+             binder->SetDbConnection(nullptr);
+             binder->SetId(c);
+             binder->SetDbConnection(connection);
+         },
+         "C"},
+        {"the host's bag", [&] { binder->LoadProperties(bagOfC); }, "C"},
+        {"the host's key before",
+         [&] { binder->CloseObject(), binder->SetExternalId("D"), binder->SetId(loose); }, "D"},
+        {"the host's key after", [&] { binder->SetId(loose), binder->SetExternalId("D"); }, "D"},
+        {"a key that is another dossier's",
+         [&] { binder->CloseObject(), binder->SetExternalId("D"), binder->SetId(c); }, "C"},
+    };
+    for (const auto& road : roads) {
+        binder->SetDbConnection(connection);
+        ASSERT_EQ(Open("A"), 0) << road.name;
+        road.go();
+        EXPECT_EQ(KeyOfFiled(), road.key) << road.name;
+        EXPECT_EQ(binder->ExternalId(), road.key) << road.name;
+        binder->treCorr().NodeSelected(Root());
+        binder->treCorr().ChooseMenu({"mnuNew", 1, {}}); // a note
+        EXPECT_EQ(LastKey(), road.key) << road.name;
+    }
+    // A host that files from a handler while the dossier is still being made.
+    std::string key = "none";
+    const auto token = binder->EvItemCreated.Subscribe([&](const TreeItemInfo& item) {
+        if (item.type == "tab") key = KeyOfFiled();
+    });
+    ASSERT_EQ(binder->OpenOrCreate("E", "Dossier", "Post", "", ""), 0);
+    EXPECT_EQ(key, "E");
+}
 
 TEST_F(TwoDatabases, NoRoadLeadsFromTheOpenDossierIntoAnother) {
     auto& tree = binder->treCorr();
@@ -68,7 +165,7 @@ TEST_F(TwoDatabases, NoRoadLeadsFromTheOpenDossierIntoAnother) {
     EXPECT_EQ(binder->ExportFiles(machine.Path("export")), -1);
     EXPECT_EQ(Theirs("Select count(*) from tblTreeItem"), before);
 
-    ASSERT_EQ(Open("key"), 0); // the other client's, on purpose now
+    ASSERT_EQ(Open("B"), 0); // the other client's, on purpose now
     EXPECT_TRUE(tree.SelectedItems().empty()) << "what was selected there is not selected here";
     tree.NodeSelected(tree.Tree()->GetItem(0, "Post")->Id());
     tree.CommandKey('V', true, false);
@@ -78,31 +175,40 @@ TEST_F(TwoDatabases, NoRoadLeadsFromTheOpenDossierIntoAnother) {
 }
 
 TEST_F(TwoDatabases, WhatWaitsForAFolderStaysWithTheDossierItWasBroughtTo) {
-    auto& tree = binder->treCorr();
-    DropData data;
-    data.hasFiles = true;
-    data.files = {File("wacht.txt")};
-    std::int32_t effect = drop::none;
-    tree.EvItemDropped.Raise({data, effect, 0, false});
-    ASSERT_TRUE(Told("Selecteer een map"));
+    BringToWait("wacht.txt");
     binder->SetDbConnection(other);
-    ASSERT_EQ(Open("key"), 0);
-    tree.NodeSelected(Root());
+    ASSERT_EQ(Open("B"), 0);
+    binder->treCorr().NodeSelected(Root());
     EXPECT_EQ(binder->ContainsDocuments(""), 1);
     EXPECT_EQ(Count("tblDocument"), 2);
+    // Where none of it can be filed it is named, and goes on waiting.
+    binder->SetDbConnection(connection);
+    ASSERT_EQ(Open("A"), 0);
+    Setting("Storage", "DocumentPath", "");
+    BringToWait("later.txt");
+    ASSERT_EQ(Open("C"), 0);
+    EXPECT_TRUE(Told("DocumentPath") && Told("later.txt: niet opgeslagen"));
+    Setting("Storage", "DocumentPath", machine.Path("store"));
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(Count("tblDocument"), 2) << "not into another dossier";
+    machine.messages.shown.clear();
+    ASSERT_EQ(Open("A"), 0);
+    EXPECT_TRUE(Told("Selecteer een map"));
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(Count("tblDocument"), 3);
+    EXPECT_EQ(LastKey(), "A");
 }
 
 TEST_F(TwoDatabases, AConnectionThatItsOwnerOpenedElsewhereIsAnotherOne) {
     const auto given = std::make_shared<tests::FaultyConnection>(connection);
     binder->SetDbConnection(nullptr);
     binder->SetDbConnection(given);
-    ASSERT_EQ(Open("key"), 0);
-    DropData data;
-    data.hasFiles = true;
-    data.files = {File("wacht.txt")};
-    std::int32_t effect = drop::none;
-    binder->treCorr().EvItemDropped.Raise({data, effect, 0, false});
+    ASSERT_EQ(Open("A"), 0);
+    BringToWait("wacht.txt");
     given->inner = other;
+    EXPECT_EQ(binder->AddFiles({File("geheim.txt")}, "", 0, false, true), addFiles::notFiled);
+    binder->treCorr().NodeSelected(Root());
+    binder->treCorr().ChooseMenu({"mnuNew", 1, {}});
     binder->SetDbConnection(given);
     EXPECT_EQ(binder->Id(), 0);
     EXPECT_EQ(binder->AddFiles({File("geheim.txt")}, "", 0, false, true), addFiles::noDossier);
@@ -126,6 +232,7 @@ TEST_F(Binder, TheQueueOfTheFirstDossierIsNotTheSecondOnes) {
     machine.files.CreateDirectories(machine.Path("queue\\A"));
     File("queue\\A\\a.tif");
     Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
+    machine.messages.answers = {platform::Answer::No};
     ASSERT_EQ(Open("A"), 0);
     ASSERT_TRUE(machine.log.Has("fncCheckDocumentQueue", "queue\\A"));
     machine.log.lines.clear();
@@ -183,17 +290,10 @@ TEST_F(Rights, AreAskedOnEveryRoadAndNotOfTheHost) {
         EXPECT_NE(tree->AddTab("van de host", post), nullptr) << "the host decides";
         tree->Refresh();
     }
-    const auto toolbar = binder->ButtonMenu("New");
-    EXPECT_FALSE(toolbar[0].enabled);
-    EXPECT_TRUE(toolbar[1].enabled);
-    const auto count = binder->treCorr().AllItems().size();
-    binder->MenuChosen(toolbar[0]);
-    EXPECT_EQ(binder->treCorr().AllItems().size(), count);
-
     Give({"CreateFolders", "AddExternal", "Delete"});
-    EXPECT_TRUE(binder->ButtonMenu("New")[0].enabled);
+    EXPECT_TRUE(binder->treCorr().MayInsert(0));
     binder->treCorr().SetAllowedTypes("nnt;txt");
-    EXPECT_FALSE(binder->ButtonMenu("New")[0].enabled);
+    EXPECT_FALSE(binder->treCorr().MayInsert(0));
     DropData drop;
     drop.hasFiles = true;
     drop.files = {File("a.txt"), File("b.exe")};
@@ -225,15 +325,79 @@ TEST_F(Binder, ATreeThatCannotBeReadIsNotTheOneBefore) {
     EXPECT_EQ(second->Id(), 0);
 }
 
+// Neither an absent setting, nor a type without folders, nor a dossier without a key.
+TEST_F(TwoDatabases, WhatCannotBeReadIsNotTakenForAbsent) {
+    auto faulty = std::make_shared<tests::FaultyConnection>(connection);
+    const auto refuse = [&](const char* part) {
+        machine.messages.shown.clear();
+        faulty->refuse = [=](const std::string& text) { return text.find(part) != text.npos; };
+    };
+    Setting("Template", "Path", "T");
+    ASSERT_EQ(Open("A"), 0);
+    const auto a = binder->Id();
+    binder->SetDbConnection(nullptr);
+    binder->SetDbConnection(faulty);
+    refuse("from tblDossierRelations");
+    binder->SetId(a);
+    EXPECT_EQ(binder->AddFiles({File("x.txt")}, "", 0, false, true), addFiles::notFiled);
+    EXPECT_TRUE(Told("Het dossier kan niet gelezen worden") && Told("x.txt: niet opgeslagen"));
+    refuse("tblSettings");
+    EXPECT_EQ(binder->AddFiles({File("x.txt")}, "", 0, false, true), addFiles::notFiled);
+    EXPECT_FALSE(Told("DocumentPath")) << "it is there";
+    faulty->refuse = nullptr;
+    EXPECT_EQ(KeyOfFiled(), "A");
+
+    connection->Execute("insert into tblDossierTypes (TypeId, DossierType) values (7, 'Zaak')");
+    connection->Execute("insert into tblDossierTabs (DossierTypeId, TabDescription) values (7, "
+                        "'Stukken')");
+    binder->SetDossierType("Zaak");
+    refuse("from tblDossierTabs");
+    EXPECT_EQ(Open("F"), -3) << "rather than a dossier that stays without its folders";
+    faulty->refuse = nullptr;
+    ASSERT_EQ(Open("F"), 0);
+    EXPECT_NE(binder->treCorr().GetItem(0, "Stukken"), nullptr);
+
+    data::ConnectionAssignment assignment(machine, {});
+    assignment.SetDbConnection(faulty);
+    refuse("tblSettings");
+    assignment.ReadTemplatePath();
+    EXPECT_EQ(assignment.TemplatePath(), "T");
+    assignment.SetDbConnection(std::make_shared<tests::FaultyConnection>(other));
+    EXPECT_EQ(assignment.TemplatePath(), "") << "not the other database's";
+}
+
+TEST_F(Binder, RightsThatCannotBeReadAreRefusedToldOnceAndAskedAgain) {
+    auto faulty = std::make_shared<tests::FaultyConnection>(connection);
+    int told = 0;
+    GrantedRights rights(machine, [&] { ++told; });
+    rights.Set(nullptr, faulty);
+    faulty->refuse = [](const std::string&) { return true; };
+    EXPECT_FALSE(rights.Has("Delete") || rights.Has("Mail"));
+    EXPECT_TRUE(rights.Unreadable());
+    EXPECT_EQ(told, 1);
+    EXPECT_TRUE(machine.log.Has("UserAuth"));
+    faulty->refuse = nullptr;
+    EXPECT_TRUE(rights.Has("Delete")) << "rights are not in use";
+    EXPECT_FALSE(rights.Unreadable());
+    faulty->refuse = [](const std::string&) { return true; };
+    EXPECT_TRUE(rights.Has("Mail")) << "what was read is kept";
+    rights.Set(nullptr, faulty);
+    EXPECT_FALSE(rights.Has("Mail"));
+    EXPECT_EQ(told, 2);
+}
+
 TEST_F(Binder, DeletedDocumentsAreShownButNeitherCountedNorExported) {
     ASSERT_EQ(Open("key"), 0);
     ASSERT_EQ(binder->AddFiles({File("een.txt"), File("twee.txt")}, "", 0, false, true), 0);
     binder->treCorr().DeleteItem(binder->treCorr().Tree()->GetItem(0, "een")->Id());
     platform::SaveRegFlag(machine, "TreeSettings", "ShowDeleted", true);
     binder->Refresh();
-    ASSERT_EQ(binder->treCorr().AllItems().size(), 2U);
+    const auto items = binder->treCorr().AllItems();
+    ASSERT_EQ(items.size(), 2U);
     EXPECT_EQ(binder->ContainsDocuments(""), 1);
     EXPECT_EQ(binder->ExportFiles(machine.Path("export")), 1);
+    for (const auto& item : items) binder->treCorr().NodeChecked(item->Id(), true);
+    EXPECT_EQ(binder->ExportSelectedFiles(false, false).size(), 1U);
 }
 
 // --- Drags --------------------------------------------------------------------------------------
@@ -291,6 +455,26 @@ TEST_F(Binder, RefusesValuesThatAPropertyCannotHaveAndKeepsTheOldOnes) {
     EXPECT_EQ(binder->BorderStyle() + binder->Language(), 0);
 }
 
+TEST_F(Binder, AnErrorOfAutomationReadsAsItsOwnNumberInEveryBox) {
+    auto faulty = std::make_shared<tests::FaultyConnection>(connection);
+    binder->SetDbConnection(nullptr);
+    binder->SetDbConnection(faulty);
+    ASSERT_EQ(Open("key"), 0);
+    const auto folder = binder->treCorr().AddTab("Map", Root());
+    faulty->onStep = [](int) { throw data::Error(data::errors::badEof, "einde", "ADO"); };
+    EXPECT_FALSE(binder->treCorr().RenameItem(folder->Id(), "x"));
+    EXPECT_EQ(machine.messages.shown.back().text, "3021 einde");
+    EXPECT_EQ(Open("key"), -1);
+    EXPECT_EQ(machine.messages.shown.back().text, "Error # 3021: einde") << "of the record class";
+    machine.messages.shown.clear();
+    faulty->onStep = [](int step) {
+        if (step > 2) throw data::Error(data::errors::badEof, "einde", "ADO");
+    };
+    faulty->steps = 0;
+    EXPECT_LT(Open("nieuw"), 0);
+    EXPECT_TRUE(Told("3021") && !Told("2146825267")) << "whichever tells it";
+}
+
 TEST_F(Binder, LongTextsAreCutAndLongKeysRefusedWithoutAStatementInABox) {
     const std::string longName(300, 'n');
     EXPECT_EQ(Open(longName), -1);
@@ -302,8 +486,23 @@ TEST_F(Binder, LongTextsAreCutAndLongKeysRefusedWithoutAStatementInABox) {
     EXPECT_TRUE(machine.messages.shown.empty());
     EXPECT_EQ(binder->AddFiles({File("los.txt")}, "", 0, false, false), 0)
         << "without a folder and a selection at the top";
-    ASSERT_NE(binder->AddItem(0, "tab", nullptr, 0, "map", 0), nullptr);
-    EXPECT_EQ(binder->treCorr().Tree()->Item()->ChildCollection()->Count(), 4);
+    auto& tree = binder->treCorr();
+    const auto folder = binder->AddItem(0, "tab", nullptr, 0, longName + "map", 0);
+    ASSERT_NE(folder, nullptr);
+    EXPECT_EQ(tree.Tree()->Item()->ChildCollection()->Count(), 4);
+    EXPECT_TRUE(tree.LabelEdited(folder->Id(), "x" + longName));
+    EXPECT_EQ(folder->Description(), "x" + longName.substr(0, 254));
+    tree.SetNameForInsert(longName + ";" + longName);
+    for (const int entry : {0, 1}) {
+        tree.NodeSelected(folder->Id());
+        tree.ChooseMenu({"mnuNew", entry, {}});
+    }
+    ASSERT_EQ(folder->ChildCollection()->Count(), 2);
+    EXPECT_TRUE(folder->ChildCollection()->Item(2)->Description().ends_with("n 15-11-2026 14:05"));
+    tree.SetDescription(longName);
+    EXPECT_TRUE(machine.messages.shown.empty());
+    EXPECT_EQ(binder->AddItem(0, longName, nullptr, 0, "map", 0), nullptr);
+    EXPECT_TRUE(Told("An item type has at most 255 characters"));
 }
 
 TEST_F(Binder, ItsOwnTranslatorIsThereFromTheFirstTextOn) {

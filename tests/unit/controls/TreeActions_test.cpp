@@ -1,24 +1,11 @@
 // What the user does with the items: create, rename, delete, move, menu, drag and drop.
-#include <map>
-
 #include "controls/tree/DefaultTabs.h"
+#include "tests/fakes/MapBag.h"
 #include "tests/unit/controls/TreeFixture.h"
 
 namespace kavidex::controls {
 
 namespace {
-
-class Bag : public PropertyBag {
-public:
-    std::map<std::string, data::Value, std::less<>> items;
-    std::optional<data::Value> Read(std::string_view name, const data::Value&, BagWidth) override {
-        const auto found = items.find(name);
-        return found == items.end() ? std::nullopt : std::optional(found->second);
-    }
-    void Write(std::string_view name, const data::Value& value, BagWidth) override {
-        items[std::string(name)] = value;
-    }
-};
 
 std::string Names(const PopupMenu& menu) {
     std::string names;
@@ -222,9 +209,9 @@ TEST_F(TreeTest, TheMenuFollowsTheNodeTheRightsAndTheOptions) {
     tree.ContextMenu(letters, 0, 0);
     EXPECT_EQ(Names(window.menu),
               "mnuCut mnuCopy mnuPaste mnuDelete - mnuCopySpecial mnuCopyLink - mnuShowExternal "
-              "mnuRename mnuProperties - mnuExpand mnuOptions "
+              "mnuRename mnuPrint mnuProperties - mnuExpand mnuOptions "
               "mnuExpandAllways mnuShowChildCount mnuAllwaysShowExt mnuShowInOrg mnusortByName "
-              "mnuOpenDoubleClick mnuShowDeleted - mnuNew mnuNew ");
+              "mnuOpenDoubleClick mnuShowDeleted mnuList - mnuNew mnuNew ");
     EXPECT_EQ(FindEntry(window.menu, "mnuNew", 1)->caption, "Nieuwe notitie");
     EXPECT_EQ(selections.back(), R"(Dossier\Letters)") << "the right button selects";
     window.Expand(window.Find(letters), true);
@@ -254,7 +241,7 @@ TEST_F(TreeTest, TheMenuFollowsTheNodeTheRightsAndTheOptions) {
 }
 
 TEST_F(TreeTest, PropertiesComeBackFromTheBagAndMissingOnesFromTheWorkstation) {
-    Bag bag;
+    tests::MapBag bag;
     platform::SaveRegFlag(machine, "ViewerSetting", "OrderByName", true);
     ctrlTree fresh(machine);
     fresh.LoadProperties(bag);
@@ -270,9 +257,9 @@ TEST_F(TreeTest, PropertiesComeBackFromTheBagAndMissingOnesFromTheWorkstation) {
     fresh.SetTreeId(70000);
     EXPECT_EQ(reports, (std::vector<std::string>{"ShowMail", "AllowedTypes", "TreeId"}));
     fresh.SaveProperties(bag);
-    EXPECT_EQ(bag.items.size(), 40U);
-    EXPECT_TRUE(bag.items.contains("AllreadySelected"));
-    EXPECT_FALSE(bag.items.contains("EmailAddress"));
+    EXPECT_EQ(bag.values.size(), 40U);
+    EXPECT_TRUE(bag.values.contains("AllreadySelected"));
+    EXPECT_FALSE(bag.values.contains("EmailAddress"));
     ctrlTree again(machine);
     again.LoadProperties(bag);
     EXPECT_FALSE(again.ShowMail());

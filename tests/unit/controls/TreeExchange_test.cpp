@@ -107,6 +107,18 @@ TEST_F(TreeExchange, WhatIsCutGoesOnlyWhenAllOfItStandsElsewhere) {
     EXPECT_TRUE(tree.GetNode(old));
 }
 
+TEST_F(TreeExchange, ACutNoteWhoseFileIsMissingStays) {
+    tree.NodeSelected(mail);
+    tree.ChooseMenu({"mnuNew", 1, {}}); // nothing written in it yet, or its file lost
+    const auto name = "Nieuwe notitie 15-11-2026 14:05";
+    const auto lost = tree.GetItem(0, name)->Id();
+    Take('X', lost);
+    PasteInto(other, inbox);
+    EXPECT_TRUE(tree.GetNode(lost));
+    EXPECT_FALSE(other.GetItem(0, name));
+    EXPECT_NE(Told().find(std::string("Niet gekopieerd: \r\n") + name), std::string::npos);
+}
+
 TEST_F(TreeExchange, WhatAnotherPutIntoACutFolderStaysWithIt) {
     Take('X', mail);
     model::clsTree elsewhere(machine);
@@ -139,6 +151,10 @@ TEST_F(TreeExchange, WhatOtherProgramsPutOnTheClipboardEndsACopy) {
     PasteInto(tree, letters);
     EXPECT_EQ(files, (std::vector<std::string>{R"(C:\a.tif)"})) << "the key pastes files too";
     EXPECT_EQ(tree.CountDocuments("txt"), 1);
+    machine.clipboard.content = {true, false, "Map", {}};
+    machine.clipboard.content.own = "{another process}";
+    PasteInto(tree, letters);
+    EXPECT_NE(Told().find("in een ander programma geknipt of gekopieerd"), std::string::npos);
     files.clear();
     tree.SetAllowAddExternal(false);
     Choose("mnuPasteSpecial");
@@ -165,6 +181,83 @@ TEST_F(TreeExchange, FilesAndLinksGoToOtherPrograms) {
     Choose("mnuCopyLink");
     EXPECT_EQ(machine.messages.shown.back().caption, "Error copying link");
     EXPECT_EQ(held.text, R"(Dossier\Letters)") << "what was there stays";
+}
+
+TEST_F(TreeExchange, AClipboardThatAnotherProgramHoldsIsToldAndNothingIsLost) {
+    Take('X', brief);
+    machine.clipboard.held = true;
+    Take('C', letters);
+    PasteInto(tree, letters);
+    for (const auto* entry : {"mnuPasteSpecial", "mnuCopySpecial", "mnuCopyLink"}) {
+        tree.NodeSelected(brief);
+        Choose(entry);
+    }
+    ASSERT_EQ(machine.messages.shown.size(), 4U) << "nothing is there to be pasted special";
+    for (const auto& shown : machine.messages.shown)
+        EXPECT_NE(shown.text.find("Het klembord is in gebruik bij een ander programma"),
+                  std::string::npos)
+            << shown.caption;
+    EXPECT_EQ(tree.GetParent(brief)->Id(), old);
+    machine.clipboard.held = false;
+    PasteInto(tree, letters);
+    EXPECT_EQ(tree.GetParent(brief)->Id(), letters) << "what was cut before is still to be pasted";
+}
+
+TEST_F(TreeExchange, ADragOffersCopiesUnderTheirNamesToWhoeverMaySeeThem) {
+    tree.RenameItem(brief, "Brief: 1/2");
+    ASSERT_TRUE(tree.Add(0, "txt", nullptr, tree.GetNode(brief)->ItemId(), "Brief  1 2", old));
+    tree.Drag(mail);
+    auto& offered = window.dragged;
+    EXPECT_EQ(window.dragAllowed, drop::copy | drop::move);
+    EXPECT_EQ(offered.text, std::to_string(mail));
+    ASSERT_EQ(offered.virtualFiles.size(), 2U);
+    EXPECT_EQ(offered.virtualFiles[1].name, "Brief  1 2 (1).txt");
+    EXPECT_EQ(offered.virtualFiles[1].read(), "five!");
+    EXPECT_TRUE(offered.hasFiles && offered.files.empty())
+        << "nothing is copied before it is asked";
+    offered.FetchFiles();
+    ASSERT_EQ(offered.files.size(), 2U) << Told();
+    EXPECT_EQ(platform::FileName(offered.files[0]), "Brief  1 2.txt");
+    EXPECT_TRUE(machine.files.SameBytes(offered.files[1], source));
+    tree.SetReadOnly(true);
+    tree.Drag(brief);
+    EXPECT_EQ(window.dragAllowed, drop::copy);
+    window.dragAllowed = 0;
+    tree.Drag(letters);
+    EXPECT_EQ(window.dragAllowed, 0) << "an empty folder holds nothing to copy";
+    for (int i = 0; i < 60; ++i)
+        tree.Tree()->AddChildItem(0, "txt", nullptr, 1, "d" + std::to_string(i), letters);
+    tree.Refresh();
+    tree.Drag(letters);
+    EXPECT_TRUE(!offered.hasFiles && offered.virtualFiles.size() == 60)
+        << "none holds the mouse up";
+    EXPECT_THROW(offered.virtualFiles[0].read(), platform::Error) << "its document has no row";
+}
+
+TEST_F(TreeExchange, WhatAnotherUserDeletedMeanwhileIsToldAndTheTreeStays) {
+    model::clsTree elsewhere(machine);
+    elsewhere.SetDbConnection(database);
+    elsewhere.SetTreeId(tree.TreeId());
+    for (const auto id : {brief, letters}) {
+        model::clsItemPtr doomed;
+        ASSERT_TRUE(elsewhere.DeleteItem(doomed, id));
+    }
+    const auto before = window.Drawing();
+    EXPECT_FALSE(tree.LabelEdited(brief, "New"));
+    EXPECT_EQ(tree.MoveItem(brief, root), nullptr);
+    EXPECT_EQ(tree.MoveItem(mail, letters), nullptr) << "into a folder that is gone";
+    for (const int entry : {0, 1}) {
+        tree.NodeSelected(letters);
+        tree.ChooseMenu({"mnuNew", entry, {}});
+    }
+    EXPECT_EQ(window.Drawing(), before);
+    ASSERT_EQ(machine.messages.shown.size(), 5U) << Told();
+    for (const auto& shown : machine.messages.shown)
+        EXPECT_NE(shown.text.find("intussen door een andere gebruiker"), std::string::npos);
+    EXPECT_EQ(Stored("Select count(*) from tblDocument where DocId > 0"), "1") << "no stray note";
+    EXPECT_TRUE(tree.DeleteItem(brief)) << "it is gone, as was wanted";
+    tree.Refresh();
+    EXPECT_EQ(window.Drawing(), "Dossier\n.Mail\n..Old\n");
 }
 
 } // namespace kavidex::controls

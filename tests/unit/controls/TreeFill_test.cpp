@@ -15,6 +15,23 @@ TEST_F(TreeTest, FillsTheWindowInTheOrderOfTheModelWithRedrawSuspended) {
     EXPECT_EQ(window.status, "Dossier met aanwezige documenten");
 }
 
+TEST_F(TreeTest, ALongFillShowsTheBusyDialogAndLetsTheHostIn) {
+    MakeDossier();
+    for (int i = 0; i < 60; ++i) Add("tif", 0, "x", old);
+    int refused = 0;
+    window.onAdd = [&] { machine.clock.now.millisecond += 40; };
+    machine.busy.onPump = [&] {
+        if (refused++ > 0) return;
+        tree.SetShowParentsOnly(true); // fills once more, from the beginning
+        EXPECT_EQ(tree.AddTab("nu", root), nullptr) << "what is being shown stays as it is";
+    };
+    tree.AttachWindow(&window);
+    EXPECT_EQ(machine.busy.shown.size(), 1U);
+    EXPECT_FALSE(machine.busy.open);
+    EXPECT_GT(refused, 0);
+    EXPECT_EQ(window.Drawing(), "Dossier\n.Letters\n.Mail\n..Old\n");
+}
+
 TEST_F(TreeTest, AnotherControlReadsTheSameTreeFromTheDatabase) {
     MakeDossier();
     ctrlTree second(machine);

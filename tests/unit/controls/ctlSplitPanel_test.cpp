@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "controls/viewer/DocumentPanel.h"
+#include "controls/lists/DocumentRows.h"
+#include "controls/viewer/browser/FactsPane.h"
 
 namespace kavidex::controls {
 namespace {
@@ -76,7 +77,7 @@ TEST_F(Splitter, MovesByKeyboardToTheSmallestSizeAndNoFurther) {
     EXPECT_FALSE(panel.BeginMove(82, 10));
 }
 
-TEST(DocumentPanelTexts, ShowMomentsAndSizesAsPeopleReadThem) {
+TEST(DocumentTexts, ShowMomentsAndSizesAsPeopleReadThem) {
     EXPECT_EQ(InsertMoment("20261115", "905"), "15-11-2026 09:05");
     EXPECT_EQ(InsertMoment("20261115", ""), "15-11-2026");
     EXPECT_EQ(InsertMoment("0", "0"), "");

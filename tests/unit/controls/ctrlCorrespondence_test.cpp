@@ -1,5 +1,7 @@
 // The binder control's logic over the embedded engine: no window, real files.
-#include "controls/tree/TreeGrid.h"
+#include "controls/viewer/external/ctrlExtViewer.h"
+#include "model/documentFile.h"
+#include "tests/fakes/RecordingConnection.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
@@ -69,7 +71,7 @@ TEST_F(Binder, FilesDocumentsUnderTheirNamesWhateverTheyHold) {
     EXPECT_EQ(binder->ContainsDocuments("txt"), 1);
     const auto item = binder->treCorr().Tree()->GetItem(0, "O'Brien (100%) déjà");
     ASSERT_NE(item, nullptr);
-    EXPECT_TRUE(binder->Viewer().FileOf(item).HasFile());
+    EXPECT_TRUE(model::FindDocumentFile(machine, connection, *item).HasFile());
     EXPECT_FALSE(machine.busy.open);
     EXPECT_FALSE(machine.busy.progress.empty());
     binder = Make();
@@ -118,7 +120,8 @@ TEST_F(Binder, ABreakInTheMiddleIsToldForEveryFileThatWasNotReached) {
                                 true);
     };
     EXPECT_EQ(add(), addFiles::notFiled);
-    EXPECT_TRUE(Told("twee.txt: broken window") && Told("drie.txt: broken window"));
+    EXPECT_TRUE(Told("twee.txt: niet opgeslagen") && Told("drie.txt: niet opgeslagen"));
+    EXPECT_TRUE(machine.log.Has("AddFiles", "broken window"));
     EXPECT_FALSE(Told("een.txt"));
     EXPECT_EQ(binder->ContainsDocuments(""), 1);
     EXPECT_FALSE(machine.busy.open);
@@ -127,24 +130,24 @@ TEST_F(Binder, ABreakInTheMiddleIsToldForEveryFileThatWasNotReached) {
     EXPECT_EQ(binder->ContainsDocuments(""), 4);
 }
 
-TEST_F(Binder, LeavesNothingHalfFiledWhenTheNthFileOperationFails) {
-    ASSERT_EQ(Open("key"), 0);
-    const auto file = File("brief.txt");
-    bool failed = false;
-    for (int n = 1; n < 40; ++n) {
-        const auto documents = binder->ContainsDocuments("");
-        const auto rows = Count("tblDocument");
-        machine.files.FailAt(n);
-        const auto result = binder->AddFiles({file}, "", 0, false, true);
-        machine.files.FailAt(0);
-        if (result == addFiles::done) break;
-        failed = true;
-        EXPECT_EQ(binder->ContainsDocuments(""), documents) << "operation " << n;
-        EXPECT_EQ(Count("tblDocument"), rows) << "operation " << n;
-        EXPECT_TRUE(machine.files.FileExists(file));
-    }
-    EXPECT_TRUE(failed);
-    EXPECT_GE(binder->ContainsDocuments(""), 1);
+TEST_F(Binder, BeginsNothingElseWhileADossierOpens) {
+    ASSERT_EQ(Open("K1"), 0);
+    for (int i = 0; i < 40; ++i) binder->treCorr().AddTab("Map", Root());
+    const auto slow = std::make_shared<tests::RecordingConnection>("", connection);
+    slow->refuse = [&](const std::string&) {
+        machine.clock.now.millisecond += 40;
+        return false;
+    };
+    ctrlCorrespondence other(machine);
+    other.SetDbConnection(slow);
+    const auto file = File("a.txt");
+    int refused = 0;
+    machine.busy.onPump = [&] { refused += other.AddFiles({file}, "", 0, false, true) != 0; };
+    other.SetId(binder->Id());
+    machine.busy.onPump = nullptr;
+    EXPECT_GT(refused, 0);
+    EXPECT_TRUE(Told("Er loopt nog een andere bewerking"));
+    EXPECT_EQ(Count("tblDocument"), 0);
 }
 
 TEST_F(Binder, ShowsWhatIsSelectedAndTellsTheHostFirst) {
@@ -156,24 +159,65 @@ TEST_F(Binder, ShowsWhatIsSelectedAndTellsTheHostFirst) {
         [&](const TreeItemInfo& item) { told.push_back(item.description + "|" + item.type); });
     const auto never = binder->ItemSelected.Subscribe([&](const TreeItemInfo&) { ++old; });
     binder->treCorr().NodeSelected(Root());
-    EXPECT_EQ(binder->Viewer().Content(), PanelContent::Folder);
-    EXPECT_EQ(binder->Viewer().Caption(), "Inhoud van map 'Dossier'");
-    ASSERT_EQ(binder->Viewer().Documents().size(), 1U);
-    EXPECT_EQ(binder->Viewer().Documents()[0].insertedBy, "jansen");
-    EXPECT_EQ(binder->Viewer().Documents()[0].insertedOn, "15-11-2026 14:05");
-    VirtualList grid(GridColumns()); // the tree's list mode shows the same rows
-    grid.SetRows(GridRows(machine, binder->DbConnection(), binder->treCorr().AllItems()));
+    auto& listed = binder->Viewer().Views().list;
+    EXPECT_EQ(binder->Viewer().Parts(), PartSet{Part::Grid});
+    EXPECT_EQ(listed.Caption(), "Inhoud van map 'Dossier'");
+    ASSERT_EQ(listed.List().Count(), 1U);
+    EXPECT_EQ(listed.List().Text(0, 2) + " " + listed.List().Text(0, 3), "jansen 15-11-2026 14:05");
+    auto& grid = binder->treCorr().Grid(); // the tree's list mode shows the same rows
+    binder->treCorr().SetListMode(true);
     ASSERT_EQ(grid.Count(), 1U);
     grid.HeadingClicked(3);
     EXPECT_EQ(grid.Title(3), "Toegevoeg op (oplopend)");
-    EXPECT_EQ(grid.Text(0, 3), binder->Viewer().List().Text(0, 3));
-    binder->Viewer().List().RowActivated(0);
-    EXPECT_EQ(binder->Viewer().Content(), PanelContent::Document);
-    EXPECT_EQ(binder->Viewer().Document().size, "5 bytes");
+    EXPECT_EQ(grid.Text(0, 3), listed.List().Text(0, 3));
+    listed.List().RowActivated(0);
+    EXPECT_EQ(binder->Viewer().Description(), "brief");
     EXPECT_EQ(told, (std::vector<std::string>{"Dossier|tab", "brief|txt"}));
     EXPECT_EQ(old, 0);
-    binder->Viewer().OpenDefault();
+    binder->Viewer().HintActivated();
     EXPECT_EQ(machine.shell.opened.size(), 1U);
+    const auto user =
+        binder->treCorr().Add(0, "users", nullptr, 1, "Gebruikers", Root()); // holds no documents
+    binder->treCorr().NodeSelected(user->Id());
+    EXPECT_FALSE(binder->Viewer().Item());
+}
+
+TEST_F(Binder, ShowsDocumentsElsewhereWhereTheWorkstationWantsThemThere) {
+    ASSERT_EQ(Open("key"), 0);
+    ASSERT_EQ(binder->AddFiles({File("brief.txt"), File("nota.txt")}, "", 0, false, true), 0);
+    auto& tree = binder->treCorr();
+    const auto documents = tree.Tree()->Item()->ChildCollection()->Items();
+    auto& external = binder->ExtViewer();
+    const auto option = [&](const char* section, const char* key, bool value) {
+        platform::SaveRegFlag(machine, section, key, value);
+    };
+    option("ViewerSetting", "AllwaysExternal", true);
+    tree.NodeSelected(documents[0]->Id());
+    ASSERT_TRUE(external.Form());
+    EXPECT_EQ(external.Form()->Id(), documents[0]->Id());
+    EXPECT_EQ(binder->Viewer().Parts(), PartSet{Part::Elsewhere});
+    external.EvNextDocumentRequest.Raise();
+    EXPECT_EQ(external.Form()->Id(), documents[1]->Id()) << "the tree moved on";
+    tree.NodeSelected(Root());
+    EXPECT_TRUE(external.Form()) << "it stays";
+    option("ViewerSettings", "CloseViewerAfterSelect", true);
+    tree.NodeSelected(documents[1]->Id());
+    EXPECT_TRUE(external.Form());
+    tree.NodeSelected(Root());
+    EXPECT_FALSE(external.Form());
+    option("ViewerSetting", "AllwaysExternal", false);
+    option("ViewerSetting", "AllwaysShowOrg", true);
+    tree.NodeSelected(documents[0]->Id());
+    EXPECT_EQ(machine.shell.opened.size(), 1U) << "in its own program";
+    EXPECT_FALSE(external.Form());
+    option("ViewerSetting", "AllwaysShowOrg", false);
+    tree.NodeSelected(documents[1]->Id());
+    EXPECT_EQ(binder->Viewer().Parts(), PartSet{Part::Browser});
+    binder->SetShowExternalViewer(true);
+    tree.NodeSelected(documents[0]->Id());
+    EXPECT_TRUE(external.Form());
+    EXPECT_EQ(binder->CloseObject(), 0);
+    EXPECT_FALSE(external.Form());
 }
 
 TEST_F(Binder, ListsWhatWasPastedIntoTheShownFolder) {
@@ -186,10 +230,11 @@ TEST_F(Binder, ListsWhatWasPastedIntoTheShownFolder) {
     tree.NodeSelected(letter);
     EXPECT_TRUE(tree.CommandKey('X', true, false));
     tree.NodeSelected(folder);
-    EXPECT_TRUE(binder->Viewer().Documents().empty());
+    auto& list = binder->Viewer().Views().list.List();
+    EXPECT_EQ(list.Count(), 0U);
     EXPECT_TRUE(tree.CommandKey('V', true, false));
-    ASSERT_EQ(binder->Viewer().Documents().size(), 1U);
-    EXPECT_EQ(binder->Viewer().Documents()[0].description, "brief");
+    ASSERT_EQ(list.Count(), 1U);
+    EXPECT_EQ(list.Text(0, 0), "brief");
 }
 
 TEST_F(Binder, DroppedFilesGoIntoTheTargetFolderOrWaitForOne) {
@@ -213,14 +258,6 @@ TEST_F(Binder, DroppedFilesGoIntoTheTargetFolderOrWaitForOne) {
     }
 }
 
-TEST_F(Binder, ExportsTheDocumentsUnderNamesOfTheirOwn) {
-    ASSERT_EQ(Open("key"), 0);
-    const auto file = File("brief.txt", "inhoud");
-    ASSERT_EQ(binder->AddFiles({file, file}, "", 0, false, true), 0);
-    EXPECT_EQ(binder->ExportFiles(machine.Path("export")), 2);
-    EXPECT_EQ(machine.files.ReadAll(machine.Path("export\\brief (1).txt")), "inhoud");
-}
-
 TEST_F(Binder, ExportsUnderNamesThatWindowsTakes) {
     ASSERT_EQ(Open("key"), 0);
     for (const char* const name : {"CON", "com1.oud", "brief. . ", "nulmeting"}) {
@@ -232,6 +269,7 @@ TEST_F(Binder, ExportsUnderNamesThatWindowsTakes) {
     const auto names = machine.files.List(machine.Path("export"), "*", false);
     EXPECT_EQ(names, (std::vector<std::string>{"brief (1).txt", "com1_.oud.txt", "CON_.txt",
                                                "nulmeting.txt"}));
+    EXPECT_EQ(machine.files.ReadAll(machine.Path("export\\brief (1).txt")), "text");
 }
 
 TEST_F(Binder, SavesAndRestoresItsStateWithTheSpellingsOfOldHosts) {
@@ -314,21 +352,8 @@ TEST_F(Binder, EnablesItsButtonsByDossierAndRights) {
     EXPECT_FALSE(enabled("NewSep"));
     binder->ButtonClicked("Nextdoc"); // nothing to go to: no harm
     binder->ButtonClicked("New");
-    binder->MenuChosen({"mnuNew", 0, {}});
+    binder->MenuChosen({"withdel", 0, {}});
     EXPECT_TRUE(machine.messages.shown.empty()) << "what the toolbar refuses, its menu refuses";
-}
-
-TEST_F(Binder, LooksIntoTheScanQueueWithoutAskingInVain) {
-    machine.files.CreateDirectories(machine.Path("queue\\key"));
-    File("queue\\key\\a.tif");
-    Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
-    platform::SaveRegSetting(machine, "Kavidex", "CorrespSetting", "ShowExtId", "1");
-    ASSERT_EQ(Open("key"), 0);
-    EXPECT_TRUE(machine.log.Has("fncCheckDocumentQueue", "queue\\key"));
-    EXPECT_TRUE(machine.messages.shown.empty());
-    EXPECT_EQ(binder->fncCheckDocumentQueue("..\\queue\\key"), 0);
-    EXPECT_TRUE(
-        Told("Mapnaam voor opslag vanuit multifunctional = Map" + std::to_string(binder->Id())));
 }
 
 } // namespace

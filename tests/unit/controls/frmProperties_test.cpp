@@ -2,6 +2,7 @@
 #include "controls/tree/frmProperties.h"
 
 #include "data/clsSettings.h"
+#include "imaging/MemoryReader.h"
 #include "imaging/scanSource.h"
 #include "model/clsDocument.h"
 #include "model/documentFile.h"
@@ -141,6 +142,45 @@ TEST_F(PropertiesTest, ApplyingSetsTheWholeAttributesOfEveryFile) {
     EXPECT_TRUE(machine.messages.shown.empty()) << Told();
 }
 
+TEST_F(PropertiesTest, ShowsNoRowsThatSeveralItemsLeaveEmptyAndReadsTheScansTagsAlone) {
+    const auto rows = [](FormUser& user) {
+        std::string shown;
+        for (const char* name : {"txtUser", "txtSource", "chkArchive"}) {
+            const auto& fields = user.Form().Fields();
+            shown += std::any_of(fields.begin(), fields.end(), [&](const auto& field) {
+                return field.Name() == name && user.Form().IsShown(field);
+            });
+        }
+        return shown;
+    };
+    machine.files.calls.clear();
+    Show({scan}, [&](FormUser& user) { EXPECT_EQ(rows(user), "\1\1\1"); });
+    for (const auto& call : machine.files.calls) EXPECT_FALSE(call.starts_with("ReadAll")) << call;
+    Show({text}, [&](FormUser& user) { EXPECT_EQ(rows(user), std::string("\1\0\1", 3)); });
+    Show({scan, text}, [&](FormUser& user) { EXPECT_EQ(rows(user), std::string("\0\0\1", 3)); });
+}
+
+TEST_F(PropertiesTest, ATreeThatGoesWhileTheDialogIsOpenTakesItAlong) {
+    auto other = std::make_unique<ctrlTree>(machine);
+    tests::FakeTreeWindow otherWindow;
+    other->SetDbConnection(database);
+    other->SetTreeId(tree.TreeId());
+    other->AttachWindow(&otherWindow);
+    other->NodeSelected(text);
+    otherWindow.forms.users = {[&](FormUser& user) {
+        user.Type("txtName", "Anders");
+        user.Click("btnApply");
+        other->AttachWindow(nullptr);
+        other.reset();
+        EXPECT_TRUE(user.Form().IsClosed());
+    }};
+    other->ChooseMenu({"mnuProperties", 0, {}});
+    EXPECT_TRUE(otherWindow.forms.users.empty());
+    EXPECT_EQ(
+        Stored("select Description from tblTreeItem where TreeItemId = " + std::to_string(text)),
+        "txt");
+}
+
 TEST_F(PropertiesTest, CountsDocumentsAndFolders) {
     Show({text, letters}, [](FormUser& user) {
         EXPECT_EQ(user.Text("lblText"), "1 Document, 1 Map");
@@ -170,11 +210,15 @@ TEST_F(PropertiesTest, AFileThatRefusesIsToldAndTheOthersAreChanged) {
 }
 
 TEST(ScanSource, TellsScannerOrProgramAndNothingOfDamagedFiles) {
-    EXPECT_EQ(imaging::ScanSource(Scan("Scanners", "Scanners X")), "Scanners X");
-    EXPECT_EQ(imaging::ScanSource("II no picture"), "");
+    const auto source = [](const std::string& bytes) {
+        return imaging::ScanSource(std::make_unique<imaging::MemoryReader>(bytes));
+    };
+    EXPECT_EQ(source(Scan("Scanners", "Scanners X")), "Scanners X");
+    EXPECT_EQ(source(Scan(std::string(300, 'x'), "Model")), std::string(255, 'x') + " Model");
+    EXPECT_EQ(source("II no picture"), "");
     const auto whole = Scan("Maker", "Model");
     for (std::size_t length = 0; length < whole.size(); ++length)
-        imaging::ScanSource(std::string_view(whole).substr(0, length)); // reads no byte beyond
+        source(whole.substr(0, length)); // reads no byte beyond
 }
 
 } // namespace kavidex::controls

@@ -9,9 +9,10 @@
 #include "controls/binder/ctrlCorrespondence.h"
 #include "controls/binder/win32/MakeBinderWindow.h"
 #include "controls/common/win32/GdiObject.h"
-#include "controls/viewer/DocumentPanel.h"
+#include "controls/viewer/ctlViewer.h"
 #include "data/clsSettings.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "model/clsItem.h"
 #include "tests/fakes/FakeWorkstation.h"
 
 namespace kavidex::controls::win32 {
@@ -54,9 +55,10 @@ protected:
         return FALSE;
     }
     // A window of that class anywhere below the control.
-    HWND Part(const wchar_t* type) const {
+    HWND Part(const wchar_t* type, HWND within = nullptr) const {
         Search search{type, nullptr};
-        EnumChildWindows(control->Handle(), Compare, reinterpret_cast<LPARAM>(&search));
+        EnumChildWindows(within ? within : control->Handle(), Compare,
+                         reinterpret_cast<LPARAM>(&search));
         return search.found;
     }
     // Its place within the control; empty when it is hidden.
@@ -78,7 +80,7 @@ protected:
 
 TEST_F(BinderWindowTest, ArrangesItsPartsByTheLayout) {
     binder.SetLayout(3);
-    RECT tree = PlaceOf(L"KavidexTree"), panel = PlaceOf(L"KavidexDocumentPanel");
+    RECT tree = PlaceOf(L"KavidexTree"), panel = PlaceOf(L"KavidexViewer");
     ASSERT_FALSE(Empty(tree));
     ASSERT_FALSE(Empty(panel));
     EXPECT_LE(tree.right, panel.left) << "the tree stands left";
@@ -88,24 +90,24 @@ TEST_F(BinderWindowTest, ArrangesItsPartsByTheLayout) {
     EXPECT_EQ(panel.bottom, 600);
 
     binder.SetLayout(4);
-    tree = PlaceOf(L"KavidexTree"), panel = PlaceOf(L"KavidexDocumentPanel");
+    tree = PlaceOf(L"KavidexTree"), panel = PlaceOf(L"KavidexViewer");
     EXPECT_LE(tree.bottom, panel.top) << "the tree stands on top";
     EXPECT_EQ(tree.left, panel.left);
 
     binder.SetLayout(1);
-    EXPECT_TRUE(Empty(PlaceOf(L"KavidexDocumentPanel")));
+    EXPECT_TRUE(Empty(PlaceOf(L"KavidexViewer")));
     EXPECT_EQ(PlaceOf(L"KavidexTree").right, 800);
     binder.SetLayout(2);
     EXPECT_TRUE(Empty(PlaceOf(L"KavidexTree")));
-    EXPECT_EQ(PlaceOf(L"KavidexDocumentPanel").left, 0);
-    EXPECT_EQ(PlaceOf(L"KavidexDocumentPanel").right, 800);
+    EXPECT_EQ(PlaceOf(L"KavidexViewer").left, 0);
+    EXPECT_EQ(PlaceOf(L"KavidexViewer").right, 800);
 }
 
 TEST_F(BinderWindowTest, FollowsItsPlaceDownToNothing) {
     binder.SetLayout(3);
     control->Place({10, 20, 410, 320});
-    EXPECT_EQ(PlaceOf(L"KavidexDocumentPanel").right, 400);
-    EXPECT_EQ(PlaceOf(L"KavidexDocumentPanel").bottom, 300);
+    EXPECT_EQ(PlaceOf(L"KavidexViewer").right, 400);
+    EXPECT_EQ(PlaceOf(L"KavidexViewer").bottom, 300);
     for (const LONG size : {60, 5, 0}) control->Place({0, 0, size, size});
     control->Place({0, 0, 800, 600});
     const RECT tree = PlaceOf(L"KavidexTree");
@@ -120,9 +122,10 @@ TEST_F(BinderWindowTest, ShowsTheDossiersTreeAndAFoldersDocuments) {
     const HWND view = Part(WC_TREEVIEWW);
     const HTREEITEM root = TreeView_GetRoot(view), document = TreeView_GetChild(view, root);
     TreeView_SelectItem(view, document);
-    EXPECT_EQ(binder.Viewer().Content(), PanelContent::Document);
+    ASSERT_TRUE(binder.Viewer().Item());
+    EXPECT_EQ(binder.Viewer().Item()->Description(), "brief");
     TreeView_SelectItem(view, root);
-    EXPECT_EQ(ListView_GetItemCount(Part(WC_LISTVIEWW)), 1);
+    EXPECT_EQ(ListView_GetItemCount(Part(WC_LISTVIEWW, Part(L"KavidexViewer"))), 1);
     EXPECT_EQ(binder.CloseObject(), 0);
     EXPECT_EQ(TreeView_GetCount(Part(WC_TREEVIEWW)), 0U);
 }
@@ -134,23 +137,6 @@ TEST_F(BinderWindowTest, TakesNoFocusUnaskedAndLeavesKeysToTheHost) {
     EXPECT_FALSE(control->HasFocus());
     const MSG key{Part(WC_TREEVIEWW), WM_KEYDOWN, VK_DOWN, 0, 0, {}};
     EXPECT_FALSE(control->TranslateKey(key)) << "without the focus no key is ours";
-}
-
-TEST_F(BinderWindowTest, DrawsItselfWithoutAWindow) {
-    HDC screen = GetDC(nullptr), device = CreateCompatibleDC(screen);
-    HBITMAP bitmap = CreateCompatibleBitmap(screen, 300, 200);
-    const HGDIOBJ old = SelectObject(device, bitmap);
-    const RECT place{0, 0, 300, 200};
-    FillRect(device, &place, static_cast<HBRUSH>(GetStockObject(BLACK_BRUSH)));
-    control->Draw(device, place);
-    int drawn = 0;
-    for (int x = 5; x < 300; x += 10)
-        for (int y = 5; y < 200; y += 10) drawn += GetPixel(device, x, y) != RGB(0, 0, 0);
-    EXPECT_GT(drawn, 400) << "most of the 600 samples are no longer black";
-    SelectObject(device, old);
-    DeleteObject(bitmap);
-    DeleteDC(device);
-    ReleaseDC(nullptr, screen);
 }
 
 TEST_F(BinderWindowTest, SurvivesTheHostDestroyingItsWindowFirst) {

@@ -254,8 +254,11 @@ TEST_F(FormWindowTest, APanelLeavesToItsHostWhatItHasNoUseFor) {
     };
     EXPECT_FALSE(key(VK_ESCAPE));
     EXPECT_FALSE(key(VK_RETURN));
+    EXPECT_FALSE(key(VK_F10));
     EXPECT_TRUE(key(VK_TAB));
     EXPECT_EQ(GetFocus(), panel.WindowOf("txtTwo"));
+    EXPECT_TRUE(key(VK_LEFT));
+    EXPECT_FALSE(key(VK_TAB)) << "it goes on behind the panel";
 }
 
 } // namespace kavidex::controls::forms::win32

@@ -1,11 +1,17 @@
-// The native window of the tree, hidden, with real messages.
+// The native window of the tree, with real keys and clicks.
+#include <atomic>
+#include <thread>
+
 #include <windows.h>
 
 #include <commctrl.h>
 #include <ole2.h>
 
+#include "controls/exchange/win32/DropTarget.h"
 #include "controls/pictures/win32/IconStore.h"
 #include "controls/tree/win32/MakeTreeWindow.h"
+#include "model/filing.h"
+#include "platform/Files.h"
 #include "platform/win32/Variant.h"
 #include "tests/unit/controls/TreeFixture.h"
 
@@ -16,12 +22,17 @@ protected:
     void SetUp() override {
         OleInitialize(nullptr);
         MakeDossier();
-        lclHost = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW, 0, 0, 400, 400,
-                                  nullptr, nullptr, nullptr, nullptr);
+        lclHost = CreateWindowExW(WS_EX_TOPMOST, L"#32770", L"host", WS_POPUP | WS_VISIBLE, 0, 0,
+                                  500, 400, nullptr, nullptr, nullptr, nullptr);
         control = MakeTreeWindow(tree, machine);
-        ASSERT_NE(control->Create(lclHost, {0, 0, 300, 350}), nullptr);
+        ASSERT_NE(control->Create(lclHost, {0, 0, 500, 350}), nullptr);
         view = FindWindowExW(control->Handle(), nullptr, WC_TREEVIEWW, nullptr);
-        ASSERT_NE(view, nullptr);
+        grid = FindWindowExW(control->Handle(), nullptr, WC_LISTVIEWW, nullptr);
+        ASSERT_TRUE(view && grid);
+        SetForegroundWindow(lclHost);
+        SetFocus(lclHost);
+        Pump();
+        ASSERT_EQ(GetFocus(), lclHost) << "without the focus the keys would tell nothing";
     }
     void TearDown() override {
         control.reset();
@@ -29,6 +40,92 @@ protected:
         OleUninitialize();
     }
 
+    void Focus() {
+        control->TakeFocus();
+        Pump();
+    }
+    // The host's loop, until nothing more comes.
+    void Pump() {
+        MSG next;
+        for (DWORD until = GetTickCount() + 60; GetTickCount() < until; Sleep(5))
+            while (PeekMessageW(&next, nullptr, 0, 0, PM_REMOVE)) {
+                if (control->TranslateKey(next)) continue;
+                TranslateMessage(&next);
+                DispatchMessageW(&next);
+            }
+    }
+    static void Send(WORD key, bool up) {
+        INPUT input{};
+        input.type = INPUT_KEYBOARD;
+        input.ki.wVk = key;
+        input.ki.dwFlags = up ? KEYEVENTF_KEYUP : 0;
+        SendInput(1, &input, sizeof input);
+    }
+    // Real keys, held in the order given.
+    void Press(std::initializer_list<WORD> keys) {
+        for (const auto key : keys) Send(key, false);
+        for (auto key = keys.end(); key != keys.begin();) Send(*--key, true);
+        Pump();
+    }
+    void ClickAt(RECT place, WORD modifier) {
+        const HWND shown = IsWindowVisible(grid) ? grid : view;
+        MapWindowPoints(shown, nullptr, reinterpret_cast<POINT*>(&place), 2);
+        if (modifier) Send(modifier, false);
+        SetCursorPos(place.left + 4, (place.top + place.bottom) / 2);
+        for (const DWORD flag : {MOUSEEVENTF_LEFTDOWN, MOUSEEVENTF_LEFTUP}) {
+            INPUT input{};
+            input.type = INPUT_MOUSE;
+            input.mi.dwFlags = flag;
+            SendInput(1, &input, sizeof input);
+        }
+        Pump();
+        if (modifier) Send(modifier, true);
+        Sleep(GetDoubleClickTime() + 20); // the next one is a click of its own
+        Pump();
+    }
+    void Click(std::int32_t id, WORD modifier = 0) {
+        RECT place{};
+        TreeView_GetItemRect(view, ItemOf(id), &place, TRUE);
+        ClickAt(place, modifier);
+    }
+    static void Mouse(DWORD flags, POINT at) {
+        SetCursorPos(at.x, at.y);
+        INPUT input{};
+        input.type = INPUT_MOUSE;
+        input.mi.dwFlags = flags;
+        SendInput(1, &input, sizeof input);
+        Sleep(40);
+    }
+    POINT At(std::int32_t id) const {
+        RECT place{};
+        TreeView_GetItemRect(view, ItemOf(id), &place, TRUE);
+        MapWindowPoints(view, nullptr, reinterpret_cast<POINT*>(&place), 2);
+        return {place.left + 4, (place.top + place.bottom) / 2};
+    }
+    // Another hand at the mouse, while OLE's loop runs here: it rests at the last place.
+    void DragAlong(const std::vector<POINT>& way, DWORD rest, bool escape = false) {
+        std::atomic<bool> done = false;
+        std::thread hand([&] {
+            Mouse(MOUSEEVENTF_LEFTDOWN, way.front());
+            for (std::size_t i = 1; i < way.size(); ++i)
+                for (int step = 0; step <= 8; ++step)
+                    Mouse(MOUSEEVENTF_MOVE, {way[i - 1].x + (way[i].x - way[i - 1].x) * step / 8,
+                                             way[i - 1].y + (way[i].y - way[i - 1].y) * step / 8});
+            for (DWORD rested = 0; rested < rest; rested += 40) Mouse(MOUSEEVENTF_MOVE, way.back());
+            if (escape) Send(VK_ESCAPE, false), Sleep(100), Send(VK_ESCAPE, true);
+            Mouse(MOUSEEVENTF_LEFTUP, way.back());
+            done = true;
+        });
+        while (!done) Pump();
+        hand.join();
+        Pump();
+    }
+    std::string Chosen() const {
+        std::string names;
+        for (const auto& item : tree.SelectedItems())
+            names += (names.empty() ? "" : " ") + item->Description();
+        return names;
+    }
     HTREEITEM ItemOf(std::int32_t id, HTREEITEM from = nullptr) const {
         for (auto item = from ? from : TreeView_GetRoot(view); item;
              item = TreeView_GetNextSibling(view, item)) {
@@ -52,17 +149,25 @@ protected:
     std::string TextOf(std::int32_t id) const {
         return platform::win32::FromWide(Read(ItemOf(id)).pszText);
     }
-    bool Key(WPARAM key) {
-        const MSG pressed{view, WM_KEYDOWN, key, 0, 0, {}};
-        return control->TranslateKey(pressed);
-    }
+    bool IsOpen(std::int32_t id) const { return Read(ItemOf(id)).state & TVIS_EXPANDED; }
     std::int32_t SelectedId() const {
         const auto item = TreeView_GetSelection(view);
         return item ? static_cast<std::int32_t>(Read(item).lParam) : 0;
     }
+    std::string Cell(int row, int column) const {
+        wchar_t text[300];
+        ListView_GetItemText(grid, row, column, text, std::size(text));
+        return platform::win32::FromWide(text);
+    }
+    std::string Rows() const {
+        std::string names;
+        for (int row = 0; row < ListView_GetItemCount(grid); ++row)
+            names += (row ? " " : "") + Cell(row, 0);
+        return names;
+    }
 
     std::unique_ptr<ControlWindow> control;
-    HWND view = nullptr;
+    HWND view = nullptr, grid = nullptr;
 
 private:
     HWND lclHost = nullptr;
@@ -106,56 +211,228 @@ TEST_F(TreeWindowTest, ReportsASelectionOnceAndNotItsOwn) {
 }
 
 TEST_F(TreeWindowTest, AClickSelectsWhatItHitsAndNothingBefore) {
-    SetFocus(nullptr);
     ASSERT_EQ(SelectedId(), 0);
     selections.clear();
-    RECT place{};
-    TreeView_GetItemRect(view, ItemOf(mail), &place, TRUE);
-    const LPARAM point = MAKELPARAM(place.left + 3, (place.top + place.bottom) / 2);
-    PostMessageW(view, WM_LBUTTONUP, 0, point); // the tree follows the mouse until then
-    SendMessageW(view, WM_LBUTTONDOWN, MK_LBUTTON, point);
+    Click(mail);
     EXPECT_EQ(SelectedId(), mail);
     EXPECT_EQ(selections, (std::vector<std::string>{R"(Dossier\Mail)"}));
     EXPECT_TRUE(GetWindowLongPtrW(view, GWL_STYLE) & TVS_SHOWSELALWAYS);
 }
 
-TEST_F(TreeWindowTest, KeysOfTheTreeWorkAndOthersAreTheHosts) {
-    EXPECT_FALSE(Key(VK_DOWN)) << "without the focus no key is ours";
-    control->TakeFocus();
-    if (!control->HasFocus()) GTEST_SKIP() << "this desktop gives no focus to a hidden window";
-    TreeView_SelectItem(view, ItemOf(root));
-    EXPECT_TRUE(Key(VK_DOWN));
-    EXPECT_EQ(SelectedId(), letters);
-    EXPECT_FALSE(Key(VK_TAB));
-    EXPECT_FALSE(Key(VK_RETURN));
-    EXPECT_FALSE(Key('A'));
-    EXPECT_TRUE(Key(VK_DELETE));
-    EXPECT_EQ(ItemOf(letters), nullptr);
-    EXPECT_EQ(SelectedId(), mail);
-    EXPECT_TRUE(Key(VK_F2));
-    const HWND edit = TreeView_GetEditControl(view);
-    ASSERT_NE(edit, nullptr);
-    SetWindowTextW(edit, L"Post");
-    SendMessageW(view, TVM_ENDEDITLABELNOW, FALSE, 0);
-    EXPECT_EQ(TextOf(mail), "Post");
-    EXPECT_EQ(tree.GetNode(mail)->Description(), "Post");
+TEST_F(TreeWindowTest, CtrlAndShiftCollectAsInTheFileManager) {
+    tree.SetFullExpand(true); // Dossier, Letters, a.tif, note, Mail, Old, b.msg, c.001
+    Click(letter);
+    Click(message, VK_CONTROL);
+    EXPECT_EQ(Chosen(), "a.tif b.msg");
+    Click(old, VK_SHIFT);
+    EXPECT_EQ(Chosen(), "b.msg Old") << "from where it began last";
+    Click(message, VK_CONTROL);
+    Click(note, VK_CONTROL);
+    EXPECT_EQ(Chosen(), "Old note");
+    selections.clear();
+    Click(mail);
+    EXPECT_EQ(Chosen(), "Mail");
+    EXPECT_EQ(selections.size(), 1U);
+    Press({VK_SHIFT, VK_DOWN});
+    Press({VK_SHIFT, VK_DOWN});
+    EXPECT_EQ(Chosen(), "Mail Old b.msg");
+    Press({VK_SHIFT, VK_UP});
+    EXPECT_EQ(Chosen(), "Mail Old");
+    Press({VK_CONTROL, VK_DOWN});
+    Press({VK_CONTROL, VK_DOWN});
+    EXPECT_EQ(Chosen(), "Mail Old") << "the current node moves alone";
+    Press({VK_CONTROL, VK_SPACE});
+    EXPECT_EQ(Chosen(), "Mail Old c.001");
+    EXPECT_EQ(SelectedId(), numbered);
+    tree.Refresh();
+    tree.RenameItem(old, "Older");
+    EXPECT_EQ(Chosen(), "Mail Older c.001") << "it stays through a refresh and a new name";
+    EXPECT_EQ(selections.size(), 1U) << "many selected show no document";
+    tree.fncResetSelectedItems();
+    EXPECT_EQ(Chosen(), "Mail");
+    Press({VK_SHIFT, VK_HOME});
+    EXPECT_EQ(Chosen(), "Mail note a.tif Letters") << "without the dossier itself";
+    Press({VK_SUBTRACT}); // closes the root, and with it what is below
+    EXPECT_EQ(tree.SelectedItems().size(), 1U);
 }
 
-TEST_F(TreeWindowTest, TheLabelsEditorHoldsTheBareDescription) {
+TEST_F(TreeWindowTest, KeysOfTheTreeWorkAndOthersAreTheHosts) {
+    Focus();
+    Press({VK_HOME});
+    EXPECT_EQ(SelectedId(), root);
+    Press({VK_SUBTRACT});
+    EXPECT_FALSE(IsOpen(root));
+    Press({VK_MULTIPLY});
+    EXPECT_TRUE(IsOpen(root) && IsOpen(mail) && IsOpen(old));
+    Press({VK_SUBTRACT});
+    Press({VK_ADD});
+    EXPECT_TRUE(IsOpen(root));
+    Press({'M'});
+    EXPECT_EQ(SelectedId(), mail) << "the first letters find";
+    for (const WPARAM key : {WPARAM{VK_TAB}, WPARAM{VK_RETURN}, WPARAM{VK_F7}, WPARAM{'Q'}}) {
+        const MSG pressed{view, WM_KEYDOWN, key, 0, 0, {}};
+        EXPECT_FALSE(control->TranslateKey(pressed)) << key;
+    }
+    Press({VK_F2});
+    ASSERT_NE(TreeView_GetEditControl(view), nullptr);
+    Press({'P'});
+    Press({VK_RETURN});
+    EXPECT_EQ(TextOf(mail), "p");
     tree.SetShowNumberOfChildren(true);
-    EXPECT_EQ(TextOf(letters), "Letters (2)");
-    SetFocus(view);
-    const auto edit = reinterpret_cast<HWND>(
-        SendMessageW(view, TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(ItemOf(letters))));
-    if (!edit) GTEST_SKIP() << "this desktop gives no focus to a hidden window";
+    Press({VK_F2});
     wchar_t text[64];
-    GetWindowTextW(edit, text, std::size(text));
-    EXPECT_STREQ(text, L"Letters");
-    SetWindowTextW(edit, L"Brieven");
-    SendMessageW(view, TVM_ENDEDITLABELNOW, FALSE, 0);
-    EXPECT_EQ(TextOf(letters), "Brieven (2)");
-    tree.SetUpdateEnabled(false);
-    EXPECT_EQ(SendMessageW(view, TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(ItemOf(letters))), 0);
+    GetWindowTextW(TreeView_GetEditControl(view), text, std::size(text));
+    EXPECT_STREQ(text, L"p") << "without what the tree shows with it";
+    Press({VK_ESCAPE});
+    EXPECT_EQ(TextOf(mail), "p (1)");
+    Press({VK_CONTROL, 'X'});
+    Press({VK_UP});
+    Press({VK_CONTROL, 'V'});
+    EXPECT_EQ(tree.GetParent(mail)->Id(), letters);
+    tree.Tree()->AddChildTab("Elsewhere", letters);
+    Press({VK_F5});
+    EXPECT_NE(ItemOf(Id("Elsewhere")), nullptr);
+    tree.SetHighLightToItem(numbered);
+    Press({VK_DELETE});
+    EXPECT_EQ(ItemOf(numbered), nullptr);
+    // The menu runs a loop of its own; another hand closes it.
+    for (const bool key : {true, false}) {
+        std::thread hand([] {
+            Sleep(300);
+            Send(VK_ESCAPE, false), Send(VK_ESCAPE, true);
+        });
+        int opened = 0;
+        const auto token =
+            tree.EvItemSelectedRightMouse.Subscribe([&](const TreeItemInfo&) { ++opened; });
+        key ? Press({VK_APPS}) : Press({VK_SHIFT, VK_F10});
+        hand.join();
+        EXPECT_EQ(opened, 1) << key;
+    }
+}
+
+TEST_F(TreeWindowTest, TheListTakesTheTreesPlace) {
+    Focus();
+    TreeView_SelectItem(view, ItemOf(message));
+    selections.clear();
+    Press({VK_CONTROL, 'L'});
+    EXPECT_TRUE(IsWindowVisible(grid) && !IsWindowVisible(view) && GetFocus() == grid);
+    EXPECT_EQ(Rows(), "a.tif note b.msg c.001");
+    EXPECT_EQ(ListView_GetNextItem(grid, -1, LVNI_SELECTED), 2) << "the same item is selected";
+    Press({VK_DOWN});
+    EXPECT_EQ(selections, (std::vector<std::string>{R"(Dossier\c.001)"}));
+    Press({'N'});
+    EXPECT_EQ(tree.SelectedItem()->Id(), note) << "the first letters find";
+    Press({VK_SHIFT, VK_UP});
+    EXPECT_EQ(Chosen(), "a.tif note");
+    NMLISTVIEW heading{};
+    heading.hdr = {grid, 3, static_cast<UINT>(LVN_COLUMNCLICK)};
+    heading.iSubItem = 1;
+    SendMessageW(control->Handle(), WM_NOTIFY, 3, reinterpret_cast<LPARAM>(&heading));
+    EXPECT_EQ(Rows(), "c.001 b.msg note a.tif");
+    EXPECT_EQ(tree.Grid().Title(1), "Type (oplopend)");
+    EXPECT_EQ(Chosen(), "a.tif note") << "selected rows stay selected";
+    RECT place{};
+    ListView_GetItemRect(grid, 1, &place, LVIR_LABEL);
+    ClickAt(place, 0);
+    EXPECT_EQ(Chosen(), "b.msg");
+    Press({VK_F2});
+    ASSERT_NE(ListView_GetEditControl(grid), nullptr);
+    Press({'Z'});
+    Press({VK_RETURN});
+    EXPECT_EQ(Cell(1, 0), "z");
+    EXPECT_EQ(tree.GetNode(message)->Description(), "z");
+    Press({VK_DELETE});
+    EXPECT_EQ(Rows(), "c.001 note a.tif");
+    EXPECT_EQ(Chosen(), "note") << "the next row";
+    Press({VK_CONTROL, 'A'});
+    EXPECT_EQ(tree.SelectedItems().size(), 3U);
+    EXPECT_TRUE(tree.SetNextChildItem());
+    tree.SetSelectItems(true);
+    Press({VK_SPACE});
+    EXPECT_EQ(tree.SelectedItems().size(), 1U) << "ticked";
+    EXPECT_EQ(ListView_GetItemState(grid, ListView_GetNextItem(grid, -1, LVNI_FOCUSED),
+                                    LVIS_STATEIMAGEMASK),
+              static_cast<UINT>(INDEXTOSTATEIMAGEMASK(2)));
+    const HWND txtSwitch = FindWindowExW(control->Handle(), nullptr, L"EDIT", nullptr);
+    wchar_t text[64];
+    GetWindowTextW(txtSwitch, text, std::size(text));
+    EXPECT_STREQ(text, L"Grid");
+    SetWindowTextW(txtSwitch, L"tree1");
+    EXPECT_TRUE(IsWindowVisible(view) && !IsWindowVisible(grid) && GetFocus() == view);
+    EXPECT_TRUE(TreeView_GetCheckState(view, TreeView_GetSelection(view)));
+    const HWND label = FindWindowExW(control->Handle(), nullptr, L"STATIC", nullptr);
+    GetWindowTextW(label, text, std::size(text));
+    EXPECT_STREQ(text, L"Dossier met aanwezige documenten");
+}
+
+struct Outside : DropReceiver {
+    DropData got;
+    std::int32_t DragMoved(DragState, const DropData&, const DropPlace&) override {
+        return drop::copy;
+    }
+    std::int32_t DragDropped(const DropData& data, const DropPlace&) override {
+        got = data;
+        got.FetchFiles();
+        return drop::copy;
+    }
+};
+
+TEST_F(TreeWindowTest, TheMouseDragsDocumentsOutAndMovesItemsWithin) {
+    database->Execute("Insert into tblSettings (Section, SKey, [Value]) values ('Storage', "
+                      "'DocumentPath', '" +
+                      machine.Folder() + "\\')");
+    model::FilingRequest request;
+    request.source = machine.Path("brief.txt");
+    machine.files.WriteAll(request.source, "five!");
+    request.folderId = letters;
+    const auto filed = model::FileDocument(machine, *tree.Tree(), request);
+    ASSERT_TRUE(filed) << filed.error;
+    tree.AddItem(filed.item, letters, false);
+    const auto brief = filed.item->Id();
+    tree.SetHighLightToItem(brief);
+    std::string told;
+    const auto one = tree.EvItemDroppedAndHandled.Subscribe([&] { told += "handled "; });
+    const auto two = tree.EvCompleteDrag.Subscribe([&] { told += "complete "; });
+    const auto three = tree.DragCompleted.Subscribe(
+        [&](std::int32_t& effect) { told += std::to_string(effect) + " "; });
+
+    Outside outside;
+    const HWND target =
+        CreateWindowExW(WS_EX_TOPMOST, L"STATIC", L"target", WS_POPUP | WS_VISIBLE | SS_NOTIFY, 600,
+                        50, 200, 150, nullptr, nullptr, nullptr, nullptr);
+    DropRegistration drops;
+    drops.Register(target, outside, machine);
+    DragAlong({At(brief), {650, 100}}, 200);
+    EXPECT_EQ(told, "1 complete ");
+    ASSERT_EQ(outside.got.files.size(), 1U) << Told();
+    EXPECT_EQ(platform::FileName(outside.got.files[0]), "brief.txt");
+    EXPECT_TRUE(machine.files.SameBytes(outside.got.files[0], request.source));
+    ASSERT_EQ(outside.got.virtualFiles.size(), 1U);
+    EXPECT_EQ(outside.got.virtualFiles[0].name, "brief.txt");
+    EXPECT_EQ(outside.got.virtualFiles[0].read(), "five!");
+    outside.got = {};
+    drops.Revoke();
+    DestroyWindow(target);
+
+    told.clear();
+    ASSERT_FALSE(IsOpen(mail));
+    DragAlong({At(brief), At(mail)}, 1200, true);
+    EXPECT_EQ(told, "0 complete ") << "given up by Escape";
+    EXPECT_TRUE(IsOpen(mail)) << "resting over a closed folder opens it";
+    EXPECT_EQ(tree.GetParent(brief)->Id(), letters);
+    told.clear();
+    DragAlong({At(brief), At(old)}, 200);
+    EXPECT_EQ(told, "handled 2 complete ");
+    EXPECT_EQ(tree.GetParent(brief)->Id(), old);
+    EXPECT_EQ(TreeView_GetDropHilight(view), nullptr);
+
+    tree.SetFullExpand(true);
+    control->Place({0, 0, 500, 110});
+    tree.SetHighLightToItem(root);
+    RECT area{};
+    GetWindowRect(view, &area);
+    DragAlong({At(letters), {area.left + 60, area.bottom - 8}}, 800, true);
+    EXPECT_NE(TreeView_GetFirstVisible(view), TreeView_GetRoot(view)) << "the edge scrolls";
 }
 
 TEST_F(TreeWindowTest, CheckBoxesCollectItems) {

@@ -1,0 +1,37 @@
+// A small TIFF file: black-and-white pages of 8 by 2 elements, each with a byte of its own.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace kavidex::tests {
+
+inline std::string SmallTiff(const std::string& pages) {
+    std::string file("II*\0", 4);
+    const auto number = [&](std::uint32_t value, int size) {
+        for (; size > 0; --size, value >>= 8) file += static_cast<char>(value & 0xFF);
+    };
+    struct Entry {
+        std::uint16_t tag, type;
+        std::uint32_t value;
+    };
+    number(static_cast<std::uint32_t>(8 + 2 * pages.size()), 4); // the first directory
+    for (const char page : pages) file.append(2, page);
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        const Entry entries[] = {
+            {256, 3, 8}, {257, 3, 2}, {258, 3, 1},
+            {259, 3, 1}, {262, 3, 1}, {273, 4, static_cast<std::uint32_t>(8 + 2 * i)},
+            {277, 3, 1}, {278, 3, 2}, {279, 4, 2}};
+        number(std::size(entries), 2);
+        for (const auto& [tag, type, value] : entries) {
+            number(tag, 2);
+            number(type, 2);
+            number(1, 4);
+            number(value, 4);
+        }
+        number(i + 1 < pages.size() ? static_cast<std::uint32_t>(file.size() + 4) : 0, 4);
+    }
+    return file;
+}
+
+} // namespace kavidex::tests

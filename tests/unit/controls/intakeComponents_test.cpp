@@ -1,0 +1,320 @@
+// What comes in through separate components, played here: the mail program, the letter generator,
+// the scanning control, and the dialog that leads to letters and files.
+#include <thread>
+
+#include "controls/binder/BinderWindow.h"
+#include "controls/intake/Letters.h"
+#include "controls/intake/ScanPanel.h"
+#include "mail/MailSource.h"
+#include "model/uniqueNumber.h"
+#include "platform/utf8.h"
+#include "tests/fakes/FakeForms.h"
+#include "tests/fakes/FakeTreeWindow.h"
+#include "tests/unit/controls/BinderFixture.h"
+
+namespace kavidex::controls {
+namespace {
+
+using tests::FormUser;
+
+struct PlayedMail : mail::MailSource {
+    mail::Dragged dragged;
+    mail::MailFacts facts;
+    bool gone = false;
+
+    mail::Dragged WhatIsDragged() override {
+        if (gone) throw platform::Error(platform::errors::fail, "It does not answer");
+        return dragged;
+    }
+    mail::MailFacts FactsOf(std::string_view) override {
+        if (gone) throw platform::Error(platform::errors::fail, "It does not answer");
+        return facts;
+    }
+};
+
+struct PlayedLetters : LetterGenerator {
+    std::function<Merged(const std::string&, const std::string&)> merge;
+    Merged fncMergeDocument(const std::string& values, const std::string& letter) override {
+        return merge(values, letter);
+    }
+};
+
+struct PlayedWindow : BinderWindow, ScanPlace {
+    tests::FakeForms forms;
+    bool scannerInstalled = true;
+    ScanSetup scanner;
+    void ToolbarChanged() override {}
+    void LayoutChanged() override {}
+    void AppearanceChanged() override {}
+    void Repaint() override {}
+    void FocusTree() override {}
+    std::optional<std::size_t> ShowMenu(const PopupMenu&, std::string_view) override { return {}; }
+    forms::FormPresenter* Forms() override { return &forms; }
+    ScanPlace* Scanner() override { return this; }
+    void OpenScanner(const ScanSetup& setup) override {
+        if (!scannerInstalled) throw platform::Error(platform::errors::notFound, "no class");
+        scanner = setup;
+    }
+    void CloseScanner() override { scanner = {}; }
+};
+
+struct Components : Binder {
+    std::shared_ptr<PlayedMail> program = std::make_shared<PlayedMail>();
+    std::function<LetterGenerator::Merged(const std::string&, const std::string&)> merge;
+    PlayedWindow window;
+    const std::string temporary = machine.Path("temp");
+    OwnTemporaryFolder own{temporary};
+
+    void SetUp() override {
+        Binder::SetUp();
+        machine.files.CreateDirectories(temporary);
+        binder = std::make_unique<ctrlCorrespondence>(
+            machine, nullptr, nullptr, IntakeComponents{program, [this] {
+                                                            auto made =
+                                                                std::make_unique<PlayedLetters>();
+                                                            made->merge = merge;
+                                                            return made;
+                                                        }});
+        binder->SetDbConnection(connection);
+        machine.shell.mailClient = "Microsoft Outlook ";
+        ASSERT_EQ(Open("key"), 0);
+        binder->AttachWindow(&window);
+    }
+    void TearDown() override { binder->AttachWindow(nullptr); }
+
+    std::string Documents() {
+        std::string lines;
+        for (const auto& item : binder->treCorr().AllItems()) lines += item->Description() + "\n";
+        return lines;
+    }
+    // A mail, or something else, that is selected; its file says which.
+    mail::DraggedItem Item(const std::string& subject, const char* type = "MailItem") {
+        return {type, subject, [this, subject](std::string_view path) {
+                    machine.files.WriteAll(path, "mail " + subject);
+                }};
+    }
+    std::int32_t DropMail() {
+        DropData data;
+        data.hasText = true;
+        data.text = "mail";
+        machine.messages.shown.clear();
+        return binder->treCorr().Dropped(data, Root());
+    }
+    std::vector<std::string> Row(const std::string& of) {
+        data::Command command;
+        command.text = "select SendTo, SendFrom, SendOn, RecievedOn, NrOfAttatchements from "
+                       "tblDocExtraInfo where DocId = " +
+                       std::to_string(binder->treCorr().GetItem(0, of)->ItemId());
+        const auto rows = connection->Open(command);
+        std::vector<std::string> row;
+        for (std::size_t i = 0; i < 5; ++i) row.push_back(data::ToText(rows->Get(i)));
+        return row;
+    }
+};
+
+TEST_F(Components, TakesSelectedMailsInUnderTheirSubjectsWithTheAttachmentsAskedFor) {
+    program->dragged.selection = {Item("X"), Item("X"), Item(""), Item("Re: a/b?"),
+                                  Item("Afspraak", "AppointmentItem")};
+    const auto attachment = [this](const std::string& name, const std::string& bytes) {
+        return mail::DraggedAttachment{"Getoond " + bytes, name, [=, this](std::string_view path) {
+                                           machine.files.WriteAll(path, bytes);
+                                       }};
+    };
+    program->dragged.attachments = {attachment("f.pdf", "een"), attachment("g.pdf", "nee"),
+                                    attachment("f.pdf", "twee")};
+    program->facts = {{"Jan"}, {"Piet"}, platform::DateTime{2026, 3, 4, 5, 6, 7, 0}, {}, 2};
+    machine.messages.answers = {platform::Answer::Yes, platform::Answer::No, platform::Answer::Yes};
+    EXPECT_EQ(DropMail(), drop::copy);
+    EXPECT_EQ(Documents(), "X\nX (1)\nLeeg onderwerp 3\nRe  a b \nf\nf (1)\n");
+    EXPECT_TRUE(Told("Wilt u de bijlage 'Getoond nee' opnemen in het dossier?"));
+    EXPECT_TRUE(Told("Afspraak: niet opgeslagen"));
+    EXPECT_EQ(Row("X"),
+              (std::vector<std::string>{"Jan", "Piet", "202603040567", "Not retrieved", "2"}));
+    EXPECT_TRUE(machine.log.Has("MailInfo", "Error retrieving RecievedOn"));
+    EXPECT_TRUE(machine.files.List(temporary, "Leeg onderwerp*", false).empty());
+}
+
+TEST_F(Components, AMailProgramThatCannotBeAskedAddsNothingUnlessFilesAreHandedOut) {
+    const char* told = "Uw mail moet eerst gekopieerd worden naar de verkenner";
+    machine.shell.mailClient = "Ander programma";
+    EXPECT_EQ(DropMail(), drop::none);
+    EXPECT_TRUE(Told(told));
+    machine.shell.mailClient = "microsoft outlook";
+    program->dragged.selection = {Item("Een"), {"MailItem", "Twee", [this](std::string_view) {
+                                                    program->gone = true; // it dies halfway
+                                                    throw platform::Error(platform::errors::fail,
+                                                                          "RPC");
+                                                }}};
+    EXPECT_EQ(DropMail(), drop::none);
+    EXPECT_TRUE(Told(told));
+    EXPECT_EQ(Documents(), "");
+    EXPECT_TRUE(machine.files.List(temporary, "Een.msg", false).empty());
+
+    DropData data;
+    data.virtualFiles = {{"Brief: 1.msg", [] { return std::string("bytes"); }},
+                         {"map\\b.txt", [] { return std::string("tekst"); }},
+                         {"weg.txt", []() -> std::string {
+                              throw platform::Error(platform::errors::fail, "gone");
+                          }}};
+    EXPECT_EQ(binder->treCorr().Dropped(data, Root()), drop::copy);
+    EXPECT_TRUE(Told("weg.txt: niet opgeslagen"));
+    EXPECT_EQ(Documents(), "Brief  1\nb\n");
+    EXPECT_EQ(Row("Brief  1")[0], "Not retrieved");
+}
+
+TEST_F(Components, MakesALetterWithANumberOfItsOwn) {
+    machine.files.CreateDirectories(machine.Path("sjablonen\\Zaken"));
+    File("sjablonen\\Zaken\\Letter.DOTX");
+    File("sjablonen\\Letter.rtf");
+    Setting("Template", "Path", machine.Path("sjablonen"));
+    Setting("Unique", "Number", "41");
+    const auto values = File("waarden.txt", "a=1\r\nDocumentID=7\r\nx documentid\r\nb=2");
+    binder->SetValueFile(values);
+    LetterGenerator::Merged made{3, {}};
+    merge = [&](const std::string& valueFile, const std::string& letter) {
+        EXPECT_EQ(valueFile, values);
+        EXPECT_EQ(letter, machine.Path("sjablonen\\Zaken\\Letter.DOTX"));
+        EXPECT_EQ(machine.busy.shown.back().text, "Bezig met aanmaken correspondentie");
+        return made;
+    };
+    const auto letter = [&](FormUser& user) {
+        user.Choose("TabStrip1", 2);
+        EXPECT_FALSE(user.CanUse("btnOk"));
+        EXPECT_TRUE(user.Form()["lstFiles"].Items().empty()) << "Letter.rtf is no template";
+        user.Expand("treMap", 1);
+        user.Choose("treMap", 2);
+        EXPECT_EQ(user.Form()["lstFiles"].Find(1)->icon, ".dotx");
+        user.Choose("lstFiles", 1);
+        user.Enter();
+    };
+    window.forms.users = {letter, letter};
+    binder->ButtonClicked("New");
+    EXPECT_TRUE(Told("Selecteer eerst een map voor de toevoeging"));
+    binder->treCorr().NodeSelected(Root());
+    binder->ButtonClicked("New");
+    EXPECT_TRUE(Told("Fout in samenvoegen document (3)"));
+    EXPECT_EQ(Documents(), "");
+    EXPECT_EQ(machine.files.ReadAll(values), "a=1\r\nb=2\r\nDocumentId=42\r\n");
+    made = {1, File("Brief aan Jan.docx")};
+    binder->ButtonClicked("New");
+    EXPECT_EQ(Documents(), "Brief aan Jan\n");
+    EXPECT_EQ(machine.files.ReadAll(values), "a=1\r\nb=2\r\nDocumentId=43\r\n");
+}
+
+TEST_F(Components, AsksForKindsFilesAndTemplatesByRight) {
+    binder->treCorr().NodeSelected(Root());
+    const auto file = File("bijlage.pdf");
+    window.forms.chosen = {file + ";" + machine.Path("weg.txt")};
+    window.forms.users = {
+        [&](FormUser& user) {
+            EXPECT_EQ(user.Form()["lstKinds"].Items().size(), 2U);
+            user.Choose("TabStrip1", 2);
+            EXPECT_EQ(user.Text("lblProblem"), "De sjablonenmap is niet ingesteld");
+            user.Tick("optList");
+            EXPECT_EQ(user.Form()["lstFiles"].Mode(), forms::ListMode::Rows);
+            user.Click("btnFile");
+        },
+        [](FormUser& user) {
+            user.Choose("lstKinds", 2);
+            user.Enter();
+        },
+        [](FormUser& user) {
+            EXPECT_FALSE(user.CanUse("btnFile"));
+            EXPECT_EQ(user.Form()["lstKinds"].Items().size(), 1U);
+            user.Choose("TabStrip1", 2);
+            EXPECT_TRUE(user.Text("lblProblem").find("niet gevonden") != std::string::npos);
+            user.Escape();
+        }};
+    binder->ButtonClicked("New");
+    EXPECT_TRUE(Told("weg.txt"));
+    binder->ButtonClicked("New");
+    EXPECT_EQ(Documents(), "bijlage\nNieuwe notitie 15-11-2026 14:05\n");
+    Setting("Template", "Path", machine.Path("bestaat niet"));
+    binder->SetDbConnection(nullptr);
+    binder->SetDbConnection(connection);
+    ASSERT_EQ(Open("key"), 0);
+    binder->treCorr().NodeSelected(Root());
+    binder->treCorr().SetAllowAddExternal(false);
+    binder->treCorr().SetAllowCreateFolders(false);
+    binder->ButtonClicked("New");
+    EXPECT_TRUE(window.forms.users.empty());
+}
+
+TEST_F(Components, ScansIntoTheSelectedFolderAndLosesNothingAtClosing) {
+    const auto tooltip = [&] {
+        for (const auto& item : binder->Toolbar())
+            if (item.name == "Scan") return item.tooltip;
+        return std::string();
+    };
+    window.scannerInstalled = false;
+    binder->ButtonClicked("Scan");
+    EXPECT_TRUE(Told("De scanmodule (Tessaro.ctrlScan) kan niet geopend worden"));
+    EXPECT_EQ(tooltip(), "Open de scanmodule");
+    window.scannerInstalled = true;
+    binder->SetAlternateScanSetting("kleur");
+    binder->SetLayout(layouts::treeOnly);
+    binder->ButtonClicked("Scan");
+    EXPECT_EQ(tooltip(), "Sluit de scanmodule");
+    EXPECT_TRUE(binder->SplitPanel().Control2Visible());
+    EXPECT_EQ(window.scanner.texts[0].second, "kleur");
+    EXPECT_TRUE(window.scanner.flags[0].second) << "rights are not in use";
+    const auto first = File("1.tif"), second = File("2.tif");
+    const auto scanned = window.scanner.scanned;
+    scanned({first});
+    EXPECT_TRUE(Told("Selecteer een map om het document op te bergen"));
+    binder->treCorr().NodeSelected(Root()); // closes the panel
+    EXPECT_EQ(tooltip(), "Open de scanmodule");
+    EXPECT_FALSE(binder->SplitPanel().Control2Visible());
+    EXPECT_EQ(Documents(), "Gescand document\n");
+    EXPECT_FALSE(machine.files.FileExists(first));
+    Setting("Storage", "DocumentPath", machine.Path("weg"));
+    scanned({second});
+    EXPECT_TRUE(machine.files.FileExists(second));
+    Setting("Storage", "DocumentPath", machine.Path("store"));
+    EXPECT_EQ(binder->CloseObject(), 0);
+    EXPECT_TRUE(Told("deze zijn op het hoogste niveau toegevoegd"));
+    ASSERT_EQ(Open("key"), 0);
+    EXPECT_EQ(Documents(), "Gescand document\nGescand document\n");
+}
+
+TEST(UniqueNumber, IsSharedByNobodyHoweverManyRaiseItAtOnce) {
+    tests::FakeWorkstation machine;
+    const auto path = machine.Path("letters.kdb");
+    data::EmbeddedDatabase::Create(path)->Close();
+    std::vector<std::int64_t> numbers[3];
+    std::vector<std::thread> users;
+    for (auto& own : numbers)
+        users.emplace_back([&] {
+            const auto connection = data::EmbeddedDatabase::Open(path);
+            while (own.size() < 20) try {
+                    own.push_back(model::RaiseUniqueNumber(connection));
+                } catch (const platform::Error&) { // busy: told to the user, who tries again
+                }
+        });
+    for (auto& user : users) user.join();
+    std::set<std::int64_t> all;
+    for (const auto& own : numbers) all.insert(own.begin(), own.end());
+    EXPECT_EQ(all.size(), 60U);
+    EXPECT_EQ(*all.rbegin(), 60);
+}
+
+TEST(ValueFile, IsRewrittenInItsOwnEncodingLineEndsAndSeparator) {
+    const auto wide = [](const std::string& text) {
+        std::string bytes = "\xFF\xFE";
+        for (const char c : text) bytes.append({c, '\0'});
+        return bytes;
+    };
+    const struct {
+        std::string before, after;
+    } rows[] = {
+        {"", "DocumentId=5\r\n"},
+        {"\xEF\xBB\xBFnaam=\xC3\xA9\nDOCUMENTID=1\n", "\xEF\xBB\xBFnaam=\xC3\xA9\nDocumentId=5\n"},
+        {"naam;\xE9\r\ndocumentid;4\r\nmy documentid", "naam;\xE9\r\nDocumentId;5\r\n"},
+        {"a:1\rb:2", "a:1\rb:2\rDocumentId:5\r"},
+        {wide("a=1\r\ndocumentid=2\r\nb=2"), wide("a=1\r\nb=2\r\nDocumentId=5\r\n")},
+    };
+    for (const auto& row : rows) EXPECT_EQ(WithDocumentId(row.before, 5), row.after);
+}
+
+} // namespace
+} // namespace kavidex::controls

@@ -1,0 +1,215 @@
+// Documents come in, over the embedded engine and real files: dropped, split, stapled.
+#include "imaging/PageFile.h"
+#include "imaging/PageOperations.h"
+#include "tests/fakes/SmallTiff.h"
+#include "tests/unit/controls/BinderFixture.h"
+
+namespace kavidex::controls {
+namespace {
+
+struct Intake : Binder {
+    const std::string temporary = machine.Path("temp");
+    OwnTemporaryFolder own{temporary};
+
+    void SetUp() override {
+        Binder::SetUp();
+        machine.files.CreateDirectories(temporary);
+        ASSERT_EQ(Open("key"), 0);
+    }
+    ctrlTree& Tree() { return binder->treCorr(); }
+    std::string Outline() { // the dossier, a level deeper one more dot
+        std::string lines;
+        for (const auto& item : Tree().AllItems()) {
+            for (auto up = Tree().GetParent(item->Id()); up && up->Id() != Root();
+                 up = Tree().GetParent(up->Id()))
+                lines += '.';
+            lines += item->Description() + "|" + item->ItemType() + "\n";
+        }
+        return lines;
+    }
+    std::int32_t Drop(const std::vector<std::string>& names) {
+        DropData data;
+        data.hasFiles = true;
+        for (const auto& name : names) data.files.push_back(machine.Path(name));
+        machine.messages.shown.clear();
+        return Tree().Dropped(data, Root());
+    }
+    ItemPtr Item(const std::string& name) { return Tree().GetItem(0, name); }
+    void Add(const std::string& name, const std::string& bytes) {
+        ASSERT_EQ(binder->AddFiles({File(name, bytes)}, "", 0, false, true), 0);
+    }
+    void Select(const std::vector<std::string>& names) {
+        Tree().ClearSelectedItems();
+        for (const auto& name : names) Tree().NodeChecked(Item(name)->Id(), true);
+    }
+    void Choose(const char* entry) {
+        machine.messages.shown.clear();
+        binder->MenuChosen({entry, 0, {}});
+    }
+    std::string Stored(const ItemPtr& item) {
+        return machine.files.ReadAll(binder->Viewer().FileOf(item).path);
+    }
+    std::size_t OurTemporaryFiles() {
+        return machine.files.List(temporary, "20261115 1405*", false).size();
+    }
+};
+
+TEST_F(Intake, TakesAFolderInWithAllBelowItWhereTheUserAgreesAndMay) {
+    machine.files.CreateDirectories(machine.Path("Post\\Oud\\Leeg"));
+    File("Post\\a.txt");
+    File("Post\\Oud\\b.pdf");
+    File("los.txt");
+    machine.messages.answers = {platform::Answer::No};
+    EXPECT_EQ(Drop({"Post", "los.txt"}), drop::copy);
+    EXPECT_TRUE(Told("Wilt u 'Post' met alle onderliggende mappen"));
+    EXPECT_EQ(Outline(), "los|txt\n");
+    EXPECT_EQ(Drop({"Post"}), drop::copy);
+    const std::string whole = "los|txt\nPost|tab\n.a|txt\n.Oud|tab\n..b|pdf\n..Leeg|tab\n";
+    EXPECT_EQ(Outline(), whole);
+    Tree().SetAllowCreateFolders(false);
+    EXPECT_EQ(Drop({"Post"}), drop::none);
+    EXPECT_TRUE(Told("geen bevoegdheid om mappen toe te voegen: Post"));
+    EXPECT_EQ(Outline(), whole);
+}
+
+TEST_F(Intake, StopsBetweenTwoDocumentsAndNamesThoseThatWereNotFiled) {
+    std::vector<std::string> names;
+    for (int i = 0; i < 12; ++i)
+        names.push_back(platform::FileName(File(std::to_string(i) + ".txt")));
+    machine.busy.onProgress = [&](int done) { machine.busy.stopAsked = done == 2; };
+    EXPECT_EQ(Drop(names), drop::none);
+    EXPECT_EQ(Outline(), "0|txt\n1|txt\n");
+    EXPECT_TRUE(Told("Document zijn niet correct toegevoegd (Fout -6)"));
+    EXPECT_TRUE(Told(machine.Path("2.txt") + ": niet toegevoegd"));
+    EXPECT_TRUE(Told("en nog 2"));
+    EXPECT_TRUE(machine.log.Has("AddFiles", machine.Path("11.txt")));
+    const tests::FakeBusyDialog::Shown second{"Documenten toevoegen", "1.txt (2 van 12)"};
+    EXPECT_EQ(std::count(machine.busy.shown.begin(), machine.busy.shown.end(), second), 1);
+}
+
+TEST_F(Intake, SplitsADocumentAndDeletesItOnlyAfterItsPagesAreFiled) {
+    Add("scan.tif", tests::SmallTiff("abc"));
+    Add("enkel.tif", tests::SmallTiff("a"));
+    Add("stuk.tif", tests::SmallTiff("abc").substr(0, 100));
+    Add("brief.pdf", "%PDF-");
+    const struct {
+        const char *selected, *told;
+    } refused[] = {
+        {"enkel", "Document kan niet gesplits worden omdat het maar 1 pagina bevat"},
+        {"stuk", "Document 'stuk' kan niet gelezen worden"},
+        {"brief", "Selecteer een TIFF-document om te splitsen"},
+    };
+    for (const auto& row : refused) {
+        Select({row.selected});
+        Choose("unpackwithdel");
+        EXPECT_TRUE(Told(row.told));
+        EXPECT_EQ(binder->ContainsDocuments(""), 4);
+    }
+    Select({"scan"});
+    for (int n = 1; n < 60; ++n) { // whatever fails, the source stays until every page is there
+        machine.files.FailAt(n);
+        Choose("unpackwithdel");
+        machine.files.FailAt(0);
+        if (!Item("scan")) break;
+        EXPECT_LT(n, 59);
+        for (const char* page : {"scan (pagina 1)", "scan (pagina 2)", "scan (pagina 3)"})
+            while (Item(page)) Tree().DeleteItem(Item(page)->Id());
+        Select({"scan"});
+    }
+    ASSERT_NE(Item("scan (pagina 3)"), nullptr);
+    EXPECT_EQ(Item("scan (pagina 3)")->ItemType(), "tif");
+    EXPECT_EQ(Stored(Item("scan (pagina 2)")).find("bb") != std::string::npos, true);
+    EXPECT_EQ(
+        imaging::CountPages(machine.files, binder->Viewer().FileOf(Item("scan (pagina 2)")).path),
+        1);
+    EXPECT_EQ(OurTemporaryFiles(), 0U);
+}
+
+TEST_F(Intake, StaplesInTheOrderOfTheTreeAndLeavesOutWhatIsNoImage) {
+    Add("een.tif", tests::SmallTiff("ab"));
+    Add("brief.pdf", "%PDF-");
+    Add("twee.tif", tests::SmallTiff("c"));
+    Add("stuk.tif", tests::SmallTiff("abc").substr(0, 100));
+    Select({"twee", "stuk", "een"});
+    Choose("withdel");
+    EXPECT_TRUE(Told("Document 'stuk' kan niet gelezen worden"));
+    Select({"twee", "brief"});
+    Choose("withdel");
+    EXPECT_TRUE(Told("Selecteer minstens twee TIFF-documenten om te nieten"));
+    EXPECT_EQ(binder->ContainsDocuments(""), 4) << "as it was";
+
+    Select({"twee", "brief", "een"});
+    binder->ButtonClicked("Stapler");
+    EXPECT_EQ(binder->ContainsDocuments(""), 5) << "the button itself keeps the originals";
+    Select({"twee", "brief", "een"});
+    Choose("withdel");
+    EXPECT_TRUE(Told("Niet geniet: \r\nbrief"));
+    EXPECT_EQ(Outline(), "brief|pdf\nstuk|tif\neen (geniet)|tif\neen|tif\n");
+    imaging::PageFile stapled(machine.files, binder->Viewer().FileOf(Item("een")).path);
+    ASSERT_EQ(stapled.Count(), 3);
+    EXPECT_EQ(Stored(Item("een")), Stored(Item("een (geniet)")));
+    EXPECT_EQ(stapled.Decode(3).Row(0)[0], 'c') << "een stands before twee in the tree";
+    EXPECT_EQ(OurTemporaryFiles(), 0U);
+}
+
+TEST_F(Intake, TakesTheScanQueueInOnceTheUserAgrees) {
+    machine.files.CreateDirectories(machine.Path("queue\\key"));
+    const auto scan = File("queue\\key\\a.tif", tests::SmallTiff("q"));
+    Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
+    platform::SaveRegSetting(machine, "Kavidex", "CorrespSetting", "ShowExtId", "1");
+    platform::SaveRegSetting(machine, "Kavidex", "DebugFlags", "ShowExtId", "true");
+    machine.messages.answers = {platform::Answer::Ok, platform::Answer::No};
+    ASSERT_EQ(Open("key"), 0);
+    ASSERT_EQ(machine.messages.shown.size(), 2U);
+    EXPECT_EQ(machine.messages.shown[0].caption, "Path for ScanQueue");
+    EXPECT_EQ(machine.messages.shown[0].text, machine.Path("queue\\key"));
+    EXPECT_EQ(machine.messages.shown[1].caption, "Controle op bestaande documenten");
+    EXPECT_EQ(Outline(), "");
+
+    machine.messages.shown.clear();
+    EXPECT_EQ(binder->fncCheckDocumentQueue({}), 0);
+    EXPECT_TRUE(Told("Selecteer een map om het document op te bergen"));
+    EXPECT_TRUE(machine.files.FileExists(scan));
+    Tree().NodeSelected(Root());
+    EXPECT_EQ(Outline(), "Gescand document|tif\n");
+    EXPECT_FALSE(machine.files.FileExists(scan)) << "its copy is in the store";
+    machine.messages.shown.clear();
+    EXPECT_EQ(binder->fncCheckDocumentQueue("..\\queue\\key"), 0);
+    EXPECT_TRUE(
+        Told("Mapnaam voor opslag vanuit multifunctional = Map" + std::to_string(binder->Id())));
+}
+
+TEST_F(Intake, TakesABacklogInOnceAndGoesOnWhereItWasCutOff) {
+    const auto folder = machine.Path("backlog\\000000004711");
+    machine.files.CreateDirectories(folder);
+    Setting("BackLogSettings", "Path", machine.Path("backlog"));
+    File("backlog\\000000004711\\001.tif", tests::SmallTiff("a"));
+    File("backlog\\000000004711\\2.tif", tests::SmallTiff("b"));
+    File("backlog\\000000004711\\los.tif", tests::SmallTiff("c"));
+    const std::string index = "[Doc]\r\n1 Name=Brief\r\n2 Name=Nota\r\n[Rest]\r\nx=y\r\n";
+    File("backlog\\000000004711\\index.ini", index);
+    const std::string whole = "Conversie tab 15-11-2026|tab\n.Brief|tif\n.Nota|tif\n.los|tif\n";
+    ASSERT_EQ(Open("4711"), 0);
+    EXPECT_EQ(Outline(), whole);
+    ASSERT_EQ(Open("4711"), 0);
+    binder->SetId(binder->Id());
+    EXPECT_EQ(Outline(), whole) << "once, however often the id is set";
+    const auto marked = machine.files.ReadAll(folder + "\\index.ini");
+    EXPECT_EQ(marked, "[Doc]\r\n1 Name=Brief\r\n2 Name=Nota\r\n001 Handled=True\r\n"
+                      "2 Handled=True\r\nlos Handled=True\r\n[Rest]\r\nx=y\r\n");
+    // The marks are lost, the documents are there.
+    machine.files.WriteAll(folder + "\\index.ini", index);
+    ASSERT_EQ(Open("4711"), 0);
+    EXPECT_EQ(Outline(), whole);
+    EXPECT_EQ(machine.files.ReadAll(folder + "\\index.ini"), marked);
+    // Another image that only bears the same name comes in, and one disk failure stops nothing
+    // else.
+    File("backlog\\000000004711\\003.tif", tests::SmallTiff("d"));
+    machine.files.WriteAll(folder + "\\index.ini", "[Doc]\n3 Name=Brief\n1 Handled=True\n"
+                                                   "2 Handled=True\nlos Handled=True");
+    ASSERT_EQ(Open("4711"), 0);
+    EXPECT_EQ(Outline(), whole + ".Brief|tif\n");
+}
+
+} // namespace
+} // namespace kavidex::controls

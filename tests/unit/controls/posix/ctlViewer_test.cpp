@@ -1,0 +1,338 @@
+// The document viewer over real scans made by other people's programs: pages shown, turned, marked,
+// moved and deleted, and nothing lost on the way to the file.
+#include "controls/viewer/ctlViewer.h"
+
+#include "controls/viewer/ViewerViews.h"
+#include "imaging/PageFile.h"
+#include "imaging/PageOperations.h"
+#include "model/clsUserAuth.h"
+#include "model/filing.h"
+#include "tests/fakes/FakeViewerWindow.h"
+#include "tests/unit/model/ModelDatabase.h"
+
+namespace kavidex::tests {
+namespace {
+
+using controls::ctlViewer;
+using controls::FitMode;
+using controls::ImageView;
+using platform::Answer;
+
+class Viewer : public ModelDatabase {
+protected:
+    Viewer() {
+        viewer.SetDbConnection(connection);
+        kept = {viewer.NextDocumentRequest.Subscribe([this] { asked += "next "; }),
+                viewer.PreviousDocumentRequest.Subscribe([this] { asked += "previous "; }),
+                viewer.EvMoveUp.Subscribe([this] { asked += "up "; }),
+                viewer.ExportPages.Subscribe(
+                    [this](const std::string& from, const auto& pages, bool& done) {
+                        exported.assign(pages.begin(), pages.end());
+                        imaging::ExtractPages(machine.files, from, {pages.begin(), pages.end()},
+                                              machine.Path("exported.tif"));
+                        done = true;
+                    })};
+        machine.messages.shown.clear();
+    }
+    // So many fax pages of 1728 by 1100 at 204 by 98 dots an inch, each with its number.
+    std::string Scan(const std::string& name, int pages) {
+        std::string command = "cd '" + FakeWorkstation::Native(machine.Folder()).string() +
+                              "' && convert -size 1728x1100 -units PixelsPerInch -density 204x98";
+        for (int page = 1; page <= pages; ++page)
+            command += " \\( xc:white -pointsize 300 -draw \"text 200," +
+                       std::to_string(300 * page) + " 'P" + std::to_string(page) + "'\" \\)";
+        command += " -monochrome -compress group4 " + name + ".tif";
+        EXPECT_EQ(std::system(command.c_str()), 0) << command;
+        return machine.Path(name + ".tif");
+    }
+    model::clsItemPtr File(const std::string& source) {
+        model::FilingRequest request;
+        request.source = source;
+        request.folderId = tree->Item()->Id();
+        const auto filed = model::FileDocument(machine, *tree, request);
+        EXPECT_TRUE(filed) << filed.error;
+        path = filed.path;
+        return filed.item;
+    }
+    void Show(int pages) {
+        ASSERT_TRUE(viewer.ShowItem(File(Scan("scan", pages)))) << Told();
+        Pages().Canvas().SetRoom(800, 600, 16, 0);
+        window.Settle();
+    }
+    ImageView& Pages() { return viewer.Views().image; }
+    imaging::PageFile Stored() { return imaging::PageFile(machine.files, path); }
+    // Where on the stored page the black of its number begins.
+    std::uint32_t FirstBlackRow(int page) {
+        const auto picture = Stored().Decode(page);
+        for (std::uint32_t y = 0; y < picture.height; ++y)
+            for (std::size_t i = 0; i < picture.BytesPerRow(); ++i)
+                if (picture.Row(y)[i] != 0xFF) return y;
+        return picture.height;
+    }
+    std::string Numbers() { // of the pages in the file, by how far down their number stands
+        std::string numbers;
+        for (int page = 1; page <= Stored().Count(); ++page)
+            numbers += std::to_string((FirstBlackRow(page) + 299) / 300);
+        return numbers;
+    }
+    std::string Told() {
+        std::string texts;
+        for (const auto& message : machine.messages.shown) texts += message.text + "|";
+        machine.messages.shown.clear();
+        return texts;
+    }
+    void Drag(int x, int y, int toX, int toY) {
+        auto& canvas = Pages().Canvas();
+        canvas.PointerDown(x, y);
+        canvas.PointerMoved(toX, toY);
+        canvas.PointerUp(toX, toY);
+    }
+
+    std::shared_ptr<model::clsTree> tree = NewTree();
+    ctlViewer viewer{machine};
+    FakeViewerWindow window{viewer};
+    std::string path, asked;
+    std::vector<int> exported;
+    std::vector<std::shared_ptr<void>> kept;
+};
+
+TEST_F(Viewer, PagesThroughAScanAndOnToTheNextDocument) {
+    Show(2);
+    EXPECT_EQ(viewer.Status().page, "Pagina 1 van 2 pagina's");
+    EXPECT_FALSE(window.Button("BackPage").enabled);
+    EXPECT_FALSE(window.Button("NextDoc").visible);
+    EXPECT_TRUE(viewer.SetNextPage());
+    EXPECT_EQ(viewer.Status().page, "Pagina 2 van 2 pagina's");
+    EXPECT_FALSE(viewer.SetNextPage());
+    EXPECT_EQ(asked, "");
+    viewer.SetAllowMultipleDocScroll(true);
+    EXPECT_TRUE(window.Button("NextDoc").visible);
+    EXPECT_FALSE(viewer.SetNextPage());
+    viewer.ButtonClicked("backpage");
+    EXPECT_FALSE(viewer.SetPreviousPage());
+    EXPECT_EQ(asked, "next previous ");
+
+    const auto single = File(Scan("single", 1));
+    machine.files.SetAttributes(path, platform::attributes::readOnly);
+    ASSERT_TRUE(viewer.ShowItem(single));
+    EXPECT_EQ(viewer.Status().page, "Pagina 1 van  1 pagina (Alleen lezen)");
+    for (const char* button : {"Rotate90L", "Rotate180", "Toolbox", "Move up", "Print"})
+        EXPECT_FALSE(window.Button(button).enabled) << button;
+    machine.files.SetAttributes(path, platform::attributes::normal);
+
+    machine.files.Remove(path);
+    EXPECT_FALSE(viewer.Refresh());
+    EXPECT_EQ(machine.messages.shown.back().caption, "Melding viewer");
+    EXPECT_EQ(Told(), "Document kan niet gevonden worden.|");
+    EXPECT_TRUE(viewer.Parts().Empty());
+    EXPECT_FALSE(window.Button("Fit").enabled);
+    for (const char* bytes : {"", "no scan at all"}) {
+        machine.files.WriteAll(path, bytes);
+        EXPECT_FALSE(viewer.ShowItem(single));
+        EXPECT_NE(Told().find(platform::FileName(path)), std::string::npos)
+            << "a file that is no image is named";
+    }
+}
+
+TEST_F(Viewer, FitsAPageInItsTrueFormAndZoomsInEvenSteps) {
+    Show(1);
+    auto& canvas = Pages().Canvas();
+    const auto& room = canvas.Geometry();
+    EXPECT_EQ(room.ShownHeight(), 600); // 1100 rows at 98 are higher than 1728 columns at 204 wide
+    EXPECT_NEAR(room.ShownWidth(), 600.0 * (1728 / 204.0) / (1100 / 98.0), 1);
+    window.choose = "fittowidth";
+    viewer.ButtonDropped("fit");
+    EXPECT_EQ(room.ShownWidth(), 800 - 16) << "its scroll bar takes room";
+    EXPECT_EQ(viewer.LastFit(), "width");
+    ASSERT_TRUE(viewer.ShowItem(File(Scan("other", 1))));
+    EXPECT_EQ(room.ShownWidth(), 800 - 16) << "kept for every image";
+    canvas.Wheel(1, 100, 200, true, false);
+    const auto place = room.ToPage(100, 200);
+    for (int i = 0; i < 6; ++i) canvas.Wheel(1, 100, 200, true, false);
+    EXPECT_NEAR(room.ToPage(100, 200).x, place.x, 2) << "what is under the pointer stays there";
+    EXPECT_NEAR(room.ToPage(100, 200).y, place.y, 2);
+    const double before = room.ZoomX();
+    viewer.ButtonClicked("ZoomIn");
+    EXPECT_NEAR(room.ZoomX() / before, 1.25, 0.01);
+    viewer.ButtonClicked("ZoomOut");
+    EXPECT_NEAR(room.ZoomX(), before, 1e-9);
+    // What is seen of a large page is that part of it.
+    window.Settle();
+    canvas.ScrollTo(0, 0);
+    const auto seen = canvas.See(nullptr);
+    ASSERT_NE(seen.picture, nullptr);
+    EXPECT_EQ(static_cast<int>(seen.picture->width), room.Width());
+    const int top = room.Top();
+    canvas.Key(controls::Key(controls::keys::pageDown));
+    EXPECT_GT(room.Top(), top);
+}
+
+TEST_F(Viewer, KeepsTurnsAndMarksOfAPageAndAsksOnceAboutTheToolbox) {
+    Show(3);
+    viewer.SetNextPage();
+    viewer.ButtonClicked("Rotate90R");
+    viewer.ButtonClicked("Toolbox");
+    window.Settle();
+    auto& toolbox = Pages().Toolbox();
+    machine.messages.answers = {Answer::No};
+    toolbox.ButtonClicked("HollowRectangle");
+    const auto& room = Pages().Canvas().Geometry();
+    const int x = room.OriginX() + 20, y = room.OriginY() + 30;
+    Drag(x, y, x + 100, y + 50);
+    toolbox.ButtonClicked("Note");
+    window.forms.users = {[](FormUser& user) {
+        user.Type("txtText", "Gebeld\nmet klant");
+        user.Click("btnOk");
+    }};
+    Drag(x, y + 100, x + 120, y + 160);
+    EXPECT_EQ(Told(),
+              "Wilt u de toolbox automatisch verbergen na het toevoegen van een annotatie?|");
+    EXPECT_TRUE(viewer.AnnotationsPopupShown());
+    EXPECT_TRUE(window.Button("Toolbox").pressed);
+    // Selected, moved, coloured, and another one deleted.
+    toolbox.ButtonClicked("Select");
+    Drag(x, y + 20, x + 40, y + 20);
+    EXPECT_TRUE(Pages().Editor().HasSelection());
+    toolbox.ButtonClicked("Freehand");
+    Drag(x, y, x + 60, y + 60);
+    toolbox.ButtonClicked("Select");
+    Pages().Canvas().PointerDown(x + 30, y + 30);
+    Pages().Canvas().PointerUp(x + 30, y + 30);
+    toolbox.ButtonClicked("DeleteMark");
+    const auto untouched = Stored().Fingerprint(1);
+    EXPECT_EQ(Stored().Facts(2).width, 1728U) << "nothing is written yet";
+    const double zoomX = room.ZoomX(), zoomY = room.ZoomY();
+    const auto saved = path;
+    ASSERT_TRUE(viewer.ShowItem(File(Scan("other", 1)))) << "leaving it saves";
+    path = saved;
+    EXPECT_EQ(Told(), "");
+    EXPECT_EQ(Stored().Fingerprint(1), untouched);
+    EXPECT_EQ(Stored().Facts(2).width, 1100U);
+    EXPECT_EQ(Stored().Facts(2).xDpi, 98);
+    imaging::annotations::Annotations marks(Stored().Marks(2).value());
+    ASSERT_EQ(marks.Count(), 2U);
+    EXPECT_EQ(marks.At(1).text, "Gebeld\r\nmet klant");
+    const auto box = marks.At(0).bounds;
+    EXPECT_NEAR(box.left, 60 / zoomX, 2) << "it was moved";
+    EXPECT_NEAR(box.right - box.left, 100 / zoomX, 2);
+    EXPECT_NEAR(box.bottom - box.top, 50 / zoomY, 2);
+}
+
+TEST_F(Viewer, DeletesMovesAndExportsPagesByTheirThumbnails) {
+    Show(4);
+    auto& thumbs = Pages().Thumbs();
+    thumbs.SetRoom(160, 500, 96);
+    EXPECT_FALSE(viewer.DeleteSelectedThumbs()) << "what is not seen is not selected";
+    viewer.ButtonClicked("thumbnails");
+    EXPECT_TRUE(viewer.ThumbsShown());
+    window.Settle();
+    ASSERT_NE(thumbs.Picture(4), nullptr);
+    EXPECT_EQ(thumbs.Picture(4)->width, 91U) << "in its true form";
+    const auto ids = Pages().Ids().GetIds();
+
+    thumbs.Clicked(3, false, false);
+    thumbs.Clicked(4, true, false);
+    viewer.ButtonClicked("Move up");
+    EXPECT_EQ(Numbers(), "1342");
+    EXPECT_EQ(thumbs.Selected(), (std::set<int>{2, 3}));
+    EXPECT_EQ(Pages().Ids().PageNumberOf(ids[1]), 4);
+    EXPECT_EQ(Pages().Page(), 3) << "the same page is shown, at its new place";
+    viewer.MenuChosen({"mnuMoveUp", 0, {}});
+    EXPECT_EQ(Numbers(), "3412");
+    EXPECT_FALSE(window.Button("Move up").enabled);
+    EXPECT_EQ(asked, "up up ");
+
+    viewer.MenuChosen({"mnuExportPages", 0, {}});
+    EXPECT_EQ(exported, (std::vector<int>{1, 2}));
+    EXPECT_TRUE(viewer.ThumbsExported());
+    EXPECT_EQ(Told(), "Wilt u de geexporteerde pagina's verwijderen uit het originele document?|");
+    EXPECT_EQ(Numbers(), "12");
+    EXPECT_EQ(imaging::CountPages(machine.files, machine.Path("exported.tif")), 2);
+
+    thumbs.Key(controls::Ctrl('A'));
+    viewer.MenuChosen({"mnuExportPages", 0, {}});
+    EXPECT_EQ(Told(), "U kunt niet alle pagina's exporteren|");
+    EXPECT_FALSE(viewer.DeleteSelectedThumbs());
+    EXPECT_NE(Told().find("minstens"), std::string::npos);
+    thumbs.Clicked(1, false, false);
+    machine.messages.answers = {Answer::No};
+    thumbs.Key(controls::Key(controls::keys::del));
+    EXPECT_EQ(Numbers(), "12");
+    thumbs.Key(controls::Key(controls::keys::del));
+    EXPECT_EQ(Numbers(), "2");
+    EXPECT_EQ(Pages().Ids().GetIds(), std::vector<std::int32_t>{ids[1]});
+    EXPECT_EQ(viewer.Status().page, "Pagina 1 van  1 pagina");
+}
+
+TEST_F(Viewer, OverwritesNothingThatAnotherWroteMeanwhile) {
+    Show(2);
+    viewer.ButtonClicked("Rotate180");
+    const auto other = Scan("other", 1);
+    imaging::AppendPages(machine.files, path, {other});
+    EXPECT_TRUE(viewer.SaveImage());
+    EXPECT_EQ(viewer.Status().page, "Pagina 1 van 3 pagina's");
+    EXPECT_EQ(Stored().Count(), 3);
+    EXPECT_GT(FirstBlackRow(1), 700U) << "turned";
+
+    viewer.ButtonClicked("Rotate180");
+    imaging::WritePages(machine.files, {{other, 1, imaging::Turn::None, {}}}, path);
+    EXPECT_TRUE(viewer.SaveImage());
+    EXPECT_NE(Told().find("niet opgeslagen: 1"), std::string::npos) << "told, and not forced";
+    EXPECT_EQ(Numbers(), "1");
+
+    ASSERT_TRUE(viewer.ShowItem(File(Scan("scan", 2))));
+    Pages().SetThumbsShown(true);
+    window.Settle();
+    imaging::MovePage(machine.files, path, 2, 1);
+    EXPECT_FALSE(viewer.DeleteSelectedThumbs()) << "the page at that place is another";
+    EXPECT_EQ(Numbers(), "21");
+    window.Settle();
+    Told();
+    EXPECT_TRUE(viewer.DeleteSelectedThumbs());
+    EXPECT_EQ(Numbers(), "1");
+}
+
+TEST_F(Viewer, LosesNoChangeToAFailingDisk) {
+    Show(2);
+    viewer.ButtonClicked("Rotate180");
+    const auto before = machine.files.ReadAll(path);
+    for (int n = 1; n < 40; ++n) {
+        machine.files.FailAt(n, platform::errors::diskFull, true);
+        machine.messages.answers = {Answer::No};
+        const bool saved = viewer.SaveImage();
+        machine.files.FailAt(0);
+        if (saved) break;
+        ASSERT_LT(n, 39);
+        EXPECT_TRUE(machine.files.ReadAll(path) == before) << n;
+        EXPECT_NE(Told().find("niet opgeslagen"), std::string::npos) << n;
+        machine.messages.answers.clear();
+    }
+    EXPECT_GT(FirstBlackRow(1), 700U) << "tried again it is there";
+}
+
+TEST_F(Viewer, OffersWhatTheRightsAllow) {
+    Show(2);
+    auto rights = std::make_shared<model::clsUserAuth>(machine);
+    rights->SetDbConnection(database);
+    data::clsSettings settings(machine);
+    settings.SetDbConnection(database);
+    settings.SetSetting("Rights", "Use", "True");
+    rights->SetRight("ViewAnnotations", "True");
+    viewer.SetUserAuth(rights);
+    EXPECT_FALSE(window.Button("Rotate90L").enabled);
+    EXPECT_FALSE(window.Button("Toolbox").enabled);
+    EXPECT_TRUE(window.Button("Annotations").enabled);
+    EXPECT_TRUE(window.Button("Annotations").pressed);
+    viewer.ButtonClicked("Rotate90L");
+    EXPECT_EQ(Pages().Canvas().Geometry().Page().width, 1728U);
+    auto editor = std::make_shared<model::clsUserAuth>(*rights);
+    editor->SetRight("ViewAnnotations", "False");
+    editor->SetRight("EditDossiers", "True");
+    viewer.SetUserAuth(editor);
+    EXPECT_TRUE(window.Button("Rotate90L").enabled);
+    EXPECT_FALSE(window.Button("Annotations").enabled);
+    EXPECT_FALSE(window.Button("Annotations").pressed);
+}
+
+} // namespace
+} // namespace kavidex::tests

@@ -1,0 +1,247 @@
+// Mails, links and files of every other type on the viewer's stage; the external window.
+#include <gtest/gtest.h>
+
+#include "controls/viewer/ViewerViews.h"
+#include "controls/viewer/external/ctrlExtViewer.h"
+#include "mail/HtmlText.h"
+#include "platform/General.h"
+#include "tests/fakes/FakeForms.h"
+#include "tests/unit/controls/ViewerFixture.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+// webctl as the views see it.
+struct FakeBrowser : BrowserWindow {
+    BrowserPane& pane;
+    std::vector<std::string> navigated;
+    explicit FakeBrowser(BrowserPane& shown) : pane(shown) { pane.AttachWindow(this); }
+    ~FakeBrowser() override { pane.AttachWindow(nullptr); }
+    void Navigate(const std::string& path, std::string_view method) override {
+        navigated.push_back(std::string(method) + " " + path);
+    }
+    void Print() override {}
+};
+
+struct Opened : mail::OpenedMail {
+    mail::SavedMail lclContent;
+    int& open;
+    Opened(mail::SavedMail content, int& count) : lclContent(std::move(content)), open(count) {
+        ++open;
+    }
+    ~Opened() override { --open; }
+    const mail::SavedMail& Content() const override { return lclContent; }
+};
+
+struct Views : tests::ViewerTest {
+    FakeBrowser browser{viewer.Views().browser};
+    mail::SavedMail letter;
+    int open = 0, openings = 0;
+
+    tests::FormUser User(forms::Form& form) { return tests::FormUser(form); }
+    void Script() {
+        viewer.Views().mail.SetOpener([this](const platform::Workstation&, const std::string&) {
+            ++openings;
+            return std::make_unique<Opened>(letter, open);
+        });
+    }
+};
+
+} // namespace
+
+TEST_F(Views, AMailHasAHeaderAndItsBodyInTheBrowser) {
+    letter.subject = "Polis";
+    letter.to = "K. de Vries";
+    letter.sentOn = platform::DateTime{2026, 11, 14, 9, 30, 5, 0};
+    letter.text = "Premie < 100 & meer";
+    Script();
+    const auto document = DocumentOf("msg", "Polis", "");
+    ASSERT_TRUE(viewer.ShowItem(document));
+    EXPECT_EQ(open, 0) << "what was made in the mail store is gone";
+    EXPECT_EQ(viewer.Parts(), (PartSet{Part::MailHeader, Part::Browser}));
+    auto& header = viewer.Views().mail.Header();
+    EXPECT_EQ(header["lblMailSubject"].Text(), "Polis");
+    EXPECT_EQ(header["lblName1"].Text() + header["lblName"].Text(), "Aan:K. de Vries");
+    EXPECT_EQ(header["lblDate1"].Text() + header["lblDate"].Text(),
+              "Verzonden op:14-11-2026 09:30:05");
+    EXPECT_FALSE(header["lblAttachment"].Visible());
+    ASSERT_EQ(browser.navigated.size(), 1U);
+    ASSERT_TRUE(browser.navigated[0].starts_with("Navigate2 ") &&
+                browser.navigated[0].ends_with(".htm"));
+    const auto body = browser.navigated[0].substr(10);
+    EXPECT_NE(machine.files.ReadAll(body).find("Premie &lt; 100 &amp; meer"), std::string::npos);
+
+    // The control turns out to show nothing: the text takes its place, and the file goes.
+    viewer.Views().browser.Failed("no document");
+    EXPECT_TRUE(window.idle);
+    window.Settle();
+    EXPECT_EQ(viewer.Parts(), (PartSet{Part::MailHeader, Part::Text}));
+    EXPECT_EQ(viewer.Views().mail.Text()["txtBody"].Text(), letter.text);
+    EXPECT_FALSE(machine.files.FileExists(body));
+
+    letter.receivedByName = "J. Jansen";
+    letter.senderName = "Schadedienst";
+    letter.attachmentCount = 2;
+    letter.html = "<p>Het <b>formulier</b></p>";
+    ASSERT_TRUE(viewer.Refresh());
+    EXPECT_EQ(header["lblName1"].Text() + header["lblName"].Text(), "Van:Schadedienst");
+    EXPECT_TRUE(header["lblAttachment"].Visible());
+    EXPECT_EQ(header["lblAttachment"].Text(), "Bijlagen: 2");
+    const auto page = browser.navigated.back().substr(10);
+    EXPECT_NE(machine.files.ReadAll(page).find(letter.html), std::string::npos);
+    viewer.ShowItem(nullptr);
+    EXPECT_FALSE(machine.files.FileExists(page));
+}
+
+TEST_F(Views, WithoutAMailProgramNothingIsSaidAndTheOptionReadsTheFile) {
+    const auto document = DocumentOf("msg", "Polis", "no mail");
+    ASSERT_TRUE(viewer.ShowItem(document));
+    EXPECT_TRUE(machine.messages.shown.empty());
+    EXPECT_EQ(viewer.Parts(), (PartSet{Part::Facts}));
+    EXPECT_TRUE(machine.log.Has("ShowItem"));
+    User(viewer.Views().facts.Form()).Click("btnOpen");
+    EXPECT_EQ(machine.shell.opened, std::vector<std::string>{FileOf(document)});
+
+    Script();
+    platform::SaveRegFlag(machine, "ViewerSetting", "ReadMailFiles", true);
+    ASSERT_TRUE(viewer.Refresh());
+    EXPECT_EQ(openings, 0) << "the mail program is not asked";
+    EXPECT_EQ(viewer.Parts(), (PartSet{Part::Facts})) << "it is no saved mail";
+}
+
+TEST_F(Views, ALinkAsksTheHostAndShowsNothing) {
+    std::string asked;
+    const auto token = viewer.EvOpenDossier.Subscribe(
+        [&](const std::string& key, const std::string& type) { asked = key + "|" + type; });
+    ASSERT_TRUE(viewer.ShowItem(DocumentOf(
+        "edf", "Link", "[Algemeen]\r\nInput=x\r\n[PARAM]\r\ninput = \"K4711;Zaak\"\r\n")));
+    EXPECT_EQ(asked, "K4711|Zaak");
+    EXPECT_TRUE(viewer.Parts().Empty());
+    EXPECT_FALSE(viewer.ShowItem(DocumentOf("edf", "Leeg", "[Param]\r\nInput=\r\n")));
+    ASSERT_EQ(machine.messages.shown.size(), 1U);
+    EXPECT_EQ(machine.messages.shown[0].caption, "Error in ShowItem");
+}
+
+TEST_F(Views, EveryOtherTypeIsForTheBrowserWhichRunsNothing) {
+    const auto page = DocumentOf("htm", "Pagina", "<script>alert(1)</script>");
+    ASSERT_TRUE(viewer.ShowItem(page));
+    EXPECT_EQ(viewer.Parts(), (PartSet{Part::Browser}));
+    EXPECT_EQ(browser.navigated, std::vector<std::string>{"Navigate " + FileOf(page)});
+    EXPECT_EQ(viewer.Status().page, "Scripts worden niet uitgevoerd");
+    EXPECT_EQ(viewer.Status().hintTip,
+              "Dubbelklik om het document met zijn standaard programma te openen");
+    viewer.HintActivated();
+    EXPECT_EQ(machine.shell.opened.size(), 1U);
+
+    const auto program = DocumentOf("vbs", "Script", "MsgBox 1");
+    ASSERT_TRUE(viewer.ShowItem(program));
+    EXPECT_EQ(viewer.Parts(), (PartSet{Part::Facts}));
+    auto& facts = viewer.Views().facts.Form();
+    EXPECT_EQ(facts["lblNotice"].Text(),
+              "Dit bestand kan iets uitvoeren en wordt daarom niet getoond.");
+    EXPECT_EQ(facts["txtSize"].Text(), "8 bytes");
+    EXPECT_EQ(facts["txtMoment"].Text(), "15-11-2026 14:05");
+    machine.messages.answers = {platform::Answer::No};
+    User(facts).Click("btnOpen");
+    EXPECT_EQ(machine.shell.opened.size(), 1U) << "only when the user insists";
+
+    machine.shell.engine = false; // nothing shows pages here
+    ASSERT_TRUE(viewer.ShowItem(page));
+    EXPECT_EQ(viewer.Parts(), (PartSet{Part::Facts}));
+    EXPECT_EQ(browser.navigated.back(), " ") << "the control is empty";
+    viewer.ShowItem(nullptr);
+    machine.files.Remove(FileOf(page));
+    EXPECT_FALSE(viewer.ShowItem(page));
+    EXPECT_EQ(LastMessage(), "Document kan niet gevonden worden.");
+}
+
+TEST(HtmlText, KeepsWhatIsRead) {
+    EXPECT_EQ(
+        mail::TextOfHtml("<html><head><title>t</title></head><body>\r\n<p>Geachte&nbsp;heer,</p>"
+                         "<script>if (a<b) x();</script><!-- <p> --><ul><li>1 &lt; 2 &#8364;"
+                         "</ul>a & b &broken <"),
+        "Geachte heer,\n\n1 < 2 \xE2\x82\xAC\na & b &broken <");
+}
+
+namespace {
+
+struct FakeFormWindow : ViewerFormWindow {
+    frmViewer& form;
+    bool& open;
+    FakeFormWindow(frmViewer& owner, bool& isOpen) : form(owner), open(isOpen) { open = true; }
+    ~FakeFormWindow() override { open = false; }
+    void Show() override {}
+    void SetFocus() override {}
+    void CaptionChanged() override { form.Menu(); }
+    ViewerPlace Place() const override { return {100, 200, 300, 400}; }
+    void Close() override {
+        if (form.MayClose()) form.Closed();
+    }
+};
+
+} // namespace
+
+TEST_F(Views, TheExternalWindowIsMadeWhenNeededAndForgottenWhenItCloses) {
+    bool there = false;
+    int unloads = 0, nexts = 0;
+    ctrlExtViewer external(machine);
+    external.SetDbConnection(database);
+    external.SetWindowMaker(
+        [&](frmViewer& form) { return std::make_unique<FakeFormWindow>(form, there); });
+    const auto unload = external.EvUnload.Subscribe([&] { ++unloads; });
+    const auto next = external.EvNextDocumentRequest.Subscribe([&] { ++nexts; });
+    const auto brief = DocumentOf("txt", "Brief", "x");
+    ASSERT_TRUE(external.ShowItemFromId(brief->Id()));
+    ASSERT_TRUE(external.Form());
+    EXPECT_EQ(external.Form()->Caption(), "Document: Brief");
+    EXPECT_EQ(external.Id(), brief->Id());
+    external.Form()->Viewer().NextDocumentRequest.Raise();
+    EXPECT_EQ(nexts, 1);
+    EXPECT_FALSE(external.ShowItemFromId(4711));
+
+    const auto menu = external.Form()->Menu();
+    const auto option = [&] {
+        return platform::GetRegSetting(machine, "Kavidex", "ViewerSetting", "AlwaysExternal", "-");
+    };
+    for (const char* kept : {"True", "False"}) {
+        external.Form()->MenuChosen(menu[1]);
+        EXPECT_EQ(option(), kept);
+    }
+    external.Form()->MenuChosen(menu[2]);
+    EXPECT_EQ(ReadViewerPlace(machine), (ViewerPlace{100, 200, 300, 400}));
+
+    ctrlExtViewer second(machine);
+    second.SetDbConnection(database);
+    second.ShowItem(brief);
+    platform::SaveRegFlag(machine, "ViewerSettings", "CloseAll", true);
+    EXPECT_TRUE(external.CloseForm());
+    EXPECT_FALSE(external.Form() || second.Form()) << "all close together";
+    EXPECT_EQ(unloads, 1);
+    external.Show();
+    EXPECT_TRUE(there);
+}
+
+TEST_F(Views, TheExternalWindowIsPulledBackOntoTheScreen) {
+    EXPECT_EQ(ReadViewerPlace(machine), (ViewerPlace{0, 512, 4000, 2000}));
+    const ScreenArea one[] = {{0, 0, 15000, 10000}};
+    const ScreenArea two[] = {{0, 0, 15000, 10000}, {-15000, -2000, 0, 8000}};
+    const struct {
+        ViewerPlace stored;
+        std::span<const ScreenArea> monitors;
+        ViewerPlace shown;
+    } cases[] = {
+        {{0, 512, 4000, 2000}, one, {0, 512, 4000, 2000}},
+        {{500, 16000, 4000, 2000}, one, {500, 13000, 4000, 2000}}, // its right side at the edge
+        {{12000, 500, 4000, 2000}, one, {6000, 500, 4000, 2000}},
+        {{-700, -900, 4000, 2000}, one, {0, 0, 4000, 2000}},
+        {{8000, 14000, 4000, 2000}, one, {8000, 14000, 2000, 1000}}, // made smaller
+        {{500, 16000, 20000, 30000}, one, {500, 0, 9500, 15000}},
+        {{-1500, -9000, 4000, 2000}, two, {-1500, -9000, 4000, 2000}}, // on the other monitor
+        {{100, -1000, 4000, 2000}, two, {100, -1000, 4000, 2000}},     // on both
+        {{100, -30000, 4000, 2000}, two, {100, 0, 4000, 2000}},        // on none of them
+    };
+    for (const auto& each : cases) EXPECT_EQ(OnScreen(each.stored, each.monitors), each.shown);
+}
+
+} // namespace kavidex::controls
