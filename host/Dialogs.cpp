@@ -1,15 +1,10 @@
 #include "host/Dialogs.h"
 
-#include <commdlg.h>
-
 #include "controls/forms/Form.h"
 #include "controls/forms/win32/WindowsForms.h"
 #include "platform/Workstation.h"
-#include "platform/win32/Variant.h"
 
 namespace kavidex::host {
-
-using platform::win32::FromWide;
 
 namespace {
 
@@ -87,26 +82,9 @@ bool AskConnection(HWND owner, std::string& database, std::string& store) {
 }
 
 std::vector<std::string> ChooseFiles(HWND owner) {
-    std::wstring names(64 * 1024, L'\0');
-    OPENFILENAMEW choice{};
-    choice.lStructSize = sizeof choice;
-    choice.hwndOwner = owner;
-    choice.lpstrFile = names.data();
-    choice.nMaxFile = static_cast<DWORD>(names.size());
-    choice.lpstrTitle = L"Add files";
-    choice.lpstrFilter = L"All files\0*.*\0";
-    // NOCHANGEDIR: the dialog would leave the program in another folder.
-    choice.Flags = OFN_ALLOWMULTISELECT | OFN_EXPLORER | OFN_FILEMUSTEXIST | OFN_NOCHANGEDIR |
-                   OFN_HIDEREADONLY;
-    if (!GetOpenFileNameW(&choice)) return {};
-    // One full path, or the folder and the names in it, each ended by a zero.
-    std::vector<std::string> parts;
-    for (const wchar_t* part = names.c_str(); *part; part += wcslen(part) + 1)
-        parts.push_back(FromWide(part));
-    if (parts.size() == 1) return parts;
-    std::vector<std::string> files;
-    for (std::size_t i = 1; i < parts.size(); ++i) files.push_back(parts[0] + "\\" + parts[i]);
-    return files;
+    controls::forms::win32::WindowsForms forms(platform::TheWorkstation(),
+                                               [owner] { return owner; });
+    return forms.ChooseFiles("Add files", {});
 }
 
 } // namespace kavidex::host

@@ -88,9 +88,9 @@ LRESULT HostWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
             CreateWindowExW(0, STATUSCLASSNAMEW, L"", WS_CHILD | WS_VISIBLE | SBARS_SIZEGRIP, 0, 0,
                             0, 0, lclWindow, nullptr, GetModuleHandleW(nullptr), nullptr);
         return 0;
-    case startMessage: Start(); return 0;
+    case startMessage:
+    case WM_COMMAND: Work(message, wparam); return 0;
     case WM_SIZE: Arrange(); return 0;
-    case WM_COMMAND: Command(LOWORD(wparam)); return 0;
     case WM_ACTIVATE: lclActive = LOWORD(wparam) != WA_INACTIVE; break;
     case WM_SETFOCUS:
         if (lclSite) lclSite->Focus();
@@ -98,9 +98,9 @@ LRESULT HostWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
     case WM_TIMER:
         if (wparam == closeTimer &&
             GetFileAttributesW(ToWide(lclOptions.closeWhen).c_str()) != INVALID_FILE_ATTRIBUTES)
-            DestroyWindow(lclWindow);
+            Close();
         return 0;
-    case WM_CLOSE: DestroyWindow(lclWindow); return 0;
+    case WM_CLOSE: Close(); return 0;
     case WM_DESTROY:
         if (lclSession) lclSession->CloseDossier();
         lclSession.reset();
@@ -110,6 +110,26 @@ LRESULT HostWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
     default: break;
     }
     return DefWindowProcW(lclWindow, message, wparam, lparam);
+}
+
+// Long work of the control lets messages through: a second command waits for no one and is dropped,
+// and the frame does not go from under a call that is not back yet.
+void HostWindow::Work(UINT message, WPARAM wparam) {
+    if (lclWorking > 0 && !(message == WM_COMMAND && LOWORD(wparam) == ID_EXIT)) return;
+    ++lclWorking;
+    const std::unique_ptr<HostWindow, void (*)(HostWindow*)> back(this, [](HostWindow* self) {
+        if (--self->lclWorking == 0 && self->lclCloseAsked)
+            PostMessageW(self->lclWindow, WM_CLOSE, 0, 0);
+    });
+    if (message == startMessage)
+        Start();
+    else
+        Command(LOWORD(wparam));
+}
+
+void HostWindow::Close() {
+    lclCloseAsked = true;
+    if (lclWorking == 0) DestroyWindow(lclWindow);
 }
 
 void HostWindow::Start() {
@@ -167,7 +187,7 @@ void HostWindow::Command(int id) {
         Say(noDossier);
         break;
     case ID_CONNECTION: AskConnection(); break;
-    case ID_EXIT: DestroyWindow(lclWindow); break;
+    case ID_EXIT: Close(); break;
     default: break;
     }
 }

@@ -26,6 +26,8 @@ private:
     void Start();
     void Arrange();
     void Command(int id);
+    void Work(UINT message, WPARAM wparam);
+    void Close();
     void AskDossier();
     void AskFiles();
     void AskConnection();
@@ -43,6 +45,8 @@ private:
     std::unique_ptr<Session> lclSession;
     long lclFolder = 0; // the folder selected last; 0: the top
     bool lclActive = false;
+    int lclWorking = 0;         // calls of the control that are not back yet
+    bool lclCloseAsked = false; // meanwhile
     int lclExitCode = 0;
 };
 

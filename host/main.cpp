@@ -5,8 +5,9 @@
 #include <ole2.h>
 #include <shellapi.h>
 
+#include <stdexcept>
+
 #include "host/HostWindow.h"
-#include "platform/Error.h"
 #include "platform/win32/Variant.h"
 
 using namespace kavidex;
@@ -22,8 +23,28 @@ std::vector<std::string> Words() {
     return result;
 }
 
+// Where Kavidex.manifest lies beside this program, its classes are taken from there: nothing needs
+// to be registered. Elsewhere those of the registry are used. Holds until the program ends.
+void UseLibraryBeside() {
+    wchar_t path[MAX_PATH];
+    const DWORD length = GetModuleFileNameW(nullptr, path, MAX_PATH);
+    if (length == 0 || length == MAX_PATH) return;
+    std::wstring folder(path, length);
+    folder.erase(folder.find_last_of(L'\\') + 1);
+    const std::wstring manifest = folder + L"Kavidex.manifest";
+    if (GetFileAttributesW(manifest.c_str()) == INVALID_FILE_ATTRIBUTES) return;
+    ACTCTXW context{};
+    context.cbSize = sizeof context;
+    context.lpSource = manifest.c_str();
+    const HANDLE made = CreateActCtxW(&context);
+    ULONG_PTR cookie = 0;
+    if (made == INVALID_HANDLE_VALUE || !ActivateActCtx(made, &cookie))
+        throw std::runtime_error("Kavidex.manifest beside this program cannot be used.");
+}
+
 int Run() {
     try {
+        UseLibraryBeside();
         return host::HostWindow(host::ParseOptions(Words())).Run();
     } catch (const std::exception& error) {
         MessageBoxW(nullptr, platform::win32::ToWide(error.what()).c_str(), L"kavidex-host",

@@ -14,7 +14,7 @@ native=(build-essential cmake ninja-build ccache pkg-config dpkg-dev tcl
         unixodbc-dev odbc-mariadb mariadb-server
         libtiff-dev libjpeg62-turbo-dev zlib1g-dev nasm python3-pip
         imagemagick libtiff-tools qpdf poppler-utils ghostscript)
-cross=(g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev libz-mingw-w64-dev)
+cross=(g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev libz-mingw-w64-dev nsis)
 desktop=(xvfb xauth x11-utils openbox xdotool fonts-wine fonts-liberation)
 wine=(wine wine32:i386)
 # What Windows programs under Wine reach MariaDB by. Installed, the first would displace the native

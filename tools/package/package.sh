@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# Makes what is handed out from a built tree: a zip, and an installer for the current user.
+#   tools/package/package.sh BIN OUT    BIN: the folder of Kavidex.ocx; OUT: where the two files go
+set -euo pipefail
+here=$(cd "$(dirname "$0")/../.." && pwd)
+bin=$(realpath "$1") out=$(realpath -m "$2")
+version=$(sed -n 's/^project(Kavidex VERSION \([0-9.]*\).*/\1/p' "$here/CMakeLists.txt")
+name=kavidex-$version
+stage=$out/$name
+[ -n "$version" ] || { echo "package: no version in CMakeLists.txt" >&2; exit 1; }
+
+rm -rf "$stage" "$out/$name.zip" "$out/$name-setup.exe"
+mkdir -p "$stage/licenses"
+
+# The library and its programs, without what only a debugger wants.
+for file in Kavidex.ocx kavidex-check.exe kavidex-host.exe; do
+  i686-w64-mingw32-strip -o "$stage/$file" "$bin/$file"
+done
+cp "$bin/../com/kavidex.tlb" "$stage/Kavidex.tlb"
+[ ! -f "$bin/pdfium.dll" ] || cp "$bin/pdfium.dll" "$stage/"
+windows() { printf 'Z:%s' "$(realpath -m "$1" | tr / '\\\\')"; }
+"$here/tools/wine.sh" run regsvr32 /s /n /i:manifest "$(windows "$stage/Kavidex.ocx")"
+[ -s "$stage/Kavidex.manifest" ] || { echo "package: the library wrote no manifest" >&2; exit 1; }
+cp -r "$here/docs" "$here/examples" "$stage/"
+rm -f "$stage/examples/CMakeLists.txt"
+cp "$here/README.md" "$here/CHANGELOG.md" "$here/NOTICES.md" "$stage/"
+cp "$here/LICENSE" "$stage/LICENSE.txt"
+
+# The notices of what is linked in, as Debian keeps them beside the same sources.
+for package in libsqlite3-dev libtiff-dev libjpeg62-turbo-dev zlib1g-dev g++-mingw-w64-i686-posix mingw-w64-i686-dev; do
+  cp "/usr/share/doc/$package/copyright" "$stage/licenses/$package.txt"
+done
+if [ -f "$stage/pdfium.dll" ]; then
+  mkdir "$stage/licenses/pdfium"
+  cp -r "$here"/build/deps/pdfium/win32/licenses/. "$stage/licenses/pdfium/"
+fi
+
+( cd "$out" && python3 -m zipfile -c "$name.zip" "$name" )
+makensis -V2 -INPUTCHARSET UTF8 -DVERSION="$version" -DSTAGE="$stage" -DOUTFILE="$out/$name-setup.exe" \
+  "$here/tools/package/kavidex.nsi"
+ls -l "$out/$name.zip" "$out/$name-setup.exe"
