@@ -95,9 +95,8 @@ FilingReport Filer::File(const ItemPtr& folder, std::vector<IntakeEntry> entries
             operation.Step(total, total);
     } catch (const std::exception& error) {
         lclSite.Machine().log.Write("AddFiles", error.what());
-        all(addFiles::notFiled, [&](const std::string& file) {
-            return lclSite.Text("$%$: niet opgeslagen", {file});
-        });
+        all(addFiles::notFiled,
+            [&](const std::string& file) { return lclSite.Text("$%$: niet opgeslagen", {file}); });
     }
     operation.End(); // before what is left to tell
     try {

@@ -54,9 +54,9 @@ constexpr Layer unknown[] = {
 };
 
 constexpr NamedPicture rows[] = {
-    {"closedtab", closedTab}, {"opentab", openTab},           {"attachtment", note},
-    {"Close", closedTab},     {"Open", openTab},
-    {"Users", users},         {"SelectedUser", selectedUser}, {"unknown", unknown},
+    {"closedtab", closedTab},       {"opentab", openTab}, {"attachtment", note},
+    {"Close", closedTab},           {"Open", openTab},    {"Users", users},
+    {"SelectedUser", selectedUser}, {"unknown", unknown},
 };
 
 } // namespace

@@ -127,6 +127,7 @@ public:
 
     bool HasBrowserEngine() override { return win32::HasBrowserEngine(); }
     bool BrowserShows(std::string_view mimeType) override { return win32::BrowserShows(mimeType); }
+
 private:
     static void Execute(const wchar_t* verb, std::string_view action, std::string_view path) {
         const std::wstring wide = ToWide(path);

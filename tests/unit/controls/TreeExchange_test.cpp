@@ -226,7 +226,7 @@ TEST_F(TreeExchange, ADragOffersCopiesUnderTheirNamesToWhoeverMaySeeThem) {
     tree.Drag(letters);
     EXPECT_EQ(window.dragAllowed, 0) << "an empty folder holds nothing to copy";
     for (int i = 0; i < 60; ++i)
-        tree.Tree()->AddChildItem(0, "txt", nullptr, 1, "d" + std::to_string(i), letters);
+        tree.Tree()->AddChildItem(0, "txt", nullptr, 99999, "d" + std::to_string(i), letters);
     tree.Refresh();
     tree.Drag(letters);
     EXPECT_TRUE(!offered.hasFiles && offered.virtualFiles.size() == 60)

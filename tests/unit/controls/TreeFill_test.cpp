@@ -25,6 +25,7 @@ TEST_F(TreeTest, ALongFillShowsTheBusyDialogAndLetsTheHostIn) {
         tree.SetShowParentsOnly(true); // fills once more, from the beginning
         EXPECT_EQ(tree.AddTab("nu", root), nullptr) << "what is being shown stays as it is";
     };
+    machine.busy.shown.clear(); // of the upgrade
     tree.AttachWindow(&window);
     EXPECT_EQ(machine.busy.shown.size(), 1U);
     EXPECT_FALSE(machine.busy.open);

@@ -46,9 +46,10 @@ struct Intake : Binder {
         machine.messages.shown.clear();
         binder->MenuChosen({entry, 0, {}});
     }
-    std::string Stored(const ItemPtr& item) {
-        return machine.files.ReadAll(binder->Viewer().FileOf(item).path);
+    std::string FileOf(const ItemPtr& item) {
+        return model::FindDocumentFile(machine, binder->DbConnection(), *item).path;
     }
+    std::string Stored(const ItemPtr& item) { return machine.files.ReadAll(FileOf(item)); }
     std::size_t OurTemporaryFiles() {
         return machine.files.List(temporary, "20261115 1405*", false).size();
     }
@@ -119,9 +120,7 @@ TEST_F(Intake, SplitsADocumentAndDeletesItOnlyAfterItsPagesAreFiled) {
     ASSERT_NE(Item("scan (pagina 3)"), nullptr);
     EXPECT_EQ(Item("scan (pagina 3)")->ItemType(), "tif");
     EXPECT_EQ(Stored(Item("scan (pagina 2)")).find("bb") != std::string::npos, true);
-    EXPECT_EQ(
-        imaging::CountPages(machine.files, binder->Viewer().FileOf(Item("scan (pagina 2)")).path),
-        1);
+    EXPECT_EQ(imaging::CountPages(machine.files, FileOf(Item("scan (pagina 2)"))), 1);
     EXPECT_EQ(OurTemporaryFiles(), 0U);
 }
 
@@ -145,7 +144,7 @@ TEST_F(Intake, StaplesInTheOrderOfTheTreeAndLeavesOutWhatIsNoImage) {
     Choose("withdel");
     EXPECT_TRUE(Told("Niet geniet: \r\nbrief"));
     EXPECT_EQ(Outline(), "brief|pdf\nstuk|tif\neen (geniet)|tif\neen|tif\n");
-    imaging::PageFile stapled(machine.files, binder->Viewer().FileOf(Item("een")).path);
+    imaging::PageFile stapled(machine.files, FileOf(Item("een")));
     ASSERT_EQ(stapled.Count(), 3);
     EXPECT_EQ(Stored(Item("een")), Stored(Item("een (geniet)")));
     EXPECT_EQ(stapled.Decode(3).Row(0)[0], 'c') << "een stands before twee in the tree";

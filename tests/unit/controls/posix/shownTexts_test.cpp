@@ -167,14 +167,14 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
         {"row.caption", {}},
         {"lclField.Row().caption", {}},
         {"lclColumns[i].caption", {}},
-        {"title", titles},       // of factTitles
         {"names[i]", {}},
         {"names[position]", {}}, // the user's own, or Text("Nieuwe map") and its like
         {"caption", {}},         // handed on by ShowError
         {"row", {}},             // of a list: its content
         {"pages", {}},           // a number, asked of a printer
         {"lclOrder[row]", {}},
-        {"text", {}}, // handed on by Tell and by the translation of the data layer
+        {"std::string question", {}}, // of the intake's sites, which translate theirs
+        {"text", {}},                 // handed on by Tell and by the translation of the data layer
     };
     std::map<std::string, Texts> shared = texts; // of what the controls' common rooms translate
     for (const char* table : {"Column(column).caption", "other ? row.checkedTooltip : row.tooltip"})

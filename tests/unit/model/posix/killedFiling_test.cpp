@@ -100,10 +100,9 @@ protected:
 
     void File(const std::string& source, int databaseStep, int fileStep) {
         DyingFiles files(platform::TheWorkstation().files, fileStep);
-        const platform::Workstation workstation{machine.registry, files,         machine.clock,
-                                                machine.user,     machine.guids, machine.messages,
-                                                machine.busy,     machine.shell, machine.log,
-                                                machine.clipboard};
+        const platform::Workstation workstation{
+            machine.registry, files,        machine.clock, machine.user, machine.guids,
+            machine.messages, machine.busy, machine.shell, machine.log,  machine.clipboard};
         auto own =
             std::make_shared<FaultyConnection>(data::EmbeddedDatabase::Open(ModelDatabase::File()));
         model::clsTree mine(workstation);
