@@ -36,7 +36,7 @@ wine "$(windows "$installed/kavidex-host.exe")" --database "$(windows "$work/kav
   "$(windows "$work/letter.txt")" || fail "the installed host ended with $?"
 grep -q '^ready' "$work/report.txt" || fail "the installed host did not open a dossier: $(cat "$work/report.txt")"
 [ "$(find "$work/store" -name '*.txt' | wc -l)" = 1 ] || fail "the letter was not filed"
-wine "$(windows "$installed/kavidex-check.exe")" "$(windows "$work/kavidex.kdb")" || fail "the installed check tool found something"
+wine "$(windows "$installed/kavidex-db.exe")" check "$(windows "$work/kavidex.kdb")" || fail "the installed check found something"
 
 touch "$installed/mine.txt" # what a user put there stays
 wine "$(windows "$installed/uninst.exe")" /S

@@ -13,7 +13,7 @@ rm -rf "$stage" "$out/$name.zip" "$out/$name-setup.exe"
 mkdir -p "$stage/licenses"
 
 # The library and its programs, without what only a debugger wants.
-for file in Kavidex.ocx kavidex-check.exe kavidex-host.exe; do
+for file in Kavidex.ocx kavidex-db.exe kavidex-host.exe; do
   i686-w64-mingw32-strip -o "$stage/$file" "$bin/$file"
 done
 cp "$bin/../com/kavidex.tlb" "$stage/Kavidex.tlb"
