@@ -202,13 +202,15 @@ private:
         lclOffers.push_back({Wanted(format), std::move(block), {}});
     }
     Offer* Find(const FORMATETC& wanted) {
-        const bool ofOne = wanted.cfFormat == Formats().contents && wanted.lindex >= 0 &&
-                           static_cast<std::size_t>(wanted.lindex) < lclFiles.size();
+        const auto& contents = Formats().contents;
+        const auto fits = [&](const Offer& offer) {
+            if (offer.format.cfFormat != contents || offer.stored.tymed != TYMED_NULL)
+                return offer.format.lindex == wanted.lindex;
+            return wanted.lindex >= 0 && static_cast<std::size_t>(wanted.lindex) < lclFiles.size();
+        };
         for (auto& offer : lclOffers)
             if (offer.format.cfFormat == wanted.cfFormat && (offer.format.tymed & wanted.tymed) &&
-                offer.format.dwAspect == wanted.dwAspect &&
-                (ofOne ||
-                 (offer.format.lindex == wanted.lindex && wanted.cfFormat != Formats().contents)))
+                offer.format.dwAspect == wanted.dwAspect && fits(offer))
                 return &offer;
         return nullptr;
     }
