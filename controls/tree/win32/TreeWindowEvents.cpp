@@ -51,7 +51,7 @@ LRESULT TreeWindowWin32::TreeNotified(NMHDR& header) {
     case TVN_BEGINDRAGW: {
         const auto id = static_cast<std::int32_t>(tree.itemNew.lParam);
         if (!lclLogic.IsCollected(id)) TreeView_SelectItem(lclTree, tree.itemNew.hItem);
-        lclLogic.Drag(id);
+        DragSoon(id);
         return 0;
     }
     case TVN_KEYDOWN: {

@@ -15,7 +15,7 @@ namespace kavidex::controls::win32 {
 namespace {
 
 constexpr int labelId = 1, treeId = 2, gridId = 3, switchId = 4;
-constexpr UINT checkMessage = WM_APP, wakeMessage = WM_APP + 1;
+constexpr UINT checkMessage = WM_APP, wakeMessage = WM_APP + 1, dragMessage = WM_APP + 2;
 
 } // namespace
 
@@ -95,6 +95,11 @@ void TreeWindowWin32::SwitchTyped() {
     lclLogic.SwitchTyped(platform::win32::FromWide({text, static_cast<std::size_t>(length)}));
 }
 
+// Out of the notification: the tree view still uses the item afterwards, which a drop may delete.
+void TreeWindowWin32::DragSoon(std::int32_t id) {
+    PostMessageW(lclWindow, dragMessage, static_cast<WPARAM>(id), 0);
+}
+
 void TreeWindowWin32::WakeSoon() { PostMessageW(lclWindow, wakeMessage, 0, 0); }
 
 // What the tree or the list uses is handed to it here; all else is the host's.
@@ -157,6 +162,10 @@ LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         return 0;
     case checkMessage: ReportCheck(reinterpret_cast<HTREEITEM>(l)); return 0;
     case wakeMessage: lclLogic.Woken(); return 0;
+    case dragMessage:
+        TreeView_SelectDropTarget(lclTree, nullptr); // some systems mark what a drag starts from
+        lclLogic.Drag(static_cast<std::int32_t>(w));
+        return 0;
     case WM_SETTINGCHANGE:
     case WM_SYSCOLORCHANGE:
     case WM_THEMECHANGED:

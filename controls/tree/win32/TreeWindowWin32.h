@@ -73,6 +73,7 @@ public:
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
 
 private:
+    void DragSoon(std::int32_t id);
     static LRESULT CALLBACK TreeProcedure(HWND window, UINT message, WPARAM w, LPARAM l);
     static LRESULT CALLBACK GridProcedure(HWND window, UINT message, WPARAM w, LPARAM l,
                                           UINT_PTR id, DWORD_PTR self);
