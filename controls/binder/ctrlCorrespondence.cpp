@@ -76,7 +76,10 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
       lclSplitPanel(std::make_unique<ctlSplitPanel>()) {
     lclTree->Serve(lclLock, [this] { return DossierKey(); });
     data::ConnectionListeners listeners;
-    listeners.leaving = [this] { Guarded("DbConnection", [&] { EndDossier(); }); };
+    listeners.leaving = [this] {
+        Begin();
+        Guarded("DbConnection", [&] { EndDossier(); });
+    };
     listeners.changed = [this] { PropertyChanged.Raise("DbConnection"); };
     listeners.handOver = [this](const data::ConnectionPtr& given) { ConnectionHandedOver(given); };
     listeners.ready = [this](const data::ConnectionPtr&) {
@@ -118,7 +121,12 @@ ctrlCorrespondence::~ctrlCorrespondence() {
 template <class Type>
 void ctrlCorrespondence::Report(Type BinderProperties::*member) const {
     if (const auto* row = FindProperty(BinderPropertyTable(), member))
-        PropertyChanged.Raise(row->ReportedAs());
+        return PropertyChanged.Raise(row->ReportedAs());
+    // Those that are not saved.
+    if (PropertyMember(member) == PropertyMember(&P::EmailAddress))
+        PropertyChanged.Raise("EmailAddress");
+    if (PropertyMember(member) == PropertyMember(&P::ShowDescriptionsInToolTip))
+        PropertyChanged.Raise("ShowDescriptionsInToolTip");
 }
 
 template <class Type>
@@ -126,7 +134,7 @@ void ctrlCorrespondence::Change(Type BinderProperties::*member, const Type& valu
     if (const auto* row = FindProperty(BinderPropertyTable(), member)) CheckValue(*row, value);
     lclState.*member = value;
     Report(member);
-    TakeEffect();
+    TakeEffect(PropertyMember(member));
 }
 
 template void ctrlCorrespondence::Report(std::int16_t BinderProperties::*) const;
@@ -135,20 +143,32 @@ template void ctrlCorrespondence::Change(std::int16_t BinderProperties::*, const
 template void ctrlCorrespondence::Change(std::int32_t BinderProperties::*, const std::int32_t&);
 template void ctrlCorrespondence::Change(std::string BinderProperties::*, const std::string&);
 
-void ctrlCorrespondence::TakeEffect() {
+void ctrlCorrespondence::TakeEffect(const std::optional<PropertyMember>& changed) {
+    const auto touches = [&](auto... members) {
+        return !changed || ((*changed == PropertyMember(members)) || ...);
+    };
     lclState.ShowCheckList = platform::Trim(lclState.ShowCheckList);
     if (lclOwnTranslator &&
         static_cast<std::int32_t>(lclOwnTranslator->CurrentLanguage()) != lclState.Language) {
         lclOwnTranslator->SetLanguage(static_cast<controls::Language>(lclState.Language));
         HandDownTranslator();
     }
-    PassOnToTree();
+    PassOnToTree(); // which acts on what is new
+    if (touches(&P::BackColor, &P::ForeColor, &P::Enabled, &P::ColWidth)) PassOnToViewer();
+    if (touches(&P::ShowTreeOnly, &P::ShowCheckList))
+        ApplyLayout();
+    else if (touches(&P::AllowSettings, &P::ShowAddButton))
+        ToolbarChanged();
+    if (lclWindow &&
+        touches(&P::BackColor, &P::ForeColor, &P::Enabled, &P::BackStyle, &P::BorderStyle))
+        lclWindow->AppearanceChanged();
+}
+
+void ctrlCorrespondence::PassOnToViewer() {
     lclViewer->SetBackColor(lclState.BackColor);
     lclViewer->SetForeColor(lclState.ForeColor);
     lclViewer->SetEnabled(lclState.Enabled);
     lclViewer->SetColWidth(lclState.ColWidth);
-    ApplyLayout();
-    if (lclWindow) lclWindow->AppearanceChanged();
 }
 
 void ctrlCorrespondence::PassOnToTree() {
@@ -172,8 +192,11 @@ void ctrlCorrespondence::SetExternalId(const std::string& key) {
 }
 
 void ctrlCorrespondence::LoadProperties(PropertyBag& bag) {
+    Begin();
     if (Id() != 0) EndDossier();
+    const bool owned = lclState.DbOpened;
     controls::LoadProperties(BinderPropertyTable(), lclState, bag);
+    if (DbConnection()) lclState.DbOpened = owned; // the bag speaks of the connection of then
     lclAssignment->SetTemplatePath(lclState.TemplatePath);
     TakeEffect();
     LookUpKey(lclState.Id);

@@ -148,7 +148,7 @@ public:
     std::int32_t DbOpenConnection();
 
     // 0; -1 key look-up, -2 new key row, -3 new tree, -4 new dossier row, -5 saving it, -6 dossier
-    // rows of a known key.
+    // rows of a known key, or the host opened another dossier while this one was being opened.
     std::int32_t OpenOrCreate(std::string_view prmExternalId, std::string_view prmDescription,
                               std::string_view prmListOfDefaultTabs,
                               std::string_view prmOldExternalId,
@@ -175,7 +175,9 @@ public:
     std::int32_t ContainsDocuments(std::string_view prmType) const; // empty: of every type
     // The number of documents copied, below 0 when one of them or the folder failed.
     std::int32_t ExportFiles(std::string_view prmDirectory);
-    // Copies the documents of the selected items into a temporary folder; the copies' full names.
+    // Copies the documents of the selected items, with all in selected folders, into a temporary
+    // folder; the copies' full names. With `Merge` images and PDF files become one PDF file, the
+    // first of them; `AddDescriptionPage` begins it with a page that tells what there is.
     std::vector<std::string> ExportSelectedFiles(bool Merge, bool AddDescriptionPage);
 
     // 0; looks for documents that wait in the scan queue under that key.
@@ -239,8 +241,11 @@ private:
     void Change(Type BinderProperties::*member, const Type& value);
     template <class Type>
     void Report(Type BinderProperties::*member) const;
-    void TakeEffect();
+    // Of one property; null: of all.
+    using PropertyMember = Property<BinderProperties>::Member;
+    void TakeEffect(const std::optional<PropertyMember>& changed = std::nullopt);
     void PassOnToTree();
+    void PassOnToViewer();
 
     void SubscribeToChildren();
     void SelectItem(std::int32_t id);
@@ -260,7 +265,11 @@ private:
     std::int32_t LeaveDossier();
     std::int32_t EndDossier(); // the same, and nothing is open afterwards
     void ShowTree(std::int32_t id);
-    bool MakeTree(std::string_view description, std::string_view tabs);
+    void ShowMade(const std::shared_ptr<model::clsTree>& tree);
+    // Opening and leaving a dossier lets the host in, which may open or close another one
+    // meanwhile: the last call counts, and those before end where they are.
+    std::uint32_t Begin() { return ++lclTurn; }
+    bool Overtaken(std::uint32_t turn) const { return turn != lclTurn; }
     void TakeKey(std::string_view key);
     void LookUpKey(std::int32_t tree); // what cannot be read is asked again when it is needed
     void ReadKey(std::int32_t tree);
@@ -279,6 +288,7 @@ private:
     std::int32_t FindOrCreate(std::string_view externalId, std::string_view description,
                               std::string_view tabs, std::string_view oldExternalId,
                               std::int32_t& step);
+    std::int32_t WasOvertaken(std::string_view key) const;
     std::int32_t CreateDossier(std::int32_t dossierId, std::string_view description,
                                std::string_view tabs, std::int32_t& step);
     std::string DefaultTabs(std::string_view listOfTabs) const;
@@ -286,6 +296,7 @@ private:
     void ImportBacklog();
 
     std::shared_ptr<model::clsItem> SelectedFolder() const;
+    void TellNotExported(const std::vector<std::string>& descriptions) const;
 
     void ApplyLayout();
     void ToolbarChanged();
@@ -303,7 +314,8 @@ private:
     std::shared_ptr<OwnTranslator> lclOwnTranslator; // null while the host's is in use
     std::shared_ptr<model::clsUserAuth> lclUserAuth;
     GrantedRights lclRights;
-    bool lclKeyKnown = true; // else the database could not be asked yet for the open tree's key
+    bool lclKeyKnown = true;   // else the database could not be asked yet for the open tree's key
+    std::uint32_t lclTurn = 0; // counts the calls that open or leave a dossier
     std::string lclQueueExternalId; // the host's; empty: the open dossier's key
     OperationLock lclLock;
 

@@ -1,10 +1,15 @@
 // Counting the dossier's documents and copying them out of the store.
+#include <unordered_set>
+
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
-#include "controls/common/CopyOut.h"
+#include "controls/common/MergeOut.h"
+#include "controls/lists/DocumentRows.h"
 #include "controls/tree/ctrlTree.h"
 #include "model/clsItem.h"
-#include "platform/Error.h"
+#include "model/clsTree.h"
+#include "platform/Clock.h"
 #include "platform/Files.h"
+#include "platform/Messages.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
 
@@ -12,12 +17,34 @@ namespace kavidex::controls {
 
 namespace {
 
-constexpr std::int32_t notImplemented = static_cast<std::int32_t>(0x80004001);
+// In the order of the tree; with a folder goes all that lies below it.
+std::vector<ItemPtr> DocumentsOf(const ctrlTree& tree) {
+    std::unordered_set<std::int32_t> wanted;
+    for (const auto& item : tree.SelectedItems()) wanted.insert(item->Id());
+    std::vector<ItemPtr> documents;
+    for (const auto& item : tree.AllItems()) {
+        const auto parent = tree.GetParent(item->Id());
+        const bool taken = wanted.contains(item->Id()) || (parent && wanted.contains(parent->Id()));
+        if (!taken) continue;
+        wanted.insert(item->Id());
+        if (!item->AllowChildren()) documents.push_back(item);
+    }
+    return documents;
+}
 
 } // namespace
 
 std::int32_t ctrlCorrespondence::ContainsDocuments(std::string_view prmType) const {
     return Usable() ? lclTree->CountDocuments(prmType) : 0;
+}
+
+void ctrlCorrespondence::TellNotExported(const std::vector<std::string>& descriptions) const {
+    if (descriptions.empty()) return;
+    std::string lines;
+    for (const auto& description : descriptions) lines += "\r\n" + description;
+    lclWorkstation.messages.Show({Text("Niet geëxporteerd: $%$", {lines}),
+                                  Text("Export waarschuwing"), platform::Buttons::Ok,
+                                  platform::Icon::Exclamation});
 }
 
 std::int32_t ctrlCorrespondence::ExportFiles(std::string_view prmDirectory) {
@@ -28,24 +55,40 @@ std::int32_t ctrlCorrespondence::ExportFiles(std::string_view prmDirectory) {
         const auto copied =
             CopyOut(lclWorkstation, DbConnection(), lclLock, TranslationBy(lclTranslator),
                     lclTree->AllItems(), prmDirectory);
-        result = copied.failures == 0 ? static_cast<std::int32_t>(copied.files.size())
-                                      : -copied.failures;
+        result = copied.failed.empty() ? static_cast<std::int32_t>(copied.files.size())
+                                       : -static_cast<std::int32_t>(copied.failed.size());
+        TellNotExported(copied.failed);
     });
     return result;
 }
 
 std::vector<std::string> ctrlCorrespondence::ExportSelectedFiles(bool Merge,
                                                                  bool AddDescriptionPage) {
-    if (Merge || AddDescriptionPage)
-        throw platform::Error(notImplemented,
-                              "Merging and description pages need the image component",
-                              "ctrlCorrespondence");
     std::vector<std::string> copies;
     Guarded("ExportSelectedFiles", [&] {
-        if (!Usable()) return;
-        copies = CopyOut(lclWorkstation, DbConnection(), lclLock, TranslationBy(lclTranslator),
-                         lclTree->SelectedItems(), MakeCopyFolder(lclWorkstation))
-                     .files;
+        if (!Usable() || !lclTree->Tree()) return;
+        MergeOrder order;
+        order.documents = DocumentsOf(*lclTree);
+        order.merge = Merge;
+        order.descriptionPage = AddDescriptionPage;
+        order.marks = HasRight("ViewAnnotations");
+        order.title = platform::Trim(lclTree->Tree()->Description());
+        if (order.title.empty()) order.title = Text("Dossier");
+        const auto now = lclWorkstation.clock.Now();
+        order.heading = {lclState.ExternalId,
+                         InsertMoment(platform::DateNumber(now), platform::TimeNumber(now))};
+        order.place = [&](const model::clsItem& item) {
+            const auto parent = lclTree->GetParent(item.Id());
+            return parent ? lclTree->NodeFullPath(parent->Id()) : std::string();
+        };
+        const auto folder = MakeCopyFolder(lclWorkstation);
+        const auto copied = Merge || AddDescriptionPage
+                                ? MergeOut(lclWorkstation, DbConnection(), lclLock,
+                                           TranslationBy(lclTranslator), order, folder)
+                                : CopyOut(lclWorkstation, DbConnection(), lclLock,
+                                          TranslationBy(lclTranslator), order.documents, folder);
+        copies = copied.files;
+        TellNotExported(copied.failed);
     });
     return copies;
 }

@@ -15,6 +15,7 @@
 #include "model/clsDossier.h"
 #include "model/clsDossierDbRelations.h"
 #include "model/clsItem.h"
+#include "model/clsTree.h"
 #include "model/clsUserAuth.h"
 #include "model/filing.h"
 #include "platform/Error.h"
@@ -105,17 +106,21 @@ std::int32_t ctrlCorrespondence::DbOpenConnection() {
 std::int32_t ctrlCorrespondence::Id() const { return lclTree->TreeId(); }
 
 void ctrlCorrespondence::SetId(std::int32_t id) {
+    const auto turn = Begin();
     if (id != Id()) {
         LeaveDossier();
+        if (Overtaken(turn)) return;
         LookUpKey(id);
     }
     ShowTree(id);
-    if (id != 0) ImportBacklog();
+    if (id != 0 && !Overtaken(turn)) ImportBacklog();
 }
 
 void ctrlCorrespondence::ShowTree(std::int32_t id) {
+    const auto turn = lclTurn;
     EmptyViewers();
     lclTree->SetTreeId(id);
+    if (Overtaken(turn)) return;
     lclState.Id = id;
     PropertyChanged.Raise("Id");
     if (id != 0) RestoreSelection();
@@ -170,12 +175,16 @@ bool ctrlCorrespondence::Usable() const { return Id() != 0 && DbConnection() != 
 
 bool ctrlCorrespondence::CreateNew(std::string_view prmDescription,
                                    std::string_view prmListOfDefaultTabs) {
+    const auto turn = Begin();
     const std::string key = lclState.ExternalId;
     const bool known = lclKeyKnown;
     LeaveDossier();
+    if (Overtaken(turn)) return false;
     lclKeyKnown = true; // nobody has given the new tree a key but the host
-    if (MakeTree(prmDescription, prmListOfDefaultTabs)) {
-        ImportBacklog();
+    EmptyViewers();
+    if (const auto tree = lclTree->CreateTree(prmDescription, prmListOfDefaultTabs)) {
+        ShowMade(tree);
+        if (!Overtaken(turn)) ImportBacklog();
         return true;
     }
     TakeKey(key); // of the dossier that is still open
@@ -183,15 +192,13 @@ bool ctrlCorrespondence::CreateNew(std::string_view prmDescription,
     return false;
 }
 
-bool ctrlCorrespondence::MakeTree(std::string_view description, std::string_view tabs) {
-    EmptyViewers();
-    const bool created = lclTree->CreateNew(description, tabs);
-    if (created) {
-        lclState.Id = Id();
-        PropertyChanged.Raise("Id");
-    }
+void ctrlCorrespondence::ShowMade(const std::shared_ptr<model::clsTree>& tree) {
+    const auto turn = lclTurn;
+    lclTree->ShowNew(tree);
+    if (Overtaken(turn)) return;
+    lclState.Id = Id();
+    PropertyChanged.Raise("Id");
     ToolbarChanged();
-    return created;
 }
 
 std::string ctrlCorrespondence::DefaultTabs(std::string_view listOfTabs) const {
@@ -206,18 +213,22 @@ std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
                                               std::string_view prmOldExternalId,
                                               std::string_view prmExIdForBacklogAndQueue) {
     if (!prmExIdForBacklogAndQueue.empty()) lclQueueExternalId = prmExIdForBacklogAndQueue;
+    const auto turn = Begin();
     EndDossier();
     const auto tabs = DefaultTabs(prmListOfDefaultTabs);
-    if (!DbConnection() && !lclState.DbProvider.empty() && !lclState.DbPath.empty())
+    if (!Overtaken(turn) && !DbConnection() && !lclState.DbProvider.empty() &&
+        !lclState.DbPath.empty())
         DbOpenConnection(); // closed by CloseObject, or restored from the host's bag
 
     std::int32_t result = -1, step = -1;
     try {
-        result = FindOrCreate(prmExternalId, prmDescription, tabs, prmOldExternalId, step);
+        if (!Overtaken(turn))
+            result = FindOrCreate(prmExternalId, prmDescription, tabs, prmOldExternalId, step);
     } catch (const std::exception& error) {
         ReportError("OpenOrCreate", error);
         result = step;
     }
+    if (Overtaken(turn)) return WasOvertaken(prmExternalId);
     if (result != 0) {
         if (Id() != 0) EndDossier();
         TakeKey({});
@@ -225,8 +236,15 @@ std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
     }
     ApplyLayout();
     ImportBacklog();
-    fncCheckDocumentQueue({});
-    return 0;
+    if (!Overtaken(turn)) fncCheckDocumentQueue({});
+    return Overtaken(turn) ? WasOvertaken(prmExternalId) : 0;
+}
+
+std::int32_t ctrlCorrespondence::WasOvertaken(std::string_view key) const {
+    lclWorkstation.log.Write("OpenOrCreate", std::string(key) +
+                                                 ": another dossier was opened, or this one "
+                                                 "closed, while it was being opened");
+    return -6;
 }
 
 // `step` is the result that an error at this point stands for.
@@ -282,7 +300,8 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
 std::int32_t ctrlCorrespondence::CreateDossier(std::int32_t dossierId, std::string_view description,
                                                std::string_view tabs, std::int32_t& step) {
     step = -3;
-    if (!MakeTree(platform::Trim(description), platform::Trim(tabs))) return -3;
+    const auto tree = lclTree->CreateTree(platform::Trim(description), platform::Trim(tabs));
+    if (!tree) return -3;
     step = -4;
     model::clsDossier dossier(lclWorkstation);
     dossier.SetTranslation(TranslationBy(lclTranslator));
@@ -291,12 +310,15 @@ std::int32_t ctrlCorrespondence::CreateDossier(std::int32_t dossierId, std::stri
     if (!dossier.OpenDataSource()) return -4;
     step = -5;
     dossier.SetDossierType("Correspondence");
-    dossier.SetTreeId(Id());
-    return dossier.SaveNewRow() ? 0 : -5;
+    dossier.SetTreeId(tree->TreeId());
+    if (!dossier.SaveNewRow()) return -5;
+    ShowMade(tree); // what the host does on hearing of it finds a whole dossier
+    return 0;
 }
 
 std::int32_t ctrlCorrespondence::CloseObject() {
     std::int32_t result = addFiles::done;
+    Begin();
     Guarded("CloseObject", [&] {
         result = EndDossier();
         TakeKey({});

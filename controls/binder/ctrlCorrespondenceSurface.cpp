@@ -149,7 +149,9 @@ void ctrlCorrespondence::SelectItem(std::int32_t id) {
 }
 
 void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
+    const auto turn = lclTurn;
     EvItemSelected.Raise(item);
+    if (Overtaken(turn)) return; // the host opened another dossier on hearing of it
     if (lclRights.Unreadable()) WriteSwitches();
     lclIntake->scan.Close();
     Guarded("EvItemSelected", [&] {

@@ -17,10 +17,11 @@ namespace {
 
 constexpr std::size_t longestName = 120; // bytes; leaves room for the folder in 260 characters
 
-// A description as a file name that Windows takes.
-std::string FileNameOf(std::string_view description) {
+} // namespace
+
+std::string OutgoingStem(std::string_view text) {
     std::string name;
-    for (const char c : description) name += platform::CanBeInFileName(c) ? c : ' ';
+    for (const char c : text) name += platform::CanBeInFileName(c) ? c : ' ';
     if (name.size() > longestName) {
         std::size_t end = longestName; // never within a character
         while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0) == 0x80) --end;
@@ -32,10 +33,8 @@ std::string FileNameOf(std::string_view description) {
     return name.empty() ? "document" : name;
 }
 
-} // namespace
-
 std::string OutgoingName(const model::clsItem& item) {
-    return FileNameOf(item.Description()) + "." + platform::Trim(item.ItemType());
+    return OutgoingStem(item.Description()) + "." + platform::Trim(item.ItemType());
 }
 
 // None for what has no file by its nature.
@@ -52,7 +51,7 @@ std::string OutgoingDocuments::CopyInto(std::string_view folder, const model::cl
     auto& files = lclWorkstation.files;
     const auto source = FileOf(item);
     if (!source) return {};
-    const auto stem = platform::JoinPath(folder, FileNameOf(item.Description()));
+    const auto stem = platform::JoinPath(folder, OutgoingStem(item.Description()));
     const auto extension = "." + platform::Extension(*source);
     auto target = stem + extension;
     for (int n = 1; files.FileExists(target) || files.DirectoryExists(target); ++n)
@@ -66,9 +65,11 @@ std::string OutgoingDocuments::Bytes(const model::clsItem& item) {
     return source ? lclWorkstation.files.ReadAll(*source) : std::string();
 }
 
-CopiedOut CopyOut(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
-                  OperationLock& lock, const data::Translation& translation,
-                  std::span<const std::shared_ptr<model::clsItem>> items, std::string_view folder) {
+CopiedOut
+CopyOut(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
+        OperationLock& lock, const data::Translation& translation,
+        std::span<const std::shared_ptr<model::clsItem>> items, std::string_view folder,
+        const std::function<void(const model::clsItem&, const std::string& path)>& heard) {
     OutgoingDocuments documents(workstation, connection);
     CopiedOut copied;
     Operation operation(lock);
@@ -80,16 +81,19 @@ CopiedOut CopyOut(const platform::Workstation& workstation, const data::Connecti
     operation.Show(caption, "", stop);
     int done = 0;
     for (const auto& item : items) {
-        if (!operation.Step(done++, static_cast<int>(items.size()))) break;
+        if (!operation.Step(done++, static_cast<int>(items.size()))) break; // the user stops it
         if (!item->AllowChildren()) operation.Show(caption, item->Description());
         try {
             const auto target = documents.CopyInto(folder, *item);
-            if (!target.empty()) copied.files.push_back(target);
+            if (target.empty()) continue;
+            copied.files.push_back(target);
+            if (heard) heard(*item, target);
         } catch (const platform::Error& error) {
             workstation.log.Write("CopyOut", error.what());
-            ++copied.failures;
+            copied.failed.push_back(item->Description());
         }
     }
+    copied.stopped = operation.Stopped();
     return copied;
 }
 

@@ -1,7 +1,7 @@
 // Copying documents out of the store under the names that users know them by.
 #pragma once
 
-#include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -20,7 +20,9 @@ class clsItem;
 
 namespace kavidex::controls {
 
-// The file name under which an item goes out: its description and its type, as Windows takes it.
+// A text as the name of a file, without an extension, as Windows takes it.
+std::string OutgoingStem(std::string_view text);
+// The file name under which an item goes out: its description and its type.
 std::string OutgoingName(const model::clsItem& item);
 
 // Documents handed out one by one. May outlive whoever asked for them.
@@ -43,15 +45,19 @@ private:
 };
 
 struct CopiedOut {
-    std::vector<std::string> files; // full paths of the copies
-    std::int32_t failures = 0;      // documents left out; each is a line in the log
+    std::vector<std::string> files;  // full paths of the copies
+    std::vector<std::string> failed; // descriptions of those left out; the log tells why
+    bool stopped = false;            // by the user
 };
 
 // Folders and notes in which nothing was written have no file. The busy dialog lets the user stop:
 // what was copied by then stays. Throws platform::Error while another operation runs.
-CopiedOut CopyOut(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
-                  OperationLock& lock, const data::Translation& translation,
-                  std::span<const std::shared_ptr<model::clsItem>> items, std::string_view folder);
+// `copied` hears of each copy.
+CopiedOut
+CopyOut(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
+        OperationLock& lock, const data::Translation& translation,
+        std::span<const std::shared_ptr<model::clsItem>> items, std::string_view folder,
+        const std::function<void(const model::clsItem&, const std::string& path)>& copied = {});
 
 // A fresh folder for such copies among the user's temporary files. Throws platform::Error.
 std::string MakeCopyFolder(const platform::Workstation& workstation);

@@ -135,6 +135,10 @@ public:
     // Writes a new tree with its default folders, without a list those of DossierType, and shows
     // it; false on failure.
     bool CreateNew(std::string_view description, std::string_view listOfDefaultTabs);
+    // The same in two steps: written whole, null on failure, before the host hears of it.
+    std::shared_ptr<model::clsTree> CreateTree(std::string_view description,
+                                               std::string_view listOfDefaultTabs);
+    void ShowNew(const std::shared_ptr<model::clsTree>& tree);
     // Makes the folders that the list names ("a;b;c", or "Dossiertype=" and a type) below the item;
     // the number of folders made, negative on failure.
     std::int32_t fncGetAndCreateTabs(std::string_view listOfTabs, std::int32_t parentId);
@@ -382,6 +386,7 @@ private:
     std::vector<std::int32_t> SelectedIds() const;
 
     std::int32_t MakeTabs(const std::vector<std::string>& names, std::int32_t parentId);
+    void WriteTabs(model::clsTree& tree, const std::vector<std::string>& names) const;
     void CreateInsertItem(int entry);
     ItemPtr CreateNote(std::string_view name, std::int32_t folder);
     bool DeleteItems(const std::vector<std::int32_t>& ids, Deletion* deletion);

@@ -190,8 +190,8 @@ void ctrlTree::CopySpecial() {
         data.hasFiles = true;
         data.files = copied.files;
         lclWorkstation.clipboard.Write(data);
-        if (copied.failures > 0)
-            throw platform::Error(platform::errors::fail, std::to_string(copied.failures) +
+        if (!copied.failed.empty())
+            throw platform::Error(platform::errors::fail, std::to_string(copied.failed.size()) +
                                                               " documents could not be copied.");
     } catch (const std::exception& error) {
         ShowError("Error copying special", {}, error);

@@ -45,7 +45,14 @@ bool CreateRow(model::clsTree& tree, const data::ConnectionPtr& connection,
 } // namespace
 
 bool ctrlTree::CreateNew(std::string_view description, std::string_view listOfDefaultTabs) {
-    bool created = false;
+    const auto tree = CreateTree(description, listOfDefaultTabs);
+    if (tree) ShowNew(tree);
+    return tree != nullptr;
+}
+
+std::shared_ptr<model::clsTree> ctrlTree::CreateTree(std::string_view description,
+                                                     std::string_view listOfDefaultTabs) {
+    std::shared_ptr<model::clsTree> created;
     Guarded("CreateNew", [&] {
         if (!lclConnection) return;
         const bool typed = listOfDefaultTabs.empty() && !lclState.DossierType.empty() &&
@@ -64,16 +71,37 @@ bool ctrlTree::CreateNew(std::string_view description, std::string_view listOfDe
         tree->SetDeleteEnabled(lclState.DeleteEnabled);
         tree->SetUpdateEnabled(lclState.UpdateEnabled);
         if (!CreateRow(*tree, lclConnection, lclWorkstation)) return;
-        ForgetTree();
-        lclTree = std::move(tree);
-        lclState.Description = lclTree->Description();
-        lclState.TreeId = lclTree->TreeId();
-        PropertyChanged.Raise("TreeId");
-        Fill();
-        created = true;
-        if (const auto root = Root()) MakeTabs(tabs, root->Id());
+        created = std::move(tree);
+        WriteTabs(*created, tabs);
     });
     return created;
+}
+
+// A folder that the store refuses is told; the dossier is there without it.
+void ctrlTree::WriteTabs(model::clsTree& tree, const std::vector<std::string>& names) const {
+    int number = 0;
+    for (const auto& name : names)
+        Guarded("Add", [&] {
+            const auto filled = FillTokens(name, lclWorkstation.clock.Now(), number + 1);
+            if (tree.AddChildTab(model::ColumnText(filled), tree.Item()->Id())) ++number;
+        });
+}
+
+void ctrlTree::ShowNew(const std::shared_ptr<model::clsTree>& tree) {
+    Guarded("CreateNew", [&] {
+        ForgetTree();
+        lclTree = tree;
+        lclState.Description = tree->Description();
+        lclState.TreeId = tree->TreeId();
+        PropertyChanged.Raise("TreeId");
+        Fill();
+        if (!Root()) return;
+        std::vector<ItemPtr> made;
+        if (const auto& folders = tree->Item()->ChildCollection())
+            made.assign(folders->Items().begin(), folders->Items().end());
+        for (const auto& folder : made)
+            if (lclTree == tree) EvItemCreated.Raise(Info(folder->Id())); // a host may leave it
+    });
 }
 
 std::int32_t ctrlTree::fncGetAndCreateTabs(std::string_view listOfTabs, std::int32_t parentId) {
