@@ -18,6 +18,8 @@ struct ClassRow {
     const IID* events; // null when it raises none
     DWORD miscStatus;  // OLEMISC flags; 0 for a class without a window
     platform::win32::ComPtr<IDispatch> (*create)();
+    WORD toolboxBitmap = 100; // its picture in a form designer, a resource of kavidex.rc
+    SIZE pixels = {320, 240}; // as it is placed on a form, at 96 dots an inch
 
     bool IsControl() const { return miscStatus != 0; }
 };

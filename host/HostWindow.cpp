@@ -2,7 +2,10 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+
 #include "host/Dialogs.h"
+#include "host/Menu.h"
 #include "host/resources.h"
 #include "platform/Error.h"
 #include "platform/text.h"
@@ -15,7 +18,7 @@ using platform::win32::ToWide;
 namespace {
 
 constexpr wchar_t className[] = L"KavidexHost", title[] = L"Kavidex host";
-constexpr char noDossier[] = "No dossier is open: choose Dossier, Open (Ctrl+O)";
+constexpr char noDossier[] = "No binder is open: choose Binder, Open (Ctrl+O)";
 constexpr UINT startMessage = WM_APP + 1;
 constexpr UINT_PTR closeTimer = 1;
 
@@ -50,7 +53,6 @@ void HostWindow::Create() {
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
     windowClass.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
     windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
-    windowClass.lpszMenuName = MAKEINTRESOURCEW(IDR_MAIN_MENU);
     windowClass.lpszClassName = className;
     RegisterClassExW(&windowClass);
     HDC screen = GetDC(nullptr);
@@ -58,7 +60,7 @@ void HostWindow::Create() {
     ReleaseDC(nullptr, screen);
     lclWindow = CreateWindowExW(0, className, title, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
                                 CW_USEDEFAULT, CW_USEDEFAULT, MulDiv(1000, dpi, 96),
-                                MulDiv(680, dpi, 96), nullptr, nullptr, module, this);
+                                MulDiv(680, dpi, 96), nullptr, MakeMenu(lclLanguage), module, this);
     if (!lclWindow) throw platform::Error(platform::errors::fail, "no window", "kavidex-host");
 }
 
@@ -157,7 +159,7 @@ void HostWindow::Start() {
     lclSite->Open(L"Kavidex.ctrlCorrespondence", client);
     lclSession = std::make_unique<Session>(lclSite->Control());
     Arrange();
-    Say(noDossier);
+    Speak(lclOptions.language.empty() ? 0 : std::stoi(lclOptions.language));
     if (!lclOptions.database.empty()) {
         lclSession->Connect(lclOptions.database, lclOptions.store);
         Report("database " + lclOptions.database);
@@ -184,12 +186,28 @@ void HostWindow::Command(int id) {
     case ID_CLOSE_DOSSIER:
         if (lclSession) lclSession->CloseDossier();
         SetWindowTextW(lclWindow, title);
-        Say(noDossier);
+        Say(Own(noDossier));
         break;
     case ID_CONNECTION: AskConnection(); break;
     case ID_EXIT: Close(); break;
-    default: break;
+    default:
+        if (id >= ID_LANGUAGE && id < ID_LANGUAGE + languages) Speak(id - ID_LANGUAGE);
+        break;
     }
+}
+
+void HostWindow::Speak(int language) {
+    lclLanguage = std::clamp(language, 0, languages - 1);
+    if (lclSession) lclSession->Speak(lclLanguage);
+    const HMENU before = GetMenu(lclWindow);
+    SetMenu(lclWindow, MakeMenu(lclLanguage));
+    DestroyMenu(before);
+    const bool open = lclSession && !lclSession->Key().empty();
+    Say(open ? Own("Binder") + " " + lclSession->Key() : Own(noDossier));
+}
+
+std::string HostWindow::Own(std::string_view english) const {
+    return std::string(Text(english, lclLanguage));
 }
 
 void HostWindow::AskDossier() {
@@ -216,7 +234,8 @@ void HostWindow::AskConnection() {
 void HostWindow::OpenDossier(const std::string& key, const std::string& description) {
     const int result = lclSession->Open(key, description, lclOptions.folders);
     Report("dossier " + key + " result " + std::to_string(result));
-    Say(result == 0 ? "Dossier " + key : "The dossier cannot be opened: " + std::to_string(result));
+    Say(result == 0 ? Own("Binder") + " " + key
+                    : "The dossier cannot be opened: " + std::to_string(result));
     if (result != 0) lclExitCode = 1;
     SetWindowTextW(lclWindow, result == 0 ? (ToWide(key) + L" - " + title).c_str() : title);
 }
@@ -234,10 +253,10 @@ void HostWindow::OnEvent(const std::string& name, const std::vector<std::string>
     if (name != "EvItemSelected" || arguments.size() < 5) return;
     const bool folder = platform::EqualAsciiNoCase(arguments[1], "tab");
     lclFolder = folder ? std::stol(arguments[2]) : 0;
-    Say((folder ? "Folder " : "Document ") + arguments[3]);
+    Say(Own(folder ? "Folder" : "Document") + " " + arguments[3]);
 }
 
-void HostWindow::Say(const std::string& text) {
+void HostWindow::Say(std::string_view text) {
     SendMessageW(lclStatus, SB_SETTEXTW, 0, reinterpret_cast<LPARAM>(ToWide(text).c_str()));
 }
 

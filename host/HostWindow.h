@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/Options.h"
@@ -26,6 +27,7 @@ private:
     void Start();
     void Arrange();
     void Command(int id);
+    void Speak(int language); // the control's, and the frame's own
     void Work(UINT message, WPARAM wparam);
     void Close();
     void AskDossier();
@@ -34,7 +36,8 @@ private:
     void OpenDossier(const std::string& key, const std::string& description);
     void AddFiles(const std::vector<std::string>& files);
     void OnEvent(const std::string& name, const std::vector<std::string>& arguments);
-    void Say(const std::string& text);    // the status bar
+    void Say(std::string_view text); // the status bar
+    std::string Own(std::string_view english) const;
     void Report(const std::string& line); // the report file
     void Loop();
 
@@ -45,6 +48,7 @@ private:
     std::unique_ptr<Session> lclSession;
     long lclFolder = 0; // the folder selected last; 0: the top
     bool lclActive = false;
+    int lclLanguage = 0;
     int lclWorking = 0;         // calls of the control that are not back yet
     bool lclCloseAsked = false; // meanwhile
     int lclExitCode = 0;

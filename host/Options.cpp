@@ -12,20 +12,18 @@ struct Row {
 };
 
 constexpr Row rows[] = {
-    {"--database", &Options::database},
-    {"--store", &Options::store},
-    {"--key", &Options::key},
-    {"--description", &Options::description},
-    {"--folders", &Options::folders},
-    {"--report", &Options::report},
-    {"--close-when", &Options::closeWhen},
+    {"--database", &Options::database}, {"--store", &Options::store},
+    {"--key", &Options::key},           {"--description", &Options::description},
+    {"--folders", &Options::folders},   {"--language", &Options::language},
+    {"--report", &Options::report},     {"--close-when", &Options::closeWhen},
 };
 
 } // namespace
 
 const char* const usage =
     "kavidex-host [--database FILE] [--store FOLDER] [--key KEY] [--description TEXT]\n"
-    "             [--folders LIST] [--report FILE] [--close-when FILE] [DOCUMENT...]";
+    "             [--folders LIST] [--language NUMBER] [--report FILE] [--close-when FILE] "
+    "[DOCUMENT...]";
 
 Options ParseOptions(const std::vector<std::string>& words) {
     Options options;

@@ -12,6 +12,7 @@ struct Options {
     std::string key;         // the host's own key of the dossier
     std::string description; // of a dossier that is made now
     std::string folders;     // default folders of a dossier that is made now
+    std::string language;    // its number, as the control counts: 0 Dutch, 1 English, ...
     std::string report;      // file that tells what was done, line by line
     std::string closeWhen;   // the host ends when this file exists
     std::vector<std::string> files;

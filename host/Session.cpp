@@ -60,6 +60,8 @@ void Session::CloseDossier() {
     Binder(lclBinder).Call(L"CloseObject");
 }
 
+void Session::Speak(int language) { Binder(lclBinder).Put(L"Language", {Variant(language)}); }
+
 int Session::AddFiles(const std::vector<std::string>& files, long folder) {
     std::vector<Variant> names(files.begin(), files.end());
     return Binder(lclBinder)

@@ -25,6 +25,7 @@ public:
     int Open(const std::string& key, const std::string& description, const std::string& folders);
     void CloseDossier();
     // AddFiles' number, into the folder with this id, or at the top with 0.
+    void Speak(int language);
     int AddFiles(const std::vector<std::string>& files, long folder);
 
     const std::string& Database() const { return lclDatabase; }

@@ -1,7 +1,6 @@
 // Numbers shared by the host's resources and its code.
 #pragma once
 
-#define IDR_MAIN_MENU 100
 #define IDR_KEYS 101
 
 #define ID_OPEN 200
@@ -9,3 +8,4 @@
 #define ID_CONNECTION 202
 #define ID_EXIT 203
 #define ID_CLOSE_DOSSIER 204
+#define ID_LANGUAGE 210 // and the three behind it, in the order of the control's languages

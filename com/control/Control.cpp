@@ -4,13 +4,21 @@
 #include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/win32/Late.h"
+#include "platform/win32/OwnCall.h"
 
 namespace kavidex::com {
 
 Control::Control(const ClassRow& row)
-    : ConnectionPointHub(*row.events), lclRow(row), lclCore(*this) {}
+    : ConnectionPointHub(*row.events), lclRow(row), lclCore(*this, row) {}
 
 Control::~Control() = default;
+
+void Control::Destroy() {
+    Events().DisconnectAll();
+    Changes().DisconnectAll();
+    lclCore.Leave();
+    platform::win32::AfterOwnCalls([this] { delete this; });
+}
 
 void Control::Shutdown() {
     lclCore.Close();
@@ -46,6 +54,7 @@ void* Control::Further(REFIID iid) {
         {IID_IPersistStreamInit, static_cast<IPersistStreamInit*>(this)},
         {IID_IPersistPropertyBag, static_cast<IPersistPropertyBag*>(this)},
         {IID_IPersistStorage, static_cast<IPersistStorage*>(this)},
+        {IID_IPerPropertyBrowsing, static_cast<IPerPropertyBrowsing*>(this)},
         {IID_IProvideClassInfo, static_cast<IProvideClassInfo2*>(this)},
         {IID_IProvideClassInfo2, static_cast<IProvideClassInfo2*>(this)},
         {IID_IConnectionPointContainer, static_cast<IConnectionPointContainer*>(this)},

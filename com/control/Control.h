@@ -16,6 +16,7 @@
 #include "com/control/PersistBag.h"
 #include "com/control/PersistStore.h"
 #include "com/control/PersistStream.h"
+#include "com/control/PropertyBrowsing.h"
 #include "com/control/ViewObject.h"
 #include "com/dispatch/Automation.h"
 
@@ -46,6 +47,7 @@ class Control : public Automation,
                 public PersistBag,
                 public PersistStore,
                 public ClassInfo,
+                public PropertyBrowsing,
                 public ConnectionPointHub,
                 public ControlOwner,
                 public PersistentOwner {
@@ -68,11 +70,14 @@ public:
 protected:
     // A derived destructor calls Shutdown first: the window needs the logic.
     ~Control() override;
+    // Leaves the host at once; what a call into the control still needs goes after that call.
+    void Destroy() final;
     void Shutdown();
 
     void* Further(REFIID iid) override;
     ControlCore& Core() final { return lclCore; }
     PersistentOwner& Persistent() final { return *this; }
+    Automation& Browsed() final { return *this; }
     IOleObject& Object() final { return *this; }
     IOleInPlaceActiveObject& ActiveObject() final { return *this; }
 

@@ -3,6 +3,7 @@
 #include <commctrl.h>
 #include <olectl.h>
 
+#include "com/class_table.h"
 #include "com/control/Metrics.h"
 #include "platform/win32/ActivationScope.h"
 #include "platform/win32/Late.h"
@@ -13,7 +14,6 @@ namespace {
 
 using platform::win32::Late;
 
-constexpr SIZE defaultPixels{320, 240};
 constexpr UINT_PTR watchId = 1;
 
 template <class Interface, class From>
@@ -27,8 +27,8 @@ RECT Sized(LONG left, LONG top, SIZE size) { return {left, top, left + size.cx, 
 
 } // namespace
 
-ControlCore::ControlCore(ControlOwner& owner)
-    : lclOwner(owner), lclExtent(ToHimetric(defaultPixels)) {}
+ControlCore::ControlCore(ControlOwner& owner, const ClassRow& row)
+    : lclOwner(owner), lclExtent(ToHimetric(row.pixels)) {}
 
 ControlCore::~ControlCore() = default;
 
@@ -140,10 +140,14 @@ void ControlCore::Deactivate() {
     if (auto site = std::move(lclInPlaceSite)) site->OnInPlaceDeactivate();
 }
 
-void ControlCore::Close() {
+void ControlCore::Leave() {
     Deactivate();
-    lclWindow.reset();
     lclSite = nullptr;
+}
+
+void ControlCore::Close() {
+    Leave();
+    lclWindow.reset();
 }
 
 HRESULT ControlCore::SetRects(const RECT& place, const RECT& clip) {

@@ -32,7 +32,7 @@ protected:
 
 class ControlCore {
 public:
-    explicit ControlCore(ControlOwner& owner);
+    ControlCore(ControlOwner& owner, const ClassRow& row);
     ~ControlCore();
     ControlCore(const ControlCore&) = delete;
     ControlCore& operator=(const ControlCore&) = delete;
@@ -57,6 +57,7 @@ public:
     void DeactivateUserInterface();
     void Deactivate();
     void Close(); // deactivates and lets go of window and site
+    void Leave(); // the same, and keeps the object of the window: a call of it may still run
     bool IsActive() const { return lclInPlaceSite && lclWindow && lclWindow->Handle(); }
     HRESULT SetRects(const RECT& place, const RECT& clip);
     HRESULT Hide();

@@ -156,6 +156,7 @@ ctrlCorrespondenceFace::ctrlCorrespondenceFace()
                   std::make_shared<data::win32::LateAdoFactory>(), data::MakeAccessRepair(),
                   controls::IntakeComponents{mail::win32::MakeMailSource(),
                                              controls::win32::MakeLetterGenerator}) {
+    Logic().SetDesigning([this] { return Core().AmbientFlag(DISPID_AMBIENT_USERMODE) == false; });
     RaiseDragEvents();
     RaiseEvents();
 }

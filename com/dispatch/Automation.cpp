@@ -29,7 +29,7 @@ ULONG STDMETHODCALLTYPE Automation::Release() {
     const long left = --lclReferences;
     if (left == 0) {
         lclReferences = 1; // what the destructor hands out must not destroy it a second time
-        delete this;
+        Destroy();
     }
     return static_cast<ULONG>(left);
 }

@@ -49,6 +49,8 @@ public:
 
 protected:
     virtual ~Automation() = default;
+    // The last reference is gone.
+    virtual void Destroy() { delete this; }
 
     // Interfaces beyond the base's; no AddRef, null when there is none.
     virtual void* Further(REFIID) { return nullptr; }

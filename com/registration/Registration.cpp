@@ -20,6 +20,7 @@ using platform::win32::Check;
 using platform::win32::ComPtr;
 
 constexpr const wchar_t* controlCategory = L"{40FC6ED4-2438-11CF-A3DB-080036F12502}";
+constexpr const wchar_t* programmableCategory = L"{40FC6ED5-2438-11CF-A3DB-080036F12502}";
 constexpr const wchar_t* dispatchProxy = L"{00020420-0000-0000-C000-000000000046}";
 constexpr const wchar_t* libraryVersion = L"1.0";
 
@@ -41,9 +42,13 @@ void DescribeClass(Registration& plan, const ClassRow& row, const std::wstring& 
     list.push_back({key + L"\\TypeLib", L"", GuidText(LIBID_Kavidex)});
     list.push_back({key + L"\\Version", L"", libraryVersion});
     list.push_back({key + L"\\Programmable", L"", L""});
+    list.push_back({key + L"\\Implemented Categories\\" + programmableCategory, L"", L""});
     if (row.IsControl()) {
         list.push_back({key + L"\\Control", L"", L""});
         list.push_back({key + L"\\Implemented Categories\\" + controlCategory, L"", L""});
+        list.push_back(
+            {key + L"\\ToolboxBitmap32", L"", path + L", " + std::to_wstring(row.toolboxBitmap)});
+        list.push_back({key + L"\\Verb\\0", L"", L"&Edit,0,2"});
         list.push_back({key + L"\\MiscStatus", L"", L"0"});
         list.push_back({key + L"\\MiscStatus\\1", L"", std::to_wstring(row.miscStatus)});
     }

@@ -68,6 +68,13 @@ ScanPlace* IntakeWiring::Scanner() {
 
 std::string IntakeWiring::ScanProfile() const { return lclBinder.AlternateScanSetting(); }
 
+// A bag without the item gives the text "0" for the path: none.
+std::vector<std::pair<const wchar_t*, std::string>> IntakeWiring::TextsForScanner() const {
+    const auto& ini = lclBinder.IniFile();
+    return {{L"IniFile", ini == "0" ? std::string() : ini},
+            {L"InitString", lclBinder.InitString()}};
+}
+
 std::unique_ptr<LetterGenerator> IntakeWiring::MakeLetterGenerator() {
     if (lclComponents.letters) return lclComponents.letters();
     throw platform::Error(platform::errors::notFound, "There is no letter generator here.");

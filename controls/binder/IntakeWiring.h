@@ -45,6 +45,7 @@ public:
     mail::MailSource* MailSource() override { return lclComponents.mail.get(); }
     ScanPlace* Scanner() override;
     std::string ScanProfile() const override;
+    std::vector<std::pair<const wchar_t*, std::string>> TextsForScanner() const override;
     std::unique_ptr<LetterGenerator> MakeLetterGenerator() override;
     NewItemFacts NewItem() const override;
     void InsertNew(std::size_t kind) override;

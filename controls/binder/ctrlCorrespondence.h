@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -112,7 +113,7 @@ public:
     const std::string& ExternalId() const { return lclState.ExternalId; }
     void SetExternalId(const std::string& key);
 
-    // The one that is set second of these two opens the database.
+    // The one that is set second of these two opens the database, but not in a form designer.
     const std::string& DbProvider() const { return lclState.DbProvider; }
     void SetDbProvider(const std::string& provider);
     const std::string& DbPath() const { return lclState.DbPath; }
@@ -206,6 +207,9 @@ public:
 
     Event<std::string_view> PropertyChanged; // the saved item's name, for the container
 
+    // Answers whether the control stands in a form designer; the container knows.
+    void SetDesigning(std::function<bool()> designing) { lclDesigning = std::move(designing); }
+
     // --- Parts, and what the window reports ----------------------------------------------------
 
     ctrlTree& treCorr() const { return *lclTree; }
@@ -266,6 +270,7 @@ private:
     std::int32_t EndDossier(); // the same, and nothing is open afterwards
     void ShowTree(std::int32_t id);
     void ShowMade(const std::shared_ptr<model::clsTree>& tree);
+    void OpenWhereTold(); // provider and path are there, and somebody works with the control
     // Opening and leaving a dossier lets the host in, which may open or close another one
     // meanwhile: the last call counts, and those before end where they are.
     std::uint32_t Begin() { return ++lclTurn; }
@@ -314,8 +319,9 @@ private:
     std::shared_ptr<OwnTranslator> lclOwnTranslator; // null while the host's is in use
     std::shared_ptr<model::clsUserAuth> lclUserAuth;
     GrantedRights lclRights;
-    bool lclKeyKnown = true;   // else the database could not be asked yet for the open tree's key
-    std::uint32_t lclTurn = 0; // counts the calls that open or leave a dossier
+    bool lclKeyKnown = true; // else the database could not be asked yet for the open tree's key
+    std::function<bool()> lclDesigning;
+    std::uint32_t lclTurn = 0;      // counts the calls that open or leave a dossier
     std::string lclQueueExternalId; // the host's; empty: the open dossier's key
     OperationLock lclLock;
 

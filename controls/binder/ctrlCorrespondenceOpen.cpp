@@ -72,13 +72,18 @@ void ctrlCorrespondence::ConnectionHandedOver(const data::ConnectionPtr& connect
 void ctrlCorrespondence::SetDbProvider(const std::string& provider) {
     lclState.DbProvider = provider;
     PropertyChanged.Raise("DbProvider");
-    if (!lclState.DbPath.empty()) DbOpenConnection();
+    OpenWhereTold();
 }
 
 void ctrlCorrespondence::SetDbPath(const std::string& path) {
     lclState.DbPath = path;
     PropertyChanged.Raise("DbPath");
-    if (!lclState.DbProvider.empty()) DbOpenConnection();
+    OpenWhereTold();
+}
+
+void ctrlCorrespondence::OpenWhereTold() {
+    if (lclState.DbProvider.empty() || lclState.DbPath.empty()) return;
+    if (!lclDesigning || !lclDesigning()) DbOpenConnection();
 }
 
 std::int32_t ctrlCorrespondence::DbOpenConnection() {

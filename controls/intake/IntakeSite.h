@@ -79,6 +79,8 @@ public:
     virtual mail::MailSource* MailSource() = 0; // null: none can be asked
     virtual ScanPlace* Scanner() = 0;           // null without a window
     virtual std::string ScanProfile() const = 0;
+    // What the host has for the scanning control, by the names of its properties.
+    virtual std::vector<std::pair<const wchar_t*, std::string>> TextsForScanner() const = 0;
     virtual std::unique_ptr<LetterGenerator> MakeLetterGenerator() = 0; // throws platform::Error
 
     virtual NewItemFacts NewItem() const = 0;

@@ -11,6 +11,8 @@ void ScanPanel::Open(const std::string& importFolder) {
     if (!place) throw platform::Error(platform::errors::fail, "The control has no window.");
     ScanSetup setup;
     setup.texts = {{L"AlternateScanSetting", lclSite.ScanProfile()}};
+    for (auto& text : lclSite.TextsForScanner())
+        if (!text.second.empty()) setup.texts.push_back(std::move(text));
     if (!importFolder.empty()) setup.texts.emplace_back(L"ImportFolder", importFolder);
     constexpr std::pair<const wchar_t*, std::string_view> rights[] = {
         {L"StartScan", "StartScan"},

@@ -6,6 +6,7 @@
 #include "controls/common/win32/TrackMenu.h"
 #include "controls/pictures/NamedPictures.h"
 #include "controls/pictures/win32/PictureIcon.h"
+#include "platform/win32/OwnCall.h"
 #include "platform/win32/Owner.h"
 #include "platform/win32/Variant.h"
 
@@ -233,6 +234,7 @@ LRESULT ToolbarWindow::Notified(NMHDR& header) {
 
 LRESULT CALLBACK ToolbarWindow::Procedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
                                           DWORD_PTR self) {
+    const platform::win32::OwnCall call;
     if (message == WM_NCDESTROY)
         RemoveWindowSubclass(window, Procedure, 1);
     else

@@ -8,6 +8,7 @@
 #include "controls/common/win32/GdiObject.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
+#include "platform/win32/OwnCall.h"
 #include "platform/win32/Owner.h"
 
 namespace kavidex::controls::win32 {
@@ -59,6 +60,7 @@ private:
             SetWindowLongPtrW(handle, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(binding));
         }
         if (!binding) return DefWindowProcW(handle, message, w, l);
+        const platform::win32::OwnCall call; // the host may drop the control meanwhile
         LRESULT result = 0;
         try {
             result = binding->object->Handle(message, w, l);

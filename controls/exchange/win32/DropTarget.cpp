@@ -10,6 +10,7 @@
 #include "platform/Workstation.h"
 #include "platform/win32/Counted.h"
 #include "platform/win32/DataObject.h"
+#include "platform/win32/OwnCall.h"
 
 namespace kavidex::controls::win32 {
 
@@ -76,6 +77,7 @@ private:
     // Nothing thrown passes to OLE.
     template <class Work>
     void Guarded(Work work) const {
+        const platform::win32::OwnCall call; // the host may drop the control meanwhile
         try {
             work();
         } catch (const std::exception& error) {

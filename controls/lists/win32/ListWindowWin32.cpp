@@ -10,6 +10,7 @@
 #include "controls/common/win32/OwnWindow.h"
 #include "platform/win32/Owner.h"
 #include "platform/win32/Variant.h"
+#include "platform/win32/OwnCall.h"
 
 namespace kavidex::controls::win32 {
 
@@ -298,6 +299,7 @@ bool ListWindowWin32::KeyPressed(WPARAM key) {
 
 LRESULT CALLBACK ListWindowWin32::Procedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
                                             DWORD_PTR self) {
+    const platform::win32::OwnCall call;
     auto& list = *reinterpret_cast<ListWindowWin32*>(self);
     if (message == WM_NCDESTROY) {
         RemoveWindowSubclass(window, Procedure, 1);

@@ -9,6 +9,7 @@
 #include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/win32/Variant.h"
+#include "platform/win32/OwnCall.h"
 
 namespace kavidex::controls::win32 {
 
@@ -172,6 +173,7 @@ void TreeWindowWin32::OpenContextMenu(LPARAM position) {
 
 LRESULT CALLBACK TreeWindowWin32::TreeProcedure(HWND window, UINT message, WPARAM w, LPARAM l) {
     auto& control = *reinterpret_cast<TreeWindowWin32*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    const platform::win32::OwnCall call;
     try {
         return control.HandleTree(message, w, l);
     } catch (const std::exception& error) {
@@ -280,6 +282,7 @@ LRESULT CALLBACK TreeWindowWin32::GridProcedure(HWND window, UINT message, WPARA
                                                 UINT_PTR id, DWORD_PTR self) {
     auto& control = *reinterpret_cast<TreeWindowWin32*>(self);
     if (message == WM_NCDESTROY) RemoveWindowSubclass(window, GridProcedure, id);
+    const platform::win32::OwnCall call;
     try {
         if (control.ReportInput(message, w, l)) return 0;
     } catch (const std::exception& error) {

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/Error.h"
+#include "platform/win32/OwnCall.h"
 
 namespace kavidex::platform::win32 {
 
@@ -265,6 +266,7 @@ HRESULT ControlSite::Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS*
     if (!(flags & DISPATCH_METHOD)) return DISP_E_MEMBERNOTFOUND;
     const auto name = lclEventNames.find(member);
     const ComPtr<IDispatch> alive(this); // whatever the owner does on the event
+    const OwnCall call;
     if (!parameters) return E_INVALIDARG;
     try {
         if (lclHooks.event)

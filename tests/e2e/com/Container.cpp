@@ -20,6 +20,8 @@ Container::Container() {
                                     .keyBack = [this](MSG&, DWORD) { return takesKeys; },
                                     .ambient = [this](DISPID id) -> std::optional<Variant> {
                                         if (id == DISPID_AMBIENT_UIDEAD) return Variant(uiDead);
+                                        if (id == DISPID_AMBIENT_USERMODE && userMode)
+                                            return Variant(*userMode);
                                         return std::nullopt;
                                     },
                                     .propertyChanged = [this](DISPID id) { changes.push_back(id); },

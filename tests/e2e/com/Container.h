@@ -7,6 +7,7 @@
 #include <olectl.h>
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,6 +32,7 @@ public:
     HWND window = nullptr;
     RECT place{0, 0, 300, 200};
     bool uiDead = false;
+    std::optional<bool> userMode; // false: a form designer
     bool takesKeys = false;       // what the site answers to a key given back
     std::vector<std::string> log; // calls by name
     std::vector<std::pair<DISPID, std::vector<Variant>>> events;

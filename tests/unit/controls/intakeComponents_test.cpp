@@ -252,11 +252,16 @@ TEST_F(Components, ScansIntoTheSelectedFolderAndLosesNothingAtClosing) {
     EXPECT_EQ(tooltip(), "Open de scanmodule");
     window.scannerInstalled = true;
     binder->SetAlternateScanSetting("kleur");
+    binder->SetIniFile("C:\\scan.ini");
+    binder->SetInitString("balie 3");
     binder->SetLayout(layouts::treeOnly);
     binder->ButtonClicked("Scan");
     EXPECT_EQ(tooltip(), "Sluit de scanmodule");
     EXPECT_TRUE(binder->SplitPanel().Control2Visible());
+    ASSERT_EQ(window.scanner.texts.size(), 3U);
     EXPECT_EQ(window.scanner.texts[0].second, "kleur");
+    EXPECT_EQ(window.scanner.texts[1].second, "C:\\scan.ini");
+    EXPECT_EQ(window.scanner.texts[2].second, "balie 3");
     EXPECT_TRUE(window.scanner.flags[0].second) << "rights are not in use";
     const auto first = File("1.tif"), second = File("2.tif");
     const auto scanned = window.scanner.scanned;

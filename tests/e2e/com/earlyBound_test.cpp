@@ -1,0 +1,147 @@
+// Hosts that bind to the type library rather than to names at run time: C++ with its ids and types,
+// Visual Basic and .NET alike.
+#include <map>
+#include <set>
+
+#include "Dossier.h"
+
+namespace kavidex::tests {
+
+namespace {
+
+using platform::win32::FromWide;
+
+class EarlyBound : public Dossiers {
+protected:
+    void SetUp() override {
+        Dossiers::SetUp();
+        ASSERT_EQ(LoadTypeLibEx(Library::Path().c_str(), REGKIND_NONE, lclTypes.Put()), S_OK);
+    }
+    ComPtr<ITypeInfo> Type(REFGUID guid) const {
+        ComPtr<ITypeInfo> info;
+        EXPECT_EQ(lclTypes->GetTypeInfoOfGuid(guid, info.Put()), S_OK);
+        return info;
+    }
+    // Through the type information alone, as a compiler would have bound it.
+    static Variant Call(ITypeInfo& type, IUnknown* object, const wchar_t* name, WORD kind,
+                        std::vector<Variant> arguments) {
+        MEMBERID id = DISPID_UNKNOWN, put = DISPID_PROPERTYPUT;
+        auto* text = const_cast<LPOLESTR>(name);
+        EXPECT_EQ(type.GetIDsOfNames(&text, 1, &id), S_OK) << FromWide(name);
+        std::vector<VARIANT> reversed;
+        for (auto i = arguments.size(); i-- > 0;) reversed.push_back(arguments[i].Get());
+        const bool puts = (kind & (DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF)) != 0;
+        DISPPARAMS given{reversed.data(), puts ? &put : nullptr, static_cast<UINT>(reversed.size()),
+                         puts ? 1U : 0U};
+        Variant result;
+        EXCEPINFO error{};
+        EXPECT_EQ(
+            type.Invoke(object, id, kind, &given, puts ? nullptr : result.Put(), &error, nullptr),
+            S_OK)
+            << FromWide(name);
+        return result;
+    }
+    ComPtr<ITypeLib> lclTypes;
+};
+
+VARTYPE TypeOf(ITypeInfo& info, const TYPEDESC& type) {
+    if (type.vt == VT_PTR) return static_cast<VARTYPE>(VT_BYREF | TypeOf(info, *type.lptdesc));
+    return type.vt;
+}
+
+} // namespace
+
+TEST_F(EarlyBound, AProgramWorksThroughTheTypesAndIdsOfTheLibrary) {
+    Container host;
+    host.Take(Make(CLSID_ctrlCorrespondence), true);
+    const auto binder = host.As<_ctrlCorrespondence>(DIID__ctrlCorrespondence);
+    ASSERT_TRUE(binder);
+    const auto type = Type(DIID__ctrlCorrespondence), item = Type(DIID__clsItem),
+               items = Type(DIID__clsItemCol);
+    Call(*type.Get(), binder.Get(), L"DbConnection", DISPATCH_PROPERTYPUTREF, {lclConnection});
+    Call(*type.Get(), binder.Get(), L"Language", DISPATCH_PROPERTYPUT, {Variant(int{kdxEnglish})});
+    EXPECT_EQ(Call(*type.Get(), binder.Get(), L"OpenOrCreate", DISPATCH_METHOD,
+                   {"K1", "Dossier", "Post", "", ""})
+                  .ToInt32(),
+              kdxOpened);
+    const Variant folder =
+        Call(*type.Get(), binder.Get(), L"AddItem", DISPATCH_METHOD,
+             {0, "tab", Variant(static_cast<IDispatch*>(nullptr)), 0, "Nieuw", std::int16_t{0}});
+    const auto typed = As<_clsItem>(folder.ToDispatch(), DIID__clsItem);
+    ASSERT_TRUE(typed) << "the result is what the library says";
+    EXPECT_EQ(Call(*item.Get(), typed.Get(), L"Description", DISPATCH_PROPERTYGET, {}).ToText(),
+              "Nieuw");
+    const Variant children =
+        Call(*item.Get(), typed.Get(), L"ChildCollection", DISPATCH_PROPERTYGET, {});
+    const auto collection = As<_clsItemCol>(children.ToDispatch(), DIID__clsItemCol);
+    ASSERT_TRUE(collection);
+    EXPECT_EQ(Call(*items.Get(), collection.Get(), L"Count", DISPATCH_PROPERTYGET, {}).ToInt32(),
+              0);
+    EXPECT_EQ(Call(*type.Get(), binder.Get(), L"AddFiles", DISPATCH_METHOD,
+                   {Variant(Path("absent.txt")), "", 0, false, true})
+                  .ToInt32(),
+              kdxNoFile);
+    EXPECT_EQ(Call(*type.Get(), binder.Get(), L"CloseObject", DISPATCH_METHOD, {}).ToInt32(),
+              kdxFiled);
+}
+
+// Every event that a session raises has the arguments, in number and type, that are declared.
+TEST_F(EarlyBound, EventsArriveAsTheLibraryDeclaresThem) {
+    struct Declared {
+        std::wstring name;
+        std::vector<VARTYPE> types;
+    };
+    const auto type = Type(DIID__ctrlCorrespondenceEvents);
+    std::map<DISPID, Declared> declared;
+    TYPEATTR* attributes = nullptr;
+    ASSERT_EQ(type->GetTypeAttr(&attributes), S_OK);
+    for (UINT i = 0; i < attributes->cFuncs; ++i) {
+        FUNCDESC* function = nullptr;
+        ASSERT_EQ(type->GetFuncDesc(i, &function), S_OK);
+        platform::win32::Bstr name;
+        type->GetDocumentation(function->memid, name.Put(), nullptr, nullptr, nullptr);
+        auto& one = declared[function->memid];
+        one.name = name.Get();
+        for (SHORT p = 0; p < function->cParams; ++p)
+            one.types.push_back(TypeOf(*type.Get(), function->lprgelemdescParam[p].tdesc));
+        type->ReleaseFuncDesc(function);
+    }
+    type->ReleaseTypeAttr(attributes);
+
+    Container host;
+    std::set<std::wstring> heard;
+    host.onEvent = [&](DISPID id, DISPPARAMS& given) {
+        const auto& one = declared[id];
+        heard.insert(one.name);
+        ASSERT_EQ(given.cArgs, one.types.size()) << FromWide(one.name);
+        for (UINT i = 0; i < given.cArgs; ++i) {
+            const VARTYPE told = given.rgvarg[given.cArgs - 1 - i].vt;
+            // What is declared as a VARIANT comes as whatever it holds.
+            if (one.types[i] != VT_VARIANT) {
+                EXPECT_EQ(told, one.types[i]) << FromWide(one.name) << " " << i;
+            }
+        }
+    };
+    const Late binder = Open(host, Make(CLSID_ctrlCorrespondence), lclConnection, "K1");
+    const HWND tree = TreeOf(host);
+    SetForegroundWindow(host.window);
+    SetFocus(tree);
+    Select(tree, FirstFolder(tree));
+    const Variant none(static_cast<IDispatch*>(nullptr));
+    binder.Call(L"AddItem", {0, "tab", none, 0, "Nieuw", 0});
+    SendMessageW(tree, WM_KEYDOWN, VK_F9, 1);
+    SendMessageW(tree, WM_CHAR, L'q', 1);
+    SendMessageW(tree, WM_KEYUP, VK_F9, 1);
+    SendMessageW(tree, WM_MOUSEMOVE, 0, MAKELPARAM(90, 90));
+    SendMessageW(tree, WM_MBUTTONDOWN, MK_MBUTTON, MAKELPARAM(90, 90));
+    SendMessageW(tree, WM_MBUTTONUP, 0, MAKELPARAM(90, 90));
+    binder.Call(L"OLEDrag");
+    SendMessageW(tree, WM_KEYDOWN, VK_DELETE, 1); // nobody answers the question: nothing goes
+    for (const wchar_t* const name :
+         {L"EvItemSelected", L"EvItemCreated", L"KeyDown", L"KeyPress", L"KeyUp", L"MouseMove",
+          L"MouseDown", L"MouseUp", L"OLEStartDrag", L"OLECompleteDrag"})
+        EXPECT_TRUE(heard.contains(name)) << FromWide(name);
+    EXPECT_FALSE(heard.contains(L"ItemSelected"));
+}
+
+} // namespace kavidex::tests
