@@ -1,4 +1,6 @@
 // The library as a COM server: factories, locks, registration for the machine and for one user.
+#include <set>
+
 #include "Library.h"
 #include "com/adodb/ConnectionObject.h"
 #include "com/class_table.h"
@@ -35,6 +37,31 @@ protected:
         wchar_t text[40];
         StringFromGUID2(guid, text, 40);
         return text;
+    }
+    // The names of all keys below the root of the classes.
+    static void KeysBelow(HKEY key, const std::wstring& path, std::set<std::wstring>& keys) {
+        wchar_t name[256];
+        for (DWORD i = 0;; ++i) {
+            DWORD size = 256;
+            if (RegEnumKeyExW(key, i, name, &size, nullptr, nullptr, nullptr, nullptr) !=
+                ERROR_SUCCESS)
+                return;
+            const auto below = path + L"\\" + name;
+            keys.insert(below);
+            HKEY child = nullptr;
+            if (RegOpenKeyExW(key, name, 0, KEY_READ, &child) != ERROR_SUCCESS) continue;
+            KeysBelow(child, below, keys);
+            RegCloseKey(child);
+        }
+    }
+    static std::set<std::wstring> Classes(HKEY root) {
+        std::set<std::wstring> keys;
+        HKEY opened = nullptr;
+        if (RegOpenKeyExW(root, L"Software\\Classes", 0, KEY_READ, &opened) != ERROR_SUCCESS)
+            return keys;
+        KeysBelow(opened, L"", keys);
+        RegCloseKey(opened);
+        return keys;
     }
     void ExpectWritten(HKEY root) const;
     void ExpectGone(HKEY root) const;
@@ -128,6 +155,19 @@ TEST_F(Server, RegistersForTheMachineAndTakesAllOfItAway) {
     for (const com::ClassRow& row : com::ClassTable())
         EXPECT_TRUE(Late::TryCreate("Kavidex." + platform::win32::FromWide(row.name)));
     CoFreeUnusedLibrariesEx(0, 0);
+}
+
+TEST_F(Server, UnregisteringLeavesTheRegistryAsItWas) {
+    ASSERT_EQ(Call("DllUnregisterServer"), S_OK);
+    const auto machine = Classes(HKEY_LOCAL_MACHINE), user = Classes(HKEY_CURRENT_USER);
+    ASSERT_FALSE(machine.empty());
+    ASSERT_EQ(Call("DllRegisterServer"), S_OK);
+    EXPECT_GT(Classes(HKEY_LOCAL_MACHINE).size(), machine.size() + 100);
+    ASSERT_EQ(Install(true, L"user"), S_OK);
+    ASSERT_EQ(Call("DllUnregisterServer"), S_OK);
+    EXPECT_EQ(Classes(HKEY_LOCAL_MACHINE), machine);
+    EXPECT_EQ(Classes(HKEY_CURRENT_USER), user);
+    ASSERT_EQ(Call("DllRegisterServer"), S_OK);
 }
 
 TEST_F(Server, RegistersForOneUserWithoutTouchingTheMachine) {
