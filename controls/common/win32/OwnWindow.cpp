@@ -1,9 +1,13 @@
 #include "controls/common/win32/OwnWindow.h"
 
+#include "controls/common/win32/TrackMenu.h"
+
 namespace kavidex::controls::win32 {
 
 void OwnWindow::Destroy() {
-    if (lclWindow) DestroyWindow(lclWindow);
+    if (!lclWindow) return;
+    EndMenuOf(lclWindow);
+    DestroyWindow(lclWindow);
 }
 
 void OwnWindow::Place(const RECT& place) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "platform/text.h"
@@ -23,7 +24,13 @@ std::wstring MenuText(const MenuEntry& entry) {
     return platform::win32::ToWide(text);
 }
 
+thread_local HWND tracking = nullptr; // the owner of the menu that is open
+
 } // namespace
+
+void EndMenuOf(HWND window) {
+    if (tracking && (tracking == window || IsChild(window, tracking))) EndMenu();
+}
 
 void FillMenu(HMENU top, const PopupMenu& menu) {
     std::vector<HMENU> levels{top};
@@ -53,7 +60,9 @@ void FillMenu(HMENU top, const PopupMenu& menu) {
 std::optional<std::size_t> TrackMenu(HWND owner, const PopupMenu& menu, int x, int y) {
     const HMENU top = CreatePopupMenu();
     FillMenu(top, menu);
+    const HWND around = std::exchange(tracking, owner);
     const int chosen = TrackPopupMenuEx(top, TPM_RETURNCMD | TPM_RIGHTBUTTON, x, y, owner, nullptr);
+    tracking = around;
     DestroyMenu(top); // and the menus below it
     if (chosen <= 0) return std::nullopt;
     return static_cast<std::size_t>(chosen) - 1;

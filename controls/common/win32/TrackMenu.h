@@ -17,4 +17,7 @@ void FillMenu(HMENU top, const PopupMenu& menu);
 // At a screen point, for `owner`; waits, and gives the chosen entry's position in `menu`.
 std::optional<std::size_t> TrackMenu(HWND owner, const PopupMenu& menu, int x, int y);
 
+// Closes the menu that is open on this thread when the window, or one within it, owns it.
+void EndMenuOf(HWND window);
+
 } // namespace kavidex::controls::win32

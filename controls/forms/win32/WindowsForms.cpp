@@ -43,10 +43,11 @@ private:
     HWND lclOwner, lclFocus, lclBoxes;
 };
 
-void Loop(Form& form, FormWindow& window) {
+// A form does not outlive the control that shows it: `control` may be dropped meanwhile.
+void Loop(Form& form, FormWindow& window, HWND control) {
     const platform::win32::ActivationScope scope; // for what is made while the form is up
     MSG message;
-    while (!form.IsClosed() && window.Handle()) {
+    while (!form.IsClosed() && window.Handle() && (!control || IsWindow(control))) {
         const BOOL got = GetMessageW(&message, nullptr, 0, 0);
         if (got <= 0) {
             // The program ends: its own loop is to see it.
@@ -91,7 +92,8 @@ HWND WindowsForms::OwnerWindow() const {
 }
 
 bool WindowsForms::ShowModal(Form& form) {
-    const HWND owner = OwnerWindow();
+    const HWND owner = OwnerWindow(), given = lclOwner ? lclOwner() : nullptr,
+               control = IsWindow(given) ? given : nullptr;
     FormWindow window(form, lclWorkstation);
     const HWND dialog = window.Open(owner);
     if (!dialog) {
@@ -101,7 +103,7 @@ bool WindowsForms::ShowModal(Form& form) {
     const Modal up(dialog, owner); // ends before the window does
     ShowWindow(dialog, SW_SHOW);
     window.TakeFocus();
-    Loop(form, window);
+    Loop(form, window, control);
     return form.Result();
 }
 

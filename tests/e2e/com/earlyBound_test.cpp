@@ -57,7 +57,7 @@ TEST_F(EarlyBound, AProgramWorksThroughTheTypesAndIdsOfTheLibrary) {
     const auto binder = host.As<_ctrlCorrespondence>(DIID__ctrlCorrespondence);
     ASSERT_TRUE(binder);
     const auto type = Type(DIID__ctrlCorrespondence), item = Type(DIID__clsItem),
-               items = Type(DIID__clsItemCol);
+               items = Type(DIID__Collection);
     Call(*type.Get(), binder.Get(), L"DbConnection", DISPATCH_PROPERTYPUTREF, {lclConnection});
     Call(*type.Get(), binder.Get(), L"Language", DISPATCH_PROPERTYPUT, {Variant(int{kdxEnglish})});
     EXPECT_EQ(Call(*type.Get(), binder.Get(), L"OpenOrCreate", DISPATCH_METHOD,
@@ -71,9 +71,9 @@ TEST_F(EarlyBound, AProgramWorksThroughTheTypesAndIdsOfTheLibrary) {
     ASSERT_TRUE(typed) << "the result is what the library says";
     EXPECT_EQ(Call(*item.Get(), typed.Get(), L"Description", DISPATCH_PROPERTYGET, {}).ToText(),
               "Nieuw");
-    const Variant children =
-        Call(*item.Get(), typed.Get(), L"ChildCollection", DISPATCH_PROPERTYGET, {});
-    const auto collection = As<_clsItemCol>(children.ToDispatch(), DIID__clsItemCol);
+    const Variant copies = Call(*type.Get(), binder.Get(), L"ExportSelectedFiles", DISPATCH_METHOD,
+                                {Variant(true), Variant(false)});
+    const auto collection = As<_Collection>(copies.ToDispatch(), DIID__Collection);
     ASSERT_TRUE(collection);
     EXPECT_EQ(Call(*items.Get(), collection.Get(), L"Count", DISPATCH_PROPERTYGET, {}).ToInt32(),
               0);

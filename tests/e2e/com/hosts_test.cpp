@@ -181,7 +181,9 @@ TEST_F(Hosts, AControlIsSitedLateResizedToNothingAndBack) {
             RedrawWindow(host.window, nullptr, nullptr, RDW_ALLCHILDREN | RDW_UPDATENOW);
         }
         RECT now{};
-        GetWindowRect(host.ControlWindow(), &now);
+        HWND window = nullptr;
+        ASSERT_EQ(inPlace->GetWindow(&window), S_OK);
+        GetWindowRect(window, &now);
         EXPECT_EQ(now.right - now.left, 380);
         const SIZEL nothing{0, 0};
         SIZEL size = nothing;
