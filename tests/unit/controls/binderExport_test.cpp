@@ -134,11 +134,10 @@ TEST_F(Export, NothingIsLostWhateverTheDiskRefuses) {
         const auto names = Out(true, true);
         met = machine.files.operations >= n;
         machine.files.FailAt(0);
-        if (names == whole) {
-            EXPECT_EQ(Pages(paths[0]), 3) << n;
-        } else {
-            EXPECT_FALSE(machine.messages.shown.empty()) << n << " went untold";
-        }
+        int there = 0; // a page each in the PDF file, or beside it
+        for (const auto& path : paths)
+            there += platform::Extension(path) == "pdf" ? Pages(path) - 1 : 1;
+        EXPECT_TRUE(there == 2 || !machine.messages.shown.empty()) << n << " went untold";
     }
     EXPECT_GT(n, 8);
     EXPECT_EQ(Out(true, true), whole);
