@@ -126,13 +126,13 @@ void Merging::Describe(PdfDocument& document) const {
     int number = 0;
     for (const auto& part : lclParts) {
         lines += "\n" + std::to_string(++number) + ". " + part.row.description + "\n";
-        const auto tell = [&](std::string_view name, const std::string& value) {
-            if (!value.empty()) lines += "    " + Text(name) + ": " + value + "\n";
+        const auto tell = [&](const std::string& name, const std::string& value) {
+            if (!value.empty()) lines += "    " + name + ": " + value + "\n";
         };
-        tell("Map", part.place);
-        tell("Toegevoegd op", part.row.insertedOn);
-        tell("Toegevoegd door", part.row.insertedBy);
-        if (part.kind == Kind::Other) tell("Bestand", platform::FileName(part.path));
+        tell(Text("Map"), part.place);
+        tell(Text("Toegevoegd op"), part.row.insertedOn);
+        tell(Text("Toegevoegd door"), part.row.insertedBy);
+        if (part.kind == Kind::Other) tell(Text("Bestand"), platform::FileName(part.path));
     }
     document.AddText(lclOrder.title, lines);
 }
