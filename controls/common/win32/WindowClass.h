@@ -61,11 +61,12 @@ private:
         }
         if (!binding) return DefWindowProcW(handle, message, w, l);
         const platform::win32::OwnCall call; // the host may drop the control meanwhile
+        const platform::Workstation& workstation = *binding->workstation;
         LRESULT result = 0;
         try {
-            result = binding->object->Handle(message, w, l);
+            result = binding->object->Handle(message, w, l); // may end the window, and the binding
         } catch (const std::exception& error) {
-            binding->workstation->log.Write("window", error.what());
+            workstation.log.Write("window", error.what());
         }
         if (message == WM_NCDESTROY) {
             SetWindowLongPtrW(handle, GWLP_USERDATA, 0);
