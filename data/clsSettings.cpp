@@ -196,14 +196,14 @@ bool clsSettings::DeleteSetting(std::string_view section, std::string_view key) 
     std::string value;
     if (!GetSetting(section, key, value)) return false;
     DeleteRows(section, key);
-    return true;
+    return lclFailure.empty();
 }
 
 bool clsSettings::DeleteCurrentSetting() {
     std::string value, section, key;
     if (!ReadCurrent(value, &section, &key)) return false;
     DeleteRows(section, key);
-    return true;
+    return lclFailure.empty();
 }
 
 std::int32_t clsSettings::Id() {

@@ -41,6 +41,7 @@ public:
     // are: one that would end the text there is refused, and the setting stays as it was.
     void SetSetting(std::string_view section, std::string_view key, std::string_view value);
 
+    // False when there is no such setting, or its deletion was refused.
     bool DeleteSetting(std::string_view section, std::string_view key);
     bool DeleteCurrentSetting();
     std::int32_t Id(); // of the current row, 0 without one

@@ -1,8 +1,12 @@
 // The generic record wrapper and its type rules.
 #include "data/clsTable.h"
 
+#include <optional>
+
 #include "data/Error.h"
+#include "data/logText.h"
 #include "data/modData.h"
+#include "data/transactions.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/modCreateGuid.h"
@@ -66,7 +70,7 @@ clsTable::~clsTable() {
 }
 
 void clsTable::Swallowed(std::string_view where, const std::exception& error) const {
-    lclWorkstation.log.Write(where, lclTableName + ": " + error.what());
+    lclWorkstation.log.Write(where, lclTableName + ": " + InLog(error));
 }
 
 bool clsTable::OpenDbConnection() {
@@ -200,7 +204,7 @@ bool clsTable::UpdateCurrentRow() {
     }
 }
 
-// The rows of the companion table that point at the current row; many databases have none.
+// The rows of the companion table that point at the current row; many databases have no such table.
 void clsTable::DeleteUplinks(std::string_view linkField) {
     try {
         lclConnection->Execute(
@@ -216,9 +220,16 @@ bool clsTable::DeleteCurrentRow() {
         if (!lclRecordset || !lclConnection)
             throw Error(errors::objectClosed, "There is no recordset.", "clsTable");
         const std::string table = platform::LowerCase(lclTableName);
-        if (table == "tbldossierreftabs") DeleteUplinks("reftabid");
-        if (table == "tbldossierreference") DeleteUplinks("refid");
+        const std::string_view linkField = table == "tbldossierreftabs"     ? "reftabid"
+                                           : table == "tbldossierreference" ? "refid"
+                                                                            : "";
+        std::optional<Transaction> both;
+        if (!linkField.empty()) {
+            both.emplace(lclConnection, lclWorkstation);
+            DeleteUplinks(linkField);
+        }
         lclRecordset->Delete();
+        if (both) both->Commit();
         return true;
     } catch (const std::exception& error) {
         Swallowed("clsTable.DeleteCurrentRow", error);

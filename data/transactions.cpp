@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "data/Error.h"
+#include "data/logText.h"
 #include "platform/BusyDialog.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -26,7 +27,7 @@ Transaction::Transaction(ConnectionPtr connection, const platform::Workstation& 
     try {
         connection->BeginTrans();
     } catch (const std::exception& error) {
-        lclWorkstation.log.Write("Transaction", std::string("Not begun: ") + error.what());
+        lclWorkstation.log.Write("Transaction", "Not begun: " + InLog(error));
         // Each statement stands for itself where there are none.
         if (HasTransactions(connection)) throw;
         return;
@@ -48,7 +49,7 @@ void Transaction::RollBack() noexcept {
         lclConnection->RollbackTrans();
     } catch (const std::exception& error) {
         // Mostly the connection is gone, and what it had not committed with it.
-        lclWorkstation.log.Write("Transaction", std::string("Not rolled back: ") + error.what());
+        lclWorkstation.log.Write("Transaction", "Not rolled back: " + InLog(error));
     }
     Left();
 }

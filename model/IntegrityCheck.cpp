@@ -50,6 +50,7 @@ public:
                                     : WithBackslash(storeRoot)) {}
 
     std::vector<Finding> Run() {
+        if (!lclRoot.empty()) NeedStore();
         ReadDocuments();
         ReadTrees();
         ReadItems();
@@ -211,11 +212,28 @@ private:
             if (!document.inTree)
                 Found(Fault::DocumentWithoutItem, document.key, "document " + Number(id));
             // A note's file is made when the note is first saved.
-            if (!document.note && !document.path.empty() &&
-                !lclWorkstation.files.FileExists(lclRoot + document.path))
+            if (!document.note && !document.path.empty() && !HasFile(document.path))
                 Found(Fault::DocumentWithoutFile, document.key,
                       "document " + Number(id) + ": " + lclRoot + document.path);
         }
+    }
+
+    bool HasFile(const std::string& path) const {
+        if (lclRoot.empty())
+            throw platform::Error(platform::errors::pathNotFound,
+                                  "DocumentPath in section Storage not found", "IntegrityCheck");
+        const std::string whole = lclRoot + path;
+        if (IsThere(lclWorkstation, whole))
+            return (lclWorkstation.files.Attributes(whole) & platform::attributes::directory) == 0;
+        NeedStore(); // it may have gone meanwhile
+        return false;
+    }
+
+    void NeedStore() const {
+        if (!lclWorkstation.files.DirectoryExists(lclRoot))
+            throw platform::Error(platform::errors::pathNotFound,
+                                  "The document store \"" + lclRoot + "\" is not there.",
+                                  "IntegrityCheck");
     }
 
     void CheckItems() {

@@ -43,7 +43,8 @@ struct Finding {
 };
 
 // `storeRoot` empty: the installation's store (setting "Storage"/"DocumentPath"). Throws
-// data::Error when the database cannot be read.
+// platform::Error when the database or the store cannot be read: a store that is not there says
+// nothing about its files.
 std::vector<Finding> CheckIntegrity(const platform::Workstation& workstation,
                                     const data::ConnectionPtr& connection,
                                     std::string_view storeRoot = {});

@@ -1,5 +1,6 @@
 #include "model/RecordClass.h"
 
+#include "data/logText.h"
 #include "model/Store.h"
 #include "platform/Error.h"
 #include "platform/ErrorNumber.h"
@@ -17,22 +18,32 @@ RecordClass::~RecordClass() {
     try {
         CloseDataSource();
     } catch (const std::exception& error) {
-        lclWorkstation.log.Write(lclClassName, error.what());
+        lclWorkstation.log.Write(lclClassName, data::InLog(error));
     }
 }
 
 bool RecordClass::OpenDataSource() {
     lclConnected = lclSaved = false;
+    lclOpenFailed = true;
     return Guarded("OpenDataSource", [&] {
-        lclRecordset = Store(lclConnection).Read(SelectStatement());
-        if (!LiveRows().empty()) lclRecordset->SetFilter(LiveRows());
+        lclRecordset = ReadRows(SelectStatement());
+        const std::string other = lclRecordset->Eof() ? OtherStatement() : std::string();
+        if (!other.empty()) lclRecordset = ReadRows(other);
         lclConnected = true;
+        lclOpenFailed = false;
         if (AtRow()) RowChanged();
         return true;
     });
 }
 
+data::RecordsetPtr RecordClass::ReadRows(const std::string& statement) const {
+    data::RecordsetPtr rows = Store(lclConnection).Read(statement);
+    if (!LiveRows().empty()) rows->SetFilter(LiveRows());
+    return rows;
+}
+
 void RecordClass::CloseDataSource() {
+    lclOpenFailed = false;
     if (!lclRecordset || !lclConnected) return;
     if (lclRecordset->IsOpen()) lclRecordset->Close();
     lclRecordset.reset();
@@ -107,7 +118,7 @@ void RecordClass::MoveQuietly(void (data::Recordset::*move)()) {
         (lclRecordset.get()->*move)();
         Moved();
     } catch (const std::exception& error) {
-        lclWorkstation.log.Write(lclClassName, error.what());
+        lclWorkstation.log.Write(lclClassName, data::InLog(error));
     }
 }
 
@@ -123,7 +134,7 @@ void RecordClass::Report(std::string_view where, const std::exception& error) co
     const auto* const known = dynamic_cast<const platform::Error*>(&error);
     const std::int32_t number =
         known ? platform::ShownNumber(known->Number()) : platform::errors::fail;
-    lclWorkstation.log.Write(lclClassName + "." + std::string(where), error.what());
+    lclWorkstation.log.Write(lclClassName + "." + std::string(where), data::InLog(error));
     platform::Message message;
     message.caption = data::Translated(lclTranslation, lclTitle, {lclClassName});
     message.text = number == 0

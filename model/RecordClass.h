@@ -61,6 +61,8 @@ protected:
                 std::string_view title, std::string_view className);
 
     virtual std::string SelectStatement() const = 0;
+    // What is read where that finds no row; empty for nothing.
+    virtual std::string OtherStatement() const { return {}; }
     // A filter over the rows read that leaves out soft-deleted ones; empty for all rows.
     virtual std::string_view LiveRows() const { return {}; }
     virtual void ReadRow(const data::Recordset& row) = 0;
@@ -69,10 +71,11 @@ protected:
 
     bool AtRow() const;
     // Runs a change of the current row as Guarded does; false, and nothing done, where an open data
-    // source stands at its end: the properties still show the row before.
+    // source stands at its end, or could not be opened: the properties still show the row before.
     template <class Work>
     bool GuardedRow(std::string_view where, Work work) {
-        if (!lclConnected || AtRow() || lclSaved) return Guarded(where, work);
+        const bool shown = lclConnected ? AtRow() : !lclOpenFailed;
+        if (shown || lclSaved) return Guarded(where, work);
         ReportNoRow(where);
         return false;
     }
@@ -95,6 +98,7 @@ protected:
     const platform::Workstation& Machine() const { return lclWorkstation; }
 
 private:
+    data::RecordsetPtr ReadRows(const std::string& statement) const;
     void Moved();
     void MoveQuietly(void (data::Recordset::*move)());
 
@@ -105,7 +109,8 @@ private:
     std::string lclTableName, lclOrdering;
     std::string lclTitle, lclClassName;
     bool lclConnected = false;
-    bool lclSaved = false; // since the data source was opened or moved
+    bool lclOpenFailed = false; // the last time; whoever closes the data source lets it rest
+    bool lclSaved = false;      // since the data source was opened or moved
 };
 
 } // namespace kavidex::model

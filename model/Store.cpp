@@ -91,6 +91,10 @@ std::string NewGuid(const platform::Workstation& workstation) {
     return guid;
 }
 
+std::string AsWritten(const data::ConnectionPtr& connection, std::string_view text) {
+    return data::IsMySqlConnection(connection) ? DoubleBackslashes(text) : std::string(text);
+}
+
 std::string Number(std::int64_t number) { return std::to_string(number); }
 
 std::string_view Word(bool flag) { return flag ? "True" : "False"; }

@@ -60,6 +60,9 @@ std::optional<std::string> ReadSetting(const platform::Workstation& workstation,
 
 std::string NewGuid(const platform::Workstation& workstation); // throws platform::Error
 
+// What a text reads as once it was written: on MySQL with two backslashes for each.
+std::string AsWritten(const data::ConnectionPtr& connection, std::string_view text);
+
 std::string Number(std::int64_t number); // decimal text
 std::string_view Word(bool flag);        // "True" or "False"
 std::string TrimmedText(const data::Value& value);

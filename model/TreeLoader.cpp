@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "data/logText.h"
 #include "platform/Error.h"
 #include "platform/ErrorNumber.h"
 #include "platform/General.h"
@@ -94,7 +95,7 @@ void TreeLoader::Report(const std::exception& error) {
     const std::int32_t number =
         known ? platform::ShownNumber(known->Number()) : platform::errors::fail;
     const std::string text = std::string(error.what()) + " " + Number(number);
-    lclWorkstation.log.Write(routine, text);
+    lclWorkstation.log.Write(routine, data::InLog(error) + " " + Number(number));
     // A connection that is gone fails for every folder of the tree: one box tells it.
     if (std::find(lclShown.begin(), lclShown.end(), text) != lclShown.end()) return;
     lclShown.push_back(text);

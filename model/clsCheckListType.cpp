@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <limits>
 
+#include "data/Error.h"
+#include "data/logText.h"
 #include "data/modData.h"
 #include "model/Store.h"
 #include "platform/Log.h"
@@ -27,12 +29,15 @@ std::int32_t clsCheckListType::GetType(std::string_view dossierType, std::string
     if (!tabType.empty())
         lclCheckListTabType = std::string(dossierType).append("^").append(tabType);
     lclFields.clear();
+    lclUnread = false;
     if (!lclConnection) return 0;
     try {
+        lclUnread = true;
         LoadFields();
+        lclUnread = false;
         return 0;
     } catch (const std::exception& error) {
-        lclWorkstation.log.Write("clsCheckListType.GetType", error.what());
+        lclWorkstation.log.Write("clsCheckListType.GetType", data::InLog(error));
         return -1;
     }
 }
@@ -55,7 +60,10 @@ void clsCheckListType::LoadFields() {
     rows->Close();
 }
 
-void clsCheckListType::NewType() { lclFields.clear(); }
+void clsCheckListType::NewType() {
+    lclFields.clear();
+    lclUnread = false;
+}
 
 clsFieldPtr clsCheckListType::CreateField(std::int16_t order, std::string_view fieldDescription,
                                           std::int16_t numberToRecieve,
@@ -79,6 +87,11 @@ void clsCheckListType::DeleteRows() {
 
 void clsCheckListType::UpdateCurrentType() {
     if (!lclConnection) return;
+    if (lclUnread)
+        throw data::Error(data::errors::badEof,
+                          "The list " + lclCheckListTabType +
+                              " could not be read, so it is not replaced.",
+                          "clsCheckListType");
     const Store store(lclConnection);
     Transaction transaction(store, lclWorkstation);
     DeleteRows();

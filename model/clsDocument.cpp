@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "data/Error.h"
+#include "data/logText.h"
 #include "data/modData.h"
 #include "model/Store.h"
 #include "model/storePath.h"
@@ -127,7 +128,7 @@ void clsDocument::InsertNewRow() {
         InsertRow(Machine(), store, row, [&](data::Recordset& rows, std::int32_t key) {
             base = lclBaseSaveDirectory.empty() ? FindStore(Machine(), DbConnection())
                                                 : WithBackslash(lclBaseSaveDirectory);
-            lclAllreadyExists = Machine().files.FileExists(MakePath(base.value_or(""), key));
+            lclAllreadyExists = IsThere(Machine(), MakePath(base.value_or(""), key));
             SetNumber(rows, "DocId", lclAllreadyExists ? 0 : key);
             if (!lclAllreadyExists) return;
             rows.Set("DocGuid", std::string());
@@ -180,6 +181,9 @@ std::int32_t clsDocument::ExtraInfoId(std::int32_t document) {
 
 bool clsDocument::UpdateCurrentRow() {
     return GuardedRow("UpdateCurrentRow", [&] {
+        // The rows that were marked at their insert share the number 0.
+        if (lclDocId < 1)
+            throw data::Error(data::errors::badEof, "There is no current document.", "clsDocument");
         const Store store(DbConnection());
         // What was never read or written by this object would be overwritten unseen.
         const std::int32_t extraInfo = lclExtraInfoOf == lclDocId ? ExtraInfoId(lclDocId) : 0;
@@ -191,6 +195,11 @@ bool clsDocument::UpdateCurrentRow() {
                     ", Description = " + data::SqlValue(lclDescription) + ", ReadOnly = " +
                     data::SqlBool(Word(lclReadOnly)) + ", Type = " + data::SqlValue(lclDocType) +
                     " where DocId = " + Number(lclDocId));
+        if (store
+                .ReadNow("Select Id from " + TableName() + " where DocId = " + Number(lclDocId) +
+                         " and Id > 0")
+                ->Eof())
+            Gone();
         if (extraInfo > 0)
             store.Write("update tblDocExtraInfo set SendTo = " + data::SqlValue(lclSendTo) +
                         ", Sendfrom = " + data::SqlValue(lclRecievedFrom) +
@@ -226,13 +235,23 @@ bool clsDocument::DeleteCurrentRow() {
 void clsDocument::TakeOutRow() {
     const Store store(DbConnection());
     const std::string id = Number(lclId), row = " where Id = " + id;
+    std::int64_t touched = 0;
     try {
-        store.Write("update " + TableName() + " set Id = -" + id + row);
+        touched = store.Write("update " + TableName() + " set Id = -" + id + row);
     } catch (const data::Error& error) {
-        Machine().log.Write("clsDocument.DeleteCurrentRow", error.what());
+        Machine().log.Write("clsDocument.DeleteCurrentRow", data::InLog(error));
     }
-    if (!store.Read("Select Id from " + TableName() + row)->Eof())
+    const data::RecordsetPtr left = store.Read("Select Id, DocId from " + TableName() + row);
+    if (left->Eof() ? touched == 0 : data::ToInt32(left->Get("DocId")) < 0) Gone();
+    if (!left->Eof())
         store.Write("update " + TableName() + " set DocId = -DocId" + row + " and DocId > 0");
+}
+
+void clsDocument::Gone() const {
+    throw platform::Error(platform::errors::notFound,
+                          "The document " + Number(lclId != 0 ? lclId : lclDocId) +
+                              " does not exist any more.",
+                          "clsDocument");
 }
 
 bool clsDocument::FindBase() {
@@ -254,7 +273,7 @@ void clsDocument::RefuseForeignFile() const {
 }
 
 void clsDocument::KeepFileOfAnotherRow(std::string_view target) const {
-    if (lclKeptDocId && Machine().files.FileExists(target))
+    if (lclKeptDocId && IsThere(Machine(), target))
         throw platform::Error(platform::errors::alreadyExists,
                               std::string(target) + " belongs to the row that was saved before.",
                               "clsDocument");

@@ -111,6 +111,8 @@ public:
 
 protected:
     std::string SelectStatement() const override;
+    // A caller's own criteria say themselves what they want.
+    std::string_view LiveRows() const override { return lclCriteria.empty() ? "Id > 0" : ""; }
     void ReadRow(const data::Recordset& row) override;
 
 private:
@@ -125,6 +127,7 @@ private:
     void RefuseForeignFile() const;
     void KeepFileOfAnotherRow(std::string_view target) const;
     void TakeOutRow();
+    [[noreturn]] void Gone() const;
     void LoadExtraInfo();
     void InsertExtraInfo();
     std::int32_t ExtraInfoId(std::int32_t document);

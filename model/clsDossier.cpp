@@ -3,6 +3,9 @@
 #include "data/modData.h"
 #include "model/Store.h"
 #include "model/criteria.h"
+#include "platform/Error.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
 
 namespace kavidex::model {
 
@@ -48,24 +51,64 @@ bool clsDossier::SaveNewRow() {
     });
 }
 
+// Read once ours is there for all: whoever made one meanwhile sees the same first.
+bool clsDossier::SaveFirstRow() {
+    return SaveNewRow() && Guarded("SaveFirstRow", [&] {
+               const data::RecordsetPtr rows =
+                   Store(DbConnection())
+                       .ReadNow("Select Id, RelId, TreeId from " + TableName() +
+                                " where DossierId = " + Number(DossierId()) + " order by Id");
+               while (!rows->Eof() && data::ToInt32(rows->Get("RelId")) < 0) rows->MoveNext();
+               const std::int32_t first = rows->Eof() ? Id() : data::ToInt32(rows->Get("Id"));
+               if (first == Id()) return true;
+               Machine().log.Write("clsDossier", "Another gave the dossier " + Number(DossierId()) +
+                                                     " its tree, not " + Number(TreeId()));
+               TakeOut();
+               SetId(first);
+               SetTreeId(data::ToInt32(rows->Get("TreeId")));
+               return true;
+           });
+}
+
 bool clsDossier::UpdateCurrentRow() {
     return GuardedRow("UpdateCurrentRow", [&] {
-        Store(DbConnection())
-            .Write("update " + TableName() + " set DossierId = " + Number(DossierId()) +
-                   ", Type= " + data::SqlValue(DossierType()) + ", ChildDossierId= " +
-                   Number(ChildId()) + ", ChildType = " + data::SqlValue(ChildType()) +
-                   " where TreeId= " + Number(TreeId()));
+        const Store store(DbConnection());
+        Transaction transaction(store, Machine());
+        store.Write(
+            "update " + TableName() + " set DossierId = " + Number(DossierId()) +
+            ", Type= " + data::SqlValue(DossierType()) + ", ChildDossierId= " + Number(ChildId()) +
+            ", ChildType = " + data::SqlValue(ChildType()) + " where TreeId= " + Number(TreeId()));
+        if (!TreeHasRelation(store)) Gone("tree", TreeId()); // what was rewritten is deleted
+        transaction.Commit();
         return true;
     });
 }
 
+bool clsDossier::TreeHasRelation(const Store& store) const {
+    const data::RecordsetPtr rows =
+        store.ReadNow("Select RelId from " + TableName() + " where TreeId = " + Number(TreeId()));
+    rows->SetFilter(LiveRows());
+    return !rows->Eof();
+}
+
+void clsDossier::Gone(std::string_view what, std::int32_t id) {
+    throw platform::Error(platform::errors::notFound, "The relation of " + std::string(what) + " " +
+                                                          Number(id) + " does not exist any more.");
+}
+
 bool clsDossier::DeleteCurrentRow() {
     return GuardedRow("DeleteCurrentRow", [&] {
-        Store(DbConnection())
-            .Write("update " + TableName() + " set Relid= " + Number(-std::int64_t{Id()}) +
-                   " where relid= " + Number(Id()));
+        TakeOut();
         return true;
     });
+}
+
+void clsDossier::TakeOut() const {
+    if (Id() < 1 || // minus a negative number would bring the row back
+        Store(DbConnection())
+                .Write("update " + TableName() + " set Relid= " + Number(-std::int64_t{Id()}) +
+                       " where relid= " + Number(Id())) == 0)
+        Gone("row", Id());
 }
 
 } // namespace kavidex::model

@@ -9,6 +9,8 @@
 
 namespace kavidex::model {
 
+class Store;
+
 // OpenDataSource filters on the properties that the caller has set (above 0, not empty; a type with
 // "%" or "*" filters with like) and loads the first row; moves load theirs. A filter on ChildId
 // names a column that does not exist and fails.
@@ -37,7 +39,10 @@ public:
     std::int64_t TreeId_Size() const { return FieldSize("TreeId"); }
 
     bool SaveNewRow() override;
-    // Rewrites every relation row of this TreeId.
+    // The same, for a dossier that has no relation: where another gives it one at the same moment,
+    // `TreeId` is that of the first, and the row made here is taken out again.
+    bool SaveFirstRow();
+    // Rewrites every relation row of this TreeId; false where none of them lives.
     bool UpdateCurrentRow() override;
     bool DeleteCurrentRow() override;
 
@@ -52,6 +57,10 @@ private:
         std::int32_t id = 0, dossierId = 0, childId = 0, treeId = 0;
         std::string type, childType;
     };
+    bool TreeHasRelation(const Store& store) const;
+    void TakeOut() const;
+    [[noreturn]] static void Gone(std::string_view what, std::int32_t id);
+
     Row lclRow;    // what the properties show
     Row lclFilter; // what the caller set, without what was loaded
 };

@@ -3,6 +3,10 @@
 #include "data/modData.h"
 #include "model/Store.h"
 #include "model/criteria.h"
+#include "platform/Error.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
 
 namespace kavidex::model {
 
@@ -10,15 +14,25 @@ clsDossierDbRelations::clsDossierDbRelations(const platform::Workstation& workst
     : RecordClass(workstation, "tblDossierDbRelation", "Application Runtime Error $%$",
                   "clsDossierDbRelations") {}
 
-std::string clsDossierDbRelations::SelectStatement() const {
+std::string clsDossierDbRelations::SelectBy(std::string_view key) const {
     Criteria criteria;
-    criteria.Equal("DbKey", lclFilter.dbKey);
+    criteria.Equal("DbKey", key);
     criteria.Equal("DbRelId", lclFilter.dossierId);
     return criteria.Select(TableName(), Ordering());
 }
 
+std::string clsDossierDbRelations::SelectStatement() const { return SelectBy(lclFilter.dbKey); }
+
+std::string clsDossierDbRelations::OtherStatement() const {
+    const std::string kept = AsWritten(DbConnection(), lclFilter.dbKey);
+    return kept == lclFilter.dbKey ? std::string() : SelectBy(kept);
+}
+
 void clsDossierDbRelations::ReadRow(const data::Recordset& row) {
     lclRow.dbKey = TrimmedText(row.Get("dbKey"));
+    // What the caller gave reads as it gave it, and is written back as it stands.
+    if (platform::EqualNoCase(lclRow.dbKey, AsWritten(DbConnection(), lclFilter.dbKey)))
+        lclRow.dbKey = lclFilter.dbKey;
     lclRow.dossierId = data::ToInt32(row.Get("DbRelId"));
 }
 
@@ -38,10 +52,47 @@ bool clsDossierDbRelations::SaveNewRow() {
     });
 }
 
+// Others may have begun a dossier under the key since it was looked for. Of all their rows the
+// lowest counts, whether it has its number by now or not; read once ours is there for all.
+std::int32_t clsDossierDbRelations::FirstNumber() const {
+    const data::RecordsetPtr rows =
+        Store(DbConnection())
+            .ReadNow("Select DbRelId, DossierId from " + TableName() + " where DbKey = " +
+                     data::SqlValue(AsWritten(DbConnection(), DbKey())) + " order by DossierId");
+    while (!rows->Eof() && data::ToInt32(rows->Get("DbRelId")) < 0) rows->MoveNext();
+    return rows->Eof() ? DossierId() : data::ToInt32(rows->Get("DossierId"));
+}
+
+bool clsDossierDbRelations::SaveNewKey(bool& anothers) {
+    anothers = false;
+    return SaveNewRow() && Guarded("SaveNewKey", [&] {
+               const std::int32_t first = FirstNumber();
+               if (first == DossierId()) return true;
+               anothers = true;
+               Machine().log.Write("clsDossierDbRelations",
+                                   "Another gave " + DbKey() + " the number " + Number(first));
+               TakeOut();
+               SetDossierId(first);
+               return true;
+           });
+}
+
+// Some engines count only rows that a change made different.
+void clsDossierDbRelations::NeedRow(std::int64_t touched) const {
+    if (touched > 0) return;
+    const Store store(DbConnection());
+    if (store
+            .ReadNow("Select DbRelId from " + TableName() +
+                     " where DbRelId = " + Number(DossierId()))
+            ->Eof())
+        throw platform::Error(platform::errors::notFound,
+                              "The dossier " + Number(DossierId()) + " does not exist any more.");
+}
+
 void clsDossierDbRelations::WriteKey() const {
-    Store(DbConnection())
-        .Write("Update " + TableName() + " set dbKey = " + data::SqlValue(DbKey()) +
-               " where dbRelId = " + Number(DossierId()));
+    NeedRow(Store(DbConnection())
+                .Write("Update " + TableName() + " set dbKey = " + data::SqlValue(DbKey()) +
+                       " where dbRelId = " + Number(DossierId())));
 }
 
 bool clsDossierDbRelations::UpdateCurrentRow() {
@@ -52,6 +103,7 @@ bool clsDossierDbRelations::UpdateCurrentRow() {
 }
 
 bool clsDossierDbRelations::Rekey(std::string_view newKey) {
+    const Row row = lclRow, filter = lclFilter;
     const std::string oldKey = DbKey();
     const bool done = GuardedRow("Rekey", [&] {
         const Store store(DbConnection());
@@ -64,17 +116,28 @@ bool clsDossierDbRelations::Rekey(std::string_view newKey) {
         transaction.Commit();
         return true;
     });
-    if (!done) SetDbKey(oldKey);
+    if (!done) {
+        lclRow = row;
+        lclFilter = filter;
+    }
     return done;
 }
 
 bool clsDossierDbRelations::DeleteCurrentRow() {
     return GuardedRow("DeleteCurrentRow", [&] {
-        Store(DbConnection())
-            .Write("update " + TableName() + " set DbRelId = " +
-                   Number(-std::int64_t{DossierId()}) + " where DBrelid= " + Number(DossierId()));
+        TakeOut();
         return true;
     });
+}
+
+void clsDossierDbRelations::TakeOut() const {
+    if (DossierId() > 0 && Store(DbConnection())
+                                   .Write("update " + TableName() +
+                                          " set DbRelId = " + Number(-std::int64_t{DossierId()}) +
+                                          " where DBrelid= " + Number(DossierId())) != 0)
+        return;
+    throw platform::Error(platform::errors::notFound,
+                          "The dossier " + Number(DossierId()) + " does not exist any more.");
 }
 
 std::optional<std::string> KeyOfTree(const data::ConnectionPtr& connection, std::int32_t treeId) {

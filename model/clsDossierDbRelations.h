@@ -11,7 +11,8 @@
 namespace kavidex::model {
 
 // OpenDataSource filters on the properties that the caller has set and loads the first row; moves
-// load theirs.
+// load theirs. A key with backslashes is also found as a MySQL server keeps those that are written
+// here: with two for each.
 class clsDossierDbRelations : public RecordClass {
 public:
     explicit clsDossierDbRelations(const platform::Workstation& workstation);
@@ -25,6 +26,9 @@ public:
     std::int64_t DossierId_Size() const { return FieldSize("DbRelId"); }
 
     bool SaveNewRow() override;
+    // The same, for a key that has no number: where another gives it one at the same moment, the
+    // number is that of the first, `anothers` tells it, and the row made here is taken out again.
+    bool SaveNewKey(bool& anothers);
     bool UpdateCurrentRow() override;
     // Gives the dossier another key, and its documents with it: all of it or nothing.
     bool Rekey(std::string_view newKey);
@@ -32,12 +36,17 @@ public:
 
 protected:
     std::string SelectStatement() const override;
+    std::string OtherStatement() const override;
     std::string_view LiveRows() const override { return "DbRelId > 0"; }
     void ReadRow(const data::Recordset& row) override;
     void RowChanged() override { LoadData(); }
 
 private:
+    std::string SelectBy(std::string_view key) const;
+    std::int32_t FirstNumber() const;
+    void TakeOut() const;
     void WriteKey() const;
+    void NeedRow(std::int64_t touched) const;
     struct Row {
         std::string dbKey;
         std::int32_t dossierId = 0;

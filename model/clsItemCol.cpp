@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <atomic>
 #include <charconv>
-#include <limits>
 
 #include "data/modData.h"
 #include "model/Store.h"
@@ -17,7 +16,6 @@ namespace {
 
 // The errors of a keyed collection, as hosts written in Basic know them.
 constexpr auto invalidCall = static_cast<std::int32_t>(0x800A0005);
-constexpr auto overflow = static_cast<std::int32_t>(0x800A0006);
 constexpr auto outOfRange = static_cast<std::int32_t>(0x800A0009);
 constexpr auto keyInUse = static_cast<std::int32_t>(0x800A01C9);
 
@@ -38,7 +36,7 @@ NodeId InsertNode(const platform::Workstation& workstation, const data::Connecti
     row.find = "Select * from tblTreeItem where TreeItemGuid = " + guid;
     const Store store(connection);
     Transaction transaction(store, workstation);
-    if (parentId > 0) HoldNode(store, parentId);
+    if (parentId != 0) HoldNode(store, parentId);
     const std::int32_t id =
         InsertRow(workstation, store, row, [](data::Recordset& rows, std::int32_t key) {
             SetNumber(rows, "TreeItemId", key);
@@ -176,9 +174,6 @@ clsItemPtr clsItemCol::MoveItem(const clsItemPtr& item, const data::ConnectionPt
 }
 
 clsItemPtr clsItemCol::Item(std::int32_t index) const {
-    if (index < std::numeric_limits<std::int16_t>::min() ||
-        index > std::numeric_limits<std::int16_t>::max())
-        throw platform::Error(overflow, "Overflow");
     const auto items = Items();
     if (index < 1 || static_cast<std::size_t>(index) > items.size())
         throw platform::Error(outOfRange, "Subscript out of range");

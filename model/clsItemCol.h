@@ -54,7 +54,7 @@ public:
                         const clsItemPtr& newParent, const clsItemPtr& oldParent);
 
     std::int32_t Count() const { return static_cast<std::int32_t>(lclItems.Size()); }
-    // By position, counted from 1, within 16 bits; throws platform::Error otherwise.
+    // By position, counted from 1; throws platform::Error where there is none.
     clsItemPtr Item(std::int32_t index) const;
     // All members, for walking; valid until the collection changes.
     std::span<const clsItemPtr> Items() const { return lclItems.Items(); }

@@ -1,6 +1,7 @@
 #include "model/clsTree.h"
 
 #include "data/Error.h"
+#include "data/logText.h"
 #include "data/modData.h"
 #include "model/LongWork.h"
 #include "model/NodeIndex.h"
@@ -23,7 +24,7 @@ clsTree::~clsTree() = default;
 
 void clsTree::Reset() {
     lclDescription.clear();
-    lclNewEnabled = lclDeleteEnabled = lclUpdateEnabled = false;
+    lclNewEnabled = lclDeleteEnabled = lclUpdateEnabled = lclUnread = false;
     SetItem(std::make_shared<clsItem>());
 }
 
@@ -73,6 +74,10 @@ void clsTree::SetFlag(bool& flag, bool value) {
 
 void clsTree::Store() {
     if (!lclConnection || lclTreeId < 1) return;
+    if (lclUnread)
+        throw data::Error(data::errors::badEof,
+                          "Tree " + Number(lclTreeId) + " could not be read, so it is not changed.",
+                          "clsTree");
     const auto statement = [&](auto flag) {
         std::string change = "update tblTree  set Description = " + data::SqlValue(lclDescription);
         change.append(", NewEnabled = ").append(flag(lclNewEnabled));
@@ -86,7 +91,7 @@ void clsTree::Store() {
     } catch (const data::Error& error) {
         // Some servers take the words for names of columns; any other failure is one.
         if (error.Number() != data::errors::syntax) throw;
-        lclWorkstation.log.Write("clsTree", std::string(error.what()) + ": " + error.Statement());
+        lclWorkstation.log.Write("clsTree", data::InLog(error));
         store.Write(statement([](bool flag) { return flag ? "1" : "0"; }));
     }
 }
@@ -122,7 +127,9 @@ void clsTree::Load() {
     Reset();
     if (lclTreeId <= 0) return;
     NodeId topItem = 0;
+    lclUnread = true;
     const bool known = LoadTreeRow(topItem);
+    lclUnread = false;
     if (topItem != 0)
         LoadRoot(topItem);
     else

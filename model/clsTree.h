@@ -32,7 +32,8 @@ public:
     clsTree& operator=(const clsTree&) = delete;
 
     std::int32_t TreeId() const { return lclTreeId; }
-    // Any id but 0 loads that tree; 0 makes the object a new, unsaved tree.
+    // Any id but 0 loads that tree; 0 makes the object a new, unsaved tree. After a load that could
+    // not read the tree's row every change of it throws, and writes nothing.
     void SetTreeId(std::int32_t id);
     const data::ConnectionPtr& DbConnection() const { return lclConnection; }
     // Loads the tree when an id is set and there was no connection before.
@@ -118,6 +119,7 @@ private:
     std::string lclDescription;
     bool lclNewEnabled = false, lclDeleteEnabled = false, lclUpdateEnabled = false;
     bool lclOrderByName = false, lclSortFoldersAndDocs = false;
+    bool lclUnread = false; // the row of this id could not be read: what stands here is not its
     clsItemPtr lclItem;
     std::unique_ptr<NodeIndex> lclIndex;
 };

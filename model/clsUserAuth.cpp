@@ -4,9 +4,11 @@
 #include <mutex>
 
 #include "data/clsSettings.h"
+#include "data/logText.h"
 #include "data/modData.h"
 #include "model/Store.h"
 #include "platform/Error.h"
+#include "platform/ErrorNumber.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
 #include "platform/Workstation.h"
@@ -84,13 +86,14 @@ bool UseRights(const platform::Workstation& workstation, const data::ConnectionP
         Unreadable().Clear(connection);
         return use && platform::EqualAsciiNoCase(*use, "true");
     } catch (const std::exception& error) {
-        workstation.log.Write("UseRights", error.what());
+        workstation.log.Write("UseRights", data::InLog(error));
         if (Unreadable().IsNew(connection)) {
             const auto* const known = dynamic_cast<const platform::Error*>(&error);
             platform::Message message;
             message.caption = data::Translated(translation, "Error in $%$", {"UseRights"});
-            message.text = std::string(error.what()) + " " +
-                           Number(known ? known->Number() : platform::errors::fail);
+            message.text =
+                std::string(error.what()) + " " +
+                Number(known ? platform::ShownNumber(known->Number()) : platform::errors::fail);
             workstation.messages.Show(message);
         }
         return true;
@@ -185,7 +188,7 @@ bool clsUserAuth::Whole(std::string_view where, Work work) const {
         transaction.Commit();
         return true;
     } catch (const std::exception& error) {
-        lclWorkstation.log.Write(where, error.what());
+        lclWorkstation.log.Write(where, data::InLog(error));
         return false;
     }
 }
@@ -199,7 +202,7 @@ bool clsUserAuth::LoadRights() {
         for (const auto& [key, value] : Read(lclUserId)) SetRight(key, value);
         return true;
     } catch (const std::exception& error) {
-        lclWorkstation.log.Write("clsUserAuth.LoadRights", error.what());
+        lclWorkstation.log.Write("clsUserAuth.LoadRights", data::InLog(error));
         return false;
     }
 }

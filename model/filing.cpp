@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "data/logText.h"
 #include "data/modData.h"
 #include "model/Store.h"
 #include "model/clsDocument.h"
@@ -198,7 +199,7 @@ private:
         } catch (const std::exception& error) {
             lclWorkstation.log.Write("FileDocument",
                                      "Document " + Number(lclDocument.Id()) +
-                                         " could not be taken back: " + error.what());
+                                         " could not be taken back: " + data::InLog(error));
             return false;
         }
     }
@@ -238,17 +239,17 @@ private:
 FilingResult FileDocument(const platform::Workstation& workstation, clsTree& tree,
                           const FilingRequest& request) {
     FilingResult result;
-    const auto failed = [&](std::int32_t number, const char* what) {
+    const auto failed = [&](std::int32_t number, const std::exception& error) {
         result.number = number;
-        result.error = request.source + ": " + what;
-        workstation.log.Write("FileDocument", result.error);
+        result.error = request.source + ": " + error.what();
+        workstation.log.Write("FileDocument", request.source + ": " + data::InLog(error));
     };
     try {
         Filing(workstation, tree, request, result).Run();
     } catch (const platform::Error& error) {
-        failed(error.Number(), error.what());
+        failed(error.Number(), error);
     } catch (const std::exception& error) {
-        failed(platform::errors::fail, error.what());
+        failed(platform::errors::fail, error);
     }
     return result;
 }

@@ -54,6 +54,18 @@ std::string DocumentPath(std::string_view base, std::string_view date, std::stri
         .append(type);
 }
 
+bool IsThere(const platform::Workstation& workstation, std::string_view path) {
+    try {
+        workstation.files.Attributes(path);
+        return true;
+    } catch (const platform::Error& error) {
+        if (error.Number() == platform::errors::notFound ||
+            error.Number() == platform::errors::pathNotFound)
+            return false;
+        throw;
+    }
+}
+
 void MakeStoreFolder(const platform::Workstation& workstation, std::string_view base,
                      std::string_view folder) {
     if (workstation.files.DirectoryExists(folder)) return;

@@ -81,6 +81,9 @@ bool HasRow(const Store& store, NodeId id) {
 }
 
 void HoldNode(const Store& store, NodeId id) {
+    if (id < 0)
+        throw platform::Error(platform::errors::notFound,
+                              "The item " + Number(id) + " is deleted.");
     Hold(store, id);
     if (!HasRow(store, id))
         throw platform::Error(platform::errors::notFound,

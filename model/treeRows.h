@@ -15,7 +15,8 @@ namespace kavidex::model {
 // negative.
 bool HasRow(const Store& store, NodeId id);
 
-// For use within a transaction: throws platform::Error unless the node's row lives, and keeps
+// For use within a transaction: throws platform::Error unless the node's row lives (one that is
+// shown although it was deleted has a negative id, and does not), and keeps
 // others from deleting it until the transaction ends.
 void HoldNode(const Store& store, NodeId id);
 

@@ -1,5 +1,6 @@
 #include "model/uniqueNumber.h"
 
+#include <optional>
 #include <string>
 
 #include "data/Error.h"
@@ -22,18 +23,40 @@ struct Highest {
     bool found = false;
     std::int64_t number = 0;
     data::Value text;
+    std::int64_t position = 0; // among the rows
 };
 
-Highest ReadHighest(const Store& store, const std::string& where) {
+data::RecordsetPtr ReadRows(const Store& store, const std::string& where) {
+    return store.Read("Select * from tblSettings where " + where);
+}
+
+Highest HighestOf(data::Recordset& rows) {
     Highest highest;
-    const auto rows = store.Read("Select * from tblSettings where " + where);
-    for (; !rows->Eof(); rows->MoveNext()) {
-        const data::Value& text = rows->Get("Value");
+    for (std::int64_t position = 1; !rows.Eof(); rows.MoveNext(), ++position) {
+        const data::Value& text = rows.Get("Value");
         const auto number = static_cast<std::int64_t>(platform::Val(data::ToText(text)));
         if (highest.found && number <= highest.number) continue;
-        highest = {true, number, text};
+        highest = {true, number, text, position};
     }
     return highest;
+}
+
+// Where the engine does not tell whether a statement touched a row: a recordset refuses to write
+// one that is not as it was read. None when another was quicker.
+std::optional<std::int64_t> RaiseByRow(const Store& store, const std::string& where) {
+    const auto rows = ReadRows(store, where);
+    const auto highest = HighestOf(*rows);
+    if (!highest.found) return std::nullopt;
+    rows->SetAbsolutePosition(highest.position);
+    rows->Set("Value", Number(highest.number + 1));
+    try {
+        rows->Update();
+        return highest.number + 1;
+    } catch (const data::Error& error) {
+        rows->CancelUpdate();
+        if (error.Number() == data::errors::rowChanged) return std::nullopt;
+        throw;
+    }
 }
 
 std::string Unchanged(const std::string& column, const data::Value& text) {
@@ -50,7 +73,7 @@ std::int64_t RaiseUniqueNumber(const data::ConnectionPtr& connection) {
         "Section = " + data::SqlValue(section) + " and sKey = " + data::SqlValue(key);
     const std::string column = ValueColumn(connection);
     for (int attempt = 0; attempt < attempts; ++attempt) {
-        const auto highest = ReadHighest(store, where);
+        const auto highest = HighestOf(*ReadRows(store, where));
         if (!highest.found) {
             // Never a setting that is set: that would take a number back that another has raised.
             store.Write("Insert into tblSettings (Section,sKey," + column + ") Values (" +
@@ -61,7 +84,9 @@ std::int64_t RaiseUniqueNumber(const data::ConnectionPtr& connection) {
         const auto touched = connection->Execute("update tblSettings set " + column + " = " +
                                                  data::SqlValue(Number(next)) + " where " + where +
                                                  " and " + Unchanged(column, highest.text));
-        if (touched != 0) return next;
+        if (touched > 0) return next;
+        if (touched < 0)
+            if (const auto raised = RaiseByRow(store, where)) return *raised;
     }
     throw data::Error(data::errors::badEof, "The number of the letter could not be raised.",
                       "Kavidex");

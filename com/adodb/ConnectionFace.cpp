@@ -1,6 +1,7 @@
 #include "com/adodb/ConnectionFace.h"
 
 #include <map>
+#include <mutex>
 
 #include "com/adodb/ConnectionObject.h"
 #include "data/win32/LateAdoConnection.h"
@@ -13,9 +14,31 @@ namespace {
 
 using data::win32::LateAdoConnection;
 
-// An engine holds its object, so an address in here is good while its engine lives.
-std::map<IUnknown*, std::weak_ptr<LateAdoConnection>>& Engines() {
-    static std::map<IUnknown*, std::weak_ptr<LateAdoConnection>> engines;
+// The engines that there are, for the threads of a host. An engine holds its object, so an address
+// in here is good while its engine lives.
+struct Engines {
+    std::mutex guard;
+    std::map<IUnknown*, std::weak_ptr<LateAdoConnection>> known;
+
+    std::shared_ptr<LateAdoConnection> Of(IUnknown* object) {
+        const std::lock_guard lock(guard);
+        const auto found = known.find(object);
+        return found == known.end() ? nullptr : found->second.lock();
+    }
+    // The one that another thread has added meanwhile, or this.
+    std::shared_ptr<LateAdoConnection> Added(IUnknown* object,
+                                             std::shared_ptr<LateAdoConnection> engine) {
+        const std::lock_guard lock(guard);
+        std::erase_if(known, [](const auto& entry) { return entry.second.expired(); });
+        const auto place = known.try_emplace(object, engine).first;
+        auto there = place->second.lock();
+        if (!there) place->second = engine;
+        return there ? there : engine;
+    }
+};
+
+Engines& AllEngines() {
+    static Engines engines;
     return engines;
 }
 
@@ -30,14 +53,12 @@ void Demand(const ComPtr<IDispatch>& object) {
 }
 
 data::ConnectionPtr EngineFor(const ComPtr<IDispatch>& object) {
-    auto& engines = Engines();
-    std::erase_if(engines, [](const auto& entry) { return entry.second.expired(); });
-    auto& known = engines[object.Query<IUnknown>().Get()];
-    if (auto engine = known.lock()) return engine;
+    const ComPtr<IUnknown> identity = object.Query<IUnknown>();
+    if (auto engine = AllEngines().Of(identity.Get())) return engine;
+    // No lock is held while the host's object is called: it may live on another thread.
     Demand(object);
-    auto made = std::make_shared<LateAdoConnection>(platform::win32::Late(object));
-    known = made;
-    return made;
+    return AllEngines().Added(identity.Get(),
+                              std::make_shared<LateAdoConnection>(platform::win32::Late(object)));
 }
 
 } // namespace
@@ -52,8 +73,7 @@ ComPtr<IDispatch> ObjectOf(const data::ConnectionPtr& connection) {
     if (!connection) return {};
     if (const auto* late = dynamic_cast<const LateAdoConnection*>(connection.get()))
         return late->Object();
-    if (ConnectionObject* known = ConnectionObject::Over(connection.get()))
-        return ComPtr<IDispatch>(known);
+    if (auto known = ConnectionObject::Over(connection.get())) return known;
     return Make<ConnectionObject>(connection);
 }
 

@@ -1,6 +1,8 @@
 #include "com/adodb/ConnectionObject.h"
 
 #include <map>
+#include <mutex>
+#include <utility>
 
 #include "com/adodb/Collections.h"
 #include "com/adodb/Interfaces.h"
@@ -47,6 +49,11 @@ std::string FilterText(const SchemaColumns& columns, const std::optional<Variant
     return filter;
 }
 
+// An object belongs to one apartment, the map to all of them.
+std::mutex& Guard() {
+    static std::mutex guard;
+    return guard;
+}
 std::map<const data::Connection*, ConnectionObject*>& Faces() {
     static std::map<const data::Connection*, ConnectionObject*> faces;
     return faces;
@@ -60,14 +67,18 @@ ConnectionObject::ConnectionObject(data::ConnectionPtr connection) : lclOpener(O
 }
 ConnectionObject::~ConnectionObject() { SetEngine(nullptr); }
 
-ConnectionObject* ConnectionObject::Over(const data::Connection* connection) {
+ComPtr<IDispatch> ConnectionObject::Over(const data::Connection* connection) {
+    const std::lock_guard lock(Guard());
     const auto known = Faces().find(connection);
-    return known == Faces().end() ? nullptr : known->second;
+    return known == Faces().end() ? ComPtr<IDispatch>() : ComPtr<IDispatch>(known->second);
 }
 
 void ConnectionObject::SetEngine(data::ConnectionPtr connection) {
-    if (lclConnection && Over(lclConnection.get()) == this) Faces().erase(lclConnection.get());
-    lclConnection = std::move(connection);
+    // Let go outside: the last reference closes the database.
+    const data::ConnectionPtr before = std::exchange(lclConnection, std::move(connection));
+    const std::lock_guard lock(Guard());
+    const auto known = Faces().find(before.get());
+    if (known != Faces().end() && known->second == this) Faces().erase(known);
     if (lclConnection) Faces()[lclConnection.get()] = this;
 }
 

@@ -29,7 +29,7 @@ public:
     // Null when the object is not of this class.
     static ComPtr<ConnectionObject> From(IDispatch* object);
     // The living face of a connection, null when there is none.
-    static ConnectionObject* Over(const data::Connection* connection);
+    static ComPtr<IDispatch> Over(const data::Connection* connection);
 
     const Table& Members() const override;
     const data::ConnectionPtr& Engine() const { return lclConnection; } // null while closed

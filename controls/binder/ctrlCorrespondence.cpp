@@ -11,9 +11,11 @@
 #include "controls/viewer/external/ctrlExtViewer.h"
 #include "data/AdoFactory.h"
 #include "data/ConnectionAssignment.h"
+#include "data/logText.h"
 #include "data/schema/AccessRepair.h"
 #include "model/clsItem.h"
 #include "model/clsUserAuth.h"
+#include "model/filing.h"
 #include "platform/Error.h"
 #include "platform/ErrorNumber.h"
 #include "platform/Log.h"
@@ -187,6 +189,9 @@ void ctrlCorrespondence::SetFont(std::optional<FontFace> font) {
 }
 
 void ctrlCorrespondence::SetExternalId(const std::string& key) {
+    if (model::ColumnText(key) != key)
+        throw platform::Error(platform::errors::invalidPropertyValue,
+                              "Invalid property value: ExternalId has at most 255 characters");
     lclKeyKnown = true;
     Change(&BinderProperties::ExternalId, key);
 }
@@ -304,7 +309,7 @@ void ctrlCorrespondence::ReportError(std::string_view where, const std::exceptio
             line("   Description  ", detail.description);
             line("   Source       ", detail.source);
         }
-    lclWorkstation.log.Write(where, error.what());
+    lclWorkstation.log.Write(where, data::InLog(error));
     lclWorkstation.messages.Show({text, Text("Error in $%$", {std::string(where)}),
                                   platform::Buttons::Ok, platform::Icon::Critical});
 }

@@ -43,6 +43,11 @@ public:
     }
 };
 
+// The user was told what could not be read.
+std::int32_t WhetherShown(const ctrlTree& tree) {
+    return tree.TreeId() == 0 || tree.Tree() ? 0 : -6;
+}
+
 } // namespace
 
 // --- Connection ---------------------------------------------------------------------------------
@@ -287,8 +292,10 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
         fresh.SetTranslation(TranslationBy(lclTranslator));
         fresh.SetDbConnection(DbConnection());
         fresh.SetDbKey(externalId);
-        if (!fresh.SaveNewRow()) return -2;
-        return CreateDossier(fresh.DossierId(), description, tabs, step);
+        bool anothers = false;
+        if (!fresh.SaveNewKey(anothers)) return -2;
+        if (!anothers) return CreateDossier(fresh.DossierId(), description, tabs, step);
+        relation.SetDossierId(fresh.DossierId());
     }
     step = -6;
     model::clsDossier dossier(lclWorkstation);
@@ -299,7 +306,7 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
     // An earlier run may have ended between the key row and the dossier row.
     if (dossier.Eof()) return CreateDossier(relation.DossierId(), description, tabs, step);
     ShowTree(dossier.TreeId());
-    return Id() == 0 || lclTree->Tree() ? 0 : -6; // the user was told what could not be read
+    return WhetherShown(*lclTree);
 }
 
 std::int32_t ctrlCorrespondence::CreateDossier(std::int32_t dossierId, std::string_view description,
@@ -316,7 +323,11 @@ std::int32_t ctrlCorrespondence::CreateDossier(std::int32_t dossierId, std::stri
     step = -5;
     dossier.SetDossierType("Correspondence");
     dossier.SetTreeId(tree->TreeId());
-    if (!dossier.SaveNewRow()) return -5;
+    if (!dossier.SaveFirstRow()) return -5;
+    if (dossier.TreeId() != tree->TreeId()) { // somebody else has made the dossier meanwhile
+        ShowTree(dossier.TreeId());
+        return WhetherShown(*lclTree);
+    }
     ShowMade(tree); // what the host does on hearing of it finds a whole dossier
     return 0;
 }

@@ -1,6 +1,7 @@
 #include "controls/tree/ctrlTree.h"
 
 #include "controls/forms/Form.h"
+#include "data/logText.h"
 #include "model/clsItem.h"
 #include "model/clsTree.h"
 #include "model/filing.h"
@@ -204,10 +205,12 @@ void ctrlTree::OnItem(const std::function<void()>& work) const {
 
 void ctrlTree::ShowError(std::string_view caption, const std::vector<std::string>& values,
                          const std::exception& error) const {
-    std::string text = error.what();
     const auto* ours = dynamic_cast<const platform::Error*>(&error);
-    if (ours) text = std::to_string(platform::ShownNumber(ours->Number())) + " " + text;
-    lclWorkstation.log.Write(platform::FillPlaceholders(caption, values), text);
+    const std::string number =
+        ours ? std::to_string(platform::ShownNumber(ours->Number())) + " " : std::string();
+    std::string text = number + error.what();
+    lclWorkstation.log.Write(platform::FillPlaceholders(caption, values),
+                             number + data::InLog(error));
     if (ours && ours->Number() == platform::errors::clipboardHeld)
         text = std::to_string(ours->Number()) + " " +
                Text("Het klembord is in gebruik bij een ander programma. Probeer het opnieuw.");

@@ -3,6 +3,7 @@
 #include "controls/forms/FormView.h"
 #include "controls/viewer/ViewerViews.h"
 #include "controls/viewer/ViewerWindow.h"
+#include "data/logText.h"
 #include "model/clsItem.h"
 #include "model/clsUserAuth.h"
 #include "platform/Error.h"
@@ -334,7 +335,7 @@ void ctlViewer::Undisturbed(const std::function<void()>& work) const {
 void ctlViewer::TellError(std::string_view routine, const std::exception& error) const {
     const auto* ours = dynamic_cast<const platform::Error*>(&error);
     const auto number = platform::ShownNumber(ours ? ours->Number() : platform::errors::fail);
-    lclWorkstation.log.Write(routine, error.what());
+    lclWorkstation.log.Write(routine, data::InLog(error));
     const Asking asking(lclAsking, lclWindow);
     lclWorkstation.messages.Show({std::to_string(number) + " " + error.what(),
                                   Text("Error in $%$", {std::string(routine)}), Buttons::Ok,

@@ -68,12 +68,7 @@ void Session::Fail(int code, std::string_view statement) {
     for (const Failure& candidate : failures)
         if (candidate.code == (code & 0xFF)) failure = candidate;
     if (BeginsWith(own, "no such table")) failure.number = errors::noTable;
-    std::string description = Words(failure, own) + " (database '" + lclPath + "'";
-    if (!statement.empty()) {
-        description += ", statement: " + std::string(statement.substr(0, 200));
-        if (statement.size() > 200) description += "...";
-    }
-    description += ").";
+    const std::string description = Words(failure, own) + " (database '" + lclPath + "').";
     lclErrors = {{failure.number, description, "EmbeddedDatabase"}};
     throw Error(failure.number, description, "EmbeddedDatabase", std::string(statement));
 }

@@ -103,6 +103,8 @@ RowStore OdbcStatement::FetchAll() {
     Check(
         SQLSetStmtAttrW(lclHandle, SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(rows), 0));
     Check(SQLSetStmtAttrW(lclHandle, SQL_ATTR_ROWS_FETCHED_PTR, &fetched, 0));
+    std::vector<SQLUSMALLINT> states(rows, SQL_ROW_SUCCESS);
+    Check(SQLSetStmtAttrW(lclHandle, SQL_ATTR_ROW_STATUS_PTR, states.data(), 0));
     const std::vector<Column> columns = BindColumns(rows, firstLong);
 
     RowStore store(lclTypes.size());
@@ -111,12 +113,15 @@ RowStore OdbcStatement::FetchAll() {
         if (rc == SQL_NO_DATA) break;
         Check(rc);
         for (std::size_t row = 0; row < fetched; ++row) {
+            // One row of a block may fail, and the fetch succeed; its values are not there.
+            if (states[row] == SQL_ROW_ERROR) lclLink->Fail(SQL_HANDLE_STMT, lclHandle, lclText);
             for (const Column& column : columns) Append(store, column, row);
             for (std::size_t i = firstLong; i < lclTypes.size(); ++i)
                 AppendLong(store, static_cast<SQLUSMALLINT>(i + 1), lclTypes[i].fetched);
         }
     } while (fetched == rows); // a block that is not full was the last
     SQLSetStmtAttrW(lclHandle, SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
+    SQLSetStmtAttrW(lclHandle, SQL_ATTR_ROW_STATUS_PTR, nullptr, 0);
     return store;
 }
 

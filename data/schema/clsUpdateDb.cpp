@@ -78,7 +78,7 @@ std::int32_t clsUpdateDb::Walk() {
             dossiers = UpgradeContext{lclWorkstation, lclConnection}.HasTable("tblDossierTypes");
         version = step.to;
         if (*dossiers || !step.needsDossierTables) result = Run(step.from, version);
-        lclSettings.SetSetting("Build", "DbVersion", version);
+        Record(version);
     }
     if (version == currentVersion) {
         const UpgradeContext context{lclWorkstation, lclConnection};
@@ -86,6 +86,15 @@ std::int32_t clsUpdateDb::Walk() {
         CompleteTexts(context, lclSettings);
     }
     return result;
+}
+
+// A version that is not kept would have the steps run again at every assignment, unnoticed. Without
+// the table there is nowhere to keep it.
+void clsUpdateDb::Record(std::string_view version) {
+    lclSettings.SetSetting("Build", "DbVersion", version);
+    const std::string failure = lclSettings.Failure();
+    if (!failure.empty() && UpgradeContext{lclWorkstation, lclConnection}.HasTable("tblSettings"))
+        throw UpgradeHalted("The version of the database cannot be recorded: " + failure);
 }
 
 // A database without settings is one of the first version; one that does not answer is not.

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "data/Connection.h"
 #include "data/Texts.h"
@@ -29,8 +30,8 @@ public:
     void SetDbConnection(ConnectionPtr connection);
 
     // The result of the last step run, 0 when there was none to run. -1, after a message box, when
-    // what decides the way could not be read, or a step could not be kept: nothing is recorded
-    // then, and the next call goes on. At the end of the chain the database is completed
+    // what decides the way could not be read, or a step or its version could not be kept: the next
+    // call goes on there. At the end of the chain the database is completed
     // (CompleteSchema, CompleteTexts).
     std::int32_t fncUpdateDb();
 
@@ -57,6 +58,7 @@ public:
 private:
     std::int32_t Walk();
     std::string Version();
+    void Record(std::string_view version);
     std::int32_t Run(std::string_view from, std::string& reached);
     void RunPhases(const UpgradeStep& step, const UpgradeContext& context);
 

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "data/clsSettings.h"
+#include "data/logText.h"
 #include "data/modData.h"
 #include "data/schema/translations.h"
 #include "data/schema/upgradeConversions.h"
@@ -73,7 +74,8 @@ private:
     Parts Missing(Test isMissing) const {
         Parts missing;
         for (const SchemaPart& part : SchemaParts())
-            if ((lclBase || !part.base) && isMissing(part)) missing.push_back(&part);
+            if ((lclBase || !part.base || part.converted) && isMissing(part))
+                missing.push_back(&part);
         return missing;
     }
     // Empty where the connection does not list them.
@@ -81,7 +83,7 @@ private:
         try {
             return NamesIn(*lclContext.connection, schema, table, name);
         } catch (const std::exception& error) {
-            lclContext.workstation.log.Write("CompleteSchema", error.what());
+            lclContext.workstation.log.Write("CompleteSchema", InLog(error));
             return {};
         }
     }
@@ -94,7 +96,9 @@ private:
 void Bring(const UpgradeContext& context, const Parts& parts) {
     for (const SchemaPart* part : parts) {
         for (const std::string& statement : part->statements) context.Execute(statement);
-        if (part->fill) part->fill(context);
+        // A conversion speaks the words of Access.
+        if (part->fill && (!part->converted || IsAccessConnection(context.connection)))
+            part->fill(context);
     }
 }
 
@@ -150,7 +154,7 @@ void CompleteSchema(const UpgradeContext& context, const Translation& translatio
         if (!missing.empty()) TellMissing(context, translation, missing);
     } catch (const std::exception& error) {
         // A schema that cannot be read tells nothing about what it lacks.
-        context.workstation.log.Write("CompleteSchema", error.what());
+        context.workstation.log.Write("CompleteSchema", InLog(error));
     }
 }
 
@@ -163,7 +167,7 @@ void CompleteTexts(const UpgradeContext& context, clsSettings& settings) {
         if (upgrade::MissingTranslations(context))
             settings.SetSetting(section, key, TranslationsMark());
     } catch (const std::exception& error) {
-        context.workstation.log.Write("CompleteTexts", error.what());
+        context.workstation.log.Write("CompleteTexts", InLog(error));
     }
 }
 

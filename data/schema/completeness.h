@@ -10,7 +10,8 @@ namespace kavidex::data {
 class clsSettings;
 
 // Tries what the schema lacks again, and tells what it still lacks once a session and database.
-// On Access the base schema is its owner's matter. What a connection does not list (some list no
+// On Access the base schema is its owner's matter, but for the columns that 1.0.6 brings to an
+// older file, without which its rows are not found. What a connection does not list (some list no
 // indexes, some no procedures) is not missing. Never throws: what cannot be read is logged.
 void CompleteSchema(const UpgradeContext& context, const Translation& translation);
 

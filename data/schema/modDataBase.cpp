@@ -3,6 +3,7 @@
 
 #include "data/Error.h"
 #include "data/clsSettings.h"
+#include "data/logText.h"
 #include "platform/BusyDialog.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -55,7 +56,7 @@ int CheckAndCreateDatabase(const platform::Workstation& workstation,
             connection, settings, mySql ? schema::Dialect::MySql : schema::Dialect::SqlServer,
             [&](std::string_view text) { busy.Text(say("Aanmaken database"), say(text)); });
     } catch (const std::exception& error) {
-        workstation.log.Write("CheckAndCreateDatabase", error.what());
+        workstation.log.Write("CheckAndCreateDatabase", InLog(error));
     }
     return created;
 }

@@ -14,7 +14,7 @@ namespace {
 void RenameOrder(const UpgradeContext& context, const std::string& table) {
     context.Execute("ALTER TABLE " + table + " ADD COLUMN intOrder LONG");
     const bool copied =
-        ForEachRow(context, "Select * from " + table, {"Order", "intOrder"}, [](Recordset& row) {
+        KeepEachRow(context, "Select * from " + table, {"Order", "intOrder"}, [](Recordset& row) {
             row.Set("intOrder", Value(row.Get("Order")));
             return true;
         });
@@ -24,7 +24,7 @@ void RenameOrder(const UpgradeContext& context, const std::string& table) {
 // Rows that have a working id keep it: it may be negated, for a deleted row.
 void FillOwnIds(const UpgradeContext& context, const std::string& table, const std::string& key,
                 const std::string& column) {
-    ForEachRow(context, "Select * from " + table, {key, column}, [&](Recordset& row) {
+    KeepEachRow(context, "Select * from " + table, {key, column}, [&](Recordset& row) {
         if (ToInt64(row.Get(column)) != 0) return false;
         row.Set(column, Value(row.Get(key)));
         return true;
@@ -50,10 +50,11 @@ void FillGuids(const UpgradeContext& context, const std::string& statement,
 } // namespace
 
 // The second form of each statement is for databases that refuse the reserved word or the bare
-// words of the first.
+// words of the first. Each table and each type's tab by itself: an earlier run may have ended
+// between any two of them.
 void CreateDossierTabs(const UpgradeContext& context) {
-    if (context.HasTable("tblDossierTabs")) return;
     for (const std::string table : {"tblDossierTabs", "tblDossierRefTabs"}) {
+        if (context.HasTable(table)) continue;
         const std::string head =
             "CREATE TABLE " + table + " (Id COUNTER CONSTRAINT IdConst PRIMARY KEY," +
             (table == "tblDossierTabs" ? "DossierTypeId" : "DossierReferenceId") +
@@ -63,6 +64,9 @@ void CreateDossierTabs(const UpgradeContext& context) {
     ForEachRow(context, "Select * from tblDossierTypes", {}, [&](Recordset& row) {
         // Own ids came with 1.0.6; until then the key was the type's id.
         const std::string id = ToText(row.Get(HasField(row, "TypeId") ? "TypeId" : "Id"));
+        const RecordsetPtr tabs = RowsOf(
+            context, "Select * from tblDossierTabs where DossierTypeId = " + id, {"DossierTypeId"});
+        if (!tabs || !tabs->Eof()) return false;
         if (!context.Execute("insert into tblDossierTabs (DossierTypeId ,TabDescription ,TabType "
                              ",Order ) VALUES (" +
                              id + ",Dossier,Dossiertype,1)"))
@@ -76,7 +80,7 @@ void CreateDossierTabs(const UpgradeContext& context) {
 void ConvertSettings(const UpgradeContext& context) {
     context.Execute("ALTER TABLE tblSettings ADD COLUMN SKey TEXT(255)");
     const bool copied =
-        ForEachRow(context, "Select * from tblSettings", {"Key", "SKey"}, [](Recordset& row) {
+        KeepEachRow(context, "Select * from tblSettings", {"Key", "SKey"}, [](Recordset& row) {
             if (IsNull(row.Get("Key"))) return false; // written since the column is there
             row.Set("SKey", Value(row.Get("Key")));
             return true;
@@ -138,7 +142,7 @@ void ConvertItems(const UpgradeContext& context) {
 
 // All relations again, whatever they have, save those that are deleted (their key, negated).
 void FillRelationIds(const UpgradeContext& context) {
-    ForEachRow(context, "Select * from tblDossierRelations", {"Id", "RelId"}, [](Recordset& row) {
+    KeepEachRow(context, "Select * from tblDossierRelations", {"Id", "RelId"}, [](Recordset& row) {
         const std::int64_t id = ToInt64(row.Get("Id"));
         const std::int64_t now = ToInt64(row.Get("RelId"));
         if (now == id || now == -id) return false;

@@ -85,12 +85,15 @@ RecordsetPtr RowsOf(const UpgradeContext& context, const std::string& statement,
     throw UpgradeHalted("The rows of " + table + " cannot be read: " + words);
 }
 
-bool ForEachRow(const UpgradeContext& context, const std::string& statement,
-                const std::vector<std::string>& fields,
-                const std::function<bool(Recordset&)>& change) {
-    return OrHalt([&] {
+namespace {
+
+// None when there are no such rows, else whether each was kept.
+std::optional<bool> Change(const UpgradeContext& context, const std::string& statement,
+                           const std::vector<std::string>& fields,
+                           const std::function<bool(Recordset&)>& change) {
+    return OrHalt([&]() -> std::optional<bool> {
         const RecordsetPtr rows = RowsOf(context, statement, fields);
-        if (!rows) return false;
+        if (!rows) return std::nullopt;
         const int total = static_cast<int>(rows->RecordCount());
         bool whole = true;
         for (int done = 0; !rows->Eof();) {
@@ -103,6 +106,23 @@ bool ForEachRow(const UpgradeContext& context, const std::string& statement,
         }
         return whole;
     });
+}
+
+} // namespace
+
+bool ForEachRow(const UpgradeContext& context, const std::string& statement,
+                const std::vector<std::string>& fields,
+                const std::function<bool(Recordset&)>& change) {
+    return Change(context, statement, fields, change).value_or(false);
+}
+
+bool KeepEachRow(const UpgradeContext& context, const std::string& statement,
+                 const std::vector<std::string>& fields,
+                 const std::function<bool(Recordset&)>& change) {
+    const auto kept = Change(context, statement, fields, change);
+    if (kept && !*kept)
+        throw UpgradeHalted("Rows of " + TableOf(statement) + " could not be changed.");
+    return kept.has_value();
 }
 
 } // namespace kavidex::data::upgrade

@@ -29,5 +29,10 @@ RecordsetPtr RowsOf(const UpgradeContext& context, const std::string& statement,
 bool ForEachRow(const UpgradeContext& context, const std::string& statement,
                 const std::vector<std::string>& fields,
                 const std::function<bool(Recordset&)>& change);
+// The same for what nobody finds a row without: a row that was refused (locked, perhaps) throws
+// UpgradeHalted, once all have been tried.
+bool KeepEachRow(const UpgradeContext& context, const std::string& statement,
+                 const std::vector<std::string>& fields,
+                 const std::function<bool(Recordset&)>& change);
 
 } // namespace kavidex::data::upgrade

@@ -170,24 +170,36 @@ constexpr std::string_view moving = "Bezig met overzetten van gegevens";
 constexpr std::string_view fillingTexts = "Bezig met vullen van vertaaltabel";
 constexpr std::string_view fillingGuids = "Vullen GUID field";
 
+struct TableConversion {
+    std::string_view table, text;
+    void (*function)(const UpgradeContext&);
+};
+constexpr TableConversion conversions[] = {
+    {"tblDossierRefTabs", "Bezig met omvormen van tab's", upgrade::ConvertRefTabs},
+    {"tblSettings", "Bezig met omvormen van instellingen", upgrade::ConvertSettings},
+    {"tblDossierDbRelation", "Bezig met omvormen van DbRelaties", upgrade::ConvertDbRelations},
+    {"tblCheckListFields", "Bezig met omvormen van checklistvelden",
+     upgrade::ConvertCheckListFields},
+    {"tblCheckListRefFields", "Bezig met omvormen van referentievelden",
+     upgrade::ConvertCheckListRefFields},
+    {"tblDossierFields", "Bezig met omvormen van velden", upgrade::ConvertDossierFields},
+    {"tblDossierTabs", "Bezig met omvormen van Tab's", upgrade::ConvertDossierTabs},
+    {"tblScreens", "Bezig met omvormen van schermen", upgrade::ConvertScreens},
+    {"tblScreenSettings", "Bezig met omvormen van scherminstellingen",
+     upgrade::ConvertScreenSettings},
+    {"tblDossierReference", "Bezig met omvormen van referenties", upgrade::ConvertReferences},
+    {"tblDossierRelations", "Bezig met omvormen van Relaties", upgrade::ConvertRelations},
+    {"tblDossierTypes", "Bezig met omvormen van types", upgrade::ConvertTypes},
+    {"tblDocument", "Bezig met omvormen van documenten", upgrade::ConvertDocuments},
+    {"tblTree", "Bezig met omvormen van Tree's", upgrade::ConvertTrees},
+    {"tblTreeItem", "Bezig met omvormen van Items", upgrade::ConvertItems}};
+
 std::vector<UpgradePhase> Conversion() {
-    using namespace upgrade;
-    return {{moving, "Bezig met omvormen van tab's", {}, ConvertRefTabs},
-            {{}, "Bezig met omvormen van instellingen", {}, ConvertSettings},
-            {{}, "Bezig met omvormen van DbRelaties", {}, ConvertDbRelations},
-            {{}, "Bezig met omvormen van checklistvelden", {}, ConvertCheckListFields},
-            {{}, "Bezig met omvormen van referentievelden", {}, ConvertCheckListRefFields},
-            {{}, "Bezig met omvormen van velden", {}, ConvertDossierFields},
-            {{}, "Bezig met omvormen van Tab's", {}, ConvertDossierTabs},
-            {{}, "Bezig met omvormen van schermen", {}, ConvertScreens},
-            {{}, "Bezig met omvormen van scherminstellingen", {}, ConvertScreenSettings},
-            {{}, "Bezig met omvormen van referenties", {}, ConvertReferences},
-            {{}, "Bezig met omvormen van Relaties", {}, ConvertRelations},
-            {{}, "Bezig met omvormen van types", {}, ConvertTypes},
-            {{}, "Bezig met omvormen van documenten", {}, ConvertDocuments},
-            {{}, "Bezig met omvormen van Tree's", {}, ConvertTrees},
-            {{}, "Bezig met omvormen van Items", {}, ConvertItems},
-            {{}, "Bezig met aanmaken van indexes", schema::CreateIndexes()}};
+    std::vector<UpgradePhase> phases;
+    for (const TableConversion& table : conversions)
+        phases.push_back({phases.empty() ? moving : "", table.text, {}, table.function});
+    phases.push_back({{}, "Bezig met aanmaken van indexes", schema::CreateIndexes()});
+    return phases;
 }
 
 // The name that follows `word` in a definition.
@@ -209,8 +221,11 @@ public:
         for (const schema::Table& table : schema::Tables()) {
             const Name name(table.name);
             parts.push_back({Kind::Table, name, name, CreateInAllForms(table), true});
-            for (const auto& [column, statements] : schema::AddColumns(table))
-                parts.push_back({Kind::Column, name, column, statements, true});
+            for (const auto& [column, statements] : schema::AddColumns(table)) {
+                const auto conversion = ConversionOf(table, column);
+                parts.push_back({Kind::Column, name, column, statements, true,
+                                 conversion != nullptr, conversion});
+            }
         }
         for (const Name& index : schema::CreateIndexes())
             if (NameAfter(index, "INDEX ") != indexDroppedBy115)
@@ -240,6 +255,19 @@ private:
     using Kind = SchemaPart::Kind;
     using Fill = void (*)(const UpgradeContext&);
 
+    // What fills a column that 1.0.6 brought: a working id, or what a reserved word was called.
+    static Fill ConversionOf(const schema::Table& table, std::string_view column) {
+        const auto found =
+            std::find_if(std::begin(conversions), std::end(conversions), [&](const auto& row) {
+                return row.table == table.name &&
+                       (column == "IntOrder" || column == "SKey" ||
+                        std::any_of(table.columns.begin(), table.columns.end(), [&](const auto& c) {
+                            return c.name == column && c.type == schema::ColumnType::OwnId;
+                        }));
+            });
+        return found == std::end(conversions) ? nullptr : found->function;
+    }
+
     // What makes an index among the statements is a part of its own as well.
     void Add(SchemaPart part) {
         Statements indexes;
@@ -249,11 +277,11 @@ private:
         if (!indexes.empty()) parts.push_back(IndexPart(indexes));
     }
     void Table(const Name& name, const Statements& statements, Fill fill = nullptr) {
-        Add({Kind::Table, name, name, statements, false, fill});
+        Add({Kind::Table, name, name, statements, false, false, fill});
     }
     void Column(const Name& table, const Name& name, const Statements& statements,
                 Fill fill = nullptr) {
-        Add({Kind::Column, table, name, statements, false, fill});
+        Add({Kind::Column, table, name, statements, false, false, fill});
     }
 };
 

@@ -60,6 +60,7 @@ struct SchemaPart {
     std::string name;  // of a table too
     std::vector<std::string> statements;
     bool base = false;                             // of the base schema
+    bool converted = false;                        // of files older than that by 1.0.6, on Access
     void (*fill)(const UpgradeContext&) = nullptr; // the rows that come with it
 };
 const std::vector<SchemaPart>& SchemaParts();

@@ -47,6 +47,11 @@ bool RefusesTheObject(std::int32_t number) {
            number == DISP_E_MEMBERNOTFOUND;
 }
 
+// What a machine without ADO's classes says.
+bool HasNoClass(std::int32_t number) {
+    return number == REGDB_E_CLASSNOTREG || number == CO_E_CLASSSTRING;
+}
+
 // Every name that ADO gives a server of this dialect.
 Value DialectName(Value dbmsName) {
     const std::string_view known = odbc::DialectOf(ToText(dbmsName)).dbmsName;
@@ -78,13 +83,14 @@ LateAdoConnection::Means LateAdoConnection::ChooseMeans() {
     if (lclMeans != Means::Unknown) return lclMeans;
     if (lclConnection.Has(L"NewCommand") && lclConnection.Has(L"NewRecordset"))
         return lclMeans = Means::OwnObjects;
-    const Late command = Late::TryCreate("ADODB.Command");
-    if (!command || !Late::TryCreate("ADODB.Recordset")) return lclMeans = Means::ExecuteOnly;
     try {
+        const Late command = Late::Create("ADODB.Command");
+        Late::Create("ADODB.Recordset");
         command.PutRef(L"ActiveConnection", {lclConnection.Object()});
         return lclMeans = Means::AdoClasses;
     } catch (const platform::Error& error) {
-        if (RefusesTheObject(error.Number())) lclMeans = Means::ExecuteOnly;
+        if (HasNoClass(error.Number()) || RefusesTheObject(error.Number()))
+            lclMeans = Means::ExecuteOnly;
         return Means::ExecuteOnly;
     }
 }

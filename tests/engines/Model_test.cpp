@@ -210,7 +210,9 @@ TEST_P(ModelOverEngines, DocumentsKeepEveryTextAndAreFiledWhole) {
         read.ReQuery();
         ASSERT_TRUE(read.LoadData());
         EXPECT_EQ(read.SendTo() + (read.ReadOnly() ? " r" : " w"), "niemand r");
+        EXPECT_TRUE(read.UpdateCurrentRow()) << "with nothing changed";
         ASSERT_TRUE(read.DeleteCurrentRow()) << text;
+        EXPECT_TRUE(read.OpenDataSource() && read.Eof()) << "a deleted row";
     }
     EXPECT_EQ(Number("select count(*) from tblDocExtraInfo"), 0);
     EXPECT_EQ(Number("select count(*) from tblDocument where Id > 0"), 0);
@@ -250,22 +252,33 @@ TEST_P(ModelOverEngines, DossiersAreFoundByTheHostsKeyUntilTheyAreDeleted) {
         sought.SetDbConnection(connection);
         sought.SetDbKey(text);
         ASSERT_TRUE(sought.OpenDataSource()) << text;
-        if (Kept(text) != text) { // kept otherwise than it is asked for
-            EXPECT_TRUE(sought.Eof()) << text;
-            continue;
-        }
-        ASSERT_FALSE(sought.Eof()) << text;
+        ASSERT_FALSE(sought.Eof()) << text; // also where it is kept otherwise than asked for
+        EXPECT_EQ(sought.DossierId(), key.DossierId());
+        EXPECT_EQ(sought.DbKey(), text);
+        clsDocument document(machine);
+        document.SetDatabaseObject(connection);
+        document.SetExternalId(text);
+        ASSERT_TRUE(document.SaveNewRow());
+        const std::string other = std::string("2 ") + text;
+        EXPECT_TRUE(sought.UpdateCurrentRow()) << "with nothing changed";
+        EXPECT_TRUE(sought.Rekey(other));
+        EXPECT_EQ(Text(One("select ExternalId from tblDocument where DocId = " +
+                           std::to_string(document.DocId()))),
+                  Kept(other));
+        sought.SetDossierId(0);
+        ASSERT_TRUE(sought.OpenDataSource());
         EXPECT_EQ(sought.DossierId(), key.DossierId());
         clsDossier dossier(machine);
         dossier.SetDbConnection(connection);
         dossier.SetDossierId(sought.DossierId());
         ASSERT_TRUE(dossier.OpenDataSource() && dossier.LoadData()) << text;
         EXPECT_EQ(dossier.TreeId(), treeId);
-        EXPECT_EQ(dossier.DossierType(), std::string("A ") + text);
+        EXPECT_EQ(dossier.DossierType(), Kept(std::string("A ") + text));
         ASSERT_TRUE(sought.DeleteCurrentRow()) << text;
+        EXPECT_FALSE(sought.DeleteCurrentRow()) << "somebody has";
         clsDossierDbRelations gone(machine);
         gone.SetDbConnection(connection);
-        gone.SetDbKey(text);
+        gone.SetDbKey(other);
         ASSERT_TRUE(gone.OpenDataSource()) << text;
         EXPECT_TRUE(gone.Eof()) << text;
     }
@@ -310,6 +323,36 @@ TEST_P(ModelOverEngines, RightsAndChecklistsComeBackAsTheyWereSaved) {
         EXPECT_EQ(field.DescriptionsToCheck(), field.FieldDescription());
         EXPECT_EQ(field.NumberToRecieve(), 2);
     }
+}
+
+TEST_P(ModelOverEngines, TwoWhoAskForOneNewKeyShareItsDossier) {
+    const data::ConnectionPtr others = database->Connect();
+    for (const char* const text : hostile) {
+        const auto ask = [&](const data::ConnectionPtr& on) {
+            auto key = std::make_unique<clsDossierDbRelations>(machine);
+            key->SetDbConnection(on);
+            key->SetDbKey(text);
+            EXPECT_TRUE(key->OpenDataSource() && key->Eof()) << text;
+            return key;
+        };
+        const auto first = ask(others), late = ask(connection); // both have looked
+        bool taken = true;
+        EXPECT_TRUE(first->SaveNewKey(taken) && !taken);
+        EXPECT_TRUE(late->SaveNewKey(taken) && taken);
+        EXPECT_EQ(late->DossierId(), first->DossierId());
+        const std::int32_t tree = first->DossierId() + 1;
+        for (const auto& [on, id] : {std::pair{others, tree}, {connection, tree + 1}}) {
+            clsDossier dossier(machine);
+            dossier.SetDbConnection(on);
+            dossier.SetDossierId(first->DossierId());
+            dossier.SetTreeId(id);
+            EXPECT_TRUE(dossier.SaveFirstRow()) << text;
+            EXPECT_EQ(dossier.TreeId(), tree) << text;
+        }
+    }
+    const auto living = static_cast<std::int32_t>(std::size(hostile));
+    EXPECT_EQ(Number("select count(*) from tblDossierDbRelation where DbRelId > 0"), living);
+    EXPECT_EQ(Number("select count(*) from tblDossierRelations where RelId > 0"), living);
 }
 
 // Work that waits for another's transaction goes on with what that has left, also where an engine

@@ -159,12 +159,24 @@ int Copy(const Words& words) {
     return result;
 }
 
+// Of a backup that was broken off: a database of ours, or nothing in it yet. Any other file of that
+// name is somebody's.
+void RemoveBrokenOff(platform::Files& files, const std::string& path) {
+    if (files.Size(path) > 0) try {
+            data::EmbeddedDatabase::Open(path)->Close();
+        } catch (const platform::Error& error) {
+            Refuse(path + " is in the way, and not known as a backup that was broken off: " +
+                   error.what());
+        }
+    files.Remove(path);
+}
+
 // A server's rows go into a file of the embedded engine, beside the one that they replace.
 int BackUpRows(const data::ConnectionPtr& from, const std::string& path) {
     Console console;
     platform::Files& files = console.workstation.files;
     const std::string fresh = path + ".new";
-    if (files.FileExists(fresh)) files.Remove(fresh); // of a backup that was broken off
+    if (files.FileExists(fresh)) RemoveBrokenOff(files, fresh);
     const auto to = data::EmbeddedDatabase::Create(fresh);
     const int result = CopyInto(console, from, to);
     data::EmbeddedDatabase::BackupTo(*to, path);

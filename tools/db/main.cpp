@@ -4,6 +4,7 @@
 #include <exception>
 #include <string>
 
+#include "data/logText.h"
 #include "tools/db/Commands.h"
 #include "tools/db/machine.h"
 
@@ -36,7 +37,7 @@ int main(int count, char** values) {
         try {
             return command.run(words);
         } catch (const std::exception& error) {
-            std::fprintf(stderr, "kavidex-db %s: %s\n", name.c_str(), error.what());
+            std::fprintf(stderr, "kavidex-db %s: %s\n", name.c_str(), data::InLog(error).c_str());
             return db::failed;
         }
     }

@@ -4,6 +4,8 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdlib>
+
 #include "data/clsSettings.h"
 #include "data/schema/clsUpdateDb.h"
 #include "data/transfer/CopyInstallation.h"
@@ -83,6 +85,13 @@ protected:
         ::waitpid(child, &status, 0);
         return WIFSIGNALED(status);
     }
+    // The exit code of the tool that backs up the server's rows into that file.
+    int BackUp(const std::string& path) {
+        const std::string command =
+            "'" KAVIDEX_DB_PROGRAM "' backup 'odbc:" + server->ConnectionString() + "' '" +
+            platform::NativePath(path) + "' > /dev/null 2>&1";
+        return WEXITSTATUS(std::system(command.c_str()));
+    }
     std::string Refusal(const ConnectionPtr& from, const ConnectionPtr& to) {
         try {
             CopyInstallation(machine, from, to);
@@ -122,6 +131,15 @@ TEST_F(CopiedInstallation, ArrivesWholeAfterAnyNumberOfKillsAndComesBackTheSame)
     const ConnectionPtr first = EmbeddedDatabase::Open(path);
     first->Execute("DROP TABLE tblOfTheHost");
     EXPECT_EQ(Printout(*again), Printout(*first));
+    // What a backup that was broken off has left gives way, another's file does not.
+    const std::string copy = machine.Path("c.kdb"), beside = copy + ".new";
+    machine.files.WriteAll(beside, "a letter");
+    EXPECT_EQ(BackUp(copy), 2);
+    EXPECT_EQ(machine.files.ReadAll(beside), "a letter");
+    machine.files.Copy(path, beside, false);
+    EXPECT_EQ(BackUp(copy), 0);
+    EXPECT_FALSE(machine.files.FileExists(beside));
+    EXPECT_EQ(Printout(*EmbeddedDatabase::OpenReadOnly(copy)), Printout(*again));
     // A deleted row's number is not given to another.
     again->Execute("insert into tblDocument (Description) values ('new')");
     EXPECT_EQ(transfer::Installation(again).Number("select max(Id) from tblDocument"), 42);

@@ -75,6 +75,14 @@ TEST_P(OdbcFaults, KeysThatCannotBeAskedForAreToldWhenARowIsWritten) {
     EXPECT_EQ(Stored(), 12);
 }
 
+TEST_P(OdbcFaults, ARowThatFailsWithinABlockIsNotReadAsRubbish) {
+    connection->Execute("insert into tblProbe (Id, Getal) values (2, 20)");
+    connection->Execute("strict: row");
+    EXPECT_NE(WordsOf([&] { Open("select * from tblProbe"); }).find("out of range"),
+              std::string::npos);
+    EXPECT_EQ(Open("select * from tblProbe")->RecordCount(), 2);
+}
+
 INSTANTIATE_TEST_SUITE_P(Engines, OdbcFaults, testing::ValuesIn(Strict()),
                          [](const auto& param) { return param.param.name; });
 

@@ -7,6 +7,7 @@
 //   strict: end     the server undoes the transaction, and the next two calls to end it fail
 //   strict: victim  the server undoes the transaction and says so at once (state 40001)
 //   strict: keys    the next question for primary keys fails
+//   strict: row     the first row of the next block fails, and the fetch succeeds
 #include <dlfcn.h>
 #include <sql.h>
 #include <sqlext.h>
@@ -29,7 +30,8 @@ std::map<SQLHSTMT, SQLHDBC> connectionOf; // of each statement
 std::map<SQLHDBC, SQLHSTMT> pending;      // the statement whose results are not read to their end
 std::map<SQLHDBC, bool> dead;
 int failingEnds = 0;
-bool failingKeys = false;
+bool failingKeys = false, failingRow = false;
+std::map<SQLHSTMT, SQLUSMALLINT*> rowStates; // where each wants to be told of its rows
 
 template <class Function>
 Function* Real(const char* name) {
@@ -82,8 +84,10 @@ bool NamesTrue(const std::string& text) {
 SQLRETURN Obey(SQLHSTMT statement, const std::string& order) {
     const SQLHDBC connection = connectionOf[statement];
     if (order == "strict: keys") failingKeys = true;
+    if (order == "strict: row") failingRow = true;
     if (order == "strict: end") failingEnds = 2;
-    if (order != "strict: keys") REAL(SQLEndTran)(SQL_HANDLE_DBC, connection, SQL_ROLLBACK);
+    if (order != "strict: keys" && order != "strict: row")
+        REAL(SQLEndTran)(SQL_HANDLE_DBC, connection, SQL_ROLLBACK);
     if (order == "strict: victim") return Refuse(statement, "40001", "Chosen as a victim");
     std::u16string nothing = u"set @strict = 0";
     return REAL(SQLExecDirectW)(statement, reinterpret_cast<SQLWCHAR*>(nothing.data()),
@@ -113,7 +117,8 @@ extern "C" SQLRETURN SQLAllocHandle(SQLSMALLINT kind, SQLHANDLE input, SQLHANDLE
 }
 
 extern "C" SQLRETURN SQLFreeHandle(SQLSMALLINT kind, SQLHANDLE handle) {
-    if (kind == SQL_HANDLE_STMT) Settle(handle), connectionOf.erase(handle);
+    if (kind == SQL_HANDLE_STMT)
+        Settle(handle), connectionOf.erase(handle), rowStates.erase(handle);
     if (kind == SQL_HANDLE_DBC) pending.erase(handle), dead.erase(handle);
     refusals.erase(handle);
     return REAL(SQLFreeHandle)(kind, handle);
@@ -223,6 +228,20 @@ extern "C" SQLRETURN SQLGetConnectAttrW(SQLHDBC connection, SQLINTEGER which, SQ
     return SQL_SUCCESS;
 }
 
+extern "C" SQLRETURN SQLSetStmtAttrW(SQLHSTMT statement, SQLINTEGER which, SQLPOINTER value,
+                                     SQLINTEGER size) {
+    if (which == SQL_ATTR_ROW_STATUS_PTR) rowStates[statement] = static_cast<SQLUSMALLINT*>(value);
+    return REAL(SQLSetStmtAttrW)(statement, which, value, size);
+}
+
+extern "C" SQLRETURN SQLFetch(SQLHSTMT statement) {
+    const SQLRETURN rc = REAL(SQLFetch)(statement);
+    if (!SQL_SUCCEEDED(rc) || !std::exchange(failingRow, false)) return rc;
+    if (SQLUSMALLINT* const states = rowStates[statement]) states[0] = SQL_ROW_ERROR;
+    Refuse(statement, "22003", "A number of the row is out of range");
+    return SQL_SUCCESS_WITH_INFO;
+}
+
 // The rest is MariaDB's alone.
 PASS(SQLSetEnvAttr, (SQLHENV h, SQLINTEGER which, SQLPOINTER value, SQLINTEGER size),
      (h, which, value, size))
@@ -258,12 +277,9 @@ PASS(SQLBindCol,
      (SQLHSTMT h, SQLUSMALLINT number, SQLSMALLINT type, SQLPOINTER value, SQLLEN room,
       SQLLEN* length),
      (h, number, type, value, room, length))
-PASS(SQLSetStmtAttrW, (SQLHSTMT h, SQLINTEGER which, SQLPOINTER value, SQLINTEGER size),
-     (h, which, value, size))
 PASS(SQLGetStmtAttrW,
      (SQLHSTMT h, SQLINTEGER which, SQLPOINTER value, SQLINTEGER room, SQLINTEGER* length),
      (h, which, value, room, length))
-PASS(SQLFetch, (SQLHSTMT h), (h))
 PASS(SQLGetData,
      (SQLHSTMT h, SQLUSMALLINT number, SQLSMALLINT type, SQLPOINTER value, SQLLEN room,
       SQLLEN* length),

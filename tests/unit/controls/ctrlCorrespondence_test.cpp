@@ -1,6 +1,10 @@
 // The binder control's logic over the embedded engine: no window, real files.
+#include <utility>
+
 #include "controls/viewer/external/ctrlExtViewer.h"
 #include "model/documentFile.h"
+#include "platform/ErrorNumber.h"
+#include "tests/fakes/Failures.h"
 #include "tests/fakes/RecordingConnection.h"
 #include "tests/unit/controls/BinderFixture.h"
 
@@ -50,6 +54,39 @@ TEST_F(Binder, CompletesADossierWhoseCreationWasCutOff) {
     ASSERT_EQ(Open("cut"), 0);
     EXPECT_EQ(binder->Id(), tree);
     EXPECT_EQ(Count("tblDossierDbRelation"), 1);
+}
+
+// Another binder asks for the same new key right after this one has looked for it.
+TEST_F(Binder, OneNewKeyGetsOneDossierThoughTwoAskAtOnce) {
+    struct Meanwhile : tests::RecordingConnection {
+        using RecordingConnection::RecordingConnection;
+        std::string after;
+        std::function<void()> work;
+        data::RecordsetPtr Open(const data::Command& command) override {
+            auto rows = RecordingConnection::Open(command);
+            if (work && command.text.starts_with(after)) std::exchange(work, nullptr)();
+            return rows;
+        }
+    };
+    const auto other = Make();
+    for (const std::string table : {"tblDossierDbRelation", "tblDossierRelations"}) {
+        const auto mine = std::make_shared<Meanwhile>("", connection);
+        binder = std::make_unique<ctrlCorrespondence>(machine);
+        binder->SetDbConnection(mine);
+        mine->after = "select * from " + table + " where";
+        mine->work = [&] { EXPECT_EQ(other->OpenOrCreate(table, "Dossier", "Post", "", ""), 0); };
+        ASSERT_EQ(Open(table), 0);
+        EXPECT_FALSE(mine->work);
+        EXPECT_GT(binder->Id(), 0);
+        EXPECT_EQ(binder->Id(), other->Id()) << table;
+        EXPECT_TRUE(binder->treCorr().Tree()->GetItem(0, "Post"));
+        EXPECT_EQ(binder->ExternalId(), table);
+        ASSERT_EQ(Open(table), 0);
+        EXPECT_EQ(binder->Id(), other->Id());
+    }
+    EXPECT_EQ(Count("tblDossierDbRelation where DbRelId > 0"), 2);
+    EXPECT_EQ(Count("tblDossierRelations where RelId > 0"), 2);
+    EXPECT_TRUE(machine.messages.shown.empty());
 }
 
 TEST_F(Binder, TellsWhichStepOfOpeningFailed) {
@@ -274,6 +311,8 @@ TEST_F(Binder, ExportsUnderNamesThatWindowsTakes) {
 
 TEST_F(Binder, SavesAndRestoresItsStateWithTheSpellingsOfOldHosts) {
     binder->SetExternalId("abc");
+    EXPECT_EQ(tests::NumberOf([&] { binder->SetExternalId(std::string(256, 'k')); }),
+              platform::errors::invalidPropertyValue);
     binder->SetShowTreeOnly(true);
     binder->SetLayout(layouts::treeTop);
     std::vector<std::string> reported;

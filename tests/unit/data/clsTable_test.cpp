@@ -3,6 +3,7 @@
 #include "data/clsTable.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/FaultyConnection.h"
 #include "tests/fakes/MemoryRows.h"
 #include "tests/fakes/RecordingConnection.h"
 
@@ -173,4 +174,24 @@ TEST_F(clsTableTest, DeletesARowAndWhatPointsAtItsReference) {
     EXPECT_TRUE(tabs.DeleteCurrentRow()); // there is no companion table yet
     EXPECT_TRUE(connection->Issued("Delete from TblDossierRefTabsuplink where serverrefid = 32"));
     EXPECT_EQ(connection->inner->Open({"select * from tblDossierRefTabs"})->RecordCount(), 0);
+
+    connection->Execute("CREATE TABLE tblDossierRefTabsUpLink (Id COUNTER, ServerRefId LONG)");
+    connection->Execute("insert into tblDossierRefTabs (RefTabId) values (33)");
+    connection->Execute("insert into tblDossierRefTabsUpLink (ServerRefId) values (33)");
+    const auto faulty = std::make_shared<FaultyConnection>(connection->inner);
+    faulty->countsAll = true;
+    tabs.SetDbConnection(faulty);
+    ASSERT_TRUE(tabs.OpenDbConnection());
+    faulty->FailStep(3); // the row's own deletion, after its begin and that of what points at it
+    EXPECT_FALSE(tabs.DeleteCurrentRow());
+    faulty->onStep = nullptr;
+    EXPECT_EQ(faulty->statements.back(),
+              "Delete from TblDossierRefTabsuplink where serverrefid = 33");
+    const auto links = [&] {
+        return connection->inner->Open({"select * from tblDossierRefTabsUpLink"})->RecordCount();
+    };
+    EXPECT_EQ(links(), 1) << "the row stayed, and so does what points at it";
+    ASSERT_TRUE(tabs.OpenDbConnection());
+    EXPECT_TRUE(tabs.DeleteCurrentRow());
+    EXPECT_EQ(links(), 0);
 }

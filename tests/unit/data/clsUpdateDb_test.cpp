@@ -7,6 +7,7 @@
 #include "data/schema/upgradeSteps.h"
 #include "tests/fakes/Databases.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/FaultyConnection.h"
 #include "tests/fakes/MemoryRows.h"
 #include "tests/fakes/RecordingConnection.h"
 
@@ -222,6 +223,84 @@ TEST_F(clsUpdateDbTest, HaltsAtAStepThatItCannotReadOrKeep) {
     server->refuse = refusing("DocGuid");
     EXPECT_EQ(Upgrade(server), 0);
     EXPECT_EQ(Version(server->inner), "1.1.8");
+}
+
+// Steps that run again and again would give rows new guids each time.
+TEST_F(clsUpdateDbTest, HaltsWhereAVersionIsNotRecorded) {
+    const auto connection =
+        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+    connection->Execute("insert into tblCheckListRefFields (FieldType) values ('b')");
+    const auto upgraded = [&](const char* refused) {
+        connection->refuse = [refused](const std::string& s) { return s.ends_with(refused); };
+        const auto result = Upgrade(connection);
+        connection->refuse = nullptr;
+        return result;
+    };
+    EXPECT_EQ(upgraded("('Build','DbVersion','1.0.1')"), -1);
+    EXPECT_EQ(Version(connection), "");
+    EXPECT_EQ(machine.messages.shown.size(), 1u);
+    connection->Execute("insert into tblSettings (Section, SKey, [Value]) values ('Build', "
+                        "'DbVersion', '1.1.6')");
+    const std::string version = " WHERE  Section = 'Build' and sKey = 'DbVersion'";
+    EXPECT_EQ(upgraded(version.c_str()), -1);
+    EXPECT_EQ(Version(connection), "1.1.6");
+    EXPECT_EQ(machine.messages.shown.size(), 2u);
+    EXPECT_EQ(Upgrade(connection), 0);
+    EXPECT_EQ(Version(connection), currentVersion);
+}
+
+// Where a step is no transaction it may have ended between its two tables, or before its rows.
+TEST_F(clsUpdateDbTest, GoesOnWithTheDossierTabsWhereItEnded) {
+    const auto server = std::make_shared<Server>("", OldDatabase(true));
+    server->refuse = [](const std::string& s) {
+        return s.starts_with("CREATE TABLE tblDossierRefTabs") ||
+               s == "Select * from tblDossierTypes";
+    };
+    EXPECT_EQ(Upgrade(server), -1);
+    server->refuse = nullptr;
+    EXPECT_EQ(Upgrade(server), 0);
+    EXPECT_EQ(Count(server, "tblDossierTabs"), Count(server, "tblDossierTypes"));
+    EXPECT_EQ(Count(server, "tblDossierRefTabs"), 0);
+    // Types that have a tab keep it alone.
+    server->inner->Execute("delete from tblSettings where SKey = 'DbVersion'");
+    EXPECT_EQ(Upgrade(server), 0);
+    EXPECT_EQ(Count(server, "tblDossierTabs"), Count(server, "tblDossierTypes"));
+}
+
+// Without its working id a row is not found any more.
+TEST_F(clsUpdateDbTest, GivesOldRowsTheirWorkingIdsWhateverWasRefusedAtFirst) {
+    const auto faulty = std::make_shared<FaultyConnection>(OldDatabase(true));
+    bool failed = false;
+    faulty->onStep = [&](int) {
+        if (failed || faulty->statements.empty()) return;
+        if (faulty->statements.back() != "Select * from tblTreeItem") return;
+        failed = true; // the first row, as when somebody else has locked it
+        throw Error(errors::unspecified, "locked", "driver");
+    };
+    EXPECT_EQ(Upgrade(faulty), -1);
+    EXPECT_TRUE(failed);
+    EXPECT_EQ(Upgrade(faulty), 0);
+    EXPECT_EQ(Count(faulty, "tblTreeItem where TreeItemId is null"), 0);
+
+    const auto connection = std::make_shared<RecordingConnection>("", OldDatabase(true));
+    connection->database = "tabs";
+    connection->refuse = [](const std::string& s) {
+        return s.starts_with("ALTER TABLE tblTreeItem ADD COLUMN TreeItemId") ||
+               s.starts_with("ALTER TABLE tblTreeItem ADD COLUMN [TreeItemId]") ||
+               s.starts_with("ALTER TABLE tblTreeItem ADD TreeItemId") ||
+               s.starts_with("ALTER TABLE tblDossierFields ADD ");
+    };
+    machine.messages.shown.clear();
+    EXPECT_EQ(Upgrade(connection), 0);
+    ASSERT_EQ(machine.messages.shown.size(), 1u);
+    for (const char* part : {"tblTreeItem.TreeItemId", "tblDossierFields.IntOrder"})
+        EXPECT_NE(machine.messages.shown[0].text.find(part), std::string::npos)
+            << machine.messages.shown[0].text;
+    connection->refuse = nullptr;
+    EXPECT_EQ(Upgrade(connection), 0);
+    EXPECT_EQ(Count(connection, "tblTreeItem where TreeItemId = Id"), 2);
+    EXPECT_EQ(First(connection, "tblDossierFields", "intOrder"), "3");
+    EXPECT_EQ(machine.messages.shown.size(), 1u);
 }
 
 // What a timer of the host writes must not become a part of a transaction; one refused statement

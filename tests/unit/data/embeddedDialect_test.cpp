@@ -3,6 +3,7 @@
 
 #include "data/Error.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "data/logText.h"
 #include "tests/fakes/Failures.h"
 
 namespace kavidex::data {
@@ -199,6 +200,9 @@ TEST_F(EmbeddedDialect, RefusesValuesThatDoNotFitAndNamesTheColumn) {
         EXPECT_NE(std::string(error.what()).find("3 characters"), std::string::npos)
             << error.what();
         EXPECT_EQ(error.Statement(), "update tblFit set Short = 'much too long'");
+        EXPECT_EQ(std::string(error.what()).find("update"), std::string::npos)
+            << "what a box shows";
+        EXPECT_NE(InLog(error).find(error.Statement()), std::string::npos);
         ASSERT_EQ(connection->Errors().size(), 1u);
         EXPECT_EQ(connection->Errors()[0].number, errors::integrity);
     }

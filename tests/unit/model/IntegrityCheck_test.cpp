@@ -4,6 +4,7 @@
 
 #include "model/clsDocument.h"
 #include "model/filing.h"
+#include "tests/fakes/Failures.h"
 #include "tests/unit/model/ModelDatabase.h"
 
 namespace kavidex::tests {
@@ -90,6 +91,27 @@ TEST_F(Integrity, FindsEachKindOfFaultAndInventsNone) {
     machine.files.Remove(filed[0].path + ".tmp");
     machine.files.Remove(filed[1].path);
     EXPECT_EQ(Faults(), std::vector<std::string>{"document without file"});
+}
+
+// Each document would be told as one without its file.
+TEST_F(Integrity, SaysNothingOfAStoreThatItCannotLookInto) {
+    using namespace platform::errors;
+    const auto checked = [&](std::string_view root = {}) {
+        return NumberOf([&] { model::CheckIntegrity(machine, database, root); });
+    };
+    machine.files.FailAt(1, accessDenied);
+    EXPECT_EQ(checked(), accessDenied);
+    machine.files.FailAt(0);
+    EXPECT_EQ(checked(), 0);
+    EXPECT_EQ(checked(machine.Path("unmounted")), pathNotFound);
+    Sql("update tblSettings set [Value] = '" + machine.Path("unmounted") +
+        "' where SKey = 'DocumentPath'");
+    EXPECT_EQ(checked(), pathNotFound);
+    Sql("delete from tblSettings where SKey = 'DocumentPath'");
+    EXPECT_EQ(checked(), pathNotFound);
+    EXPECT_EQ(checked(Store()), 0);
+    Sql("delete from tblDocument"); // then there is no file to look for
+    EXPECT_EQ(checked(), 0);
 }
 
 TEST_F(Integrity, KnowsWhatIsNoFault) {

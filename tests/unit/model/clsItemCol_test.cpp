@@ -40,6 +40,9 @@ TEST_F(Collection, AnswersByPositionAndByKey) {
     EXPECT_THROW(items.Item(0), platform::Error);
     EXPECT_THROW(items.Item(2), platform::Error);
     EXPECT_THROW(items.Item(40000), platform::Error);
+    for (NodeId id = 20; items.Count() < 40000; ++id)
+        items.Append(std::make_shared<clsItem>(id, "tif", 0, "x", connection));
+    EXPECT_EQ(items.Item(40000), items.Items().back());
 }
 
 // Against a plain list, through ends, gaps, ids changed behind its back and ids held twice.

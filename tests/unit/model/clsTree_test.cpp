@@ -152,6 +152,25 @@ TEST_F(Tree, LoadsWhenItsConnectionComesAfterTheIdAndOnlyThen) {
     EXPECT_TRUE(machine.log.Has("clsTree.Load", "99999 does not exist"));
 }
 
+TEST_F(Tree, IsNotOverwrittenWhenItsRowCouldNotBeRead) {
+    const auto made = NewTree("Dossier van Jansen");
+    made->SetDeleteEnabled(true);
+    const std::string columns = "select Description, NewEnabled, DeleteEnabled from tblTree";
+    const std::string stored = One(columns);
+    clsTree tree(machine);
+    tree.SetDbConnection(connection);
+    connection->FailStep(1);
+    EXPECT_THROW(tree.SetTreeId(made->TreeId()), data::Error);
+    connection->onStep = nullptr;
+    EXPECT_THROW(tree.SetNewEnabled(true), data::Error);
+    EXPECT_THROW(tree.SetDescription("x"), data::Error);
+    EXPECT_FALSE(tree.NewEnabled());
+    EXPECT_EQ(One(columns), stored);
+    tree.SetTreeId(made->TreeId());
+    tree.SetDescription("Dossier van Pietersen");
+    EXPECT_EQ(One(columns), platform::Replace(stored, "Jansen", "Pietersen"));
+}
+
 TEST_F(Tree, SearchesDepthFirstAndStaysExactWhileItChanges) {
     const auto tree = NewTree();
     const auto root = tree->Item()->Id();

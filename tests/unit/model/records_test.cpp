@@ -71,11 +71,12 @@ TEST_F(Documents, AreInsertedReadChangedAndDeletedWithTheExactStatements) {
         "update tblDocument set ExternalId = 'O''B', InsertedBy = 'jan', InsertDate = 20060315, "
         "InsertTime = '905', Description = null, ReadOnly = 1, Type = 'tif' where DocId = " +
             id,
+        "Select Id from tblDocument where DocId = " + id + " and Id > 0",
         "update tblDocExtraInfo set SendTo = 'piet', Sendfrom = 'mie', SendOn = null, RecievedOn= "
         "null, NrOfattatchements = 2 WHERE Id = " +
             extra,
         "update tblDocument set Id = -" + id + " where Id = " + id,
-        "Select Id from tblDocument where Id = " + id,
+        "Select Id, DocId from tblDocument where Id = " + id,
         "delete from tblDocumentuplink where serverrefId = " + id,
         "delete from tblDocExtraInfo WHERE Id = " + extra};
     EXPECT_EQ(connection->statements, changed);
@@ -170,6 +171,30 @@ TEST_F(Documents, ARowWhoseFileIsThereAlreadyIsMarked) {
     EXPECT_EQ(path, "") << "two documents would share it";
     EXPECT_TRUE(machine.files.FileExists(source));
     EXPECT_EQ(machine.files.List(Store(), "*", true), std::vector<std::string>{"20060315"});
+}
+
+// A file that could not be looked for may be there.
+TEST_F(Documents, GetNoNumberWhileTheStoreCannotBeLookedInto) {
+    clsDocument document(machine);
+    Fill(document);
+    ASSERT_TRUE(document.SaveNewRow());
+    const std::string id = std::to_string(document.DocId());
+    ASSERT_TRUE(document.SaveNewRow()); // a second row, the first one's number
+    for (const auto error : {platform::errors::accessDenied, platform::errors::sharingViolation}) {
+        machine.files.FailAt(1, error);
+        EXPECT_FALSE(document.SaveNewRow());
+        machine.files.FailAt(1, error);
+        std::string path;
+        EXPECT_FALSE(document.CreateEmptyDoc(path));
+    }
+    machine.files.FailAt(0);
+    EXPECT_EQ(Rows("select Id from tblDocument").size(), 2u);
+    EXPECT_EQ(machine.messages.shown.size(), 4u);
+    document.SetDescription(std::string(300, 'x'));
+    EXPECT_FALSE(document.SaveNewRow());
+    EXPECT_EQ(machine.messages.shown.back().text.find("Insert into"), std::string::npos)
+        << machine.messages.shown.back().text;
+    EXPECT_TRUE(machine.log.Has("clsDocument.SaveNewRow", "Insert into tblDocument"));
 }
 
 TEST_F(Documents, FilesAreCopiedWholeAndSourcesDeletedOnlyAfterwards) {

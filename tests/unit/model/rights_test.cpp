@@ -79,6 +79,12 @@ TEST_F(Rights, AreRefusedAndToldOnceWhileTheirSwitchCannotBeRead) {
     ASSERT_EQ(machine.messages.shown.size(), 1u);
     EXPECT_EQ(machine.messages.shown[0].caption, "Error in UseRights");
     connection->onStep = nullptr;
+    EXPECT_FALSE(model::UseRights(machine, connection));
+    connection->onStep = [](int) { throw data::Error(data::errors::badEof, "No row", "ADO"); };
+    EXPECT_TRUE(model::UseRights(machine, connection));
+    EXPECT_EQ(machine.messages.shown.back().text, "No row 3021");
+    machine.messages.shown.pop_back();
+    connection->onStep = nullptr;
     EXPECT_FALSE(model::UseRights(machine, connection)); // not kept
     connection->FailStep(1, true);
     EXPECT_TRUE(model::UseRights(machine, connection));
@@ -197,6 +203,31 @@ TEST_F(CheckLists, AreRewrittenWholeAndReadInOrder) {
     EXPECT_TRUE(Rows("select Id from tblCheckListFields").empty());
     EXPECT_EQ(list.GetType("A", "it's"), -1); // the key stands in the statement as it is
     EXPECT_TRUE(machine.log.Has("clsCheckListType.GetType"));
+}
+
+TEST_F(CheckLists, AreNotReplacedByWhatCouldNotBeRead) {
+    for (const char* tab : {"B", "it''s"})
+        Sql("Insert into tblChecklistFields (TabType, intOrder) Values('A^" + std::string(tab) +
+            "', 1)");
+    const auto stored = Rows("select Id, TabType from tblCheckListFields");
+    clsCheckListType list(machine);
+    list.SetDbConnection(connection);
+    connection->FailStep(1);
+    EXPECT_EQ(list.GetType("A", "B"), -1);
+    connection->onStep = nullptr;
+    list.CreateField(2, "Nieuw", 1, "", "tif");
+    EXPECT_THROW(list.UpdateCurrentType(), data::Error);
+    EXPECT_EQ(list.GetType("A", "it's"), -1);
+    EXPECT_THROW(list.UpdateCurrentType(), data::Error);
+    EXPECT_EQ(Rows("select Id, TabType from tblCheckListFields"), stored);
+    EXPECT_EQ(list.GetType("A", "B"), 0);
+    list.CreateField(2, "Nieuw", 1, "", "tif");
+    list.UpdateCurrentType();
+    EXPECT_EQ(Rows("select Id from tblCheckListFields where TabType = 'A^B'").size(), 2u);
+    EXPECT_EQ(list.GetType("A", "it's"), -1);
+    list.NewType(); // meant to take the other's place
+    list.UpdateCurrentType();
+    EXPECT_EQ(Rows("select Id from tblCheckListFields").size(), 2u);
 }
 
 } // namespace

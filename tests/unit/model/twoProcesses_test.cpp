@@ -1,7 +1,9 @@
 // Two processes work on one dossier, each with the tree as it loaded it.
+#include "model/clsDossier.h"
 #include "model/clsDossierDbRelations.h"
 #include "model/filing.h"
 #include "platform/Error.h"
+#include "platform/General.h"
 #include "tests/fakes/Failures.h"
 #include "tests/unit/model/ModelDatabase.h"
 
@@ -67,6 +69,17 @@ TEST_F(TwoProcesses, NothingIsAddedOrMovedIntoAFolderThatTheOtherDeleted) {
     EXPECT_EQ(Living(), "Blad Dossier ");
     EXPECT_EQ(Outline(*mine->Item()), "Dossier\n Map\n Blad\n Weg\n") << "in memory as before";
     EXPECT_EQ(Outline(*Load(mine->TreeId())->Item()), "Dossier\n Blad\n");
+
+    // Nor where it is shown: what hangs from it would be gone at the next load.
+    platform::SaveRegFlag(machine.workstation, "TreeSettings", "ShowDeleted", true);
+    const auto shown = Load(mine->TreeId());
+    const auto before = Nodes();
+    const auto deleted = -folder->Id();
+    ASSERT_TRUE(shown->GetItem(deleted, ""));
+    EXPECT_EQ(NumberOf([&] { shown->AddChildTab("Nieuw", deleted); }), notFound);
+    EXPECT_EQ(NumberOf([&] { shown->MoveItem(item->Id(), deleted, root); }), notFound);
+    EXPECT_EQ(NumberOf([&] { shown->MoveItem(deleted, item->Id(), root); }), notFound);
+    EXPECT_EQ(Nodes(), before);
 }
 
 TEST_F(TwoProcesses, TwoFoldersAreNotMovedIntoEachOther) {
@@ -137,6 +150,35 @@ TEST_F(TwoProcesses, ABeginThatFailsEndsTheWorkAndIsLogged) {
     EXPECT_THROW(mine->AddChildTab("x", root), data::Error);
     connection->onStep = nullptr;
     EXPECT_EQ(Living(), before);
+}
+
+TEST_F(TwoProcesses, OneNewKeyGetsOneNumberAndOneTree) {
+    const auto ask = [&](const data::ConnectionPtr& on) {
+        auto key = std::make_unique<model::clsDossierDbRelations>(machine);
+        key->SetDbConnection(on);
+        key->SetDbKey("Nieuw");
+        EXPECT_TRUE(key->OpenDataSource() && key->Eof());
+        return key;
+    };
+    const auto first = ask(second), late = ask(connection); // both have looked
+    bool anothers = true;
+    EXPECT_TRUE(first->SaveNewKey(anothers) && !anothers);
+    EXPECT_TRUE(late->SaveNewKey(anothers) && anothers);
+    EXPECT_EQ(late->DossierId(), first->DossierId());
+    EXPECT_EQ(One("select DbRelId from tblDossierDbRelation where dbKey = 'Nieuw' and DbRelId > 0"),
+              std::to_string(first->DossierId()));
+    std::int32_t tree = 500;
+    for (const auto& on : {second, data::ConnectionPtr(connection)}) {
+        model::clsDossier dossier(machine);
+        dossier.SetDbConnection(on);
+        dossier.SetDossierId(first->DossierId());
+        dossier.SetTreeId(++tree);
+        EXPECT_TRUE(dossier.SaveFirstRow());
+        EXPECT_EQ(dossier.TreeId(), 501);
+    }
+    EXPECT_EQ(One("select TreeId from tblDossierRelations where RelId > 0 and DossierId = " +
+                  std::to_string(first->DossierId())),
+              "501");
 }
 
 TEST_F(TwoProcesses, DocumentsFollowTheirDossiersKey) {
