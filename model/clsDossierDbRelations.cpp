@@ -31,7 +31,8 @@ std::string clsDossierDbRelations::OtherStatement() const {
 void clsDossierDbRelations::ReadRow(const data::Recordset& row) {
     lclRow.dbKey = TrimmedText(row.Get("dbKey"));
     // What the caller gave reads as it gave it, and is written back as it stands.
-    if (platform::EqualNoCase(lclRow.dbKey, AsWritten(DbConnection(), lclFilter.dbKey)))
+    const std::string kept = AsWritten(DbConnection(), lclFilter.dbKey);
+    if (kept != lclFilter.dbKey && platform::EqualNoCase(lclRow.dbKey, kept))
         lclRow.dbKey = lclFilter.dbKey;
     lclRow.dossierId = data::ToInt32(row.Get("DbRelId"));
 }
