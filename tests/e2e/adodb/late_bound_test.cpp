@@ -190,6 +190,16 @@ public:
     }
 };
 
+// Cannot be made the first time.
+class MoodyRecordset : public com::adodb::RecordsetObject {
+public:
+    static inline int moods = 0;
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
+        if (moods > 0) return --moods, E_OUTOFMEMORY;
+        return RecordsetObject::QueryInterface(iid, object);
+    }
+};
+
 struct AdoConnection : ObjectTest {};
 
 } // namespace
@@ -197,15 +207,18 @@ struct AdoConnection : ObjectTest {};
 TEST_F(AdoConnection, IsWholeAgainOnceAFailureHasPassed) {
     Fill(1);
     const ClassUnder<MoodyCommand> command{L"ADODB.Command"};
-    const ClassUnder<com::adodb::RecordsetObject> recordset{L"ADODB.Recordset"};
-    data::win32::LateAdoConnection late{Late(ComPtr<IDispatch>(com::Make<Stranger>(engine)))};
-    MoodyCommand::moods = 1;
-    EXPECT_EQ(late.Open({"select * from tblThing"})->RecordCount(), 1);
-    EXPECT_EQ(MoodyCommand::moods, 0);
-    const auto found = late.Open({"select * from tblThing where Amount = ?",
-                                  data::CommandType::Text,
-                                  {{"Amount", data::AdoType::Integer, 1, 4, std::int64_t{10}}}});
-    EXPECT_EQ(found->RecordCount(), 1) << "by Execute alone there are no parameters";
+    const ClassUnder<MoodyRecordset> recordset{L"ADODB.Recordset"};
+    for (int* const moods : {&MoodyCommand::moods, &MoodyRecordset::moods}) {
+        data::win32::LateAdoConnection late{Late(ComPtr<IDispatch>(com::Make<Stranger>(engine)))};
+        *moods = 1;
+        EXPECT_EQ(late.Open({"select * from tblThing"})->RecordCount(), 1);
+        EXPECT_EQ(*moods, 0);
+        const auto found =
+            late.Open({"select * from tblThing where Amount = ?",
+                       data::CommandType::Text,
+                       {{"Amount", data::AdoType::Integer, 1, 4, std::int64_t{10}}}});
+        EXPECT_EQ(found->RecordCount(), 1) << "by Execute alone there are no parameters";
+    }
 }
 
 TEST_F(AdoConnection, SpeaksTheDialectOfWhateverItsObjectIsOpenedOn) {
