@@ -222,11 +222,9 @@ private:
         if (lclRoot.empty())
             throw platform::Error(platform::errors::pathNotFound,
                                   "DocumentPath in section Storage not found", "IntegrityCheck");
-        const std::string whole = lclRoot + path;
-        if (IsThere(lclWorkstation, whole))
-            return (lclWorkstation.files.Attributes(whole) & platform::attributes::directory) == 0;
-        NeedStore(); // it may have gone meanwhile
-        return false;
+        const auto attributes = AttributesOf(lclWorkstation, lclRoot + path);
+        if (!attributes) NeedStore(); // it may have gone meanwhile
+        return attributes && (*attributes & platform::attributes::directory) == 0;
     }
 
     void NeedStore() const {

@@ -54,14 +54,14 @@ std::string DocumentPath(std::string_view base, std::string_view date, std::stri
         .append(type);
 }
 
-bool IsThere(const platform::Workstation& workstation, std::string_view path) {
+std::optional<std::uint32_t> AttributesOf(const platform::Workstation& workstation,
+                                          std::string_view path) {
     try {
-        workstation.files.Attributes(path);
-        return true;
+        return workstation.files.Attributes(path);
     } catch (const platform::Error& error) {
         if (error.Number() == platform::errors::notFound ||
             error.Number() == platform::errors::pathNotFound)
-            return false;
+            return std::nullopt;
         throw;
     }
 }

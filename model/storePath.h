@@ -34,9 +34,13 @@ std::string TypeFolder(std::string_view base, std::string_view date, std::string
 std::string DocumentPath(std::string_view base, std::string_view date, std::string_view type,
                          std::int32_t id);
 
-// Whether something has that name. Throws platform::Error where the file system does not say: a
-// file that could not be looked for is not absent.
-bool IsThere(const platform::Workstation& workstation, std::string_view path);
+// What has that name, none where nothing does. Throws platform::Error where the file system does
+// not say: a file that could not be looked for is not absent.
+std::optional<std::uint32_t> AttributesOf(const platform::Workstation& workstation,
+                                          std::string_view path);
+inline bool IsThere(const platform::Workstation& workstation, std::string_view path) {
+    return AttributesOf(workstation, path).has_value();
+}
 
 // Makes the folder below a base that must be there: one that is missing is an unmounted drive or a
 // typing error, and is never made. Throws platform::Error.

@@ -230,6 +230,7 @@ TEST_F(clsUpdateDbTest, HaltsWhereAVersionIsNotRecorded) {
     const auto connection =
         std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
     connection->Execute("insert into tblCheckListRefFields (FieldType) values ('b')");
+    connection->Execute("delete from tblSettings");
     const auto upgraded = [&](const char* refused) {
         connection->refuse = [refused](const std::string& s) { return s.ends_with(refused); };
         const auto result = Upgrade(connection);
@@ -282,8 +283,8 @@ TEST_F(clsUpdateDbTest, GivesOldRowsTheirWorkingIdsWhateverWasRefusedAtFirst) {
     EXPECT_EQ(Upgrade(faulty), 0);
     EXPECT_EQ(Count(faulty, "tblTreeItem where TreeItemId is null"), 0);
 
-    const auto connection = std::make_shared<RecordingConnection>("", OldDatabase(true));
-    connection->database = "tabs";
+    const auto connection = std::make_shared<Server>("", OldDatabase(true));
+    connection->serverName = "working ids";
     connection->refuse = [](const std::string& s) {
         return s.starts_with("ALTER TABLE tblTreeItem ADD COLUMN TreeItemId") ||
                s.starts_with("ALTER TABLE tblTreeItem ADD COLUMN [TreeItemId]") ||

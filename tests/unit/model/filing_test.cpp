@@ -159,8 +159,9 @@ TEST_F(Filing, CopiesBeforeTheDatabaseIsLocked) {
     std::string calls;
     for (const std::string& call : machine.files.calls)
         calls += call.substr(0, call.find(' ')) + " ";
-    EXPECT_EQ(calls, "CreateDirectories CreateDirectories CopyAside Rename SameFile SameBytes "
-                     "Remove ");
+    EXPECT_EQ(calls,
+              "CreateDirectories CreateDirectories CopyAside Attributes Rename SameFile SameBytes "
+              "Remove ");
 }
 
 TEST_F(Filing, KeepsASourceThatChangedMeanwhile) {

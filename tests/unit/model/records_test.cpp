@@ -140,7 +140,7 @@ TEST_F(Documents, ExtraInformationBelongsToItsOwnRow) {
     doomed.SetId(document.Id());
     ASSERT_TRUE(doomed.DeleteCurrentRow());
     EXPECT_EQ(One("select SendTo from tblDocExtraInfo"), "piet");
-    ASSERT_TRUE(doomed.UpdateCurrentRow());
+    EXPECT_FALSE(doomed.UpdateCurrentRow()) << "it has no number";
     EXPECT_EQ(One("select SendTo from tblDocExtraInfo"), "piet");
 }
 
@@ -180,11 +180,12 @@ TEST_F(Documents, GetNoNumberWhileTheStoreCannotBeLookedInto) {
     ASSERT_TRUE(document.SaveNewRow());
     const std::string id = std::to_string(document.DocId());
     ASSERT_TRUE(document.SaveNewRow()); // a second row, the first one's number
+    std::string path;
+    EXPECT_TRUE(document.CreateEmptyDoc(path)); // makes the day's folder
     for (const auto error : {platform::errors::accessDenied, platform::errors::sharingViolation}) {
         machine.files.FailAt(1, error);
         EXPECT_FALSE(document.SaveNewRow());
         machine.files.FailAt(1, error);
-        std::string path;
         EXPECT_FALSE(document.CreateEmptyDoc(path));
     }
     machine.files.FailAt(0);
@@ -341,6 +342,7 @@ TEST_F(Documents, ErrorsOfEveryKindAreReportedInOneForm) {
     clsDocument document(machine); // without a connection
     EXPECT_FALSE(document.OpenDataSource());
     EXPECT_FALSE(document.SaveNewRow());
+    document.CloseDataSource();
     EXPECT_FALSE(document.DeleteCurrentRow());
     EXPECT_EQ(machine.messages.shown.size(), 3u);
     EXPECT_TRUE(document.Eof() && document.Bof());
