@@ -2,6 +2,7 @@
 
 #include <olectl.h>
 
+#include "com/controls/ctlViewerFace.h"
 #include "com/controls/ctrlCorrespondenceFace.h"
 #include "com/controls/ctrlExtViewerFace.h"
 #include "com/controls/ctrlNoteFace.h"
@@ -30,6 +31,15 @@ const ClassRow table[] = {
      {640, 400}},
     {L"ctrlTree", L"Kavidex folder tree control", &CLSID_ctrlTree, &DIID__ctrlTree,
      &DIID__ctrlTreeEvents, control, &MakeCtrlTree, 102},
+    {L"ctlViewer",
+     L"Kavidex document viewer",
+     &CLSID_ctlViewer,
+     &DIID__ctlViewer,
+     &DIID__ctlViewerEvents,
+     control,
+     &MakeCtlViewer,
+     105,
+     {480, 400}},
     {L"ctrlNote", L"Kavidex note control", &CLSID_ctrlNote, &DIID__ctrlNote, &DIID__ctrlNoteEvents,
      control, &MakeCtrlNote, 103},
     {L"ctrlExtViewer",

@@ -14,6 +14,7 @@
 #include "com/adodb/ConnectionObject.h"
 #include "com/adodb/RecordsetObject.h"
 #include "com/class_table.h"
+#include "com/controls/ctlViewerFace.h"
 #include "com/controls/ctrlCorrespondenceFace.h"
 #include "com/controls/ctrlExtViewerFace.h"
 #include "com/controls/ctrlNoteFace.h"
@@ -207,6 +208,7 @@ const struct Source {
     std::span<const com::EventRow> rows;
 } sources[] = {{DIID__ctrlTreeEvents, com::TreeEventTable()},
                {DIID__ctrlCorrespondenceEvents, com::BinderEventTable()},
+               {DIID__ctlViewerEvents, com::ViewerEventTable()},
                {DIID__ctrlNoteEvents, com::NoteEventTable()},
                {DIID__ctrlExtViewerEvents, com::ExtViewerEventTable()}};
 
