@@ -1,8 +1,10 @@
 #include "com/controls/ctrlTreeFace.h"
 
 #include "com/model/faces.h"
+#include "controls/mailing/FileInTree.h"
 #include "controls/tree/win32/MakeTreeWindow.h"
 #include "kavidex_idl.h"
+#include "mail/win32/MakeMailRoads.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "platform/Workstation.h"
@@ -139,7 +141,13 @@ consteval DISPID Ev(std::wstring_view name) { return EventId(events, name); }
 
 std::span<const EventRow> TreeEventTable() { return events; }
 
-ctrlTreeFace::ctrlTreeFace() : ControlFace(*FindClass(CLSID_ctrlTree), platform::TheWorkstation()) {
+ctrlTreeFace::ctrlTreeFace()
+    : ControlFace(*FindClass(CLSID_ctrlTree), platform::TheWorkstation()),
+      lclMail(platform::TheWorkstation(), mail::win32::MakeMailRoads(platform::TheWorkstation()),
+              [this](const std::string& sent, std::int32_t folder) {
+                  controls::FileInTree(platform::TheWorkstation(), Logic(), sent, folder);
+              }) {
+    Logic().SetMailSender(&lclMail);
     RaiseEvents();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "com/controls/ControlFace.h"
+#include "controls/mailing/DossierMail.h"
 #include "controls/tree/ctrlTree.h"
 
 namespace kavidex::com {
@@ -16,6 +17,8 @@ public:
 private:
     ~ctrlTreeFace() override = default;
     void RaiseEvents();
+
+    controls::DossierMail lclMail;
 };
 
 std::span<const EventRow> TreeEventTable();

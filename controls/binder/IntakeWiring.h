@@ -15,6 +15,7 @@ class ConnectionAssignment;
 namespace kavidex::controls {
 
 class ctrlCorrespondence;
+class MailSender;
 
 class IntakeWiring final : public IntakeSite {
 public:
@@ -66,6 +67,7 @@ struct IntakeParts {
     Backlog backlog{site};
     ScanPanel scan{site, intake};
     NewItems newItems{site, intake};
+    std::unique_ptr<MailSender> mail = {}; // null where mail cannot be sent
 };
 
 } // namespace kavidex::controls

@@ -5,6 +5,7 @@
 #include "controls/binder/IntakeWiring.h"
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/common/OwnTranslator.h"
+#include "controls/mailing/DossierMail.h"
 #include "controls/splitter/ctlSplitPanel.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/viewer/ctlViewer.h"
@@ -97,7 +98,15 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
     lclAssignment = std::make_unique<data::ConnectionAssignment>(
         workstation, std::move(listeners),
         [this](std::string_view text, const auto& values) { return Text(text, values); });
+    const auto sending = components.sending;
     lclIntake.reset(new IntakeParts{{*this, workstation, lclLock, std::move(components)}});
+    if (sending) {
+        lclIntake->mail = std::make_unique<DossierMail>(
+            workstation, *sending, [this](const std::string& sent, std::int32_t folder) {
+                lclIntake->intake.AddFiles({sent}, {}, folder, false, false);
+            });
+        lclTree->SetMailSender(lclIntake->mail.get());
+    }
     lclIntake->scan.changed = [this] { ApplyLayout(); };
     lclIntake->queue.giveToScanner = [this](const std::string& folder) {
         return lclWindow && lclIntake->scan.Import(folder);

@@ -128,7 +128,12 @@ std::vector<IntakeFile> FilesOf(IntakeSite& site,
 }
 
 model::MailInfo MailInfoOf(IntakeSite& site, const std::string& path) {
-    auto& log = site.Machine().log;
+    return MailInfoOf(site.Machine(), Program(site), path);
+}
+
+model::MailInfo MailInfoOf(const platform::Workstation& machine, mail::MailSource* program,
+                           const std::string& path) {
+    auto& log = machine.log;
     const auto noted = [&](auto reading) {
         try {
             reading();
@@ -137,7 +142,7 @@ model::MailInfo MailInfoOf(IntakeSite& site, const std::string& path) {
         }
     };
     mail::MailFacts facts;
-    if (auto* const program = Program(site)) noted([&] { facts = program->FactsOf(path); });
+    if (program) noted([&] { facts = program->FactsOf(path); });
     const bool whole = facts.receivedByName && facts.senderName && facts.sentOn &&
                        facts.receivedTime && facts.attachments;
     if (!whole)

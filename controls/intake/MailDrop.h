@@ -26,5 +26,8 @@ std::vector<IntakeFile> FilesOf(IntakeSite& site, const std::vector<platform::Vi
 
 // By the mail program, else from the file itself. What neither tells is "Not retrieved", and noted.
 model::MailInfo MailInfoOf(IntakeSite& site, const std::string& path);
+// The same without a binder; `program` may be null.
+model::MailInfo MailInfoOf(const platform::Workstation& machine, mail::MailSource* program,
+                           const std::string& path);
 
 } // namespace kavidex::controls

@@ -7,16 +7,26 @@
 #include <string>
 #include <vector>
 
+#include "data/Connection.h"
+
 namespace kavidex::model {
 class clsItem;
 }
 
 namespace kavidex::controls {
 
+class OperationLock;
+class Translator;
+
 struct MailOrder {
     std::string address; // of the one it goes to; may be empty
     std::vector<std::shared_ptr<model::clsItem>> documents;
-    bool asPdf = false; // images go as PDF files
+    bool asPdf = false; // every image that can be goes as a PDF file, not only scanned pages
+    bool marks = false; // the marks on images go with them
+
+    data::ConnectionPtr connection{};
+    OperationLock* lock = nullptr; // outlives the mail
+    std::shared_ptr<Translator> translator{};
 };
 
 enum class MailOutcome {

@@ -159,7 +159,12 @@ void ctrlTree::Mail(bool asPdf) {
             ChosenDocuments(Text("Wilt u de inhoud van deze map toevoegen aan deze e-mail?"),
                             Text("Bevestigen toevoegen items aan e-mail"));
         if (documents.empty() || !lclMail) return;
-        const auto result = lclMail->Send({lclState.EmailAddress, documents, asPdf});
+        MailOrder order{lclState.EmailAddress, documents, asPdf};
+        order.marks = lclRights.Has("ViewAnnotations");
+        order.connection = lclConnection;
+        order.lock = lclLock;
+        order.translator = lclTranslator;
+        const auto result = lclMail->Send(order);
         if (alive.expired()) return;
         if (result.outcome == MailOutcome::LogonFailed)
             lclWorkstation.messages.Show({Text("Aanmelden voor email mislukt!"), Text("Mailen"),

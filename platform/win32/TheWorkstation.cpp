@@ -107,13 +107,12 @@ public:
     }
     platform::Printers& Printers() override { return lclPrinters; }
 
+    // The two halves of a 64-bit system's registry may name different ones: first as this program
+    // sees it, then the other.
     std::string MailClient() override {
-        wchar_t name[256];
-        DWORD size = sizeof name;
-        const auto read =
-            RegGetValueW(HKEY_LOCAL_MACHINE, L"Software\\Clients\\Mail", nullptr,
-                         RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND, nullptr, name, &size);
-        return read == ERROR_SUCCESS ? FromWide(name) : std::string();
+        for (const REGSAM view : {0, KEY_WOW64_64KEY, KEY_WOW64_32KEY})
+            if (auto name = MailClientIn(view); !TrimView(name).empty()) return name;
+        return {};
     }
 
     std::string TypeDescription(std::string_view extension) override {
@@ -129,6 +128,20 @@ public:
     bool BrowserShows(std::string_view mimeType) override { return win32::BrowserShows(mimeType); }
 
 private:
+    static std::string MailClientIn(REGSAM view) {
+        HKEY key = nullptr;
+        if (RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"Software\\Clients\\Mail", 0, KEY_READ | view,
+                          &key) != ERROR_SUCCESS)
+            return {};
+        wchar_t name[256];
+        DWORD size = sizeof name;
+        const auto read =
+            RegGetValueW(key, nullptr, nullptr, RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ | RRF_NOEXPAND,
+                         nullptr, name, &size);
+        RegCloseKey(key);
+        return read == ERROR_SUCCESS ? FromWide(name) : std::string();
+    }
+
     static void Execute(const wchar_t* verb, std::string_view action, std::string_view path) {
         const std::wstring wide = ToWide(path);
         SHELLEXECUTEINFOW what{};

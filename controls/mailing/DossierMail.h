@@ -1,0 +1,33 @@
+// Documents of the dossier on their way out by mail: made ready under the busy dialog, shown to the
+// user by the mail program, and what was sent brought back.
+#pragma once
+
+#include <functional>
+
+#include "controls/tree/MailSender.h"
+#include "mail/MailRoads.h"
+
+namespace kavidex::platform {
+struct Workstation;
+}
+
+namespace kavidex::controls {
+
+class DossierMail final : public MailSender {
+public:
+    using FileSent = std::function<void(const std::string& sent, std::int32_t folder)>;
+
+    DossierMail(const platform::Workstation& workstation, mail::MailRoads roads, FileSent fileSent)
+        : lclWorkstation(workstation), lclRoads(std::move(roads)),
+          lclFileSent(std::move(fileSent)) {}
+
+    MailResult Send(const MailOrder& order) override;
+    void File(const std::string& sent, std::int32_t folder) override { lclFileSent(sent, folder); }
+
+private:
+    const platform::Workstation& lclWorkstation;
+    mail::MailRoads lclRoads;
+    FileSent lclFileSent;
+};
+
+} // namespace kavidex::controls

@@ -1,0 +1,299 @@
+// Documents chosen in the tree on their way out by mail, with a played mail program: what it is
+// given is looked through by other people's programs.
+#include <cstdlib>
+#include <fstream>
+
+#include "controls/mailing/DossierMail.h"
+#include "controls/mailing/FileInTree.h"
+#include "controls/viewer/NoteFile.h"
+#include "data/clsSettings.h"
+#include "imaging/PageOperations.h"
+#include "imaging/annotations/Annotations.h"
+#include "mail/SimpleMail.h"
+#include "model/documentFile.h"
+#include "model/filing.h"
+#include "tests/fakes/PlayedMailProgram.h"
+#include "tests/unit/controls/BinderFixture.h"
+#include "tests/unit/controls/TreeFixture.h"
+
+namespace kavidex::controls {
+namespace {
+
+namespace fs = std::filesystem;
+
+struct PlayedSimpleMail : mail::SimpleMail {
+    std::vector<mail::OutgoingMail> sent;
+    mail::SimpleOutcome outcome = mail::SimpleOutcome::Sent;
+    std::function<void()> whileShown = [] {};
+    mail::SimpleOutcome Send(const mail::OutgoingMail& mail) override {
+        sent.push_back(mail);
+        whileShown();
+        return outcome;
+    }
+};
+
+class Mailing : public TreeTest {
+protected:
+    const std::string temporary = machine.Path("temp");
+    OwnTemporaryFolder own{temporary};
+    tests::PlayedMailProgram program;
+    std::shared_ptr<PlayedSimpleMail> simple = std::make_shared<PlayedSimpleMail>();
+    std::unique_ptr<DossierMail> sender;
+    std::vector<std::string> names, texts; // of the attachments, while the mail is shown
+
+    void SetUp() override {
+        machine.files.CreateDirectories(temporary);
+        machine.files.CreateDirectories(machine.Path("store"));
+        machine.shell.mailClient = "Microsoft Outlook";
+        data::clsSettings settings(machine);
+        settings.SetDbConnection(database);
+        settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
+        tree.SetDbConnection(database);
+        ASSERT_TRUE(tree.CreateNew("Dossier", "Post;Mail")) << Told();
+        letters = Id("Post");
+        program.simple = simple;
+        program.save = [&](const std::string& path) { machine.files.WriteAll(path, "mail"); };
+        program.whileShown = simple->whileShown = [this] { LookAtAttachments(); };
+        sender = std::make_unique<DossierMail>(
+            machine, program.Roads(), [this](const std::string& sent, std::int32_t folder) {
+                FileInTree(machine, tree, sent, folder);
+            });
+        tree.SetMailSender(sender.get());
+        tree.SetEmailAddress("jan@example.nl");
+    }
+    void TearDown() override {
+        EXPECT_TRUE(fs::is_empty(tests::FakeWorkstation::Native(temporary)))
+            << "what is made for a mail goes with it";
+        EXPECT_FALSE(machine.busy.open);
+    }
+
+    static std::string Run(const std::string& command) {
+        FILE* const output = ::popen((command + " 2>&1").c_str(), "r");
+        std::string text;
+        for (int c = 0; output && (c = std::fgetc(output)) != EOF;) text += static_cast<char>(c);
+        const bool good = output && ::pclose(output) == 0;
+        EXPECT_TRUE(good) << command << ": " << text;
+        return text;
+    }
+    std::string Made(const std::string& name, const std::string& command) {
+        Run("cd '" + tests::FakeWorkstation::Native(machine.Folder()).string() + "' && " + command +
+            " " + name);
+        return machine.files.ReadAll(machine.Path(name));
+    }
+    std::string Scan() { // two pages of fax
+        return Made("pages.tif", "convert -size 344x200 xc:white -fill black -draw 'rectangle "
+                                 "20,20 90,60' \\( +clone -negate \\) -type bilevel -depth 1 "
+                                 "-units PixelsPerInch -density 200x100 -compress Group4");
+    }
+    std::int32_t File(const std::string& file, const std::string& bytes,
+                      const std::string& name = {}) {
+        machine.files.WriteAll(machine.Path(file), bytes);
+        model::FilingRequest request;
+        request.source = machine.Path(file);
+        request.folderId = letters;
+        request.description = name;
+        const auto filed = model::FileDocument(machine, *tree.Tree(), request);
+        EXPECT_TRUE(filed) << filed.error;
+        tree.AddItem(filed.item, letters, false);
+        return filed.item->Id();
+    }
+    std::string PathOf(std::int32_t id) {
+        return model::FindDocumentFile(machine, database, *tree.GetNode(id)).path;
+    }
+    void Choose(const std::vector<std::int32_t>& ids, const char* entry) {
+        tree.ClearSelectedItems();
+        tree.SetHighLightToItem(ids.front());
+        if (ids.size() > 1)
+            for (const auto id : ids) tree.NodeChecked(id, true);
+        auto menu = tree.PrepareMenu(ids.front());
+        const auto* found = FindEntry(menu, entry);
+        ASSERT_TRUE(found->visible && found->enabled);
+        tree.ChooseMenu(*found);
+    }
+    void LookAtAttachments() {
+        if (!simple->sent.empty()) {
+            program.attached.clear();
+            for (const auto& one : simple->sent.back().attachments)
+                program.attached.push_back(one.path);
+        }
+        for (const auto& path : program.attached) {
+            names.push_back(platform::FileName(path));
+            const auto native = "'" + tests::FakeWorkstation::Native(path).string() + "'";
+            const bool pdf = platform::Extension(path) == "pdf";
+            if (pdf) Run("qpdf --check " + native);
+            texts.push_back(pdf ? Run("pdfimages -list " + native + " | tail -n +3") +
+                                      Run("pdftotext -layout " + native + " -")
+                                : machine.files.ReadAll(path));
+        }
+    }
+    std::string LastTold() const {
+        return machine.messages.shown.empty() ? "" : machine.messages.shown.back().text;
+    }
+    static std::size_t Times(const std::string& part, const std::string& text) {
+        std::size_t count = 0;
+        for (auto at = text.find(part); at != text.npos; at = text.find(part, at + 1)) ++count;
+        return count;
+    }
+};
+
+TEST_F(Mailing, PagesAndNotesGoAsPdfAllElseAsItIsUnderNamesThatTheReaderKnows) {
+    const auto scan = File("a.tif", Scan(), "Polis 12-3: aanvraag");
+    imaging::annotations::Mark mark;
+    mark.type = imaging::annotations::MarkType::Text;
+    mark.bounds = {20, 20, 300, 120};
+    mark.text = "Akkoord";
+    mark.font.height = 14;
+    imaging::annotations::Annotations marks;
+    marks.Add(mark, 1600000000);
+    auto pages = imaging::PagesOf(machine.files, PathOf(scan));
+    pages[0].marks = marks.Bytes();
+    imaging::WritePages(machine.files, pages, PathOf(scan));
+    const auto note =
+        File("n.nnt", WriteNote("Gemaakt door: 'jansen'", "Één € „tekst“ żółć"), "Memo");
+    const auto again = File("b.doc", "bytes", "Memo");
+    const auto third = File("c.doc", "meer", "Memo");
+    const auto photo =
+        File("p.jpg", Made("p.jpg", "convert -size 40x30 gradient:red-blue"), "foto");
+    Choose({scan, note, again, third, photo}, "mnuMail");
+    EXPECT_EQ(names, (std::vector<std::string>{"Polis 12 3  aanvraag.pdf", "Memo.pdf", "Memo.doc",
+                                               "Memo (1).doc", "foto.jpg"}))
+        << Told();
+    EXPECT_EQ(
+        std::count(program.calls.begin(), program.calls.end(), "Attach Polis 12 3  aanvraag.pdf"),
+        1);
+    ASSERT_EQ(texts.size(), 5u);
+    EXPECT_EQ(Times(" ccitt ", texts[0]), 2u) << texts[0];
+    EXPECT_EQ(Times(" 200 ", texts[0]), 2u) << texts[0];
+    EXPECT_NE(texts[0].find("Akkoord"), std::string::npos) << texts[0];
+    EXPECT_NE(texts[1].find("Gemaakt door: 'jansen'"), std::string::npos) << texts[1];
+    EXPECT_NE(texts[1].find("Één € „tekst“ żółć"), std::string::npos) << texts[1];
+    EXPECT_EQ(texts[2], "bytes");
+
+    names.clear();
+    program.attached.clear();
+    Choose({photo}, "mnuMailPdf");
+    EXPECT_EQ(names, std::vector<std::string>{"foto.pdf"});
+}
+
+TEST_F(Mailing, ASentMailIsFiledWithWhatItSaysOfItself) {
+    const auto memo = File("m.doc", "x", "memo");
+    platform::SaveRegSetting(machine, platform::applicationName, "Mail", "Folder", "Mail");
+    program.subject = "Re: polis";
+    Choose({memo}, "mnuMail");
+    const auto filed = tree.GetItem(0, "Re  polis");
+    ASSERT_TRUE(filed) << Told();
+    EXPECT_EQ(tree.GetParent(filed->Id())->Id(), Id("Mail"));
+    EXPECT_EQ(filed->ItemType(), "msg");
+    EXPECT_EQ(machine.files.ReadAll(PathOf(filed->Id())), "mail");
+    EXPECT_EQ(LastTold(), "Wilt u de verzonden mail opslaan?");
+    machine.files.FailAt(1, platform::errors::diskFull, true);
+    program.whileShown = [] {};
+    const auto before = tree.AllItems().size();
+    FileInTree(machine, tree, machine.Path("m.doc"), letters);
+    machine.files.FailAt(0);
+    EXPECT_EQ(LastTold(), "m.doc: niet opgeslagen");
+    EXPECT_EQ(tree.AllItems().size(), before);
+}
+
+TEST_F(Mailing, WhatCannotBeReadIsNamedAndTheRestGoes) {
+    const auto gone = File("g.doc", "x", "weg"), damaged = File("d.tif", Scan(), "stuk"),
+               memo = File("m.doc", "x", "memo");
+    machine.files.Remove(PathOf(gone));
+    fs::resize_file(tests::FakeWorkstation::Native(PathOf(damaged)), 20);
+    program.sends = false;
+    Choose({gone, damaged, memo}, "mnuMail");
+    EXPECT_EQ(names, std::vector<std::string>{"memo.doc"});
+    EXPECT_EQ(LastTold().find("Niet bijgevoegd: \r\nweg: "), 0u) << LastTold();
+    EXPECT_NE(LastTold().find("\r\nstuk: "), std::string::npos) << LastTold();
+    names.clear();
+    Choose({gone}, "mnuMail");
+    EXPECT_TRUE(names.empty()) << "there is nothing to send";
+    EXPECT_EQ(std::count(program.calls.begin(), program.calls.end(), "CreateMail"), 1);
+}
+
+TEST_F(Mailing, ManyAttachmentsShowHowFarTheyAreAndCanBeStopped) {
+    std::vector<std::int32_t> all;
+    for (int i = 0; i < 100; ++i)
+        all.push_back(File("m" + std::to_string(i) + ".doc", "x", std::string(200, 'a') + "?"));
+    machine.busy.onProgress = [&](int done) { machine.busy.stopAsked = done == 60; };
+    Choose(all, "mnuMail");
+    EXPECT_TRUE(program.calls.empty()) << "no mail is made";
+    EXPECT_EQ(machine.busy.progress.back(), std::make_pair(60, 100));
+    EXPECT_EQ(machine.busy.shown.front().caption, "Mailen");
+    machine.busy.onProgress = {};
+    machine.busy.stopAsked = false;
+    Choose(all, "mnuMail");
+    ASSERT_EQ(names.size(), 100u);
+    EXPECT_NE(names[98], names[99]);
+}
+
+TEST_F(Mailing, AProgramThatFailsIsToldAndLeavesTheDossierAsItWas) {
+    const auto memo = File("m.doc", "x", "memo");
+    const auto before = tree.AllItems().size();
+    for (const char* step : {"CreateMail", "Attach", "Display"}) {
+        program.failAt = step;
+        machine.messages.shown.clear();
+        Choose({memo}, "mnuMail");
+        ASSERT_EQ(machine.messages.shown.size(), 1u) << step;
+        EXPECT_EQ(machine.messages.shown[0].caption, "Error sending mail");
+        EXPECT_EQ(program.calls.back(), "Resume");
+    }
+    EXPECT_EQ(tree.AllItems().size(), before);
+}
+
+TEST_F(Mailing, AnotherMailProgramGetsItBySimpleMail) {
+    machine.shell.mailClient = "Lotus Notes";
+    platform::SaveRegSetting(machine, platform::applicationName, "Mail", "Body", "Groet");
+    const auto memo = File("m.doc", "x", "memo");
+    Choose({memo}, "mnuMail");
+    ASSERT_EQ(simple->sent.size(), 1u);
+    EXPECT_EQ(simple->sent[0].address, "jan@example.nl");
+    EXPECT_EQ(simple->sent[0].subject, "Emailing:");
+    EXPECT_EQ(simple->sent[0].body, "Groet");
+    EXPECT_EQ(names, std::vector<std::string>{"memo.doc"});
+    EXPECT_TRUE(program.calls.empty());
+    EXPECT_TRUE(machine.messages.shown.empty()) << "what was sent so is not retrieved";
+    simple->outcome = mail::SimpleOutcome::LogonFailed;
+    Choose({memo}, "mnuMail");
+    EXPECT_EQ(LastTold(), "Aanmelden voor email mislukt!");
+    EXPECT_EQ(machine.messages.shown.back().icon, platform::Icon::Information);
+}
+
+TEST(MailingFromTheBinder, FilesTheSentMailAsItsIntakeDoes) {
+    tests::FakeWorkstation machine;
+    const auto temporary = machine.Path("temp");
+    machine.files.CreateDirectories(temporary);
+    machine.files.CreateDirectories(machine.Path("store"));
+    const OwnTemporaryFolder own(temporary);
+    machine.shell.mailClient = "Microsoft Outlook";
+    tests::PlayedMailProgram program;
+    program.subject = "Antwoord";
+    program.save = [&](const std::string& path) { machine.files.WriteAll(path, "mail"); };
+    IntakeComponents components;
+    components.sending = std::make_shared<mail::MailRoads>(program.Roads());
+    ctrlCorrespondence binder(machine, nullptr, nullptr, components);
+    const auto database = data::EmbeddedDatabase::CreateInMemory();
+    binder.SetDbConnection(database);
+    data::clsSettings settings(machine);
+    settings.SetDbConnection(database);
+    settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
+    ASSERT_EQ(binder.OpenOrCreate("sleutel", "Dossier", "Post;Mail", "", ""), 0);
+    auto& tree = binder.treCorr();
+    const auto post = tree.GetItem(0, "Post")->Id();
+    machine.files.WriteAll(machine.Path("memo.doc"), "x");
+    ASSERT_EQ(binder.AddFiles({machine.Path("memo.doc")}, "", post, false, false), 0);
+    tree.SetHighLightToItem(tree.GetItem(0, "memo")->Id());
+    auto menu = tree.PrepareMenu(tree.GetItem(0, "memo")->Id());
+    const auto* entry = FindEntry(menu, "mnuMail");
+    ASSERT_TRUE(entry->visible && entry->enabled);
+    tree.ChooseMenu(*entry);
+    const auto filed = tree.GetItem(0, "Antwoord");
+    ASSERT_TRUE(filed);
+    EXPECT_EQ(tree.GetParent(filed->Id())->Id(), post) << "the selected one, as none is named";
+    const auto rows = database->Open({"select ExternalId from tblDocument where Type = 'msg'"});
+    EXPECT_EQ(platform::Trim(data::ToText(rows->Get(std::size_t{0}))), "sleutel");
+    EXPECT_TRUE(fs::is_empty(tests::FakeWorkstation::Native(temporary)));
+}
+
+} // namespace
+} // namespace kavidex::controls
