@@ -148,13 +148,13 @@ TEST_F(Mailing, PagesAndNotesGoAsPdfAllElseAsItIsUnderNamesThatTheReaderKnows) {
     auto pages = imaging::PagesOf(machine.files, PathOf(scan));
     pages[0].marks = marks.Bytes();
     imaging::WritePages(machine.files, pages, PathOf(scan));
-    const auto note =
+    const auto remark =
         File("n.nnt", WriteNote("Gemaakt door: 'jansen'", "Één € „tekst“ żółć"), "Memo");
     const auto again = File("b.doc", "bytes", "Memo");
     const auto third = File("c.doc", "meer", "Memo");
     const auto photo =
         File("p.jpg", Made("p.jpg", "convert -size 40x30 gradient:red-blue"), "foto");
-    Choose({scan, note, again, third, photo}, "mnuMail");
+    Choose({scan, remark, again, third, photo}, "mnuMail");
     EXPECT_EQ(names, (std::vector<std::string>{"Polis 12 3  aanvraag.pdf", "Memo.pdf", "Memo.doc",
                                                "Memo (1).doc", "foto.jpg"}))
         << Told();
