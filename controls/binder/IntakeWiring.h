@@ -67,7 +67,7 @@ struct IntakeParts {
     Backlog backlog{site};
     ScanPanel scan{site, intake};
     NewItems newItems{site, intake};
-    std::unique_ptr<MailSender> mail = {}; // null where mail cannot be sent
+    std::shared_ptr<MailSender> mail = {}; // null where mail cannot be sent
 };
 
 } // namespace kavidex::controls

@@ -101,7 +101,7 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
     const auto sending = components.sending;
     lclIntake.reset(new IntakeParts{{*this, workstation, lclLock, std::move(components)}});
     if (sending) {
-        lclIntake->mail = std::make_unique<DossierMail>(
+        lclIntake->mail = std::make_shared<DossierMail>(
             workstation, *sending, [this](const std::string& sent, std::int32_t folder) {
                 lclIntake->intake.AddFiles({sent}, {}, folder, false, false);
             });
