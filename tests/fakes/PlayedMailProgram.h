@@ -129,6 +129,8 @@ struct PlayedAutomation : mail::MailAutomation {
     PlayedMailProgram& program;
     explicit PlayedAutomation(PlayedMailProgram& played) : program(played) {}
     std::unique_ptr<mail::NewMail> CreateMail() override {
+        program.shown = false;
+        program.counts = 0;
         program.Record("CreateMail");
         return std::make_unique<PlayedNewMail>(program);
     }

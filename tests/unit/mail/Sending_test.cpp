@@ -62,16 +62,16 @@ TEST_F(Sending, GoesStepByStepAndFindsTheMailAgain) {
     mail.body = "Beste Jan";
     program.others = 1;
     program.appearsAt = 3;
-    program.subject = "a/b:c?";
+    program.subject = "a/b:c";
     const auto result = Send();
     EXPECT_EQ(result.code, AutomationResult::sent);
-    EXPECT_EQ(platform::FileName(result.saved), "a b c?.msg");
+    EXPECT_EQ(platform::FileName(result.saved), "a b c.msg");
     EXPECT_TRUE(machine.files.FileExists(result.saved));
     EXPECT_EQ(Calls(), "Pause\nCreateMail\nAddRecipient jan@example.nl\nSubject Onderwerp\n"
                        "BodyFormat 2\nBody Beste Jan\nAttach Brief   1  kort.pdf\nAttach b.doc\n"
                        "SaveSentMessageFolder\nCount\nAddUserProperty UniqueIndex\nDisplay\nSent\n"
                        "Count\nItem 4\nUserProperty UniqueIndex\nItem 5\nUserProperty UniqueIndex\n"
-                       "SaveAs a b c?.msg\nResume\n");
+                       "SaveAs a b c.msg\nResume\n");
     EXPECT_EQ(program.mark.size(), 38u);
     ASSERT_FALSE(machine.busy.shown.empty());
     EXPECT_EQ(machine.busy.shown[0].caption, "Ophalen verzonden emailbericht");
@@ -140,7 +140,6 @@ TEST_F(Sending, TheSearchIsBoundAndTakesAtLeastAMinute) {
     EXPECT_GE(program.waited + betweenAttempts, std::chrono::minutes(1));
 
     program.appearsAt = searchAttempts + 1;
-    program.counts = 0;
     const auto result = Send();
     EXPECT_EQ(program.counts, searchAttempts);
     EXPECT_EQ(result.code, AutomationResult::notSent);
@@ -160,8 +159,6 @@ TEST_F(Sending, ItFindsTheMailWhereOldOnesGoMeanwhileAndTheProgramHasNoTime) {
     program.afterwardsFewer = true;
     program.appearsAt = 4;
     EXPECT_EQ(Send().code, AutomationResult::sent);
-    program.counts = 0;
-    program.shown = false;
     program.afterwardsFewer = false;
     program.failure = static_cast<std::int32_t>(0x8001010A); // it is busy
     program.whileShown = [&] { program.failAt = "Count"; };
@@ -258,7 +255,7 @@ TEST(MailFolder, GoesWithAllThatIsInItAndTakesOldOnesAlong) {
     machine.clock.now.day = 16;
     { const MailFolder later(machine); }
     EXPECT_FALSE(machine.files.DirectoryExists(yesterday));
-    EXPECT_TRUE(machine.log.lines.empty());
+    EXPECT_FALSE(machine.log.Has("Mail", path));
 }
 
 } // namespace

@@ -60,6 +60,7 @@ protected:
             });
         tree.SetMailSender(sender.get());
         tree.SetEmailAddress("jan@example.nl");
+        tree.AttachWindow(&window);
     }
     void TearDown() override {
         EXPECT_TRUE(fs::is_empty(tests::FakeWorkstation::Native(temporary)))
@@ -81,7 +82,7 @@ protected:
         return machine.files.ReadAll(machine.Path(name));
     }
     std::string Scan() { // two pages of fax
-        return Made("pages.tif", "convert -size 344x200 xc:white -fill black -draw 'rectangle "
+        return Made("pages.tif", "convert -size 344x210 xc:white -fill black -draw 'rectangle "
                                  "20,20 90,60' \\( +clone -negate \\) -type bilevel -depth 1 "
                                  "-units PixelsPerInch -density 200x100 -compress Group4");
     }
@@ -219,7 +220,7 @@ TEST_F(Mailing, ManyAttachmentsShowHowFarTheyAreAndCanBeStopped) {
     Choose(all, "mnuMail");
     EXPECT_TRUE(program.calls.empty()) << "no mail is made";
     EXPECT_EQ(machine.busy.progress.back(), std::make_pair(60, 100));
-    EXPECT_EQ(machine.busy.shown.front().caption, "Mailen");
+    EXPECT_EQ(machine.busy.shown.back().caption, "Mailen");
     machine.busy.onProgress = {};
     machine.busy.stopAsked = false;
     Choose(all, "mnuMail");
