@@ -177,6 +177,8 @@ AutomationResult SendByAutomation(const AutomationTools& tools, const OutgoingMa
         tools.machine.log.Write("Mail", error.what());
         AutomationResult result;
         result.code = AutomationResult::failed;
+        const auto* ours = dynamic_cast<const platform::Error*>(&error);
+        result.number = ours ? ours->Number() : platform::errors::fail;
         result.error = error.what();
         return result;
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -34,8 +35,9 @@ inline constexpr std::chrono::milliseconds betweenAttempts{15};
 struct AutomationResult {
     static constexpr int sent = 1, notSent = 0, failed = -1;
     int code = notSent;
-    std::string saved; // the sent mail as a file; empty: not looked for, or not found
-    std::string error; // of `failed`
+    std::string saved;       // the sent mail as a file; empty: not looked for, or not found
+    std::int32_t number = 0; // of the error where it failed
+    std::string error;
 };
 
 // Never throws. `folder` takes the saved mail.

@@ -98,8 +98,7 @@ private:
             mail::SendByAutomation({lclWorkstation, lclTranslation, *lclRoads.automation,
                                     *lclRoads.prompts, lclRoads.pause},
                                    lclMail, settings, lclFolder->Path());
-        if (sent.code == AutomationResult::failed)
-            throw platform::Error(platform::errors::fail, sent.error);
+        if (sent.code == AutomationResult::failed) throw platform::Error(sent.number, sent.error);
         MailResult result;
         if (sent.code == AutomationResult::sent) result.outcome = MailOutcome::Sent;
         result.sent = sent.saved;

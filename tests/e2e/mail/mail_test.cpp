@@ -208,7 +208,8 @@ TEST_F(SentMails, AProgramThatDiesIsToldAndWhatIsNotSentIsNotAskedFor) {
         Script() = {};
         Script().diesAt = step;
         Mail({letter});
-        EXPECT_EQ(Told(), "Error sending mail: RPC server\n") << step;
+        EXPECT_TRUE(Told().starts_with("Error sending mail: ") && Told().ends_with("RPC server\n"))
+            << step << ": " << Told();
         EXPECT_EQ(prompts->Told(), "pr") << step;
     }
     Script() = {};
@@ -288,7 +289,9 @@ TEST_F(SentMails, GoThroughTheSystemsFunctionWhereThereAreNoControls) {
     EXPECT_EQ(sent(L"3"), "wide" + rest);
     EXPECT_EQ(Told(), "Mailen: Aanmelden voor email mislukt!\n");
     EXPECT_EQ(sent(L"2"), "wide" + rest);
-    EXPECT_EQ(Told(), "Error sending mail: The mail program answered 2\n");
+    EXPECT_TRUE(Told().starts_with("Error sending mail: ") &&
+                Told().ends_with("The mail program answered 2\n"))
+        << Told();
     EXPECT_EQ(sent(L"27"), "wide" + rest + "narrow" + rest) << "a program without wide letters";
     platform::win32::SetOwner(nullptr);
     DestroyWindow(host);
