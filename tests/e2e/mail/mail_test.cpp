@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "com/controls/ctrlCorrespondenceFace.h"
+#include "com/controls/ctrlTreeFace.h"
 #include "controls/mailing/DossierMail.h"
 #include "controls/mailing/FileInTree.h"
 #include "controls/tree/ctrlTree.h"
@@ -295,6 +297,24 @@ TEST_F(SentMails, GoThroughTheSystemsFunctionWhereThereAreNoControls) {
     EXPECT_EQ(sent(L"27"), "wide" + rest + "narrow" + rest) << "a program without wide letters";
     platform::win32::SetOwner(nullptr);
     DestroyWindow(host);
+}
+
+TEST_F(SentMails, BothControlsOfferThem) {
+    const auto offers = [&](ctrlTree& control) {
+        control.SetHighLightToItem(letter);
+        auto menu = control.PrepareMenu(letter);
+        return FindEntry(menu, "mnuMail")->visible && FindEntry(menu, "mnuMailPdf")->enabled;
+    };
+    auto* const alone = new com::ctrlTreeFace;
+    const auto first = com::ComPtr<IDispatch>::Attach(alone);
+    alone->Logic().SetDbConnection(archive.database);
+    alone->Logic().SetTreeId(archive.tree.TreeId());
+    EXPECT_TRUE(offers(alone->Logic()));
+    auto* const binder = new com::ctrlCorrespondenceFace;
+    const auto second = com::ComPtr<IDispatch>::Attach(binder);
+    binder->Logic().SetDbConnection(archive.database);
+    binder->Logic().SetId(archive.tree.TreeId());
+    EXPECT_TRUE(offers(binder->Logic().treCorr()));
 }
 
 TEST_F(SentMails, TheDefaultProgramIsReadFromTheMachinesKey) {
