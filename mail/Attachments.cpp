@@ -50,10 +50,10 @@ std::optional<MailAttachment> Attachments::Make(const MailDocument& document,
     const auto own = platform::Extension(document.path);
     const std::string extension = pdf ? ".pdf" : own.empty() ? own : "." + own;
     auto bare = Bare(document.name, own.empty() ? own : "." + own);
-    if (bare.empty()) bare = "Document";
+    bare = bare.empty() ? "Document" : DisplayName(bare);
     MailAttachment made;
     // The mail programs of those who get it name the file by this, not by what we show.
-    made.path = FreePath(lclWorkstation.files, lclFolder, SafeName(DisplayName(bare)), extension);
+    made.path = FreePath(lclWorkstation.files, lclFolder, SafeName(bare), extension);
     made.name = bare + extension;
     try {
         if (pdf)

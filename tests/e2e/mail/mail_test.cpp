@@ -282,7 +282,7 @@ TEST_F(SentMails, GoThroughTheSystemsFunctionWhereThereAreNoControls) {
         return machine.files.ReadAll(record);
     };
     const std::string rest = " flags 9: Emailing:||jan@example.nl SMTP:jan@example.nl|Brief.doc|"
-                             "Aanvraag 12-3.pdf|alive\n";
+                             "Aanvraag 12 3.pdf|alive\n";
     EXPECT_EQ(sent(L"0"), "wide" + rest);
     EXPECT_EQ(Told(), "");
     EXPECT_TRUE(IsWindowEnabled(host));
