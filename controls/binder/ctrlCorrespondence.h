@@ -227,6 +227,9 @@ public:
     PopupMenu ButtonMenu(std::string_view key); // what the button drops down
     void MenuChosen(const MenuEntry& entry);
 
+    // The folder whose documents the viewer lists, and which takes what is dropped there; 0: none.
+    std::int32_t ListedFolder() const;
+
     std::int16_t LastUsedLayout() const { return lclState.LastUsedLayout; }
     // The layout on the screen, also while none was chosen.
     std::int16_t ShownLayout() const;

@@ -135,8 +135,13 @@ void ctrlCorrespondence::EmptyViewers() {
     lclExtViewer->CloseForm();
 }
 
+std::int32_t ctrlCorrespondence::ListedFolder() const {
+    const auto& shown = lclViewer->Item();
+    return Usable() && shown && shown->AllowChildren() ? shown->Id() : 0;
+}
+
 void ctrlCorrespondence::RefreshList() {
-    if (lclViewer->Item() && lclViewer->Item()->AllowChildren()) lclViewer->Refresh();
+    if (ListedFolder() != 0) lclViewer->Refresh();
 }
 
 // The tree shows the choice without an event of its own.
@@ -231,7 +236,7 @@ void ctrlCorrespondence::ApplyLayout() {
 
 void ctrlCorrespondence::AttachWindow(BinderWindow* window) {
     lclWindow = window;
-    if (!window) return;
+    if (!window) return lclIntake->scan.Close();
     window->AppearanceChanged();
     window->LayoutChanged();
     window->ToolbarChanged();

@@ -27,14 +27,14 @@ void ScanQueue::Check(std::string_view key, std::int32_t treeId) {
                 .value_or(std::string()));
         if (root.empty()) continue;
         if (root.back() != '\\') root += '\\';
-        if (!key.empty() && Look(root, std::string(key), false) == Found::Waiting) continue;
-        if (treeId != 0) Look(root, "Map" + std::to_string(treeId), name == roots[0]);
+        if (!key.empty() && !Look(root, std::string(key), false)) return;
+        if (treeId != 0 && !Look(root, "Map" + std::to_string(treeId), name == roots[0])) return;
     }
 }
 
 // `announce`: the name is shown where the workstation asks for it, so that it can be set up on the
 // scanning device.
-ScanQueue::Found ScanQueue::Look(std::string_view root, const std::string& name, bool announce) {
+bool ScanQueue::Look(std::string_view root, const std::string& name, bool announce) {
     const auto& machine = lclSite.Machine();
     const auto setting = [&](std::string_view of) {
         return platform::GetRegSetting(machine, platform::applicationName, of, "ShowExtId", "");
@@ -45,16 +45,17 @@ ScanQueue::Found ScanQueue::Look(std::string_view root, const std::string& name,
     if (platform::EqualNoCase(setting("DebugFlags"), "true"))
         machine.messages.Show({folder, lclSite.Text("Path for ScanQueue")});
     // A key names one folder below the root and nothing else.
-    if (!platform::IsFileName(name)) return Found::Nothing;
+    if (!platform::IsFileName(name)) return true;
     const auto names = machine.files.List(folder, "*.tif");
-    if (names.empty()) return Found::Nothing;
+    if (names.empty()) return true;
     machine.log.Write("fncCheckDocumentQueue", "Documents wait in " + folder);
-    if (lclSite.Ask(lclSite.Text("Er zijn nog documenten aanwezig die moeten worden toegevoegd aan "
-                                 "dit dossier. Wilt u dit nu doen?"),
-                    lclSite.Text("Controle op bestaande documenten")) &&
-        !(giveToScanner && giveToScanner(folder)))
-        Import(folder, names);
-    return Found::Waiting;
+    if (!lclSite.Ask(lclSite.Text("Er zijn nog documenten aanwezig die moeten worden toegevoegd "
+                                  "aan dit dossier. Wilt u dit nu doen?"),
+                     lclSite.Text("Controle op bestaande documenten")))
+        return true;
+    if (giveToScanner && giveToScanner(folder)) return false;
+    Import(folder, names);
+    return true;
 }
 
 void ScanQueue::Import(const std::string& folder, const std::vector<std::string>& names) {

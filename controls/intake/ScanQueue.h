@@ -16,7 +16,9 @@ public:
     ScanQueue(IntakeSite& site, Intake& intake) : lclSite(site), lclIntake(intake) {}
 
     // Under the key and under the tree's own name. Where something waits the user is asked, and
-    // what is agreed to is taken in. Throws when a setting or a folder cannot be read.
+    // what is agreed to is taken in; the scanning control takes one folder at a time, what else
+    // waits is asked about when the dossier is opened again. Throws when a setting or a folder
+    // cannot be read.
     void Check(std::string_view key, std::int32_t treeId);
 
     // Hands a folder to the scanning control; false when there is none: then its files are filed
@@ -24,8 +26,8 @@ public:
     std::function<bool(const std::string& folder)> giveToScanner{};
 
 private:
-    enum class Found { Nothing, Waiting };
-    Found Look(std::string_view root, const std::string& name, bool announce);
+    // False: the scanning control is at work.
+    bool Look(std::string_view root, const std::string& name, bool announce);
     void Import(const std::string& folder, const std::vector<std::string>& names);
 
     IntakeSite& lclSite;

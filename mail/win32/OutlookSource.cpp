@@ -57,8 +57,10 @@ public:
         const Late program = Late::Create("outlook.Application");
         Dragged dragged;
         std::vector<Late> mails;
-        const Late selection = program.Child(L"ActiveExplorer").Child(L"Selection");
-        const auto count = selection.Get(L"Count").ToInt32();
+        // A mail may be open while no explorer is.
+        const Late explorer(program.Get(L"ActiveExplorer"));
+        const Late selection = explorer ? explorer.Child(L"Selection") : Late();
+        const auto count = selection ? selection.Get(L"Count").ToInt32() : 0;
         for (std::int32_t i = 1; i <= count; ++i) {
             const Late item = selection.Child(L"Item", {i});
             mails.push_back(item);
@@ -67,8 +69,8 @@ public:
                      item.Call(L"SaveAs", {Variant(path), asMessage});
                  }});
         }
-        const Late window = program.Child(L"ActiveWindow");
-        const auto kind = KindOf(window);
+        const Late window(program.Get(L"ActiveWindow"));
+        const auto kind = window ? KindOf(window) : std::string();
         if (kind == "Inspector")
             dragged.attachments = AttachmentsOf(window.Child(L"CurrentItem"));
         else if (kind == "Explorer" && mails.size() == 1)

@@ -20,6 +20,7 @@
 #include "model/clsTree.h"
 #include "model/clsUserAuth.h"
 #include "model/filing.h"
+#include "model/uniqueNumber.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/RecordingConnection.h"
 
@@ -69,6 +70,7 @@ public:
         Documents();
         Dossiers();
         RightsAndChecklists();
+        for (int letter = 0; letter < 2; ++letter) model::RaiseUniqueNumber(connection);
         model::CheckIntegrity(machine, connection);
         Controls();
         return connection->statements;

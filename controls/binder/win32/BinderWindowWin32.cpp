@@ -48,6 +48,7 @@ HWND BinderWindowWin32::Create(HWND parent, const RECT& place) {
         Destroy();
         return nullptr;
     }
+    lclListDrops.Register(lclPanel->Handle(), *this, lclWorkstation);
     lclDpi = DpiOf(lclWindow);
     lclToolbar.BuildLook(lclDpi);
     lclLogic.AttachWindow(this);
@@ -109,6 +110,26 @@ void BinderWindowWin32::CloseScanner() {
     const auto scanner = std::move(lclScanner);
     if (lclSplitter.Handle()) lclSplitter.SetPanels(lclTree.get(), lclPanel.get());
     if (focused && lclTree) lclTree->TakeFocus();
+}
+
+// --- Drops on the list --------------------------------------------------------------------------
+
+std::int32_t BinderWindowWin32::DragMoved(DragState state, const DropData& data,
+                                          const DropPlace&) {
+    const auto folder = lclLogic.ListedFolder();
+    return folder != 0 ? lclLogic.treCorr().DragOver(state, data, folder) : drop::none;
+}
+
+std::int32_t BinderWindowWin32::DragDropped(const DropData& data, const DropPlace&) {
+    const auto folder = lclLogic.ListedFolder();
+    return folder != 0 ? lclLogic.treCorr().Dropped(data, folder) : drop::none;
+}
+
+// The scanning control goes with it; the next window begins with the viewer.
+void BinderWindowWin32::WindowGoes() {
+    lclListDrops.Revoke();
+    lclLogic.AttachWindow(nullptr);
+    lclScanner.reset();
 }
 
 void BinderWindowWin32::Repaint() {
@@ -213,7 +234,7 @@ LRESULT BinderWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
                 if (child && child->Handle()) SendMessageW(child->Handle(), message, w, l);
         Layout();
         return 0;
-    case WM_DESTROY: lclLogic.AttachWindow(nullptr); return 0;
+    case WM_DESTROY: WindowGoes(); return 0;
     case WM_NCDESTROY: {
         const LRESULT result = DefWindowProcW(lclWindow, message, w, l);
         lclToolbar.Forget();

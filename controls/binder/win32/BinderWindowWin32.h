@@ -1,5 +1,5 @@
 // The binder control's window: the toolbar on top, below it the folder tree and the documents with
-// a splitter between them.
+// a splitter between them. A list of documents takes drops as the tree does.
 #pragma once
 
 #include <memory>
@@ -10,6 +10,7 @@
 #include "controls/binder/BinderWindow.h"
 #include "controls/common/win32/OwnWindow.h"
 #include "controls/common/win32/ToolbarWindow.h"
+#include "controls/exchange/win32/DropTarget.h"
 #include "controls/forms/win32/WindowsForms.h"
 #include "controls/intake/win32/ScanWindow.h"
 #include "controls/splitter/win32/SplitWindow.h"
@@ -20,7 +21,10 @@ class ctrlCorrespondence;
 
 namespace kavidex::controls::win32 {
 
-class BinderWindowWin32 final : public OwnWindow, public BinderWindow, public ScanPlace {
+class BinderWindowWin32 final : public OwnWindow,
+                                public BinderWindow,
+                                public ScanPlace,
+                                private DropReceiver {
 public:
     BinderWindowWin32(ctrlCorrespondence& logic, const platform::Workstation& workstation,
                       ScanObjects objects);
@@ -48,6 +52,9 @@ public:
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
 
 private:
+    std::int32_t DragMoved(DragState state, const DropData& data, const DropPlace& place) override;
+    std::int32_t DragDropped(const DropData& data, const DropPlace& place) override;
+    void WindowGoes();
     void Layout();
     std::vector<HWND> Stops() const; // what the Tab key visits, in order
     bool TabKey(bool back);
@@ -61,6 +68,7 @@ private:
     ToolbarWindow lclToolbar;
     SplitWindow lclSplitter;
     std::unique_ptr<ControlWindow> lclTree, lclPanel;
+    DropRegistration lclListDrops; // on the panel
     ScanObjects lclScanObjects;
     std::unique_ptr<ScanWindow> lclScanner; // in the panel's place while it is there
 };

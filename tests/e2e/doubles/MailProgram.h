@@ -1,17 +1,15 @@
 // A mail program for tests: what it opens is the table below, found by the name of the file; every
 // call is a line in a text file. Where KAVIDEX_MAIL_RECORD names none, that is
-// kavidex-mail.txt in the temporary folder.
+// kavidex-mail.txt in the temporary folder. What is selected in it: MailSelection.h.
 #pragma once
 
 #include <windows.h>
 
-#include <cstdlib>
-#include <fstream>
 #include <string>
 
 #include "com/dispatch/Automation.h"
 #include "platform/Files.h"
-#include "platform/Workstation.h"
+#include "tests/e2e/doubles/MailSelection.h"
 
 namespace kavidex::tests {
 
@@ -29,13 +27,6 @@ constexpr ScriptedMail scriptedMails[] = {
     {"2.msg", false, "Uw polis 4711", "", "J. Jansen", "K. de Vries; P. Smit",
      "2026-11-15 14:05:09", "", "Geachte heer De Vries,\r\n\r\nHierbij < uw polis >.", 0},
 };
-
-inline void RecordMailCall(const std::string& line) {
-    const char* named = std::getenv("KAVIDEX_MAIL_RECORD");
-    const std::string path =
-        named ? named : platform::TheWorkstation().files.TemporaryFolder() + "kavidex-mail.txt";
-    std::ofstream(path, std::ios::app) << line << "\n";
-}
 
 // Objects of the mail program: late-bound, so their rows are all there is of them.
 class MailObject : public com::Automation {
@@ -85,6 +76,11 @@ public:
                 return com::Make<AttachmentsDouble>(item.lclMail.attachments);
             }>(L"Attachments", 8),
             Row::Method<[](Self& item) { item.Record("Delete"); }>(L"Delete", 9),
+            Row::Get<[](Self& item) { return com::Variant(item.lclMail.sentOn).As(VT_DATE); }>(
+                L"ReceivedTime", 10),
+            Row::Method<[](Self& item, std::int32_t saving) {
+                item.Record("Close " + std::to_string(saving));
+            }>(L"Close", 11, L"SaveMode"),
         };
         static constexpr com::Table table{"MailItem", &IID_IDispatch, rows};
         return table;
@@ -148,6 +144,8 @@ public:
                             (folder ? " in a folder" : ""));
                 return OpenScripted(path, false);
             }>(L"CreateItemFromTemplate", 2, L"TemplatePath,InFolder"),
+            Row::Get<[](Self&) { return ActiveMailExplorer(); }>(L"ActiveExplorer", 3),
+            Row::Get<[](Self&) { return ActiveMailWindow(); }>(L"ActiveWindow", 4),
         };
         static constexpr com::Table table{"Application", &IID_IDispatch, rows};
         return table;

@@ -159,10 +159,13 @@ TEST_F(Intake, TakesTheScanQueueInOnceTheUserAgrees) {
     platform::SaveRegSetting(machine, "Kavidex", "DebugFlags", "ShowExtId", "true");
     machine.messages.answers = {platform::Answer::Ok, platform::Answer::No};
     ASSERT_EQ(Open("key"), 0);
-    ASSERT_EQ(machine.messages.shown.size(), 2U);
+    const auto map = "Map" + std::to_string(binder->Id());
+    ASSERT_EQ(machine.messages.shown.size(), 4U);
     EXPECT_EQ(machine.messages.shown[0].caption, "Path for ScanQueue");
     EXPECT_EQ(machine.messages.shown[0].text, machine.Path("queue\\key"));
     EXPECT_EQ(machine.messages.shown[1].caption, "Controle op bestaande documenten");
+    EXPECT_EQ(machine.messages.shown[2].text, "Mapnaam voor opslag vanuit multifunctional = " + map);
+    EXPECT_EQ(machine.messages.shown[3].text, machine.Path("queue\\" + map));
     EXPECT_EQ(Outline(), "");
 
     machine.messages.shown.clear();
@@ -172,10 +175,7 @@ TEST_F(Intake, TakesTheScanQueueInOnceTheUserAgrees) {
     Tree().NodeSelected(Root());
     EXPECT_EQ(Outline(), "Gescand document|tif\n");
     EXPECT_FALSE(machine.files.FileExists(scan)) << "its copy is in the store";
-    machine.messages.shown.clear();
-    EXPECT_EQ(binder->fncCheckDocumentQueue("..\\queue\\key"), 0);
-    EXPECT_TRUE(
-        Told("Mapnaam voor opslag vanuit multifunctional = Map" + std::to_string(binder->Id())));
+    EXPECT_EQ(binder->fncCheckDocumentQueue("..\\queue\\key"), 0) << "no way out of the root";
 }
 
 TEST_F(Intake, TakesABacklogInOnceAndGoesOnWhereItWasCutOff) {

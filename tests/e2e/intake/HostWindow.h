@@ -1,0 +1,262 @@
+// The binder control in a host's window, over an embedded database and a store of its own, and the
+// user before it: what is dropped, and what is done in the dialogs that come up.
+#pragma once
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <ole2.h>
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "controls/binder/ctrlCorrespondence.h"
+#include "controls/binder/win32/MakeBinderWindow.h"
+#include "controls/intake/win32/WordGenerator.h"
+#include "controls/tree/ctrlTree.h"
+#include "data/clsSettings.h"
+#include "data/embedded/EmbeddedDatabase.h"
+#include "mail/win32/OutlookSource.h"
+#include "model/clsItem.h"
+#include "model/clsTree.h"
+#include "model/documentFile.h"
+#include "platform/win32/DataObject.h"
+#include "platform/win32/Variant.h"
+#include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/SmallTiff.h"
+
+namespace kavidex::tests {
+
+using platform::win32::ComPtr;
+using platform::win32::FromWide;
+using platform::win32::ToWide;
+
+// A window of that class, and where a text is given with it, anywhere below `parent`.
+class PartSearch {
+public:
+    static HWND Find(HWND parent, const wchar_t* type, const wchar_t* text = nullptr) {
+        PartSearch search(type, text);
+        EnumChildWindows(parent, Compare, reinterpret_cast<LPARAM>(&search));
+        return search.lclFound;
+    }
+
+private:
+    PartSearch(const wchar_t* type, const wchar_t* text) : lclType(type), lclText(text) {}
+    static BOOL CALLBACK Compare(HWND window, LPARAM self) {
+        auto& search = *reinterpret_cast<PartSearch*>(self);
+        wchar_t type[100] = L"", text[200] = L"";
+        GetClassNameW(window, type, 100);
+        GetWindowTextW(window, text, 200);
+        const bool found = wcscmp(type, search.lclType) == 0 && IsWindowVisible(window) &&
+                           (!search.lclText || wcscmp(text, search.lclText) == 0);
+        if (found) search.lclFound = window;
+        return found ? FALSE : TRUE;
+    }
+    const wchar_t *lclType, *lclText;
+    HWND lclFound = nullptr;
+};
+
+// Acts in each dialog once it is up, in their order. A dialog that nobody waits for, or that stays,
+// is closed after a minute, and the test fails.
+class User {
+public:
+    struct Act {
+        std::wstring caption;
+        std::function<void(HWND)> act;
+    };
+    explicit User(std::deque<Act> acts) : lclActs(std::move(acts)) {
+        lclPresent = this;
+        lclTimer = SetTimer(nullptr, 0, 20, Look);
+    }
+    ~User() {
+        KillTimer(nullptr, lclTimer);
+        lclPresent = nullptr;
+        EXPECT_TRUE(lclActs.empty())
+            << "the dialog did not come: " << FromWide(lclActs.front().caption);
+    }
+    User(const User&) = delete;
+    User& operator=(const User&) = delete;
+
+    static void Press(HWND dialog, int id) {
+        PostMessageW(dialog, WM_COMMAND, MAKEWPARAM(id, 0), 0);
+    }
+    static std::function<void(HWND)> Ok() {
+        return [](HWND dialog) { Press(dialog, IDOK); };
+    }
+
+private:
+    static void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD) {
+        if (lclPresent) lclPresent->Step();
+    }
+    static BOOL CALLBACK Compare(HWND window, LPARAM self) {
+        auto& user = *reinterpret_cast<User*>(self);
+        wchar_t caption[200] = L"";
+        GetWindowTextW(window, caption, 200);
+        if (user.lclActs.empty() || user.lclActs.front().caption != caption ||
+            !IsWindowVisible(window))
+            return TRUE;
+        user.lclDialog = window;
+        return FALSE;
+    }
+    void Step() {
+        lclDialog = nullptr;
+        EnumThreadWindows(GetCurrentThreadId(), Compare, reinterpret_cast<LPARAM>(this));
+        if (!lclDialog) {
+            if (++lclWaited < 3000) return;
+            ADD_FAILURE() << "a dialog stayed open";
+            lclWaited = 0;
+            PostMessageW(GetActiveWindow(), WM_CLOSE, 0, 0);
+            return;
+        }
+        lclWaited = 0;
+        const auto act = std::move(lclActs.front().act);
+        lclActs.pop_front();
+        act(lclDialog);
+    }
+
+    static inline User* lclPresent = nullptr;
+    std::deque<Act> lclActs;
+    UINT_PTR lclTimer = 0;
+    HWND lclDialog = nullptr;
+    int lclWaited = 0;
+};
+
+class HostWindow : public testing::Test {
+protected:
+    void SetUp() override {
+        OleInitialize(nullptr);
+        lclTemporary = std::getenv("TMP") ? std::getenv("TMP") : "";
+        machine.files.CreateDirectories(machine.Path("temp"));
+        Variable("TMP", machine.Path("temp"));
+        Variable("KAVIDEX_MAIL_RECORD", machine.Path("mail.txt"));
+        Variable("KAVIDEX_MAIL_SELECTION", machine.Path("selection.txt"));
+        Variable("KAVIDEX_SCAN_RECORD", machine.Path("scan.txt"));
+        Variable("KAVIDEX_SCANNED", machine.Path("scanned.txt"));
+        Variable("KAVIDEX_LETTER_RECORD", machine.Path("letter.txt"));
+        machine.shell.mailClient = "Microsoft Outlook ";
+        binder.SetDbConnection(data::EmbeddedDatabase::CreateInMemory());
+        machine.files.CreateDirectories(machine.Path("store"));
+        Setting("Storage", "DocumentPath", machine.Path("store"));
+        host = CreateWindowExW(0, L"#32770", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20,
+                               1000, 700, nullptr, nullptr, nullptr, nullptr);
+        control = controls::win32::MakeBinderWindow(binder, machine);
+        ASSERT_TRUE(control->Create(host, {0, 0, 960, 640}));
+        ASSERT_EQ(Open("key"), 0);
+    }
+    void TearDown() override {
+        control.reset();
+        DestroyWindow(host);
+        Variable("TMP", lclTemporary);
+        OleUninitialize();
+    }
+    static void Variable(const char* name, const std::string& value) {
+        _putenv_s(name, value.c_str());
+    }
+    std::int32_t Open(std::string_view key) {
+        return binder.OpenOrCreate(key, "Dossier", "", "", "");
+    }
+    void Setting(std::string_view section, std::string_view key, std::string_view value) {
+        data::clsSettings settings(machine);
+        settings.SetDbConnection(binder.DbConnection());
+        settings.SetSetting(section, key, value);
+    }
+    std::string File(std::string_view name, std::string_view bytes = "inhoud") {
+        const auto path = machine.Path(name);
+        machine.files.CreateDirectories(platform::FolderOf(path));
+        machine.files.WriteAll(path, bytes);
+        return path;
+    }
+    std::string Recorded(std::string_view name) {
+        const auto path = machine.Path(name);
+        if (!machine.files.FileExists(path)) return {};
+        const auto all = platform::Replace(machine.files.ReadAll(path), "\r", "");
+        machine.files.Remove(path);
+        return all;
+    }
+    std::string Outline() { // the dossier, a level deeper one more dot
+        std::string lines;
+        for (const auto& item : binder.treCorr().AllItems()) {
+            for (auto up = binder.treCorr().GetParent(item->Id()); up && up->Id() != Root();
+                 up = binder.treCorr().GetParent(up->Id()))
+                lines += '.';
+            lines += item->Description() + "|" + item->ItemType() + "\n";
+        }
+        return lines;
+    }
+    std::int32_t Root() { return binder.treCorr().Tree()->Item()->Id(); }
+    std::shared_ptr<model::clsItem> Item(std::string_view name) {
+        return binder.treCorr().GetItem(0, name);
+    }
+    std::string Stored(std::string_view name) { // where the store keeps it
+        return model::FindDocumentFile(machine, binder.DbConnection(), *Item(name)).path;
+    }
+    void SelectRoot() { TreeView_SelectItem(Tree(), TreeView_GetRoot(Tree())); }
+    bool Told(std::string_view part) const {
+        for (const auto& message : machine.messages.shown)
+            if (message.text.find(part) != std::string::npos) return true;
+        return false;
+    }
+    HWND Part(const wchar_t* type, const wchar_t* text = nullptr) const {
+        return PartSearch::Find(control->Handle(), type, text);
+    }
+    HWND Tree() const { return Part(WC_TREEVIEWW); }
+
+    // As OLE calls the target of the window, or of the next one around it that takes drops.
+    DWORD Drop(HWND window, const controls::DropData& data, POINT place) {
+        machine.messages.shown.clear();
+        IDropTarget* target = nullptr;
+        for (; window && !target; window = GetParent(window))
+            target = static_cast<IDropTarget*>(GetPropW(window, L"OleDropTargetInterface"));
+        if (!target) {
+            ADD_FAILURE() << "no window takes drops here";
+            return DROPEFFECT_NONE;
+        }
+        const auto object = platform::win32::MakeDataObject(data);
+        DWORD effect = DROPEFFECT_COPY | DROPEFFECT_MOVE;
+        const POINTL point{place.x, place.y};
+        target->DragEnter(object.Get(), 0, point, &effect);
+        if (effect != DROPEFFECT_NONE) {
+            effect = DROPEFFECT_COPY | DROPEFFECT_MOVE;
+            target->Drop(object.Get(), 0, point, &effect);
+        } else {
+            target->DragLeave();
+        }
+        return effect;
+    }
+    POINT Middle(HTREEITEM item) const {
+        RECT place{};
+        TreeView_GetItemRect(Tree(), item, &place, TRUE);
+        POINT point{(place.left + place.right) / 2, (place.top + place.bottom) / 2};
+        ClientToScreen(Tree(), &point);
+        return point;
+    }
+    DWORD DropOnTop(const controls::DropData& data) {
+        return Drop(Tree(), data, Middle(TreeView_GetRoot(Tree())));
+    }
+    static controls::DropData Files(std::vector<std::string> files) {
+        controls::DropData data;
+        data.hasFiles = true;
+        data.files = std::move(files);
+        return data;
+    }
+
+    FakeWorkstation machine;
+    controls::ctrlCorrespondence binder{
+        machine,
+        nullptr,
+        nullptr,
+        {mail::win32::MakeMailSource(), controls::win32::MakeLetterGenerator}};
+    HWND host = nullptr;
+    std::unique_ptr<controls::win32::ControlWindow> control;
+
+private:
+    std::string lclTemporary;
+};
+
+} // namespace kavidex::tests

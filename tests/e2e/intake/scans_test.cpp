@@ -1,0 +1,182 @@
+// The scanning control in the viewer's place, and what waits in the folders of devices.
+#include "imaging/PageOperations.h"
+#include "tests/e2e/intake/HostWindow.h"
+
+namespace kavidex::tests {
+
+namespace {
+
+// As on a workstation without the scanning control, for as long as this lives.
+class NoScanner {
+public:
+    NoScanner() { Name(L"{00000000-0000-0000-0000-00000000F00D}"); }
+    ~NoScanner() { Name(L"{70604CFB-7E37-4C0B-8FBA-5A3C9C6C143A}"); }
+
+private:
+    static void Name(const std::wstring& clsid) {
+        RegSetKeyValueW(HKEY_CLASSES_ROOT, L"Tessaro.ctrlScan\\CLSID", nullptr, REG_SZ,
+                        clsid.c_str(), static_cast<DWORD>((clsid.size() + 1) * sizeof(wchar_t)));
+    }
+};
+
+struct Scans : HostWindow {
+    std::string ScanTooltip() {
+        for (const auto& item : binder.Toolbar())
+            if (item.name == "Scan") return item.tooltip;
+        return {};
+    }
+    void Press(const wchar_t* button) {
+        const HWND window = Part(L"Button", button);
+        ASSERT_TRUE(window) << FromWide(button);
+        SendMessageW(window, BM_CLICK, 0, 0);
+    }
+    void Select(const std::vector<std::string>& names) {
+        binder.treCorr().ClearSelectedItems();
+        for (const auto& name : names) binder.treCorr().NodeChecked(Item(name)->Id(), true);
+    }
+    void Choose(const char* entry) {
+        machine.messages.shown.clear();
+        binder.MenuChosen({entry, 0, {}});
+    }
+    int PagesOf(const std::string& name) {
+        return imaging::CountPages(machine.files, Stored(name));
+    }
+};
+
+} // namespace
+
+TEST_F(Scans, TheControlTakesTheViewersPlaceAndItsDocumentsAreFiled) {
+    binder.SetAlternateScanSetting("Kleur");
+    binder.ButtonClicked("Scan");
+    EXPECT_TRUE(Part(L"ScanControlDouble"));
+    EXPECT_FALSE(Part(L"KavidexViewer"));
+    EXPECT_EQ(ScanTooltip(), "Sluit de scanmodule");
+    EXPECT_EQ(Recorded("scan.txt"),
+              "StartScan\nEditSettings\nTransportBatches\nAlternateScanSetting Kleur\n");
+    RECT area{};
+    GetClientRect(host, &area);
+    control->Place({0, 0, 900, 600});
+    RECT place{};
+    GetWindowRect(Part(L"ScanControlDouble"), &place);
+    MapWindowPoints(nullptr, control->Handle(), reinterpret_cast<POINT*>(&place), 2);
+    EXPECT_EQ(place.right, 900) << "it follows the control's size";
+
+    const auto first = File("1.tif", SmallTiff("ab")), second = File("2.tif", SmallTiff("c"));
+    File("scanned.txt", first + "\n" + second + "\n");
+    Press(L"Scannen");
+    EXPECT_TRUE(Told("Selecteer een map om het document op te bergen"));
+    EXPECT_EQ(Outline(), "");
+    SelectRoot();
+    EXPECT_EQ(Outline(), "Gescand document|tif\nGescand document|tif\n");
+    EXPECT_FALSE(machine.files.FileExists(first)) << "its copy is in the store";
+    EXPECT_FALSE(Part(L"ScanControlDouble"));
+    EXPECT_TRUE(Part(L"KavidexViewer"));
+    EXPECT_EQ(ScanTooltip(), "Open de scanmodule");
+}
+
+TEST_F(Scans, WhatIsNotFiledWhenTheDossierClosesGoesToTheTop) {
+    binder.ButtonClicked("Scan");
+    File("scanned.txt", File("1.tif", SmallTiff("a")) + "\n");
+    Press(L"Scannen");
+    EXPECT_EQ(binder.CloseObject(), 0);
+    EXPECT_TRUE(Told("deze zijn op het hoogste niveau toegevoegd"));
+    ASSERT_EQ(Open("key"), 0);
+    EXPECT_EQ(Outline(), "Gescand document|tif\n");
+}
+
+TEST_F(Scans, WithoutTheControlTheButtonTellsWhatIsMissing) {
+    const NoScanner without;
+    binder.ButtonClicked("Scan");
+    EXPECT_TRUE(Told("De scanmodule (Tessaro.ctrlScan) kan niet geopend worden"));
+    EXPECT_TRUE(Part(L"KavidexViewer"));
+    EXPECT_EQ(ScanTooltip(), "Open de scanmodule");
+}
+
+TEST_F(Scans, TheControlGoesWithTheHostsWindow) {
+    binder.ButtonClicked("Scan");
+    DestroyWindow(host);
+    EXPECT_EQ(ScanTooltip(), "Open de scanmodule");
+    host = CreateWindowExW(0, L"#32770", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20, 1000,
+                           700, nullptr, nullptr, nullptr, nullptr);
+    ASSERT_TRUE(control->Create(host, {0, 0, 960, 640}));
+    EXPECT_TRUE(Part(L"KavidexViewer"));
+    binder.ButtonClicked("Scan");
+    EXPECT_TRUE(Part(L"ScanControlDouble"));
+}
+
+TEST_F(Scans, TheQueueGoesThroughTheControlOneFolderAtATime) {
+    Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
+    Setting("DossierSettings", "ImportDocumentsPath", machine.Path("import"));
+    const auto first = File("queue\\key\\a.tif", SmallTiff("a"));
+    const auto second = File("import\\key\\b.tif", SmallTiff("b"));
+    machine.messages.shown.clear();
+    EXPECT_EQ(binder.fncCheckDocumentQueue({}), 0);
+    ASSERT_EQ(machine.messages.shown.size(), 1U);
+    EXPECT_EQ(machine.messages.shown[0].caption, "Controle op bestaande documenten");
+    EXPECT_NE(Recorded("scan.txt").find("ImportFolder key\n"), std::string::npos);
+    SelectRoot(); // that closes the control
+    EXPECT_EQ(binder.fncCheckDocumentQueue({}), 0);
+    Press(L"Importeren");
+    EXPECT_EQ(Outline(), "Gescand document|tif\n");
+    EXPECT_FALSE(machine.files.FileExists(first));
+    EXPECT_TRUE(machine.files.FileExists(second));
+    EXPECT_EQ(binder.fncCheckDocumentQueue({}), 0);
+    Press(L"Importeren");
+    EXPECT_FALSE(machine.files.FileExists(second));
+    EXPECT_EQ(Outline(), "Gescand document|tif\nGescand document|tif\n");
+}
+
+TEST_F(Scans, WithoutTheControlTheFolderIsAskedForAndTheQueueFiledFromHere) {
+    const NoScanner without;
+    Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
+    const auto scan = File("queue\\key\\a.tif", SmallTiff("a"));
+    ASSERT_TRUE(binder.AddItem(0, "tab", nullptr, 0, "Scans", 0));
+    {
+        const User user({{L"Map kiezen", [](HWND dialog) { User::Press(dialog, IDCANCEL); }}});
+        EXPECT_EQ(binder.fncCheckDocumentQueue({}), 0);
+    }
+    EXPECT_TRUE(machine.files.FileExists(scan));
+    const User user({{L"Map kiezen", [](HWND dialog) {
+                          const HWND tree = PartSearch::Find(dialog, WC_TREEVIEWW);
+                          TreeView_SelectItem(tree,
+                                              TreeView_GetChild(tree, TreeView_GetRoot(tree)));
+                          User::Press(dialog, IDOK);
+                      }}});
+    EXPECT_EQ(binder.fncCheckDocumentQueue({}), 0);
+    EXPECT_EQ(Outline(), "Scans|tab\n.Gescand document|tif\n");
+    EXPECT_FALSE(machine.files.FileExists(scan));
+}
+
+TEST_F(Scans, ABacklogIsTakenInOnceWithTheNamesOfItsIndex) {
+    Setting("BackLogSettings", "Path", machine.Path("backlog"));
+    File("backlog\\000000004711\\001.TIF", SmallTiff("a"));
+    File("backlog\\000000004711\\002.tif", SmallTiff("b"));
+    File("backlog\\000000004711\\index.ini", "[Doc]\r\n1 Name=Brief\r\n");
+    const std::string whole = "Conversie tab 15-11-2026|tab\n.Brief|tif\n.002|tif\n";
+    ASSERT_EQ(Open("4711"), 0);
+    EXPECT_EQ(Outline(), whole);
+    binder.SetId(binder.Id());
+    ASSERT_EQ(Open("4711"), 0);
+    EXPECT_EQ(Outline(), whole);
+    EXPECT_EQ(machine.files.ReadAll(machine.Path("backlog\\000000004711\\index.ini")),
+              "[Doc]\r\n1 Name=Brief\r\n001 Handled=True\r\n002 Handled=True\r\n");
+}
+
+TEST_F(Scans, PagesAreSplitAndStapledThroughTheMenus) {
+    ASSERT_EQ(
+        DropOnTop(Files({File("twee.tif", SmallTiff("ab")), File("een.tif", SmallTiff("c"))})),
+        DWORD{DROPEFFECT_COPY});
+    Select({"een"});
+    Choose("unpackwithdel");
+    EXPECT_TRUE(Told("Document kan niet gesplits worden omdat het maar 1 pagina bevat"));
+    Select({"twee"});
+    Choose("unpackwithdel");
+    EXPECT_EQ(Outline(), "een|tif\ntwee (pagina 1)|tif\ntwee (pagina 2)|tif\n");
+    Select({"twee (pagina 2)", "een"});
+    Choose("withdel");
+    EXPECT_EQ(Outline(), "twee (pagina 1)|tif\neen|tif\n");
+    EXPECT_EQ(PagesOf("een"), 2);
+    EXPECT_EQ(TreeView_GetCount(Tree()), 3U);
+}
+
+} // namespace kavidex::tests
