@@ -54,6 +54,8 @@ bool IntakeWiring::Delete(const model::clsItem& item) {
     return lclBinder.treCorr().DeleteItem(item.Id());
 }
 
+void IntakeWiring::OpenDefault(const ItemPtr& item) { lclBinder.Viewer().OpenDefault(item); }
+
 bool IntakeWiring::HasRight(std::string_view right) const { return lclBinder.HasRight(right); }
 
 bool IntakeWiring::MayUser(UserAction action) const { return lclBinder.treCorr().MayUser(action); }

@@ -126,6 +126,9 @@ void ctrlCorrespondence::SubscribeToViewers() {
     follow(lclExtViewer->EvPreviousDocumentRequest, previous);
     follow(lclExtViewer->EvOpenDossier, open);
     follow(lclExtViewer->EvExportPages, exported);
+    const auto accepts = [this](std::string_view type) { return lclTree->AcceptsType(type); };
+    lclViewer->SetAcceptsType(accepts);
+    lclExtViewer->SetAcceptsType(accepts);
     lclViewer->SetAllowMultipleDocScroll(true);
     lclExtViewer->SetAllowMultipleDocScroll(true);
 }

@@ -88,10 +88,15 @@ std::vector<IntakeEntry> Intake::AskForFolders(const std::vector<IntakeFile>& fi
     return entries;
 }
 
-std::int32_t Intake::AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder) {
+std::int32_t Intake::AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder,
+                               std::vector<ItemPtr>* filed) {
     auto entries = AskForFolders(files);
     if (entries.empty()) return addFiles::stopped;
-    if (folder) return TellNotAdded(lclSite, FileInto(folder, entries));
+    if (folder) {
+        const auto report = FileInto(folder, entries);
+        if (filed) *filed = report.filed;
+        return TellNotAdded(lclSite, report);
+    }
     Wait(std::move(entries));
     return addFiles::done;
 }

@@ -27,7 +27,9 @@ public:
 
     // By the user's hand: folders among the files are taken in with all below them where the user
     // agrees. Into the folder, or where there is none into the one that is selected next.
-    std::int32_t AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder);
+    // `filed`: what came of it.
+    std::int32_t AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder,
+                           std::vector<ItemPtr>* filed = nullptr);
     void AddWaiting(const std::vector<IntakeFile>& files); // asks for a folder to be selected
     void Dropped(const DropEvent& drop);
     void Pasted(const std::vector<std::string>& files); // into the selected folder, else the top

@@ -41,19 +41,22 @@ std::string WithDocumentId(std::string valueFile, std::int64_t number) {
     return lines.Bytes();
 }
 
-void Letters::Make(const std::string& letterTemplate, const std::string& valueFile) {
+void Letters::Make(const LetterOrder& order) {
     const auto folder = lclSite.SelectedFolder();
     const auto tree = lclSite.Tree();
     if (!folder || !tree) return lclSite.Tell("Selecteer eerst een map voor de toevoeging");
-    const auto document = Merge(letterTemplate, valueFile);
+    const auto document = Merge(order);
     if (document.empty()) return;
     // The dossier may have been left meanwhile: then the letter waits for its folder.
     const bool there = lclSite.Tree() == tree && tree->GetItem(folder->Id(), {}) == folder;
-    lclIntake.AddByUser({{document}}, there ? folder : nullptr);
+    std::vector<ItemPtr> filed;
+    lclIntake.AddByUser({{.file = document, .description = order.name}}, there ? folder : nullptr,
+                        &filed);
+    if (order.open && !filed.empty()) lclSite.OpenDefault(filed.front());
 }
 
 // Empty, and told why, when no letter was made.
-std::string Letters::Merge(const std::string& letterTemplate, const std::string& valueFile) {
+std::string Letters::Merge(const LetterOrder& order) {
     auto& files = lclSite.Machine().files;
     Operation operation(lclSite.Lock());
     if (!operation)
@@ -63,12 +66,13 @@ std::string Letters::Merge(const std::string& letterTemplate, const std::string&
                    lclSite.Text("Bezig met aanmaken correspondentie"));
     operation.Step(0, 0);
     const auto generator = lclSite.MakeLetterGenerator();
+    const auto& valueFile = order.valueFile;
     if (!valueFile.empty() && files.FileExists(valueFile)) {
         // Raised before anything else: no two letters share a number, whatever becomes of this one.
         const auto number = model::RaiseUniqueNumber(lclSite.DbConnection());
         files.WriteAll(valueFile, WithDocumentId(files.ReadAll(valueFile), number));
     }
-    const auto merged = generator->fncMergeDocument(valueFile, letterTemplate);
+    const auto merged = generator->fncMergeDocument(valueFile, order.letterTemplate);
     if (merged.result == 1 && !merged.document.empty() && files.FileExists(merged.document))
         return merged.document;
     operation.End();

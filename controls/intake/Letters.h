@@ -20,15 +20,21 @@ public:
     virtual Merged fncMergeDocument(const std::string& valueFile, const std::string& letter) = 0;
 };
 
+struct LetterOrder {
+    std::string letterTemplate, valueFile;
+    std::string name{}; // empty: as the generator calls its file
+    bool open = false;  // in its own program, once it is filed
+};
+
 class Letters {
 public:
     Letters(IntakeSite& site, Intake& intake) : lclSite(site), lclIntake(intake) {}
 
     // Into the selected folder. Throws what the toolbar's box shows; the number may be raised then.
-    void Make(const std::string& letterTemplate, const std::string& valueFile);
+    void Make(const LetterOrder& order);
 
 private:
-    std::string Merge(const std::string& letterTemplate, const std::string& valueFile);
+    std::string Merge(const LetterOrder& order);
 
     IntakeSite& lclSite;
     Intake& lclIntake;

@@ -35,7 +35,7 @@ void NewItems::Ask() {
     else if (form.SelectedKind() >= 0)
         lclSite.InsertNew(static_cast<std::size_t>(form.SelectedKind()));
     else if (frmNew::IsTemplate(form.SelectedFile()))
-        lclLetters.Make(form.SelectedFile(), given.valueFile);
+        lclLetters.Make({form.SelectedFile(), given.valueFile, form.LetterName(), form.OpenFile});
 }
 
 // Where documents for the dossiers are put, if anywhere.

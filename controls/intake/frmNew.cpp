@@ -26,6 +26,9 @@ namespace style = forms::style;
 constexpr std::string_view tabs = "TabStrip1";
 constexpr std::int32_t kindsPage = 1, templatesPage = 2, rootId = 1;
 
+constexpr unsigned atBottom = anchor::leftBottom | anchor::right;
+constexpr std::string_view usualType = "DossierMap";
+
 constexpr Column fileColumns[] = {{"Naam", 100}, {"Type", 0}};
 
 constexpr FieldRow fields[] = {
@@ -40,7 +43,7 @@ constexpr FieldRow fields[] = {
      kindsPage},
     {"treMap",
      Kind::Tree,
-     {14, 26, 112, 148},
+     {14, 26, 112, 112},
      "Sjablonenmappen",
      anchor::tall,
      0,
@@ -56,13 +59,30 @@ constexpr FieldRow fields[] = {
      templatesPage},
     {"lstFiles",
      Kind::List,
-     {132, 26, 194, 148},
+     {132, 26, 194, 112},
      "Sjablonen",
      anchor::all,
      style::sorts,
      tabs,
      templatesPage,
      fileColumns},
+    {"lblName",
+     Kind::Label,
+     {14, 147, 40, 10},
+     "Naam:",
+     anchor::leftBottom,
+     0,
+     tabs,
+     templatesPage},
+    {"txtName", Kind::Edit, {56, 144, 270, 14}, "", atBottom, 0, tabs, templatesPage},
+    {"chkOpen",
+     Kind::Check,
+     {56, 162, 270, 10},
+     "Brief openen nadat hij gemaakt is",
+     atBottom,
+     0,
+     tabs,
+     templatesPage},
     {"optIcons", Kind::Option, {8, 190, 72, 10}, "Pictogrammen", anchor::leftBottom, style::group},
     {"optList", Kind::Option, {82, 190, 44, 10}, "Lijst", anchor::leftBottom},
     {"btnFile", Kind::Button, {136, 188, 58, 14}, "Bestand...", anchor::rightBottom},
@@ -129,6 +149,9 @@ void frmNew::Fill() {
     lclForm["lstKinds"].SetItems(std::move(items));
     lclForm["lstKinds"].Select(first);
     lclForm["btnFile"].SetEnabled(mayAddFiles);
+    lclForm["txtName"].SetEnabled(ChangeName && mayMakeLetters);
+    lclForm["chkOpen"].SetEnabled(mayMakeLetters);
+    lclForm["chkOpen"].SetChecked(OpenFile);
     lclForm["optIcons"].SetChecked(true);
     ShowAs(ListMode::Icons);
     FillTree();
@@ -139,10 +162,15 @@ std::string frmNew::TemplateRoot() const {
     std::string root = platform::Trim(TempPath);
     if (root.empty() && Settings) Settings->GetSetting("Template", "Path", root);
     // A type may have templates of its own.
-    const auto own = platform::JoinPath(root, platform::Trim(DossierType));
-    const bool typed = !root.empty() && platform::IsFileName(platform::Trim(DossierType)) &&
+    const auto own = platform::JoinPath(root, TypeName());
+    const bool typed = !root.empty() && platform::IsFileName(TypeName()) &&
                        lclWorkstation.files.DirectoryExists(own);
     return typed ? own : root;
+}
+
+std::string frmNew::TypeName() const {
+    const auto type = platform::Trim(DossierType);
+    return type.empty() ? std::string(usualType) : type;
 }
 
 void frmNew::FillTree() {
@@ -155,10 +183,16 @@ void frmNew::FillTree() {
     if (root.empty()) return ShowProblem(lclForm.Text("De sjablonenmap is niet ingesteld"));
     if (!lclWorkstation.files.DirectoryExists(root))
         return ShowProblem(lclForm.Text("De sjablonenmap '$%$' is niet gevonden", {root}));
-    const auto type = platform::Trim(DossierType);
-    AddFolder(0, root, type.empty() ? "DossierMap" : type);
+    AddFolder(0, root, TypeName());
     lclForm["treMap"].Select(rootId);
     lclForm.ItemExpanded(lclForm["treMap"], rootId, true);
+    // Where the dossier's status has a folder of its own, one begins there.
+    for (const auto& item : lclForm["treMap"].Items())
+        if (item.parent == rootId &&
+            platform::EqualNoCase(item.Cell(), platform::Trim(DossierStatus))) {
+            lclForm["treMap"].Select(item.id);
+            break;
+        }
     ShowFiles();
 }
 
@@ -257,6 +291,8 @@ void frmNew::Accept() {
         if (file == 0 || file > lclFiles.size() || folder == lclFolders.end()) return;
         lclFolder = folder->second.path;
         lclFile = platform::JoinPath(lclFolder, lclFiles[file - 1]);
+        lclName = platform::Trim(lclForm["txtName"].Text());
+        OpenFile = lclForm["chkOpen"].Checked();
     }
     lclForm.Close(true);
 }

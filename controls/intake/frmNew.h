@@ -30,11 +30,11 @@ public:
     frmNew(const platform::Workstation& workstation, std::shared_ptr<Translator> translator);
 
     // --- From the control, before it is shown ----------------------------------------------------
-    std::string DossierType, DossierStatus;
-    std::string TempPath; // the template folder; empty: as Settings has it
+    std::string DossierType, DossierStatus; // with template folders of their names
+    std::string TempPath;                   // the template folder; empty: as Settings has it
     data::clsSettings* Settings = nullptr;
-    bool ChangeName = true; // the name of what is made may be changed at once
-    bool OpenFile = false;  // a letter that was made is opened in its own program
+    bool ChangeName = true; // the user may name the letter
+    bool OpenFile = false;  // the letter is opened in its own program; the user may change that
     std::vector<NewKind> kinds;
     bool mayMakeLetters = true, mayAddFiles = true;
 
@@ -45,7 +45,8 @@ public:
     // elsewhere.
     const std::string& SelectedFile() const { return lclFile; }
     const std::string& SelectedFolder() const { return lclFolder; }
-    int SelectedKind() const { return lclKind; } // -1: none
+    const std::string& LetterName() const { return lclName; } // empty: as its file is called
+    int SelectedKind() const { return lclKind; }              // -1: none
     bool WantsFiles() const { return lclWantsFiles; }
 
     forms::Form& Form() { return lclForm; }
@@ -69,13 +70,14 @@ private:
     void Accept();
     void AllowOk();
     std::string TemplateRoot() const;
+    std::string TypeName() const;
 
     const platform::Workstation& lclWorkstation;
     forms::Form lclForm;
     std::map<std::int32_t, Folder> lclFolders; // "Map0", "Map1" and so on, by that number and 1
     std::int32_t lclCounter = 0;
     std::vector<std::string> lclFiles; // names in the selected folder
-    std::string lclFile, lclFolder;
+    std::string lclFile, lclFolder, lclName;
     int lclKind = -1;
     bool lclWantsFiles = false;
 };

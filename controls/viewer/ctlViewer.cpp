@@ -84,6 +84,10 @@ void ctlViewer::SetDbConnection(data::ConnectionPtr connection) {
     SurroundingsChanged();
 }
 
+void ctlViewer::SetAcceptsType(std::function<bool(std::string_view)> accepts) {
+    lclViews->facts.acceptsType = std::move(accepts);
+}
+
 void ctlViewer::SetUserAuth(std::shared_ptr<model::clsUserAuth> rights) {
     lclUserAuth = std::move(rights);
     lclRights.Set(lclUserAuth, lclConnection);

@@ -97,7 +97,14 @@ StatusTexts FactsPane::Status() const {
 }
 
 bool FactsPane::OpenDefault(const ShownDocument& document) {
-    if (FileKindOf(document.type) == FileKind::Program &&
+    const bool program = FileKindOf(document.type) == FileKind::Program;
+    if (program && acceptsType && !acceptsType(document.type)) {
+        lclFrame.Ask("Bestanden van dit type worden hier niet opgenomen: $%$", "Melding viewer",
+                     platform::Buttons::Ok, platform::Icon::Exclamation,
+                     {platform::FileName(document.Path())});
+        return false;
+    }
+    if (program &&
         lclFrame.Ask("Dit bestand kan iets uitvoeren. Wilt u het openen?", "Melding viewer",
                      platform::Buttons::YesNo,
                      platform::Icon::Exclamation) != platform::Answer::Yes)

@@ -3,7 +3,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
 
 #include "controls/forms/Form.h"
 #include "controls/viewer/DocumentView.h"
@@ -18,9 +20,10 @@ public:
     void Show(const ShownDocument& document, std::string_view notice);
     void SurroundingsChanged();
     StatusTexts Status() const; // the hint that a double click opens the document
-    // In its default program; what may run something only when the user insists. False: it was
-    // not opened.
+    // In its default program; what may run something only where the dossier takes such documents,
+    // and when the user insists. False: it was not opened.
     bool OpenDefault(const ShownDocument& document);
+    std::function<bool(std::string_view type)> acceptsType{}; // null: every one
     forms::Form& Form() { return lclForm; }
 
 private:

@@ -82,6 +82,7 @@ frmViewer& ctrlExtViewer::Needed() {
     form.SetTranslate(lclTranslator);
     form.SetDbConnection(lclConnection);
     form.Viewer().SetUserAuth(lclUserAuth);
+    form.Viewer().SetAcceptsType(lclAcceptsType);
     form.SetAllowMultipleDocScroll(lclState.AllowMultipleDocScroll);
     Subscribe();
     form.Open(lclMaker);

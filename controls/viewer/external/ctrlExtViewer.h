@@ -41,6 +41,9 @@ public:
     const std::shared_ptr<model::clsUserAuth>& UserAuth() const { return lclUserAuth; }
     void SetUserAuth(std::shared_ptr<model::clsUserAuth> rights);
     void SetWindowMaker(ViewerFormMaker maker) { lclMaker = std::move(maker); }
+    void SetAcceptsType(std::function<bool(std::string_view type)> accepts) { // as the viewer's
+        lclAcceptsType = std::move(accepts);
+    }
 
     void LoadProperties(PropertyBag& bag);
     void SaveProperties(PropertyBag& bag) const;
@@ -72,6 +75,7 @@ private:
     data::ConnectionPtr lclConnection;
     std::shared_ptr<model::clsUserAuth> lclUserAuth;
     ViewerFormMaker lclMaker;
+    std::function<bool(std::string_view)> lclAcceptsType;
     std::shared_ptr<frmViewer> lclViewerForm, lclGone;
     std::vector<std::shared_ptr<void>> lclSubscriptions;
 
