@@ -17,6 +17,7 @@ struct IntakeFile {
     bool scanned = false;
     bool ours = false;         // a copy that was made for the intake: gone once it is filed
     std::string description{}; // empty: by its name, or of a scan
+    bool comesBack = false;    // the folder that it waits in is looked at again by itself
 };
 
 // In the order of filing: a folder of the disk stands before what goes into it.

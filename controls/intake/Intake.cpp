@@ -6,8 +6,13 @@
 #include "controls/intake/MailDrop.h"
 #include "controls/tree/ctrlTree.h"
 #include "model/clsItem.h"
+#include "model/clsItemCol.h"
 #include "model/clsTree.h"
+#include "model/documentFile.h"
+#include "model/filing.h"
+#include "model/storePath.h"
 #include "platform/Files.h"
+#include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
 
@@ -57,6 +62,7 @@ std::int32_t Intake::AddFiles(const std::vector<std::string>& files, std::string
 FilingReport Intake::FileInto(const ItemPtr& folder, const std::vector<IntakeEntry>& entries,
                               bool waited) {
     const auto dossier = lclSite.OpenDossier();
+    Remember(dossier, entries);
     auto report = lclFiler.File(folder, entries);
     for (const auto at : report.left) {
         if (at >= entries.size()) continue; // within a folder of the disk
@@ -65,7 +71,53 @@ FilingReport Intake::FileInto(const ItemPtr& folder, const std::vector<IntakeEnt
         if ((waited || what.scanned || what.ours) && lclSite.Machine().files.FileExists(what.file))
             lclPending.push_back({{what}, dossier, true});
     }
+    Remember(dossier);
     return report;
+}
+
+// What only this program knows of is noted on the disk for as long as it is not filed.
+void Intake::Remember(const Dossier& dossier, const std::vector<IntakeEntry>& filing) {
+    std::vector<IntakeFile> ours;
+    for (const auto& one : lclPending)
+        if (one.entry.what.ours && one.dossier == dossier) ours.push_back(one.entry.what);
+    for (const auto& entry : filing)
+        if (entry.what.ours) ours.push_back(entry.what);
+    lclJournal.Note(dossier, ours);
+}
+
+// A run that was cut off may have filed it, and not come to deleting it.
+bool Intake::WasFiled(const IntakeFile& file) const {
+    model::DocumentFiles documents(lclSite.Machine(), lclSite.DbConnection());
+    const auto type = model::DocumentTypeOf(file.file);
+    const auto tree = lclSite.Tree();
+    if (!tree) return false;
+    std::vector<ItemPtr> items{tree->Item()};
+    for (std::size_t at = 0; at < items.size(); ++at) {
+        const auto item = items[at];
+        if (!item || item->Id() <= 0) continue;
+        if (const auto children = item->ChildCollection())
+            items.insert(items.end(), children->Items().begin(), children->Items().end());
+        if (item->AllowChildren() || !platform::EqualNoCase(item->ItemType(), type)) continue;
+        const auto stored = documents.Of(*item);
+        if (!stored.HasFile() || !lclSite.Machine().files.SameBytes(file.file, stored.path))
+            continue;
+        model::RemoveCopied(lclSite.Machine(), file.file, stored.path);
+        return true;
+    }
+    return false;
+}
+
+void Intake::TakeLeftOver() {
+    const auto dossier = lclSite.OpenDossier();
+    for (auto& file : lclJournal.LeftFor(dossier)) {
+        try {
+            if (!lclSite.Machine().files.FileExists(file.file) || WasFiled(file)) continue;
+        } catch (const std::exception& error) {
+            lclSite.Machine().log.Write("Intake", error.what());
+        }
+        if (!file.comesBack) lclPending.push_back({{std::move(file)}, dossier});
+    }
+    Remember(dossier);
 }
 
 std::vector<IntakeEntry> Intake::AskForFolders(const std::vector<IntakeFile>& files) const {
@@ -104,7 +156,15 @@ std::int32_t Intake::AddByUser(const std::vector<IntakeFile>& files, const ItemP
 void Intake::AddWaiting(const std::vector<IntakeFile>& files) { Wait(EntriesOf(files)); }
 
 void Intake::Wait(std::vector<IntakeEntry> entries) {
-    for (auto& entry : entries) lclPending.push_back({std::move(entry), lclSite.OpenDossier()});
+    const auto dossier = lclSite.OpenDossier();
+    for (auto& entry : entries) {
+        const auto waits = [&](const Waiting& one) {
+            return one.dossier == dossier && one.entry.what.file == entry.what.file;
+        };
+        if (std::none_of(lclPending.begin(), lclPending.end(), waits))
+            lclPending.push_back({std::move(entry), dossier});
+    }
+    Remember(dossier);
     lclSite.Tell("Selecteer een map om het document op te bergen");
 }
 
@@ -161,16 +221,23 @@ bool Intake::HasScannedPending() const {
 std::vector<IntakeEntry> Intake::TakePending(bool refused) {
     std::vector<IntakeEntry> taken;
     std::vector<Waiting> kept;
-    for (auto& one : lclPending)
-        if (one.dossier == lclSite.OpenDossier() && (refused || !one.refused))
-            taken.push_back(std::move(one.entry));
-        else
+    const auto dossier = lclSite.OpenDossier();
+    for (auto& one : lclPending) {
+        const auto& what = one.entry.what;
+        if (one.dossier != dossier || (!refused && one.refused))
             kept.push_back(std::move(one));
+        else if (what.ours && !lclSite.Machine().files.FileExists(what.file)) // filed elsewhere
+            lclSite.Machine().log.Write("Intake", what.file + " is gone");
+        else
+            taken.push_back(std::move(one.entry));
+    }
     lclPending = std::move(kept);
     return taken;
 }
 
 void Intake::DossierShown() {
+    if (!lclSite.Tree()) return;
+    TakeLeftOver();
     if (!HasPending()) return;
     for (auto& one : lclPending)
         if (one.dossier == lclSite.OpenDossier()) one.refused = false;
@@ -187,7 +254,9 @@ void Intake::FolderSelected() {
 std::int32_t Intake::FilePendingAtTop() {
     if (!HasPending()) return addFiles::done;
     const auto tree = lclSite.Tree();
-    const auto report = FileInto(tree ? tree->Item() : nullptr, TakePending(true), true);
+    const auto entries = TakePending(true);
+    if (entries.empty()) return addFiles::done;
+    const auto report = FileInto(tree ? tree->Item() : nullptr, entries, true);
     if (!report.filed.empty())
         lclSite.Tell(
             "Er waren nog documenten om op te bergen, deze zijn op het hoogste niveau toegevoegd");

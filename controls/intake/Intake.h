@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "controls/intake/Filer.h"
+#include "controls/intake/Journal.h"
 #include "controls/tree/TreeEvents.h"
 
 namespace kavidex::controls {
@@ -15,7 +16,7 @@ namespace kavidex::controls {
 class Intake {
 public:
     // `site` must outlive it.
-    explicit Intake(IntakeSite& site) : lclSite(site), lclFiler(site) {}
+    explicit Intake(IntakeSite& site) : lclSite(site), lclFiler(site), lclJournal(site.Machine()) {}
     Intake(const Intake&) = delete;
     Intake& operator=(const Intake&) = delete;
 
@@ -37,7 +38,8 @@ public:
     // What waits belongs to the dossier that it was brought to: it is filed there, or goes on
     // waiting for it. HasPending asks for the open one.
     bool HasPending() const;
-    void DossierShown();             // asks for a folder for what still waits for it
+    // What still waits for it, also since a run was cut off: asks for a folder.
+    void DossierShown();
     bool HasScannedPending() const;  // of any dossier
     void FolderSelected();           // files what waited for that choice
     std::int32_t FilePendingAtTop(); // before the dossier is left; an addFiles result
@@ -52,6 +54,9 @@ private:
     FilingReport FileInto(const ItemPtr& folder, const std::vector<IntakeEntry>& entries,
                           bool waited = false);
     void Wait(std::vector<IntakeEntry> entries);
+    void TakeLeftOver();
+    bool WasFiled(const IntakeFile& file) const;
+    void Remember(const Dossier& dossier, const std::vector<IntakeEntry>& filing = {});
     std::vector<IntakeEntry> TakePending(bool refused);
     ItemPtr FolderFor(std::int32_t id, std::string_view description, bool top) const;
     std::vector<IntakeEntry> AskForFolders(const std::vector<IntakeFile>& files) const;
@@ -60,6 +65,7 @@ private:
 
     IntakeSite& lclSite;
     Filer lclFiler;
+    Journal lclJournal;
     std::vector<Waiting> lclPending;
 };
 

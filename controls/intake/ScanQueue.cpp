@@ -60,7 +60,8 @@ bool ScanQueue::Look(std::string_view root, const std::string& name, bool announ
 
 void ScanQueue::Import(const std::string& folder, const std::vector<std::string>& names) {
     std::vector<IntakeFile> files;
-    for (const auto& name : names) files.push_back({platform::JoinPath(folder, name), true, true});
+    for (const auto& name : names)
+        files.push_back({platform::JoinPath(folder, name), true, true, {}, true});
     if (!lclSite.Forms()) return lclIntake.AddWaiting(files);
     if (const auto chosen = ChooseFolder(lclSite)) lclIntake.AddByUser(files, chosen);
 }

@@ -16,11 +16,13 @@
 #include "model/clsTree.h"
 #include "model/clsUserAuth.h"
 #include "model/filing.h"
+#include "model/uniqueNumber.h"
 #include "platform/Error.h"
 #include "platform/General.h"
 #include "platform/text.h"
 #include "tests/engines/Engine.h"
 #include "tests/fakes/Failures.h"
+#include "tests/fakes/FaultyConnection.h"
 
 namespace kavidex::tests {
 
@@ -414,6 +416,23 @@ TEST_P(ModelOverEngines, WhatAnotherDidWhileWeWaitedCounts) {
             << "nothing hangs from what is gone";
         EXPECT_EQ(Number("select count(*) from tblDocument where DocId > 0"), 0);
     }
+}
+
+TEST_P(ModelOverEngines, TwoUsersFirstLettersNeverShareANumber) {
+    const auto other = database->Connect();
+    std::int64_t theirs = 0;
+    for (int step = 1; step == 1 || theirs != 0; ++step) {
+        connection->Execute("Delete from tblSettings where Section = 'Unique'");
+        const auto mine = std::make_shared<FaultyConnection>(connection);
+        theirs = 0;
+        mine->onStep = [&](int at) {
+            if (at == step) theirs = RaiseUniqueNumber(other);
+        };
+        const auto own = RaiseUniqueNumber(mine);
+        EXPECT_NE(own, theirs) << "the other came before step " << step;
+        EXPECT_EQ(std::max(own, theirs), theirs == 0 ? 1 : 2);
+    }
+    EXPECT_EQ(RaiseUniqueNumber(other), 2);
 }
 
 KAVIDEX_OVER_ENGINES(ModelOverEngines);

@@ -8,17 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "controls/binder/ctrlCorrespondence.h"
-#include "controls/tree/ctrlTree.h"
-#include "data/clsSettings.h"
-#include "data/embedded/EmbeddedDatabase.h"
 #include "model/IntegrityCheck.h"
-#include "model/clsItem.h"
-#include "model/clsTree.h"
 #include "model/documentFile.h"
-#include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/FaultyConnection.h"
 #include "tests/fakes/SmallTiff.h"
+#include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::tests {
 
@@ -32,6 +26,7 @@ protected:
     void SetUp() override {
         machine.guids.real = true;
         machine.files.CreateDirectories(machine.Path("store"));
+        machine.files.CreateDirectories(machine.Path("temp"));
         const auto database = data::EmbeddedDatabase::Create(File());
         Binder made(machine);
         made.SetDbConnection(database);
@@ -133,6 +128,7 @@ protected:
     };
 
     FakeWorkstation machine;
+    const controls::OwnTemporaryFolder temporary{machine.Path("temp")};
     std::string key;
     std::map<std::string, std::string> sources; // and what they hold
 
