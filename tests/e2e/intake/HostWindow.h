@@ -37,7 +37,8 @@ using platform::win32::ComPtr;
 using platform::win32::FromWide;
 using platform::win32::ToWide;
 
-// A window of that class, and where a text is given with it, anywhere below `parent`.
+// A window of that class, and where a text is given with it, mnemonics aside, anywhere below
+// `parent`.
 class PartSearch {
 public:
     static HWND Find(HWND parent, const wchar_t* type, const wchar_t* text = nullptr) {
@@ -53,8 +54,10 @@ private:
         wchar_t type[100] = L"", text[200] = L"";
         GetClassNameW(window, type, 100);
         GetWindowTextW(window, text, 200);
+        std::wstring plain(text);
+        std::erase(plain, L'&');
         const bool found = wcscmp(type, search.lclType) == 0 && IsWindowVisible(window) &&
-                           (!search.lclText || wcscmp(text, search.lclText) == 0);
+                           (!search.lclText || plain == search.lclText);
         if (found) search.lclFound = window;
         return found ? FALSE : TRUE;
     }
@@ -194,7 +197,9 @@ protected:
         return binder.treCorr().GetItem(0, name);
     }
     std::string Stored(std::string_view name) { // where the store keeps it
-        return model::FindDocumentFile(machine, binder.DbConnection(), *Item(name)).path;
+        const auto item = Item(name);
+        return item ? model::FindDocumentFile(machine, binder.DbConnection(), *item).path
+                    : std::string();
     }
     void SelectRoot() { TreeView_SelectItem(Tree(), TreeView_GetRoot(Tree())); }
     bool Told(std::string_view part) const {

@@ -70,7 +70,7 @@ TEST_F(Drops, MailsOfTheMailProgramComeUnderTheirSubjects) {
     EXPECT_EQ(DropOnTop(Mail()), DWORD{DROPEFFECT_COPY});
     EXPECT_EQ(Outline(), "Polis 1|msg\nPolis 1 (1)|msg\nLeeg onderwerp 4|msg\nRe  a b |msg\n");
     EXPECT_TRUE(Told("Afspraak: niet opgeslagen"));
-    EXPECT_EQ(Recorded("mail.txt").substr(0, 127),
+    EXPECT_EQ(Recorded("mail.txt").substr(0, 99),
               "Application.ActiveExplorer\nMailItem.SaveAs Polis 1.msg as 3\n"
               "MailItem.SaveAs Polis 1 (1).msg as 3\n");
     // The program knows a mail whose file's name ends in 1.msg.

@@ -10,63 +10,11 @@
 
 #include "data/modData.h"
 #include "model/filing.h"
+#include "tests/fakes/DyingFiles.h"
 #include "tests/unit/model/ModelDatabase.h"
 
 namespace kavidex::tests {
 namespace {
-
-[[noreturn]] void Die() {
-    ::kill(::getpid(), SIGKILL);
-    std::abort();
-}
-
-// Dies in the middle of its n-th operation, as a copy that was cut off, or right after it.
-class DyingFiles : public FaultyFiles {
-public:
-    DyingFiles(platform::Files& real, int dieAt) : FaultyFiles(real), lclDieAt(dieAt) {}
-    void Copy(std::string_view source, std::string_view target, bool failIfExists) override {
-        if (Due()) {
-            FaultyFiles::WriteAll(std::string(target) + ".part", "cut off");
-            Die();
-        }
-        FaultyFiles::Copy(source, target, failIfExists);
-        if (Due()) Die();
-    }
-    std::string CopyAside(std::string_view source, std::string_view folder) override {
-        if (Due()) {
-            FaultyFiles::WriteAll(std::string(folder) + "\\cut.tmp", "cut off");
-            Die();
-        }
-        std::string copy = FaultyFiles::CopyAside(source, folder);
-        if (Due()) Die();
-        return copy;
-    }
-    void Rename(std::string_view from, std::string_view to) override {
-        if (Due()) Die();
-        FaultyFiles::Rename(from, to);
-        if (Due()) Die();
-    }
-    void CreateDirectories(std::string_view path) override {
-        FaultyFiles::CreateDirectories(path);
-        if (Due()) Die();
-    }
-    void Remove(std::string_view path) override {
-        if (Due()) Die();
-        FaultyFiles::Remove(path);
-        if (Due()) Die();
-    }
-
-private:
-    bool Due() { return ++lclDone == lclDieAt; }
-    int lclDieAt, lclDone = 0;
-};
-
-// A killed process needs no real disk, and two hundred of them no waiting for one.
-struct MemoryDisk {
-    MemoryDisk() {
-        if (::access("/dev/shm", W_OK) == 0) ::setenv("TMPDIR", "/dev/shm", 1);
-    }
-};
 
 class KilledFiling : private MemoryDisk, public ModelDatabase {
 protected:
