@@ -1,5 +1,5 @@
-// The ways that documents come in without a window, each as something that can be begun, cut short
-// anywhere, looked at and done again: a drop, a backlog, the scan queue.
+// The ways that documents come in, each as something that can be begun, cut short
+// anywhere, looked at and done again: a drop, a backlog, the scan queue, the scanning control.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -10,13 +10,14 @@
 
 #include "model/IntegrityCheck.h"
 #include "model/documentFile.h"
+#include "tests/fakes/FakeBinderWindow.h"
 #include "tests/fakes/FaultyConnection.h"
 #include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::tests {
 
-enum class Way { Drop, Backlog, Queue };
+enum class Way { Drop, Backlog, Queue, Scan };
 
 class IntakeWays : public testing::TestWithParam<Way> {
 protected:
@@ -61,18 +62,30 @@ protected:
     // Begins with an open dossier or without one, as the way goes.
     template <class Ready>
     void TakeIn(Binder& binder, Ready ready) {
-        if (GetParam() != Way::Drop) ready();
+        const bool opens = GetParam() == Way::Backlog || GetParam() == Way::Queue;
+        if (opens) ready();
         binder.OpenOrCreate(key, "Dossier", "", "", "");
         if (!binder.treCorr().Tree()) return; // it could not be read
+        if (!opens) ready();
+        std::vector<std::string> files;
+        for (const auto& [path, bytes] : sources)
+            if (machine.files.FileExists(path) && !IsStored(binder, bytes)) files.push_back(path);
+        if (GetParam() == Way::Scan) Scan(binder, files);
         const auto top = binder.treCorr().Tree()->Item()->Id();
-        if (GetParam() == Way::Queue) return binder.treCorr().NodeSelected(top);
-        if (GetParam() != Way::Drop) return;
-        ready();
+        if (GetParam() == Way::Queue || GetParam() == Way::Scan)
+            return binder.treCorr().NodeSelected(top);
         controls::DropData data;
         data.hasFiles = true;
-        for (const auto& [path, bytes] : sources)
-            if (!IsStored(binder, bytes)) data.files.push_back(path);
-        if (!data.files.empty()) binder.treCorr().Dropped(data, top);
+        data.files = files;
+        if (GetParam() == Way::Drop && !files.empty()) binder.treCorr().Dropped(data, top);
+    }
+    // Nothing is selected yet.
+    static void Scan(Binder& binder, const std::vector<std::string>& files) {
+        FakeBinderWindow window;
+        binder.AttachWindow(&window);
+        binder.ButtonClicked("Scan");
+        if (window.scanner.scanned) window.scanner.scanned(files);
+        binder.AttachWindow(nullptr);
     }
 
     // Nothing is lost, whatever happened: each document is where it came from, as it was, or in the
@@ -107,7 +120,8 @@ protected:
         TakeIn(clean.binder, [] {});
         for (const auto& [path, bytes] : sources) {
             EXPECT_EQ(Copies(clean.binder, bytes), 1) << where << ": " << path;
-            EXPECT_EQ(machine.files.FileExists(path), GetParam() != Way::Queue) << where;
+            const bool stays = GetParam() == Way::Drop || GetParam() == Way::Backlog;
+            EXPECT_EQ(machine.files.FileExists(path), stays) << where;
         }
     }
     // A binder on a connection of its own.
@@ -148,7 +162,8 @@ private:
 };
 
 inline const char* NameOf(Way way) {
-    return way == Way::Drop ? "drop" : way == Way::Backlog ? "backlog" : "queue";
+    constexpr const char* names[] = {"drop", "backlog", "queue", "scan"};
+    return names[static_cast<int>(way)];
 }
 
 } // namespace kavidex::tests

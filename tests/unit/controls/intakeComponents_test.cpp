@@ -2,13 +2,12 @@
 // the scanning control, and the dialog that leads to letters and files.
 #include <thread>
 
-#include "controls/binder/BinderWindow.h"
 #include "controls/intake/Letters.h"
 #include "controls/intake/ScanPanel.h"
 #include "mail/MailSource.h"
 #include "model/uniqueNumber.h"
 #include "platform/utf8.h"
-#include "tests/fakes/FakeForms.h"
+#include "tests/fakes/FakeBinderWindow.h"
 #include "tests/fakes/FakeTreeWindow.h"
 #include "tests/unit/controls/BinderFixture.h"
 
@@ -39,29 +38,10 @@ struct PlayedLetters : LetterGenerator {
     }
 };
 
-struct PlayedWindow : BinderWindow, ScanPlace {
-    tests::FakeForms forms;
-    bool scannerInstalled = true;
-    ScanSetup scanner;
-    void ToolbarChanged() override {}
-    void LayoutChanged() override {}
-    void AppearanceChanged() override {}
-    void Repaint() override {}
-    void FocusTree() override {}
-    std::optional<std::size_t> ShowMenu(const PopupMenu&, std::string_view) override { return {}; }
-    forms::FormPresenter* Forms() override { return &forms; }
-    ScanPlace* Scanner() override { return this; }
-    void OpenScanner(const ScanSetup& setup) override {
-        if (!scannerInstalled) throw platform::Error(platform::errors::notFound, "no class");
-        scanner = setup;
-    }
-    void CloseScanner() override { scanner = {}; }
-};
-
 struct Components : Binder {
     std::shared_ptr<PlayedMail> program = std::make_shared<PlayedMail>();
     std::function<LetterGenerator::Merged(const std::string&, const std::string&)> merge;
-    PlayedWindow window;
+    tests::FakeBinderWindow window;
     const std::string temporary = machine.Path("temp");
     OwnTemporaryFolder own{temporary};
 

@@ -48,7 +48,8 @@ TEST_P(IntakeFaults, NothingIsLostAndWhatWasLeftComesInTheNextTime) {
             }
 }
 
-INSTANTIATE_TEST_SUITE_P(Ways, IntakeFaults, testing::Values(Way::Drop, Way::Backlog, Way::Queue),
+INSTANTIATE_TEST_SUITE_P(Ways, IntakeFaults,
+                         testing::Values(Way::Drop, Way::Backlog, Way::Queue, Way::Scan),
                          [](const auto& way) { return NameOf(way.param); });
 
 } // namespace kavidex::tests

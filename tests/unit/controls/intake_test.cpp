@@ -164,7 +164,8 @@ TEST_F(Intake, TakesTheScanQueueInOnceTheUserAgrees) {
     EXPECT_EQ(machine.messages.shown[0].caption, "Path for ScanQueue");
     EXPECT_EQ(machine.messages.shown[0].text, machine.Path("queue\\key"));
     EXPECT_EQ(machine.messages.shown[1].caption, "Controle op bestaande documenten");
-    EXPECT_EQ(machine.messages.shown[2].text, "Mapnaam voor opslag vanuit multifunctional = " + map);
+    EXPECT_EQ(machine.messages.shown[2].text,
+              "Mapnaam voor opslag vanuit multifunctional = " + map);
     EXPECT_EQ(machine.messages.shown[3].text, machine.Path("queue\\" + map));
     EXPECT_EQ(Outline(), "");
 

@@ -14,8 +14,7 @@ class KilledIntake : private MemoryDisk, public IntakeWays {
 protected:
     // True when it died before it was done.
     bool TakeInAndDie(int databaseStep, int fileStep) {
-        const pid_t child = ::fork();
-        if (child == 0) {
+        return InProcess([&] {
             DyingFiles files(platform::TheWorkstation().files, 0);
             const platform::Workstation own{
                 machine.registry, files,        machine.clock, machine.user, machine.guids,
@@ -31,6 +30,13 @@ protected:
                     if (step == databaseStep) Die();
                 };
             });
+        });
+    }
+    template <class Work>
+    static bool InProcess(Work work) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            work();
             ::_exit(0);
         }
         int status = 0;
@@ -39,6 +45,8 @@ protected:
         return WIFSIGNALED(status);
     }
 };
+
+class KilledWaiting : public KilledIntake {};
 
 } // namespace
 
@@ -63,7 +71,32 @@ TEST_P(KilledIntake, LosesNothingAndGoesOnWhereItStopped) {
     std::printf("%s: %d kills, none lost\n", NameOf(GetParam()), kills);
 }
 
-INSTANTIATE_TEST_SUITE_P(Ways, KilledIntake, testing::Values(Way::Drop, Way::Backlog, Way::Queue),
+// Scanned documents whose files nobody else knows of.
+TEST_P(KilledWaiting, IsAskedForAFolderTheNextTime) {
+    Prepare();
+    EXPECT_TRUE(InProcess([&] {
+        const Opened own(*this, machine);
+        own.binder.OpenOrCreate(key, "Dossier", "", "", "");
+        std::vector<std::string> files;
+        for (const auto& [path, bytes] : sources) files.push_back(path);
+        Scan(own.binder, files);
+        Die();
+    }));
+    const Opened clean(*this, machine);
+    clean.binder.OpenOrCreate(key, "Dossier", "", "", "");
+    ASSERT_EQ(machine.messages.shown.size(), 1U);
+    EXPECT_EQ(machine.messages.shown[0].text, "Selecteer een map om het document op te bergen");
+    clean.binder.treCorr().NodeSelected(clean.binder.treCorr().Tree()->Item()->Id());
+    EXPECT_EQ(clean.binder.treCorr().AllItems().size(), sources.size());
+    for (const auto& [path, bytes] : sources) EXPECT_FALSE(machine.files.FileExists(path));
+    EXPECT_TRUE(machine.files.List(machine.Path("temp\\Kavidex"), "*", false).empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(Ways, KilledIntake,
+                         testing::Values(Way::Drop, Way::Backlog, Way::Queue, Way::Scan),
+                         [](const auto& way) { return NameOf(way.param); });
+
+INSTANTIATE_TEST_SUITE_P(Ways, KilledWaiting, testing::Values(Way::Scan),
                          [](const auto& way) { return NameOf(way.param); });
 
 } // namespace kavidex::tests
