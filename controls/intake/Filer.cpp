@@ -204,6 +204,9 @@ void Filer::FileDocument(const std::vector<IntakeEntry>& entries, std::size_t at
                          const ItemPtr& into, Run& run) const {
     const auto& what = entries[at].what;
     const auto& machine = lclSite.Machine();
+    if (machine.files.DirectoryExists(what.file))
+        return run.Failed(at, addFiles::noFile,
+                          lclSite.Text("$%$ is een map en geen bestand", {what.file}));
     if (platform::TrimView(what.file).empty() || !machine.files.FileExists(what.file))
         return run.Failed(at, addFiles::noFile,
                           lclSite.Text("Bestand niet gevonden: $%$", {what.file}));

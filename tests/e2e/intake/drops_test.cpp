@@ -44,7 +44,8 @@ TEST_F(Drops, FilesAndFoldersAndFilesOfOtherProgramsAreFiled) {
     EXPECT_EQ(Outline(),
               "Brief é|txt\nPost|tab\n.a|txt\n.Oud|tab\n..b|pdf\n.Foto|jpg\n.Kaart|txt\n");
     EXPECT_EQ(machine.files.ReadAll(Stored("Foto")), std::string(70000, 'f'));
-    EXPECT_TRUE(machine.files.List(machine.Path("temp"), "*", false).empty()) << "no copy is left behind";
+    EXPECT_TRUE(machine.files.List(machine.Path("temp"), "*", false).empty())
+        << "no copy is left behind";
 }
 
 TEST_F(Drops, TheListOfDocumentsTakesThemAsTheTreeDoes) {
@@ -63,6 +64,23 @@ TEST_F(Drops, TheListOfDocumentsTakesThemAsTheTreeDoes) {
     EXPECT_EQ(Drop(Part(L"KavidexViewer"), Files({File("c.txt")}), middle), DWORD{DROPEFFECT_NONE})
         << "a document that is shown takes nothing";
     EXPECT_EQ(Outline(), "a|txt\nMap|tab\n.b|txt\n");
+}
+
+TEST_F(Drops, WhatCannotBeReadIsNamedAndTheRestIsFiled) {
+    const auto held = File("vast.txt"), tooLong = machine.Path(std::string(300, 'x') + ".txt");
+    const HANDLE other = CreateFileW(ToWide(held).c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING,
+                                     FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(other, INVALID_HANDLE_VALUE);
+    DropOnTop(Files({File("eerst.txt"), held, machine.Path("weg.txt"), machine.Path("con.txt"),
+                     tooLong, File("laatst.txt")}));
+    CloseHandle(other);
+    EXPECT_EQ(Outline(), "eerst|txt\nlaatst|txt\n");
+    EXPECT_TRUE(Told("Document zijn niet correct toegevoegd (Fout -4)"));
+    EXPECT_TRUE(Told(held + ": in gebruik bij een ander programma"));
+    for (const char* name : {"weg.txt", "con.txt"})
+        EXPECT_TRUE(Told("Bestand niet gevonden: " + machine.Path(name)));
+    EXPECT_TRUE(Told("Bestand niet gevonden: " + tooLong));
+    EXPECT_TRUE(machine.files.FileExists(held));
 }
 
 TEST_F(Drops, MailsOfTheMailProgramComeUnderTheirSubjects) {

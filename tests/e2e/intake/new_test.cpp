@@ -103,14 +103,22 @@ TEST_F(NewDialog, MakesALetterThroughTheGenerator) {
         EXPECT_EQ(Outline(), "");
         EXPECT_FALSE(machine.busy.open);
     }
-    const User user({Template(3)});
-    binder.ButtonClicked("New");
+    {
+        const User user({Template(3)});
+        binder.ButtonClicked("New");
+    }
     ASSERT_EQ(Outline(), "Brief van Uitnodiging|docx\n");
     EXPECT_EQ(machine.files.ReadAll(Stored("Brief van Uitnodiging")),
               "naam;Jansen\r\nDocumentId;45\r\n")
         << "every letter has a number of its own, also one that was not made";
     EXPECT_EQ(Recorded("letter.txt").substr(0, 38), "fncMergeDocument waarden.txt fout.dot\n");
     EXPECT_EQ(machine.busy.shown.back().caption, "Documenten toevoegen");
+    machine.files.SetAttributes(machine.Path("waarden.txt"), platform::attributes::readOnly);
+    const User user({Template(3)});
+    binder.ButtonClicked("New");
+    EXPECT_TRUE(Told("waarden.txt")) << "values that cannot be written make no letter";
+    EXPECT_EQ(Outline(), "Brief van Uitnodiging|docx\n");
+    machine.files.SetAttributes(machine.Path("waarden.txt"), platform::attributes::normal);
 }
 
 } // namespace kavidex::tests

@@ -150,6 +150,7 @@ TEST_F(Components, MakesALetterWithANumberOfItsOwn) {
     Setting("Unique", "Number", "41");
     const auto values = File("waarden.txt", "a=1\r\nDocumentID=7\r\nx documentid\r\nb=2");
     binder->SetValueFile(values);
+    binder->SetDossierStatus("zaken");
     LetterGenerator::Merged made{3, {}};
     merge = [&](const std::string& valueFile, const std::string& letter) {
         EXPECT_EQ(valueFile, values);
@@ -160,9 +161,12 @@ TEST_F(Components, MakesALetterWithANumberOfItsOwn) {
     const auto letter = [&](FormUser& user) {
         user.Choose("TabStrip1", 2);
         EXPECT_FALSE(user.CanUse("btnOk"));
+        EXPECT_EQ(user.Form()["treMap"].Selected(), 2) << "the folder of the dossier's status";
+        user.Choose("treMap", 1);
         EXPECT_TRUE(user.Form()["lstFiles"].Items().empty()) << "Letter.rtf is no template";
-        user.Expand("treMap", 1);
         user.Choose("treMap", 2);
+        user.Type("txtName", "Brief aan Piet");
+        user.Tick("chkOpen");
         EXPECT_EQ(user.Form()["lstFiles"].Find(1)->icon, ".dotx");
         user.Choose("lstFiles", 1);
         user.Enter();
@@ -177,7 +181,8 @@ TEST_F(Components, MakesALetterWithANumberOfItsOwn) {
     EXPECT_EQ(machine.files.ReadAll(values), "a=1\r\nb=2\r\nDocumentId=42\r\n");
     made = {1, File("Brief aan Jan.docx")};
     binder->ButtonClicked("New");
-    EXPECT_EQ(Documents(), "Brief aan Jan\n");
+    EXPECT_EQ(Documents(), "Brief aan Piet\n");
+    EXPECT_EQ(machine.shell.opened.size(), 1U);
     EXPECT_EQ(machine.files.ReadAll(values), "a=1\r\nb=2\r\nDocumentId=43\r\n");
 }
 

@@ -88,6 +88,21 @@ TEST_F(Intake, StopsBetweenTwoDocumentsAndNamesThoseThatWereNotFiled) {
     EXPECT_EQ(std::count(machine.busy.shown.begin(), machine.busy.shown.end(), second), 1);
 }
 
+TEST_F(Intake, StartsNoProgramThatTheDossierDoesNotTake) {
+    Add("start.vbs", "MsgBox 1");
+    const auto program = Item("start");
+    machine.messages.answers = {platform::Answer::No};
+    EXPECT_FALSE(binder->Viewer().OpenDefault(program));
+    EXPECT_TRUE(binder->Viewer().OpenDefault(program)) << "the user insists";
+    Tree().SetAllowedTypes("tif;tab");
+    machine.messages.shown.clear();
+    EXPECT_FALSE(binder->Viewer().OpenDefault(program));
+    EXPECT_TRUE(Told("Bestanden van dit type worden hier niet opgenomen"));
+    EXPECT_EQ(machine.shell.opened.size(), 1U);
+    EXPECT_EQ(binder->AddFiles({machine.Path("store")}, "", 0, false, true), addFiles::noFile);
+    EXPECT_TRUE(Told("is een map en geen bestand"));
+}
+
 TEST_F(Intake, SplitsADocumentAndDeletesItOnlyAfterItsPagesAreFiled) {
     Add("scan.tif", tests::SmallTiff("abc"));
     Add("enkel.tif", tests::SmallTiff("a"));
