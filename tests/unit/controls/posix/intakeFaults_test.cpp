@@ -1,10 +1,11 @@
 // Every step of the disk and of the database fails once, while documents come in.
+#include "tests/fakes/DyingFiles.h"
 #include "tests/unit/controls/IntakeWays.h"
 
 namespace kavidex::tests {
 namespace {
 
-class IntakeFaults : public IntakeWays {
+class IntakeFaults : private MemoryDisk, public IntakeWays {
 protected:
     // What fails, and stays failed where `onwards` says so. False: it was not reached.
     bool TakeInWithout(int step, bool ofFiles, bool onwards) {
