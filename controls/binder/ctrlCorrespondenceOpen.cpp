@@ -346,6 +346,7 @@ std::int32_t ctrlCorrespondence::CloseObject() {
 
 std::int32_t ctrlCorrespondence::LeaveDossier() {
     if (Id() == 0) return addFiles::done;
+    lclIntake->scan.Close(); // what it scanned belongs to this dossier
     const auto result = lclIntake->intake.FilePendingAtTop();
     TakeKey({});
     return result;
