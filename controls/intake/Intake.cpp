@@ -1,6 +1,7 @@
 #include "controls/intake/Intake.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "controls/intake/MailDrop.h"
@@ -64,7 +65,12 @@ FilingReport Intake::FileInto(const ItemPtr& folder, const std::vector<IntakeEnt
     const auto dossier = lclSite.OpenDossier();
     Remember(dossier, entries);
     auto report = lclFiler.File(folder, entries);
-    for (const auto at : report.left) {
+    const std::set<std::size_t> left(report.left.begin(), report.left.end());
+    for (std::size_t at = 0; at < entries.size(); ++at)
+        if (const auto& what = entries[at].what;
+            what.ours && !left.contains(at) && lclSite.Machine().files.FileExists(what.file))
+            lclFiled.push_back({{what}, dossier});
+    for (const auto at : left) {
         if (at >= entries.size()) continue; // within a folder of the disk
         const auto& what = entries[at].what;
         // What waited goes on waiting, and what only this control holds is not given up.
@@ -78,8 +84,9 @@ FilingReport Intake::FileInto(const ItemPtr& folder, const std::vector<IntakeEnt
 // What only this program knows of is noted on the disk for as long as it is not filed.
 void Intake::Remember(const Dossier& dossier, const std::vector<IntakeEntry>& filing) {
     std::vector<IntakeFile> ours;
-    for (const auto& one : lclPending)
-        if (one.entry.what.ours && one.dossier == dossier) ours.push_back(one.entry.what);
+    for (const auto* held : {&lclPending, &lclFiled})
+        for (const auto& one : *held)
+            if (one.entry.what.ours && one.dossier == dossier) ours.push_back(one.entry.what);
     for (const auto& entry : filing)
         if (entry.what.ours) ours.push_back(entry.what);
     lclJournal.Note(dossier, ours);
@@ -117,7 +124,30 @@ void Intake::TakeLeftOver() {
         }
         if (!file.comesBack) lclPending.push_back({{std::move(file)}, dossier});
     }
+    WithoutFiled({});
     Remember(dossier);
+}
+
+// What is in the dossier already does not come in again; its file goes as soon as it can.
+std::vector<IntakeFile> Intake::WithoutFiled(const std::vector<IntakeFile>& files) {
+    const auto dossier = lclSite.OpenDossier();
+    std::set<std::string> filed;
+    for (const auto& one : lclFiled)
+        if (one.dossier == dossier) filed.insert(one.entry.what.file);
+    std::erase_if(lclFiled, [&](const Waiting& one) {
+        const auto& what = one.entry.what;
+        if (one.dossier != dossier) return false;
+        try {
+            return !lclSite.Machine().files.FileExists(what.file) || WasFiled(what);
+        } catch (const std::exception& error) {
+            lclSite.Machine().log.Write("Intake", error.what());
+            return false;
+        }
+    });
+    std::vector<IntakeFile> fresh;
+    for (const auto& file : files)
+        if (!filed.contains(file.file)) fresh.push_back(file);
+    return fresh;
 }
 
 std::vector<IntakeEntry> Intake::AskForFolders(const std::vector<IntakeFile>& files) const {
@@ -142,7 +172,7 @@ std::vector<IntakeEntry> Intake::AskForFolders(const std::vector<IntakeFile>& fi
 
 std::int32_t Intake::AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder,
                                std::vector<ItemPtr>* filed) {
-    auto entries = AskForFolders(files);
+    auto entries = AskForFolders(WithoutFiled(files));
     if (entries.empty()) return addFiles::stopped;
     if (folder) {
         const auto report = FileInto(folder, entries);
@@ -153,7 +183,9 @@ std::int32_t Intake::AddByUser(const std::vector<IntakeFile>& files, const ItemP
     return addFiles::done;
 }
 
-void Intake::AddWaiting(const std::vector<IntakeFile>& files) { Wait(EntriesOf(files)); }
+void Intake::AddWaiting(const std::vector<IntakeFile>& files) {
+    if (auto entries = EntriesOf(WithoutFiled(files)); !entries.empty()) Wait(std::move(entries));
+}
 
 void Intake::Wait(std::vector<IntakeEntry> entries) {
     const auto dossier = lclSite.OpenDossier();

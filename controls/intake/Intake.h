@@ -55,6 +55,7 @@ private:
                           bool waited = false);
     void Wait(std::vector<IntakeEntry> entries);
     void TakeLeftOver();
+    std::vector<IntakeFile> WithoutFiled(const std::vector<IntakeFile>& files);
     bool WasFiled(const IntakeFile& file) const;
     void Remember(const Dossier& dossier, const std::vector<IntakeEntry>& filing = {});
     std::vector<IntakeEntry> TakePending(bool refused);
@@ -67,6 +68,7 @@ private:
     Filer lclFiler;
     Journal lclJournal;
     std::vector<Waiting> lclPending;
+    std::vector<Waiting> lclFiled; // what could not be deleted after that
 };
 
 } // namespace kavidex::controls
