@@ -138,7 +138,9 @@ std::vector<IntakeFile> Intake::WithoutFiled(const std::vector<IntakeFile>& file
         const auto& what = one.entry.what;
         if (one.dossier != dossier) return false;
         try {
-            return !lclSite.Machine().files.FileExists(what.file) || WasFiled(what);
+            if (lclSite.Machine().files.FileExists(what.file) && !WasFiled(what))
+                filed.erase(what.file); // another one by now
+            return true;
         } catch (const std::exception& error) {
             lclSite.Machine().log.Write("Intake", error.what());
             return false;
