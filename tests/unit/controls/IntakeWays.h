@@ -66,10 +66,13 @@ protected:
         if (opens) ready();
         binder.OpenOrCreate(key, "Dossier", "", "", "");
         if (!binder.treCorr().Tree()) return; // it could not be read
-        if (!opens) ready();
         std::vector<std::string> files;
-        for (const auto& [path, bytes] : sources)
-            if (machine.files.FileExists(path) && !IsStored(binder, bytes)) files.push_back(path);
+        if (!opens) {
+            for (const auto& [path, bytes] : sources)
+                if (machine.files.FileExists(path) && !IsStored(binder, bytes))
+                    files.push_back(path);
+            ready();
+        }
         if (GetParam() == Way::Scan) Scan(binder, files);
         const auto top = binder.treCorr().Tree()->Item()->Id();
         if (GetParam() == Way::Queue || GetParam() == Way::Scan)

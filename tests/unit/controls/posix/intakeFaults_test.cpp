@@ -33,9 +33,11 @@ protected:
 } // namespace
 
 TEST_P(IntakeFaults, NothingIsLostAndWhatWasLeftComesInTheNextTime) {
+    // KAVIDEX_KILLS asks for every step, where some are enough otherwise.
+    const int stride = std::getenv("KAVIDEX_KILLS") ? 1 : 4;
     for (const bool ofFiles : {true, false})
         for (const bool onwards : {false, true})
-            for (int step = 1; step < 1000; step += onwards ? 5 : 1) {
+            for (int step = 1; step < 1000; step += onwards ? 5 * stride : stride) {
                 Prepare();
                 if (HasFatalFailure()) return;
                 const bool reached = TakeInWithout(step, ofFiles, onwards);
