@@ -2,6 +2,7 @@
 
 #include <olectl.h>
 
+#include "com/controls/adminFaces.h"
 #include "com/controls/ctrlCorrespondenceFace.h"
 #include "com/controls/ctrlExtViewerFace.h"
 #include "com/controls/ctrlNoteFace.h"
@@ -27,6 +28,8 @@ const ClassRow table[] = {
      control, &MakeCtrlNote},
     {L"ctrlExtViewer", L"Kavidex external viewer", &CLSID_ctrlExtViewer, &DIID__ctrlExtViewer,
      &DIID__ctrlExtViewerEvents, control, &MakeCtrlExtViewer},
+    {L"ctlChecklist", L"Kavidex checklist control", &CLSID_ctlChecklist, &DIID__ctlChecklist,
+     &DIID__ctlChecklistEvents, control, &MakeCtlChecklist},
     {L"EmbeddedDatabase", L"Kavidex embedded database", &CLSID_EmbeddedDatabase,
      &DIID__EmbeddedDatabase, nullptr, 0, &NewEmbeddedDatabase},
     {L"clsTable", L"Kavidex table", &CLSID_clsTable, &DIID__clsTable, nullptr, 0, &NewTable},

@@ -72,9 +72,11 @@ Told& Unreadable() {
     return told;
 }
 
-std::string SectionOf(std::string_view user) { return "Rights." + Plain(platform::Trim(user)); }
-
 } // namespace
+
+std::string RightsSection(std::string_view user) {
+    return "Rights." + Plain(platform::Trim(user));
+}
 
 bool UseRights(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
                const data::Translation& translation) {
@@ -144,7 +146,7 @@ bool clsUserAuth::Ready(std::string_view user) const {
 clsUserAuth::Pairs clsUserAuth::Read(std::string_view user) const {
     const data::RecordsetPtr rows =
         Store(lclConnection)
-            .Read("Select * from tblSettings where Section = " + data::SqlValue(SectionOf(user)));
+            .Read("Select * from tblSettings where Section = " + data::SqlValue(RightsSection(user)));
     Pairs pairs;
     for (; !rows->Eof(); rows->MoveNext())
         pairs.emplace_back(FromPlain(TrimmedText(rows->Get("SKey"))),
@@ -156,7 +158,7 @@ clsUserAuth::Pairs clsUserAuth::Read(std::string_view user) const {
 bool clsUserAuth::Save(std::string_view user, const Pairs& pairs) const {
     data::clsSettings settings(lclWorkstation);
     settings.SetDbConnection(lclConnection);
-    const std::string section = SectionOf(user);
+    const std::string section = RightsSection(user);
     for (const auto& [key, value] : pairs) {
         if (key.empty()) continue;
         settings.SetSetting(section, Plain(key), Plain(value));
@@ -172,7 +174,7 @@ bool clsUserAuth::Save(std::string_view user, const Pairs& pairs) const {
 bool clsUserAuth::Erase(std::string_view user) const {
     data::clsSettings settings(lclWorkstation);
     settings.SetDbConnection(lclConnection);
-    for (const auto& pair : Read(user)) settings.DeleteSetting(SectionOf(user), Plain(pair.first));
+    for (const auto& pair : Read(user)) settings.DeleteSetting(RightsSection(user), Plain(pair.first));
     return Read(user).empty();
 }
 
@@ -215,11 +217,11 @@ bool clsUserAuth::DeleteRights() {
 
 bool clsUserAuth::RenameUser(std::string_view oldName, std::string_view newName) {
     if (!Ready(oldName) || !Ready(newName)) return false;
-    if (SectionOf(oldName) == SectionOf(newName)) return true;
+    if (RightsSection(oldName) == RightsSection(newName)) return true;
     return Whole("clsUserAuth.RenameUser", [&] {
         const Pairs pairs = Read(oldName);
         // Databases compare without case: to them the two may be one name.
-        if (platform::EqualNoCase(SectionOf(oldName), SectionOf(newName)))
+        if (platform::EqualNoCase(RightsSection(oldName), RightsSection(newName)))
             return Erase(oldName) && Save(newName, pairs);
         return Erase(newName) && Save(newName, pairs) && Erase(oldName);
     });

@@ -23,6 +23,9 @@ bool UseRights(const platform::Workstation& workstation, const data::ConnectionP
 
 inline constexpr std::string_view rightGranted = "True", rightRefused = "False";
 
+// Where the settings keep one user's rights.
+std::string RightsSection(std::string_view user);
+
 // An ordered list of pairs (right key, value), both trimmed, a key at most once. Loading, saving,
 // deleting and renaming return false when there is no user or connection, or the store refused.
 class clsUserAuth {

@@ -4,7 +4,9 @@
 #include "controls/binder/BinderWindow.h"
 #include "controls/binder/IntakeWiring.h"
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
+#include "controls/checklist/ctlChecklist.h"
 #include "controls/common/OwnTranslator.h"
+#include "controls/settings/frmSettings.h"
 #include "controls/splitter/ctlSplitPanel.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/viewer/ctlViewer.h"
@@ -73,7 +75,10 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
       lclLock(workstation), lclTree(std::make_unique<ctrlTree>(workstation)),
       lclViewer(std::make_unique<ctlViewer>(workstation)),
       lclExtViewer(std::make_unique<ctrlExtViewer>(workstation)),
-      lclSplitPanel(std::make_unique<ctlSplitPanel>()) {
+      lclSplitPanel(std::make_unique<ctlSplitPanel>()),
+      lclChecklist(std::make_unique<ctlChecklist>(workstation)),
+      lclSpCheckList(std::make_unique<ctlSplitPanel>()) {
+    lclState.Language = LanguageOption(workstation);
     lclTree->Serve(lclLock, [this] { return DossierKey(); });
     data::ConnectionListeners listeners;
     listeners.leaving = [this] { Guarded("DbConnection", [&] { EndDossier(); }); };
@@ -99,6 +104,7 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
     };
     SubscribeToChildren();
     SubscribeToViewers();
+    SubscribeToChecklist();
     MakeOwnTranslator();
     PassOnToTree();
     ApplyLayout();
@@ -136,7 +142,9 @@ template void ctrlCorrespondence::Change(std::int32_t BinderProperties::*, const
 template void ctrlCorrespondence::Change(std::string BinderProperties::*, const std::string&);
 
 void ctrlCorrespondence::TakeEffect() {
-    lclState.ShowCheckList = platform::Trim(lclState.ShowCheckList);
+    lclChecklist->SetCheckListType(lclState.ShowCheckList);
+    lclChecklist->SetDossierStatus(lclState.DossierStatus);
+    lclChecklist->SetEnabled(lclState.Enabled);
     if (lclOwnTranslator &&
         static_cast<std::int32_t>(lclOwnTranslator->CurrentLanguage()) != lclState.Language) {
         lclOwnTranslator->SetLanguage(static_cast<controls::Language>(lclState.Language));
@@ -175,10 +183,13 @@ void ctrlCorrespondence::LoadProperties(PropertyBag& bag) {
     if (Id() != 0) EndDossier();
     controls::LoadProperties(BinderPropertyTable(), lclState, bag);
     lclAssignment->SetTemplatePath(lclState.TemplatePath);
+    lclState.ShowCheckList = platform::Trim(lclState.ShowCheckList);
+    lclChecklistOpen = !lclState.ShowCheckList.empty();
     TakeEffect();
     LookUpKey(lclState.Id);
     lclTree->SetTreeId(lclState.Id);
     RestoreSelection();
+    ShowInChecklist();
     ToolbarChanged();
 }
 
@@ -186,6 +197,7 @@ void ctrlCorrespondence::SaveProperties(PropertyBag& bag) const {
     BinderProperties state = lclState;
     state.Id = Id();
     state.TemplatePath = lclAssignment->TemplatePath();
+    state.ChecklistPresent = ChecklistShown();
     state.ScannedDoc = lclIntake->intake.HasScannedPending();
     if (const auto folder = SelectedFolder()) {
         // The item has 16 bits; an id beyond them is not kept rather than kept wrong.
@@ -216,6 +228,7 @@ void ctrlCorrespondence::HandDownTranslator() {
     lclTree->SetTranslate(lclTranslator);
     lclViewer->SetTranslate(lclTranslator);
     lclExtViewer->SetTranslate(lclTranslator);
+    lclChecklist->SetTranslate(lclTranslator);
     ToolbarChanged();
 }
 
@@ -229,6 +242,7 @@ void ctrlCorrespondence::HandDownRights() {
     lclTree->SetUserAuth(lclUserAuth);
     lclViewer->SetUserAuth(lclUserAuth);
     lclExtViewer->SetUserAuth(lclUserAuth);
+    lclChecklist->SetUserAuth(lclUserAuth);
     WriteSwitches();
     ToolbarChanged();
 }

@@ -9,6 +9,7 @@
 #include "com/adodb/ConnectionObject.h"
 #include "com/adodb/RecordsetObject.h"
 #include "com/class_table.h"
+#include "com/controls/adminFaces.h"
 #include "com/controls/ctrlCorrespondenceFace.h"
 #include "com/controls/ctrlExtViewerFace.h"
 #include "com/controls/ctrlNoteFace.h"
@@ -188,7 +189,8 @@ TEST_F(Contract, EveryEventHasItsRowAndTheOtherWayRound) {
     } sources[] = {{DIID__ctrlTreeEvents, com::TreeEventTable()},
                    {DIID__ctrlCorrespondenceEvents, com::BinderEventTable()},
                    {DIID__ctrlNoteEvents, com::NoteEventTable()},
-                   {DIID__ctrlExtViewerEvents, com::ExtViewerEventTable()}};
+                   {DIID__ctrlExtViewerEvents, com::ExtViewerEventTable()},
+                   {DIID__ctlChecklistEvents, com::ChecklistEventTable()}};
     for (const auto& source : sources) {
         const auto info = Find(source.iid);
         ASSERT_TRUE(info);
@@ -202,8 +204,9 @@ TEST_F(Contract, EveryEventHasItsRowAndTheOtherWayRound) {
 TEST_F(Contract, EveryEventTellsWhatItsParametersAreAndTheOlderOnesThatTheyAreNotRaised) {
     std::map<IID, std::set<std::wstring>, bool (*)(const IID&, const IID&)> silent(
         [](const IID& a, const IID& b) { return std::memcmp(&a, &b, sizeof a) < 0; });
-    for (const IID& iid : {DIID__ctrlTreeEvents, DIID__ctrlCorrespondenceEvents,
-                           DIID__ctrlNoteEvents, DIID__ctrlExtViewerEvents}) {
+    for (const IID& iid :
+         {DIID__ctrlTreeEvents, DIID__ctrlCorrespondenceEvents, DIID__ctrlNoteEvents,
+          DIID__ctrlExtViewerEvents, DIID__ctlChecklistEvents}) {
         const auto info = Find(iid);
         ASSERT_TRUE(info);
         for (const auto& [key, entry] : Read(*info)) {

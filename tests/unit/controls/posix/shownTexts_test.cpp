@@ -165,6 +165,8 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
           "Dit document wordt in een eigen venster getoond.",
           "Dit document is in zijn eigen programma geopend."}},
         {"row.caption", {}},
+        {"shown.text",
+         {"Aanwezig", "Ontbreekt", "$%$ van $%$", "Niet verplicht", "Niet nodig"}},
         {"lclField.Row().caption", {}},
         {"lclColumns[i].caption", {}},
         {"names[i]", {}},
