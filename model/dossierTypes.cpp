@@ -62,4 +62,57 @@ std::vector<DossierTab> TabsOfType(const Store& store, std::int32_t typeId) {
     return tabs;
 }
 
+bool HoldType(const Store& store, std::int32_t typeId) {
+    const auto number = Number(typeId);
+    store.Write("update tblDossierTypes set DossierType = DossierType where TypeId = " + number);
+    return !store.ReadNow("Select TypeId from tblDossierTypes where TypeId = " + number)->Eof();
+}
+
+void SaveTabs(const platform::Workstation& workstation, const Store& store, std::int32_t typeId,
+              const std::vector<DossierTab>& before, const std::vector<DossierTab>& after) {
+    const auto in = [](const std::vector<DossierTab>& tabs, std::int32_t id) {
+        return std::find_if(tabs.begin(), tabs.end(),
+                            [&](const DossierTab& tab) { return tab.id == id; });
+    };
+    for (const auto& tab : before)
+        if (in(after, tab.id) == after.end())
+            store.Write("Delete from tblDossierTabs where TabId = " + Number(tab.id));
+    for (const auto& tab : after) {
+        const auto known = tab.id ? in(before, tab.id) : before.end();
+        if (known != before.end() && *known == tab) continue;
+        auto id = tab.id;
+        if (known == before.end()) {
+            const auto guid = data::SqlValue(NewGuid(workstation));
+            id = InsertRow(
+                workstation, store,
+                {"Insert into tblDossierTabs (DossierTypeId, TabGuid) Values (" + Number(typeId) +
+                     ", " + guid + ")",
+                 "Select * from tblDossierTabs where TabGuid = " + guid},
+                [](data::Recordset& row, std::int32_t key) { SetNumber(row, "TabId", key); });
+        }
+        store.Write(
+            "Update tblDossierTabs set TabDescription = " + data::SqlValue(tab.description) +
+            ", TabType = " + data::SqlValue(tab.type) + ", IntOrder = " + Number(tab.order) +
+            ", AutoCreate = " + data::SqlValue(tab.automatic ? "1" : "0") +
+            " where TabId = " + Number(id));
+    }
+}
+
+std::int32_t AddDossierType(const platform::Workstation& workstation, const Store& store,
+                            std::string_view name, std::string_view description) {
+    const auto guid = data::SqlValue(NewGuid(workstation));
+    return InsertRow(workstation, store,
+                     {"Insert into tblDossierTypes (DossierType, DossierDescription, TypeGuid) "
+                      "Values (" +
+                          data::SqlValue(name) + ", " + data::SqlValue(description) + ", " + guid +
+                          ")",
+                      "Select * from tblDossierTypes where TypeGuid = " + guid},
+                     [](data::Recordset& row, std::int32_t key) { SetNumber(row, "TypeId", key); });
+}
+
+void RemoveDossierType(const Store& store, std::int32_t typeId) {
+    store.Write("Delete from tblDossierTabs where DossierTypeId = " + Number(typeId));
+    store.Write("Delete from tblDossierTypes where TypeId = " + Number(typeId));
+}
+
 } // namespace kavidex::model

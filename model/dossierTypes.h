@@ -31,6 +31,15 @@ DossierType FindDossierType(const platform::Workstation& workstation,
                             const data::ConnectionPtr& connection, std::string_view name);
 std::vector<DossierTab> TabsOfType(const Store& store, std::int32_t typeId); // in their order
 
+// Within a transaction: others who want to change the type wait. False: it is gone.
+bool HoldType(const Store& store, std::int32_t typeId);
+// Makes the rows of the type those of `after`; one with an id keeps its row.
+void SaveTabs(const platform::Workstation& workstation, const Store& store, std::int32_t typeId,
+              const std::vector<DossierTab>& before, const std::vector<DossierTab>& after);
+std::int32_t AddDossierType(const platform::Workstation& workstation, const Store& store,
+                            std::string_view name, std::string_view description);
+void RemoveDossierType(const Store& store, std::int32_t typeId); // with its folders
+
 // What a row's column AutoCreate says.
 bool IsAutomatic(std::string_view autoCreate);
 
