@@ -17,6 +17,8 @@ constexpr Row rows[] = {
     {"--key", &Options::key},
     {"--description", &Options::description},
     {"--folders", &Options::folders},
+    {"--type", &Options::dossierType},
+    {"--checklist", &Options::checklist},
     {"--report", &Options::report},
     {"--close-when", &Options::closeWhen},
 };
@@ -25,7 +27,8 @@ constexpr Row rows[] = {
 
 const char* const usage =
     "kavidex-host [--database FILE] [--store FOLDER] [--key KEY] [--description TEXT]\n"
-    "             [--folders LIST] [--report FILE] [--close-when FILE] [DOCUMENT...]";
+    "             [--folders LIST] [--type DOSSIERTYPE] [--checklist TYPE]\n"
+    "             [--report FILE] [--close-when FILE] [DOCUMENT...]";
 
 Options ParseOptions(const std::vector<std::string>& words) {
     Options options;

@@ -14,6 +14,8 @@ struct Options {
     std::string folders;     // default folders of a dossier that is made now
     std::string report;      // file that tells what was done, line by line
     std::string closeWhen;   // the host ends when this file exists
+    std::string dossierType; // of the control; the default where there is none
+    std::string checklist;   // shown beside the documents
     std::vector<std::string> files;
 };
 

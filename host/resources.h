@@ -9,3 +9,7 @@
 #define ID_CONNECTION 202
 #define ID_EXIT 203
 #define ID_CLOSE_DOSSIER 204
+#define ID_CHECKLIST 205
+
+// The controls of an administrator, in the order of HostWindow's table.
+#define ID_ADMIN 220

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "com/controls/ControlFace.h"
+#include "com/model/faces.h"
 #include "controls/admin/FormControl.h"
 #include "controls/forms/win32/FormWindow.h"
 #include "controls/forms/win32/WindowsForms.h"
@@ -33,5 +34,10 @@ private:
 
 std::span<const EventRow> ChecklistEventTable();
 ComPtr<IDispatch> MakeCtlChecklist();
+
+std::span<const EventRow> AdministrationEventTable();
+ComPtr<IDispatch> MakeCtlRights();
+ComPtr<IDispatch> MakeCtlDefaultFolders();
+ComPtr<IDispatch> MakeCtlChecklistEditor();
 
 } // namespace kavidex::com

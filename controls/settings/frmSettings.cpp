@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
-#include "controls/admin/AdminControl.h"
+#include "controls/admin/ctlChecklistEditor.h"
+#include "controls/admin/ctlDefaultFolders.h"
+#include "controls/admin/ctlRights.h"
 #include "controls/settings/settingRows.h"
 #include "data/clsSettings.h"
 #include "data/transactions.h"
@@ -19,6 +21,28 @@
 namespace kavidex::controls {
 
 using forms::What;
+
+namespace {
+
+using Machine = platform::Workstation;
+
+struct Editor {
+    std::string_view button, right;
+    std::unique_ptr<AdminControl> (*make)(const Machine& workstation);
+};
+
+template <class Control>
+std::unique_ptr<AdminControl> Made(const Machine& workstation) {
+    return std::make_unique<Control>(workstation);
+}
+
+constexpr Editor editors[] = {
+    {"btnRights", "ReadEditRights", &Made<ctlRights>},
+    {"btnFolders", "ReadDossierType", &Made<ctlDefaultFolders>},
+    {"btnChecklists", "ReadDossierType", &Made<ctlChecklistEditor>},
+};
+
+} // namespace
 
 std::int32_t LanguageOption(const platform::Workstation& workstation) {
     const auto kept = platform::Val(platform::GetRegSetting(workstation, platform::applicationName,
@@ -40,6 +64,8 @@ frmSettings::frmSettings(const platform::Workstation& workstation, data::Connect
                    [this, &row](forms::FieldEvent&) { TestPath(row.field); });
     }
     lclForm.On("chkUseRights", What::Changed, [this](forms::FieldEvent&) { SwitchRights(); });
+    for (std::size_t i = 0; i < std::size(editors); ++i)
+        lclForm.On(editors[i].button, What::Clicked, [this, i](forms::FieldEvent&) { Open(i); });
     lclForm.On("btnOk", What::Clicked, [this](forms::FieldEvent&) { Accept(); });
 }
 
@@ -69,6 +95,7 @@ void frmSettings::Fill() {
     lclUse = Setting("Rights", "Use");
     lclForm["chkUseRights"].SetChecked(platform::EqualAsciiNoCase(lclUse, "true"));
     lclForm["chkUseRights"].SetEnabled(May("UpdateEditRights"));
+    for (const auto& editor : editors) lclForm[editor.button].SetEnabled(May(editor.right));
     ShowRights();
     FillOptions();
 }
@@ -139,6 +166,27 @@ bool frmSettings::AnAdministratorIsLeft() const {
     while (found && !platform::EqualAsciiNoCase(value, model::rightGranted))
         found = settings.GetNextSettingLike(value, section, key);
     return found;
+}
+
+// --- The editors of an administrator ------------------------------------------------------------
+
+void frmSettings::Open(std::size_t which) {
+    const auto& editor = editors[which];
+    if (!lclPresenter || !May(editor.right)) return;
+    const auto control = editor.make(lclWorkstation);
+    control->SetTranslate(lclTranslator);
+    control->SetUserAuth(lclUserAuth);
+    control->SetDossierType(DossierType);
+    control->SetDbConnection(lclConnection);
+    control->ShowModal(*lclPresenter);
+    // The rights' switch is on both; what was changed there holds.
+    lclForm.Guarded([this] {
+        const auto use = Setting("Rights", "Use");
+        if (use == lclUse) return;
+        lclUse = use;
+        lclForm["chkUseRights"].SetChecked(platform::EqualAsciiNoCase(use, "true"));
+        ShowRights();
+    });
 }
 
 // --- Writing ------------------------------------------------------------------------------------

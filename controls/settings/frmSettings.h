@@ -2,6 +2,7 @@
 // workstation, and the way to what an administrator works with.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -47,6 +48,7 @@ private:
     void SwitchRights();
     void ShowRights();
     void Accept();
+    void Open(std::size_t which); // an editor
     bool WriteSettings();
     void WriteOptions();
     std::string Setting(std::string_view section, std::string_view key) const;

@@ -11,6 +11,7 @@
 #include "controls/viewer/external/ctrlExtViewer.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "data/schema/clsUpdateDb.h"
+#include "model/Checklist.h"
 #include "model/IntegrityCheck.h"
 #include "model/clsCheckListType.h"
 #include "model/clsDocument.h"
@@ -20,6 +21,7 @@
 #include "model/clsTree.h"
 #include "model/clsUserAuth.h"
 #include "model/filing.h"
+#include "model/userRights.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/RecordingConnection.h"
 
@@ -69,6 +71,7 @@ public:
         Documents();
         Dossiers();
         RightsAndChecklists();
+        Administration();
         model::CheckIntegrity(machine, connection);
         Controls();
         return connection->statements;
@@ -175,6 +178,45 @@ private:
         list.GetType("A", "B");
         list.CreateField(1, "Paspoort", 1, "Paspoort", "tif");
         list.UpdateCurrentType();
+    }
+
+    void Administration() {
+        const model::Store store(connection);
+        const auto type = model::AddDossierType(machine, store, "Schade", "Schade");
+        model::HoldType(store, type);
+        model::SaveTabs(machine, store, type, {}, {{0, "Post", "B", 1, true}});
+        const auto tabs = model::TabsOfType(store, type);
+        auto changed = tabs;
+        changed.front().automatic = false;
+        model::SaveTabs(machine, store, type, tabs, changed);
+        kept->Execute("insert into tblCheckListFields (TabType, IntOrder, FieldDescription, "
+                      "NumberToRecieve) values ('Schade^B', 1, 'Brief', 1)");
+        const auto open = Tree(tree->TreeId());
+        model::Checklist list(machine);
+        list.Load(connection, "Schade", open.get());
+        model::ChecklistValue said;
+        said.present = true;
+        list.Say(0, said);
+        said.present = false;
+        list.Say(0, said);
+        model::SaveTabs(machine, store, type, changed, {});
+        model::RemoveDossierType(store, type);
+        model::DossierTypes(machine, connection);
+
+        const auto place = model::MakeUserTree(machine, store, "Gebruikers");
+        model::RightsHolder group{-1, 0, true, "Groep", {}}, user{-2, 0, false, "Piet", {}};
+        group.id = model::AddHolder(machine, store, place, group);
+        user.rights.set(3);
+        user.id = model::AddHolder(machine, store, place, user);
+        auto renamed = user;
+        renamed.name = "Klaas";
+        renamed.group = group.id;
+        renamed.rights.reset();
+        model::MoveRights(machine, store, user.name, renamed.name);
+        model::ChangeHolder(machine, store, place, user, renamed);
+        model::LoadHolders(machine, store);
+        model::RemoveRights(machine, store, renamed.name);
+        model::RemoveHolder(store, renamed.id);
     }
 
     void Controls() {

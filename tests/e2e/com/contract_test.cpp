@@ -190,7 +190,8 @@ TEST_F(Contract, EveryEventHasItsRowAndTheOtherWayRound) {
                    {DIID__ctrlCorrespondenceEvents, com::BinderEventTable()},
                    {DIID__ctrlNoteEvents, com::NoteEventTable()},
                    {DIID__ctrlExtViewerEvents, com::ExtViewerEventTable()},
-                   {DIID__ctlChecklistEvents, com::ChecklistEventTable()}};
+                   {DIID__ctlChecklistEvents, com::ChecklistEventTable()},
+                   {DIID__ctlAdministrationEvents, com::AdministrationEventTable()}};
     for (const auto& source : sources) {
         const auto info = Find(source.iid);
         ASSERT_TRUE(info);
@@ -206,7 +207,7 @@ TEST_F(Contract, EveryEventTellsWhatItsParametersAreAndTheOlderOnesThatTheyAreNo
         [](const IID& a, const IID& b) { return std::memcmp(&a, &b, sizeof a) < 0; });
     for (const IID& iid :
          {DIID__ctrlTreeEvents, DIID__ctrlCorrespondenceEvents, DIID__ctrlNoteEvents,
-          DIID__ctrlExtViewerEvents, DIID__ctlChecklistEvents}) {
+          DIID__ctrlExtViewerEvents, DIID__ctlChecklistEvents, DIID__ctlAdministrationEvents}) {
         const auto info = Find(iid);
         ASSERT_TRUE(info);
         for (const auto& [key, entry] : Read(*info)) {
