@@ -36,6 +36,8 @@ const ClassRow table[] = {
      &DIID__ctlAdministration, &DIID__ctlAdministrationEvents, control, &MakeCtlDefaultFolders},
     {L"ctlChecklistEditor", L"Kavidex checklist editor", &CLSID_ctlChecklistEditor,
      &DIID__ctlAdministration, &DIID__ctlAdministrationEvents, control, &MakeCtlChecklistEditor},
+    {L"ctlPost", L"Kavidex post distribution", &CLSID_ctlPost, &DIID__ctlAdministration,
+     &DIID__ctlAdministrationEvents, control, &MakeCtlPost},
     {L"EmbeddedDatabase", L"Kavidex embedded database", &CLSID_EmbeddedDatabase,
      &DIID__EmbeddedDatabase, nullptr, 0, &NewEmbeddedDatabase},
     {L"clsTable", L"Kavidex table", &CLSID_clsTable, &DIID__clsTable, nullptr, 0, &NewTable},

@@ -31,6 +31,7 @@ constexpr Administration administration[] = {
     {L"Kavidex.ctlRights", "Users and rights"},
     {L"Kavidex.ctlDefaultFolders", "Default folders"},
     {L"Kavidex.ctlChecklistEditor", "Checklists"},
+    {L"Kavidex.ctlPost", "Post"},
 };
 
 void Complain(HWND owner, const std::exception& error) {

@@ -15,37 +15,6 @@
 namespace kavidex::model {
 namespace {
 
-// Letters, digits and a few marks stand for themselves; every other byte is ~ and two digits. So a
-// section names one user whatever the database's code page, quotes and wildcards.
-std::string Plain(std::string_view text) {
-    constexpr std::string_view digits = "0123456789abcdef", marks = " .-@";
-    std::string plain;
-    for (const char c : text) {
-        const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-        if (letter || (c >= '0' && c <= '9') || marks.find(c) != std::string_view::npos) {
-            plain += c;
-            continue;
-        }
-        const auto byte = static_cast<unsigned char>(c);
-        plain.append({'~', digits[byte >> 4], digits[byte & 15]});
-    }
-    return plain;
-}
-
-std::string FromPlain(std::string_view plain) {
-    const auto digit = [](char c) { return c <= '9' ? c - '0' : (c | 32) - 'a' + 10; };
-    std::string text;
-    for (std::size_t i = 0; i < plain.size(); ++i) {
-        if (plain[i] == '~' && i + 2 < plain.size()) {
-            text += static_cast<char>(digit(plain[i + 1]) * 16 + digit(plain[i + 2]));
-            i += 2;
-        } else {
-            text += plain[i];
-        }
-    }
-    return text;
-}
-
 // The connections whose users know already: every menu asks for its rights.
 class Told {
 public:
@@ -74,8 +43,37 @@ Told& Unreadable() {
 
 } // namespace
 
+std::string PlainText(std::string_view text) {
+    constexpr std::string_view digits = "0123456789abcdef", marks = " .-@";
+    std::string plain;
+    for (const char c : text) {
+        const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+        if (letter || (c >= '0' && c <= '9') || marks.find(c) != std::string_view::npos) {
+            plain += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        plain.append({'~', digits[byte >> 4], digits[byte & 15]});
+    }
+    return plain;
+}
+
+std::string FromPlainText(std::string_view plain) {
+    const auto digit = [](char c) { return c <= '9' ? c - '0' : (c | 32) - 'a' + 10; };
+    std::string text;
+    for (std::size_t i = 0; i < plain.size(); ++i) {
+        if (plain[i] == '~' && i + 2 < plain.size()) {
+            text += static_cast<char>(digit(plain[i + 1]) * 16 + digit(plain[i + 2]));
+            i += 2;
+        } else {
+            text += plain[i];
+        }
+    }
+    return text;
+}
+
 std::string RightsSection(std::string_view user) {
-    return "Rights." + Plain(platform::Trim(user));
+    return "Rights." + PlainText(platform::Trim(user));
 }
 
 bool UseRights(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
@@ -144,13 +142,13 @@ bool clsUserAuth::Ready(std::string_view user) const {
 // Reads the rows itself: the settings take a failing look-up for "none", and rights must not be
 // lost because the database did not answer.
 clsUserAuth::Pairs clsUserAuth::Read(std::string_view user) const {
-    const data::RecordsetPtr rows =
-        Store(lclConnection)
-            .Read("Select * from tblSettings where Section = " + data::SqlValue(RightsSection(user)));
+    const data::RecordsetPtr rows = Store(lclConnection)
+                                        .Read("Select * from tblSettings where Section = " +
+                                              data::SqlValue(RightsSection(user)));
     Pairs pairs;
     for (; !rows->Eof(); rows->MoveNext())
-        pairs.emplace_back(FromPlain(TrimmedText(rows->Get("SKey"))),
-                           FromPlain(TrimmedText(rows->Get("Value"))));
+        pairs.emplace_back(FromPlainText(TrimmedText(rows->Get("SKey"))),
+                           FromPlainText(TrimmedText(rows->Get("Value"))));
     return pairs;
 }
 
@@ -161,10 +159,10 @@ bool clsUserAuth::Save(std::string_view user, const Pairs& pairs) const {
     const std::string section = RightsSection(user);
     for (const auto& [key, value] : pairs) {
         if (key.empty()) continue;
-        settings.SetSetting(section, Plain(key), Plain(value));
+        settings.SetSetting(section, PlainText(key), PlainText(value));
         std::string written;
-        const bool found = settings.GetSetting(section, Plain(key), written);
-        if (found && written == Plain(value)) continue;
+        const bool found = settings.GetSetting(section, PlainText(key), written);
+        if (found && written == PlainText(value)) continue;
         lclWorkstation.log.Write("clsUserAuth.SaveRights", key + " was not stored");
         return false;
     }
@@ -174,7 +172,8 @@ bool clsUserAuth::Save(std::string_view user, const Pairs& pairs) const {
 bool clsUserAuth::Erase(std::string_view user) const {
     data::clsSettings settings(lclWorkstation);
     settings.SetDbConnection(lclConnection);
-    for (const auto& pair : Read(user)) settings.DeleteSetting(RightsSection(user), Plain(pair.first));
+    for (const auto& pair : Read(user))
+        settings.DeleteSetting(RightsSection(user), PlainText(pair.first));
     return Read(user).empty();
 }
 

@@ -39,5 +39,6 @@ std::span<const EventRow> AdministrationEventTable();
 ComPtr<IDispatch> MakeCtlRights();
 ComPtr<IDispatch> MakeCtlDefaultFolders();
 ComPtr<IDispatch> MakeCtlChecklistEditor();
+ComPtr<IDispatch> MakeCtlPost();
 
 } // namespace kavidex::com

@@ -2,7 +2,10 @@
 #include "com/controls/adminFaces.h"
 #include "controls/admin/ctlChecklistEditor.h"
 #include "controls/admin/ctlDefaultFolders.h"
+#include "controls/admin/ctlPost.h"
 #include "controls/admin/ctlRights.h"
+#include "controls/forms/win32/ControlPane.h"
+#include "controls/viewer/win32/MakeViewerWindow.h"
 #include "kavidex_idl.h"
 
 namespace kavidex::com {
@@ -15,6 +18,11 @@ template <class L>
 class AdminFace final : public FormControlFace<L> {
 public:
     explicit AdminFace(const CLSID& clsid) : FormControlFace<L>(*FindClass(clsid)) {
+        if constexpr (requires { this->Logic().Viewer(); })
+            this->Logic().Form()["panViewer"].SetPane(
+                std::make_unique<controls::forms::win32::ControlPane>(
+                    controls::win32::MakeViewerWindow(this->Logic().Viewer(),
+                                                      platform::TheWorkstation())));
         this->On(this->Logic().EvChanged, [this] { this->Raise(EventId(events, L"EvChanged")); });
         this->On(this->Logic().EvSaved, [this] { this->Raise(EventId(events, L"EvSaved")); });
     }
@@ -55,5 +63,7 @@ ComPtr<IDispatch> MakeCtlDefaultFolders() {
 ComPtr<IDispatch> MakeCtlChecklistEditor() {
     return Make<AdminFace<controls::ctlChecklistEditor>>(CLSID_ctlChecklistEditor);
 }
+
+ComPtr<IDispatch> MakeCtlPost() { return Make<AdminFace<controls::ctlPost>>(CLSID_ctlPost); }
 
 } // namespace kavidex::com

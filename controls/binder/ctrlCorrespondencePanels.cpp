@@ -5,6 +5,7 @@
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/checklist/ctlChecklist.h"
 #include "controls/common/OwnTranslator.h"
+#include "controls/forms/Field.h"
 #include "controls/settings/frmSettings.h"
 #include "controls/splitter/ctlSplitPanel.h"
 #include "controls/tree/ctrlTree.h"
@@ -76,6 +77,9 @@ void ctrlCorrespondence::ShowSettings() {
     frmSettings settings(lclWorkstation, DbConnection(), lclTranslator, lclUserAuth);
     settings.DossierType = lclState.DossierType;
     settings.Language = lclState.Language;
+    settings.showViewer = [this](ctlViewer& viewer) {
+        return lclWindow ? lclWindow->MakePane(viewer) : nullptr;
+    };
     settings.Show(*presenter);
     lclAssignment->ReadTemplatePath();
     lclState.TemplatePath = lclAssignment->TemplatePath();

@@ -4,6 +4,7 @@
 
 #include "controls/admin/ctlChecklistEditor.h"
 #include "controls/admin/ctlDefaultFolders.h"
+#include "controls/admin/ctlPost.h"
 #include "controls/admin/ctlRights.h"
 #include "controls/settings/settingRows.h"
 #include "data/clsSettings.h"
@@ -40,6 +41,7 @@ constexpr Editor editors[] = {
     {"btnRights", "ReadEditRights", &Made<ctlRights>},
     {"btnFolders", "ReadDossierType", &Made<ctlDefaultFolders>},
     {"btnChecklists", "ReadDossierType", &Made<ctlChecklistEditor>},
+    {"btnPost", "ReadDossiers", &Made<ctlPost>},
 };
 
 } // namespace
@@ -177,6 +179,8 @@ void frmSettings::Open(std::size_t which) {
     control->SetTranslate(lclTranslator);
     control->SetUserAuth(lclUserAuth);
     control->SetDossierType(DossierType);
+    if (auto* post = dynamic_cast<ctlPost*>(control.get()); post && showViewer)
+        post->Form()["panViewer"].SetPane(showViewer(post->Viewer()));
     control->SetDbConnection(lclConnection);
     control->ShowModal(*lclPresenter);
     // The rights' switch is on both; what was changed there holds.

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -20,6 +21,8 @@ class clsUserAuth;
 
 namespace kavidex::controls {
 
+class ctlViewer;
+
 // The language of this workstation, a value of the binder's property; Dutch where none is kept.
 std::int32_t LanguageOption(const platform::Workstation& workstation);
 
@@ -32,6 +35,8 @@ public:
     // --- From the control, before it is shown ----------------------------------------------------
     std::string DossierType;   // which type's folders the editors begin with
     std::int32_t Language = 0; // as it is; as it shall be, once the dialog was left by OK
+
+    std::function<std::unique_ptr<forms::PaneContent>(ctlViewer&)> showViewer; // null: no window
 
     // False when the user cancels: nothing is written then.
     bool Show(forms::FormPresenter& presenter);

@@ -21,6 +21,7 @@
 #include "model/clsTree.h"
 #include "model/clsUserAuth.h"
 #include "model/filing.h"
+#include "model/post.h"
 #include "model/userRights.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/RecordingConnection.h"
@@ -215,6 +216,15 @@ private:
         model::MoveRights(machine, store, user.name, renamed.name);
         model::ChangeHolder(machine, store, place, user, renamed);
         model::LoadHolders(machine, store);
+        const auto inbox = model::PostFolder(machine, store, place, "Post");
+        const auto letter = tree->AddChildItem(0, "tif", nullptr, 1, "Brief", folder);
+        const model::NodeId letters[] = {letter->Id()};
+        model::GivePost(machine, store, place, folder, letters, renamed, "Lees dit");
+        const auto boxes = model::PostBoxes(store, place);
+        const auto box = boxes.at(renamed.id).folder;
+        model::PostIn(store, box);
+        model::TakePostBack(store, box, letters, inbox);
+        model::MarkPostOpened(machine, store, letter->Id());
         model::RemoveRights(machine, store, renamed.name);
         model::RemoveHolder(store, renamed.id);
     }

@@ -8,6 +8,7 @@
 #include "controls/common/win32/Look.h"
 #include "controls/common/win32/TabStops.h"
 #include "controls/common/win32/WindowClass.h"
+#include "controls/forms/win32/ControlPane.h"
 #include "controls/forms/win32/FormWindow.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/tree/win32/MakeTreeWindow.h"
@@ -153,6 +154,10 @@ void BinderWindowWin32::CloseScanner() {
     const auto scanner = std::move(lclScanner);
     if (lclSplitter.Handle()) lclSplitter.SetPanels(lclTree.get(), lclPanel.get());
     if (focused && lclTree) lclTree->TakeFocus();
+}
+
+std::unique_ptr<forms::PaneContent> BinderWindowWin32::MakePane(ctlViewer& viewer) {
+    return std::make_unique<forms::win32::ControlPane>(MakeViewerWindow(viewer, lclWorkstation));
 }
 
 void BinderWindowWin32::Repaint() {

@@ -60,6 +60,7 @@ public:
     }
     forms::FormPresenter* Forms() override { return &lclForms; }
     ScanPlace* Scanner() override { return this; }
+    std::unique_ptr<forms::PaneContent> MakePane(ctlViewer& viewer) override;
     void OpenScanner(const ScanSetup& setup) override;
     void CloseScanner() override;
 

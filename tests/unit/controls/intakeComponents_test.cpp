@@ -51,6 +51,7 @@ struct PlayedWindow : BinderWindow, ScanPlace {
     std::optional<std::size_t> ShowMenu(const PopupMenu&, std::string_view) override { return {}; }
     forms::FormPresenter* Forms() override { return &forms; }
     ScanPlace* Scanner() override { return this; }
+    std::unique_ptr<forms::PaneContent> MakePane(ctlViewer&) override { return nullptr; }
     void OpenScanner(const ScanSetup& setup) override {
         if (!scannerInstalled) throw platform::Error(platform::errors::notFound, "no class");
         scanner = setup;
