@@ -1,8 +1,6 @@
 // The rights editor: the users and groups of the installation, and what each of them may do.
 #pragma once
 
-#include <map>
-
 #include "controls/admin/AdminControl.h"
 #include "model/userRights.h"
 
@@ -14,6 +12,7 @@ public:
 
 private:
     using Holder = model::RightsHolder;
+    static constexpr std::string_view rightToChangeRights = "UpdateEditRights";
 
     void Read() override;
     void Show() override;
@@ -37,7 +36,7 @@ private:
     void Tick(const forms::FieldEvent& event);
     void Copy();
     void SwitchUse();
-    bool SomebodyMayChange() const;
+    static bool SomebodyMayChange(const std::vector<Holder>& holders);
 
     std::vector<Holder> lclStored, lclHolders;
     bool lclStoredUse = false, lclUse = false;

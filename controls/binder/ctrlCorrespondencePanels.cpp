@@ -48,6 +48,7 @@ void ctrlCorrespondence::SetShowCheckList(const std::string& type) {
     const auto trimmed = platform::Trim(type);
     lclChecklistOpen = !trimmed.empty();
     Change(&BinderProperties::ShowCheckList, trimmed);
+    ShowInChecklist();
 }
 
 bool ctrlCorrespondence::ChecklistShown() const {

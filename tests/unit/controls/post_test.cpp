@@ -4,6 +4,7 @@
 #include "controls/admin/ctlPost.h"
 #include "data/clsSettings.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "data/schema/clsUpdateDb.h"
 #include "model/treeRows.h"
 #include "tests/fakes/FakeForms.h"
 #include "tests/fakes/FakeWorkstation.h"
@@ -23,6 +24,9 @@ struct Post : testing::Test {
     std::unique_ptr<ctlPost> post;
 
     void SetUp() override {
+        data::clsUpdateDb update(machine);
+        update.SetDbConnection(database);
+        update.fncUpdateDb();
         machine.files.CreateDirectories(machine.Path("store"));
         data::clsSettings settings(machine);
         settings.SetDbConnection(database);

@@ -5,6 +5,7 @@
 #include "controls/admin/ctlRights.h"
 #include "data/clsSettings.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "data/schema/clsUpdateDb.h"
 #include "model/clsUserAuth.h"
 #include "tests/fakes/FakeForms.h"
 #include "tests/fakes/FakeWorkstation.h"
@@ -23,8 +24,14 @@ struct RightsEditor : testing::Test {
     std::shared_ptr<tests::RecordingConnection> connection =
         std::make_shared<tests::RecordingConnection>("ACCESS", database);
     tests::FakeForms forms;
-    std::unique_ptr<ctlRights> editor = Make();
+    std::unique_ptr<ctlRights> editor;
 
+    void SetUp() override {
+        data::clsUpdateDb update(machine);
+        update.SetDbConnection(database);
+        update.fncUpdateDb();
+        editor = Make();
+    }
     std::unique_ptr<ctlRights> Make() {
         auto made = std::make_unique<ctlRights>(machine);
         made->presenter = [this] { return &forms; };
