@@ -10,6 +10,7 @@
 #include "controls/viewer/ctlViewer.h"
 #include "controls/viewer/external/ctrlExtViewer.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "data/modData.h"
 #include "data/schema/clsUpdateDb.h"
 #include "model/Checklist.h"
 #include "model/IntegrityCheck.h"
@@ -41,6 +42,14 @@ public:
     }
     // The rows behind know no locking reads.
     data::RecordsetPtr Open(const data::Command& command) override {
+        if (command.type == data::CommandType::StoredProcedure && command.text == "AddToSettings") {
+            statements.push_back(command.text);
+            std::string values;
+            for (const auto& given : command.parameters)
+                values += (values.empty() ? "" : ", ") + data::SqlValue(data::ToText(given.value));
+            return inner->Open(
+                {"insert into tblSettings (Section, SKey, [Value]) values (" + values + ")"});
+        }
         constexpr std::string_view lock = " for update";
         if (!command.text.ends_with(lock)) return RecordingConnection::Open(command);
         statements.push_back(command.text);
