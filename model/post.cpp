@@ -35,9 +35,10 @@ void Forget(const Store& store, NodeId item) {
     store.Write("Delete from tblSettings where Section = " + data::SqlValue(SectionOf(item)));
 }
 
-void ReadFacts(const Store& store, PostItem& item) {
-    const auto rows = store.Read("Select * from tblSettings where Section = " +
-                                 data::SqlValue(SectionOf(item.id)));
+void ReadFacts(const Store& store, PostItem& item, bool now) {
+    const auto statement =
+        "Select * from tblSettings where Section = " + data::SqlValue(SectionOf(item.id));
+    const auto rows = now ? store.ReadNow(statement) : store.Read(statement);
     for (; !rows->Eof(); rows->MoveNext()) {
         const auto key = TrimmedText(rows->Get("SKey"));
         const auto value = FromPlainText(TrimmedText(rows->Get("Value")));
@@ -107,7 +108,7 @@ std::vector<PostItem> PostIn(const Store& store, NodeId folder) {
         item.document = data::ToInt32(rows->Get(3));
         if (!fncCanHaveChildren(item.type)) items.push_back(std::move(item));
     }
-    for (auto& item : items) ReadFacts(store, item);
+    for (auto& item : items) ReadFacts(store, item, false);
     return items;
 }
 
@@ -156,7 +157,7 @@ PostResult TakePostBack(const Store& store, NodeId folder, std::span<const NodeI
         if (!HoldIn(store, id, folder)) return PostResult::Gone;
         PostItem item;
         item.id = id;
-        ReadFacts(store, item);
+        ReadFacts(store, item, true);
         if (item.opened) return PostResult::Gone;
         const auto target = item.from > 0 && HasRow(store, item.from) ? item.from : otherwise;
         HoldNode(store, target);

@@ -314,7 +314,8 @@ bool ctlChecklistEditor::MaySave() {
 
 void ctlChecklistEditor::Write(const model::Store& store) {
     // Others who save a list of this type wait.
-    model::HoldType(store, model::FindDossierType(Machine(), DbConnection(), lclType).id);
+    for (const auto& type : lclTypes)
+        if (type.name == lclType) model::HoldType(store, type.id);
     if (Load(Key()) != lclStored) throw ChangedMeanwhile{Key()};
     model::clsCheckListType list(Machine());
     list.SetDbConnection(store.Connection());

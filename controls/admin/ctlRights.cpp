@@ -114,8 +114,11 @@ void ctlRights::Read() {
     lclStored.clear();
     lclHolders.clear();
     lclStoredUse = lclUse = false;
+    lclPlace = {};
     if (!DbConnection() || !May("ReadEditRights")) return;
-    lclStored = model::LoadHolders(Machine(), model::Store(DbConnection()));
+    const model::Store store(DbConnection());
+    lclPlace = model::FindUserTree(Machine(), store);
+    lclStored = model::LoadHolders(Machine(), store);
     lclHolders = lclStored;
     const auto use = model::ReadSetting(Machine(), DbConnection(), "Rights", "Use");
     lclStoredUse = lclUse = use && platform::EqualAsciiNoCase(*use, "true");

@@ -38,6 +38,7 @@ private:
     void SwitchUse();
     static bool SomebodyMayChange(const std::vector<Holder>& holders);
 
+    model::UserTree lclPlace;
     std::vector<Holder> lclStored, lclHolders;
     bool lclStoredUse = false, lclUse = false;
     std::int32_t lclNext = -1; // the id of the next new one

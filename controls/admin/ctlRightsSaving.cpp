@@ -38,8 +38,9 @@ bool ctlRights::MaySave() {
 }
 
 void ctlRights::Write(const model::Store& store) {
+    // Held before anything is read: what is read then is what others have left.
+    if (lclPlace.tree != 0) model::HoldNode(store, lclPlace.users);
     const auto place = model::MakeUserTree(Machine(), store, Text("Gebruikers en groepen"));
-    model::HoldNode(store, place.users);
     const auto now = model::LoadHolders(Machine(), store);
     const auto stored = [&](std::int32_t id) -> const Holder* {
         const auto found =
