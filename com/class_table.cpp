@@ -2,6 +2,7 @@
 
 #include <olectl.h>
 
+#include "com/controls/adminFaces.h"
 #include "com/controls/ctlViewerFace.h"
 #include "com/controls/ctrlCorrespondenceFace.h"
 #include "com/controls/ctrlExtViewerFace.h"
@@ -51,6 +52,18 @@ const ClassRow table[] = {
      &MakeCtrlExtViewer,
      104,
      {120, 60}},
+    {L"ctlChecklist", L"Kavidex checklist control", &CLSID_ctlChecklist, &DIID__ctlChecklist,
+     &DIID__ctlChecklistEvents, control, &MakeCtlChecklist, 106},
+    {L"ctlRights", L"Kavidex rights editor", &CLSID_ctlRights, &DIID__ctlAdministration,
+     &DIID__ctlAdministrationEvents, control, &MakeCtlRights, 100},
+    {L"ctlDefaultFolders", L"Kavidex editor of default folders", &CLSID_ctlDefaultFolders,
+     &DIID__ctlAdministration, &DIID__ctlAdministrationEvents, control, &MakeCtlDefaultFolders,
+     100},
+    {L"ctlChecklistEditor", L"Kavidex checklist editor", &CLSID_ctlChecklistEditor,
+     &DIID__ctlAdministration, &DIID__ctlAdministrationEvents, control, &MakeCtlChecklistEditor,
+     100},
+    {L"ctlPost", L"Kavidex post distribution", &CLSID_ctlPost, &DIID__ctlAdministration,
+     &DIID__ctlAdministrationEvents, control, &MakeCtlPost, 100},
     {L"EmbeddedDatabase", L"Kavidex embedded database", &CLSID_EmbeddedDatabase,
      &DIID__EmbeddedDatabase, nullptr, 0, &NewEmbeddedDatabase},
     {L"clsTable", L"Kavidex table", &CLSID_clsTable, &DIID__clsTable, nullptr, 0, &NewTable},

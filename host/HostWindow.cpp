@@ -9,6 +9,7 @@
 #include "host/resources.h"
 #include "platform/Error.h"
 #include "platform/text.h"
+#include "platform/win32/Late.h"
 #include "platform/win32/Variant.h"
 
 namespace kavidex::host {
@@ -22,6 +23,18 @@ constexpr char noDossier[] = "No binder is open: choose Binder, Open (Ctrl+O)";
 constexpr UINT startMessage = WM_APP + 1;
 constexpr UINT_PTR closeTimer = 1;
 
+// In the order of the menu.
+struct Administration {
+    const wchar_t* progId;
+    const char* title;
+};
+constexpr Administration administration[] = {
+    {L"Kavidex.ctlRights", "Users and rights"},
+    {L"Kavidex.ctlDefaultFolders", "Default folders"},
+    {L"Kavidex.ctlChecklistEditor", "Checklists"},
+    {L"Kavidex.ctlPost", "Post"},
+};
+
 void Complain(HWND owner, const std::exception& error) {
     MessageBoxW(owner, ToWide(error.what()).c_str(), title, MB_OK | MB_ICONEXCLAMATION);
 }
@@ -31,6 +44,7 @@ void Complain(HWND owner, const std::exception& error) {
 HostWindow::HostWindow(Options options) : lclOptions(std::move(options)) {}
 
 HostWindow::~HostWindow() {
+    lclFrames.clear();
     lclSession.reset();
     if (lclSite) lclSite->Release();
 }
@@ -104,6 +118,7 @@ LRESULT HostWindow::Handle(UINT message, WPARAM wparam, LPARAM lparam) {
         return 0;
     case WM_CLOSE: Close(); return 0;
     case WM_DESTROY:
+        lclFrames.clear();
         if (lclSession) lclSession->CloseDossier();
         lclSession.reset();
         if (lclSite) lclSite->Close();
@@ -164,6 +179,11 @@ void HostWindow::Start() {
         lclSession->Connect(lclOptions.database, lclOptions.store);
         Report("database " + lclOptions.database);
     }
+    const platform::win32::Late binder(platform::win32::ComPtr<IDispatch>(lclSite->Control()));
+    if (!lclOptions.dossierType.empty())
+        binder.Put(L"DossierType", {platform::win32::Variant(lclOptions.dossierType)});
+    if (!lclOptions.checklist.empty())
+        binder.Put(L"ShowCheckList", {platform::win32::Variant(lclOptions.checklist)});
     if (!lclOptions.key.empty()) OpenDossier(lclOptions.key, lclOptions.description);
     if (!lclOptions.files.empty()) AddFiles(lclOptions.files);
     lclSite->Focus();
@@ -189,9 +209,12 @@ void HostWindow::Command(int id) {
         Say(Own(noDossier));
         break;
     case ID_CONNECTION: AskConnection(); break;
+    case ID_CHECKLIST: ShowChecklist(); break;
     case ID_EXIT: Close(); break;
     default:
         if (id >= ID_LANGUAGE && id < ID_LANGUAGE + languages) Speak(id - ID_LANGUAGE);
+        if (id >= ID_ADMIN && id < ID_ADMIN + static_cast<int>(std::size(administration)))
+            ShowAdministration(static_cast<std::size_t>(id - ID_ADMIN));
         break;
     }
 }
@@ -228,7 +251,26 @@ void HostWindow::AskFiles() {
 void HostWindow::AskConnection() {
     if (!lclSession) return;
     std::string database = lclSession->Database(), store = lclSession->Store();
-    if (host::AskConnection(lclWindow, database, store)) lclSession->Connect(database, store);
+    if (!host::AskConnection(lclWindow, database, store)) return;
+    lclFrames.clear(); // they show the other one
+    lclSession->Connect(database, store);
+}
+
+void HostWindow::ShowAdministration(std::size_t which) {
+    if (!lclSession || lclSession->Database().empty()) AskConnection();
+    if (!lclSession || lclSession->Database().empty()) return;
+    std::erase_if(lclFrames, [](const auto& frame) { return !frame->IsOpen(); });
+    lclFrames.push_back(std::make_unique<ControlFrame>(lclWindow, administration[which].progId,
+                                                       administration[which].title,
+                                                       lclSession->Connection()));
+}
+
+// The panel beside the documents, by the type of the dossier.
+void HostWindow::ShowChecklist() {
+    const platform::win32::Late binder(platform::win32::ComPtr<IDispatch>(lclSite->Control()));
+    const bool shown = !binder.Get(L"ShowCheckList").ToText().empty();
+    binder.Put(L"ShowCheckList",
+               {shown ? platform::win32::Variant("") : binder.Get(L"DossierType")});
 }
 
 void HostWindow::OpenDossier(const std::string& key, const std::string& description) {
@@ -278,6 +320,9 @@ void HostWindow::Loop() {
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         const bool key = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
         if (key && lclSite && lclSite->TranslateKey(message)) continue;
+        if (key && std::any_of(lclFrames.begin(), lclFrames.end(),
+                               [&](const auto& frame) { return frame->TranslateKey(message); }))
+            continue;
         if (TranslateAcceleratorW(lclWindow, keys, &message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/ControlFrame.h"
 #include "host/Options.h"
 #include "host/Session.h"
 #include "platform/win32/ole/ControlSite.h"
@@ -33,6 +34,8 @@ private:
     void AskDossier();
     void AskFiles();
     void AskConnection();
+    void ShowAdministration(std::size_t which);
+    void ShowChecklist();
     void OpenDossier(const std::string& key, const std::string& description);
     void AddFiles(const std::vector<std::string>& files);
     void OnEvent(const std::string& name, const std::vector<std::string>& arguments);
@@ -46,6 +49,7 @@ private:
     HWND lclStatus = nullptr;
     platform::win32::ControlSite* lclSite = nullptr;
     std::unique_ptr<Session> lclSession;
+    std::vector<std::unique_ptr<ControlFrame>> lclFrames;
     long lclFolder = 0; // the folder selected last; 0: the top
     bool lclActive = false;
     int lclLanguage = 0;

@@ -15,6 +15,7 @@ constexpr Row rows[] = {
     {"--database", &Options::database}, {"--store", &Options::store},
     {"--key", &Options::key},           {"--description", &Options::description},
     {"--folders", &Options::folders},   {"--language", &Options::language},
+    {"--type", &Options::dossierType},  {"--checklist", &Options::checklist},
     {"--report", &Options::report},     {"--close-when", &Options::closeWhen},
 };
 
@@ -22,8 +23,8 @@ constexpr Row rows[] = {
 
 const char* const usage =
     "kavidex-host [--database FILE] [--store FOLDER] [--key KEY] [--description TEXT]\n"
-    "             [--folders LIST] [--language NUMBER] [--report FILE] [--close-when FILE] "
-    "[DOCUMENT...]";
+    "             [--folders LIST] [--language NUMBER] [--type DOSSIERTYPE] [--checklist TYPE]\n"
+    "             [--report FILE] [--close-when FILE] [DOCUMENT...]";
 
 Options ParseOptions(const std::vector<std::string>& words) {
     Options options;

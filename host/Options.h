@@ -15,6 +15,8 @@ struct Options {
     std::string language;    // its number, as the control counts: 0 Dutch, 1 English, ...
     std::string report;      // file that tells what was done, line by line
     std::string closeWhen;   // the host ends when this file exists
+    std::string dossierType; // of the control; the default where there is none
+    std::string checklist;   // shown beside the documents
     std::vector<std::string> files;
 };
 

@@ -30,6 +30,7 @@ public:
 
     const std::string& Database() const { return lclDatabase; }
     const std::string& Store() const { return lclStore; }
+    const platform::win32::ComPtr<IDispatch>& Connection() const { return lclConnection; }
     const std::string& Key() const { return lclKey; }
 
 private:

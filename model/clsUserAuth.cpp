@@ -17,37 +17,6 @@
 namespace kavidex::model {
 namespace {
 
-// Letters, digits and a few marks stand for themselves; every other byte is ~ and two digits. So a
-// section names one user whatever the database's code page, quotes and wildcards.
-std::string Plain(std::string_view text) {
-    constexpr std::string_view digits = "0123456789abcdef", marks = " .-@";
-    std::string plain;
-    for (const char c : text) {
-        const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-        if (letter || (c >= '0' && c <= '9') || marks.find(c) != std::string_view::npos) {
-            plain += c;
-            continue;
-        }
-        const auto byte = static_cast<unsigned char>(c);
-        plain.append({'~', digits[byte >> 4], digits[byte & 15]});
-    }
-    return plain;
-}
-
-std::string FromPlain(std::string_view plain) {
-    const auto digit = [](char c) { return c <= '9' ? c - '0' : (c | 32) - 'a' + 10; };
-    std::string text;
-    for (std::size_t i = 0; i < plain.size(); ++i) {
-        if (plain[i] == '~' && i + 2 < plain.size()) {
-            text += static_cast<char>(digit(plain[i + 1]) * 16 + digit(plain[i + 2]));
-            i += 2;
-        } else {
-            text += plain[i];
-        }
-    }
-    return text;
-}
-
 // The connections whose users know already: every menu asks for its rights.
 class Told {
 public:
@@ -74,9 +43,40 @@ Told& Unreadable() {
     return told;
 }
 
-std::string SectionOf(std::string_view user) { return "Rights." + Plain(platform::Trim(user)); }
-
 } // namespace
+
+std::string PlainText(std::string_view text) {
+    constexpr std::string_view digits = "0123456789abcdef", marks = " .-@";
+    std::string plain;
+    for (const char c : text) {
+        const bool letter = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+        if (letter || (c >= '0' && c <= '9') || marks.find(c) != std::string_view::npos) {
+            plain += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        plain.append({'~', digits[byte >> 4], digits[byte & 15]});
+    }
+    return plain;
+}
+
+std::string FromPlainText(std::string_view plain) {
+    const auto digit = [](char c) { return c <= '9' ? c - '0' : (c | 32) - 'a' + 10; };
+    std::string text;
+    for (std::size_t i = 0; i < plain.size(); ++i) {
+        if (plain[i] == '~' && i + 2 < plain.size()) {
+            text += static_cast<char>(digit(plain[i + 1]) * 16 + digit(plain[i + 2]));
+            i += 2;
+        } else {
+            text += plain[i];
+        }
+    }
+    return text;
+}
+
+std::string RightsSection(std::string_view user) {
+    return "Rights." + PlainText(platform::Trim(user));
+}
 
 bool UseRights(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
                const data::Translation& translation) {
@@ -145,13 +145,13 @@ bool clsUserAuth::Ready(std::string_view user) const {
 // Reads the rows itself: the settings take a failing look-up for "none", and rights must not be
 // lost because the database did not answer.
 clsUserAuth::Pairs clsUserAuth::Read(std::string_view user) const {
-    const data::RecordsetPtr rows =
-        Store(lclConnection)
-            .Read("Select * from tblSettings where Section = " + data::SqlValue(SectionOf(user)));
+    const data::RecordsetPtr rows = Store(lclConnection)
+                                        .Read("Select * from tblSettings where Section = " +
+                                              data::SqlValue(RightsSection(user)));
     Pairs pairs;
     for (; !rows->Eof(); rows->MoveNext())
-        pairs.emplace_back(FromPlain(TrimmedText(rows->Get("SKey"))),
-                           FromPlain(TrimmedText(rows->Get("Value"))));
+        pairs.emplace_back(FromPlainText(TrimmedText(rows->Get("SKey"))),
+                           FromPlainText(TrimmedText(rows->Get("Value"))));
     return pairs;
 }
 
@@ -159,13 +159,13 @@ clsUserAuth::Pairs clsUserAuth::Read(std::string_view user) const {
 bool clsUserAuth::Save(std::string_view user, const Pairs& pairs) const {
     data::clsSettings settings(lclWorkstation);
     settings.SetDbConnection(lclConnection);
-    const std::string section = SectionOf(user);
+    const std::string section = RightsSection(user);
     for (const auto& [key, value] : pairs) {
         if (key.empty()) continue;
-        settings.SetSetting(section, Plain(key), Plain(value));
+        settings.SetSetting(section, PlainText(key), PlainText(value));
         std::string written;
-        const bool found = settings.GetSetting(section, Plain(key), written);
-        if (found && written == Plain(value)) continue;
+        const bool found = settings.GetSetting(section, PlainText(key), written);
+        if (found && written == PlainText(value)) continue;
         lclWorkstation.log.Write("clsUserAuth.SaveRights", key + " was not stored");
         return false;
     }
@@ -175,7 +175,8 @@ bool clsUserAuth::Save(std::string_view user, const Pairs& pairs) const {
 bool clsUserAuth::Erase(std::string_view user) const {
     data::clsSettings settings(lclWorkstation);
     settings.SetDbConnection(lclConnection);
-    for (const auto& pair : Read(user)) settings.DeleteSetting(SectionOf(user), Plain(pair.first));
+    for (const auto& pair : Read(user))
+        settings.DeleteSetting(RightsSection(user), PlainText(pair.first));
     return Read(user).empty();
 }
 
@@ -218,11 +219,11 @@ bool clsUserAuth::DeleteRights() {
 
 bool clsUserAuth::RenameUser(std::string_view oldName, std::string_view newName) {
     if (!Ready(oldName) || !Ready(newName)) return false;
-    if (SectionOf(oldName) == SectionOf(newName)) return true;
+    if (RightsSection(oldName) == RightsSection(newName)) return true;
     return Whole("clsUserAuth.RenameUser", [&] {
         const Pairs pairs = Read(oldName);
         // Databases compare without case: to them the two may be one name.
-        if (platform::EqualNoCase(SectionOf(oldName), SectionOf(newName)))
+        if (platform::EqualNoCase(RightsSection(oldName), RightsSection(newName)))
             return Erase(oldName) && Save(newName, pairs);
         return Erase(newName) && Save(newName, pairs) && Erase(oldName);
     });

@@ -23,6 +23,14 @@ bool UseRights(const platform::Workstation& workstation, const data::ConnectionP
 
 inline constexpr std::string_view rightGranted = "True", rightRefused = "False";
 
+// Letters, digits and a few marks stand for themselves; every other byte is ~ and two digits. So a
+// setting keeps any text whatever the database's code page, quotes and wildcards.
+std::string PlainText(std::string_view text);
+std::string FromPlainText(std::string_view plain);
+
+// Where the settings keep one user's rights.
+std::string RightsSection(std::string_view user);
+
 // An ordered list of pairs (right key, value), both trimmed, a key at most once. Loading, saving,
 // deleting and renaming return false when there is no user or connection, or the store refused.
 class clsUserAuth {

@@ -13,10 +13,12 @@
 
 // Rows of one property of the logic that can be read and written: Name() and SetName(value).
 #define KAVIDEX_GETLET(Name, id)                                                                   \
-    Row::Get<&Logic::Name>(L"" #Name, id), Row::Put<&Logic::Set##Name>(L"" #Name, id)
+    Row::template Get<&Logic::Name>(L"" #Name, id),                                                \
+        Row::template Put<&Logic::Set##Name>(L"" #Name, id)
 // The same for a property of the face that holds an object.
 #define KAVIDEX_GETSET(Name, id)                                                                   \
-    Row::Get<&Self::Name>(L"" #Name, id), Row::PutRef<&Self::Set##Name>(L"" #Name, id)
+    Row::template Get<&Self::Name>(L"" #Name, id),                                                 \
+        Row::template PutRef<&Self::Set##Name>(L"" #Name, id)
 
 namespace kavidex::com {
 

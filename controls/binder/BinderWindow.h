@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -10,11 +11,13 @@
 
 namespace kavidex::controls::forms {
 class FormPresenter;
-}
+class PaneContent;
+} // namespace kavidex::controls::forms
 
 namespace kavidex::controls {
 
 class ScanPlace;
+class ctlViewer;
 
 class BinderWindow {
 public:
@@ -29,6 +32,8 @@ public:
     virtual std::optional<std::size_t> ShowMenu(const PopupMenu& menu, std::string_view button) = 0;
     virtual forms::FormPresenter* Forms() = 0; // shows forms before the window
     virtual ScanPlace* Scanner() = 0;
+    // A viewer of its own, for a dialog.
+    virtual std::unique_ptr<forms::PaneContent> MakePane(ctlViewer& viewer) = 0;
 };
 
 } // namespace kavidex::controls

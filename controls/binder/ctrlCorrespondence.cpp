@@ -4,8 +4,10 @@
 #include "controls/binder/BinderWindow.h"
 #include "controls/binder/IntakeWiring.h"
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
+#include "controls/checklist/ctlChecklist.h"
 #include "controls/common/OwnTranslator.h"
 #include "controls/mailing/DossierMail.h"
+#include "controls/settings/frmSettings.h"
 #include "controls/splitter/ctlSplitPanel.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/viewer/ctlViewer.h"
@@ -76,7 +78,10 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
       lclLock(workstation), lclTree(std::make_unique<ctrlTree>(workstation)),
       lclViewer(std::make_unique<ctlViewer>(workstation)),
       lclExtViewer(std::make_unique<ctrlExtViewer>(workstation)),
-      lclSplitPanel(std::make_unique<ctlSplitPanel>()) {
+      lclSplitPanel(std::make_unique<ctlSplitPanel>()),
+      lclChecklist(std::make_unique<ctlChecklist>(workstation)),
+      lclSpCheckList(std::make_unique<ctlSplitPanel>()) {
+    lclState.Language = LanguageOption(workstation);
     lclTree->Serve(lclLock, [this] { return DossierKey(); });
     data::ConnectionListeners listeners;
     listeners.leaving = [this] {
@@ -113,6 +118,7 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
     };
     SubscribeToChildren();
     SubscribeToViewers();
+    SubscribeToChecklist();
     MakeOwnTranslator();
     PassOnToTree();
     ApplyLayout();
@@ -158,7 +164,9 @@ void ctrlCorrespondence::TakeEffect(const std::optional<PropertyMember>& changed
     const auto touches = [&](auto... members) {
         return !changed || ((*changed == PropertyMember(members)) || ...);
     };
-    lclState.ShowCheckList = platform::Trim(lclState.ShowCheckList);
+    lclChecklist->SetCheckListType(lclState.ShowCheckList);
+    lclChecklist->SetDossierStatus(lclState.DossierStatus);
+    lclChecklist->SetEnabled(lclState.Enabled);
     if (lclOwnTranslator &&
         static_cast<std::int32_t>(lclOwnTranslator->CurrentLanguage()) != lclState.Language) {
         lclOwnTranslator->SetLanguage(static_cast<controls::Language>(lclState.Language));
@@ -212,10 +220,13 @@ void ctrlCorrespondence::LoadProperties(PropertyBag& bag) {
     controls::LoadProperties(BinderPropertyTable(), lclState, bag);
     if (DbConnection()) lclState.DbOpened = owned; // the bag speaks of the connection of then
     lclAssignment->SetTemplatePath(lclState.TemplatePath);
+    lclState.ShowCheckList = platform::Trim(lclState.ShowCheckList);
+    lclChecklistOpen = !lclState.ShowCheckList.empty();
     TakeEffect();
     LookUpKey(lclState.Id);
     lclTree->SetTreeId(lclState.Id);
     RestoreSelection();
+    ShowInChecklist();
     ToolbarChanged();
 }
 
@@ -223,6 +234,7 @@ void ctrlCorrespondence::SaveProperties(PropertyBag& bag) const {
     BinderProperties state = lclState;
     state.Id = Id();
     state.TemplatePath = lclAssignment->TemplatePath();
+    state.ChecklistPresent = ChecklistShown();
     state.ScannedDoc = lclIntake->intake.HasScannedPending();
     if (const auto folder = SelectedFolder()) {
         // The item has 16 bits; an id beyond them is not kept rather than kept wrong.
@@ -253,6 +265,7 @@ void ctrlCorrespondence::HandDownTranslator() {
     lclTree->SetTranslate(lclTranslator);
     lclViewer->SetTranslate(lclTranslator);
     lclExtViewer->SetTranslate(lclTranslator);
+    lclChecklist->SetTranslate(lclTranslator);
     ToolbarChanged();
 }
 
@@ -266,6 +279,7 @@ void ctrlCorrespondence::HandDownRights() {
     lclTree->SetUserAuth(lclUserAuth);
     lclViewer->SetUserAuth(lclUserAuth);
     lclExtViewer->SetUserAuth(lclUserAuth);
+    lclChecklist->SetUserAuth(lclUserAuth);
     WriteSwitches();
     ToolbarChanged();
 }

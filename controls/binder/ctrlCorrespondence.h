@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,6 +46,7 @@ class BinderWindow;
 class IntakeWiring;
 struct IntakeParts;
 class OwnTranslator;
+class ctlChecklist;
 class ctlSplitPanel;
 class ctlViewer;
 class ctrlExtViewer;
@@ -101,11 +103,15 @@ public:
     KAVIDEX_BINDER_PROPERTY(bool, ShowAddButton)
     KAVIDEX_BINDER_PROPERTY(std::string, ValueFile)
     KAVIDEX_BINDER_PROPERTY(std::string, AlternateScanSetting)
-    KAVIDEX_BINDER_PROPERTY(std::string, ShowCheckList)
     KAVIDEX_BINDER_PROPERTY(std::string, DossierStatus)
     KAVIDEX_BINDER_PROPERTY(bool, SelectItems)
     KAVIDEX_BINDER_PROPERTY(std::string, EmailAddress)
 #undef KAVIDEX_BINDER_PROPERTY
+
+    // The checklist in the panel beside the documents, by a dossier type or a list's key; trimmed.
+    // Setting it shows the panel, or hides it when it is empty.
+    const std::string& ShowCheckList() const { return lclState.ShowCheckList; }
+    void SetShowCheckList(const std::string& type);
 
     // The host's key of the open dossier, which its documents carry; it ends with the dossier. One
     // that is set while none is open is for the next that is shown by its Id, unless the database
@@ -216,6 +222,9 @@ public:
     ctlViewer& Viewer() const { return *lclViewer; }
     ctrlExtViewer& ExtViewer() const { return *lclExtViewer; }
     ctlSplitPanel& SplitPanel() const { return *lclSplitPanel; }
+    ctlChecklist& Checklist() const { return *lclChecklist; }
+    ctlSplitPanel& spCheckList() const { return *lclSpCheckList; }
+    bool ChecklistShown() const;
 
     // Null detaches. The window must detach before it dies.
     void AttachWindow(BinderWindow* window);
@@ -263,6 +272,11 @@ private:
     bool ShowElsewhere(const std::shared_ptr<model::clsItem>& document, bool asked);
     void EmptyViewers();
     void RefreshList(); // the viewer's, when a folder is shown
+    void SubscribeToChecklist();
+    void ToggleChecklist();
+    void ShowInChecklist(); // the open dossier as it is now
+    void ShowSettings();
+    void TakeOptions(std::span<const std::string_view> changed); // of the workstation
     // False: no document was made of them, and the user was told.
     bool FilePages(const std::string& file, const std::vector<std::int32_t>& pages);
 
@@ -332,6 +346,9 @@ private:
     std::unique_ptr<ctlViewer> lclViewer;
     std::unique_ptr<ctrlExtViewer> lclExtViewer;
     std::unique_ptr<ctlSplitPanel> lclSplitPanel;
+    std::unique_ptr<ctlChecklist> lclChecklist;
+    std::unique_ptr<ctlSplitPanel> lclSpCheckList;
+    bool lclChecklistOpen = false; // where there is a checklist
     std::unique_ptr<data::ConnectionAssignment> lclAssignment;
     std::unique_ptr<IntakeParts> lclIntake;
     BinderWindow* lclWindow = nullptr;

@@ -33,7 +33,8 @@ const Commands<ctrlCorrespondence::CommandContext>& ctrlCorrespondence::CommandT
         return {context.binder.AllowSettings(), context.binder.Usable()};
     };
     static constexpr auto checklist = [](const Context& context, const Id&) -> CommandState {
-        return {!context.binder.ShowCheckList().empty(), context.binder.Usable()};
+        return {!context.binder.ShowCheckList().empty(), context.binder.Usable(),
+                context.binder.ChecklistShown()};
     };
     static constexpr auto scanning = [](const Context& context, const Id&) -> CommandState {
         return {true, context.binder.Usable(), context.binder.lclIntake->scan.IsOpen()};
@@ -63,7 +64,6 @@ const Commands<ctrlCorrespondence::CommandContext>& ctrlCorrespondence::CommandT
         context.Pages().Split(id.name == "unpackwithdel");
     };
 
-    // Commands whose action needs a component that is not built in are not offered.
     static constexpr Command<Context> rows[] = {
         {.name = "New",
          .picture = "New",
@@ -73,11 +73,12 @@ const Commands<ctrlCorrespondence::CommandContext>& ctrlCorrespondence::CommandT
          .action = [](Context& context, const Id&) { context.binder.lclIntake->newItems.Ask(); }},
         {.name = "NewSep", .kind = Kind::Separator, .rule = adding},
         {.name = "Settings",
+         .picture = "Settings",
          .tooltip = "Instellingen",
          .right = "EditSettings",
-         .offered = false,
-         .rule = settings},
-        {.name = "SettingsSep", .kind = Kind::Separator, .offered = false, .rule = settings},
+         .rule = settings,
+         .action = [](Context& context, const Id&) { context.binder.ShowSettings(); }},
+        {.name = "SettingsSep", .kind = Kind::Separator, .rule = settings},
         {.name = "Stapler",
          .kind = Kind::Split,
          .picture = "Stapler",
@@ -154,10 +155,11 @@ const Commands<ctrlCorrespondence::CommandContext>& ctrlCorrespondence::CommandT
                       const Id&) { context.binder.treCorr().SetNextChildItem(); }},
         {.name = "WithCheckList",
          .kind = Kind::Toggle,
+         .picture = "WithCheckList",
          .tooltip = "Toon checklist",
          .checkedTooltip = "Verberg checklist",
-         .offered = false,
-         .rule = checklist},
+         .rule = checklist,
+         .action = [](Context& context, const Id&) { context.binder.ToggleChecklist(); }},
     };
     static constexpr Commands<Context> table{std::span<const Command<Context>>(rows)};
     return table;

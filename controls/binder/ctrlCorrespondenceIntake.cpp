@@ -18,7 +18,10 @@ std::shared_ptr<model::clsItem> ctrlCorrespondence::SelectedFolder() const {
 std::int32_t ctrlCorrespondence::AddFiles(const std::vector<std::string>& data,
                                           std::string_view IntoDescription, std::int32_t IntoId,
                                           bool prmScannedDoc, bool prmAddToTop) {
-    return lclIntake->intake.AddFiles(data, IntoDescription, IntoId, prmScannedDoc, prmAddToTop);
+    const auto result =
+        lclIntake->intake.AddFiles(data, IntoDescription, IntoId, prmScannedDoc, prmAddToTop);
+    ShowInChecklist();
+    return result;
 }
 
 std::int32_t ctrlCorrespondence::NoFilesGiven() const { return lclIntake->intake.NoFilesGiven(); }

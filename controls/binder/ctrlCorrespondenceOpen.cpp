@@ -4,6 +4,7 @@
 #include "controls/binder/BinderWindow.h"
 #include "controls/binder/IntakeWiring.h"
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
+#include "controls/checklist/ctlChecklist.h"
 #include "controls/common/OwnTranslator.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/viewer/ctlViewer.h"
@@ -70,6 +71,7 @@ void ctrlCorrespondence::ConnectionHandedOver(const data::ConnectionPtr& connect
     lclTree->SetDbConnection(connection);
     lclViewer->SetDbConnection(connection);
     lclExtViewer->SetDbConnection(connection);
+    lclChecklist->SetDbConnection(connection);
     if (lclUserAuth && !lclUserAuth->DbConnection()) lclUserAuth->SetDbConnection(connection);
     ToolbarChanged();
 }
@@ -134,6 +136,7 @@ void ctrlCorrespondence::ShowTree(std::int32_t id) {
     lclState.Id = id;
     PropertyChanged.Raise("Id");
     if (id != 0) RestoreSelection();
+    ShowInChecklist();
     ToolbarChanged();
     if (id != 0) lclIntake->intake.DossierShown();
 }
@@ -208,6 +211,7 @@ void ctrlCorrespondence::ShowMade(const std::shared_ptr<model::clsTree>& tree) {
     if (Overtaken(turn)) return;
     lclState.Id = Id();
     PropertyChanged.Raise("Id");
+    ShowInChecklist();
     ToolbarChanged();
 }
 
@@ -362,6 +366,8 @@ std::int32_t ctrlCorrespondence::EndDossier() {
 void ctrlCorrespondence::Refresh() {
     lclTree->Refresh();
     lclViewer->Refresh();
+    lclChecklist->SetTree(lclTree->Tree());
+    lclChecklist->Refresh();
     if (lclWindow) lclWindow->Repaint();
 }
 

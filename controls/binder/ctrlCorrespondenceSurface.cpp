@@ -63,9 +63,13 @@ void ctrlCorrespondence::SubscribeToChildren() {
     }));
     keep(tree.EvItemDroppedAndHandled.Subscribe([this] {
         RefreshList();
+        ShowInChecklist();
         ItemDropped.Raise();
     }));
-    keep(tree.EvItemPaste.Subscribe([this] { RefreshList(); }));
+    keep(tree.EvItemPaste.Subscribe([this] {
+        RefreshList();
+        ShowInChecklist();
+    }));
     keep(tree.EvItemPastedSpecial.Subscribe(
         [this](const std::vector<std::string>& files, std::int32_t) {
             Guarded("EvItemPastedSpecial", [&] { lclIntake->intake.Pasted(files); });
@@ -83,8 +87,10 @@ void ctrlCorrespondence::SubscribeToChildren() {
         }));
     keep(tree.DragCompleted.Subscribe(
         [this](std::int32_t& effect) { OLECompleteDrag.Raise(effect); }));
-    keep(tree.EvItemCreated.Subscribe(
-        [this](const TreeItemInfo& item) { EvItemCreated.Raise(item); }));
+    keep(tree.EvItemCreated.Subscribe([this](const TreeItemInfo& item) {
+        EvItemCreated.Raise(item);
+        if (!lclLock.Held()) ShowInChecklist(); // of many at once it hears at the end
+    }));
     keep(tree.EvItemDelete.Subscribe([this](const TreeItemInfo& item) {
         EvItemDelete.Raise(item);
         // With a folder all below it went.
@@ -92,9 +98,12 @@ void ctrlCorrespondence::SubscribeToChildren() {
         if (lclViewer->Item() && gone(lclViewer->Item()->Id())) lclViewer->ShowItem(nullptr);
         if (lclExtViewer->Form() && gone(lclExtViewer->Form()->Id())) lclExtViewer->CloseForm();
         RefreshList();
+        ShowInChecklist();
     }));
-    keep(tree.EvItemRenamed.Subscribe(
-        [this](const TreeItemInfo&, const std::string&) { RefreshList(); }));
+    keep(tree.EvItemRenamed.Subscribe([this](const TreeItemInfo&, const std::string&) {
+        RefreshList();
+        ShowInChecklist();
+    }));
     keep(tree.EvCompleteDrag.Subscribe([this] { EvCompleteDrag.Raise(); }));
     keep(lclSplitPanel->Moved.Subscribe([this] {
         platform::SaveRegSetting(lclWorkstation, platform::applicationName, correspSetting,
@@ -166,6 +175,7 @@ void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
         ShowItem(item);
         lclIntake->intake.FolderSelected();
     });
+    ShowInChecklist();
     ToolbarChanged();
 }
 

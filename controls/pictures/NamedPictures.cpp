@@ -6,7 +6,8 @@ namespace {
 
 template <class Visit>
 void Each(Visit visit) {
-    for (const auto table : {ItemPictures(), FilePictures(), ToolbarPictures(), ViewerPictures()})
+    for (const auto table :
+         {ItemPictures(), FilePictures(), ToolbarPictures(), ViewerPictures(), AdminPictures()})
         for (const auto& row : table) visit(row);
 }
 

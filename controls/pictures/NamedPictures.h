@@ -25,5 +25,6 @@ std::span<const NamedPicture> ItemPictures(); // "closedtab", "opentab", "attach
 std::span<const NamedPicture> FilePictures(); // families of file types: "pdf", "word", "sheet", ...
 std::span<const NamedPicture> ToolbarPictures();
 std::span<const NamedPicture> ViewerPictures();
+std::span<const NamedPicture> AdminPictures(); // settings, checklists
 
 } // namespace kavidex::controls

@@ -15,8 +15,8 @@ struct Workstation;
 namespace kavidex::controls {
 
 // The names in a list: "a;b;c", or "Dossiertype=" and a type for the folders that tblDossierTabs
-// keeps for it. A database without those tables has none for any type (the log tells); throws
-// data::Error where they cannot be read.
+// keeps for it. A name with backslashes is a path: "a\b" is b within a. A database without those
+// tables has none for any type (the log tells); throws data::Error where they cannot be read.
 std::vector<std::string> DefaultTabs(std::string_view list, const data::ConnectionPtr& connection,
                                      const platform::Workstation& workstation);
 

@@ -1,5 +1,6 @@
 // Creating, renaming, moving and deleting items.
 #include <algorithm>
+#include <map>
 
 #include "controls/tree/DefaultTabs.h"
 #include "controls/tree/ItemCopier.h"
@@ -114,11 +115,27 @@ std::int32_t ctrlTree::fncGetAndCreateTabs(std::string_view listOfTabs, std::int
 
 std::int32_t ctrlTree::MakeTabs(const std::vector<std::string>& names, std::int32_t parentId) {
     std::int32_t made = 0;
+    std::map<std::string, std::int32_t> folders; // that were made just now, by their paths
     for (const auto& name : names) {
-        const auto parent = GetNode(parentId);
-        const auto siblings = parent ? parent->ChildCollection() : nullptr;
-        const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
-        if (AddTab(FillTokens(name, lclWorkstation.clock.Now(), number), parentId)) ++made;
+        auto parent = parentId;
+        std::string path;
+        const auto steps = platform::Split(name, '\\');
+        for (std::size_t i = 0; i < steps.size() && parent != 0; ++i) {
+            path += '\\' + steps[i];
+            const bool last = i + 1 == steps.size();
+            if (const auto known = folders.find(path); !last && known != folders.end()) {
+                parent = known->second;
+                continue;
+            }
+            const auto around = GetNode(parent);
+            const auto siblings = around ? around->ChildCollection() : nullptr;
+            const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
+            const auto folder =
+                AddTab(FillTokens(steps[i], lclWorkstation.clock.Now(), number), parent);
+            parent = folder ? folder->Id() : 0;
+            folders[path] = parent;
+            if (folder) ++made;
+        }
     }
     return made;
 }

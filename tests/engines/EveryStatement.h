@@ -10,7 +10,9 @@
 #include "controls/viewer/ctlViewer.h"
 #include "controls/viewer/external/ctrlExtViewer.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "data/modData.h"
 #include "data/schema/clsUpdateDb.h"
+#include "model/Checklist.h"
 #include "model/IntegrityCheck.h"
 #include "model/clsCheckListType.h"
 #include "model/clsDocument.h"
@@ -21,6 +23,8 @@
 #include "model/clsUserAuth.h"
 #include "model/filing.h"
 #include "model/uniqueNumber.h"
+#include "model/post.h"
+#include "model/userRights.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/RecordingConnection.h"
 
@@ -39,6 +43,14 @@ public:
     }
     // The rows behind know no locking reads.
     data::RecordsetPtr Open(const data::Command& command) override {
+        if (command.type == data::CommandType::StoredProcedure && command.text == "AddToSettings") {
+            statements.push_back(command.text);
+            std::string values;
+            for (const auto& given : command.parameters)
+                values += (values.empty() ? "" : ", ") + data::SqlValue(data::ToText(given.value));
+            return inner->Open(
+                {"insert into tblSettings (Section, SKey, [Value]) values (" + values + ")"});
+        }
         constexpr std::string_view lock = " for update";
         if (!command.text.ends_with(lock)) return RecordingConnection::Open(command);
         statements.push_back(command.text);
@@ -71,6 +83,7 @@ public:
         Dossiers();
         RightsAndChecklists();
         for (int letter = 0; letter < 2; ++letter) model::RaiseUniqueNumber(connection);
+        Administration();
         model::CheckIntegrity(machine, connection);
         Controls();
         return connection->statements;
@@ -182,6 +195,54 @@ private:
         list.GetType("A", "B");
         list.CreateField(1, "Paspoort", 1, "Paspoort", "tif");
         list.UpdateCurrentType();
+    }
+
+    void Administration() {
+        const model::Store store(connection);
+        const auto type = model::AddDossierType(machine, store, "Schade", "Schade");
+        model::HoldType(store, type);
+        model::SaveTabs(machine, store, type, {}, {{0, "Post", "B", 1, true}});
+        const auto tabs = model::TabsOfType(store, type);
+        auto changed = tabs;
+        changed.front().automatic = false;
+        model::SaveTabs(machine, store, type, tabs, changed);
+        kept->Execute("insert into tblCheckListFields (TabType, IntOrder, FieldDescription, "
+                      "NumberToRecieve) values ('Schade^B', 1, 'Brief', 1)");
+        const auto open = Tree(tree->TreeId());
+        model::Checklist list(machine);
+        list.Load(connection, "Schade", open.get());
+        model::ChecklistValue said;
+        said.present = true;
+        list.Say(0, said);
+        said.present = false;
+        list.Say(0, said);
+        model::SaveTabs(machine, store, type, changed, {});
+        model::RemoveDossierType(store, type);
+        model::DossierTypes(machine, connection);
+
+        const auto place = model::MakeUserTree(machine, store, "Gebruikers");
+        model::RightsHolder group{-1, 0, true, "Groep", {}}, user{-2, 0, false, "Piet", {}};
+        group.id = model::AddHolder(machine, store, place, group);
+        user.rights.set(3);
+        user.id = model::AddHolder(machine, store, place, user);
+        auto renamed = user;
+        renamed.name = "Klaas";
+        renamed.group = group.id;
+        renamed.rights.reset();
+        model::MoveRights(machine, store, user.name, renamed.name);
+        model::ChangeHolder(machine, store, place, user, renamed);
+        model::LoadHolders(machine, store);
+        const auto inbox = model::PostFolder(machine, store, place, "Post");
+        const auto letter = tree->AddChildItem(0, "tif", nullptr, 1, "Brief", folder);
+        const model::NodeId letters[] = {letter->Id()};
+        model::GivePost(machine, store, place, folder, letters, renamed, "Lees dit");
+        const auto boxes = model::PostBoxes(store, place);
+        const auto box = boxes.at(renamed.id).folder;
+        model::PostIn(store, box);
+        model::TakePostBack(store, box, letters, inbox);
+        model::MarkPostOpened(machine, store, letter->Id());
+        model::RemoveRights(machine, store, renamed.name);
+        model::RemoveHolder(store, renamed.id);
     }
 
     void Controls() {

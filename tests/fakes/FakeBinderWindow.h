@@ -2,6 +2,7 @@
 // control in it reports what a test has it report.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string_view>
 
@@ -25,6 +26,9 @@ struct FakeBinderWindow : controls::BinderWindow, controls::ScanPlace {
         return {};
     }
     controls::forms::FormPresenter* Forms() override { return &forms; }
+    std::unique_ptr<controls::forms::PaneContent> MakePane(controls::ctlViewer&) override {
+        return nullptr;
+    }
     controls::ScanPlace* Scanner() override { return this; }
     void OpenScanner(const controls::ScanSetup& setup) override {
         if (!scannerInstalled) throw platform::Error(platform::errors::notFound, "no class");

@@ -4,9 +4,12 @@
 
 #include "controls/binder/ctrlCorrespondence.h"
 #include "controls/binder/win32/MakeBinderWindow.h"
+#include "controls/checklist/ctlChecklist.h"
 #include "controls/common/win32/Look.h"
 #include "controls/common/win32/TabStops.h"
 #include "controls/common/win32/WindowClass.h"
+#include "controls/forms/win32/ControlPane.h"
+#include "controls/forms/win32/FormWindow.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/tree/win32/MakeTreeWindow.h"
 #include "controls/viewer/external/ctrlExtViewer.h"
@@ -31,7 +34,8 @@ std::unique_ptr<ControlWindow> MakeBinderWindow(ctrlCorrespondence& logic,
 BinderWindowWin32::BinderWindowWin32(ctrlCorrespondence& logic,
                                      const platform::Workstation& workstation, ScanObjects objects)
     : lclLogic(logic), lclWorkstation(workstation), lclToolbar(logic),
-      lclSplitter(logic.SplitPanel(), workstation), lclScanObjects(std::move(objects)) {
+      lclSplitter(logic.SplitPanel(), workstation), lclScanObjects(std::move(objects)),
+      lclSpCheckList(logic.spCheckList(), workstation) {
     lclLogic.ExtViewer().SetWindowMaker(ExternalWindows(workstation));
 }
 
@@ -41,6 +45,8 @@ HWND BinderWindowWin32::Create(HWND parent, const RECT& place) {
                                         WS_CHILD | WS_VISIBLE | WS_CLIPCHILDREN | WS_CLIPSIBLINGS,
                                         WS_EX_CONTROLPARENT, place, parent, lclWorkstation);
     if (!lclWindow) return nullptr;
+    lclChecklist.reset();
+    lclLogic.Checklist().presenter = [this] { return &lclForms; };
     lclTree = MakeTreeWindow(lclLogic.treCorr(), lclWorkstation);
     lclPanel = MakeViewerWindow(lclLogic.Viewer(), lclWorkstation);
     if (!lclToolbar.Create(lclWindow, toolbarId) || !lclSplitter.Create(lclWindow, L"Splitter") ||
@@ -71,7 +77,46 @@ void BinderWindowWin32::Layout() {
     if (!splitter.Moving() && splitter.Snapped() == SnapSide::None &&
         splitter.Position() != lclLogic.SplitterPosition())
         splitter.SetPosition(lclLogic.SplitterPosition());
-    lclSplitter.Place(area, lclDpi);
+    ShowChecklist();
+    if (lclSpCheckList.Handle())
+        lclSpCheckList.Place(area, lclDpi);
+    else
+        lclSplitter.Place(area, lclDpi);
+}
+
+// --- The checklist ------------------------------------------------------------------------------
+
+HWND MainArea::Create(HWND parent, const RECT&) {
+    SetParent(lclSplitter.Handle(), parent);
+    return lclSplitter.Handle();
+}
+
+void MainArea::TakeFocus() {
+    std::vector<HWND> stops;
+    CollectStops(lclSplitter.Handle(), stops);
+    if (!stops.empty()) ::SetFocus(stops.front());
+}
+
+bool MainArea::HasFocus() const {
+    const HWND focus = GetFocus();
+    return focus && (focus == lclSplitter.Handle() || IsChild(lclSplitter.Handle(), focus));
+}
+
+void BinderWindowWin32::ShowChecklist() {
+    const bool shown = lclLogic.ChecklistShown();
+    if (shown && !lclChecklist) {
+        lclChecklist =
+            std::make_unique<forms::win32::FormWindow>(lclLogic.Checklist().Form(), lclWorkstation);
+        if (!lclSpCheckList.Create(lclWindow, L"Splitter") ||
+            !lclSpCheckList.SetPanels(&lclMain, lclChecklist.get()))
+            throw platform::Error(platform::errors::fail, "There is no window for the checklist.");
+    }
+    auto& split = lclLogic.spCheckList();
+    if (split.Control2Visible() != shown) split.ShowControls(true, shown);
+}
+
+bool BinderWindowWin32::ChecklistVisible() const {
+    return lclChecklist && lclChecklist->Handle() && IsWindowVisible(lclChecklist->Handle());
 }
 
 void BinderWindowWin32::AppearanceChanged() {
@@ -129,6 +174,7 @@ std::int32_t BinderWindowWin32::DragDropped(const DropData& data, const DropPlac
 void BinderWindowWin32::WindowGoes() {
     lclListDrops.Revoke();
     lclLogic.AttachWindow(nullptr);
+    lclLogic.Checklist().presenter = nullptr;
     lclScanner.reset();
 }
 
@@ -150,6 +196,10 @@ std::vector<HWND> BinderWindowWin32::Stops() const {
     if (IsWindowVisible(lclTree->Handle())) CollectStops(lclTree->Handle(), stops);
     if (lclSplitter.BarTakesFocus()) stops.push_back(lclSplitter.Handle());
     if (IsWindowVisible(BesideTree().Handle())) CollectStops(BesideTree().Handle(), stops);
+    if (ChecklistVisible()) {
+        if (lclSpCheckList.BarTakesFocus()) stops.push_back(lclSpCheckList.Handle());
+        CollectStops(lclChecklist->Handle(), stops);
+    }
     return stops;
 }
 
@@ -198,10 +248,12 @@ bool BinderWindowWin32::TranslateKey(const MSG& message) {
     const bool toolbar = GetFocus() == lclToolbar.Handle();
     if (down && plain &&
         ((toolbar && lclToolbar.UsesKey(message.wParam)) ||
-         (lclSplitter.BarHasFocus() && lclSplitter.UsesKey(message.wParam)))) {
+         (lclSplitter.BarHasFocus() && lclSplitter.UsesKey(message.wParam)) ||
+         (lclSpCheckList.BarHasFocus() && lclSpCheckList.UsesKey(message.wParam)))) {
         DispatchMessageW(&message);
         return true;
     }
+    if (ChecklistVisible() && lclChecklist->HasFocus()) return lclChecklist->TranslateKey(message);
     return lclTree->TranslateKey(message) || BesideTree().TranslateKey(message);
 }
 
@@ -230,7 +282,7 @@ LRESULT BinderWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         SendMessageW(lclToolbar.Handle(), message, w, l);
         lclToolbar.BuildLook(lclDpi);
         if (message != 0x02E3) // that one reaches every window by itself
-            for (const auto* child : {lclTree.get(), lclPanel.get()})
+            for (const auto* child : {lclTree.get(), lclPanel.get(), lclChecklist.get()})
                 if (child && child->Handle()) SendMessageW(child->Handle(), message, w, l);
         Layout();
         return 0;
@@ -252,6 +304,17 @@ void BinderWindowWin32::Draw(HDC device, const RECT& place) const {
     if (lclLogic.ToolbarVisible()) {
         ToolbarWindow::Draw(device, area, dpi, lclLogic.Toolbar());
         area.top = std::min<LONG>(area.bottom, area.top + Scaled(32, dpi));
+    }
+    if (lclLogic.ChecklistShown()) {
+        ctlSplitPanel beside;
+        beside.SetPosition(lclLogic.spCheckList().Position());
+        beside.SetScale(dpi);
+        beside.SetSize(area.right - area.left, area.bottom - area.top);
+        const auto box = beside.Panel(1);
+        forms::win32::FormWindow(lclLogic.Checklist().Form(), lclWorkstation)
+            .Draw(device, {area.left + box.left, area.top + box.top,
+                           area.left + box.left + box.width, area.top + box.top + box.height});
+        area.right = area.left + beside.Panel(0).width;
     }
     // The same rules as on the screen, in the room that was given.
     const auto& shown = lclLogic.SplitPanel();

@@ -21,6 +21,25 @@ class ctrlCorrespondence;
 
 namespace kavidex::controls::win32 {
 
+// Tree and documents with their splitter, as the one panel beside the checklist.
+class MainArea final : public ControlWindow {
+public:
+    MainArea(SplitWindow& splitter, const int& dpi) : lclSplitter(splitter), lclDpi(dpi) {}
+
+    HWND Create(HWND parent, const RECT&) override; // takes the splitter's window over
+    void Destroy() override {}
+    HWND Handle() const override { return lclSplitter.Handle(); }
+    void Place(const RECT& place) override { lclSplitter.Place(place, lclDpi); }
+    void TakeFocus() override;
+    bool TranslateKey(const MSG&) override { return false; }
+    void Draw(HDC, const RECT&) const override {}
+    bool HasFocus() const override;
+
+private:
+    SplitWindow& lclSplitter;
+    const int& lclDpi;
+};
+
 class BinderWindowWin32 final : public OwnWindow,
                                 public BinderWindow,
                                 public ScanPlace,
@@ -45,6 +64,7 @@ public:
     }
     forms::FormPresenter* Forms() override { return &lclForms; }
     ScanPlace* Scanner() override { return this; }
+    std::unique_ptr<forms::PaneContent> MakePane(ctlViewer& viewer) override;
     void OpenScanner(const ScanSetup& setup) override;
     void CloseScanner() override;
 
@@ -59,6 +79,8 @@ private:
     std::vector<HWND> Stops() const; // what the Tab key visits, in order
     bool TabKey(bool back);
     ControlWindow& BesideTree() const;
+    void ShowChecklist();
+    bool ChecklistVisible() const;
 
     ctrlCorrespondence& lclLogic;
     const platform::Workstation& lclWorkstation;
@@ -71,6 +93,9 @@ private:
     DropRegistration lclListDrops; // on the panel
     ScanObjects lclScanObjects;
     std::unique_ptr<ScanWindow> lclScanner; // in the panel's place while it is there
+    MainArea lclMain{lclSplitter, lclDpi};
+    SplitWindow lclSpCheckList;                  // made with the checklist
+    std::unique_ptr<ControlWindow> lclChecklist; // when it is first shown
 };
 
 } // namespace kavidex::controls::win32

@@ -14,6 +14,7 @@
 #include "com/adodb/ConnectionObject.h"
 #include "com/adodb/RecordsetObject.h"
 #include "com/class_table.h"
+#include "com/controls/adminFaces.h"
 #include "com/controls/ctlViewerFace.h"
 #include "com/controls/ctrlCorrespondenceFace.h"
 #include "com/controls/ctrlExtViewerFace.h"
@@ -210,7 +211,9 @@ const struct Source {
                {DIID__ctrlCorrespondenceEvents, com::BinderEventTable()},
                {DIID__ctlViewerEvents, com::ViewerEventTable()},
                {DIID__ctrlNoteEvents, com::NoteEventTable()},
-               {DIID__ctrlExtViewerEvents, com::ExtViewerEventTable()}};
+               {DIID__ctrlExtViewerEvents, com::ExtViewerEventTable()},
+               {DIID__ctlChecklistEvents, com::ChecklistEventTable()},
+               {DIID__ctlAdministrationEvents, com::AdministrationEventTable()}};
 
 TEST_F(Contract, EveryEventHasItsRowAndTheOtherWayRound) {
     for (const com::ClassRow& row : com::ClassTable()) {

@@ -197,7 +197,9 @@ TEST_P(Controls, TellTheHostWhichPropertyChanged) {
 
 INSTANTIATE_TEST_SUITE_P(, Controls,
                          testing::Values(&CLSID_ctrlTree, &CLSID_ctrlCorrespondence,
-                                         &CLSID_ctrlNote, &CLSID_ctlViewer),
+                                         &CLSID_ctrlNote, &CLSID_ctlViewer, &CLSID_ctlChecklist,
+                                         &CLSID_ctlRights, &CLSID_ctlDefaultFolders,
+                                         &CLSID_ctlChecklistEditor, &CLSID_ctlPost),
                          [](const auto& one) {
                              return platform::win32::FromWide(com::FindClass(*one.param)->name);
                          });

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "data/schema/translations.h"
+#include "model/rights.h"
 #include "platform/text.h"
 
 using namespace kavidex;
@@ -156,6 +157,9 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
             ExpectAll(InitialisersOf((*it)[1].str(), source), where);
     });
     EXPECT_GE(rows, 40u);
+    Texts rights, groups;
+    for (const auto& one : model::Rights()) rights.emplace_back(one.caption);
+    for (const auto& one : model::RightGroups()) groups.emplace_back(one.caption);
     const std::map<std::string, Texts> texts = {
         {"lclLayout.caption", {}}, // of forms: their tables are read above
         {"field.Row().caption", {}},
@@ -165,6 +169,10 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
           "Dit document wordt in een eigen venster getoond.",
           "Dit document is in zijn eigen programma geopend."}},
         {"row.caption", {}},
+        {"group.caption", groups},
+        {"all[i].caption", rights},
+        {"shown.text",
+         {"Aanwezig", "Ontbreekt", "$%$ van $%$", "Niet verplicht", "Niet nodig"}},
         {"lclField.Row().caption", {}},
         {"lclColumns[i].caption", {}},
         {"names[i]", {}},

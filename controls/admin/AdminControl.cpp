@@ -1,0 +1,126 @@
+#include "controls/admin/AdminControl.h"
+
+#include "platform/Error.h"
+#include "platform/Log.h"
+#include "platform/Workstation.h"
+
+namespace kavidex::controls {
+
+using forms::What;
+
+namespace {
+
+bool Sure(const platform::Workstation& workstation, std::string_view text,
+          std::string_view caption) {
+    return workstation.messages.Show({std::string(text), std::string(caption),
+                                      platform::Buttons::YesNo, platform::Icon::Question}) ==
+           platform::Answer::Yes;
+}
+
+} // namespace
+
+bool ConfirmNobodyLeft(const forms::Form& form, const platform::Workstation& workstation) {
+    return Sure(workstation,
+                form.Text("Geen enkele gebruiker mag rechten wijzigen: niemand kan dit dan nog "
+                          "terugdraaien. Wilt u echt doorgaan?"),
+                form.Text("Gebruik van rechten activeren"));
+}
+
+bool ConfirmRightsSwitch(const forms::Form& form, const platform::Workstation& workstation, bool on,
+                         bool left) {
+    if (!on)
+        return Sure(workstation,
+                    form.Text("Hiermee schakelt u het gebruik van rechten uit. Gebruikers hebben "
+                              "vanaf nu volledige rechten. Wilt u echt doorgaan?"),
+                    form.Text("Gebruik van rechten deactiveren"));
+    return Sure(workstation,
+                form.Text("Hiermee schakelt u het gebruik van rechten in. Gebruikers hebben vanaf "
+                          "nu standaard geen rechten meer. Wilt u echt doorgaan?"),
+                form.Text("Gebruik van rechten activeren")) &&
+           (left || ConfirmNobodyLeft(form, workstation));
+}
+
+AdminControl::AdminControl(const forms::Layout& layout, const platform::Workstation& workstation,
+                           std::string_view right)
+    : FormControl(layout, workstation), lclRight(right) {
+    Form().On("btnSave", What::Clicked, [this](forms::FieldEvent&) { Save(); });
+    Form().On("btnUndo", What::Clicked, [this](forms::FieldEvent&) { Undo(); });
+    Form()["btnSave"].SetEnabled(false);
+    Form()["btnUndo"].SetEnabled(false);
+}
+
+void AdminControl::SetDossierType(std::string_view type) {
+    if (type == lclDossierType) return;
+    lclDossierType = type;
+    PropertyChanged.Raise("DossierType");
+    if (!lclChanged) Refresh();
+}
+
+void AdminControl::Changed() {
+    const bool first = !lclChanged;
+    lclChanged = true;
+    ShowButtons();
+    if (first) EvChanged.Raise();
+}
+
+void AdminControl::ShowButtons() {
+    Form()["btnSave"].SetEnabled(lclChanged && MayChange());
+    Form()["btnUndo"].SetEnabled(lclChanged);
+}
+
+bool AdminControl::Save() {
+    if (!lclChanged) return true;
+    if (!MayChange()) {
+        Tell("U heeft geen bevoegdheid om dit te wijzigen");
+        return false;
+    }
+    if (!MaySave()) return false;
+    std::string taken, failure;
+    try {
+        const model::Store store(DbConnection());
+        model::Transaction transaction(store, Machine());
+        Write(store);
+        transaction.Commit();
+    } catch (const ChangedMeanwhile& conflict) {
+        taken = conflict.what;
+    } catch (const std::exception& error) {
+        failure = error.what();
+    }
+    if (!taken.empty()) {
+        Tell("'$%$' is intussen door iemand anders gewijzigd. Er is niets opgeslagen.", {taken});
+        return false;
+    }
+    if (!failure.empty()) {
+        Machine().log.Write(Form().Table().name, failure);
+        Tell("Opslaan is niet gelukt: $%$", {failure});
+        return false;
+    }
+    Undo();
+    EvSaved.Raise();
+    return true;
+}
+
+void AdminControl::Undo() {
+    lclChanged = false;
+    Refresh();
+    ShowButtons();
+}
+
+bool AdminControl::MayLeave() {
+    if (!lclChanged) return true;
+    const auto answer = Machine().messages.Show(
+        {Text("Wilt u de wijzigingen opslaan?"), Text("Bevestigen opslaan wijzigingen"),
+         platform::Buttons::YesNoCancel, platform::Icon::Question});
+    if (answer == platform::Answer::Yes) return Save();
+    return answer == platform::Answer::No;
+}
+
+void AdminControl::ShowModal(forms::FormPresenter& forms) {
+    presenter = [&forms] { return &forms; };
+    Form()["btnClose"].SetVisible(true);
+    forms.ShowModal(Form());
+    Form()["btnClose"].SetVisible(false);
+    presenter = nullptr;
+}
+
+} // namespace kavidex::controls

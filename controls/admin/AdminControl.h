@@ -1,0 +1,56 @@
+// What the controls of an administrator add: changes are kept in memory until they are saved, all
+// of them or none, and never over what someone else has saved meanwhile.
+#pragma once
+
+#include "controls/admin/FormControl.h"
+#include "model/Store.h"
+
+namespace kavidex::controls {
+
+// Thrown while saving: someone else has changed the same. The text names it.
+struct ChangedMeanwhile {
+    std::string what;
+};
+
+class AdminControl : public FormControl {
+public:
+    // The layout has the buttons btnSave, btnUndo and, hidden, btnClose; `right` is needed to save.
+    AdminControl(const forms::Layout& layout, const platform::Workstation& workstation,
+                 std::string_view right);
+
+    // Which dossier type it begins with, where it is about types.
+    const std::string& DossierType() const { return lclDossierType; }
+    void SetDossierType(std::string_view type);
+
+    bool IsChanged() const { return lclChanged; }
+    bool Save(); // true when nothing is left to save; the user was told why not
+    void Undo(); // reads what is stored again
+
+    Event<> EvChanged; // the user changed something that is not saved yet
+    Event<> EvSaved;
+
+    // As a dialog, with a button to close it.
+    void ShowModal(forms::FormPresenter& forms);
+
+protected:
+    virtual bool MaySave() { return true; }            // asks what has to be asked; false: not now
+    virtual void Write(const model::Store& store) = 0; // within one transaction
+    void Changed();
+    bool MayChange() const { return May(lclRight); }
+    void ShowButtons();
+    bool MayLeave() override;
+
+private:
+    std::string lclDossierType;
+    std::string_view lclRight;
+    bool lclChanged = false;
+};
+
+// The two questions before rights begin or cease to count; `left` tells whether anybody may change
+// rights then.
+bool ConfirmRightsSwitch(const forms::Form& form, const platform::Workstation& workstation, bool on,
+                         bool left);
+// The same question when a change takes the right to change rights from the last who has it.
+bool ConfirmNobodyLeft(const forms::Form& form, const platform::Workstation& workstation);
+
+} // namespace kavidex::controls

@@ -1,0 +1,372 @@
+#include "controls/admin/ctlDefaultFolders.h"
+
+#include <algorithm>
+
+#include "controls/tree/DefaultTabs.h"
+#include "platform/Clock.h"
+#include "platform/Files.h"
+#include "platform/Workstation.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+using forms::FieldRow;
+using forms::Item;
+using forms::Kind;
+using forms::What;
+namespace anchor = forms::anchor;
+namespace style = forms::style;
+
+constexpr FieldRow fields[] = {
+    {"lblType", Kind::Label, {6, 8, 60, 9}, "Dossiertype:"},
+    {"cmbType", Kind::Combo, {68, 6, 130, 13}},
+    {"btnNewType", Kind::Button, {202, 6, 60, 13}, "Nieuw type..."},
+    {"btnDeleteType", Kind::Button, {266, 6, 70, 13}, "Type verwijderen"},
+    {"treFolders",
+     Kind::Tree,
+     {6, 24, 192, 164},
+     "Standaardmappen",
+     anchor::all,
+     style::edits | style::drags | style::checks},
+    {"btnNew", Kind::Button, {206, 24, 62, 14}, "Nieuwe map", anchor::rightTop},
+    {"btnDelete", Kind::Button, {272, 24, 62, 14}, "Verwijderen", anchor::rightTop},
+    {"btnUp", Kind::Button, {206, 42, 62, 14}, "Omhoog", anchor::rightTop},
+    {"btnDown", Kind::Button, {272, 42, 62, 14}, "Omlaag", anchor::rightTop},
+    {"lblTabType", Kind::Label, {206, 64, 128, 9}, "Type voor de checklist:", anchor::rightTop},
+    {"txtTabType", Kind::Edit, {206, 75, 128, 13}, "", anchor::rightTop},
+    {"lblToken", Kind::Label, {206, 94, 128, 9}, "Invullen bij het maken:", anchor::rightTop},
+    {"cmbToken",
+     Kind::Combo,
+     {206, 105, 92, 13},
+     "%DD-%MM-%YYYY;%YYYY;%hh:%mm (%ss);%##;%####",
+     anchor::rightTop},
+    {"btnToken", Kind::Button, {302, 105, 32, 13}, "Voeg in", anchor::rightTop},
+    {"lblFrom", Kind::Label, {206, 142, 128, 9}, "Overnemen van:", anchor::rightTop},
+    {"cmbFrom", Kind::Combo, {206, 153, 92, 13}, "", anchor::rightTop},
+    {"btnCopy", Kind::Button, {302, 153, 32, 13}, "Neem", anchor::rightTop},
+    {"btnSave", Kind::Button, {162, 194, 54, 14}, "Opslaan", anchor::rightBottom},
+    {"btnUndo", Kind::Button, {220, 194, 60, 14}, "Ongedaan maken", anchor::rightBottom},
+    {"btnClose",
+     Kind::Button,
+     {284, 194, 50, 14},
+     "Sluiten",
+     anchor::rightBottom,
+     style::isCancel | style::hidden},
+    {"lblPreview", Kind::Label, {206, 121, 128, 18}, "", anchor::rightTop},
+};
+constexpr forms::Layout layout = {"ctlDefaultFolders", "Standaardmappen", 340, 214, true, fields};
+
+constexpr FieldRow nameFields[] = {
+    {"lblName", Kind::Label, {8, 10, 60, 9}, "Naam:"},
+    {"txtName", Kind::Edit, {72, 8, 140, 13}, "", anchor::wide},
+    {"btnOk", Kind::Button, {108, 32, 50, 14}, "OK", anchor::rightBottom, style::isDefault},
+    {"btnCancel",
+     Kind::Button,
+     {162, 32, 50, 14},
+     "Annuleren",
+     anchor::rightBottom,
+     style::isCancel},
+};
+constexpr forms::Layout nameLayout = {"NewType", "Nieuw dossiertype", 220, 52, true, nameFields};
+
+} // namespace
+
+ctlDefaultFolders::ctlDefaultFolders(const platform::Workstation& workstation)
+    : AdminControl(layout, workstation, "UpdateDossierType") {
+    auto& form = Form();
+    const auto on = [&](std::string_view field, What what, void (ctlDefaultFolders::*act)()) {
+        form.On(field, what, [this, act](forms::FieldEvent&) { (this->*act)(); });
+    };
+    on("cmbType", What::Changed, &ctlDefaultFolders::ChooseType);
+    on("btnNewType", What::Clicked, &ctlDefaultFolders::AddType);
+    on("btnDeleteType", What::Clicked, &ctlDefaultFolders::RemoveType);
+    on("btnCopy", What::Clicked, &ctlDefaultFolders::CopyFrom);
+    on("btnNew", What::Clicked, &ctlDefaultFolders::Add);
+    on("btnDelete", What::Clicked, &ctlDefaultFolders::Remove);
+    on("btnToken", What::Clicked, &ctlDefaultFolders::InsertToken);
+    on("treFolders", What::Changed, &ctlDefaultFolders::ShowChosen);
+    form.On("btnUp", What::Clicked, [this](forms::FieldEvent&) { MoveBy(-1); });
+    form.On("btnDown", What::Clicked, [this](forms::FieldEvent&) { MoveBy(1); });
+    form.On("treFolders", What::Editing,
+            [this](forms::FieldEvent& event) { event.refused = !MayChange(); });
+    form.On("treFolders", What::Edited, [this](forms::FieldEvent& event) { Rename(event); });
+    form.On("treFolders", What::Key, [this](forms::FieldEvent& event) { Key(event); });
+    form.On("treFolders", What::Checked, [this](forms::FieldEvent& event) {
+        auto* folder = Find(event.item);
+        const auto* item = event.field.Find(event.item);
+        if (!folder || !item || !MayChange()) return Show();
+        folder->automatic = item->checked;
+        Changed();
+    });
+    form.On("treFolders", What::DragOver, [this](forms::FieldEvent& event) {
+        event.refused = event.source != &event.field || event.dragged.empty() || !MayChange() ||
+                        LiesWithin(event.item, event.dragged.front());
+    });
+    form.On("treFolders", What::Dropped, [this](forms::FieldEvent& event) {
+        Place(event.dragged.front(), event.item, event.place);
+    });
+    form.On("txtTabType", What::Changed, [this](forms::FieldEvent& event) {
+        auto* folder = Chosen();
+        if (!folder || folder->type == event.field.Text()) return;
+        folder->type = event.field.Text();
+        Changed();
+    });
+    Show();
+}
+
+// --- Reading and showing ------------------------------------------------------------------------
+
+void ctlDefaultFolders::Read() {
+    lclTypes.clear();
+    lclStored.clear();
+    lclFolders.clear();
+    if (!DbConnection() || !May("ReadDossierType")) return;
+    lclTypes = model::DossierTypes(Machine(), DbConnection());
+    const auto named = [&](std::string_view name) {
+        return std::find_if(lclTypes.begin(), lclTypes.end(), [&](const auto& type) {
+            return platform::EqualNoCase(type.name, name);
+        });
+    };
+    auto chosen = named(lclType.name);
+    if (chosen == lclTypes.end()) chosen = named(DossierType());
+    if (chosen == lclTypes.end()) chosen = lclTypes.begin();
+    lclType = chosen == lclTypes.end() ? model::DossierType{} : *chosen;
+    ReadFolders();
+}
+
+void ctlDefaultFolders::ReadFolders() {
+    lclStored.clear();
+    lclFolders.clear();
+    if (lclType.id == 0) return;
+    lclStored = model::TabsOfType(model::Store(DbConnection()), lclType.id);
+    lclFolders = FromTabs(lclStored);
+}
+
+std::vector<ctlDefaultFolders::Folder>
+ctlDefaultFolders::FromTabs(const std::vector<model::DossierTab>& tabs) {
+    std::vector<Folder> all;
+    std::vector<std::pair<std::string, std::int32_t>> paths;
+    const auto folderOf = [&](const std::string& path) {
+        for (const auto& [known, id] : paths)
+            if (platform::EqualNoCase(known, path)) return id;
+        return 0;
+    };
+    for (const auto& tab : tabs) {
+        std::int32_t parent = 0;
+        std::string path;
+        const auto steps = platform::Split(tab.description, '\\');
+        for (std::size_t i = 0; i < steps.size(); ++i) {
+            path += (i == 0 ? "" : "\\") + steps[i];
+            const bool last = i + 1 == steps.size();
+            if (const auto known = folderOf(path); known && !last) {
+                parent = known;
+                continue;
+            }
+            Folder folder{lclNext++, parent, last ? tab.id : 0, steps[i], {}};
+            if (last) {
+                folder.type = tab.type;
+                folder.automatic = tab.automatic;
+            }
+            paths.emplace_back(path, folder.id);
+            parent = folder.id;
+            all.push_back(std::move(folder));
+        }
+    }
+    // Each before what it holds, whatever the rows' order.
+    std::vector<Folder> ordered;
+    const auto take = [&](const auto& self, std::int32_t of) -> void {
+        for (const auto& folder : all)
+            if (folder.parent == of) {
+                ordered.push_back(folder);
+                self(self, folder.id);
+            }
+    };
+    take(take, 0);
+    return ordered;
+}
+
+std::string ctlDefaultFolders::PathOf(const Folder& folder) const {
+    for (const auto& other : lclFolders)
+        if (other.id == folder.parent) return PathOf(other) + "\\" + folder.name;
+    return folder.name;
+}
+
+std::vector<model::DossierTab> ctlDefaultFolders::Tabs() const {
+    std::vector<model::DossierTab> tabs;
+    std::int32_t order = 0;
+    for (const auto& folder : lclFolders)
+        tabs.push_back({folder.row, PathOf(folder), folder.type, ++order, folder.automatic});
+    return tabs;
+}
+
+void ctlDefaultFolders::Show() {
+    auto& form = Form();
+    std::vector<Item> types, others, folders;
+    for (const auto& type : lclTypes) {
+        types.push_back({type.id, {type.name}});
+        if (type.id != lclType.id) others.push_back({type.id, {type.name}});
+    }
+    form["cmbType"].SetItems(std::move(types));
+    form["cmbType"].Select(lclType.id);
+    form["cmbFrom"].SetItems(std::move(others));
+    for (const auto& folder : lclFolders) {
+        Item item{folder.id, {folder.name}, folder.parent, "closedtab"};
+        item.checked = folder.automatic;
+        item.expanded = true;
+        folders.push_back(std::move(item));
+    }
+    form["treFolders"].SetItems(std::move(folders));
+    form["btnNewType"].SetEnabled(May("CreateDossierType") && Presenter());
+    form["btnDeleteType"].SetEnabled(lclType.id != 0 && May("DeleteDossierType"));
+    ShowChosen();
+}
+
+void ctlDefaultFolders::ShowChosen() {
+    auto& form = Form();
+    const auto* folder = Chosen();
+    const bool may = lclType.id != 0 && MayChange();
+    for (const auto* name : {"btnDelete", "btnUp", "btnDown", "txtTabType", "btnToken"})
+        form[name].SetEnabled(folder && may);
+    form["btnNew"].SetEnabled(may);
+    form["btnCopy"].SetEnabled(may && !form["cmbFrom"].Items().empty());
+    form["txtTabType"].SetText(folder ? folder->type : "");
+    form["lblPreview"].SetText(
+        folder ? Text("Vandaag: $%$", {FillTokens(folder->name, Machine().clock.Now(), 1)}) : "");
+    ShowButtons();
+}
+
+// --- Which is meant -----------------------------------------------------------------------------
+
+ctlDefaultFolders::Folder* ctlDefaultFolders::Find(std::int32_t id) {
+    const auto found = std::find_if(lclFolders.begin(), lclFolders.end(),
+                                    [&](const Folder& folder) { return folder.id == id; });
+    return found == lclFolders.end() ? nullptr : &*found;
+}
+
+ctlDefaultFolders::Folder* ctlDefaultFolders::Chosen() {
+    return Find(Form()["treFolders"].Selected());
+}
+
+void ctlDefaultFolders::Choose(std::int32_t id) {
+    Form()["treFolders"].Select(id);
+    ShowChosen();
+}
+
+bool ctlDefaultFolders::LiesWithin(std::int32_t id, std::int32_t top) {
+    for (const auto* folder = Find(id); folder; folder = Find(folder->parent))
+        if (folder->id == top) return true;
+    return false;
+}
+
+bool ctlDefaultFolders::MayBeNamed(const Folder& folder, std::string_view name) {
+    auto named = folder;
+    named.name = name;
+    if (name.empty() || name.find('\\') != std::string_view::npos || PathOf(named).size() > 255) {
+        Tell("'$%$' is geen bruikbare naam", {std::string(name)});
+        return false;
+    }
+    for (const auto& other : lclFolders)
+        if (other.id != folder.id && other.parent == folder.parent &&
+            platform::EqualNoCase(other.name, name)) {
+            Tell("Er is hier al een map '$%$'", {std::string(name)});
+            return false;
+        }
+    return true;
+}
+
+// --- Types --------------------------------------------------------------------------------------
+
+void ctlDefaultFolders::ChooseType() {
+    const auto wanted = Form()["cmbType"].Selected();
+    if (wanted == 0 || wanted == lclType.id) return;
+    if (!MayLeave()) return Form()["cmbType"].Select(lclType.id);
+    for (const auto& type : lclTypes)
+        if (type.id == wanted) lclType = type;
+    Undo();
+}
+
+void ctlDefaultFolders::AddType() {
+    auto* const dialogs = Presenter();
+    if (!dialogs || !MayLeave()) return;
+    forms::Form dialog(nameLayout, Machine(), Translate());
+    if (!dialogs->ShowModal(dialog)) return;
+    const auto name = platform::Trim(dialog["txtName"].Text());
+    const bool known = std::any_of(lclTypes.begin(), lclTypes.end(), [&](const auto& type) {
+        return platform::EqualNoCase(type.name, name);
+    });
+    // "^" parts a type from a folder's type in the keys of checklists.
+    if (known || name.empty() || name.size() > 255 || name.find('^') != std::string::npos)
+        return Tell("'$%$' is geen bruikbare naam", {name});
+    if (!Guarded([&] {
+            const model::Store store(DbConnection());
+            model::Transaction transaction(store, Machine());
+            if (model::FindDossierType(Machine(), DbConnection(), name).id == 0)
+                model::AddDossierType(Machine(), store, name, name);
+            transaction.Commit();
+        }))
+        return;
+    lclType = {0, name, {}};
+    Undo();
+    EvSaved.Raise();
+}
+
+void ctlDefaultFolders::RemoveType() {
+    if (lclType.id == 0 || !May("DeleteDossierType") ||
+        !Ask("Wilt u het dossiertype '$%$' met zijn standaardmappen verwijderen? Dossiers blijven "
+             "bestaan.",
+             "Bevestigen verwijderen", {lclType.name}))
+        return;
+    if (!Guarded([&] {
+            const model::Store store(DbConnection());
+            model::Transaction transaction(store, Machine());
+            model::RemoveDossierType(store, lclType.id);
+            transaction.Commit();
+        }))
+        return;
+    lclType = {};
+    Undo();
+    EvSaved.Raise();
+}
+
+void ctlDefaultFolders::CopyFrom() {
+    const auto from = Form()["cmbFrom"].Selected();
+    if (from == 0 || !MayChange()) return;
+    Guarded([&] {
+        const auto tabs = model::TabsOfType(model::Store(DbConnection()), from);
+        for (auto& folder : FromTabs(tabs)) {
+            folder.row = 0;
+            const auto path = folder.name;
+            const bool there =
+                folder.parent == 0 &&
+                std::any_of(lclFolders.begin(), lclFolders.end(), [&](const Folder& other) {
+                    return other.parent == 0 && platform::EqualNoCase(other.name, path);
+                });
+            if (there) folder.name += " (2)";
+            lclFolders.push_back(std::move(folder));
+        }
+    });
+    Changed();
+    Show();
+}
+
+// --- Saving -------------------------------------------------------------------------------------
+
+bool ctlDefaultFolders::MaySave() {
+    const auto tabs = Tabs();
+    const auto tooLong = std::find_if(tabs.begin(), tabs.end(), [](const auto& tab) {
+        return tab.description.size() > 255 || tab.type.size() > 255;
+    });
+    if (tooLong == tabs.end()) return true;
+    Tell("'$%$' is geen bruikbare naam", {tooLong->description});
+    return false;
+}
+
+void ctlDefaultFolders::Write(const model::Store& store) {
+    if (!model::HoldType(store, lclType.id) || model::TabsOfType(store, lclType.id) != lclStored)
+        throw ChangedMeanwhile{lclType.name};
+    model::SaveTabs(Machine(), store, lclType.id, lclStored, Tabs());
+}
+
+} // namespace kavidex::controls

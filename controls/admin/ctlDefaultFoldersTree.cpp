@@ -1,0 +1,153 @@
+// How the editor of default folders changes its tree.
+#include <algorithm>
+
+#include "controls/admin/ctlDefaultFolders.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+constexpr int deleteKey = 0x2E, insertKey = 0x2D, left = 0x25, up = 0x26, right = 0x27, down = 0x28;
+
+} // namespace
+
+void ctlDefaultFolders::Add() {
+    if (lclType.id == 0 || !MayChange()) return;
+    const auto* at = Chosen();
+    Folder made{lclNext++, at ? at->parent : 0, 0, {}, {}};
+    const auto base = Text("Nieuwe map");
+    const auto taken = [&](const std::string& name) {
+        return std::any_of(lclFolders.begin(), lclFolders.end(), [&](const Folder& other) {
+            return other.parent == made.parent && platform::EqualNoCase(other.name, name);
+        });
+    };
+    made.name = base;
+    for (int n = 2; taken(made.name); ++n) made.name = base + " " + std::to_string(n);
+    // Behind the chosen one and all that it holds.
+    auto place = lclFolders.end();
+    if (at) {
+        place = std::find_if(lclFolders.begin(), lclFolders.end(),
+                             [&](const Folder& folder) { return folder.id == at->id; });
+        const auto top = at->id;
+        do ++place;
+        while (place != lclFolders.end() && LiesWithin(place->id, top));
+    }
+    const auto id = made.id;
+    lclFolders.insert(place, std::move(made));
+    Changed();
+    Show();
+    Choose(id);
+    Form()["treFolders"].EditItem(id);
+}
+
+void ctlDefaultFolders::Remove() {
+    const auto* folder = Chosen();
+    if (!folder || !MayChange()) return;
+    const auto top = folder->id;
+    std::vector<std::int32_t> gone;
+    for (const auto& other : lclFolders)
+        if (LiesWithin(other.id, top)) gone.push_back(other.id);
+    std::erase_if(lclFolders, [&](const Folder& other) {
+        return std::find(gone.begin(), gone.end(), other.id) != gone.end();
+    });
+    Changed();
+    Show();
+}
+
+void ctlDefaultFolders::Rename(forms::FieldEvent& event) {
+    auto* folder = Find(event.item);
+    const auto name = platform::Trim(event.text);
+    event.refused = !folder || name == folder->name || !MayBeNamed(*folder, name);
+    if (event.refused) return;
+    folder->name = name;
+    event.refused = name != event.text;
+    Changed();
+    if (event.refused) Show();
+    ShowChosen();
+}
+
+void ctlDefaultFolders::Key(forms::FieldEvent& event) {
+    if (event.key == deleteKey)
+        Remove();
+    else if (event.key == insertKey)
+        Add();
+    else if (event.control && (event.key == up || event.key == down))
+        MoveBy(event.key == up ? -1 : 1);
+    else if (event.control && (event.key == left || event.key == right))
+        Indent(event.key == right);
+    else
+        event.refused = true;
+}
+
+void ctlDefaultFolders::MoveBy(int steps) {
+    const auto* folder = Chosen();
+    if (!folder || !MayChange()) return;
+    std::vector<std::int32_t> siblings;
+    for (const auto& other : lclFolders)
+        if (other.parent == folder->parent) siblings.push_back(other.id);
+    const auto at = std::find(siblings.begin(), siblings.end(), folder->id) - siblings.begin();
+    const auto to = at + steps;
+    if (to < 0 || to >= static_cast<std::ptrdiff_t>(siblings.size())) return;
+    Place(folder->id, siblings[static_cast<std::size_t>(to)],
+          steps < 0 ? forms::Place::Before : forms::Place::After);
+}
+
+void ctlDefaultFolders::Indent(bool deeper) {
+    const auto* folder = Chosen();
+    if (!folder || !MayChange()) return;
+    if (!deeper) {
+        if (folder->parent != 0) Place(folder->id, folder->parent, forms::Place::After);
+        return;
+    }
+    std::int32_t before = 0;
+    for (const auto& other : lclFolders) {
+        if (other.id == folder->id) break;
+        if (other.parent == folder->parent) before = other.id;
+    }
+    if (before != 0) Place(folder->id, before, forms::Place::On);
+}
+
+// Takes the folder with all that it holds out of the list and puts it there again.
+void ctlDefaultFolders::Place(std::int32_t id, std::int32_t target, forms::Place place) {
+    if (!Find(id) || LiesWithin(target, id) || !MayChange()) return;
+    const auto* beside = Find(target);
+    const auto parent = !beside ? 0 : place == forms::Place::On ? target : beside->parent;
+    auto probe = *Find(id);
+    if (probe.parent != parent) {
+        probe.parent = parent;
+        if (!MayBeNamed(probe, probe.name)) return;
+    }
+    std::vector<Folder> moved, rest;
+    for (const auto& folder : lclFolders)
+        (LiesWithin(folder.id, id) ? moved : rest).push_back(folder);
+    moved.front().parent = parent;
+    auto at = rest.end();
+    if (beside) {
+        at = std::find_if(rest.begin(), rest.end(),
+                          [&](const Folder& folder) { return folder.id == target; });
+        if (place != forms::Place::Before)
+            at = std::find_if(at, rest.end(),
+                              [&](const Folder& folder) { return !LiesWithin(folder.id, target); });
+    }
+    rest.insert(at, moved.begin(), moved.end());
+    lclFolders = std::move(rest);
+    Changed();
+    Show();
+    Choose(id);
+}
+
+void ctlDefaultFolders::InsertToken() {
+    auto* folder = Chosen();
+    const auto* token = Form()["cmbToken"].Find(Form()["cmbToken"].Selected());
+    if (!folder || !token || !MayChange()) return;
+    const auto name = platform::Trim(folder->name + " " + token->Cell());
+    if (!MayBeNamed(*folder, name)) return;
+    const auto id = folder->id;
+    folder->name = name;
+    Changed();
+    Show();
+    Choose(id);
+}
+
+} // namespace kavidex::controls

@@ -1,0 +1,101 @@
+// What the rights editor asks before it saves, and the saving.
+#include <algorithm>
+#include <map>
+
+#include "controls/admin/ctlRights.h"
+#include "data/Error.h"
+#include "data/clsSettings.h"
+#include "model/treeRows.h"
+#include "platform/text.h"
+
+namespace kavidex::controls {
+
+bool ctlRights::SomebodyMayChange(const std::vector<Holder>& holders) {
+    const auto place =
+        static_cast<std::size_t>(model::FindRight(rightToChangeRights) - model::Rights().data());
+    return std::any_of(holders.begin(), holders.end(), [&](const Holder& holder) {
+        return !holder.isGroup && holder.rights[place];
+    });
+}
+
+bool ctlRights::MaySave() {
+    bool asked = false;
+    for (const auto& holder : lclHolders) {
+        const auto* before = Before(holder.id);
+        if (!holder.isGroup || !before || before->rights == holder.rights) continue;
+        if (!asked && !Ask("Hiermee vervangt u alle instellingen voor gebruikers van deze groep. "
+                           "Weet u zeker dat u dit wilt?",
+                           "Bevestigen toepassen wijzigingen"))
+            return false;
+        asked = true;
+        for (auto& user : lclHolders)
+            if (user.group == holder.id) user.rights = holder.rights;
+    }
+    const bool before = SomebodyMayChange(lclStored);
+    const bool switched = lclUse && !lclStoredUse; // asked already
+    return !lclUse || SomebodyMayChange(lclHolders) || switched || !before ||
+           ConfirmNobodyLeft(Form(), Machine());
+}
+
+void ctlRights::Write(const model::Store& store) {
+    // Held before anything is read: what is read then is what others have left.
+    if (lclPlace.tree != 0) model::HoldNode(store, lclPlace.users);
+    const auto place = model::MakeUserTree(Machine(), store, Text("Gebruikers en groepen"));
+    const auto now = model::LoadHolders(Machine(), store);
+    const auto stored = [&](std::int32_t id) -> const Holder* {
+        const auto found =
+            std::find_if(now.begin(), now.end(), [&](const Holder& h) { return h.id == id; });
+        return found == now.end() ? nullptr : &*found;
+    };
+    const auto unchanged = [&](const Holder& before) {
+        const auto* there = stored(before.id);
+        if (!there || *there != before) throw ChangedMeanwhile{before.name};
+    };
+    std::vector<const Holder*> gone, renamed;
+    for (const auto& before : lclStored) {
+        const auto* after = Find(before.id);
+        if (after && *after == before) continue;
+        unchanged(before);
+        if (!after)
+            gone.push_back(&before);
+        else if (after->name != before.name)
+            renamed.push_back(&before);
+    }
+    // What someone else made: under a name of ours, or in a group that goes.
+    for (const auto& there : now)
+        if (!Before(there.id) &&
+            (Named(there.name) || (there.group != 0 && Before(there.group) && !Find(there.group))))
+            throw ChangedMeanwhile{there.name};
+    // A name may be given to another one at once.
+    for (const auto* holder : gone) model::RemoveRights(Machine(), store, holder->name);
+    const auto aside = [](const Holder& holder) { return "~" + std::to_string(holder.id); };
+    for (const auto* holder : renamed)
+        model::MoveRights(Machine(), store, holder->name, aside(*holder));
+    for (const auto* holder : renamed)
+        model::MoveRights(Machine(), store, aside(*holder), Find(holder->id)->name);
+    std::map<std::int32_t, std::int32_t> given; // ids of the new groups
+    for (const bool groups : {true, false})
+        for (auto holder : lclHolders) {
+            const auto* before = Before(holder.id);
+            if (holder.isGroup != groups || (before && *before == holder)) continue;
+            if (given.contains(holder.group)) holder.group = given[holder.group];
+            if (before)
+                model::ChangeHolder(Machine(), store, place, *before, holder);
+            else
+                given[holder.id] = model::AddHolder(Machine(), store, place, holder);
+        }
+    // Users before the groups that held them.
+    for (auto holder = gone.rbegin(); holder != gone.rend(); ++holder)
+        model::RemoveHolder(store, (*holder)->id);
+    const auto use = model::ReadSetting(Machine(), store.Connection(), "Rights", "Use");
+    if ((use && platform::EqualAsciiNoCase(*use, "true")) != lclStoredUse)
+        throw ChangedMeanwhile{Text("Rechten gebruiken")};
+    if (lclUse == lclStoredUse) return;
+    data::clsSettings settings(Machine());
+    settings.SetDbConnection(store.Connection());
+    settings.SetSetting("Rights", "Use", lclUse ? "True" : "False");
+    if (!settings.Failure().empty())
+        throw data::Error(data::errors::objectClosed, settings.Failure(), "Kavidex");
+}
+
+} // namespace kavidex::controls

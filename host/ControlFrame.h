@@ -1,0 +1,34 @@
+// A window of the sample host with one control of an administrator in it.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+#include "platform/win32/ole/ControlSite.h"
+
+namespace kavidex::host {
+
+class ControlFrame {
+public:
+    // Shows the control on that connection; throws platform::Error where it cannot be made.
+    ControlFrame(HWND owner, const wchar_t* progId, const std::string& title,
+                 const platform::win32::ComPtr<IDispatch>& connection);
+    ~ControlFrame();
+    ControlFrame(const ControlFrame&) = delete;
+    ControlFrame& operator=(const ControlFrame&) = delete;
+
+    bool IsOpen() const { return lclWindow != nullptr; }
+    bool TranslateKey(MSG& message) { return lclWindow && lclSite->TranslateKey(message); }
+    void Close(); // without a question
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l);
+    LRESULT Handle(UINT message, WPARAM w, LPARAM l);
+    bool MayClose(); // asks about what is not saved
+
+    HWND lclWindow = nullptr;
+    platform::win32::ControlSite* lclSite = nullptr;
+};
+
+} // namespace kavidex::host

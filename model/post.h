@@ -1,0 +1,47 @@
+// Post: documents that wait in a folder and are handed to users, each of whom has a folder of the
+// type "userpost" beside the users. A document is in one folder at a time.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/userRights.h"
+
+namespace kavidex::model {
+
+struct PostItem {
+    NodeId id = 0;
+    std::string type, description;
+    std::int32_t document = 0;
+    // What is known of one that was handed over, from the settings under "Post." and its id.
+    NodeId from = 0; // the folder that it came from
+    std::string by, on, remark;
+    bool opened = false; // its user has seen it
+};
+
+// The folder in which post waits, made where there is none (then within a transaction).
+NodeId PostFolder(const platform::Workstation& workstation, const Store& store,
+                  const UserTree& place, std::string_view name);
+std::vector<PostItem> PostIn(const Store& store, NodeId folder);
+struct PostBox {
+    NodeId folder = 0;
+    int count = 0;
+};
+std::map<NodeId, PostBox> PostBoxes(const Store& store, const UserTree& place); // by the user's id
+
+enum class PostResult { Done, Gone }; // Gone: another one had it first; nothing was written
+
+// Within a transaction. `from` is where the documents are known to be.
+PostResult GivePost(const platform::Workstation& workstation, const Store& store,
+                    const UserTree& place, NodeId from, std::span<const NodeId> items,
+                    const RightsHolder& user, std::string_view remark);
+// Back to where each came from, or to `otherwise`; Gone also for one that its user has opened.
+PostResult TakePostBack(const Store& store, NodeId folder, std::span<const NodeId> items,
+                        NodeId otherwise);
+void MarkPostOpened(const platform::Workstation& workstation, const Store& store, NodeId item);
+
+} // namespace kavidex::model

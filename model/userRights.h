@@ -1,0 +1,56 @@
+// The users and groups of an installation with their rights, as an administrator changes them: a
+// tree of its own, named by the setting "Rights"/"UserTree".
+#pragma once
+
+#include <bitset>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "model/Store.h"
+#include "model/clsItem.h"
+#include "model/rights.h"
+
+namespace kavidex::model {
+
+using RightSet = std::bitset<26>; // in the order of Rights()
+
+struct RightsHolder {
+    NodeId id = 0;    // below 0: not stored yet
+    NodeId group = 0; // of a user; 0: none
+    bool isGroup = false;
+    std::string name;
+    RightSet rights;
+    bool operator==(const RightsHolder&) const = default;
+};
+
+struct UserTree {
+    std::int32_t tree = 0;      // 0: there is none yet
+    NodeId root = 0, users = 0; // `users` holds groups and users
+};
+
+// What the setting names, made where there is none (then within a transaction).
+UserTree FindUserTree(const platform::Workstation& workstation, const Store& store);
+UserTree MakeUserTree(const platform::Workstation& workstation, const Store& store,
+                      std::string_view description);
+
+// Groups before their users, each by name.
+std::vector<RightsHolder> LoadHolders(const platform::Workstation& workstation, const Store& store);
+
+// Whether rights can be kept under the name: not empty, and not too long once it is written.
+bool CanHoldRights(std::string_view name);
+
+// Within a transaction, after HoldNode of the tree. Each throws data::Error when refused.
+NodeId AddHolder(const platform::Workstation& workstation, const Store& store,
+                 const UserTree& place, const RightsHolder& holder);
+// Its name, its group, and the rights that differ; rights kept under the old name stay there.
+void ChangeHolder(const platform::Workstation& workstation, const Store& store,
+                  const UserTree& place, const RightsHolder& before, const RightsHolder& after);
+void RemoveHolder(const Store& store, NodeId id); // of a group with all its users
+void RemoveRights(const platform::Workstation& workstation, const Store& store,
+                  std::string_view name);
+void MoveRights(const platform::Workstation& workstation, const Store& store, std::string_view from,
+                std::string_view to);
+
+} // namespace kavidex::model

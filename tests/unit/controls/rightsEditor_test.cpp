@@ -1,0 +1,216 @@
+// The rights editor: what is written for whom, what is refused, and who cannot be locked out
+// unasked.
+#include <gtest/gtest.h>
+
+#include "controls/admin/ctlRights.h"
+#include "data/clsSettings.h"
+#include "data/embedded/EmbeddedDatabase.h"
+#include "data/schema/clsUpdateDb.h"
+#include "model/clsUserAuth.h"
+#include "tests/fakes/FakeForms.h"
+#include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/RecordingConnection.h"
+
+namespace kavidex::controls {
+
+namespace {
+
+constexpr std::int32_t group = 1, right = 101; // in the tree of rights
+constexpr std::int32_t updateEditRights = right + 2, print = right + 18;
+
+struct RightsEditor : testing::Test {
+    tests::FakeWorkstation machine;
+    data::ConnectionPtr database = data::EmbeddedDatabase::CreateInMemory();
+    std::shared_ptr<tests::RecordingConnection> connection =
+        std::make_shared<tests::RecordingConnection>("ACCESS", database);
+    tests::FakeForms forms;
+    std::unique_ptr<ctlRights> editor;
+
+    void SetUp() override {
+        data::clsUpdateDb update(machine);
+        update.SetDbConnection(database);
+        update.fncUpdateDb();
+        editor = Make();
+    }
+    std::unique_ptr<ctlRights> Make() {
+        auto made = std::make_unique<ctlRights>(machine);
+        made->presenter = [this] { return &forms; };
+        made->SetDbConnection(connection);
+        return made;
+    }
+    static std::int32_t IdOf(ctlRights& of, const char* name) {
+        for (const auto& item : of.Form()["treUsers"].Items())
+            if (item.Cell() == name) return item.id;
+        return 0;
+    }
+    // A new one, named at once; in the group chosen.
+    std::int32_t Add(tests::FormUser& user, const char* button, const char* name) {
+        user.Click(button);
+        const auto id = editor->Form()["treUsers"].Selected();
+        EXPECT_EQ(user.edited, id);
+        if (!user.EditItem("treUsers", id, name)) return 0;
+        return id;
+    }
+    std::string Right(std::string_view who, std::string_view key) {
+        model::clsUserAuth rights(machine);
+        rights.SetDbConnection(database);
+        rights.SetUserId(who);
+        EXPECT_TRUE(rights.LoadRights());
+        return rights.GetRight(key);
+    }
+    std::string LastTold() {
+        return machine.messages.shown.empty() ? "" : machine.messages.shown.back().text;
+    }
+    // Sales with O'Brien, and Jansen outside, who may change rights.
+    void Fill() {
+        tests::FormUser user(editor->Form());
+        Add(user, "btnGroup", "Sales");
+        Add(user, "btnUser", "O'Brien 100%_*");
+        user.TickItem("treRights", print);
+        user.ChooseAll("treUsers", {});
+        Add(user, "btnUser", "Jansen");
+        user.TickItem("treRights", group);
+        user.Click("btnSave");
+        ASSERT_FALSE(editor->IsChanged()) << LastTold();
+    }
+};
+
+} // namespace
+
+TEST_F(RightsEditor, WritesUsersGroupsAndRightsAndReadsThemBack) {
+    Fill();
+    EXPECT_EQ(Right("O'Brien 100%_*", "Print"), "True");
+    EXPECT_EQ(Right("O'Brien 100%_*", "Mail"), "");
+    EXPECT_EQ(Right("Jansen", "EditSettings"), "True");
+    const auto again = Make();
+    const auto& users = again->Form()["treUsers"];
+    ASSERT_EQ(users.Items().size(), 3U);
+    EXPECT_EQ(users.Items()[1].Cell(), "O'Brien 100%_*");
+    EXPECT_EQ(users.Items()[1].parent, users.Items()[0].id);
+    EXPECT_EQ(users.Items()[2].parent, 0);
+
+    // Found by typing; all of its group are ticked, so the group is.
+    tests::FormUser user(again->Form());
+    user.Type("txtFind", "jan");
+    EXPECT_EQ(user.Text("lblName"), "Jansen");
+    EXPECT_TRUE(again->Form()["treRights"].Find(group)->checked);
+    user.TickItem("treRights", group, false);
+    user.TickItem("treRights", print);
+    forms.users = {[&](tests::FormUser& copy) {
+        copy.TickItem("lstTargets", IdOf(*again, "O'Brien 100%_*"));
+        copy.Click("btnOk");
+    }};
+    user.TickItem("treRights", right + 17);
+    user.Click("btnCopy");
+    EXPECT_TRUE(again->Save());
+    EXPECT_EQ(Right("Jansen", "EditSettings"), "False");
+    EXPECT_EQ(Right("O'Brien 100%_*", "Mail"), "True");
+
+    // Renamed, one under the other's old name; moved out of the group; the group goes.
+    const auto brien = IdOf(*again, "O'Brien 100%_*"), jansen = IdOf(*again, "Jansen");
+    user.EditItem("treUsers", jansen, "x");
+    EXPECT_TRUE(user.EditItem("treUsers", brien, "Jansen"));
+    EXPECT_FALSE(user.EditItem("treUsers", jansen, "sALES")) << "the group has that name";
+    EXPECT_FALSE(user.EditItem("treUsers", jansen, std::string(255, 'a').c_str()));
+    EXPECT_FALSE(user.EditItem("treUsers", jansen, "  "));
+    EXPECT_TRUE(user.Drag("treUsers", {brien}, "treUsers", 0));
+    user.Choose("treUsers", IdOf(*again, "Sales"));
+    user.PressKey("treUsers", 0x2E);
+    EXPECT_TRUE(again->Save()) << LastTold();
+    EXPECT_EQ(Right("Jansen", "Mail"), "True");
+    EXPECT_EQ(Right("x", "EditSettings"), "False");
+    EXPECT_EQ(Right("O'Brien 100%_*", "Mail"), "");
+    EXPECT_EQ(Make()->Form()["treUsers"].Items().size(), 2U);
+}
+
+TEST_F(RightsEditor, AGroupsRightsReplaceThoseOfItsUsersAfterTheQuestion) {
+    Fill();
+    tests::FormUser user(editor->Form());
+    user.Choose("treUsers", IdOf(*editor, "Sales"));
+    user.TickItem("treRights", right + 17); // Mail
+    machine.messages.answers = {platform::Answer::No};
+    user.Click("btnSave");
+    EXPECT_TRUE(editor->IsChanged());
+    EXPECT_EQ(LastTold(),
+              "Hiermee vervangt u alle instellingen voor gebruikers van deze groep. Weet "
+              "u zeker dat u dit wilt?");
+    EXPECT_EQ(Right("O'Brien 100%_*", "Print"), "True");
+    user.Click("btnSave");
+    EXPECT_EQ(Right("O'Brien 100%_*", "Print"), "False");
+    EXPECT_EQ(Right("O'Brien 100%_*", "Mail"), "True");
+    EXPECT_EQ(Right("Sales", "Mail"), "True");
+}
+
+TEST_F(RightsEditor, TheLastWhoMayChangeRightsIsNotLockedOutUnasked) {
+    Fill();
+    tests::FormUser user(editor->Form());
+    user.Tick("chkUseRights"); // Jansen may undo it: one question
+    ASSERT_EQ(machine.messages.shown.size(), 1U);
+    user.Choose("treUsers", IdOf(*editor, "Jansen"));
+    EXPECT_EQ(user.Text("lblEffective"), "Geldig nu: 9 van 26 rechten");
+    user.Click("btnSave");
+    model::clsUserAuth jansen(machine);
+    jansen.SetUserId("Jansen");
+    jansen.SetDbConnection(connection);
+    jansen.LoadRights();
+    editor->SetUserAuth(std::make_shared<model::clsUserAuth>(jansen));
+    user.Choose("treUsers", IdOf(*editor, "Jansen"));
+    user.TickItem("treRights", updateEditRights, false);
+    machine.messages.answers = {platform::Answer::No};
+    user.Click("btnSave");
+    EXPECT_NE(LastTold().find("Geen enkele gebruiker mag rechten wijzigen"), std::string::npos);
+    EXPECT_EQ(Right("Jansen", "UpdateEditRights"), "True");
+    // Without the right nothing can be changed at all.
+    editor->Undo();
+    editor->SetUserAuth(std::make_shared<model::clsUserAuth>(machine));
+    EXPECT_FALSE(user.CanUse("treRights"));
+    EXPECT_FALSE(user.CanUse("btnUser"));
+}
+
+TEST_F(RightsEditor, RefusesWhatAnotherChangedMeanwhileAndWritesAllOrNothing) {
+    Fill();
+    const auto other = Make();
+    tests::FormUser mine(editor->Form()), theirs(other->Form());
+    theirs.Choose("treUsers", IdOf(*other, "Jansen"));
+    theirs.TickItem("treRights", print);
+    EXPECT_TRUE(other->Save());
+    mine.Choose("treUsers", IdOf(*editor, "O'Brien 100%_*"));
+    mine.TickItem("treRights", right + 17);
+    mine.Choose("treUsers", IdOf(*editor, "Jansen"));
+    mine.TickItem("treRights", right + 17);
+    EXPECT_FALSE(editor->Save());
+    EXPECT_EQ(LastTold(),
+              "'Jansen' is intussen door iemand anders gewijzigd. Er is niets opgeslagen.");
+    EXPECT_EQ(Right("O'Brien 100%_*", "Mail"), "");
+    editor->Undo();
+
+    // Deleted by the other while it was changed here; then every write fails in turn.
+    theirs.Choose("treUsers", IdOf(*other, "Jansen"));
+    theirs.Click("btnDelete");
+    EXPECT_TRUE(other->Save());
+    mine.Choose("treUsers", IdOf(*editor, "Jansen"));
+    mine.TickItem("treRights", right + 17);
+    EXPECT_FALSE(editor->Save());
+    editor->Undo();
+    mine.Choose("treUsers", IdOf(*editor, "O'Brien 100%_*"));
+    mine.TickItem("treRights", group);
+    mine.EditItem("treUsers", IdOf(*editor, "O'Brien 100%_*"), "Piet");
+    std::size_t failed = 0;
+    for (std::size_t n = 1; n < 500; ++n) {
+        std::size_t writes = 0;
+        connection->refuse = [&](const std::string& statement) {
+            const bool read = statement.starts_with("Select") || statement.starts_with("select");
+            return !read && ++writes == n;
+        };
+        const bool saved = editor->Save();
+        connection->refuse = nullptr;
+        if (saved) break;
+        ++failed;
+        ASSERT_EQ(Right("O'Brien 100%_*", "Print"), "True") << n;
+        ASSERT_EQ(Right("Piet", "Print"), "") << n;
+    }
+    EXPECT_GT(failed, 10U);
+    EXPECT_EQ(Right("Piet", "EditSettings"), "True");
+}
+
+} // namespace kavidex::controls
