@@ -1,6 +1,7 @@
 // Mails, links and files of every other type on the viewer's stage; the external window.
 #include <gtest/gtest.h>
 
+#include "controls/viewer/NoteFile.h"
 #include "controls/viewer/ViewerViews.h"
 #include "controls/viewer/external/ctrlExtViewer.h"
 #include "mail/HtmlText.h"
@@ -125,6 +126,20 @@ TEST_F(Views, WithoutAMailProgramNothingIsSaidAndTheOptionReadsTheFile) {
     EXPECT_EQ(header["lblAttachment"].Text(), "Bijlagen: polis.pdf");
     EXPECT_NE(machine.files.ReadAll(browser.navigated.back().substr(10)).find("<p>Beste An</p>"),
               std::string::npos);
+}
+
+TEST_F(Views, ANoteIsPrintedAsItStandsInItsBox) {
+    const auto note = DocumentOf("nnt", "Notitie", WriteNote("kop", "oud"));
+    ASSERT_TRUE(viewer.ShowItem(note));
+    viewer.Views().note.Note().SetText("nieuw\r\n" + std::string(4000, 'x'));
+    auto& printers = machine.shell.printers;
+    EXPECT_EQ(window.Button("Print").enabled, CanDrawPdf()) << "PDFium draws its pages";
+    viewer.ButtonClicked("Print");
+    ASSERT_EQ(printers.jobs.size(), CanDrawPdf() ? 1U : 0U);
+    for (const auto& job : printers.jobs) EXPECT_TRUE(job.starts_with("Notitie: high "));
+    machine.messages.answers = {platform::Answer::No};
+    viewer.ShowItem(nullptr);
+    EXPECT_EQ(ReadNote(machine.files.ReadAll(FileOf(note))).memo, "oud") << "printed, not saved";
 }
 
 TEST_F(Views, ALinkAsksTheHostAndShowsNothing) {
