@@ -2,6 +2,7 @@
 
 #include <olectl.h>
 
+#include "com/controls/ctlViewerFace.h"
 #include "com/controls/ctrlCorrespondenceFace.h"
 #include "com/controls/ctrlExtViewerFace.h"
 #include "com/controls/ctrlNoteFace.h"
@@ -23,6 +24,8 @@ const ClassRow table[] = {
      &DIID__ctrlCorrespondence, &DIID__ctrlCorrespondenceEvents, control, &MakeCtrlCorrespondence},
     {L"ctrlTree", L"Kavidex folder tree control", &CLSID_ctrlTree, &DIID__ctrlTree,
      &DIID__ctrlTreeEvents, control, &MakeCtrlTree},
+    {L"ctlViewer", L"Kavidex document viewer", &CLSID_ctlViewer, &DIID__ctlViewer,
+     &DIID__ctlViewerEvents, control, &MakeCtlViewer},
     {L"ctrlNote", L"Kavidex note control", &CLSID_ctrlNote, &DIID__ctrlNote, &DIID__ctrlNoteEvents,
      control, &MakeCtrlNote},
     {L"ctrlExtViewer", L"Kavidex external viewer", &CLSID_ctrlExtViewer, &DIID__ctrlExtViewer,

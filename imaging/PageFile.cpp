@@ -1,6 +1,7 @@
 #include "imaging/PageFile.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <iterator>
@@ -40,6 +41,38 @@ PageFacts FactsOf(Source& source, const Directory& page, const Samples& samples)
         std::swap(facts.xDpi, facts.yDpi);
     }
     return facts;
+}
+
+// Some of a page's data from all over it: pages of one size that are not compressed differ in
+// nothing else. What a damaged page claims beyond the file's end is passed over.
+template <class Add>
+void SampleData(Source& source, const Directory& page, Add add) {
+    namespace tags = tiff::tags;
+    const auto find = [&page](std::uint16_t strips, std::uint16_t tiles) {
+        const auto* entry = page.Find(strips);
+        return entry ? entry : page.Find(tiles);
+    };
+    const auto* places = find(tags::stripOffsets, tags::tileOffsets);
+    const auto* lengths = find(tags::stripByteCounts, tags::tileByteCounts);
+    if (!places || !lengths) return;
+    const auto from = source.Numbers(*places);
+    auto sizes = source.Numbers(*lengths);
+    sizes.resize(std::min(from.size(), sizes.size()));
+    std::uint64_t total = 0;
+    for (auto& size : sizes) total += size = std::min(size, source.Size());
+    const bool plain = source.Number(page, tags::compression, 1) == tiff::compressions::none;
+    const std::size_t spots = plain ? 16 : 4, length = plain ? 4096 : 512;
+    std::array<char, 4096> room{};
+    std::uint64_t begin = 0; // of a part, within all of the data
+    std::size_t spot = 0;
+    for (std::size_t i = 0; i < sizes.size(); begin += sizes[i++])
+        for (; spot < spots && total / spots * spot < begin + sizes[i]; ++spot) {
+            const auto at = std::max(total / spots * spot, begin) - begin;
+            if (from[i] >= source.Size() || at >= source.Size() - from[i]) continue;
+            const auto wanted = std::min<std::uint64_t>(length, sizes[i] - at);
+            add({room.data(),
+                 source.ReadSome(from[i] + at, room.data(), static_cast<std::size_t>(wanted))});
+        }
 }
 
 void TellDamage(Source& source, const std::string& complaint, std::string* damage) {
@@ -129,12 +162,14 @@ std::uint64_t PageFile::Fingerprint(int page) {
     const auto add = [&hash](std::string_view bytes) {
         for (const char c : bytes) hash = (hash ^ static_cast<unsigned char>(c)) * 1099511628211U;
     };
-    for (const auto& entry : lclSource->Page(page).entries) {
+    const Directory directory = lclSource->Page(page);
+    for (const auto& entry : directory.entries) {
         if (std::find(std::begin(places), std::end(places), entry.tag) != std::end(places))
             continue;
         add(std::to_string(entry.tag) + ":" + std::to_string(entry.count) + ":");
         if (entry.Size() > 0) add(lclSource->Value(entry));
     }
+    SampleData(*lclSource, directory, add);
     return hash;
 }
 

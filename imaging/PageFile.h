@@ -52,8 +52,8 @@ public:
     // The annotations' bytes as stored; none where the page has none.
     std::optional<std::string> Marks(int page);
 
-    // Of what the page says of itself, its annotations and the sizes of its compressed data: a copy
-    // of the page in another file, or at another number, has the same.
+    // Of what the page says of itself, its annotations, the sizes of its compressed data and some
+    // of that: a copy of the page in another file, or at another number, has the same.
     std::uint64_t Fingerprint(int page);
 
 private:

@@ -1,5 +1,6 @@
 #include "com/controls/ctrlExtViewerFace.h"
 
+#include "com/controls/ExportedPages.h"
 #include "com/model/faces.h"
 #include "controls/viewer/win32/ExternalWindowWin32.h"
 #include "controls/viewer/win32/PlaceholderWindow.h"
@@ -66,10 +67,9 @@ void ctrlExtViewerFace::RaiseEvents() {
     On(viewer.ExternalViewerOpened, [this] { Raise(Ev(L"ExternalViewerOpened")); });
     On(viewer.EvExportPages,
        [this](const std::string& file, const std::vector<std::int32_t>& pages, bool& done) {
-           std::vector<Variant> numbers(pages.begin(), pages.end());
-           VARIANT_BOOL flag = done ? VARIANT_TRUE : VARIANT_FALSE;
-           Raise(Ev(L"EvExportPages"), file, platform::win32::ArrayOf(numbers), Flagged{&flag});
-           done = flag != VARIANT_FALSE;
+           RaiseExport(file, pages, done, [this](auto&&... arguments) {
+               Raise(Ev(L"EvExportPages"), std::forward<decltype(arguments)>(arguments)...);
+           });
        });
     On(viewer.EvNextDocumentRequest, [this] { Raise(Ev(L"EvNextDocumentRequest")); });
     On(viewer.EvPreviousDocumentRequest, [this] { Raise(Ev(L"EvPreviousDocumentRequest")); });

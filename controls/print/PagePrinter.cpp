@@ -22,6 +22,18 @@ std::vector<int> PagesOf(const platform::PrintChoice& choice, int count) {
 
 } // namespace
 
+DrawnSize SizeForPaper(double width, double height, const platform::PrintPaper& paper) {
+    constexpr double sharpest = 300; // dots an inch: more only costs memory
+    // What would be made smaller on the paper anyway is drawn at that size.
+    const double fitting =
+        std::min({1.0, paper.width / (width * paper.xDpi), paper.height / (height * paper.yDpi)});
+    const auto elements = [&](double inches, double dpi) {
+        return static_cast<std::uint32_t>(
+            std::max(std::lround(inches * fitting * std::min(dpi, sharpest)), 1L));
+    };
+    return {elements(width, paper.xDpi), elements(height, paper.yDpi)};
+}
+
 platform::PrintPlace PlaceOnPaper(const imaging::PageBitmap& page,
                                   const platform::PrintPaper& paper) {
     const bool known = page.xDpi > 0 && page.yDpi > 0;

@@ -1,6 +1,7 @@
 // Prints pages as one job, each in its own resolution and depth of colour.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <string_view>
@@ -19,6 +20,12 @@ struct PagesPrinted {
 PagesPrinted PrintPages(platform::Printers& printers, const platform::PrintChoice& choice,
                         std::string_view title, PrintSource& source,
                         const std::function<bool(int done, int total)>& step);
+
+// Of a page of so many inches that can be drawn at any size: no finer than the paper shows it.
+struct DrawnSize {
+    std::uint32_t width = 1, height = 1;
+};
+DrawnSize SizeForPaper(double width, double height, const platform::PrintPaper& paper);
 
 // In its true size, in the middle; smaller where the paper is.
 platform::PrintPlace PlaceOnPaper(const imaging::PageBitmap& page,

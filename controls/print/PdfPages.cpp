@@ -1,15 +1,13 @@
 #include "controls/print/PdfPages.h"
 
-#include <algorithm>
-#include <cmath>
-
+#include "controls/print/PagePrinter.h"
 #include "platform/Error.h"
 
 namespace kavidex::controls {
 
 namespace {
 
-constexpr double pointsPerInch = 72, sharpest = 300; // dots an inch: more only costs memory
+constexpr double pointsPerInch = 72;
 
 const char* Why(imaging::PdfOpened outcome) {
     switch (outcome) {
@@ -38,14 +36,8 @@ imaging::PageBitmap PdfPages::Page(int page, const platform::PrintPaper& paper, 
     if (!(width > 0 && height > 0))
         throw platform::Error(platform::errors::invalidData,
                               "Page " + std::to_string(page) + " cannot be read");
-    // What would be made smaller on the paper anyway is drawn at that size.
-    const double fitting =
-        std::min({1.0, paper.width / (width * paper.xDpi), paper.height / (height * paper.yDpi)});
-    const auto elements = [&](double inches, double dpi) {
-        return static_cast<std::uint32_t>(
-            std::max(std::lround(inches * fitting * std::min(dpi, sharpest)), 1L));
-    };
-    auto bitmap = lclFile->Render(page, elements(width, paper.xDpi), elements(height, paper.yDpi));
+    const auto drawn = SizeForPaper(width, height, paper);
+    auto bitmap = lclFile->Render(page, drawn.width, drawn.height);
     bitmap.xDpi = bitmap.width / width;
     bitmap.yDpi = bitmap.height / height;
     return bitmap;

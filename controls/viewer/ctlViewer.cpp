@@ -126,7 +126,9 @@ void ctlViewer::SurroundingsChanged() {
 // --- Showing
 // --------------------------------------------------------------------------------------
 
+// Nothing begins within a question of what runs: the pages that it is about could be others then.
 bool ctlViewer::Guarded(std::string_view routine, const std::function<bool()>& work) {
+    if (lclAsking > 0) return false;
     bool done = false;
     try {
         done = work();

@@ -41,6 +41,9 @@ const Commands<ctlViewer::CommandContext>& ctlViewer::CommandTable() {
         return {context.pages && context.pages->ThumbsShown(),
                 context.pages && context.pages->HasThumbsSelected()};
     };
+    static constexpr auto scanned = [](const Context& context, const Id&) -> CommandState {
+        return {context.pages && context.pages->HasProperties(), true};
+    };
     static constexpr auto modeOf = [](const Id& id) {
         return id.name == "fittoheight"  ? FitMode::Height
                : id.name == "fittowidth" ? FitMode::Width
@@ -61,7 +64,6 @@ const Commands<ctlViewer::CommandContext>& ctlViewer::CommandTable() {
     };
     static constexpr auto stepOf = [](const Id& id) { return id.name == "ZoomIn" ? 1 : -1; };
 
-    // Printing pages is not built in yet: its entries keep their places.
     static constexpr Command<Context> rows[] = {
         {.name = "BackDoc",
          .picture = "Prevdoc",
@@ -206,8 +208,11 @@ const Commands<ctlViewer::CommandContext>& ctlViewer::CommandTable() {
          .caption = "Miniaturen afdrukken",
          .depth = 1,
          .right = "Print",
-         .offered = false,
-         .rule = printable},
+         .rule = [](const Context& context, const Id&) -> CommandState {
+             return {context.pages && context.pages->ThumbsShown(),
+                     context.viewer.CanPrint() && context.pages->HasThumbsSelected()};
+         },
+         .action = [](Context& context, const Id&) { context.pages->PrintSelectedThumbs(); }},
         {.name = "mnuPagesSep", .kind = Kind::Separator, .depth = 1, .rule = thumbs},
         {.name = "mnuMoveUp",
          .caption = "Omhoog",
@@ -222,7 +227,10 @@ const Commands<ctlViewer::CommandContext>& ctlViewer::CommandTable() {
          .caption = "Pagina's exporteren",
          .depth = 1,
          .right = "EditDossiers",
-         .rule = thumbs,
+         .rule = [](const Context& context, const Id&) -> CommandState {
+             return {context.pages && context.pages->ThumbsShown(),
+                     context.pages && context.pages->MayExport()};
+         },
          .action = [](Context& context, const Id&) { context.pages->ExportSelectedThumbs(); }},
         {.name = "mnuDeletePages",
          .caption = "Pagina's verwijderen",
@@ -234,6 +242,12 @@ const Commands<ctlViewer::CommandContext>& ctlViewer::CommandTable() {
                          context.pages->HasThumbsSelected()};
          },
          .action = [](Context& context, const Id&) { context.pages->DeleteSelectedThumbs(); }},
+        {.name = "mnuPropertiesSep", .kind = Kind::Separator, .depth = 1, .rule = scanned},
+        {.name = "mnuProperties",
+         .caption = "Eigenschappen",
+         .depth = 1,
+         .rule = scanned,
+         .action = [](Context& context, const Id&) { context.pages->ShowProperties(); }},
     };
     static constexpr Commands<Context> table{std::span<const Command<Context>>(rows)};
     return table;

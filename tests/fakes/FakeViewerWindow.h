@@ -1,6 +1,7 @@
 // The viewer's window as its logic drives it. Menus are answered by the name of an entry.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -46,6 +47,12 @@ public:
     void Settle() {
         while (lclViewer.Idle()) {
         }
+    }
+    // Whether the menu of pages has that entry.
+    bool Shows(std::string_view name) const {
+        const auto entries = lclViewer.ButtonMenu("mnuPages");
+        return std::any_of(entries.begin(), entries.end(),
+                           [&](const auto& entry) { return entry.name == name; });
     }
     controls::ToolbarItem Button(std::string_view name) const {
         for (const auto& item : lclViewer.Toolbar())

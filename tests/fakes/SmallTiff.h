@@ -1,4 +1,4 @@
-// A small TIFF file: black-and-white pages of 8 by 2 elements, each with a byte of its own.
+// A small TIFF file: black-and-white pages without compression, each with a byte of its own.
 #pragma once
 
 #include <cstdint>
@@ -6,22 +6,24 @@
 
 namespace kavidex::tests {
 
-inline std::string SmallTiff(const std::string& pages) {
+inline std::string SmallTiff(const std::string& pages, std::uint32_t width = 8,
+                             std::uint32_t height = 2) {
+    const std::uint32_t size = width / 8 * height;
     std::string file("II*\0", 4);
-    const auto number = [&](std::uint32_t value, int size) {
-        for (; size > 0; --size, value >>= 8) file += static_cast<char>(value & 0xFF);
+    const auto number = [&](std::uint32_t value, int bytes) {
+        for (; bytes > 0; --bytes, value >>= 8) file += static_cast<char>(value & 0xFF);
     };
     struct Entry {
         std::uint16_t tag, type;
         std::uint32_t value;
     };
-    number(static_cast<std::uint32_t>(8 + 2 * pages.size()), 4); // the first directory
-    for (const char page : pages) file.append(2, page);
+    number(static_cast<std::uint32_t>(8 + size * pages.size()), 4); // the first directory
+    for (const char page : pages) file.append(size, page);
     for (std::size_t i = 0; i < pages.size(); ++i) {
         const Entry entries[] = {
-            {256, 3, 8}, {257, 3, 2}, {258, 3, 1},
-            {259, 3, 1}, {262, 3, 1}, {273, 4, static_cast<std::uint32_t>(8 + 2 * i)},
-            {277, 3, 1}, {278, 3, 2}, {279, 4, 2}};
+            {256, 3, width}, {257, 3, height}, {258, 3, 1},
+            {259, 3, 1},     {262, 3, 1},      {273, 4, static_cast<std::uint32_t>(8 + size * i)},
+            {277, 3, 1},     {278, 3, height}, {279, 4, size}};
         number(std::size(entries), 2);
         for (const auto& [tag, type, value] : entries) {
             number(tag, 2);

@@ -16,7 +16,7 @@ using platform::Buttons;
 using platform::Icon;
 
 ImageView::ImageView(ViewerFrame& frame, PageHost& host)
-    : lclFrame(frame), lclHost(host), lclToolbox(frame, *this) {
+    : lclFrame(frame), lclHost(host), lclToolbox(frame, *this), lclPrinting(frame.Machine()) {
     const auto keep = [this](std::shared_ptr<void> subscription) {
         lclSubscriptions.push_back(std::move(subscription));
     };
@@ -59,6 +59,7 @@ bool ImageView::Show(const ShownDocument& document) {
         throw platform::Error(platform::errors::invalidData,
                               "The document has no pages: " + document.Path());
     lclDocument = std::move(opened);
+    lclShown = document;
     lclDescription = document.file.description;
     lclReadOnly = document.readOnly;
     lclPdf = pdf;
@@ -75,6 +76,7 @@ bool ImageView::Close() {
     while (lclDocument && lclDocument->Changed() && !TrySave(lost) && !lost) {
     }
     lclDocument.reset();
+    lclShown = {};
     RemoveDragged();
     lclPage = 0;
     lclDamage.clear();
@@ -216,14 +218,12 @@ bool ImageView::TrySave(bool& lost) {
 bool ImageView::SaveImage() {
     if (!lclDocument) return false;
     if (!lclDocument->Changed()) return true;
-    bool lost = false;
-    while (!TrySave(lost))
-        if (lost) {
-            Again(lclPage);
-            return false;
-        }
+    const auto ids = Ids().GetIds();
+    bool lost = false, saved = false;
+    while (!saved && !lost) saved = TrySave(lost);
+    if (Ids().GetIds() != ids) lclThumbs.SetCount(Count()); // they are what another made of it
     Again(lclPage);
-    return true;
+    return saved;
 }
 
 // After the file was written or read anew: the same page, as it looks now.

@@ -7,6 +7,7 @@
 #include <string>
 #include <vector>
 
+#include "controls/common/OperationLock.h"
 #include "controls/viewer/DocumentView.h"
 #include "controls/viewer/pages/ImageWindow.h"
 #include "controls/viewer/pages/MarkEditor.h"
@@ -31,6 +32,12 @@ public:
     bool Idle() override;
     ImageView* Pages() override { return this; }
     void SurroundingsChanged() override { ShowMarks(); }
+
+    bool CanPrint() const override { return Count() > 0; }
+    void Print() override;
+    void PrintSelectedThumbs();
+    bool HasProperties() const { return lclDocument && !lclPdf; }
+    void ShowProperties(); // of a scan
 
     // --- Pages, from 1
 
@@ -58,6 +65,7 @@ public:
     bool ThumbsExported() const { return lclExported; }
     bool HasThumbsSelected() const { return lclThumbsShown && !lclThumbs.Selected().empty(); }
     bool DeleteSelectedThumbs();
+    bool MayExport() const { return HasThumbsSelected() && !lclPdf; }
     bool CanMoveUp() const;
     bool MoveUp();
     bool ExportSelectedThumbs();
@@ -93,6 +101,7 @@ private:
     std::vector<int> SelectedPages() const;
     std::vector<int> PagesToExport();
     void Exported(const std::vector<int>& pages);
+    void PrintThese(const std::vector<int>& pages, int choosable);
     void DragThumbs();
     void RemoveDragged();
 
@@ -107,6 +116,7 @@ private:
     ViewerFrame& lclFrame;
     PageHost& lclHost;
     std::unique_ptr<PageDocument> lclDocument; // null: nothing is shown
+    ShownDocument lclShown;                    // what it is of
     std::string lclDescription;
     bool lclReadOnly = false, lclPdf = false;
     int lclPage = 0;
@@ -118,6 +128,7 @@ private:
     ImageWindow* lclWindow = nullptr;
     bool lclThumbsShown = false, lclMarksShown = true, lclToolboxShown = false;
     bool lclExported = false;
+    OperationLock lclPrinting;
     std::vector<std::string> lclDragged; // files of pages that were dragged out
     std::vector<std::shared_ptr<void>> lclSubscriptions;
 };

@@ -8,6 +8,7 @@
 #include "controls/common/CopyOut.h"
 #include "controls/forms/Form.h"
 #include "controls/viewer/pages/ImageView.h"
+#include "controls/viewer/pages/frmScanProperties.h"
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/General.h"
@@ -137,7 +138,11 @@ std::vector<int> ImageView::PagesToExport() {
                      Icon::Exclamation);
         return {};
     }
-    if (!SaveImage()) return {};
+    // The numbers count in the file as it is shown.
+    const auto ids = Ids().GetIds();
+    if (!Written("ExportPages", [&] { lclDocument->Confirm(); }) || !SaveImage() ||
+        Ids().GetIds() != ids)
+        return {};
     lclThumbs.Select({pages.begin(), pages.end()});
     return pages;
 }
@@ -186,6 +191,14 @@ void ImageView::RemoveDragged() {
         } catch (const platform::Error& error) {
             lclFrame.Machine().log.Write("RemoveDragged", error.what());
         }
+}
+
+void ImageView::ShowProperties() {
+    if (!HasProperties()) return;
+    const auto document = lclShown;
+    frmScanProperties properties(lclFrame, document);
+    properties.fncFill(lclPage, Count());
+    lclFrame.ShowForm(properties.Form());
 }
 
 // --- Marks

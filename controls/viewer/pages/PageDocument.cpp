@@ -4,7 +4,7 @@
 #include <set>
 #include <utility>
 
-#include "imaging/Orientation.h"
+#include "controls/viewer/pages/TurnedPage.h"
 #include "platform/Files.h"
 
 namespace kavidex::controls {
@@ -21,32 +21,27 @@ Turn Together(Turn one, Turn other) {
 
 Turn Back(Turn turn) { return static_cast<Turn>((4 - static_cast<int>(turn)) % 4); }
 
-bool Lies(Turn turn) { return turn == Turn::Right || turn == Turn::Left; }
-
-imaging::PageBitmap Turned(imaging::PageBitmap picture, Turn turn) {
-    return imaging::Oriented(std::move(picture), imaging::Turned(1, turn));
-}
-
-PageShape Turned(PageShape shape, Turn turn) {
-    if (!Lies(turn)) return shape;
-    return {shape.height, shape.width, shape.yDpi, shape.xDpi};
-}
-
 } // namespace
 
 ChangedByAnother::ChangedByAnother(const std::string& path)
     : Error(platform::errors::sharingViolation,
             "The file was changed by another meanwhile: " + path) {}
 
-PageDocument::PageDocument(platform::Files& files, std::string path, Open open, bool readOnly)
+PageDocument::PageDocument(platform::Files& files, std::string path, Opener open, bool readOnly)
     : lclFiles(files), lclPath(std::move(path)), lclOpen(open) {
     Read();
     lclEditable = lclSource->Editable() && !readOnly;
     lclIds.SetIds(Count());
 }
 
-void PageDocument::Read() {
+void PageDocument::Open() {
     lclSource = lclOpen(lclFiles, lclPath);
+    lclSize = lclFiles.Size(lclPath);
+}
+
+void PageDocument::Read() {
+    Open();
+    lclAsRead = true;
     Renumber(lclSource->Count());
 }
 
@@ -58,7 +53,7 @@ void PageDocument::Renumber(int count) {
 }
 
 PageSource& PageDocument::Source() {
-    if (!lclSource) lclSource = lclOpen(lclFiles, lclPath);
+    if (!lclSource) Open();
     return *lclSource;
 }
 
@@ -100,12 +95,7 @@ imaging::PageBitmap PageDocument::Thumbnail(int page, std::uint32_t width, std::
 
 Annotations& PageDocument::Marks(int page) {
     Page& shown = See(page);
-    if (!shown.marks) {
-        shown.marks.emplace(Source().Marks(shown.number).value_or(std::string()));
-        const auto stored = StoredShape(shown);
-        shown.marks->Rotate(shown.turn, static_cast<std::int32_t>(stored.width),
-                            static_cast<std::int32_t>(stored.height));
-    }
+    if (!shown.marks) shown.marks = TurnedMarks(Source(), shown.number, shown.turn);
     return *shown.marks;
 }
 
@@ -125,14 +115,51 @@ bool PageDocument::Changed() const {
                        [](const Page& page) { return page.Changed(); });
 }
 
+std::vector<PageCopy> PageDocument::Copies(const std::vector<int>& pages) {
+    std::vector<PageCopy> copies;
+    for (const int page : pages) {
+        const Page& shown = At(page);
+        copies.push_back({shown.number, shown.turn, shown.marks});
+    }
+    return copies;
+}
+
+std::shared_ptr<PageSource> PageDocument::Opened() {
+    Source();
+    return lclSource;
+}
+
 // --- Writing
 // --------------------------------------------------------------------------------------
 
-bool PageDocument::IsSame(PageSource& fresh) const {
-    if (fresh.Count() != Count()) return false;
-    return std::all_of(lclPages.begin(), lclPages.end(), [&fresh](const Page& page) {
-        return !page.seen || fresh.Fingerprint(page.number) == *page.seen;
-    });
+PageDocument::Prints PageDocument::PrintsInFile() const {
+    const auto fresh = lclOpen(lclFiles, lclPath);
+    Prints prints;
+    for (int number = 1; number <= fresh->Count(); ++number)
+        prints.push_back(fresh->Fingerprint(number));
+    return prints;
+}
+
+// A page that nobody looked at is what the file holds that was opened then; a file that was written
+// into while it is open shows itself by its size. If they all are, that is remembered of each.
+bool PageDocument::AreThoseRead(const Prints& now) {
+    if (now.size() != lclPages.size()) return false;
+    const auto unseen = [](const Page& page) { return !page.seen; };
+    if (std::any_of(lclPages.begin(), lclPages.end(), unseen) &&
+        (!lclAsRead || lclFiles.Size(lclPath) != lclSize))
+        return false;
+    for (std::size_t i = 0; i < now.size(); ++i) {
+        const auto& page = lclPages[i];
+        if (now[i] != (page.seen ? *page.seen : lclSource->Fingerprint(page.number))) return false;
+    }
+    for (std::size_t i = 0; i < now.size(); ++i) lclPages[i].seen = now[i];
+    return true;
+}
+
+PageDocument::Prints PageDocument::Confirmed() {
+    auto now = PrintsInFile();
+    if (!AreThoseRead(now)) throw ChangedByAnother(lclPath);
+    return now;
 }
 
 // The marks go into the file as they lie on the page before it is turned.
@@ -148,58 +175,88 @@ PlannedPage PageDocument::PlanOf(Page& page, int number) {
     return plan;
 }
 
-// What is open of the file is closed before it is replaced, and opened again when it is needed:
-// once it is written, nothing can fail that would have it written twice.
-void PageDocument::Write(const std::vector<PlannedPage>& plan) {
+// `now`: what the file holds, and still has to hold when it is replaced. What is open of it is
+// closed before: once it is written, nothing can fail that would have it written twice.
+void PageDocument::Write(const std::vector<PlannedPage>& plan, const Prints& now) {
     imaging::WriteOptions options;
-    options.check = [this, size = lclFiles.Size(lclPath)] {
-        if (lclFiles.Size(lclPath) != size) throw ChangedByAnother(lclPath);
+    options.check = [&] {
+        if (PrintsInFile() != now) throw ChangedByAnother(lclPath);
     };
     lclSource.reset();
+    lclAsRead = false;
     imaging::WritePages(lclFiles, plan, lclPath, options);
     Renumber(static_cast<int>(plan.size()));
+    Learn(plan, now);
+}
+
+// A page that was copied as it was is known already, one that was turned or marked tells itself.
+void PageDocument::Learn(const std::vector<PlannedPage>& plan, const Prints& before) {
+    for (std::size_t i = 0; i < plan.size(); ++i)
+        if (plan[i].turn == Turn::None && !plan[i].marks)
+            lclPages[i].seen = before[static_cast<std::size_t>(plan[i].page - 1)];
+    try {
+        Open();
+        for (Page& page : lclPages)
+            if (!page.seen) page.seen = lclSource->Fingerprint(page.number);
+    } catch (const platform::Error&) {
+        lclSource.reset(); // whoever looks at a page next opens it again, and is told
+    }
 }
 
 std::vector<int> PageDocument::Save() {
     std::vector<int> lost;
     if (!Changed()) return lost;
-    auto fresh = lclOpen(lclFiles, lclPath);
-    std::vector<PlannedPage> plan;
-    if (IsSame(*fresh)) {
+    const auto now = PrintsInFile();
+    if (AreThoseRead(now)) {
+        std::vector<PlannedPage> plan;
         for (Page& page : lclPages) plan.push_back(PlanOf(page, page.number));
+        Write(plan, now);
     } else {
-        std::vector<std::uint64_t> known;
-        for (int number = 1; number <= fresh->Count(); ++number) {
-            plan.push_back({lclPath, number, Turn::None, {}});
-            known.push_back(fresh->Fingerprint(number));
-        }
-        for (std::size_t i = 0; i < lclPages.size(); ++i) {
-            Page& page = lclPages[i];
-            if (!page.Changed()) continue;
-            auto same = known.end();
-            if (i < known.size() && known[i] == page.seen)
-                same = known.begin() + static_cast<std::ptrdiff_t>(i);
-            if (same == known.end()) same = std::find(known.begin(), known.end(), page.seen);
-            if (same == known.end())
-                lost.push_back(static_cast<int>(i) + 1);
-            else
-                plan[static_cast<std::size_t>(same - known.begin())] =
-                    PlanOf(page, static_cast<int>(same - known.begin()) + 1);
-        }
+        Write(Merged(now, lost), now);
+        lclIds.SetIds(Count()); // whatever is there now
     }
-    fresh.reset();
-    const int before = Count();
-    Write(plan);
-    if (Count() != before) lclIds.SetIds(Count());
     return lost;
+}
+
+// All pages that another left in the file, with the changes of those that are still there: at the
+// place where they were, else wherever they are now.
+std::vector<PlannedPage> PageDocument::Merged(const Prints& now, std::vector<int>& lost) {
+    std::vector<PlannedPage> plan;
+    for (std::size_t i = 0; i < now.size(); ++i)
+        plan.push_back({lclPath, static_cast<int>(i) + 1, Turn::None, {}});
+    std::set<std::size_t> taken;
+    const auto fits = [&](std::size_t at, const Page& page) {
+        return at < now.size() && now[at] == page.seen && !taken.contains(at);
+    };
+    const auto put = [&](std::size_t at, Page& page) {
+        plan[at] = PlanOf(page, static_cast<int>(at) + 1);
+        taken.insert(at);
+    };
+    std::vector<std::size_t> moved;
+    for (std::size_t i = 0; i < lclPages.size(); ++i) {
+        if (!lclPages[i].Changed()) continue;
+        if (fits(i, lclPages[i]))
+            put(i, lclPages[i]);
+        else
+            moved.push_back(i);
+    }
+    for (const auto i : moved) {
+        std::size_t at = 0;
+        while (at < now.size() && !fits(at, lclPages[i])) ++at;
+        if (at < now.size())
+            put(at, lclPages[i]);
+        else
+            lost.push_back(static_cast<int>(i) + 1);
+    }
+    return plan;
 }
 
 // `order`: the pages that stay, by their present numbers.
 void PageDocument::Rewrite(const std::vector<int>& order) {
-    if (!IsSame(*lclOpen(lclFiles, lclPath))) throw ChangedByAnother(lclPath);
+    const auto now = Confirmed();
     std::vector<PlannedPage> plan;
     for (const int page : order) plan.push_back(PlanOf(At(page), At(page).number));
-    Write(plan);
+    Write(plan, now);
 }
 
 void PageDocument::Delete(const std::vector<int>& pages) {

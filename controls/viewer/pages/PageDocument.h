@@ -18,12 +18,19 @@
 
 namespace kavidex::controls {
 
+// A page as it is shown at one moment.
+struct PageCopy {
+    int number = 1; // in the file
+    imaging::Turn turn = imaging::Turn::None;
+    std::optional<imaging::annotations::Annotations> marks; // turned; null: those of the file
+};
+
 class PageDocument {
 public:
-    using Open = std::unique_ptr<PageSource> (*)(platform::Files& files, const std::string& path);
+    using Opener = std::unique_ptr<PageSource> (*)(platform::Files& files, const std::string& path);
 
     // Throws platform::Error, as every call that reads or writes the file.
-    PageDocument(platform::Files& files, std::string path, Open open, bool readOnly);
+    PageDocument(platform::Files& files, std::string path, Opener open, bool readOnly);
 
     const std::string& Path() const { return lclPath; }
     int Count() const { return static_cast<int>(lclPages.size()); }
@@ -38,10 +45,17 @@ public:
     imaging::PageBitmap Thumbnail(int page, std::uint32_t width, std::uint32_t height);
     imaging::annotations::Annotations& Marks(int page);
 
+    // For work that takes longer than the document stays as it is: its file keeps being read.
+    std::vector<PageCopy> Copies(const std::vector<int>& pages);
+    std::shared_ptr<PageSource> Opened();
+
     void Rotate(int page, imaging::Turn turn);
     void MarksChanged(int page);
     bool Changed() const;
 
+    // Throws ChangedByAnother where any page of the file is not the one that was read, also of
+    // those that nobody looked at.
+    void Confirm() { Confirmed(); }
     // Writes turns and marks into the file. Where another replaced it meanwhile they go to the same
     // pages in there; the numbers of those that are not there any more are given.
     std::vector<int> Save();
@@ -63,7 +77,7 @@ private:
         imaging::Turn turn = imaging::Turn::None;
         std::optional<imaging::annotations::Annotations> marks; // as shown; read on first use
         bool marksChanged = false;
-        std::optional<std::uint64_t> seen; // its fingerprint when it was first looked at
+        std::optional<std::uint64_t> seen; // its fingerprint as it was read or written
 
         bool Changed() const { return turn != imaging::Turn::None || marksChanged; }
     };
@@ -72,17 +86,26 @@ private:
     Page& At(int page);
     Page& See(int page);
     PageShape StoredShape(const Page& page);
+    using Prints = std::vector<std::uint64_t>; // of a file's pages, in its order
+
+    void Open();
     void Read();
     void Renumber(int count);
-    bool IsSame(PageSource& fresh) const;
+    Prints PrintsInFile() const;
+    bool AreThoseRead(const Prints& now);
+    Prints Confirmed();
     imaging::PlannedPage PlanOf(Page& page, int number);
-    void Write(const std::vector<imaging::PlannedPage>& plan);
+    std::vector<imaging::PlannedPage> Merged(const Prints& now, std::vector<int>& lost);
+    void Write(const std::vector<imaging::PlannedPage>& plan, const Prints& now);
+    void Learn(const std::vector<imaging::PlannedPage>& plan, const Prints& before);
     void Rewrite(const std::vector<int>& order);
 
     platform::Files& lclFiles;
     std::string lclPath;
-    Open lclOpen;
-    std::unique_ptr<PageSource> lclSource; // null after a failure, until it is needed again
+    Opener lclOpen;
+    std::shared_ptr<PageSource> lclSource; // null after a failure, until it is needed again
+    bool lclAsRead = false;                // it is the file that the pages were read from
+    std::uint64_t lclSize = 0;             // of the file when it was opened
     bool lclEditable;
     std::vector<Page> lclPages;
     imaging::clsPageIds lclIds;

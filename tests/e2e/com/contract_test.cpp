@@ -9,6 +9,7 @@
 #include "com/adodb/ConnectionObject.h"
 #include "com/adodb/RecordsetObject.h"
 #include "com/class_table.h"
+#include "com/controls/ctlViewerFace.h"
 #include "com/controls/ctrlCorrespondenceFace.h"
 #include "com/controls/ctrlExtViewerFace.h"
 #include "com/controls/ctrlNoteFace.h"
@@ -187,6 +188,7 @@ TEST_F(Contract, EveryEventHasItsRowAndTheOtherWayRound) {
         std::span<const com::EventRow> rows;
     } sources[] = {{DIID__ctrlTreeEvents, com::TreeEventTable()},
                    {DIID__ctrlCorrespondenceEvents, com::BinderEventTable()},
+                   {DIID__ctlViewerEvents, com::ViewerEventTable()},
                    {DIID__ctrlNoteEvents, com::NoteEventTable()},
                    {DIID__ctrlExtViewerEvents, com::ExtViewerEventTable()}};
     for (const auto& source : sources) {
@@ -202,8 +204,9 @@ TEST_F(Contract, EveryEventHasItsRowAndTheOtherWayRound) {
 TEST_F(Contract, EveryEventTellsWhatItsParametersAreAndTheOlderOnesThatTheyAreNotRaised) {
     std::map<IID, std::set<std::wstring>, bool (*)(const IID&, const IID&)> silent(
         [](const IID& a, const IID& b) { return std::memcmp(&a, &b, sizeof a) < 0; });
-    for (const IID& iid : {DIID__ctrlTreeEvents, DIID__ctrlCorrespondenceEvents,
-                           DIID__ctrlNoteEvents, DIID__ctrlExtViewerEvents}) {
+    for (const IID& iid :
+         {DIID__ctrlTreeEvents, DIID__ctrlCorrespondenceEvents, DIID__ctlViewerEvents,
+          DIID__ctrlNoteEvents, DIID__ctrlExtViewerEvents}) {
         const auto info = Find(iid);
         ASSERT_TRUE(info);
         for (const auto& [key, entry] : Read(*info)) {

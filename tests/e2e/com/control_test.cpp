@@ -195,8 +195,11 @@ TEST_P(Controls, TellTheHostWhichPropertyChanged) {
     EXPECT_EQ(host.As<IPersistStreamInit>(IID_IPersistStreamInit)->IsDirty(), S_OK);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , Controls, testing::Values(&CLSID_ctrlTree, &CLSID_ctrlCorrespondence, &CLSID_ctrlNote),
-    [](const auto& one) { return platform::win32::FromWide(com::FindClass(*one.param)->name); });
+INSTANTIATE_TEST_SUITE_P(, Controls,
+                         testing::Values(&CLSID_ctrlTree, &CLSID_ctrlCorrespondence,
+                                         &CLSID_ctrlNote, &CLSID_ctlViewer),
+                         [](const auto& one) {
+                             return platform::win32::FromWide(com::FindClass(*one.param)->name);
+                         });
 
 } // namespace kavidex::tests

@@ -5,6 +5,7 @@
 #include "controls/viewer/external/ctrlExtViewer.h"
 #include "mail/HtmlText.h"
 #include "platform/General.h"
+#include "tests/fakes/CompoundFile.h"
 #include "tests/fakes/FakeForms.h"
 #include "tests/unit/controls/ViewerFixture.h"
 
@@ -108,6 +109,22 @@ TEST_F(Views, WithoutAMailProgramNothingIsSaidAndTheOptionReadsTheFile) {
     ASSERT_TRUE(viewer.Refresh());
     EXPECT_EQ(openings, 0) << "the mail program is not asked";
     EXPECT_EQ(viewer.Parts(), (PartSet{Part::Facts})) << "it is no saved mail";
+
+    tests::MailPart mail(32);
+    mail.Wide("0037", "Offerte „Zomer“").Wide("0C1A", "Piet Jansen").Wide("0040", "An de Vries");
+    mail.Raw("10130102", "<p>Beste An</p>").Fixed(0x3FDE0003, 1252);
+    tests::MailPart file(8);
+    file.Wide("3707", "polis.pdf");
+    mail.With("__attach_version1.0_#00000000", file);
+    machine.files.WriteAll(FileOf(document), tests::CompoundFileWriter::Write(mail.Whole()));
+    ASSERT_TRUE(viewer.Refresh());
+    EXPECT_EQ(viewer.Parts(), (PartSet{Part::MailHeader, Part::Browser}));
+    auto& header = viewer.Views().mail.Header();
+    EXPECT_EQ(header["lblMailSubject"].Text(), "Offerte „Zomer“");
+    EXPECT_EQ(header["lblName1"].Text() + header["lblName"].Text(), "Van:Piet Jansen");
+    EXPECT_EQ(header["lblAttachment"].Text(), "Bijlagen: polis.pdf");
+    EXPECT_NE(machine.files.ReadAll(browser.navigated.back().substr(10)).find("<p>Beste An</p>"),
+              std::string::npos);
 }
 
 TEST_F(Views, ALinkAsksTheHostAndShowsNothing) {

@@ -1,0 +1,134 @@
+// Pages that leave the viewer, on paper or for another document, and pages that somebody else
+// changed meanwhile.
+#include "tests/fakes/SmallTiff.h"
+#include "tests/unit/controls/posix/ScanViewer.h"
+
+namespace kavidex::tests {
+namespace {
+
+using imaging::Turn;
+using ViewerPages = ScanViewer;
+
+TEST_F(ViewerPages, NoPageGoesThatNobodyLookedAt) {
+    // Read, and saved once: neither way the fourth page was ever on the screen.
+    for (const bool saved : {false, true}) {
+        Show(4);
+        if (saved) {
+            viewer.ButtonClicked("Rotate180");
+            ASSERT_TRUE(viewer.SaveImage());
+        }
+        const auto before = Numbers();
+        imaging::MovePage(machine.files, path, 4, 2);
+        const auto changed = Numbers();
+        ASSERT_NE(changed, before);
+        Pages().SetThumbsShown(true);
+        Pages().Thumbs().Clicked(4, false, false);
+        Told();
+        EXPECT_FALSE(viewer.DeleteSelectedThumbs());
+        EXPECT_NE(Told().find("Er is niets veranderd"), std::string::npos) << saved;
+        EXPECT_EQ(Numbers(), changed) << "it is another page now";
+
+        imaging::MovePage(machine.files, path, 4, 3);
+        Pages().Thumbs().Clicked(4, false, false);
+        viewer.MenuChosen({"mnuExportPages", 0, {}});
+        EXPECT_TRUE(exported.empty()) << "the numbers count in the file as it was shown";
+        Told();
+        Pages().Thumbs().Clicked(4, false, false);
+        EXPECT_TRUE(viewer.DeleteSelectedThumbs()) << Told() << "as it is shown now";
+        EXPECT_EQ(Stored().Count(), 3);
+        Told();
+        Pages().SetThumbsShown(false);
+    }
+}
+
+TEST_F(ViewerPages, PagesThatDifferInTheirElementsOnlyAreToldApart) {
+    const auto source = machine.Path("plain.tif");
+    machine.files.WriteAll(source, SmallTiff("ab", 256, 64));
+    ASSERT_TRUE(viewer.ShowItem(File(source)));
+    Pages().SetThumbsShown(true);
+    imaging::MovePage(machine.files, path, 2, 1);
+    Pages().Thumbs().Clicked(2, false, false);
+    EXPECT_FALSE(viewer.DeleteSelectedThumbs());
+    EXPECT_EQ(Stored().Count(), 2);
+}
+
+TEST_F(ViewerPages, EachOfTwoEqualPagesKeepsItsOwnChange) {
+    const auto source = machine.Path("blank.tif"), other = machine.Path("other.tif");
+    machine.files.WriteAll(source, SmallTiff("aa", 16, 8));
+    machine.files.WriteAll(other, SmallTiff("b", 16, 8));
+    ASSERT_TRUE(viewer.ShowItem(File(source)));
+    viewer.ButtonClicked("Rotate90L");
+    viewer.SetNextPage();
+    viewer.ButtonClicked("Rotate90L");
+    imaging::WritePages(
+        machine.files,
+        {{other, 1, Turn::None, {}}, {path, 1, Turn::None, {}}, {path, 2, Turn::None, {}}}, path);
+    EXPECT_TRUE(viewer.SaveImage());
+    EXPECT_EQ(Told(), "");
+    std::string widths;
+    for (int page = 1; page <= Stored().Count(); ++page)
+        widths += std::to_string(Stored().Facts(page).width) + " ";
+    EXPECT_EQ(widths, "16 8 8 ");
+}
+
+TEST_F(ViewerPages, PrintsThemAsTheyAreShown) {
+    Show(3);
+    viewer.ButtonClicked("Rotate90R"); // nothing of it is saved
+    auto& printers = machine.shell.printers;
+    EXPECT_TRUE(window.Button("Print").enabled);
+    machine.busy.onProgress = [this](int done) {
+        if (done != 1) return;
+        EXPECT_FALSE(viewer.SaveImage()) << "nothing else begins meanwhile";
+        imaging::DeletePages(machine.files, path, {3});
+    };
+    viewer.ButtonClicked("Print");
+    machine.busy.onProgress = nullptr;
+    EXPECT_EQ(Told(), "");
+    EXPECT_EQ(printers.asked, 3);
+    ASSERT_EQ(printers.jobs.size(), 1U);
+    EXPECT_TRUE(printers.jobs[0].starts_with("scan: wide 1bit 1100x1728 at ")) << printers.jobs[0];
+    EXPECT_NE(printers.jobs[0].find("; high 1bit 1728x1100 at "), std::string::npos);
+    EXPECT_EQ(std::count(printers.jobs[0].begin(), printers.jobs[0].end(), ';'), 3);
+    EXPECT_FALSE(machine.busy.open);
+
+    ASSERT_TRUE(viewer.ShowItem(File(Scan("thumbs", 4))));
+    EXPECT_FALSE(window.Shows("mnuPrintThumbs"));
+    Pages().SetThumbsShown(true);
+    Pages().Thumbs().Clicked(2, false, false);
+    Pages().Thumbs().Clicked(4, true, false);
+    viewer.MenuChosen({"mnuPrintThumbs", 0, {}});
+    EXPECT_EQ(printers.asked, 0) << "which pages is settled";
+    ASSERT_EQ(printers.jobs.size(), 2U);
+    EXPECT_EQ(std::count(printers.jobs[1].begin(), printers.jobs[1].end(), ';'), 2);
+
+    printers.refusePage = 1;
+    viewer.ButtonClicked("Print");
+    EXPECT_EQ(printers.jobs.size(), 2U) << "taken back";
+    EXPECT_NE(Told().find("The paper is out"), std::string::npos);
+    printers.choice.reset();
+    viewer.ButtonClicked("Print");
+    EXPECT_EQ(Told(), "");
+    machine.shell.hasPrinters = false;
+    EXPECT_FALSE(window.Button("Print").enabled);
+}
+
+TEST_F(ViewerPages, TellsWhatAScanIs) {
+    Show(2);
+    viewer.SetNextPage();
+    std::string told;
+    window.forms.users = {[&](FormUser& user) {
+        told = user.Caption();
+        for (const char* field : {"txtDescription", "txtScanId", "frmPage", "txtExtent",
+                                  "txtResolution", "txtColours", "txtCompression"})
+            told += "|" + user.Text(field);
+        user.Click("btnOk");
+    }};
+    viewer.MenuChosen({"mnuProperties", 0, {}});
+    EXPECT_EQ(told, "Eigenschappen van gescand document|scan|ScanId = " +
+                        std::to_string(viewer.Item()->ItemId()) +
+                        "|Pagina 2 van 2 pagina's|1728 x 1100 (215 x 285 mm)|204 x 98 dpi|"
+                        "Zwart-wit|CCITT G4");
+}
+
+} // namespace
+} // namespace kavidex::tests
