@@ -1,6 +1,13 @@
 #include "controls/viewer/NoteView.h"
 
+#include <utility>
+
+#include "controls/print/PdfPages.h"
 #include "controls/viewer/FrameTexts.h"
+#include "controls/viewer/PrintShown.h"
+#include "controls/viewer/pages/PageSource.h"
+#include "imaging/pdf/PdfDocument.h"
+#include "model/clsItem.h"
 #include "platform/Error.h"
 
 namespace kavidex::controls {
@@ -13,7 +20,8 @@ platform::Error ErrorOf(const ctrlNote& note) { return {platform::errors::fail, 
 
 } // namespace
 
-NoteView::NoteView(ViewerFrame& frame) : lclFrame(frame), lclNote(frame.Machine()) {}
+NoteView::NoteView(ViewerFrame& frame)
+    : lclFrame(frame), lclNote(frame.Machine()), lclPrinting(frame.Machine()) {}
 
 void NoteView::Lock() {
     lclNote.SetReadOnly(lclFileReadOnly || !lclFrame.HasRight("EditDossiers"));
@@ -37,8 +45,20 @@ bool NoteView::Show(const ShownDocument& document) {
     else if (lclNote.fncLoadMemo(document.Path()) == 0)
         throw ErrorOf(lclNote);
     lclFileReadOnly = document.readOnly;
+    lclDescription = document.item->Description();
     SurroundingsChanged();
     return true;
+}
+
+bool NoteView::CanPrint() const { return CanDrawPdf(); }
+
+void NoteView::Print() {
+    std::string bytes;
+    imaging::PdfDocument pages([&bytes](std::string_view part) { bytes += part; });
+    pages.AddText(lclNote.Heading(), lclNote.Text());
+    pages.Finish(lclDescription);
+    PdfPages source(std::move(bytes));
+    PrintShown(lclFrame, lclPrinting, lclDescription, source, source.Count());
 }
 
 bool NoteView::Close() {

@@ -1,6 +1,7 @@
 // Notes on the viewer's stage, in the note control.
 #pragma once
 
+#include "controls/common/OperationLock.h"
 #include "controls/viewer/DocumentView.h"
 #include "controls/viewer/ctrlNote.h"
 
@@ -14,6 +15,9 @@ public:
     bool Close() override; // asks whether to save what was changed
     PartSet Parts() const override { return {Part::Note}; }
     void SurroundingsChanged() override;
+    // As it stands in its text box, on pages drawn by PDFium.
+    bool CanPrint() const override;
+    void Print() override;
 
     ctrlNote& Note() { return lclNote; }
 
@@ -22,6 +26,8 @@ private:
 
     ViewerFrame& lclFrame;
     ctrlNote lclNote;
+    OperationLock lclPrinting;
+    std::string lclDescription;
     bool lclFileReadOnly = false;
 };
 

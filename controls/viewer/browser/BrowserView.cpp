@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "controls/viewer/PrintShown.h"
 #include "controls/viewer/browser/FileKinds.h"
 #include "platform/Log.h"
 #include "platform/Shell.h"
@@ -41,6 +42,19 @@ bool BrowserView::Show(const ShownDocument& document) {
 void BrowserView::ShowFacts(std::string_view notice) {
     lclShown = How::Facts;
     lclFacts.Show(lclDocument, notice);
+}
+
+bool BrowserView::CanPrint() const {
+    return lclShown == How::Browser
+               ? lclPane.CanPrint()
+               : lclShown == How::Facts && FileKindOf(lclDocument.type) != FileKind::Program;
+}
+
+void BrowserView::Print() {
+    if (lclShown == How::Browser)
+        lclPane.Print();
+    else
+        PrintByProgram(lclFrame, lclDocument);
 }
 
 bool BrowserView::Idle() {

@@ -18,8 +18,8 @@ public:
     StatusTexts Status() const override;
     void HintActivated() override { lclFacts.OpenDefault(lclDocument); }
     bool Idle() override;
-    bool CanPrint() const override { return lclShown == How::Browser && lclPane.CanPrint(); }
-    void Print() override { lclPane.Print(); }
+    bool CanPrint() const override;
+    void Print() override;
     void SurroundingsChanged() override { lclFacts.SurroundingsChanged(); }
     // Once the control did not show one, though a program for them is registered.
     bool PdfFails() const { return lclPdfFails; }

@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "controls/viewer/FrameTexts.h"
+#include "controls/viewer/PrintShown.h"
 #include "mail/HtmlText.h"
 #include "model/Store.h"
 #include "platform/Error.h"
@@ -148,6 +149,17 @@ void MailView::ForgetBody() {
         lclFrame.Machine().log.Write("MailView", error.what());
     }
     lclBodyFile.clear();
+}
+
+bool MailView::CanPrint() const {
+    return lclDocument.item && (lclBody != Body::Browser || lclBrowser.CanPrint());
+}
+
+void MailView::Print() {
+    if (lclBody == Body::Browser)
+        lclBrowser.Print();
+    else
+        PrintByProgram(lclFrame, lclDocument);
 }
 
 bool MailView::Idle() {

@@ -29,8 +29,8 @@ public:
     StatusTexts Status() const override;
     void HintActivated() override;
     bool Idle() override;
-    bool CanPrint() const override { return lclBody == Body::Browser && lclBrowser.CanPrint(); }
-    void Print() override { lclBrowser.Print(); }
+    bool CanPrint() const override;
+    void Print() override;
     void SurroundingsChanged() override;
 
     void SetOpener(Opener opener) { lclOpen = std::move(opener); }

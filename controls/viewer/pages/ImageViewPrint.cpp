@@ -1,11 +1,9 @@
 // Pages on paper, as they are shown.
 #include <numeric>
 
-#include "controls/print/PagePrinter.h"
+#include "controls/viewer/PrintShown.h"
 #include "controls/viewer/pages/ImageView.h"
 #include "controls/viewer/pages/ShownPages.h"
-#include "platform/Shell.h"
-#include "platform/Workstation.h"
 
 namespace kavidex::controls {
 
@@ -23,27 +21,10 @@ void ImageView::PrintSelectedThumbs() {
 }
 
 void ImageView::PrintThese(const std::vector<int>& pages, int choosable) {
-    const auto& machine = lclFrame.Machine();
     const auto title = lclDescription;
-    const auto caption = lclFrame.Text("Afdrukken");
     ShownPages source(*lclDocument, pages,
                       MarksShown() ? imaging::annotations::MakeTextPainter() : nullptr);
-    PagesPrinted printed;
-    lclFrame.Undisturbed([&] {
-        Operation operation(lclPrinting);
-        if (!operation)
-            throw platform::Error(platform::errors::fail,
-                                  lclFrame.Text("Er loopt nog een andere bewerking"));
-        const auto choice = machine.shell.Printers().Ask(choosable);
-        if (!choice) return;
-        operation.Show(caption, lclFrame.Text("Bezig met afdrukken van $%$.", {title}),
-                       lclFrame.Text("Annuleren"));
-        printed = PrintPages(machine.shell.Printers(), *choice, title, source,
-                             [&](int done, int total) { return operation.Step(done, total); });
-    });
-    if (!printed.damage.empty())
-        lclFrame.Ask("Niet volledig afgedrukt: $%$", "Afdrukken", platform::Buttons::Ok,
-                     platform::Icon::Exclamation, {"\r\n" + title + ": " + printed.damage});
+    PrintShown(lclFrame, lclPrinting, title, source, choosable);
 }
 
 } // namespace kavidex::controls

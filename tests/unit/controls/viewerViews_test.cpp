@@ -162,11 +162,14 @@ TEST_F(Views, EveryOtherTypeIsForTheBrowserWhichRunsNothing) {
     machine.messages.answers = {platform::Answer::No};
     User(facts).Click("btnOpen");
     EXPECT_EQ(machine.shell.opened.size(), 1U) << "only when the user insists";
+    EXPECT_FALSE(window.Button("Print").enabled) << "a program is not run to be printed";
 
     machine.shell.engine = false; // nothing shows pages here
     ASSERT_TRUE(viewer.ShowItem(page));
     EXPECT_EQ(viewer.Parts(), (PartSet{Part::Facts}));
     EXPECT_EQ(browser.navigated.back(), " ") << "the control is empty";
+    viewer.ButtonClicked("Print");
+    EXPECT_EQ(machine.shell.printed, std::vector<std::string>{FileOf(page)});
     viewer.ShowItem(nullptr);
     machine.files.Remove(FileOf(page));
     EXPECT_FALSE(viewer.ShowItem(page));
