@@ -158,10 +158,15 @@ void ImageView::Exported(const std::vector<int>& pages) {
 
 bool ImageView::ExportSelectedThumbs() {
     const auto pages = PagesToExport();
-    if (pages.empty() || !lclHost.ExportPagesOf(lclDocument->Path(), {pages.begin(), pages.end()}))
-        return false;
-    Exported(pages);
-    return true;
+    if (pages.empty()) return false;
+    // The numbers are those of this document: until it is settled whether they go no other is
+    // shown.
+    bool done = false;
+    lclFrame.Undisturbed([&] {
+        done = lclHost.ExportPagesOf(lclDocument->Path(), {pages.begin(), pages.end()});
+    });
+    if (done) Exported(pages);
+    return done;
 }
 
 // Dragged out they are a file of their own, which goes when the document does.

@@ -1,5 +1,6 @@
-// Shows the viewer in a plain window: show_viewer KIND [seconds]. KIND is list, note, mail, page,
-// program, missing, elsewhere, nothing, external, or the path of a file.
+// Shows the viewer in a plain window: show_viewer KIND [seconds [COMMAND...]]. KIND is list, note,
+// mail, page, program, missing, elsewhere, nothing, external, or the path of a file. COMMAND is a
+// button or a menu entry of the viewer, or marks, which draws some.
 #include <windows.h>
 
 #include <ole2.h>
@@ -55,6 +56,33 @@ void ShowKind(controls::ctlViewer& viewer, controls::ctrlExtViewer& external,
     }
 }
 
+void DrawMarks(controls::ImageView& pages) {
+    using controls::MarkTool;
+    auto& canvas = pages.Canvas();
+    auto& editor = pages.Editor();
+    int x = canvas.Geometry().OriginX() + 30, y = canvas.Geometry().OriginY() + 60;
+    editor.SetStamp("Akkoord 15-11-2026");
+    for (const auto tool : {MarkTool::HollowRectangle, MarkTool::FilledRectangle,
+                            MarkTool::Highlighter, MarkTool::Line, MarkTool::Stamp}) {
+        editor.SetTool(tool);
+        canvas.PointerDown(x, y);
+        canvas.PointerMoved(x + 120, y + 24);
+        canvas.PointerUp(x + 120, y + 24);
+        x += 24;
+        y += 48;
+    }
+    editor.SetTool(MarkTool::Select);
+}
+
+void Do(controls::ctlViewer& viewer, std::string_view command) {
+    if (command == "marks")
+        DrawMarks(viewer.Views().image);
+    else if (command.starts_with("mnu"))
+        viewer.MenuChosen({std::string(command), 0, {}});
+    else
+        viewer.ButtonClicked(command);
+}
+
 void CALLBACK Finish(HWND, UINT, UINT_PTR, DWORD) { PostQuitMessage(0); }
 
 } // namespace
@@ -78,6 +106,8 @@ int main(int count, char** arguments) {
     SetTimer(nullptr, 0, 1000U * (count > 2 ? std::strtoul(arguments[2], nullptr, 10) : 10U),
              Finish);
     ShowKind(viewer, external, archive, count > 1 ? arguments[1] : "nothing");
+    viewer.SetAnnotationsPopupShown(true);
+    for (int i = 3; i < count; ++i) Do(viewer, arguments[i]);
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         if (window->TranslateKey(message)) continue;

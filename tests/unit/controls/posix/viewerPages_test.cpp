@@ -71,6 +71,21 @@ TEST_F(ViewerPages, EachOfTwoEqualPagesKeepsItsOwnChange) {
     EXPECT_EQ(widths, "16 8 8 ");
 }
 
+TEST_F(ViewerPages, ExportedPagesLeaveTheirOwnDocumentAlone) {
+    const auto other = File(Scan("other", 4));
+    const auto otherPath = path;
+    Show(4);
+    Pages().SetThumbsShown(true);
+    Pages().Thumbs().Clicked(2, false, false);
+    const auto token = viewer.ExportPages.Subscribe([&](const std::string&, const auto&, bool&) {
+        EXPECT_TRUE(viewer.ShowItem(other)) << "the new document of the pages is selected";
+    });
+    viewer.MenuChosen({"mnuExportPages", 0, {}});
+    EXPECT_EQ(Numbers(), "134");
+    EXPECT_EQ(viewer.Item(), other) << "shown when it was settled";
+    EXPECT_EQ(imaging::CountPages(machine.files, otherPath), 4);
+}
+
 TEST_F(ViewerPages, PrintsThemAsTheyAreShown) {
     Show(3);
     viewer.ButtonClicked("Rotate90R"); // nothing of it is saved
