@@ -8,7 +8,7 @@
 namespace kavidex::controls {
 
 void PrintShown(const ViewerFrame& frame, OperationLock& lock, const std::string& title,
-                PrintSource& source, int choosable) {
+                PrintSource& source, int pages) {
     const auto& machine = frame.Machine();
     PagesPrinted printed;
     frame.Undisturbed([&] {
@@ -16,7 +16,7 @@ void PrintShown(const ViewerFrame& frame, OperationLock& lock, const std::string
         if (!operation)
             throw platform::Error(platform::errors::fail,
                                   frame.Text("Er loopt nog een andere bewerking"));
-        const auto choice = machine.shell.Printers().Ask(choosable);
+        const auto choice = machine.shell.Printers().Ask(pages);
         if (!choice) return;
         operation.Show(frame.Text("Afdrukken"), frame.Text("Bezig met afdrukken van $%$.", {title}),
                        frame.Text("Annuleren"));

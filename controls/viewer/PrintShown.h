@@ -9,10 +9,10 @@
 
 namespace kavidex::controls {
 
-// `choosable`: pages of which the user may choose a range, 0 where which is settled. Nothing else
+// `pages`: of which the user may choose a range, 0 where which is settled. Nothing else
 // is shown meanwhile. Throws platform::Error while `lock` is held, and where the printer refuses.
 void PrintShown(const ViewerFrame& frame, OperationLock& lock, const std::string& title,
-                PrintSource& source, int choosable);
+                PrintSource& source, int pages);
 
 // By the program of the document's type; throws platform::Error where it has none that prints.
 void PrintByProgram(const ViewerFrame& frame, const ShownDocument& document);
