@@ -109,6 +109,8 @@ protected:
         const Late document(Make(CLSID_clsDocument));
         document.PutRef(L"DatabaseObject", {connection});
         document.Put(L"DocType", {"tif"});
+        document.Put(L"InsertDate", {"20261115"});
+        document.Put(L"InsertTime", {"1405"});
         EXPECT_TRUE(document.Call(L"SaveNewRow").ToBool());
         EXPECT_TRUE(
             document.Call(L"AddDocument", {FromWide(source.wstring()), false, true}).ToBool());
@@ -121,6 +123,16 @@ protected:
                 return imaging::PageFile(platform::TheWorkstation().files,
                                          FromWide(entry.path().wstring()));
         throw std::runtime_error("no scan was stored");
+    }
+    // A new viewer in the container, with room for all of its toolbar.
+    Late Open(Container& host) const {
+        SetWindowPos(host.window, nullptr, 10, 10, 820, 620, SWP_NOZORDER);
+        host.place = {0, 0, 800, 580};
+        host.Take(Make(CLSID_ctlViewer), true);
+        SetForegroundWindow(host.window);
+        const Late viewer(host.control);
+        viewer.PutRef(L"DbConnection", {connection});
+        return viewer;
     }
     static std::vector<HWND> Windows(const Container& host, const wchar_t* className) {
         Search search{className, {}};
@@ -179,12 +191,9 @@ std::wstring TextOf(HWND window) {
 TEST_F(ViewerControl, AScanIsPagedTurnedMarkedSavedAndShortened) {
     const auto scan = Scan("Polis", std::string("\0\x0F\x33", 3)); // the first one is black
     Container host;
-    host.Take(Make(CLSID_ctlViewer), true);
-    const Late viewer(host.control);
-    viewer.PutRef(L"DbConnection", {connection});
+    const auto viewer = Open(host);
     viewer.Put(L"AnnotationsPopupShown", {true});
     viewer.Put(L"AllowMultipleDocScroll", {true});
-    SetForegroundWindow(host.window);
     ASSERT_TRUE(viewer.Call(L"ShowItem", {scan}).ToBool());
     EXPECT_EQ(viewer.Get(L"Description").ToText(), "Polis");
     const HWND page = Window(host, L"KavidexPage");
@@ -249,11 +258,8 @@ TEST_F(ViewerControl, AScanIsPagedTurnedMarkedSavedAndShortened) {
 TEST_F(ViewerControl, TheListOfAFolderTellsWhatIsChosenInIt) {
     const auto scan = Scan("Polis", "\x0F");
     Container host;
-    host.Take(Make(CLSID_ctlViewer), true);
-    const Late viewer(host.control);
-    viewer.PutRef(L"DbConnection", {connection});
+    const auto viewer = Open(host);
     ASSERT_TRUE(viewer.Call(L"ShowList", {box}).ToBool());
-    SetForegroundWindow(host.window);
     const HWND list = Window(host, WC_LISTVIEWW);
     ASSERT_TRUE(list);
     EXPECT_EQ(ListView_GetItemCount(list), 1);
