@@ -20,7 +20,14 @@ using forms::Kind;
 namespace anchor = forms::anchor;
 namespace style = forms::style;
 
+// The button first: there is nothing to type.
 constexpr FieldRow fields[] = {
+    {"btnOk",
+     Kind::Button,
+     {202, 222, 50, 14},
+     "OK",
+     anchor::rightBottom,
+     style::isDefault | style::isCancel},
     {"picIcon", Kind::Picture, {10, 10, 20, 20}},
     {"txtDescription",
      Kind::Edit,
@@ -48,12 +55,6 @@ constexpr FieldRow fields[] = {
     {"txtColours", Kind::Edit, {86, 182, 158, 10}, "", anchor::wide, style::readOnly},
     {"lblCompression", Kind::Label, {16, 198, 66, 9}, "Compressie:"},
     {"txtCompression", Kind::Edit, {86, 198, 158, 10}, "", anchor::wide, style::readOnly},
-    {"btnOk",
-     Kind::Button,
-     {202, 222, 50, 14},
-     "OK",
-     anchor::rightBottom,
-     style::isDefault | style::isCancel},
 };
 constexpr forms::Layout layout = {
     "frmScanProperties", "Eigenschappen van gescand document", 260, 242, true, fields};
