@@ -164,10 +164,11 @@ TEST_F(EditFaults, OfTableEditsAreAnsweredWithFalse) {
             EXPECT_EQ(Count(connection, "tblDossierReference where RefId = 31 and Description = '" +
                                             expected + "'"),
                       1);
+            EXPECT_EQ(Count(connection, "tblDossierReferenceUpLink where ServerRefId = 31"), 1);
         }
         EXPECT_EQ(Count(connection, "tblDossierReferenceUpLink where ServerRefId = 32"), 1);
     });
-    EXPECT_EQ(steps, 8);
+    EXPECT_EQ(steps, 10);
     const Faulty whole = Prepared(prepare);
     scenario(whole);
     EXPECT_TRUE(saved && updated && deleted);
