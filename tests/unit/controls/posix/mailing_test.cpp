@@ -143,7 +143,7 @@ TEST_F(Mailing, PagesAndNotesGoAsPdfAllElseAsItIsUnderNamesThatTheReaderKnows) {
     mark.type = imaging::annotations::MarkType::Text;
     mark.bounds = {20, 20, 300, 120};
     mark.text = "Akkoord";
-    mark.font.height = 14;
+    mark.font.height = 6;
     imaging::annotations::Annotations marks;
     marks.Add(mark, 1600000000);
     auto pages = imaging::PagesOf(machine.files, PathOf(scan));
