@@ -207,7 +207,10 @@ void Filer::FileDocument(const std::vector<IntakeEntry>& entries, std::size_t at
     if (machine.files.DirectoryExists(what.file))
         return run.Failed(at, addFiles::noFile,
                           lclSite.Text("$%$ is een map en geen bestand", {what.file}));
-    if (platform::TrimView(what.file).empty() || !machine.files.FileExists(what.file))
+    // A device would be read for ever.
+    if (platform::TrimView(what.file).empty() ||
+        platform::IsDeviceName(platform::FileName(what.file)) ||
+        !machine.files.FileExists(what.file))
         return run.Failed(at, addFiles::noFile,
                           lclSite.Text("Bestand niet gevonden: $%$", {what.file}));
     model::FilingRequest request;

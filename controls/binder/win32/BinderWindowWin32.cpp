@@ -154,7 +154,7 @@ void BinderWindowWin32::CloseScanner() {
     const bool focused = lclScanner->HasFocus();
     const auto scanner = std::move(lclScanner);
     if (lclSplitter.Handle()) lclSplitter.SetPanels(lclTree.get(), lclPanel.get());
-    if (focused && lclTree) lclTree->TakeFocus();
+    if (focused) lclPanel->TakeFocus(); // a tree that gets the focus selects a folder by itself
 }
 
 // --- Drops on the list --------------------------------------------------------------------------
@@ -172,6 +172,7 @@ std::int32_t BinderWindowWin32::DragDropped(const DropData& data, const DropPlac
 
 // The scanning control goes with it; the next window begins with the viewer.
 void BinderWindowWin32::WindowGoes() {
+    CloseScanner();
     lclListDrops.Revoke();
     lclLogic.AttachWindow(nullptr);
     lclLogic.Checklist().presenter = nullptr;

@@ -16,7 +16,7 @@ Variant Reference(Bstr& holder, const std::string& text) {
     reference.vt = VT_BYREF | VT_BSTR;
     reference.pbstrVal = holder.Put();
     *reference.pbstrVal = platform::win32::NewBstr(text);
-    return Variant(reference);
+    return Variant::Attach(reference); // any other way would copy what it refers to
 }
 
 class WordGenerator : public LetterGenerator {

@@ -88,9 +88,9 @@ TEST_F(Drops, MailsOfTheMailProgramComeUnderTheirSubjects) {
     EXPECT_EQ(DropOnTop(Mail()), DWORD{DROPEFFECT_COPY});
     EXPECT_EQ(Outline(), "Polis 1|msg\nPolis 1 (1)|msg\nLeeg onderwerp 4|msg\nRe  a b |msg\n");
     EXPECT_TRUE(Told("Afspraak: niet opgeslagen"));
-    EXPECT_EQ(Recorded("mail.txt").substr(0, 99),
-              "Application.ActiveExplorer\nMailItem.SaveAs Polis 1.msg as 3\n"
-              "MailItem.SaveAs Polis 1 (1).msg as 3\n");
+    EXPECT_TRUE(Recorded("mail.txt")
+                    .starts_with("Application.ActiveExplorer\nMailItem.SaveAs Polis 1.msg as 3\n"
+                                 "MailItem.SaveAs Polis 1 (1).msg as 3\n"));
     // The program knows a mail whose file's name ends in 1.msg.
     EXPECT_EQ(Row("Polis 1"), (std::vector<std::string>{"J. Jansen", "Schadedienst",
                                                         "202611140930"
