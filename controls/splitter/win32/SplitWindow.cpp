@@ -22,6 +22,9 @@ HWND SplitWindow::Create(HWND parent, const wchar_t* name) {
 }
 
 bool SplitWindow::SetPanels(ControlWindow* first, ControlWindow* second) {
+    // Either would be arranged together with what is no longer there.
+    lclLogic.SetControl1(nullptr);
+    lclLogic.SetControl2(nullptr);
     ControlWindow* const windows[2] = {first, second};
     for (int i = 0; i < 2; ++i) {
         lclPanels[i].reset();
