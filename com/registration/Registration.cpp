@@ -135,6 +135,8 @@ Registration DescribeRegistration() {
     const std::wstring path = ModulePath();
     for (const ClassRow& row : ClassTable()) DescribeClass(plan, row, path);
     DescribeTypeLib(plan, path);
+    // A user may have had none of these before.
+    plan.shells.insert(plan.shells.end(), {L"CLSID", L"Interface", L"TypeLib"});
     return plan;
 }
 
