@@ -157,6 +157,10 @@ void BinderWindowWin32::CloseScanner() {
     if (focused) lclPanel->TakeFocus(); // a tree that gets the focus selects a folder by itself
 }
 
+std::unique_ptr<forms::PaneContent> BinderWindowWin32::MakePane(ctlViewer& viewer) {
+    return std::make_unique<forms::win32::ControlPane>(MakeViewerWindow(viewer, lclWorkstation));
+}
+
 // --- Drops on the list --------------------------------------------------------------------------
 
 std::int32_t BinderWindowWin32::DragMoved(DragState state, const DropData& data,

@@ -153,6 +153,7 @@ struct CountingWindow : BinderWindow {
     void FocusTree() override {}
     std::optional<std::size_t> ShowMenu(const PopupMenu&, std::string_view) override { return {}; }
     forms::FormPresenter* Forms() override { return nullptr; }
+    std::unique_ptr<forms::PaneContent> MakePane(ctlViewer&) override { return nullptr; }
     ScanPlace* Scanner() override { return nullptr; }
 };
 
