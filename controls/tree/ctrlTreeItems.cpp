@@ -1,6 +1,5 @@
 // Creating, renaming, moving and deleting items.
 #include <algorithm>
-#include <map>
 
 #include "controls/tree/DefaultTabs.h"
 #include "controls/tree/ItemCopier.h"
@@ -80,12 +79,19 @@ std::shared_ptr<model::clsTree> ctrlTree::CreateTree(std::string_view descriptio
 
 // A folder that the store refuses is told; the dossier is there without it.
 void ctrlTree::WriteTabs(model::clsTree& tree, const std::vector<std::string>& names) const {
-    int number = 0;
-    for (const auto& name : names)
+    const auto write = [&](const std::string& name, std::int32_t parent) {
+        std::int32_t id = 0;
         Guarded("Add", [&] {
-            const auto filled = FillTokens(name, lclWorkstation.clock.Now(), number + 1);
-            if (tree.AddChildTab(model::ColumnText(filled), tree.Item()->Id())) ++number;
+            const auto around = tree.GetItem(parent, {});
+            const auto siblings = around ? around->ChildCollection() : nullptr;
+            const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
+            const auto filled = FillTokens(name, lclWorkstation.clock.Now(), number);
+            if (const auto made = tree.AddChildTab(model::ColumnText(filled), parent))
+                id = made->Id();
         });
+        return id;
+    };
+    MakeFolders(names, tree.Item()->Id(), write);
 }
 
 void ctrlTree::ShowNew(const std::shared_ptr<model::clsTree>& tree) {
@@ -98,8 +104,14 @@ void ctrlTree::ShowNew(const std::shared_ptr<model::clsTree>& tree) {
         Fill();
         if (!Root()) return;
         std::vector<ItemPtr> made;
-        if (const auto& folders = tree->Item()->ChildCollection())
-            made.assign(folders->Items().begin(), folders->Items().end());
+        const auto below = [&](const auto& self, const model::clsItem& folder) -> void {
+            if (const auto& folders = folder.ChildCollection())
+                for (const auto& one : folders->Items()) {
+                    made.push_back(one);
+                    self(self, *one);
+                }
+        };
+        below(below, *tree->Item());
         for (const auto& folder : made)
             if (lclTree == tree) EvItemCreated.Raise(Info(folder->Id())); // a host may leave it
     });
@@ -114,30 +126,13 @@ std::int32_t ctrlTree::fncGetAndCreateTabs(std::string_view listOfTabs, std::int
 }
 
 std::int32_t ctrlTree::MakeTabs(const std::vector<std::string>& names, std::int32_t parentId) {
-    std::int32_t made = 0;
-    std::map<std::string, std::int32_t> folders; // that were made just now, by their paths
-    for (const auto& name : names) {
-        auto parent = parentId;
-        std::string path;
-        const auto steps = platform::Split(name, '\\');
-        for (std::size_t i = 0; i < steps.size() && parent != 0; ++i) {
-            path += '\\' + steps[i];
-            const bool last = i + 1 == steps.size();
-            if (const auto known = folders.find(path); !last && known != folders.end()) {
-                parent = known->second;
-                continue;
-            }
-            const auto around = GetNode(parent);
-            const auto siblings = around ? around->ChildCollection() : nullptr;
-            const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
-            const auto folder =
-                AddTab(FillTokens(steps[i], lclWorkstation.clock.Now(), number), parent);
-            parent = folder ? folder->Id() : 0;
-            folders[path] = parent;
-            if (folder) ++made;
-        }
-    }
-    return made;
+    return MakeFolders(names, parentId, [this](const std::string& name, std::int32_t parent) {
+        const auto around = GetNode(parent);
+        const auto siblings = around ? around->ChildCollection() : nullptr;
+        const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
+        const auto folder = AddTab(FillTokens(name, lclWorkstation.clock.Now(), number), parent);
+        return folder ? folder->Id() : 0;
+    });
 }
 
 ItemPtr ctrlTree::AddTab(std::string_view description, std::int32_t parentId) {
