@@ -1,5 +1,6 @@
 // Creating, renaming, moving and deleting items.
 #include <algorithm>
+#include <map>
 
 #include "controls/tree/DefaultTabs.h"
 #include "controls/tree/ItemCopier.h"
@@ -42,6 +43,36 @@ bool CreateRow(model::clsTree& tree, const data::ConnectionPtr& connection,
     }
 }
 
+// Folders of these names, within each other where a name is a path; how many were made. `itemOf`
+// gives the item of an id, `make` a new folder, null when it was refused.
+template <class ItemOf, class MakeFolder>
+std::int32_t MakePaths(const std::vector<std::string>& names, std::int32_t top,
+                       const platform::DateTime& now, ItemOf itemOf, MakeFolder make) {
+    std::int32_t made = 0;
+    std::map<std::string, std::int32_t> folders; // that were made just now, by their paths
+    for (const auto& name : names) {
+        auto parent = top;
+        std::string path;
+        const auto steps = platform::Split(name, '\\');
+        for (std::size_t i = 0; i < steps.size() && parent != 0; ++i) {
+            path += '\\' + steps[i];
+            const bool last = i + 1 == steps.size();
+            if (const auto known = folders.find(path); !last && known != folders.end()) {
+                parent = known->second;
+                continue;
+            }
+            const auto around = itemOf(parent);
+            const auto siblings = around ? around->ChildCollection() : nullptr;
+            const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
+            const auto folder = make(FillTokens(steps[i], now, number), parent);
+            parent = folder ? folder->Id() : 0;
+            folders[path] = parent;
+            if (folder) ++made;
+        }
+    }
+    return made;
+}
+
 } // namespace
 
 bool ctrlTree::CreateNew(std::string_view description, std::string_view listOfDefaultTabs) {
@@ -79,19 +110,14 @@ std::shared_ptr<model::clsTree> ctrlTree::CreateTree(std::string_view descriptio
 
 // A folder that the store refuses is told; the dossier is there without it.
 void ctrlTree::WriteTabs(model::clsTree& tree, const std::vector<std::string>& names) const {
-    const auto write = [&](const std::string& name, std::int32_t parent) {
-        std::int32_t id = 0;
-        Guarded("Add", [&] {
-            const auto around = tree.GetItem(parent, {});
-            const auto siblings = around ? around->ChildCollection() : nullptr;
-            const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
-            const auto filled = FillTokens(name, lclWorkstation.clock.Now(), number);
-            if (const auto made = tree.AddChildTab(model::ColumnText(filled), parent))
-                id = made->Id();
+    MakePaths(
+        names, tree.Item()->Id(), lclWorkstation.clock.Now(),
+        [&](std::int32_t parent) { return tree.GetItem(parent, {}); },
+        [&](const std::string& name, std::int32_t parent) {
+            ItemPtr folder;
+            Guarded("Add", [&] { folder = tree.AddChildTab(model::ColumnText(name), parent); });
+            return folder;
         });
-        return id;
-    };
-    MakeFolders(names, tree.Item()->Id(), write);
 }
 
 void ctrlTree::ShowNew(const std::shared_ptr<model::clsTree>& tree) {
@@ -104,14 +130,9 @@ void ctrlTree::ShowNew(const std::shared_ptr<model::clsTree>& tree) {
         Fill();
         if (!Root()) return;
         std::vector<ItemPtr> made;
-        const auto below = [&](const auto& self, const model::clsItem& folder) -> void {
-            if (const auto& folders = folder.ChildCollection())
-                for (const auto& one : folders->Items()) {
-                    made.push_back(one);
-                    self(self, *one);
-                }
-        };
-        below(below, *tree->Item());
+        Walk(tree->Item(), 0, [&](const ItemPtr& item, std::int32_t parent) {
+            if (parent != 0) made.push_back(item);
+        });
         for (const auto& folder : made)
             if (lclTree == tree) EvItemCreated.Raise(Info(folder->Id())); // a host may leave it
     });
@@ -126,13 +147,10 @@ std::int32_t ctrlTree::fncGetAndCreateTabs(std::string_view listOfTabs, std::int
 }
 
 std::int32_t ctrlTree::MakeTabs(const std::vector<std::string>& names, std::int32_t parentId) {
-    return MakeFolders(names, parentId, [this](const std::string& name, std::int32_t parent) {
-        const auto around = GetNode(parent);
-        const auto siblings = around ? around->ChildCollection() : nullptr;
-        const auto number = siblings ? static_cast<int>(siblings->Count()) + 1 : 1;
-        const auto folder = AddTab(FillTokens(name, lclWorkstation.clock.Now(), number), parent);
-        return folder ? folder->Id() : 0;
-    });
+    return MakePaths(
+        names, parentId, lclWorkstation.clock.Now(),
+        [&](std::int32_t parent) { return GetNode(parent); },
+        [&](const std::string& name, std::int32_t parent) { return AddTab(name, parent); });
 }
 
 ItemPtr ctrlTree::AddTab(std::string_view description, std::int32_t parentId) {
