@@ -155,10 +155,10 @@ std::span<const EventRow> BinderEventTable() { return events; }
 ctrlCorrespondenceFace::ctrlCorrespondenceFace()
     : ControlFace(*FindClass(CLSID_ctrlCorrespondence), platform::TheWorkstation(),
                   std::make_shared<data::win32::LateAdoFactory>(), data::MakeAccessRepair(),
-                   controls::IntakeComponents{
-                       mail::win32::MakeMailSource(), controls::win32::MakeLetterGenerator,
-                       std::make_shared<mail::MailRoads>(
-                           mail::win32::MakeMailRoads(platform::TheWorkstation()))}) {
+                  controls::IntakeComponents{
+                      mail::win32::MakeMailSource(), controls::win32::MakeLetterGenerator,
+                      std::make_shared<mail::MailRoads>(
+                          mail::win32::MakeMailRoads(platform::TheWorkstation()))}) {
     Logic().SetDesigning([this] { return Core().AmbientFlag(DISPID_AMBIENT_USERMODE) == false; });
     RaiseDragEvents();
     RaiseEvents();

@@ -75,7 +75,8 @@ public:
     const std::optional<FontFace>& Font() const { return lclFont; }
     void SetFont(std::optional<FontFace> font); // null: the system's
 
-    // Whether the dossier takes documents of a type; a program that it does not take is not started.
+    // Whether the dossier takes documents of a type; a program that it does not take is not
+    // started.
     void SetAcceptsType(std::function<bool(std::string_view type)> accepts);
 
     void LoadProperties(PropertyBag& bag);

@@ -163,8 +163,7 @@ std::unique_ptr<forms::PaneContent> BinderWindowWin32::MakePane(ctlViewer& viewe
 
 // --- Drops on the list --------------------------------------------------------------------------
 
-std::int32_t BinderWindowWin32::DragMoved(DragState state, const DropData& data,
-                                          const DropPlace&) {
+std::int32_t BinderWindowWin32::DragMoved(DragState state, const DropData& data, const DropPlace&) {
     const auto folder = lclLogic.ListedFolder();
     return folder != 0 ? lclLogic.treCorr().DragOver(state, data, folder) : drop::none;
 }

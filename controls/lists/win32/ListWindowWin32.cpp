@@ -8,9 +8,9 @@
 #include <windowsx.h>
 
 #include "controls/common/win32/OwnWindow.h"
+#include "platform/win32/OwnCall.h"
 #include "platform/win32/Owner.h"
 #include "platform/win32/Variant.h"
-#include "platform/win32/OwnCall.h"
 
 namespace kavidex::controls::win32 {
 

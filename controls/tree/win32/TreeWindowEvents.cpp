@@ -8,8 +8,8 @@
 #include "controls/tree/win32/TreeWindowWin32.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
-#include "platform/win32/Variant.h"
 #include "platform/win32/OwnCall.h"
+#include "platform/win32/Variant.h"
 
 namespace kavidex::controls::win32 {
 

@@ -104,10 +104,9 @@ bool FactsPane::OpenDefault(const ShownDocument& document) {
                      {platform::FileName(document.Path())});
         return false;
     }
-    if (program &&
-        lclFrame.Ask("Dit bestand kan iets uitvoeren. Wilt u het openen?", "Melding viewer",
-                     platform::Buttons::YesNo,
-                     platform::Icon::Exclamation) != platform::Answer::Yes)
+    if (program && lclFrame.Ask("Dit bestand kan iets uitvoeren. Wilt u het openen?",
+                                "Melding viewer", platform::Buttons::YesNo,
+                                platform::Icon::Exclamation) != platform::Answer::Yes)
         return false;
     try {
         lclFrame.Machine().shell.OpenDefault(document.Path());
