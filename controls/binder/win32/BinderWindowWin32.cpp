@@ -145,8 +145,8 @@ void BinderWindowWin32::OpenScanner(const ScanSetup& setup) {
         throw platform::Error(platform::errors::fail, "There is no window for the control.");
     scanner->Open(setup);
     lclScanner = std::move(scanner);
-    ShowWindow(lclPanel->Handle(), SW_HIDE);
     lclSplitter.SetPanels(lclTree.get(), lclScanner.get());
+    ShowWindow(lclPanel->Handle(), SW_HIDE);
 }
 
 void BinderWindowWin32::CloseScanner() {

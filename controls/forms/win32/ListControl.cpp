@@ -5,6 +5,7 @@
 
 #include <commctrl.h>
 
+#include "controls/common/win32/CheckImages.h"
 #include "controls/forms/win32/CellEditor.h"
 #include "controls/forms/win32/FieldControl.h"
 #include "controls/forms/win32/ItemDrag.h"
@@ -35,7 +36,10 @@ public:
         if (!Child(parent, id, WC_LISTVIEWW, styles, WS_EX_CLIENTEDGE)) return false;
         DWORD extra =
             LVS_EX_FULLROWSELECT | LVS_EX_DOUBLEBUFFER | LVS_EX_INFOTIP | LVS_EX_SUBITEMIMAGES;
-        if (row.Has(style::checks)) extra |= LVS_EX_CHECKBOXES;
+        if (row.Has(style::checks)) {
+            extra |= LVS_EX_CHECKBOXES;
+            controls::win32::FreeCheckImages(lclWindow);
+        }
         SendMessageW(lclWindow, LVM_SETEXTENDEDLISTVIEWSTYLE, extra, static_cast<LPARAM>(extra));
         MakeColumns();
         return true;

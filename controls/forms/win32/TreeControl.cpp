@@ -6,6 +6,7 @@
 
 #include <commctrl.h>
 
+#include "controls/common/win32/CheckImages.h"
 #include "controls/forms/win32/FieldControl.h"
 #include "controls/forms/win32/ItemDrag.h"
 #include "platform/win32/Variant.h"
@@ -34,9 +35,11 @@ public:
         if (!row.Has(style::drags)) styles |= TVS_DISABLEDRAGDROP;
         if (!Child(parent, id, WC_TREEVIEWW, styles, WS_EX_CLIENTEDGE)) return false;
         // Windows wants the boxes switched on after the window is there.
-        if (row.Has(style::checks))
+        if (row.Has(style::checks)) {
             SetWindowLongPtrW(lclWindow, GWL_STYLE,
                               GetWindowLongPtrW(lclWindow, GWL_STYLE) | TVS_CHECKBOXES);
+            controls::win32::FreeCheckImages(lclWindow);
+        }
         return true;
     }
 

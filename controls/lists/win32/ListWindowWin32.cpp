@@ -7,6 +7,7 @@
 
 #include <windowsx.h>
 
+#include "controls/common/win32/CheckImages.h"
 #include "controls/common/win32/OwnWindow.h"
 #include "platform/win32/OwnCall.h"
 #include "platform/win32/Owner.h"
@@ -58,6 +59,7 @@ HWND ListWindowWin32::Create(HWND parent, int id) {
     ListView_SetExtendedListViewStyle(lclWindow,
                                       LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER);
     SetWindowSubclass(lclWindow, Procedure, 1, reinterpret_cast<DWORD_PTR>(this));
+    FreeCheckImages(lclWindow);
     lclLogic.AttachWindow(this);
     return lclWindow;
 }

@@ -1,6 +1,7 @@
 // The nodes of the native tree.
 #include <algorithm>
 
+#include "controls/common/win32/CheckImages.h"
 #include "controls/common/win32/TrackMenu.h"
 #include "controls/tree/win32/TreeWindowWin32.h"
 #include "platform/text.h"
@@ -148,6 +149,7 @@ void TreeWindowWin32::SetCheckBoxes(bool show) {
     const auto style = GetWindowLongPtrW(lclTree, GWL_STYLE);
     if (show) {
         SetWindowLongPtrW(lclTree, GWL_STYLE, style | TVS_CHECKBOXES);
+        FreeCheckImages(lclTree);
         return;
     }
     const auto boxes = TreeView_SetImageList(lclTree, nullptr, TVSIL_STATE);
