@@ -26,13 +26,13 @@ constexpr UINT_PTR closeTimer = 1;
 // In the order of the menu.
 struct Administration {
     const wchar_t* progId;
-    const char* title;
+    const char* title; // as in the menu
 };
 constexpr Administration administration[] = {
-    {L"Kavidex.ctlRights", "Users and rights"},
-    {L"Kavidex.ctlDefaultFolders", "Default folders"},
-    {L"Kavidex.ctlChecklistEditor", "Checklists"},
-    {L"Kavidex.ctlPost", "Post"},
+    {L"Kavidex.ctlRights", "&Users and rights"},
+    {L"Kavidex.ctlDefaultFolders", "Default &folders"},
+    {L"Kavidex.ctlChecklistEditor", "&Checklists"},
+    {L"Kavidex.ctlPost", "&Post"},
 };
 
 void Complain(HWND owner, const std::exception& error) {
@@ -260,9 +260,10 @@ void HostWindow::ShowAdministration(std::size_t which) {
     if (!lclSession || lclSession->Database().empty()) AskConnection();
     if (!lclSession || lclSession->Database().empty()) return;
     std::erase_if(lclFrames, [](const auto& frame) { return !frame->IsOpen(); });
+    auto name = Own(administration[which].title);
+    std::erase(name, '&');
     lclFrames.push_back(std::make_unique<ControlFrame>(lclWindow, administration[which].progId,
-                                                       administration[which].title,
-                                                       lclSession->Connection()));
+                                                       name, lclSession->Connection()));
 }
 
 // The panel beside the documents, by the type of the dossier.
