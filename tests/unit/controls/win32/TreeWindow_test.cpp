@@ -1,5 +1,6 @@
 // The native window of the tree, with real keys and clicks.
 #include <atomic>
+#include <functional>
 #include <thread>
 
 #include <windows.h>
@@ -102,8 +103,10 @@ protected:
         MapWindowPoints(view, nullptr, reinterpret_cast<POINT*>(&place), 2);
         return {place.left + 4, (place.top + place.bottom) / 2};
     }
-    // Another hand at the mouse, while OLE's loop runs here: it rests at the last place.
-    void DragAlong(const std::vector<POINT>& way, DWORD rest, bool escape = false) {
+    // Another hand at the mouse, while OLE's loop runs here: it rests at the last place until that
+    // is so, however slow the machine is.
+    void DragAlong(const std::vector<POINT>& way, const std::function<bool()>& ready,
+                   bool escape = false) {
         std::atomic<bool> done = false;
         std::thread hand([&] {
             Mouse(MOUSEEVENTF_LEFTDOWN, way.front());
@@ -111,7 +114,7 @@ protected:
                 for (int step = 0; step <= 8; ++step)
                     Mouse(MOUSEEVENTF_MOVE, {way[i - 1].x + (way[i].x - way[i - 1].x) * step / 8,
                                              way[i - 1].y + (way[i].y - way[i - 1].y) * step / 8});
-            for (DWORD rested = 0; rested < rest; rested += 40) Mouse(MOUSEEVENTF_MOVE, way.back());
+            for (int i = 0; i < 1000 && !ready(); ++i) Mouse(MOUSEEVENTF_MOVE, way.back());
             if (escape) Send(VK_ESCAPE, false), Sleep(100), Send(VK_ESCAPE, true);
             Mouse(MOUSEEVENTF_LEFTUP, way.back());
             done = true;
@@ -367,7 +370,9 @@ TEST_F(TreeWindowTest, TheListTakesTheTreesPlace) {
 
 struct Outside : DropReceiver {
     DropData got;
-    std::int32_t DragMoved(DragState, const DropData&, const DropPlace&) override {
+    std::atomic<bool> over = false;
+    std::int32_t DragMoved(DragState state, const DropData&, const DropPlace&) override {
+        over = state != DragState::Leave;
         return drop::copy;
     }
     std::int32_t DragDropped(const DropData& data, const DropPlace&) override {
@@ -402,7 +407,7 @@ TEST_F(TreeWindowTest, TheMouseDragsDocumentsOutAndMovesItemsWithin) {
                         50, 200, 150, nullptr, nullptr, nullptr, nullptr);
     DropRegistration drops;
     drops.Register(target, outside, machine);
-    DragAlong({At(brief), {650, 100}}, 200);
+    DragAlong({At(brief), {650, 100}}, [&] { return outside.over.load(); });
     EXPECT_EQ(told, "1 complete ");
     ASSERT_EQ(outside.got.files.size(), 1U) << Told();
     EXPECT_EQ(platform::FileName(outside.got.files[0]), "brief.txt");
@@ -416,12 +421,14 @@ TEST_F(TreeWindowTest, TheMouseDragsDocumentsOutAndMovesItemsWithin) {
 
     told.clear();
     ASSERT_FALSE(IsOpen(mail));
-    DragAlong({At(brief), At(mail)}, 1200, true);
+    DragAlong(
+        {At(brief), At(mail)}, [&] { return IsOpen(mail); }, true);
     EXPECT_EQ(told, "0 complete ") << "given up by Escape";
     EXPECT_TRUE(IsOpen(mail)) << "resting over a closed folder opens it";
     EXPECT_EQ(tree.GetParent(brief)->Id(), letters);
     told.clear();
-    DragAlong({At(brief), At(old)}, 200);
+    const HTREEITEM folder = ItemOf(old);
+    DragAlong({At(brief), At(old)}, [&] { return TreeView_GetDropHilight(view) == folder; });
     EXPECT_EQ(told, "handled 2 complete ");
     EXPECT_EQ(tree.GetParent(brief)->Id(), old);
     EXPECT_EQ(TreeView_GetDropHilight(view), nullptr);
@@ -431,8 +438,9 @@ TEST_F(TreeWindowTest, TheMouseDragsDocumentsOutAndMovesItemsWithin) {
     tree.SetHighLightToItem(root);
     RECT area{};
     GetWindowRect(view, &area);
-    DragAlong({At(letters), {area.left + 60, area.bottom - 8}}, 800, true);
-    EXPECT_NE(TreeView_GetFirstVisible(view), TreeView_GetRoot(view)) << "the edge scrolls";
+    const auto scrolled = [&] { return TreeView_GetFirstVisible(view) != TreeView_GetRoot(view); };
+    DragAlong({At(letters), {area.left + 60, area.bottom - 8}}, scrolled, true);
+    EXPECT_TRUE(scrolled()) << "by the edge";
 }
 
 TEST_F(TreeWindowTest, CheckBoxesCollectItems) {
