@@ -19,6 +19,31 @@ std::wstring TemporaryName() {
     return L"kavidex-" + std::wstring(name).substr(1, 18) + L".tmp";
 }
 
+DWORD Rename(const std::wstring& from, const std::wstring& to, DWORD how) {
+    return MoveFileExW(from.c_str(), to.c_str(), how) ? 0 : GetLastError();
+}
+
+// A file that somebody has open is not replaced by a rename, however he shares it; it can be put
+// aside, where it stays until it is closed. 0 or a GetLastError number; the target is there then
+// as well.
+DWORD ReplaceOpen(const std::wstring& temporary, const std::wstring& target, DWORD how) {
+    const std::wstring aside = FolderPart(target) + TemporaryName();
+    if (!ReplaceFileW(target.c_str(), temporary.c_str(), aside.c_str(),
+                      REPLACEFILE_IGNORE_MERGE_ERRORS | REPLACEFILE_IGNORE_ACL_ERRORS, nullptr,
+                      nullptr)) {
+        const DWORD failed = GetLastError();
+        if (GetFileAttributesW(aside.c_str()) == INVALID_FILE_ATTRIBUTES) return failed;
+        // Half done: the old one is aside, and the new one did not take its name.
+        if (Rename(temporary, target, how) != 0) {
+            Rename(aside, target, how);
+            return failed;
+        }
+    }
+    SetFileAttributesW(aside.c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileW(aside.c_str());
+    return 0;
+}
+
 } // namespace
 
 NewFile::NewFile(const std::wstring& folder)
@@ -51,9 +76,11 @@ DWORD NewFile::PutInPlace(const std::wstring& target, bool failIfExists, DWORD a
     if (const DWORD failed = Finish(attributes, flush)) return failed;
     const DWORD how =
         (flush ? MOVEFILE_WRITE_THROUGH : 0) | (failIfExists ? 0 : MOVEFILE_REPLACE_EXISTING);
-    if (!MoveFileExW(lclTemporary.c_str(), target.c_str(), how)) return GetLastError();
-    lclTemporary.clear();
-    return 0;
+    DWORD failed = Rename(lclTemporary, target, how);
+    const bool held = failed == ERROR_ACCESS_DENIED || failed == ERROR_SHARING_VIOLATION;
+    if (held && !failIfExists && ReplaceOpen(lclTemporary, target, how) == 0) failed = 0;
+    if (!failed) lclTemporary.clear();
+    return failed;
 }
 
 DWORD NewFile::Keep(DWORD attributes, std::wstring& name) {

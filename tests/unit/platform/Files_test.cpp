@@ -148,6 +148,25 @@ TEST_F(FilesTest, FailuresNameThePathAndLeaveNothingBehind) {
     EXPECT_EQ(All(), std::vector<std::string>{"a.tif"});
 }
 
+TEST_F(FilesTest, AFileThatIsReadIsReplacedAndDeletedMeanwhile) {
+    const std::string path = Path("scan.tif"), other = Path("nieuw.tif");
+    files.WriteAll(path, "oud");
+    files.WriteAll(other, "kopie");
+    {
+        const auto reader = files.Reader(path), second = files.Reader(path);
+        files.WriteAll(path, "nieuw");
+        EXPECT_EQ(files.ReadAll(path), "nieuw");
+        files.Copy(other, path, false);
+        EXPECT_EQ(files.ReadAll(path), "kopie");
+        char bytes[8] = "";
+        EXPECT_EQ(reader->Read(0, bytes, sizeof bytes), 3u);
+        EXPECT_EQ(std::string(bytes), "oud") << "whoever reads it goes on with the old one";
+        const auto again = files.Reader(path);
+        files.Remove(path);
+    }
+    EXPECT_EQ(All(), std::vector<std::string>{"nieuw.tif"}) << "nothing stays beside it";
+}
+
 TEST_F(FilesTest, AReadOnlyFileIsProtectedUntilItsAttributeGoes) {
     const std::string path = Path("vast.tif");
     files.WriteAll(path, "oud");
