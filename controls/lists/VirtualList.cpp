@@ -11,17 +11,17 @@ namespace kavidex::controls {
 
 namespace {
 
-// A key's first eight bytes, which decide most comparisons, beside its place.
+// A key's first sixteen bytes, which decide most comparisons, beside its place.
 struct SortKey {
-    std::uint64_t head;
+    std::pair<std::uint64_t, std::uint64_t> head;
     std::uint32_t row;
 };
 
-std::uint64_t HeadOf(const std::string& key) {
-    std::uint64_t head = 0;
-    for (std::size_t i = 0; i < 8; ++i)
-        head = head << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0U);
-    return head;
+std::uint64_t EightBytes(const std::string& key, std::size_t from) {
+    std::uint64_t bytes = 0;
+    for (std::size_t i = from; i < from + 8; ++i)
+        bytes = bytes << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0U);
+    return bytes;
 }
 
 } // namespace
@@ -122,7 +122,7 @@ std::vector<std::uint32_t> VirtualList::Sorted() const {
     std::vector<SortKey> heads(order.size());
     for (const auto row : order) {
         keys[row] = lclRows->SortKey(row, field);
-        heads[row] = {HeadOf(keys[row]), row};
+        heads[row] = {{EightBytes(keys[row], 0), EightBytes(keys[row], 8)}, row};
     }
     // Equal keys keep the order of the rows, both ways round.
     std::sort(heads.begin(), heads.end(), [&](const SortKey& a, const SortKey& b) {
