@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <set>
 #include <utility>
 
 #include "data/logText.h"
@@ -47,39 +48,99 @@ std::string DescriptionOf(std::string_view path) {
     return platform::TrimView(bare).empty() ? name : bare;
 }
 
-// The steps in their order; whatever goes wrong, the source is there until the last of them.
+bool IsReadable(platform::Files& files, const std::string& path) {
+    try {
+        files.Reader(path);
+        return true;
+    } catch (const platform::Error&) {
+        return false;
+    }
+}
+
+} // namespace
+
+// One document's steps in their order; whatever goes wrong, the source is there until the last.
 class Filing {
 public:
-    Filing(const platform::Workstation& workstation, clsTree& tree, const FilingRequest& request,
-           FilingResult& result)
-        : lclWorkstation(workstation), lclTree(tree), lclRequest(request), lclResult(result),
+    Filing(const platform::Workstation& workstation, clsTree& tree, FilingRequest request)
+        : lclWorkstation(workstation), lclTree(tree), lclRequest(std::move(request)),
           lclDocument(workstation) {}
+    ~Filing() {
+        if (lclOpen) TakeBack();
+    }
+    Filing(const Filing&) = delete;
+    Filing& operator=(const Filing&) = delete;
 
-    void Run() {
+    const FilingRequest& Request() const { return lclRequest; }
+    FilingResult& Result() { return lclResult; }
+
+    void Prepare() {
+        lclResult.ofSource = true;
         FindSource();
+        lclResult.ofSource = false;
         FindFolder();
         FindStore();
         DescribeDocument();
         try {
             lclCopy = lclDocument.CopyAside(lclRequest.source); // no lock is held meanwhile
-            Write();
-        } catch (...) {
-            TakeBack();
+        } catch (const platform::Error& error) {
+            lclResult.ofSource = error.Number() != platform::errors::diskFull &&
+                                 !IsReadable(lclWorkstation.files, lclRequest.source);
             throw;
         }
+    }
+
+    // Within a transaction. False when every number's file is there already: then the marked rows
+    // should stay, so that the next filing gets past them.
+    bool Write() {
+        if (!InsertRow()) return false;
+        AddItem();
+        lclResult.path = lclDocument.StorePath();
+        lclDocument.PutInPlace(lclCopy);
+        return true;
+    }
+
+    void Finish() {
+        lclOpen = false;
         lclResult.docId = lclDocument.DocId();
         lclResult.filed = true;
         if (lclRequest.deleteSource)
             RemoveCopied(lclWorkstation, lclRequest.source, lclResult.path);
     }
 
+    void Failed(const std::exception& error) {
+        const auto* const known = dynamic_cast<const platform::Error*>(&error);
+        lclResult.number = known ? known->Number() : platform::errors::fail;
+        lclResult.error = lclRequest.source + ": " + error.what();
+        lclWorkstation.log.Write("FileDocument", lclRequest.source + ": " + data::InLog(error));
+    }
+
+    // The rows go first: a file without one is found and harmless, a row without its file would
+    // show a document that is not there. False when rows may be left.
+    bool TakeBack() noexcept {
+        lclOpen = false;
+        const bool rowsGone = Undo([&] {
+            if (lclResult.item) lclFolder->ChildCollection()->Remove(lclResult.item->Id());
+            lclResult.item = nullptr;
+            RemoveRows();
+        });
+        Undo([&] {
+            if (lclCopy.empty()) return;
+            if (lclWorkstation.files.FileExists(lclCopy))
+                RemoveFile(lclCopy);
+            else if (rowsGone)
+                RemoveFile(lclResult.path);
+        });
+        lclResult.path.clear();
+        return rowsGone;
+    }
+
 private:
     void FindSource() const {
-        platform::Files& files = lclWorkstation.files;
-        if (files.DirectoryExists(lclRequest.source))
+        if (lclRequest.source.empty())
+            throw platform::Error(platform::errors::notFound, "The file has no name.");
+        if (lclWorkstation.files.Attributes(lclRequest.source) & platform::attributes::directory)
             throw platform::Error(platform::errors::invalidArgument, "It is a folder, not a file.");
-        if (!files.FileExists(lclRequest.source))
-            throw platform::Error(platform::errors::notFound, "The file does not exist.");
     }
 
     void FindFolder() {
@@ -137,23 +198,6 @@ private:
         lclDocument.SetNumberOfAttatchements(mail.numberOfAttatchements);
     }
 
-    // All of it becomes true with one commit: the rows, and the file's name just before.
-    void Write() {
-        const Store store(lclTree.DbConnection());
-        Transaction transaction(store, lclWorkstation);
-        HoldNode(store, lclRequest.folderId); // before the document's row is read
-        if (!InsertRow()) {
-            transaction.Commit(); // the marked rows stay, so that the next filing gets past them
-            throw platform::Error(
-                platform::errors::alreadyExists,
-                "The store already holds files under the new documents' numbers.");
-        }
-        AddItem();
-        lclResult.path = lclDocument.StorePath();
-        lclDocument.PutInPlace(lclCopy);
-        transaction.Commit();
-    }
-
     // False when every number's file was there already.
     bool InsertRow() {
         lclInserted = true;
@@ -171,24 +215,6 @@ private:
                                  lclDocument.Description(), lclRequest.folderId);
         if (!lclResult.item)
             throw platform::Error(platform::errors::fail, "The folder did not take the document.");
-    }
-
-    // The rows go first: a file without one is found and harmless, a row without its file would
-    // show a document that is not there.
-    void TakeBack() noexcept {
-        const bool rowsGone = Undo([&] {
-            if (lclResult.item) lclFolder->ChildCollection()->Remove(lclResult.item->Id());
-            lclResult.item = nullptr;
-            RemoveRows();
-        });
-        Undo([&] {
-            if (lclCopy.empty()) return;
-            if (lclWorkstation.files.FileExists(lclCopy))
-                RemoveFile(lclCopy);
-            else if (rowsGone)
-                RemoveFile(lclResult.path);
-        });
-        lclResult.path.clear();
     }
 
     template <class Step>
@@ -226,32 +252,83 @@ private:
 
     const platform::Workstation& lclWorkstation;
     clsTree& lclTree;
-    const FilingRequest& lclRequest;
-    FilingResult& lclResult;
+    const FilingRequest lclRequest;
+    FilingResult lclResult;
     clsDocument lclDocument;
     clsItemPtr lclFolder;
     std::string lclCopy; // under its temporary name
     bool lclInserted = false;
+    bool lclOpen = true; // neither finished nor taken back
 };
 
-} // namespace
+Filings::Filings(const platform::Workstation& workstation, clsTree& tree)
+    : lclWorkstation(workstation), lclTree(tree) {}
+
+Filings::~Filings() = default;
+
+std::optional<FilingResult> Filings::Prepare(const FilingRequest& request) {
+    auto filing = std::make_unique<Filing>(lclWorkstation, lclTree, request);
+    try {
+        filing->Prepare();
+        lclWaiting.push_back(std::move(filing));
+        return std::nullopt;
+    } catch (const std::exception& error) {
+        filing->TakeBack();
+        filing->Failed(error);
+        return std::move(filing->Result());
+    }
+}
+
+std::vector<FilingResult> Filings::Write() {
+    const auto writing = std::exchange(lclWaiting, {});
+    std::vector<FilingResult> results;
+    if (writing.empty()) return results;
+    try {
+        // All of it becomes true with one commit: the rows, and the files' names just before.
+        const Store store(lclTree.DbConnection());
+        Transaction transaction(store, lclWorkstation);
+        std::set<NodeId> held;
+        for (const auto& filing : writing) {
+            if (const auto folder = filing->Request().folderId; held.insert(folder).second)
+                HoldNode(store, folder); // before a document's row is read
+            if (!filing->Write()) {
+                if (writing.size() == 1) transaction.Commit();
+                throw platform::Error(
+                    platform::errors::alreadyExists,
+                    "The store already holds files under the new documents' numbers.");
+            }
+        }
+        transaction.Commit();
+    } catch (const std::exception& error) {
+        bool gone = true;
+        for (const auto& filing : writing) gone = filing->TakeBack() && gone;
+        // What may be there still must not come in twice.
+        if (writing.size() > 1 && gone) return OneByOne(writing);
+        for (const auto& filing : writing) filing->Failed(error);
+    }
+    for (const auto& filing : writing) {
+        try {
+            if (filing->Result().number == 0) filing->Finish();
+        } catch (const std::exception& error) { // filed, whatever becomes of its source
+            filing->Failed(error);
+        }
+        results.push_back(std::move(filing->Result()));
+    }
+    return results;
+}
+
+std::vector<FilingResult> Filings::OneByOne(const std::vector<std::unique_ptr<Filing>>& refused) {
+    std::vector<FilingResult> results;
+    for (const auto& filing : refused)
+        results.push_back(FileDocument(lclWorkstation, lclTree, filing->Request()));
+    return results;
+}
 
 FilingResult FileDocument(const platform::Workstation& workstation, clsTree& tree,
                           const FilingRequest& request) {
-    FilingResult result;
-    const auto failed = [&](std::int32_t number, const std::exception& error) {
-        result.number = number;
-        result.error = request.source + ": " + error.what();
-        workstation.log.Write("FileDocument", request.source + ": " + data::InLog(error));
-    };
-    try {
-        Filing(workstation, tree, request, result).Run();
-    } catch (const platform::Error& error) {
-        failed(error.Number(), error);
-    } catch (const std::exception& error) {
-        failed(platform::errors::fail, error);
-    }
-    return result;
+    Filings one(workstation, tree);
+    if (auto refused = one.Prepare(request)) return std::move(*refused);
+    return std::move(one.Write().front());
 }
 
 std::string DocumentTypeOf(std::string_view fileName) {

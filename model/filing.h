@@ -1,10 +1,13 @@
 // Filing a file: its document row, its copy in the store and its place in the tree, as one whole.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "model/MailInfo.h"
 #include "model/clsItem.h"
@@ -35,6 +38,7 @@ struct FilingResult {
     std::int32_t docId = 0;
     std::string path;        // the file in the store
     std::int32_t number = 0; // of the error, when not filed
+    bool ofSource = false;   // it was the source that could not be read
     std::string error;       // names the file; also told when a filed source could not be deleted
     explicit operator bool() const { return filed; }
 };
@@ -43,6 +47,33 @@ struct FilingResult {
 // stop at any step leaves the source in place, and what else it leaves is found by CheckIntegrity.
 FilingResult FileDocument(const platform::Workstation& workstation, clsTree& tree,
                           const FilingRequest& request);
+
+class Filing;
+
+// Documents that become true with one commit, which takes less time than one each. A folder of the
+// tree is kept from being deleted until all of them are written, so they should share one.
+class Filings {
+public:
+    // Both must outlive it.
+    Filings(const platform::Workstation& workstation, clsTree& tree);
+    ~Filings(); // what was not written is as if it had never been prepared
+    Filings(const Filings&) = delete;
+    Filings& operator=(const Filings&) = delete;
+
+    // Copies the source into the store. Nothing: it waits for Write; else why it cannot be filed.
+    std::optional<FilingResult> Prepare(const FilingRequest& request);
+    std::size_t Waiting() const { return lclWaiting.size(); }
+    // What became of those that waited, in their order. Where one is refused, what was written of
+    // all is taken back, and each is filed by itself. Never throws, as Prepare.
+    std::vector<FilingResult> Write();
+
+private:
+    std::vector<FilingResult> OneByOne(const std::vector<std::unique_ptr<Filing>>& refused);
+
+    const platform::Workstation& lclWorkstation;
+    clsTree& lclTree;
+    std::vector<std::unique_ptr<Filing>> lclWaiting;
+};
 
 // The document type of a file: its extension in lower case, or "bin" when there is none or it
 // cannot name a folder of the store.

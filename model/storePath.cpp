@@ -85,6 +85,8 @@ void RemoveCopied(const platform::Workstation& workstation, std::string_view sou
     if (!files.SameBytes(source, copy))
         throw platform::Error(platform::errors::fail, std::string(source) + " is kept: its copy " +
                                                           std::string(copy) + " differs from it.");
+    if (files.Attributes(source) & platform::attributes::readOnly)
+        files.SetAttributes(source, platform::attributes::normal);
     files.Remove(source);
 }
 

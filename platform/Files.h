@@ -18,6 +18,13 @@ constexpr std::uint32_t readOnly = 1, hidden = 2, system = 4, directory = 16, ar
 constexpr std::uint32_t normal = 128;
 } // namespace attributes
 
+// Keeps others out, in this process or another one, on this machine or another, for as long as it
+// lives; it ends with the process at the latest.
+class FileLock {
+public:
+    virtual ~FileLock() = default;
+};
+
 // Every failing operation throws platform::Error whose text names the path and the cause.
 class Files {
 public:
@@ -43,8 +50,8 @@ public:
 
     virtual std::uint64_t Size(std::string_view path) = 0;
     virtual bool SameBytes(std::string_view path, std::string_view other) = 0;
-    // Whether both name one file, however they are spelled (links, short names, shares). Throws when
-    // it cannot tell.
+    // Whether both name one file, however they are spelled (links, short names, shares). Throws
+    // when it cannot tell.
     virtual bool SameFile(std::string_view path, std::string_view other) = 0;
     virtual std::uint32_t Attributes(std::string_view path) = 0;
     virtual void SetAttributes(std::string_view path, std::uint32_t attributes) = 0;
@@ -62,6 +69,13 @@ public:
     // without case; subfolders too where `folders` says so. A missing folder has no entries.
     virtual std::vector<std::string> List(std::string_view folder, std::string_view pattern,
                                           bool folders = false) = 0;
+
+    // Whether List would name any file.
+    virtual bool Holds(std::string_view folder, std::string_view pattern) = 0;
+
+    // Through a file of that name, made where there is none, which goes with the lock. Null while
+    // somebody else holds it.
+    virtual std::unique_ptr<FileLock> Lock(std::string_view path) = 0;
 
     virtual std::string TemporaryFolder() = 0; // ends in a backslash
 };

@@ -5,7 +5,10 @@
 #include "controls/binder/BinderWindow.h"
 #include "controls/binder/ctrlCorrespondence.h"
 #include "controls/tree/ctrlTree.h"
+#include "controls/viewer/ViewerViews.h"
 #include "controls/viewer/ctlViewer.h"
+#include "controls/viewer/external/ctrlExtViewer.h"
+#include "controls/viewer/external/frmViewer.h"
 #include "data/ConnectionAssignment.h"
 #include "model/clsItem.h"
 #include "model/clsTree.h"
@@ -52,6 +55,16 @@ void IntakeWiring::ShowAgain() { lclBinder.RefreshList(); }
 
 bool IntakeWiring::Delete(const model::clsItem& item) {
     return lclBinder.treCorr().DeleteItem(item.Id());
+}
+
+bool IntakeWiring::SaveShown(const model::clsItem& item) {
+    const auto saved = [&](ctlViewer& viewer) {
+        const auto shown = viewer.Item();
+        return !shown || shown->Id() != item.Id() || viewer.Views().image.Count() == 0 ||
+               viewer.SaveImage();
+    };
+    auto* const window = lclBinder.ExtViewer().Form();
+    return saved(lclBinder.Viewer()) && (!window || saved(window->Viewer()));
 }
 
 void IntakeWiring::OpenDefault(const ItemPtr& item) { lclBinder.Viewer().OpenDefault(item); }

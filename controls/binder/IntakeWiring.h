@@ -39,6 +39,7 @@ public:
     void Show(const ItemPtr& item, std::int32_t folder, bool select) override;
     void ShowAgain() override;
     bool Delete(const model::clsItem& item) override;
+    bool SaveShown(const model::clsItem& item) override;
     void OpenDefault(const ItemPtr& item) override;
     bool HasRight(std::string_view right) const override;
     bool MayUser(UserAction action) const override;

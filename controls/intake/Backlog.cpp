@@ -1,6 +1,7 @@
 #include "controls/intake/Backlog.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "model/Store.h"
 #include "model/clsItem.h"
@@ -92,6 +93,13 @@ bool BacklogIndex::IsHandled(const std::string& image) const {
     return Value(KeyOf(image), handled).has_value();
 }
 
+std::vector<std::string> BacklogIndex::LeftOf(const std::vector<std::string>& images) const {
+    std::vector<std::string> left;
+    std::copy_if(images.begin(), images.end(), std::back_inserter(left),
+                 [&](const std::string& image) { return !IsHandled(image); });
+    return left;
+}
+
 std::string BacklogIndex::NameOf(const std::string& image) const {
     const auto stem = platform::WithoutExtension(image);
     const auto named = Value(stem, name);
@@ -161,21 +169,22 @@ void Backlog::Import(std::string_view key) {
     const auto images = machine.files.List(folder, "*.tif");
     if (images.empty()) return;
 
-    BacklogIndex index(machine.files, folder, images);
-    std::map<std::string, int> unmarked; // documents in the dossier that no mark accounts for
-    std::vector<std::string> left;
-    const auto description = [&](const std::string& image) {
-        return platform::Trim(model::ColumnText(index.NameOf(image)));
-    };
-    for (const auto& image : images)
-        if (index.IsHandled(image))
-            --unmarked[description(image)];
-        else
-            left.push_back(image);
+    if (BacklogIndex(machine.files, folder, images).LeftOf(images).empty()) return;
+    // Two that take it in at once would both take all of it.
+    const auto lock = machine.files.Lock(platform::JoinPath(folder, lockName));
+    if (!lock) return machine.log.Write("Backlog", "Somebody else takes in " + folder);
+    BacklogIndex index(machine.files, folder, images); // as it is now
+    const auto left = index.LeftOf(images);
     if (left.empty()) return;
     index.Save(); // what cannot be marked would come in twice
     const auto target = Folder();
     if (!target) throw platform::Error(platform::errors::fail, "The folder was not taken.");
+    const auto description = [&](const std::string& image) {
+        return platform::Trim(model::ColumnText(index.NameOf(image)));
+    };
+    std::map<std::string, int> unmarked; // documents in the dossier that no mark accounts for
+    for (const auto& image : images)
+        if (index.IsHandled(image)) --unmarked[description(image)];
     if (const auto children = target->ChildCollection())
         for (const auto& child : children->Items())
             if (child->Id() > 0) ++unmarked[child->Description()];

@@ -26,6 +26,7 @@ public:
                  const std::vector<std::string>& images);
 
     bool IsHandled(const std::string& image) const;
+    std::vector<std::string> LeftOf(const std::vector<std::string>& images) const; // not handled
     std::string NameOf(const std::string& image) const; // the file's own where the index has none
     void MarkHandled(const std::string& image);         // on disk with the next Save
     void Save();

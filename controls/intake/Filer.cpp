@@ -1,6 +1,7 @@
 #include "controls/intake/Filer.h"
 
 #include <exception>
+#include <optional>
 #include <utility>
 
 #include "controls/intake/MailDrop.h"
@@ -18,7 +19,8 @@ namespace kavidex::controls {
 
 namespace {
 
-constexpr int deepest = 64; // folders in folders; a link that leads back up ends here
+constexpr std::size_t together = 16; // documents with one commit
+constexpr int deepest = 64;          // folders in folders; a link that leads back up ends here
 
 int DepthOf(const std::vector<IntakeEntry>& entries, std::size_t at) {
     int depth = 0;
@@ -43,61 +45,52 @@ std::vector<IntakeEntry> EntriesOf(const std::vector<IntakeFile>& files) {
 struct Filer::Run {
     std::shared_ptr<model::clsTree> tree;
     ItemPtr target;
-    std::string store, key;
+    const std::function<void(std::size_t)>& heard;
+    std::string store{}, key{};
     std::vector<ItemPtr> folders{}; // those that were made, by the position of their entry
     FilingReport report{};
+    std::vector<bool> settled{}; // filed or failed, by the position of the entry
+
+    // Documents whose copies are made: of one folder, and written together.
+    std::optional<model::Filings> together{};
+    std::vector<std::size_t> waiting{};
+    ItemPtr waitsFor{};
 
     void Failed(std::size_t at, std::int32_t number, std::string cause) {
         report.Failed(number, std::move(cause));
         report.left.push_back(at);
+        if (at < settled.size()) settled[at] = true;
     }
 };
 
 FilingReport Filer::File(const ItemPtr& folder, std::vector<IntakeEntry> entries,
                          const std::function<void(std::size_t)>& filed) {
-    Run run{lclSite.Tree(), folder, {}, {}};
+    Run run{.tree = lclSite.Tree(), .target = folder, .heard = filed};
     Operation operation(lclSite.Lock());
     if (!Begin(run, operation, entries)) return std::move(run.report);
-    std::size_t at = 0;
-    const auto all = [&](std::int32_t number, auto words) {
-        for (; at < entries.size(); ++at) run.Failed(at, number, words(entries[at].what.file));
+    const auto others = [&](std::int32_t number, std::string_view words) {
+        run.settled.resize(entries.size());
+        for (std::size_t at = 0; at < entries.size(); ++at)
+            if (!run.settled[at]) {
+                run.Failed(at, number, lclSite.Text(words, {entries[at].what.file}));
+                run.report.untried.push_back(at);
+            }
     };
     try {
-        const auto caption = lclSite.Text("Documenten toevoegen");
-        operation.Show(caption, "", lclSite.Text("Annuleren"));
+        operation.Show(lclSite.Text("Documenten toevoegen"), "", lclSite.Text("Annuleren"));
         OpenFolders(entries, run, operation);
         run.folders.resize(entries.size());
-        const auto total = static_cast<int>(entries.size());
-        for (; at < entries.size(); ++at) {
-            const auto name = platform::FileName(entries[at].what.file);
-            const auto number = std::to_string(at + 1);
-            operation.Show(caption, total == 1
-                                        ? name
-                                        : lclSite.Text("$%$ ($%$ van $%$)",
-                                                       {name, number, std::to_string(total)}));
-            if (!operation.Step(static_cast<int>(at), total)) break;
-            const auto before = run.report.left.size();
-            FileEntry(entries, at, run);
-            if (!filed || entries[at].folder || run.report.left.size() > before) continue;
-            try {
-                filed(at);
-            } catch (...) {
-                ++at; // this one is filed
-                throw;
-            }
-        }
-        if (operation.Stopped())
-            all(addFiles::stopped, [&](const std::string& file) {
-                return lclSite.Text("$%$: niet toegevoegd, want het toevoegen is afgebroken",
-                                    {file});
-            });
-        else
-            operation.Step(total, total);
+        run.settled.resize(entries.size());
+        FileEntries(entries, run, operation);
+        WriteWaiting(entries, run);
+        run.report.stopped = operation.Stopped();
+        if (run.report.stopped)
+            others(addFiles::stopped, "$%$: niet toegevoegd, want het toevoegen is afgebroken");
     } catch (const std::exception& error) {
         lclSite.Machine().log.Write("AddFiles", error.what());
-        all(addFiles::notFiled,
-            [&](const std::string& file) { return lclSite.Text("$%$: niet opgeslagen", {file}); });
+        others(addFiles::notFiled, "$%$: niet opgeslagen");
     }
+    run.together.reset();
     operation.End(); // before what is left to tell
     try {
         if (!run.report.filed.empty()) lclSite.ShowAgain();
@@ -105,6 +98,22 @@ FilingReport Filer::File(const ItemPtr& folder, std::vector<IntakeEntry> entries
         lclSite.Machine().log.Write("AddFiles", error.what());
     }
     return std::move(run.report);
+}
+
+void Filer::FileEntries(const std::vector<IntakeEntry>& entries, Run& run,
+                        Operation& operation) const {
+    const auto caption = lclSite.Text("Documenten toevoegen");
+    const auto total = static_cast<int>(entries.size());
+    for (std::size_t at = 0; at < entries.size(); ++at) {
+        const auto name = platform::FileName(entries[at].what.file);
+        operation.Show(caption,
+                       total == 1 ? name
+                                  : lclSite.Text("$%$ ($%$ van $%$)", {name, std::to_string(at + 1),
+                                                                       std::to_string(total)}));
+        if (!operation.Step(static_cast<int>(at), total)) return;
+        FileEntry(entries, at, run);
+    }
+    operation.Step(total, total);
 }
 
 // False, and every entry failed, when nothing can be filed at all.
@@ -132,8 +141,10 @@ bool Filer::Begin(Run& run, Operation& operation, const std::vector<IntakeEntry>
         }
     }
     run.report.Failed(number, std::move(cause));
-    for (std::size_t at = 0; at < entries.size(); ++at)
+    for (std::size_t at = 0; at < entries.size(); ++at) {
         run.Failed(at, number, lclSite.Text("$%$: niet opgeslagen", {entries[at].what.file}));
+        if (!operation) run.report.untried.push_back(at);
+    }
     return false;
 }
 
@@ -178,10 +189,12 @@ void Filer::FileEntry(const std::vector<IntakeEntry>& entries, std::size_t at, R
                           lclSite.Text("$%$: het dossier is gesloten", {file}));
     if (!into) // its folder was refused
         return run.Failed(at, addFiles::notFiled, lclSite.Text("$%$: niet opgeslagen", {file}));
+    if (entry.folder || into != run.waitsFor) WriteWaiting(entries, run);
     if (entry.folder)
         MakeFolder(entries, at, into, run);
     else
         FileDocument(entries, at, into, run);
+    if (run.waiting.size() == together) WriteWaiting(entries, run);
 }
 
 void Filer::MakeFolder(const std::vector<IntakeEntry>& entries, std::size_t at, const ItemPtr& into,
@@ -193,6 +206,7 @@ void Filer::MakeFolder(const std::vector<IntakeEntry>& entries, std::size_t at, 
             run.tree->AddChildTab(model::ColumnText(name.empty() ? path : name), into->Id());
         if (!made) throw platform::Error(platform::errors::fail, "The folder was not taken.");
         run.folders[at] = made;
+        run.settled[at] = true;
         ShowFiled(made, into, run);
     } catch (const std::exception& error) {
         lclSite.Machine().log.Write("AddFiles", path + ": " + error.what());
@@ -209,8 +223,7 @@ void Filer::FileDocument(const std::vector<IntakeEntry>& entries, std::size_t at
                           lclSite.Text("$%$ is een map en geen bestand", {what.file}));
     // A device would be read for ever.
     if (platform::TrimView(what.file).empty() ||
-        platform::IsDeviceName(platform::FileName(what.file)) ||
-        !machine.files.FileExists(what.file))
+        platform::IsDeviceName(platform::FileName(what.file)))
         return run.Failed(at, addFiles::noFile,
                           lclSite.Text("Bestand niet gevonden: $%$", {what.file}));
     model::FilingRequest request;
@@ -222,19 +235,54 @@ void Filer::FileDocument(const std::vector<IntakeEntry>& entries, std::size_t at
     request.description = what.description;
     if (request.description.empty() && what.scanned)
         request.description = lclSite.Text("Gescand document");
-    if (model::DocumentTypeOf(what.file) == "msg") request.mail = MailInfoOf(lclSite, what.file);
-    const auto filed = model::FileDocument(machine, *run.tree, request);
-    if (!filed) {
-        namespace errors = platform::errors;
-        const bool source =
-            filed.number == errors::notFound || filed.number == errors::pathNotFound ||
-            filed.number == errors::accessDenied || filed.number == errors::sharingViolation;
-        machine.log.Write("AddFiles", filed.error);
-        return run.Failed(at, source ? addFiles::noFile : addFiles::notFiled,
-                          CauseOf(lclSite, what.file, filed.number));
+    if (model::DocumentTypeOf(what.file) == "msg" && machine.files.FileExists(what.file))
+        request.mail = MailInfoOf(lclSite, what.file);
+    if (!run.together) run.together.emplace(machine, *run.tree);
+    if (const auto refused = run.together->Prepare(request))
+        return Refused(what.file, at, *refused, run);
+    run.waitsFor = into;
+    run.waiting.push_back(at);
+}
+
+void Filer::Refused(const std::string& file, std::size_t at, const model::FilingResult& refused,
+                    Run& run) const {
+    lclSite.Machine().log.Write("AddFiles", refused.error);
+    if (refused.ofSource)
+        run.Failed(at, addFiles::noFile, CauseInSource(lclSite, file, refused.number));
+    else
+        run.Failed(at, addFiles::notFiled, CauseInStore(lclSite, file, refused.number));
+}
+
+// All are settled before anybody hears of one.
+void Filer::WriteWaiting(const std::vector<IntakeEntry>& entries, Run& run) const {
+    const auto waiting = std::exchange(run.waiting, {});
+    if (waiting.empty()) return;
+    if (lclSite.Tree() != run.tree || lclSite.IsElsewhere()) {
+        run.together.reset();
+        for (const auto at : waiting)
+            run.Failed(at, addFiles::noDossier,
+                       lclSite.Text("$%$: het dossier is gesloten", {entries[at].what.file}));
+        return;
     }
-    if (!filed.error.empty()) machine.log.Write("AddFiles", filed.error);
-    ShowFiled(filed.item, into, run);
+    const auto results = run.together->Write();
+    std::vector<std::size_t> filed;
+    for (std::size_t i = 0; i < waiting.size(); ++i) {
+        if (!results[i]) {
+            Refused(entries[waiting[i]].what.file, waiting[i], results[i], run);
+            continue;
+        }
+        if (!results[i].error.empty()) lclSite.Machine().log.Write("AddFiles", results[i].error);
+        run.settled[waiting[i]] = true;
+        filed.push_back(waiting[i]);
+        ShowFiled(results[i].item, run.waitsFor, run);
+    }
+    std::exception_ptr broken;
+    for (const auto at : filed) try {
+            if (run.heard) run.heard(at);
+        } catch (const std::exception&) {
+            if (!broken) broken = std::current_exception();
+        }
+    if (broken) std::rethrow_exception(broken);
 }
 
 // It is filed, even where it cannot be shown.

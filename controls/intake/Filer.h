@@ -6,11 +6,19 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "controls/intake/FilingReport.h"
 
+namespace kavidex::model {
+struct FilingResult;
+}
+
 namespace kavidex::controls {
+
+// Held in a folder of images while they are taken in from it, so that no two do so at once.
+constexpr std::string_view lockName = "kavidex.lock";
 
 struct IntakeFile {
     std::string file; // full path
@@ -37,7 +45,8 @@ public:
 
     // Into a folder of the open dossier. Tells nobody; a folder among the entries is filed with all
     // that it holds.
-    // `filed` hears of each document by its entry's position; where it throws, filing ends.
+    // `filed` hears of each document by its entry's position, some time after it was filed; where
+    // it throws, filing ends.
     FilingReport File(const ItemPtr& folder, std::vector<IntakeEntry> entries,
                       const std::function<void(std::size_t)>& filed = {});
 
@@ -45,11 +54,15 @@ private:
     struct Run;
     using Entries = std::vector<IntakeEntry>;
     bool Begin(Run& run, Operation& operation, const Entries& entries) const;
+    void FileEntries(const Entries& entries, Run& run, Operation& operation) const;
     void OpenFolders(Entries& entries, Run& run, Operation& operation) const;
     void OpenFolder(Entries& entries, std::size_t at, Run& run) const;
     void FileEntry(const Entries& entries, std::size_t at, Run& run) const;
     void MakeFolder(const Entries& entries, std::size_t at, const ItemPtr& into, Run& run) const;
     void FileDocument(const Entries& entries, std::size_t at, const ItemPtr& into, Run& run) const;
+    void Refused(const std::string& file, std::size_t at, const model::FilingResult& refused,
+                 Run& run) const;
+    void WriteWaiting(const Entries& entries, Run& run) const;
     void ShowFiled(const ItemPtr& item, const ItemPtr& into, Run& run) const;
 
     IntakeSite& lclSite;

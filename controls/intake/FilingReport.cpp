@@ -40,4 +40,26 @@ std::string CauseOf(const IntakeSite& site, const std::string& file, std::int32_
     }
 }
 
+std::string CauseInSource(const IntakeSite& site, const std::string& file, std::int32_t number) {
+    namespace errors = platform::errors;
+    constexpr auto nameTooLong = static_cast<std::int32_t>(0x800700CE);
+    switch (number) {
+    case errors::notFound:
+    case errors::pathNotFound:
+    case errors::invalidArgument:
+    case nameTooLong: return site.Text("Bestand niet gevonden: $%$", {file});
+    default: return CauseOf(site, file, number);
+    }
+}
+
+std::string CauseInStore(const IntakeSite& site, const std::string& file, std::int32_t number) {
+    namespace errors = platform::errors;
+    switch (number) {
+    case errors::pathNotFound:
+        return site.Text("$%$: de map van de documentopslag is niet bereikbaar", {file});
+    case errors::accessDenied: return site.Text("$%$: geen toegang tot de documentopslag", {file});
+    default: return CauseOf(site, file, number);
+    }
+}
+
 } // namespace kavidex::controls

@@ -27,6 +27,8 @@ struct FilingReport {
     std::int32_t result = addFiles::done; // of the first failure
     std::vector<std::string> causes;      // a line for each that was not filed
     std::vector<std::size_t> left;        // which entries those were
+    std::vector<std::size_t> untried;     // and those that were not even tried
+    bool stopped = false;                 // by the user
     std::vector<ItemPtr> filed;           // new items, folders too
 
     void Failed(std::int32_t number, std::string cause) {
@@ -42,5 +44,8 @@ std::int32_t TellNotAdded(const IntakeSite& site, const FilingReport& report);
 // What the box says of a file that was refused with that number; the log has the words of whatever
 // refused it.
 std::string CauseOf(const IntakeSite& site, const std::string& file, std::int32_t number);
+// The same of one whose source cannot be read, and of one that the store or the database refused.
+std::string CauseInSource(const IntakeSite& site, const std::string& file, std::int32_t number);
+std::string CauseInStore(const IntakeSite& site, const std::string& file, std::int32_t number);
 
 } // namespace kavidex::controls

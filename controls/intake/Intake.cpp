@@ -63,41 +63,75 @@ std::int32_t Intake::AddFiles(const std::vector<std::string>& files, std::string
 FilingReport Intake::FileInto(const ItemPtr& folder, const std::vector<IntakeEntry>& entries,
                               bool waited) {
     const auto dossier = lclSite.OpenDossier();
-    Remember(dossier, entries);
+    const auto begun = lclFiling.size(); // more may begin meanwhile, and is refused
+    for (const auto& entry : entries) lclFiling.push_back({entry, dossier});
+    Remember(dossier);
     auto report = lclFiler.File(folder, entries);
+    lclFiling.resize(begun);
     const std::set<std::size_t> left(report.left.begin(), report.left.end());
-    for (std::size_t at = 0; at < entries.size(); ++at)
-        if (const auto& what = entries[at].what;
-            what.ours && !left.contains(at) && lclSite.Machine().files.FileExists(what.file))
-            lclFiled.push_back({{what}, dossier});
-    for (const auto at : left) {
-        if (at >= entries.size()) continue; // within a folder of the disk
+    for (std::size_t at = 0; at < entries.size(); ++at) {
+        if (left.contains(at)) continue;
         const auto& what = entries[at].what;
-        // What waited goes on waiting, and what only this control holds is not given up.
-        if ((waited || what.scanned || what.ours) && lclSite.Machine().files.FileExists(what.file))
-            lclPending.push_back({{what}, dossier, true});
+        std::erase_if(lclPending, [&](const Waiting& one) {
+            return one.dossier == dossier && one.entry.what.file == what.file;
+        });
+        if (what.ours && lclSite.Machine().files.FileExists(what.file))
+            lclFiled.push_back({entries[at], dossier});
     }
+    KeepLeft(report, entries, dossier, waited);
     Remember(dossier);
     return report;
 }
 
+// What waited goes on waiting, and what only this control holds is not given up.
+void Intake::KeepLeft(const FilingReport& report, const std::vector<IntakeEntry>& entries,
+                      const Dossier& dossier, bool waited) {
+    const std::set<std::size_t> left(report.left.begin(), report.left.end()),
+        untried(report.untried.begin(), report.untried.end());
+    for (const auto at : left) {
+        if (at >= entries.size()) continue; // within a folder of the disk
+        const auto& what = entries[at].what;
+        const bool kept = waited || what.scanned || what.ours;
+        if (!kept || !lclSite.Machine().files.FileExists(what.file)) continue;
+        const bool stopped = untried.contains(at) && report.stopped;
+        if (!waited && what.comesBack) continue;
+        if (!waited && stopped && !what.scanned)
+            RemoveQuietly(what.file); // a copy of what the other program still has
+        else
+            Keep({what}, dossier, stopped || !untried.contains(at));
+    }
+}
+
+void Intake::RemoveQuietly(const std::string& file) const {
+    try {
+        lclSite.Machine().files.Remove(file);
+    } catch (const std::exception& error) {
+        lclSite.Machine().log.Write("Intake", error.what());
+    }
+}
+
+void Intake::Keep(IntakeEntry entry, const Dossier& dossier, bool refused) {
+    for (const auto& one : lclPending)
+        if (one.dossier == dossier && one.entry.what.file == entry.what.file) return;
+    lclPending.push_back({std::move(entry), dossier, refused});
+}
+
 // What only this program knows of is noted on the disk for as long as it is not filed.
-void Intake::Remember(const Dossier& dossier, const std::vector<IntakeEntry>& filing) {
+void Intake::Remember(const Dossier& dossier) {
     std::vector<IntakeFile> ours;
-    for (const auto* held : {&lclPending, &lclFiled})
+    for (const auto* held : {&lclPending, &lclFiled, &lclFiling})
         for (const auto& one : *held)
             if (one.entry.what.ours && one.dossier == dossier) ours.push_back(one.entry.what);
-    for (const auto& entry : filing)
-        if (entry.what.ours) ours.push_back(entry.what);
     lclJournal.Note(dossier, ours);
 }
 
 // A run that was cut off may have filed it, and not come to deleting it.
-bool Intake::WasFiled(const IntakeFile& file) const {
-    model::DocumentFiles documents(lclSite.Machine(), lclSite.DbConnection());
+Intake::Known Intake::WasFiled(const IntakeFile& file) const {
+    const auto& machine = lclSite.Machine();
+    model::DocumentFiles documents(machine, lclSite.DbConnection());
     const auto type = model::DocumentTypeOf(file.file);
     const auto tree = lclSite.Tree();
-    if (!tree) return false;
+    if (!tree) return Known::No;
     std::vector<ItemPtr> items{tree->Item()};
     for (std::size_t at = 0; at < items.size(); ++at) {
         const auto item = items[at];
@@ -106,23 +140,32 @@ bool Intake::WasFiled(const IntakeFile& file) const {
             items.insert(items.end(), children->Items().begin(), children->Items().end());
         if (item->AllowChildren() || !platform::EqualNoCase(item->ItemType(), type)) continue;
         const auto stored = documents.Of(*item);
-        if (!stored.HasFile() || !lclSite.Machine().files.SameBytes(file.file, stored.path))
-            continue;
-        model::RemoveCopied(lclSite.Machine(), file.file, stored.path);
-        return true;
+        if (!stored.HasFile() || !machine.files.SameBytes(file.file, stored.path)) continue;
+        try {
+            model::RemoveCopied(machine, file.file, stored.path);
+            return Known::Filed;
+        } catch (const std::exception& error) {
+            machine.log.Write("Intake", error.what());
+            return Known::FiledButThere;
+        }
     }
-    return false;
+    return Known::No;
 }
 
 void Intake::TakeLeftOver() {
     const auto dossier = lclSite.OpenDossier();
     for (auto& file : lclJournal.LeftFor(dossier)) {
+        auto known = Known::No;
         try {
-            if (!lclSite.Machine().files.FileExists(file.file) || WasFiled(file)) continue;
+            if (!lclSite.Machine().files.FileExists(file.file)) continue;
+            known = WasFiled(file);
         } catch (const std::exception& error) {
             lclSite.Machine().log.Write("Intake", error.what());
         }
-        if (!file.comesBack) lclPending.push_back({{std::move(file)}, dossier});
+        if (known == Known::FiledButThere)
+            lclFiled.push_back({{std::move(file)}, dossier});
+        else if (known == Known::No && !file.comesBack)
+            Keep({std::move(file)}, dossier, false);
     }
     WithoutFiled({});
     Remember(dossier);
@@ -138,9 +181,10 @@ std::vector<IntakeFile> Intake::WithoutFiled(const std::vector<IntakeFile>& file
         const auto& what = one.entry.what;
         if (one.dossier != dossier) return false;
         try {
-            if (lclSite.Machine().files.FileExists(what.file) && !WasFiled(what))
-                filed.erase(what.file); // another one by now
-            return true;
+            const bool there = lclSite.Machine().files.FileExists(what.file);
+            const auto known = there ? WasFiled(what) : Known::Filed;
+            if (known == Known::No) filed.erase(what.file); // another one by now
+            return known != Known::FiledButThere;
         } catch (const std::exception& error) {
             lclSite.Machine().log.Write("Intake", error.what());
             return false;
@@ -148,7 +192,10 @@ std::vector<IntakeFile> Intake::WithoutFiled(const std::vector<IntakeFile>& file
     });
     std::vector<IntakeFile> fresh;
     for (const auto& file : files)
-        if (!filed.contains(file.file)) fresh.push_back(file);
+        if (!filed.contains(file.file)) {
+            fresh.push_back(file);
+            if (file.ours) filed.insert(file.file); // it may be told twice
+        }
     return fresh;
 }
 
@@ -174,15 +221,35 @@ std::vector<IntakeEntry> Intake::AskForFolders(const std::vector<IntakeFile>& fi
 
 std::int32_t Intake::AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder,
                                std::vector<ItemPtr>* filed) {
+    return AddByUser(
+        lclSite.OpenDossier(), files, [&] { return folder; }, filed);
+}
+
+std::int32_t Intake::AddByUser(const Dossier& dossier, const std::vector<IntakeFile>& files,
+                               const std::function<ItemPtr()>& folder,
+                               std::vector<ItemPtr>* filed) {
+    if (lclSite.OpenDossier() != dossier) return LeaveBehind(EntriesOf(files), dossier);
     auto entries = AskForFolders(WithoutFiled(files));
     if (entries.empty()) return addFiles::stopped;
-    if (folder) {
-        const auto report = FileInto(folder, entries);
+    if (lclSite.OpenDossier() != dossier) return LeaveBehind(entries, dossier);
+    if (const auto into = folder()) {
+        const auto report = FileInto(into, entries);
         if (filed) *filed = report.filed;
         return TellNotAdded(lclSite, report);
     }
     Wait(std::move(entries));
     return addFiles::done;
+}
+
+std::int32_t Intake::LeaveBehind(const std::vector<IntakeEntry>& entries, const Dossier& dossier) {
+    FilingReport report;
+    for (const auto& entry : entries) {
+        Keep(entry, dossier, false);
+        report.Failed(addFiles::noDossier,
+                      lclSite.Text("$%$: het dossier is gesloten", {entry.what.file}));
+    }
+    Remember(dossier);
+    return TellNotAdded(lclSite, report);
 }
 
 void Intake::AddWaiting(const std::vector<IntakeFile>& files) {
@@ -191,27 +258,24 @@ void Intake::AddWaiting(const std::vector<IntakeFile>& files) {
 
 void Intake::Wait(std::vector<IntakeEntry> entries) {
     const auto dossier = lclSite.OpenDossier();
-    for (auto& entry : entries) {
-        const auto waits = [&](const Waiting& one) {
-            return one.dossier == dossier && one.entry.what.file == entry.what.file;
-        };
-        if (std::none_of(lclPending.begin(), lclPending.end(), waits))
-            lclPending.push_back({std::move(entry), dossier});
-    }
+    for (auto& entry : entries) Keep(std::move(entry), dossier, false);
     Remember(dossier);
     lclSite.Tell("Selecteer een map om het document op te bergen");
 }
 
 void Intake::Dropped(const DropEvent& drop) {
     drop.effect = drop::none;
-    const auto tree = lclSite.Tree();
-    if (!tree) return lclSite.Tell("Er is geen dossier geopend");
-    const auto files = FilesOfDrop(drop);
+    if (!lclSite.Tree()) return lclSite.Tell("Er is geen dossier geopend");
+    const auto dossier = lclSite.OpenDossier();
+    const auto files = FilesOfDrop(drop); // asks
     if (files.empty()) return;
-    auto target = drop.targetId == 0 ? nullptr : tree->GetItem(drop.targetId, {});
-    if (target && !target->AllowChildren()) target = lclSite.ParentOf(*target);
-    if (!target) target = lclSite.SelectedFolder();
-    if (AddByUser(files, target) == addFiles::done) drop.effect = drop::copy;
+    const auto target = [&] {
+        const auto tree = lclSite.Tree();
+        auto folder = drop.targetId == 0 ? nullptr : tree->GetItem(drop.targetId, {});
+        if (folder && !folder->AllowChildren()) folder = lclSite.ParentOf(*folder);
+        return folder ? folder : lclSite.SelectedFolder();
+    };
+    if (AddByUser(dossier, files, target) == addFiles::done) drop.effect = drop::copy;
 }
 
 // Files as they are; else what stands nowhere yet. Mails of the mail program are asked of it, so

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -28,8 +29,12 @@ public:
 
     // By the user's hand: folders among the files are taken in with all below them where the user
     // agrees. Into the folder, or where there is none into the one that is selected next.
-    // `filed`: what came of it.
+    // `filed`: what came of it. `dossier`: whose they are, where the user was asked something since
+    // they were brought: it may have been left meanwhile, and they wait for it then.
     std::int32_t AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder,
+                           std::vector<ItemPtr>* filed = nullptr);
+    std::int32_t AddByUser(const Dossier& dossier, const std::vector<IntakeFile>& files,
+                           const std::function<ItemPtr()>& folder,
                            std::vector<ItemPtr>* filed = nullptr);
     void AddWaiting(const std::vector<IntakeFile>& files); // asks for a folder to be selected
     void Dropped(const DropEvent& drop);
@@ -53,11 +58,17 @@ private:
     // `waited`: what could not be filed goes on waiting for its dossier.
     FilingReport FileInto(const ItemPtr& folder, const std::vector<IntakeEntry>& entries,
                           bool waited = false);
+    enum class Known { No, Filed, FiledButThere }; // of a file: its source could not be deleted
     void Wait(std::vector<IntakeEntry> entries);
+    void Keep(IntakeEntry entry, const Dossier& dossier, bool refused);
+    void KeepLeft(const FilingReport& report, const std::vector<IntakeEntry>& entries,
+                  const Dossier& dossier, bool waited);
+    void RemoveQuietly(const std::string& file) const;
+    std::int32_t LeaveBehind(const std::vector<IntakeEntry>& entries, const Dossier& dossier);
     void TakeLeftOver();
     std::vector<IntakeFile> WithoutFiled(const std::vector<IntakeFile>& files);
-    bool WasFiled(const IntakeFile& file) const;
-    void Remember(const Dossier& dossier, const std::vector<IntakeEntry>& filing = {});
+    Known WasFiled(const IntakeFile& file) const;
+    void Remember(const Dossier& dossier);
     std::vector<IntakeEntry> TakePending(bool refused);
     ItemPtr FolderFor(std::int32_t id, std::string_view description, bool top) const;
     std::vector<IntakeEntry> AskForFolders(const std::vector<IntakeFile>& files) const;
@@ -68,7 +79,8 @@ private:
     Filer lclFiler;
     Journal lclJournal;
     std::vector<Waiting> lclPending;
-    std::vector<Waiting> lclFiled; // what could not be deleted after that
+    std::vector<Waiting> lclFiled;  // what could not be deleted after that
+    std::vector<Waiting> lclFiling; // right now
 };
 
 } // namespace kavidex::controls

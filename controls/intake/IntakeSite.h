@@ -70,6 +70,9 @@ public:
     virtual void Show(const ItemPtr& item, std::int32_t folder, bool select) = 0;
     virtual void ShowAgain() = 0; // what stands beside the tree
     virtual bool Delete(const model::clsItem& item) = 0;
+    // What the user changed of it where it is shown is written. False: it could not be, and the
+    // user was told.
+    virtual bool SaveShown(const model::clsItem& item) = 0;
     virtual void OpenDefault(const ItemPtr& item) = 0; // in its own program
 
     virtual bool HasRight(std::string_view right) const = 0;

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <exception>
-#include <set>
 #include <utility>
 
 #include "controls/intake/TextLines.h"
+#include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/Guids.h"
 #include "platform/Log.h"
@@ -18,6 +18,7 @@ namespace kavidex::controls {
 namespace {
 
 constexpr char tab = '\t';
+constexpr std::string_view note = ".txt";
 
 std::string OneLine(std::string text) {
     for (char& c : text)
@@ -50,17 +51,7 @@ bool CanBeFoundAgain(const Dossier& dossier) {
     return dossier.tree != 0 && !dossier.database.empty() && dossier.database != ":memory:";
 }
 
-// Notes of all controls of this process: those are not left over.
-std::set<std::string>& Live() {
-    static std::set<std::string> paths;
-    return paths;
-}
-
 } // namespace
-
-Journal::~Journal() {
-    for (const auto& own : lclOwn) Live().erase(own.path);
-}
 
 std::string Journal::Folder() const { return lclMachine.files.TemporaryFolder() + "Kavidex"; }
 
@@ -68,7 +59,7 @@ Journal::Own& Journal::OwnFor(const Dossier& dossier) {
     const auto found = std::find_if(lclOwn.begin(), lclOwn.end(),
                                     [&](const Own& own) { return own.dossier == dossier; });
     if (found != lclOwn.end()) return *found;
-    return lclOwn.emplace_back(Own{dossier, {}});
+    return lclOwn.emplace_back(Own{dossier, {}, {}});
 }
 
 void Journal::Note(const Dossier& dossier, const std::vector<IntakeFile>& files) {
@@ -76,28 +67,36 @@ void Journal::Note(const Dossier& dossier, const std::vector<IntakeFile>& files)
     try {
         auto& own = OwnFor(dossier);
         if (!files.empty()) {
-            if (own.path.empty()) {
-                const auto guid = lclMachine.guids.New();
-                if (!guid) return lclMachine.log.Write("Journal", "The system makes no guid");
-                own.path = platform::JoinPath(
-                    Folder(), "wacht-" + platform::GuidText(*guid).substr(1, 36) + ".txt");
-                Live().insert(own.path);
-            }
-            Write(own, files);
+            if (own.path.empty()) Begin(own);
+            lclMachine.files.WriteAll(own.path, TextOf(dossier, files));
         } else if (!own.path.empty()) {
             Remove(own.path);
-            Live().erase(own.path);
-            own.path.clear();
+            own = {dossier, {}, {}};
         }
-        for (const auto& path : std::exchange(lclAdopted, {})) Remove(path);
+        while (!lclAdopted.empty()) {
+            Remove(lclAdopted.back().path);
+            lclAdopted.pop_back();
+        }
     } catch (const std::exception& error) {
         lclMachine.log.Write("Journal", error.what());
     }
 }
 
-void Journal::Write(const Own& own, const std::vector<IntakeFile>& files) const {
+void Journal::Begin(Own& own) const {
+    const auto guid = lclMachine.guids.New();
+    if (!guid) throw platform::Error(platform::errors::fail, "The system makes no guid");
     lclMachine.files.CreateDirectories(Folder());
-    lclMachine.files.WriteAll(own.path, TextOf(own.dossier, files));
+    own.path =
+        platform::JoinPath(Folder(), "wacht-" + platform::GuidText(*guid).substr(1, 36) + ".txt");
+    try {
+        own.alive = LockOf(own.path);
+    } catch (const std::exception& error) { // the note counts for more
+        lclMachine.log.Write("Journal", error.what());
+    }
+}
+
+Journal::LockPtr Journal::LockOf(const std::string& path) const {
+    return lclMachine.files.Lock(path.substr(0, path.size() - note.size()) + ".lock");
 }
 
 void Journal::Remove(const std::string& path) const {
@@ -107,21 +106,32 @@ void Journal::Remove(const std::string& path) const {
 std::vector<IntakeFile> Journal::LeftFor(const Dossier& dossier) {
     std::vector<IntakeFile> left;
     if (!CanBeFoundAgain(dossier)) return left;
-    try {
-        for (const auto& name : lclMachine.files.List(Folder(), "wacht-*.txt", false)) {
-            const auto path = platform::JoinPath(Folder(), name);
-            if (Live().contains(path)) continue;
-            const TextLines lines(lclMachine.files.ReadAll(path));
-            if (lines.Count() < 2 || lines.Line(0) != dossier.database ||
-                lines.Line(1) != std::to_string(dossier.tree))
-                continue;
-            for (auto& file : FilesOfNote(lines)) left.push_back(std::move(file));
-            lclAdopted.push_back(path);
+    const auto noted = [&](auto work) {
+        try {
+            work();
+        } catch (const std::exception& error) {
+            lclMachine.log.Write("Journal", error.what());
         }
-    } catch (const std::exception& error) {
-        lclMachine.log.Write("Journal", error.what());
-    }
+    };
+    std::vector<std::string> names;
+    noted([&] { names = lclMachine.files.List(Folder(), "wacht-*" + std::string(note), false); });
+    for (const auto& name : names)
+        noted([&] { Adopt(platform::JoinPath(Folder(), name), dossier, left); });
     return left;
+}
+
+void Journal::Adopt(const std::string& path, const Dossier& dossier,
+                    std::vector<IntakeFile>& left) {
+    for (const auto& own : lclOwn)
+        if (own.path == path) return;
+    auto held = LockOf(path);
+    if (!held) return;
+    const TextLines lines(lclMachine.files.ReadAll(path));
+    if (lines.Count() < 2 || lines.Line(0) != dossier.database ||
+        lines.Line(1) != std::to_string(dossier.tree))
+        return;
+    for (auto& file : FilesOfNote(lines)) left.push_back(std::move(file));
+    lclAdopted.push_back({path, std::move(held)});
 }
 
 } // namespace kavidex::controls

@@ -43,15 +43,17 @@ std::string WithDocumentId(std::string valueFile, std::int64_t number) {
 
 void Letters::Make(const LetterOrder& order) {
     const auto folder = lclSite.SelectedFolder();
-    const auto tree = lclSite.Tree();
-    if (!folder || !tree) return lclSite.Tell("Selecteer eerst een map voor de toevoeging");
+    if (!folder || !lclSite.Tree())
+        return lclSite.Tell("Selecteer eerst een map voor de toevoeging");
+    const auto dossier = lclSite.OpenDossier();
     const auto document = Merge(order);
     if (document.empty()) return;
-    // The dossier may have been left meanwhile: then the letter waits for its folder.
-    const bool there = lclSite.Tree() == tree && tree->GetItem(folder->Id(), {}) == folder;
+    const auto into = [&]() -> ItemPtr { // it may have gone meanwhile
+        const auto tree = lclSite.Tree();
+        return tree ? tree->GetItem(folder->Id(), {}) : nullptr;
+    };
     std::vector<ItemPtr> filed;
-    lclIntake.AddByUser({{.file = document, .description = order.name}}, there ? folder : nullptr,
-                        &filed);
+    lclIntake.AddByUser(dossier, {{.file = document, .description = order.name}}, into, &filed);
     if (order.open && !filed.empty()) lclSite.OpenDefault(filed.front());
 }
 

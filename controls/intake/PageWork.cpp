@@ -54,6 +54,7 @@ void PageWork::TellUnusable(const std::string& description, std::string_view wor
 
 // False, and told why, when its pages cannot be counted.
 bool PageWork::Open(const ItemPtr& item, Source& source) const {
+    if (!lclSite.SaveShown(*item)) return false;
     const auto document = model::FindDocumentFile(lclSite.Machine(), lclSite.DbConnection(), *item);
     source = {item, document.path};
     if (!document.HasFile()) {
@@ -160,7 +161,8 @@ void PageWork::Staple(bool deleteSources) {
                                  : With(first.Description(), " (" + lclSite.Text("geniet") + ")");
     if (!FileAll(folder, {{target, false, true, description}}, pages)) return;
     if (deleteSources)
-        for (const auto& source : sources) lclSite.Delete(*source.item);
+        for (const auto& source : sources)
+            if (!lclSite.Delete(*source.item)) break; // told; the others would hardly fare better
     if (!leftOut.empty())
         lclSite.Tell("Alleen TIFF-documenten worden geniet. Niet geniet: $%$", {leftOut});
 }

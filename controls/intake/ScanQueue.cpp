@@ -16,6 +16,7 @@ namespace {
 
 constexpr std::string_view section = "DossierSettings";
 constexpr std::string_view roots[] = {"ScanQueue", "ImportDocumentsPath"};
+constexpr std::string_view images = "*.tif";
 
 } // namespace
 
@@ -46,24 +47,32 @@ bool ScanQueue::Look(std::string_view root, const std::string& name, bool announ
         machine.messages.Show({folder, lclSite.Text("Path for ScanQueue")});
     // A key names one folder below the root and nothing else.
     if (!platform::IsFileName(name)) return true;
-    const auto names = machine.files.List(folder, "*.tif");
-    if (names.empty()) return true;
+    if (!machine.files.Holds(folder, images)) return true;
     machine.log.Write("fncCheckDocumentQueue", "Documents wait in " + folder);
     if (!lclSite.Ask(lclSite.Text("Er zijn nog documenten aanwezig die moeten worden toegevoegd "
                                   "aan dit dossier. Wilt u dit nu doen?"),
                      lclSite.Text("Controle op bestaande documenten")))
         return true;
     if (giveToScanner && giveToScanner(folder)) return false;
-    Import(folder, names);
+    Import(folder);
     return true;
 }
 
-void ScanQueue::Import(const std::string& folder, const std::vector<std::string>& names) {
-    std::vector<IntakeFile> files;
-    for (const auto& name : names)
-        files.push_back({platform::JoinPath(folder, name), true, true, {}, true});
-    if (!lclSite.Forms()) return lclIntake.AddWaiting(files);
-    if (const auto chosen = ChooseFolder(lclSite)) lclIntake.AddByUser(files, chosen);
+void ScanQueue::Import(const std::string& folder) {
+    auto& files = lclSite.Machine().files;
+    const auto waiting = [&] {
+        std::vector<IntakeFile> found;
+        for (const auto& name : files.List(folder, images))
+            found.push_back({platform::JoinPath(folder, name), true, true, {}, true});
+        return found;
+    };
+    if (!lclSite.Forms()) return lclIntake.AddWaiting(waiting());
+    const auto chosen = ChooseFolder(lclSite);
+    if (!chosen) return;
+    const auto lock = files.Lock(platform::JoinPath(folder, lockName));
+    if (!lock)
+        return lclSite.Tell("Een andere gebruiker voegt de documenten in '$%$' al toe", {folder});
+    if (const auto found = waiting(); !found.empty()) lclIntake.AddByUser(found, chosen);
 }
 
 } // namespace kavidex::controls

@@ -28,7 +28,7 @@ public:
 private:
     // False: the scanning control is at work.
     bool Look(std::string_view root, const std::string& name, bool announce);
-    void Import(const std::string& folder, const std::vector<std::string>& names);
+    void Import(const std::string& folder);
 
     IntakeSite& lclSite;
     Intake& lclIntake;

@@ -2,12 +2,14 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
+#include <utility>
 
 #include "platform/SameBytes.h"
 #include "platform/posix/NewFile.h"
@@ -102,6 +104,42 @@ private:
     OpenFile lclFile;
     std::string lclPath;
 };
+
+class PosixLock : public FileLock {
+public:
+    PosixLock(OpenFile file, std::string native)
+        : lclFile(std::move(file)), lclNative(std::move(native)) {}
+    ~PosixLock() override { ::unlink(lclNative.c_str()); } // while it is held
+
+private:
+    OpenFile lclFile;
+    std::string lclNative;
+};
+
+// Calls `met` with each name that matches, for as long as it answers true.
+template <class Met>
+void Walk(std::string_view folder, std::string_view pattern, bool folders, Met met) {
+    constexpr std::string_view action = "list";
+    const std::string native = Checked(folder, action);
+    const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(native.c_str()), &::closedir);
+    if (!open && errno == ENOENT) return;
+    if (!open) Fail(errno, action, folder);
+
+    const auto isFolder = [&](const dirent& entry) {
+        FileInfo info{};
+        if (entry.d_type != DT_UNKNOWN && entry.d_type != DT_LNK) return entry.d_type == DT_DIR;
+        return ::fstatat(::dirfd(open.get()), entry.d_name, &info, 0) == 0 && S_ISDIR(info.st_mode);
+    };
+    errno = 0;
+    while (const dirent* entry = ::readdir(open.get())) {
+        const std::string_view name = entry->d_name;
+        if (name != "." && name != ".." && MatchesPattern(name, pattern) &&
+            (folders || !isFolder(*entry)) && !met(entry->d_name))
+            return;
+        errno = 0;
+    }
+    if (errno != 0) Fail(errno, action, folder);
+}
 
 unsigned ModeFor(std::string_view path) {
     FileInfo old{};
@@ -287,24 +325,40 @@ std::unique_ptr<FileWriter> PosixFiles::Writer(std::string_view path) {
 
 std::vector<std::string> PosixFiles::List(std::string_view folder, std::string_view pattern,
                                           bool folders) {
-    constexpr std::string_view action = "list";
-    const std::string native = Checked(folder, action);
-    const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(native.c_str()), &::closedir);
-    if (!open && errno == ENOENT) return {};
-    if (!open) Fail(errno, action, folder);
-
     std::vector<std::string> names;
-    errno = 0;
-    while (const dirent* entry = ::readdir(open.get())) {
-        const std::string name = entry->d_name;
-        if (name == "." || name == ".." || !MatchesPattern(name, pattern)) continue;
-        if (!folders && DirectoryExists(JoinPath(folder, name))) continue;
-        names.push_back(name);
-        errno = 0;
-    }
-    if (errno != 0) Fail(errno, action, folder);
+    Walk(folder, pattern, folders, [&](const char* name) {
+        names.emplace_back(name);
+        return true;
+    });
     SortNames(names);
     return names;
+}
+
+bool PosixFiles::Holds(std::string_view folder, std::string_view pattern) {
+    bool found = false;
+    Walk(folder, pattern, false, [&](const char*) {
+        found = true;
+        return false;
+    });
+    return found;
+}
+
+std::unique_ptr<FileLock> PosixFiles::Lock(std::string_view path) {
+    constexpr std::string_view action = "lock";
+    const std::string native = Checked(path, action);
+    for (;;) {
+        OpenFile file(::open(native.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0666));
+        if (!file) Fail(errno, action, path);
+        if (::flock(file.Get(), LOCK_EX | LOCK_NB) != 0) {
+            if (errno == EWOULDBLOCK) return nullptr;
+            Fail(errno, action, path);
+        }
+        // Whoever held it before may have taken the file away with it.
+        FileInfo held{}, named{};
+        if (::fstat(file.Get(), &held) != 0) Fail(errno, action, path);
+        if (::stat(native.c_str(), &named) == 0 && named.st_ino == held.st_ino)
+            return std::make_unique<PosixLock>(std::move(file), native);
+    }
 }
 
 std::string PosixFiles::TemporaryFolder() {

@@ -26,6 +26,8 @@ public:
     std::unique_ptr<FileWriter> Writer(std::string_view path) override;
     std::vector<std::string> List(std::string_view folder, std::string_view pattern,
                                   bool folders) override;
+    bool Holds(std::string_view folder, std::string_view pattern) override;
+    std::unique_ptr<FileLock> Lock(std::string_view path) override;
     std::string TemporaryFolder() override;
 };
 

@@ -127,6 +127,36 @@ private:
     NewFile lclFile;
 };
 
+struct WindowsLock : FileLock {
+    explicit WindowsLock(FileHandle held) : file(std::move(held)) {}
+    FileHandle file;
+};
+
+// Calls `met` with each name that matches, for as long as it answers true.
+template <class Met>
+void Walk(std::string_view folder, std::string_view pattern, bool folders, Met met) {
+    constexpr std::string_view action = "list";
+    // All names are asked for: Windows' own patterns would match short names (8.3) too.
+    const std::wstring all = Checked(JoinPath(folder, "*"), action);
+    WIN32_FIND_DATAW entry{};
+    const HANDLE search = FindFirstFileW(all.c_str(), &entry);
+    if (search == INVALID_HANDLE_VALUE) {
+        const DWORD cause = GetLastError();
+        if (cause == ERROR_FILE_NOT_FOUND || cause == ERROR_PATH_NOT_FOUND) return;
+        Fail(cause, action, folder);
+    }
+    const std::unique_ptr<void, BOOL(WINAPI*)(HANDLE)> closing(search, &FindClose);
+
+    do {
+        std::string name = FromWide(entry.cFileName);
+        if (name == "." || name == ".." || !MatchesPattern(name, pattern)) continue;
+        if (!folders && (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) continue;
+        if (!met(name)) return;
+    } while (FindNextFileW(search, &entry));
+    if (const DWORD cause = GetLastError(); cause != ERROR_NO_MORE_FILES)
+        Fail(cause, action, folder);
+}
+
 } // namespace
 
 bool WindowsFiles::FileExists(std::string_view path) {
@@ -291,29 +321,33 @@ std::unique_ptr<FileWriter> WindowsFiles::Writer(std::string_view path) {
 
 std::vector<std::string> WindowsFiles::List(std::string_view folder, std::string_view pattern,
                                             bool folders) {
-    constexpr std::string_view action = "list";
-    // All names are asked for: Windows' own patterns would match short names (8.3) too.
-    const std::wstring all = Checked(JoinPath(folder, "*"), action);
-    WIN32_FIND_DATAW entry{};
-    const HANDLE search = FindFirstFileW(all.c_str(), &entry);
-    if (search == INVALID_HANDLE_VALUE) {
-        const DWORD cause = GetLastError();
-        if (cause == ERROR_FILE_NOT_FOUND || cause == ERROR_PATH_NOT_FOUND) return {};
-        Fail(cause, action, folder);
-    }
-    const std::unique_ptr<void, BOOL(WINAPI*)(HANDLE)> closing(search, &FindClose);
-
     std::vector<std::string> names;
-    do {
-        std::string name = FromWide(entry.cFileName);
-        if (name == "." || name == ".." || !MatchesPattern(name, pattern)) continue;
-        if (!folders && (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) continue;
+    Walk(folder, pattern, folders, [&](std::string& name) {
         names.push_back(std::move(name));
-    } while (FindNextFileW(search, &entry));
-    if (const DWORD cause = GetLastError(); cause != ERROR_NO_MORE_FILES)
-        Fail(cause, action, folder);
+        return true;
+    });
     SortNames(names);
     return names;
+}
+
+bool WindowsFiles::Holds(std::string_view folder, std::string_view pattern) {
+    bool found = false;
+    Walk(folder, pattern, false, [&](const std::string&) {
+        found = true;
+        return false;
+    });
+    return found;
+}
+
+std::unique_ptr<FileLock> WindowsFiles::Lock(std::string_view path) {
+    constexpr std::string_view action = "lock";
+    FileHandle file(CreateFileW(
+        Checked(path, action).c_str(), GENERIC_WRITE | DELETE, 0, nullptr, OPEN_ALWAYS,
+        FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    if (file) return std::make_unique<WindowsLock>(std::move(file));
+    if (const DWORD cause = GetLastError(); cause != ERROR_SHARING_VIOLATION)
+        Fail(cause, action, path);
+    return nullptr;
 }
 
 std::string WindowsFiles::TemporaryFolder() {

@@ -19,6 +19,7 @@ public:
 
     int operations = 0;             // since the last FailAt
     std::vector<std::string> calls; // "Copy a b", in order
+    std::string refused;            // calls that begin so fail, if any
 
     // n from 1; 0 fails none. `andAllAfter`: the disk stays gone.
     void FailAt(int n, std::int32_t error = platform::errors::diskFull, bool andAllAfter = false) {
@@ -93,6 +94,14 @@ public:
         Count("List", folder);
         return lclReal.List(folder, pattern, folders);
     }
+    bool Holds(std::string_view folder, std::string_view pattern) override {
+        Count("Holds", folder);
+        return lclReal.Holds(folder, pattern);
+    }
+    std::unique_ptr<platform::FileLock> Lock(std::string_view path) override {
+        Count("Lock", path);
+        return lclReal.Lock(path);
+    }
     std::string TemporaryFolder() override { return lclReal.TemporaryFolder(); }
 
 private:
@@ -118,6 +127,8 @@ private:
         if (!target.empty()) call.append(" ").append(target);
         calls.push_back(call);
         ++operations;
+        if (!refused.empty() && call.starts_with(refused))
+            throw platform::Error(platform::errors::accessDenied, "Refused: " + call);
         if (operations == lclFailAt || (lclAllAfter && lclFailAt > 0 && operations > lclFailAt))
             throw platform::Error(lclError, "Injected failure of " + call);
     }

@@ -144,12 +144,6 @@ protected:
         mutable Binder binder;
     };
 
-    FakeWorkstation machine;
-    const controls::OwnTemporaryFolder temporary{machine.Path("temp")};
-    std::string key;
-    std::map<std::string, std::string> sources; // and what they hold
-
-private:
     int Copies(Binder& binder, const std::string& bytes) {
         int found = 0;
         for (const auto& item : binder.treCorr().AllItems()) {
@@ -159,6 +153,13 @@ private:
         }
         return found;
     }
+
+    FakeWorkstation machine;
+    const controls::OwnTemporaryFolder temporary{machine.Path("temp")};
+    std::string key;
+    std::map<std::string, std::string> sources; // and what they hold
+
+private:
     bool IsStored(Binder& binder, const std::string& bytes) { return Copies(binder, bytes) > 0; }
 
     int lclRuns = 1000;

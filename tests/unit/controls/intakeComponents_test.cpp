@@ -186,6 +186,80 @@ TEST_F(Components, MakesALetterWithANumberOfItsOwn) {
     EXPECT_EQ(machine.files.ReadAll(values), "a=1\r\nb=2\r\nDocumentId=43\r\n");
 }
 
+// What the user is asked, and a slow generator, let the host in.
+TEST_F(Components, WhatCameForADossierThatWasLeftMeanwhileWaitsForThatOne) {
+    program->dragged.selection = {{"MailItem", "Post", [this](std::string_view path) {
+                                       machine.files.WriteAll(path, "mail");
+                                       ASSERT_EQ(Open("ander"), 0);
+                                   }}};
+    EXPECT_EQ(DropMail(), drop::none);
+    EXPECT_TRUE(Told("Post.msg: het dossier is gesloten"));
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(Documents(), "");
+    binder->CloseObject();
+    ASSERT_EQ(Open("ander"), 0);
+    EXPECT_EQ(Documents(), "");
+
+    machine.files.CreateDirectories(machine.Path("sjablonen"));
+    File("sjablonen\\brief.dot");
+    Setting("Template", "Path", machine.Path("sjablonen"));
+    binder->SetDbConnection(nullptr);
+    binder->SetDbConnection(connection);
+    program->dragged.selection.clear();
+    ASSERT_EQ(Open("key"), 0);
+    EXPECT_TRUE(Told("Selecteer een map om het document op te bergen"));
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(Documents(), "Post\n");
+    merge = [&](const std::string&, const std::string&) {
+        EXPECT_EQ(Open("ander"), 0);
+        binder->treCorr().NodeSelected(Root());
+        return LetterGenerator::Merged{1, File("Brief.docx")};
+    };
+    window.forms.users = {[](FormUser& user) {
+        user.Choose("TabStrip1", 2);
+        user.Choose("lstFiles", 1);
+        user.Enter();
+    }};
+    binder->ButtonClicked("New");
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(Documents(), "");
+    ASSERT_EQ(Open("key"), 0);
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(Documents(), "Post\nBrief\n");
+}
+
+TEST_F(Components, WhatTheUserStopsDoesNotComeInLater) {
+    machine.busy.onProgress = [&](int done) { machine.busy.stopAsked = done == 1; };
+    program->dragged.selection = {Item("een"), Item("twee"), Item("drie")};
+    EXPECT_EQ(DropMail(), drop::none);
+    EXPECT_TRUE(Told("twee.msg: niet toegevoegd"));
+    EXPECT_TRUE(machine.files.List(temporary, "*.msg", false).empty()) << "the mails are elsewhere";
+
+    machine.files.CreateDirectories(machine.Path("queue\\key"));
+    for (const char* name : {"queue\\key\\a.tif", "queue\\key\\b.tif"}) File(name, name);
+    Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
+    window.scannerInstalled = false;
+    window.forms.users = {[](FormUser& user) { user.Enter(); }};
+    EXPECT_EQ(binder->fncCheckDocumentQueue({}), 0);
+    EXPECT_EQ(Documents(), "een\nGescand document\n");
+    EXPECT_EQ(binder->CloseObject(), 0);
+    EXPECT_TRUE(machine.files.FileExists(machine.Path("queue\\key\\b.tif")));
+
+    machine.busy.onProgress = nullptr;
+    machine.busy.stopAsked = false;
+    const auto enter = [](FormUser& user) { user.Enter(); };
+    {
+        const auto other = machine.files.Lock(machine.Path("queue\\key\\kavidex.lock"));
+        window.forms.users = {enter};
+        ASSERT_EQ(Open("key"), 0);
+        EXPECT_TRUE(Told("Een andere gebruiker voegt de documenten in"));
+    }
+    window.forms.users = {enter};
+    ASSERT_EQ(Open("key"), 0);
+    EXPECT_EQ(Documents(), "een\nGescand document\nGescand document\n");
+    EXPECT_FALSE(machine.files.FileExists(machine.Path("queue\\key\\b.tif")));
+}
+
 TEST_F(Components, AsksForKindsFilesAndTemplatesByRight) {
     binder->treCorr().NodeSelected(Root());
     const auto file = File("bijlage.pdf");

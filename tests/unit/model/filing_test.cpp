@@ -149,7 +149,7 @@ TEST_F(Filing, CopiesBeforeTheDatabaseIsLocked) {
     connection->onStep = [&](int) {
         const bool wrote = !connection->statements.empty() &&
                            connection->statements.back().starts_with("Insert into");
-        if (wrote) copied = machine.files.calls.size() >= 2; // the folder and the copy
+        if (wrote) copied = machine.files.calls.size() >= 4; // the folders and the copy
         for (const std::string& call : machine.files.calls) named = call.starts_with("Rename");
     };
     ASSERT_TRUE(FileDocument(machine, *tree, request));
@@ -160,8 +160,8 @@ TEST_F(Filing, CopiesBeforeTheDatabaseIsLocked) {
     for (const std::string& call : machine.files.calls)
         calls += call.substr(0, call.find(' ')) + " ";
     EXPECT_EQ(calls,
-              "CreateDirectories CreateDirectories CopyAside Attributes Rename SameFile SameBytes "
-              "Remove ");
+              "Attributes CreateDirectories CreateDirectories CopyAside Attributes Rename SameFile "
+              "SameBytes Attributes Remove ");
 }
 
 TEST_F(Filing, KeepsASourceThatChangedMeanwhile) {
@@ -215,6 +215,46 @@ TEST_F(Filing, ARefusedReadOnlySourceLeavesNoCopy) {
     EXPECT_TRUE(FileDocument(machine, *tree, request));
     EXPECT_TRUE(Faults().empty());
     machine.files.SetAttributes(request.source, platform::attributes::normal);
+}
+
+TEST_F(Filing, SharesACommitAndAFailingOneTakesNoOtherWithIt) {
+    const auto attempt = [&](bool ofFiles, int step) { // false: that step was not reached
+        const auto where = (ofFiles ? "file step " : "database step ") + std::to_string(step);
+        const auto before = Documents();
+        const auto loaded = Load(tree->TreeId());
+        std::vector<FilingRequest> requests;
+        for (const char* name : {"a.tif", "b.tif", "c.tif"}) {
+            requests.push_back(Request(name, name));
+            requests.back().deleteSource = true;
+        }
+        model::Filings filings(machine, *loaded);
+        machine.files.FailAt(ofFiles ? step : 0);
+        connection->FailStep(ofFiles ? 0 : step);
+        std::vector<std::string> waiting;
+        for (const auto& request : requests)
+            if (const auto refused = filings.Prepare(request))
+                EXPECT_TRUE(machine.files.FileExists(request.source)) << where;
+            else
+                waiting.push_back(request.source);
+        EXPECT_GE(waiting.size(), 2U) << where;
+        const auto results = filings.Write();
+        const bool reached = (ofFiles ? machine.files.operations : connection->steps) >= step;
+        machine.files.FailAt(0);
+        connection->onStep = nullptr;
+        EXPECT_EQ(results.size(), waiting.size()) << where;
+        std::size_t filed = 0;
+        for (std::size_t i = 0; i < results.size(); ++i) {
+            filed += results[i].filed;
+            const auto there = results[i].filed ? results[i].path : waiting[i];
+            EXPECT_EQ(machine.files.ReadAll(there), platform::FileName(waiting[i])) << where;
+        }
+        EXPECT_GE(filed, 2U) << where;
+        EXPECT_EQ(Documents(), before + filed) << where;
+        EXPECT_TRUE(Faults().empty()) << where;
+        return reached;
+    };
+    for (const bool ofFiles : {true, false})
+        for (int step = 1; attempt(ofFiles, step) && !HasFailure(); ++step) ASSERT_LT(step, 200);
 }
 
 class FilingFaults : public Filing {

@@ -205,6 +205,21 @@ TEST_F(FilesTest, FoldersAtAnyLengthAndTheirLists) {
     EXPECT_NE(Failure([&] { files.CreateDirectories(Path("bestand\\map")); }, "bestand"), 0);
 }
 
+TEST_F(FilesTest, ALockKeepsOthersOutAndGoesWithItsHolder) {
+    files.CreateDirectories(Path("map.tif"));
+    EXPECT_FALSE(files.Holds(machine.Folder(), "*.tif")) << "a folder is no file";
+    EXPECT_FALSE(files.Holds(Path("nergens"), "*"));
+    const auto path = Path("slot.tif");
+    auto held = files.Lock(path);
+    ASSERT_TRUE(held);
+    EXPECT_FALSE(files.Lock(path));
+    EXPECT_TRUE(files.Holds(machine.Folder(), "*.TIF"));
+    held.reset();
+    EXPECT_FALSE(files.FileExists(path));
+    EXPECT_TRUE(files.Lock(path));
+    EXPECT_NE(Failure([&] { files.Lock(Path("nergens\\slot")); }, "nergens"), 0);
+}
+
 TEST_F(FilesTest, ANameOfTheLongestAllowedLengthCanBeWritten) {
     const std::string path = Path(std::string(251, 'n') + ".tif");
     files.WriteAll(path, "x");

@@ -92,6 +92,45 @@ TEST_P(KilledWaiting, IsAskedForAFolderTheNextTime) {
     EXPECT_TRUE(machine.files.List(machine.Path("temp\\Kavidex"), "*", false).empty());
 }
 
+// Another program of the same user that has the dossier open.
+TEST_P(KilledWaiting, IsNotTakenFromOneThatLives) {
+    Prepare();
+    std::vector<std::string> files;
+    for (const auto& [path, bytes] : sources) files.push_back(path);
+    {
+        const Opened one(*this, machine);
+        one.binder.OpenOrCreate(key, "Dossier", "", "", "");
+        Scan(one.binder, files);
+        machine.messages.shown.clear();
+        const Opened other(*this, machine);
+        other.binder.OpenOrCreate(key, "Dossier", "", "", "");
+        other.binder.treCorr().NodeSelected(other.binder.treCorr().Tree()->Item()->Id());
+        EXPECT_TRUE(machine.messages.shown.empty());
+        EXPECT_TRUE(other.binder.treCorr().AllItems().empty());
+    }
+    ExpectNothingLost("two programs");
+}
+
+// Locked, say, until the second time.
+TEST_P(KilledIntake, WhatIsFiledButCannotBeDeletedComesInOnce) {
+    if (GetParam() == Way::Drop || GetParam() == Way::Backlog) return; // those stay
+    Prepare();
+    machine.files.refused = "Remove " + platform::FolderOf(sources.begin()->first);
+    for (int run = 0; run < 3; ++run) {
+        const Opened own(*this, machine);
+        TakeIn(own.binder, [] {});
+        for (const auto& [path, bytes] : sources) {
+            EXPECT_EQ(Copies(own.binder, bytes), 1) << run;
+            EXPECT_TRUE(machine.files.FileExists(path));
+        }
+        if (GetParam() == Way::Scan) break; // nobody reports them again
+    }
+    machine.files.refused.clear();
+    for (const auto& [path, bytes] : sources)
+        machine.files.SetAttributes(path, platform::attributes::readOnly);
+    ExpectWholeTheNextTime("not deleted");
+}
+
 INSTANTIATE_TEST_SUITE_P(Ways, KilledIntake,
                          testing::Values(Way::Drop, Way::Backlog, Way::Queue, Way::Scan),
                          [](const auto& way) { return NameOf(way.param); });
