@@ -333,6 +333,7 @@ private:
     bool Guarded(std::string_view routine, const std::function<void()>& work) const;
     // Says in the user's words that an item is gone from the database; all else passes.
     void OnItem(const std::function<void()>& work) const;
+    [[noreturn]] void ThrowGone(std::int32_t number) const;
     void ShowError(std::string_view caption, const std::vector<std::string>& values,
                    const std::exception& error) const;
 
@@ -353,6 +354,9 @@ private:
     bool LoadTree();      // false: reading failed, and what was shown is still there
     void ShowTree(bool keep);
     void ForgetTree(); // what was selected, cut or dragged belongs to the tree that goes
+    // Asked after the host or the user had a turn: whether what was begun goes on. Another
+    // database has the same ids.
+    std::function<bool()> SameDossier() const;
     void AskRights();
     void Fill();
     void FillOnce();
@@ -389,15 +393,19 @@ private:
     void WriteTabs(model::clsTree& tree, const std::vector<std::string>& names) const;
     void CreateInsertItem(int entry);
     ItemPtr CreateNote(std::string_view name, std::int32_t folder);
-    bool DeleteItems(const std::vector<std::int32_t>& ids, Deletion* deletion);
+    using MayGo = std::function<bool(std::int32_t id)>; // of each that a deletion takes; empty: all
+    bool DeleteItems(const std::vector<std::int32_t>& ids, Deletion* deletion,
+                     const MayGo& may = {});
     // The node to select next; `taken` gets the ids of all that went.
-    std::int32_t fncDeleteSingleItem(std::int32_t id, std::vector<std::int32_t>* taken);
+    std::int32_t fncDeleteSingleItem(std::int32_t id, std::vector<std::int32_t>& taken,
+                                     const MayGo& may);
     void DeleteSelected(); // by the user, who may undo it
     void UndoDeletion();
     void RestoreSelected();
     Deletion PutBack(Deletion deletion); // what could not be put back, and may be tried again
     void TellPutBack(const std::vector<std::int32_t>& around,
-                     const std::vector<std::int32_t>& atRoot, const std::string& failed) const;
+                     const std::vector<std::int32_t>& atRoot,
+                     const std::vector<std::string>& failed) const;
     std::vector<ItemPtr> TopmostSelected() const; // without what is below another selected item
     void Find();
     std::vector<ItemPtr> ItemsToFind() const; // what the tree, or the list, shows, in its order
@@ -419,8 +427,17 @@ private:
     bool MayPaste(std::int32_t folder) const;
     void Paste();
     void PasteCopies(ctrlTree& source, std::int32_t folder);
+    // The items that could not be copied; null: the user stopped it, or left the dossier.
+    std::optional<std::vector<std::string>> CopyTaken(const Taken& taken,
+                                                      const data::ConnectionPtr& from,
+                                                      std::optional<std::string> key,
+                                                      std::int32_t folder);
     void DeleteCopied(ctrlTree& source, const Taken& taken);
-    void TellNotCopied(const std::string& items, const std::string& caption) const;
+    std::vector<Taken::Item> ItemsBelow(const std::vector<std::int32_t>& ids) const;
+    bool RereadCut(); // what was cut as it stands by now; false: it could not be read
+    void TellNotCopied(const std::vector<std::string>& items, const std::string& caption) const;
+    std::string Listed(const std::vector<std::string>& names,
+                       std::string_view between = "\r\n") const;
     bool MayCopyHere(const model::clsItem& item) const;
     std::vector<ItemPtr> DocumentsBelow(const std::vector<std::int32_t>& ids) const;
     void CopySpecial();
@@ -429,7 +446,7 @@ private:
     struct Printing;
     void Print();
     void Mail(bool asPdf);
-    void KeepSentMail(const std::string& sent);
+    void KeepSentMail(const std::string& sent, const std::function<bool()>& here);
     // The selected documents, and those in selected folders where the user answers yes.
     std::vector<ItemPtr> ChosenDocuments(const std::string& question,
                                          const std::string& caption) const;
@@ -464,6 +481,7 @@ private:
     std::vector<std::pair<std::string, Images>> lclImages; // by type as written, for the fill
     std::int32_t lclFillErrors = 0;
     bool lclFilling = false, lclFillAgain = false;
+    std::uint32_t lclDossiers = 0; // that were shown here, this one included
     MailSender* lclMail = nullptr;
     std::vector<Deletion> lclDeletions; // that can be undone, the last one last
     std::string lclSought;

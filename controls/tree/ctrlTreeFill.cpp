@@ -31,6 +31,7 @@ void ctrlTree::ShowTree(bool keep) {
 }
 
 void ctrlTree::ForgetTree() {
+    ++lclDossiers;
     ClearSelectedItems();
     lclNodes.clear();
     lclDeletions.clear();
@@ -39,6 +40,12 @@ void ctrlTree::ForgetTree() {
     lclGrid.Forget();
     lclState.DropString.clear();
     lclState.IntDrag = lclState.ManualDragDropMove = false;
+}
+
+std::function<bool()> ctrlTree::SameDossier() const {
+    return [this, alive = std::weak_ptr<void>(lclAlive), shown = lclDossiers] {
+        return !alive.expired() && lclDossiers == shown;
+    };
 }
 
 bool ctrlTree::LoadTree() {
