@@ -25,7 +25,9 @@ ctrlTree::ctrlTree(const platform::Workstation& workstation)
                                                   Text("Geen authorisatie"), platform::Buttons::Ok,
                                                   platform::Icon::Exclamation});
                 }),
-      lclGrid(workstation), lclOwnLock(workstation) {
+      lclGrid(workstation), lclOwnLock(workstation), lclImages([this](const std::exception& error) {
+          ShowError("Error in $%$", {"fncSetIcon"}, error);
+      }) {
     SubscribeToGrid();
     for (const auto& option : TreeOptionTable())
         lclState.*option.member = platform::GetRegFlag(workstation, option.section, option.key);
@@ -135,8 +137,7 @@ void ctrlTree::SaveProperties(PropertyBag& bag) const {
 
 void ctrlTree::AttachWindow(TreeWindow* window) {
     lclWindow = window;
-    lclImages.clear();
-    lclIcons.clear(); // their pictures belong to the window
+    lclImages.Forget();
     for (auto& [id, node] : lclNodes) node.handle = 0;
     if (!window) return;
     ShowAppearance();

@@ -45,8 +45,7 @@ void ctrlTree::Take(bool cut) {
     });
 }
 
-std::vector<ctrlTree::Taken::Item>
-ctrlTree::ItemsBelow(const std::vector<std::int32_t>& ids) const {
+std::vector<Taken::Item> ctrlTree::ItemsBelow(const std::vector<std::int32_t>& ids) const {
     std::vector<Taken::Item> items;
     for (const auto id : ids)
         if (const auto top = GetNode(id))

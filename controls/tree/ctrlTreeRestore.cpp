@@ -64,7 +64,7 @@ std::vector<ItemPtr> ctrlTree::TopmostSelected() const {
     return items;
 }
 
-ctrlTree::Deletion ctrlTree::PutBack(Deletion deletion) {
+Deletion ctrlTree::PutBack(Deletion deletion) {
     const auto tree = lclTree;
     std::vector<std::int32_t> back, around, atRoot;
     Deletion left;
