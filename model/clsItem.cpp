@@ -37,8 +37,14 @@ void clsItem::SetId(NodeId id) {
 }
 
 void clsItem::SetDescription(std::string_view description) {
-    if (description != DescriptionText() && !DescriptionText().empty() && lclConnection &&
-        lclId >= 1) {
+    if (DescriptionText().empty() || description == DescriptionText())
+        SetTexts(TypeText(), description);
+    else
+        Rename(description);
+}
+
+void clsItem::Rename(std::string_view description) {
+    if (lclConnection && lclId >= 1) {
         const Store store(lclConnection);
         // Some engines count only rows that the new text made different.
         if (store.Write("Update tblTreeItem set Description = " + data::SqlValue(description) +

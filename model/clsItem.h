@@ -44,6 +44,8 @@ public:
     // (Id of at least 1). Throws platform::Error, and keeps the old text, when the store refuses or
     // somebody else has deleted it.
     void SetDescription(std::string_view description);
+    // What a user does: it is written whatever the description was.
+    void Rename(std::string_view description);
 
     // The same without a copy, valid until the item's type or description changes.
     std::string_view TypeText() const { return {lclTexts.get(), lclTypeLength}; }

@@ -223,7 +223,8 @@ clsItemPtr clsTree::MoveItem(NodeId itemId, NodeId newParentId, NodeId oldParent
     return moved;
 }
 
-bool clsTree::DeleteItem(clsItemPtr& item, NodeId id, std::vector<NodeId>* taken) {
+bool clsTree::DeleteItem(clsItemPtr& item, NodeId id, std::vector<NodeId>* taken,
+                         const std::function<bool(NodeId)>& may) {
     if (!lclConnection) return false;
     LongWork::Guard();
     const clsItemPtr doomed = item ? item : GetItem(id, "");
@@ -233,9 +234,10 @@ bool clsTree::DeleteItem(clsItemPtr& item, NodeId id, std::vector<NodeId>* taken
         Transaction transaction(store, lclWorkstation);
         LongWork work(lclWorkstation, data::Translated(lclTranslation, "Verwijderen"),
                       data::Translated(lclTranslation, "Mappen en documenten worden verwijderd."));
-        std::vector<NodeId> gone;
-        DeleteSubtree(store, doomed->Id(), [&](NodeId one) {
-            gone.push_back(one);
+        auto gone = DeleteSubtree(store, doomed->Id(), [&](NodeId one) {
+            if (may && !may(one))
+                throw platform::Error(platform::errors::fail,
+                                      "The item " + Number(one) + " below it must stay.");
             work.Step();
         });
         transaction.Commit();

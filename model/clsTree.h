@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -77,8 +78,10 @@ public:
 
     // Soft-deletes the node (the one with `id` when `item` is null) with all that the database has
     // below it, and clears `item`. The collections in memory stay as they are. False when there is
-    // no such node. `taken` gets the ids of all that went.
-    bool DeleteItem(clsItemPtr& item, NodeId id, std::vector<NodeId>* taken = nullptr);
+    // no such node. `taken` gets the ids of all that went: none when somebody else was first.
+    // Throws, and deletes nothing, when `may` refuses one of them.
+    bool DeleteItem(clsItemPtr& item, NodeId id, std::vector<NodeId>* taken = nullptr,
+                    const std::function<bool(NodeId)>& may = {});
 
     struct Restored {
         bool wasThere = false;       // somebody else had put it back; what lacked below it came

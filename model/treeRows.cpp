@@ -44,11 +44,13 @@ Level LevelOf(const Store& store, NodeId id) {
     return {id, ChildrenOf(store, id)};
 }
 
-void DeleteRow(const Store& store, NodeId id) {
+// Whether it lived until now.
+bool DeleteRow(const Store& store, NodeId id) {
     const std::string number = Number(id);
-    store.Write("update tbltreeitem set TreeItemId = -" + number +
-                ", ParentId = -Parentid where TreeItemId = " + number);
+    const auto touched = store.Write("update tbltreeitem set TreeItemId = -" + number +
+                                     ", ParentId = -Parentid where TreeItemId = " + number);
     store.Write("Delete from tbltreeitemuplink where serverrefId = " + number);
+    return touched != 0;
 }
 
 struct Row {
@@ -101,7 +103,13 @@ bool LiesWithin(const Store& store, NodeId node, NodeId top) {
     return true;
 }
 
-void DeleteSubtree(const Store& store, NodeId top, const std::function<void(NodeId)>& step) {
+std::vector<NodeId> DeleteSubtree(const Store& store, NodeId top,
+                                  const std::function<void(NodeId)>& step) {
+    std::vector<NodeId> gone;
+    const auto remove = [&](NodeId id) {
+        step(id);
+        if (DeleteRow(store, id)) gone.push_back(id);
+    };
     std::unordered_set<NodeId> met{top}; // a node may be its own ancestor
     std::vector<Level> levels{LevelOf(store, top)};
     while (!levels.empty()) {
@@ -113,14 +121,13 @@ void DeleteSubtree(const Store& store, NodeId top, const std::function<void(Node
                 levels.push_back(LevelOf(store, child.id));
                 continue;
             }
-            step(child.id);
-            DeleteRow(store, child.id);
+            remove(child.id);
             continue;
         }
-        step(level.id);
-        DeleteRow(store, level.id);
+        remove(level.id);
         levels.pop_back();
     }
+    return gone;
 }
 
 WayBack FindWayBack(const Store& store, NodeId node, NodeId root) {

@@ -24,8 +24,9 @@ void HoldNode(const Store& store, NodeId id);
 bool LiesWithin(const Store& store, NodeId node, NodeId top);
 
 // Soft-deletes the node with all that hangs below it, children first. `step` is called with each
-// node before it goes.
-void DeleteSubtree(const Store& store, NodeId top, const std::function<void(NodeId)>& step);
+// node before it goes. The ids of those that lived until now.
+std::vector<NodeId> DeleteSubtree(const Store& store, NodeId top,
+                                  const std::function<void(NodeId)>& step);
 
 // Where a deleted node is put back; ids are those from before the deletion.
 struct WayBack {

@@ -2,6 +2,7 @@
 #include <unordered_set>
 
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
+#include "controls/common/Listed.h"
 #include "controls/common/MergeOut.h"
 #include "controls/lists/DocumentRows.h"
 #include "controls/tree/ctrlTree.h"
@@ -40,8 +41,7 @@ std::int32_t ctrlCorrespondence::ContainsDocuments(std::string_view prmType) con
 
 void ctrlCorrespondence::TellNotExported(const std::vector<std::string>& descriptions) const {
     if (descriptions.empty()) return;
-    std::string lines;
-    for (const auto& description : descriptions) lines += "\r\n" + description;
+    const auto lines = "\r\n" + Listed(descriptions, TranslationBy(lclTranslator));
     lclWorkstation.messages.Show({Text("Niet geëxporteerd: $%$", {lines}),
                                   Text("Export waarschuwing"), platform::Buttons::Ok,
                                   platform::Icon::Exclamation});

@@ -34,7 +34,11 @@ std::string OutgoingStem(std::string_view text) {
 }
 
 std::string OutgoingName(const model::clsItem& item) {
-    return OutgoingStem(item.Description()) + "." + platform::Trim(item.ItemType());
+    const auto stem = OutgoingStem(item.Description());
+    std::string type;
+    for (const char c : platform::Trim(item.ItemType()))
+        if (platform::CanBeInFileName(c)) type += c;
+    return type.empty() ? stem : stem + "." + type;
 }
 
 // None for what has no file by its nature.

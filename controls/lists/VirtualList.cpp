@@ -221,15 +221,15 @@ void VirtualList::EditLabel(std::int32_t id) {
     if (row) lclWindow->EditRow(*row);
 }
 
-bool VirtualList::MayEdit(std::size_t row) const {
+bool VirtualList::EditBegun(std::size_t row) {
     bool may = false;
-    if (row < Count()) EditAsked.Raise(Id(row), may);
+    if (row >= Count()) return may;
+    lclEdited = Id(row);
+    EditAsked.Raise(lclEdited, may);
     return may;
 }
 
-void VirtualList::RowEdited(std::size_t row, const std::string& text) {
-    if (row < Count()) Edited.Raise(Id(row), text);
-}
+void VirtualList::EditEnded(const std::string& text) { Edited.Raise(lclEdited, text); }
 
 void VirtualList::AttachWindow(ListWindow* window) {
     lclWindow = window;

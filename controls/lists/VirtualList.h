@@ -89,8 +89,8 @@ public:
     void RowsSelected(const std::vector<std::size_t>& rows);
     void RowActivated(std::size_t row); // double click or Enter
     void RowBoxClicked(std::size_t row);
-    bool MayEdit(std::size_t row) const;
-    void RowEdited(std::size_t row, const std::string& text);
+    bool EditBegun(std::size_t row); // false: it may not be edited
+    void EditEnded(const std::string& text);
 
     Event<> SelectionChanged;
     Event<std::int32_t> Activated;                            // the row's id
@@ -121,6 +121,7 @@ private:
     bool lclDescending = false;
     std::vector<std::int32_t> lclSelected;
     std::function<bool(std::int32_t)> lclTicked;
+    std::int32_t lclEdited = 0; // rows may come, go and change places below the open editor
     ListWindow* lclWindow = nullptr;
 };
 

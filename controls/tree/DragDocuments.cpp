@@ -22,11 +22,11 @@ struct Offer {
 
     const platform::Workstation& workstation;
     OutgoingDocuments documents;
-    std::string failed;
+    std::vector<std::string> failed;
 
     void Failed(const model::clsItem& item, const std::exception& error) {
         workstation.log.Write("OfferDocuments", item.Description() + ": " + error.what());
-        failed += "\r\n" + item.Description();
+        failed.push_back(item.Description());
     }
     std::string Bytes(const model::clsItem& item) {
         try {
@@ -54,7 +54,7 @@ struct Offer {
 
 } // namespace
 
-std::shared_ptr<const std::string>
+std::shared_ptr<const std::vector<std::string>>
 OfferDocuments(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
                const std::vector<std::shared_ptr<model::clsItem>>& documents, DropData& data) {
     const auto offer = std::make_shared<Offer>(workstation, connection);
@@ -63,9 +63,9 @@ OfferDocuments(const platform::Workstation& workstation, const data::ConnectionP
     for (const auto& item : documents) {
         const auto name = OutgoingName(*item);
         auto unique = name;
+        const auto stem = OutgoingStem(item->Description());
         for (int n = 1; !names.insert(platform::LowerCase(unique)).second; ++n)
-            unique = platform::WithoutExtension(name) + " (" + std::to_string(n) + ")." +
-                     platform::Extension(name);
+            unique = stem + " (" + std::to_string(n) + ")" + name.substr(stem.size());
         data.virtualFiles.push_back({unique, [offer, item] { return offer->Bytes(*item); }});
     }
     if (!documents.empty() && documents.size() <= mostCopies) {

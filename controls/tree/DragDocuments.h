@@ -22,7 +22,7 @@ namespace kavidex::controls {
 // not too many to hold the mouse up, as copies among the temporary files, made when a target asks
 // for them. The data may outlive the drag, since targets take their time. What could not be handed
 // out is logged, and named in the text that is given back, one line each.
-std::shared_ptr<const std::string>
+std::shared_ptr<const std::vector<std::string>>
 OfferDocuments(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
                const std::vector<std::shared_ptr<model::clsItem>>& documents, DropData& data);
 

@@ -25,14 +25,16 @@ bool TreeGrid::Show(const data::ConnectionPtr& connection,
     for (const auto& row : rows)
         if (row.documentId > 0 && !lclRead.contains(row.documentId)) unread.push_back(row);
     const bool whole = unread.empty() || ReadInsertion(lclWorkstation, connection, unread);
-    for (auto& row : unread) lclRead.insert_or_assign(row.documentId, std::move(row));
+    auto read = whole ? std::move(lclRead) : lclRead; // what failed is asked for again
+    for (auto& row : unread) read.insert_or_assign(row.documentId, std::move(row));
     for (auto& row : rows) {
-        const auto known = lclRead.find(row.documentId);
-        if (known == lclRead.end()) continue;
+        const auto known = read.find(row.documentId);
+        if (known == read.end()) continue;
         row.insertedBy = known->second.insertedBy;
         row.insertedOn = known->second.insertedOn;
         row.sortKey = known->second.sortKey;
     }
+    if (whole) lclRead = std::move(read);
     lclList.SetRows(std::make_unique<DocumentRows>(std::move(rows)));
     return whole;
 }

@@ -1,5 +1,6 @@
 #include "controls/tree/ctrlTree.h"
 
+#include "controls/common/Listed.h"
 #include "controls/forms/Form.h"
 #include "data/logText.h"
 #include "model/clsItem.h"
@@ -24,7 +25,9 @@ ctrlTree::ctrlTree(const platform::Workstation& workstation)
                                                   Text("Geen authorisatie"), platform::Buttons::Ok,
                                                   platform::Icon::Exclamation});
                 }),
-      lclGrid(workstation), lclOwnLock(workstation) {
+      lclGrid(workstation), lclOwnLock(workstation), lclImages([this](const std::exception& error) {
+          ShowError("Error in $%$", {"fncSetIcon"}, error);
+      }) {
     SubscribeToGrid();
     for (const auto& option : TreeOptionTable())
         lclState.*option.member = platform::GetRegFlag(workstation, option.section, option.key);
@@ -134,8 +137,7 @@ void ctrlTree::SaveProperties(PropertyBag& bag) const {
 
 void ctrlTree::AttachWindow(TreeWindow* window) {
     lclWindow = window;
-    lclImages.clear();
-    lclIcons.clear(); // their pictures belong to the window
+    lclImages.Forget();
     for (auto& [id, node] : lclNodes) node.handle = 0;
     if (!window) return;
     ShowAppearance();
@@ -197,10 +199,18 @@ void ctrlTree::OnItem(const std::function<void()>& work) const {
     } catch (const platform::Error& error) {
         if (error.Number() != platform::errors::notFound) throw;
         lclWorkstation.log.Write("ctrlTree", error.what());
-        throw platform::Error(error.Number(), Text("Dit is intussen door een andere gebruiker "
-                                                   "verwijderd. Met F5 wordt het dossier "
-                                                   "opnieuw gelezen."));
+        ThrowGone(error.Number());
     }
+}
+
+void ctrlTree::ThrowGone(std::int32_t number) const {
+    throw platform::Error(number, Text("Dit is intussen door een andere gebruiker verwijderd. Met "
+                                       "F5 wordt het dossier opnieuw gelezen."));
+}
+
+std::string ctrlTree::Listed(const std::vector<std::string>& names,
+                             std::string_view between) const {
+    return controls::Listed(names, TranslationBy(lclTranslator), between);
 }
 
 void ctrlTree::ShowError(std::string_view caption, const std::vector<std::string>& values,

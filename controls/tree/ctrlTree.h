@@ -13,14 +13,14 @@
 #include <unordered_set>
 #include <vector>
 
-#include "controls/common/Event.h"
 #include "controls/common/GrantedRights.h"
 #include "controls/common/OperationLock.h"
 #include "controls/common/Shortcut.h"
 #include "controls/common/Translator.h"
-#include "controls/tree/TreeEvents.h"
 #include "controls/tree/TreeGrid.h"
-#include "controls/tree/TreeProperties.h"
+#include "controls/tree/TreeImages.h"
+#include "controls/tree/TreeMemory.h"
+#include "controls/tree/TreePropertySet.h"
 #include "controls/tree/TreeWindow.h"
 #include "data/Connection.h"
 
@@ -40,8 +40,6 @@ class Form;
 
 namespace kavidex::controls {
 
-using ItemPtr = std::shared_ptr<model::clsItem>;
-
 class MailSender;
 
 template <class Context>
@@ -50,7 +48,7 @@ class Commands;
 // What a user does in the tree, by whatever road: menu, key, toolbar, drop. A host's call is free.
 enum class UserAction { Create, CreateFolder, AddExternal, Change, Delete, Mail, Print };
 
-class ctrlTree {
+class ctrlTree final : public TreePropertySet {
 public:
     // Loads the workstation options; the window comes later, or never.
     explicit ctrlTree(const platform::Workstation& workstation);
@@ -59,48 +57,6 @@ public:
     ctrlTree& operator=(const ctrlTree&) = delete;
 
     // --- Properties -----------------------------------------------------------------------------
-
-    // Name() and SetName(value) of one saved property; a change is reported and takes effect.
-#define KAVIDEX_TREE_PROPERTY(Type, Name)                                                          \
-    const Type& Name() const { return lclState.Name; }                                             \
-    void Set##Name(const Type& value) { Change(&TreeProperties::Name, value); }
-
-    KAVIDEX_TREE_PROPERTY(bool, ShowExternalViewer)
-    KAVIDEX_TREE_PROPERTY(std::int32_t, BackColor)
-    KAVIDEX_TREE_PROPERTY(std::int32_t, ForeColor)
-    KAVIDEX_TREE_PROPERTY(bool, Enabled)
-    KAVIDEX_TREE_PROPERTY(std::int16_t, BackStyle)
-    KAVIDEX_TREE_PROPERTY(std::int16_t, BorderStyle)
-    KAVIDEX_TREE_PROPERTY(bool, AllowCreateFolders)
-    KAVIDEX_TREE_PROPERTY(bool, AllowAddExternal)
-    KAVIDEX_TREE_PROPERTY(bool, UpdateEnabled)
-    KAVIDEX_TREE_PROPERTY(bool, DeleteEnabled)
-    KAVIDEX_TREE_PROPERTY(bool, NewEnabled)
-    KAVIDEX_TREE_PROPERTY(bool, ReadOnly)
-    KAVIDEX_TREE_PROPERTY(std::string, Description)
-    KAVIDEX_TREE_PROPERTY(std::string, AllowedTypes)
-    KAVIDEX_TREE_PROPERTY(bool, ShowParentsOnly)
-    KAVIDEX_TREE_PROPERTY(std::string, ShowParentsOnlyTypes)
-    KAVIDEX_TREE_PROPERTY(bool, SelectItems)
-    KAVIDEX_TREE_PROPERTY(std::string, NameForInsert)
-    KAVIDEX_TREE_PROPERTY(std::string, TypeForInsert)
-    KAVIDEX_TREE_PROPERTY(std::string, DossierType)
-    KAVIDEX_TREE_PROPERTY(bool, FullExpand)
-    KAVIDEX_TREE_PROPERTY(bool, OrderByName)
-    KAVIDEX_TREE_PROPERTY(bool, FoldersAndDocs)
-    KAVIDEX_TREE_PROPERTY(bool, AllwaysShowExt)
-    KAVIDEX_TREE_PROPERTY(bool, AllwaysShowOrg)
-    KAVIDEX_TREE_PROPERTY(bool, ShowMail)
-    KAVIDEX_TREE_PROPERTY(bool, ShowPrint)
-    KAVIDEX_TREE_PROPERTY(bool, ShowProperties)
-    KAVIDEX_TREE_PROPERTY(bool, ShowDescriptionsInToolTip)
-    KAVIDEX_TREE_PROPERTY(bool, ShowNumberOfChildren)
-    KAVIDEX_TREE_PROPERTY(std::string, ValueFile)
-    KAVIDEX_TREE_PROPERTY(std::string, EmailAddress)
-    KAVIDEX_TREE_PROPERTY(std::int16_t, OLEDropMode)
-    KAVIDEX_TREE_PROPERTY(bool, OpenDoubleClick)
-    KAVIDEX_TREE_PROPERTY(bool, ShowDeleted)
-#undef KAVIDEX_TREE_PROPERTY
 
     // Setting the id loads that tree and shows it; 0 empties the control, and so does a tree that
     // cannot be read.
@@ -196,32 +152,6 @@ public:
     std::string NodeFullPath(std::int32_t id) const;
     std::shared_ptr<model::clsTree> Tree() const { return lclTree; }
 
-    // --- Events ---------------------------------------------------------------------------------
-
-    Event<> Click, DblClick;
-    Event<std::int16_t&, std::int16_t> KeyDown, KeyUp; // key code (0: handled), shift state
-    Event<std::int16_t&> KeyPress;
-    Event<std::int16_t, std::int16_t, float, float> MouseDown, MouseMove, MouseUp; // twips
-
-    Event<const TreeItemInfo&> EvItemSelected, EvItemSelectedExternal, EvItemSelectedRightMouse;
-    Event<const DropEvent&> EvItemDropped;
-    Event<> EvItemDroppedAndHandled;
-    Event<const std::vector<std::string>&, std::int32_t> EvItemPastedSpecial;
-    Event<DragState, std::int32_t> EvItemDragOver; // the id of the item under the cursor, 0: none
-    Event<const TreeItemInfo&> EvItemCreated, EvItemDelete;
-    Event<> EvItemCopy, EvItemCut, EvItemPaste;
-    Event<const TreeItemInfo&, const std::string&> EvItemRenamed; // and the old description
-    Event<> EvCompleteDrag;
-    // A drag as OLE has it, for the control around this one: what it carries and the effects that
-    // it allows; a format that a target asks for; the pointer's looks; the effect offered to what
-    // is dragged over; and what became of it.
-    Event<const DropData&, std::int32_t&> DragStarted;
-    Event<const DropData&, std::int16_t&> DragDataAsked;
-    Event<std::int32_t&, bool&> DragFeedback; // effect, the system's pointers
-    Event<const DropData&, std::int32_t&, DragState> DraggedOver;
-    Event<std::int32_t&> DragCompleted;
-    Event<std::string_view> PropertyChanged; // the saved item's name, for the container
-
     // --- The window and what it reports --------------------------------------------------------
 
     // Fills the window with what there is; null detaches. The window must detach before it dies.
@@ -286,44 +216,10 @@ private:
         NodeHandle handle = 0;   // 0: not shown, or there is no window
         bool shown = false;
     };
-    // What the user cut or copied here, for whatever tree of this thread pastes it.
-    struct Taken {
-        std::string token;             // on the clipboard too: what others put there ends it
-        bool cut = false;              // else copied
-        std::vector<std::int32_t> ids; // what was selected, as long as it is here
-        struct Item {
-            ItemPtr item;
-            std::int32_t parent; // 0 for what was selected itself
-        };
-        std::vector<Item> items; // and all that was below, parents first
-    };
-    // What the user deleted at once: the items themselves, and of each all that went with it.
-    struct Deleted {
-        std::int32_t id;
-        std::string description;
-        std::vector<std::int32_t> taken;
-    };
-    using Deletion = std::vector<Deleted>;
     struct MenuContext; // what the rows of the menu act on
     static const Commands<MenuContext>& MenuTable();
-    struct IconEntry {
-        std::string lclType, lclIconName;
-        int image = -1;
-    };
-    struct Images {
-        int closed = -1, open = -1;
-    };
 
-    using Row = Property<TreeProperties>;
-    template <class Type>
-    void Change(Type TreeProperties::*member, const Type& value) {
-        const auto* row = FindProperty(TreePropertyTable(), member);
-        if (row) CheckValue(*row, value);
-        if (!Assign(lclState, member, value)) return;
-        if (row) PropertyChanged.Raise(row->ReportedAs());
-        TakeEffect(Row::Member(member));
-    }
-    void TakeEffect(const Row::Member& member);
+    void TakeEffect(const Row::Member& member) override;
     void ShowAppearance();
     void ShowBoxes();
     void ShowStatusText();
@@ -333,6 +229,7 @@ private:
     bool Guarded(std::string_view routine, const std::function<void()>& work) const;
     // Says in the user's words that an item is gone from the database; all else passes.
     void OnItem(const std::function<void()>& work) const;
+    [[noreturn]] void ThrowGone(std::int32_t number) const;
     void ShowError(std::string_view caption, const std::vector<std::string>& values,
                    const std::exception& error) const;
 
@@ -353,6 +250,9 @@ private:
     bool LoadTree();      // false: reading failed, and what was shown is still there
     void ShowTree(bool keep);
     void ForgetTree(); // what was selected, cut or dragged belongs to the tree that goes
+    // Asked after the host or the user had a turn: whether what was begun goes on. Another
+    // database has the same ids.
+    std::function<bool()> SameDossier() const;
     void AskRights();
     void Fill();
     void FillOnce();
@@ -365,9 +265,6 @@ private:
               const std::function<void(const ItemPtr&, std::int32_t parentId)>& visit) const;
     bool IsShown(const model::clsItem& item) const;
     void fncItemToTreeView(const ItemPtr& item, std::int32_t parentId);
-    Images fncSetIcon(std::string_view itemType);
-    Images ImagesOf(std::string_view itemType);
-    const IconEntry& FileIcon(const std::string& type);
     NodeHandle HandleOf(std::int32_t id) const;
     std::string NodeText(const model::clsItem& item) const;
     void UpdateText(std::int32_t id);
@@ -389,15 +286,19 @@ private:
     void WriteTabs(model::clsTree& tree, const std::vector<std::string>& names) const;
     void CreateInsertItem(int entry);
     ItemPtr CreateNote(std::string_view name, std::int32_t folder);
-    bool DeleteItems(const std::vector<std::int32_t>& ids, Deletion* deletion);
+    using MayGo = std::function<bool(std::int32_t id)>; // of each that a deletion takes; empty: all
+    bool DeleteItems(const std::vector<std::int32_t>& ids, Deletion* deletion,
+                     const MayGo& may = {});
     // The node to select next; `taken` gets the ids of all that went.
-    std::int32_t fncDeleteSingleItem(std::int32_t id, std::vector<std::int32_t>* taken);
+    std::int32_t fncDeleteSingleItem(std::int32_t id, std::vector<std::int32_t>& taken,
+                                     const MayGo& may);
     void DeleteSelected(); // by the user, who may undo it
     void UndoDeletion();
     void RestoreSelected();
     Deletion PutBack(Deletion deletion); // what could not be put back, and may be tried again
     void TellPutBack(const std::vector<std::int32_t>& around,
-                     const std::vector<std::int32_t>& atRoot, const std::string& failed) const;
+                     const std::vector<std::int32_t>& atRoot,
+                     const std::vector<std::string>& failed) const;
     std::vector<ItemPtr> TopmostSelected() const; // without what is below another selected item
     void Find();
     std::vector<ItemPtr> ItemsToFind() const; // what the tree, or the list, shows, in its order
@@ -419,8 +320,17 @@ private:
     bool MayPaste(std::int32_t folder) const;
     void Paste();
     void PasteCopies(ctrlTree& source, std::int32_t folder);
+    // The items that could not be copied; null: the user stopped it, or left the dossier.
+    std::optional<std::vector<std::string>> CopyTaken(const Taken& taken,
+                                                      const data::ConnectionPtr& from,
+                                                      std::optional<std::string> key,
+                                                      std::int32_t folder);
     void DeleteCopied(ctrlTree& source, const Taken& taken);
-    void TellNotCopied(const std::string& items, const std::string& caption) const;
+    std::vector<Taken::Item> ItemsBelow(const std::vector<std::int32_t>& ids) const;
+    bool RereadCut(); // what was cut as it stands by now; false: it could not be read
+    void TellNotCopied(const std::vector<std::string>& items, const std::string& caption) const;
+    std::string Listed(const std::vector<std::string>& names,
+                       std::string_view between = "\r\n") const;
     bool MayCopyHere(const model::clsItem& item) const;
     std::vector<ItemPtr> DocumentsBelow(const std::vector<std::int32_t>& ids) const;
     void CopySpecial();
@@ -429,14 +339,13 @@ private:
     struct Printing;
     void Print();
     void Mail(bool asPdf);
-    void KeepSentMail(const std::string& sent);
+    void KeepSentMail(const std::string& sent, const std::function<bool()>& here);
     // The selected documents, and those in selected folders where the user answers yes.
     std::vector<ItemPtr> ChosenDocuments(const std::string& question,
                                          const std::string& caption) const;
     bool HasDocuments(const std::vector<std::int32_t>& ids) const;
 
     const platform::Workstation& lclWorkstation;
-    TreeProperties lclState;
     data::ConnectionPtr lclConnection;
     std::shared_ptr<model::clsUserAuth> lclUserAuth;
     GrantedRights lclRights;
@@ -460,10 +369,10 @@ private:
     std::string lclToken; // of what was taken here last, also when it was pasted since
     static thread_local ctrlTree* lclTaker;      // the tree in which this thread's user took last
     std::int32_t lclSelected = 0, lclAnchor = 0; // where the user's selection began
-    std::vector<IconEntry> lclIcons;
-    std::vector<std::pair<std::string, Images>> lclImages; // by type as written, for the fill
+    TreeImages lclImages;
     std::int32_t lclFillErrors = 0;
     bool lclFilling = false, lclFillAgain = false;
+    std::uint32_t lclDossiers = 0; // that were shown here, this one included
     MailSender* lclMail = nullptr;
     std::vector<Deletion> lclDeletions; // that can be undone, the last one last
     std::string lclSought;

@@ -4,6 +4,7 @@
 #include "model/clsItem.h"
 #include "model/filing.h"
 #include "platform/Files.h"
+#include "platform/Log.h"
 #include "platform/Messages.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
@@ -33,7 +34,7 @@ std::int32_t ctrlTree::Drag(std::int32_t id) {
     const auto root = Root();
     if (!lclWindow || !root || id == root->Id() || !lclNodes.contains(id)) return effect;
     DropData data;
-    std::shared_ptr<const std::string> failed;
+    std::shared_ptr<const std::vector<std::string>> failed;
     // What may not be changed here can still be copied elsewhere.
     const bool moves = MayChange(id);
     const auto documents = DocumentsBelow(DraggedWith(id));
@@ -77,10 +78,11 @@ std::int32_t ctrlTree::OfferedEffect(const DropData& data, std::int32_t folder) 
 
 DropData ctrlTree::AcceptedOf(const DropData& data) const {
     DropData accepted = data;
-    std::string refused;
+    std::vector<std::string> refused;
     const auto refuse = [&](const std::string& file) {
         if (AcceptsType(model::DocumentTypeOf(platform::FileName(file)))) return false;
-        refused += (refused.empty() ? "" : ", ") + platform::FileName(file);
+        lclWorkstation.log.Write("AllowedTypes", file);
+        refused.push_back(platform::FileName(file));
         return true;
     };
     std::erase_if(accepted.files, [&](const std::string& file) {
@@ -90,9 +92,10 @@ DropData ctrlTree::AcceptedOf(const DropData& data) const {
     std::erase_if(accepted.virtualFiles,
                   [&](const platform::VirtualFile& file) { return refuse(file.name); });
     if (!refused.empty())
-        lclWorkstation.messages.Show(
-            {Text("Bestanden van dit type worden hier niet opgenomen: $%$", {refused}),
-             Text("Geen authorisatie"), platform::Buttons::Ok, platform::Icon::Exclamation});
+        lclWorkstation.messages.Show({Text("Bestanden van dit type worden hier niet opgenomen: $%$",
+                                           {Listed(refused, ", ")}),
+                                      Text("Geen authorisatie"), platform::Buttons::Ok,
+                                      platform::Icon::Exclamation});
     return accepted;
 }
 
@@ -111,7 +114,9 @@ std::int32_t ctrlTree::Dropped(const DropData& data, std::int32_t targetId) {
             EvItemDroppedAndHandled.Raise();
         } else if (MayUser(UserAction::AddExternal)) {
             if (!lclState.SelectItems) ClearSelectedItems();
+            const auto here = SameDossier();
             const auto accepted = AcceptedOf(data);
+            if (!here()) return;
             const auto offered = data.files.size() + data.virtualFiles.size();
             if (offered > 0 && accepted.files.empty() && accepted.virtualFiles.empty()) return;
             const auto entries = platform::Split(data.text, ';').size();

@@ -30,11 +30,9 @@ void ctrlTree::Take(bool cut) {
         for (const auto& item : TopmostSelected()) {
             taken.ids.push_back(item->Id());
             data.text += (data.text.empty() ? "" : "\r\n") + item->Description();
-            Walk(item, 0, [&](const ItemPtr& one, std::int32_t parent) {
-                if (one->Id() > 0) taken.items.push_back({one, parent});
-            });
         }
         if (taken.ids.empty()) return;
+        taken.items = ItemsBelow(taken.ids);
         data.hasText = true;
         data.own = taken.token;
         lclWorkstation.clipboard.Write(data);
@@ -45,6 +43,16 @@ void ctrlTree::Take(bool cut) {
         lclState.ManualDragDropCopy = !cut;
         (cut ? EvItemCut : EvItemCopy).Raise();
     });
+}
+
+std::vector<Taken::Item> ctrlTree::ItemsBelow(const std::vector<std::int32_t>& ids) const {
+    std::vector<Taken::Item> items;
+    for (const auto id : ids)
+        if (const auto top = GetNode(id))
+            Walk(top, 0, [&](const ItemPtr& one, std::int32_t parent) {
+                if (one->Id() > 0) items.push_back({one, parent});
+            });
+    return items;
 }
 
 ctrlTree* ctrlTree::Taker() const {
@@ -96,74 +104,100 @@ bool ctrlTree::MayCopyHere(const model::clsItem& item) const {
            (!platform::EqualNoCase(item.ItemType(), "tab") || MayUser(UserAction::CreateFolder));
 }
 
+// Others may have renamed, moved or deleted some of it since.
+bool ctrlTree::RereadCut() {
+    const auto token = lclTaken.token;
+    lclGrid.Forget();
+    if (!LoadTree() || lclTaken.token != token) return false;
+    std::erase_if(lclTaken.ids, [this](std::int32_t id) { return !GetNode(id); });
+    lclTaken.items = ItemsBelow(lclTaken.ids);
+    if (lclTaken.ids.empty()) ThrowGone(platform::errors::notFound);
+    return true;
+}
+
 // What was cut in another tree goes there once all of it stands here.
 void ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
+    const auto here = SameDossier();
+    if (source.lclTaken.cut && (!source.RereadCut() || !here())) return;
     const auto taken = source.lclTaken; // the message loop may bring another
-    const auto tree = lclTree;
-    Operation operation(*lclLock);
-    if (!operation)
-        throw platform::Error(platform::errors::fail, Text("Er loopt nog een andere bewerking"));
-    if (taken.items.size() > 1)
-        operation.Show(Text("Plakken"), Text("Mappen en documenten worden gekopieerd."),
-                       Text("Annuleren"));
     std::optional<std::string> key;
     if (lclDossierKey) key = lclDossierKey();
     if (&source == this && key && key->empty()) key.reset();
-    ItemCopier copier(lclWorkstation, source.lclConnection, *tree, key);
-    std::unordered_map<std::int32_t, std::int32_t> folders{{0, folder}};
-    std::string failed;
-    int done = 0;
-    bool whole = true;
-    for (const auto& [item, parent] : taken.items) {
-        if (!operation.Step(done++, static_cast<int>(taken.items.size())) || lclTree != tree) {
-            whole = false;
-            break;
-        }
-        const auto into = folders.find(parent);
-        if (into == folders.end()) continue; // below a folder that was not copied
-        try {
-            if (!MayCopyHere(*item))
-                throw platform::Error(platform::errors::accessDenied, "It may not be made here.");
-            const auto copy = copier.Copy(*item, into->second, taken.cut);
-            if (item->AllowChildren()) folders.emplace(item->Id(), copy->Id());
-            AddItem(copy, into->second, false);
-        } catch (const std::exception& error) {
-            lclWorkstation.log.Write("ctrlTree", item->Description() + ": " + error.what());
-            failed += "\r\n" + item->Description();
-        }
-    }
-    operation.End();
-    TellNotCopied(failed, Text("Plakken"));
-    if (!taken.cut || !whole || !failed.empty() || lclTaker != &source ||
+    const auto failed = CopyTaken(taken, source.lclConnection, std::move(key), folder);
+    if (!failed) return;
+    TellNotCopied(*failed, Text("Plakken"));
+    if (!taken.cut || !failed->empty() || lclTaker != &source ||
         source.lclTaken.token != taken.token)
         return;
     source.lclTaken = {};
     DeleteCopied(source, taken);
 }
 
+std::optional<std::vector<std::string>> ctrlTree::CopyTaken(const Taken& taken,
+                                                            const data::ConnectionPtr& from,
+                                                            std::optional<std::string> key,
+                                                            std::int32_t folder) {
+    Operation operation(*lclLock);
+    if (!operation)
+        throw platform::Error(platform::errors::fail, Text("Er loopt nog een andere bewerking"));
+    if (taken.items.size() > 1)
+        operation.Show(Text("Plakken"), Text("Mappen en documenten worden gekopieerd."),
+                       Text("Annuleren"));
+    const auto here = SameDossier();
+    std::shared_ptr<model::clsTree> tree; // a host that hears of a copy may load it again
+    std::optional<ItemCopier> copier;
+    std::unordered_map<std::int32_t, std::int32_t> folders{{0, folder}};
+    std::vector<std::string> failed;
+    int done = 0;
+    for (const auto& [item, parent] : taken.items) {
+        if (!operation.Step(done++, static_cast<int>(taken.items.size())) || !here() || !lclTree)
+            return std::nullopt;
+        if (tree != lclTree) copier.emplace(lclWorkstation, from, *(tree = lclTree), key);
+        const auto into = folders.find(parent);
+        if (into == folders.end()) continue; // below a folder that was not copied
+        try {
+            if (!MayCopyHere(*item))
+                throw platform::Error(platform::errors::accessDenied, "It may not be made here.");
+            const auto copy = copier->Copy(*item, into->second, taken.cut);
+            if (item->AllowChildren()) folders.emplace(item->Id(), copy->Id());
+            AddItem(copy, into->second, false);
+        } catch (const std::exception& error) {
+            lclWorkstation.log.Write("ctrlTree", item->Description() + ": " + error.what());
+            failed.push_back(item->Description());
+        }
+    }
+    return here() ? std::optional(std::move(failed)) : std::nullopt;
+}
+
 // Deletes what was cut in the other tree. What someone put there since was not copied: it stays,
-// with all that was cut around it.
+// with all that was cut around it. The deletion itself asks again: what could not be read, or came
+// only now, must not go either.
 void ctrlTree::DeleteCopied(ctrlTree& source, const Taken& taken) {
     std::unordered_set<std::int32_t> copied;
     for (const auto& [item, parent] : taken.items) copied.insert(item->Id());
     source.Refresh();
-    std::string added;
+    const auto there = source.SameDossier();
+    std::vector<std::string> added;
     for (const auto id : taken.ids) {
-        const auto top = source.GetItem(id);
+        const auto top = there() ? source.GetItem(id) : nullptr;
         if (!top) continue; // deleted by another meanwhile
         const auto before = added.size();
         source.Walk(top, 0, [&](const ItemPtr& item, std::int32_t) {
-            if (item->Id() > 0 && !copied.contains(item->Id()))
-                added += "\r\n" + item->Description();
+            if (item->Id() <= 0 || copied.contains(item->Id())) return;
+            added.push_back(item->Description());
+            lclWorkstation.log.Write("ctrlTree", "Not copied: " + added.back());
         });
-        if (added.size() == before) source.DeleteItem(id);
+        if (added.size() == before)
+            source.DeleteItems({id}, nullptr,
+                               [&](std::int32_t one) { return copied.contains(one); });
     }
     TellNotCopied(added, Text("Plakken"));
 }
 
-void ctrlTree::TellNotCopied(const std::string& items, const std::string& caption) const {
+void ctrlTree::TellNotCopied(const std::vector<std::string>& items,
+                             const std::string& caption) const {
     if (items.empty()) return;
-    lclWorkstation.messages.Show({Text("Niet gekopieerd: $%$", {items}), caption,
+    lclWorkstation.messages.Show({Text("Niet gekopieerd: $%$", {"\r\n" + Listed(items)}), caption,
                                   platform::Buttons::Ok, platform::Icon::Exclamation});
 }
 
@@ -184,6 +218,7 @@ void ctrlTree::CopySpecial() {
         const auto copied =
             CopyOut(lclWorkstation, lclConnection, *lclLock, TranslationBy(lclTranslator),
                     DocumentsBelow(SelectedIds()), MakeCopyFolder(lclWorkstation));
+        if (copied.stopped) return;
         if (copied.files.empty())
             throw platform::Error(platform::errors::notFound, "There is no file to copy.");
         platform::ExchangeData data;
@@ -200,8 +235,9 @@ void ctrlTree::CopySpecial() {
 
 void ctrlTree::PasteSpecial() {
     Guarded("ctrlTree", [&] {
+        const auto here = SameDossier();
         const auto accepted = AcceptedOf(lclWorkstation.clipboard.Read());
-        if (accepted.files.empty()) return;
+        if (accepted.files.empty() || !here()) return;
         EvItemPastedSpecial.Raise(accepted.files, static_cast<std::int32_t>(accepted.files.size()));
     });
 }

@@ -31,6 +31,7 @@ void ctrlTree::ShowTree(bool keep) {
 }
 
 void ctrlTree::ForgetTree() {
+    ++lclDossiers;
     ClearSelectedItems();
     lclNodes.clear();
     lclDeletions.clear();
@@ -39,6 +40,12 @@ void ctrlTree::ForgetTree() {
     lclGrid.Forget();
     lclState.DropString.clear();
     lclState.IntDrag = lclState.ManualDragDropMove = false;
+}
+
+std::function<bool()> ctrlTree::SameDossier() const {
+    return [this, alive = std::weak_ptr<void>(lclAlive), shown = lclDossiers] {
+        return !alive.expired() && lclDossiers == shown;
+    };
 }
 
 bool ctrlTree::LoadTree() {
@@ -183,7 +190,7 @@ void ctrlTree::fncItemToTreeView(const ItemPtr& item, std::int32_t parentId) {
         parent = found->second.handle;
         above = found->second.parent;
     }
-    const auto images = fncSetIcon(item->ItemType());
+    const auto images = lclImages.fncSetIcon(*lclWindow, item->ItemType());
     const auto& children = item->ChildCollection();
     const bool parentOfSome = children && children->Count() > 0;
     const bool plain = !(lclState.ShowNumberOfChildren && item->AllowChildren());
@@ -196,46 +203,6 @@ void ctrlTree::fncItemToTreeView(const ItemPtr& item, std::int32_t parentId) {
                               "The tree refused the item " + std::to_string(item->Id()));
 }
 
-namespace {
-
-// The pictures of the item types; every other type has the icon of that file extension.
-struct FixedIcon {
-    std::string_view type, image, expanded;
-};
-constexpr FixedIcon fixedIcons[] = {
-    {"tab", "closedtab", "opentab"},
-    {"usergroup", "Users", "Users"},
-    {"users", "Users", "Users"},
-    {"user", "SelectedUser", "SelectedUser"},
-    {"userpost", "SelectedUser", "SelectedUser"},
-    {"nnt", "attachtment", "attachtment"},
-};
-
-const FixedIcon* FixedIconOf(std::string_view type) {
-    for (const auto& row : fixedIcons)
-        if (row.type == type) return &row;
-    return nullptr;
-}
-
-} // namespace
-
-ctrlTree::Images ctrlTree::fncSetIcon(std::string_view itemType) {
-    if (!lclWindow) return {};
-    for (const auto& [known, images] : lclImages)
-        if (known == itemType) return images;
-    const auto images = ImagesOf(itemType);
-    lclImages.emplace_back(itemType, images);
-    return images;
-}
-
-ctrlTree::Images ctrlTree::ImagesOf(std::string_view itemType) {
-    const auto type = platform::LowerCase(platform::TrimView(itemType));
-    if (const auto* row = FixedIconOf(type))
-        return {lclWindow->Image(row->image), lclWindow->Image(row->expanded)};
-    const auto image = FileIcon(type).image;
-    return {image, image};
-}
-
 std::vector<ctrlTree::DrawnRow> ctrlTree::FirstRows(int count) const {
     std::vector<DrawnRow> rows;
     const auto wanted = static_cast<std::size_t>(std::max(count, 0));
@@ -246,31 +213,12 @@ std::vector<ctrlTree::DrawnRow> ctrlTree::FirstRows(int count) const {
     const auto root = Root();
     const auto add = [&](const model::clsItem& item, int depth) {
         if (static_cast<int>(rows.size()) >= count || !IsShown(item)) return;
-        auto key = platform::LowerCase(platform::TrimView(item.ItemType()));
-        if (const auto* row = FixedIconOf(key)) key = depth == 0 ? row->expanded : row->image;
-        rows.push_back({depth, key, NodeText(item)});
+        rows.push_back({depth, TreeImages::KeyOf(item.ItemType(), depth == 0), NodeText(item)});
     };
     if (!root) return rows;
     add(*root, 0);
     for (const auto& child : Children(*root)) add(*child, 1);
     return rows;
-}
-
-const ctrlTree::IconEntry& ctrlTree::FileIcon(const std::string& type) {
-    const auto known = std::find_if(lclIcons.begin(), lclIcons.end(),
-                                    [&](const IconEntry& entry) { return entry.lclType == type; });
-    if (known != lclIcons.end()) return *known;
-    // A key of digits alone would be taken for a position.
-    const bool numeric = !type.empty() && type.find_first_not_of("0123456789") == type.npos;
-    std::string key = numeric ? type + "key" : type;
-    try {
-        if (lclWindow->Image(key) < 0 && (type.empty() || !lclWindow->AddFileIcon(type, key)))
-            key = "unknown";
-    } catch (const std::exception& error) {
-        ShowError("Error in $%$", {"fncSetIcon"}, error);
-        key = "unknown";
-    }
-    return lclIcons.emplace_back(IconEntry{type, key, lclWindow->Image(key)});
 }
 
 NodeHandle ctrlTree::HandleOf(std::int32_t id) const {

@@ -184,8 +184,9 @@ void ctrlTree::AddItem(const ItemPtr& item, std::int32_t parentId, bool select) 
         root->ChildCollection()->Count() == 1)
         lclWindow->Expand(HandleOf(parentId), true);
     const auto id = item->Id();
+    const auto here = SameDossier();
     EvItemCreated.Raise(Info(id));
-    if (!select) return;
+    if (!select || !here()) return;
     ClearSelectedItems();
     SelectNode(id, true);
 }
@@ -253,7 +254,9 @@ void ctrlTree::CreateInsertItem(int entry) {
                         : lclTree->AddChildItem(0, type, nullptr, 0, name, folder);
         });
         if (!item) return;
+        const auto here = SameDossier();
         AddItem(item, folder, true);
+        if (!here()) return;
         ShowSelected();
         if (!note && lclSelected == item->Id() && CanEditLabel(item->Id())) EditLabel(item->Id());
     });
@@ -290,7 +293,7 @@ bool ctrlTree::RenameItem(std::int32_t id, std::string_view description) {
     const std::string old = item->Description(), wanted = model::ColumnText(description);
     if (old == wanted) return true;
     return Guarded("ctrlTree", [&] {
-        OnItem([&] { item->SetDescription(wanted); });
+        OnItem([&] { item->Rename(wanted); });
         UpdateText(id);
         GridChanged();
         const auto info = Info(id);
@@ -302,18 +305,21 @@ bool ctrlTree::DeleteItem(std::int32_t id) {
     return DeleteItems(id != 0 ? std::vector<std::int32_t>{id} : SelectedIds(), nullptr);
 }
 
-bool ctrlTree::DeleteItems(const std::vector<std::int32_t>& ids, Deletion* deletion) {
+bool ctrlTree::DeleteItems(const std::vector<std::int32_t>& ids, Deletion* deletion,
+                           const MayGo& may) {
     std::int32_t next = 0;
     bool deleted = false;
     const auto row = NextRow(ids);
+    const auto here = SameDossier();
     for (const auto one : ids) {
         // An item below one that was deleted before it is gone already.
         const auto found = lclNodes.find(one);
         if (found == lclNodes.end() || found->second.parent == 0) continue;
         try {
             Deleted item{one, found->second.item->Description(), {}};
-            next = fncDeleteSingleItem(one, &item.taken);
+            next = fncDeleteSingleItem(one, item.taken, may);
             deleted = true;
+            if (!here()) return deleted; // these ids tell nothing of what is here now
             if (deletion && one > 0) deletion->push_back(std::move(item));
         } catch (const std::exception& error) {
             ShowError("Error fncDeleteSingleItem", {}, error);
@@ -342,7 +348,8 @@ std::int32_t ctrlTree::NextSelection(std::int32_t id) const {
     return before != 0 ? before : parent->Id();
 }
 
-std::int32_t ctrlTree::fncDeleteSingleItem(std::int32_t id, std::vector<std::int32_t>* taken) {
+std::int32_t ctrlTree::fncDeleteSingleItem(std::int32_t id, std::vector<std::int32_t>& taken,
+                                           const MayGo& may) {
     const auto item = GetNode(id);
     const auto parent = GetParent(id);
     const auto info = Info(id);
@@ -351,11 +358,16 @@ std::int32_t ctrlTree::fncDeleteSingleItem(std::int32_t id, std::vector<std::int
     Operation operation(*lclLock);
     if (!operation)
         throw platform::Error(platform::errors::fail, Text("Er loopt nog een andere bewerking"));
-    if (!lclTree->DeleteItem(doomed, id, taken))
+    if (!lclTree->DeleteItem(doomed, id, &taken, may))
         throw platform::Error(platform::errors::fail, "Item " + std::to_string(id) + " was kept");
+    // Somebody else was first: an undo brings back what stood here.
+    if (taken.empty())
+        for (const auto& one : ItemsBelow({id})) taken.push_back(one.item->Id());
     operation.End(); // what the host does at the event is its own
     if (const auto siblings = parent->ChildCollection()) siblings->Remove(id);
+    const auto here = SameDossier();
     EvItemDelete.Raise(info);
+    if (!here()) return 0;
     if (lclWindow && next == parent->Id() && HandleOf(next))
         lclWindow->Expand(HandleOf(next), false);
     if (IsWithin(lclSelected, id)) lclSelected = 0;

@@ -330,8 +330,12 @@ void ctrlTree::ContextMenu(std::optional<std::int32_t> id, int x, int y) {
             EvItemSelectedRightMouse.Raise(Info(*id));
         }
         const auto menu = VisibleEntries(PrepareMenu(id));
+        const auto here = SameDossier();
+        const auto ids = SelectedIds();
         const auto chosen = lclWindow->ShowMenu(menu, x, y);
-        if (chosen && *chosen < menu.size()) ChooseMenu(menu[*chosen]);
+        // Chosen for what was selected as it opened, not for what the host shows by now.
+        if (chosen && *chosen < menu.size() && here() && SelectedIds() == ids)
+            ChooseMenu(menu[*chosen]);
     });
 }
 
@@ -349,9 +353,8 @@ void ctrlTree::ShowItemProperties(const std::vector<std::int32_t>& ids) {
     properties.SetMayChange(
         std::all_of(ids.begin(), ids.end(), [&](std::int32_t id) { return MayChange(id); }));
     properties.fncFill(items);
-    const auto tree = lclState.TreeId;
-    // The host may have gone on to another dossier meanwhile.
-    if (!ShowForm(properties.Form()) || tree != lclState.TreeId) return;
+    const auto here = SameDossier();
+    if (!ShowForm(properties.Form()) || !here()) return;
     // As an edited label: blanks are no name.
     if (items.size() == 1 && properties.Description() != items.front()->Description())
         LabelEdited(items.front()->Id(), properties.Description());

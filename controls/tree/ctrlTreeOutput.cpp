@@ -31,7 +31,7 @@ struct ctrlTree::Printing {
     Operation operation;
     std::optional<platform::PrintChoice> choice;
     bool asked = false;
-    std::string failed, damaged; // lines for the user
+    std::vector<std::string> failed, damaged; // lines for the user
 
     // Once for all documents; false: the user cancelled.
     bool Choose(int pages) {
@@ -47,7 +47,10 @@ struct ctrlTree::Printing {
         const auto printed =
             PrintPages(machine.shell.Printers(), *choice, title, source,
                        [&](int done, int total) { return operation.Step(done, total); });
-        if (!printed.damage.empty()) damaged += "\r\n" + title + ": " + printed.damage;
+        if (!printed.damage.empty()) {
+            damaged.push_back(title + ": " + printed.damage);
+            machine.log.Write("Print", damaged.back());
+        }
         return !printed.stopped;
     }
 
@@ -82,7 +85,7 @@ struct ctrlTree::Printing {
 
 void ctrlTree::Print() {
     const std::weak_ptr<void> alive = lclAlive;
-    std::string failed, damaged;
+    std::vector<std::string> failed, damaged;
     const bool whole = Guarded("ctrlTree", [&] {
         if (!lclWorkstation.shell.HasPrinters()) {
             lclWorkstation.messages.Show(
@@ -109,8 +112,8 @@ void ctrlTree::Print() {
                 if (!file.HasFile()) throw platform::Error(file.number, file.error);
                 if (!printing.One(file, title)) break;
             } catch (const std::exception& error) {
-                lclWorkstation.log.Write("Print", title + ": " + error.what());
-                printing.failed += "\r\n" + title + ": " + error.what();
+                printing.failed.push_back(title + ": " + error.what());
+                lclWorkstation.log.Write("Print", printing.failed.back());
             }
             if (alive.expired()) return;
         }
@@ -119,9 +122,10 @@ void ctrlTree::Print() {
     });
     if (!whole || alive.expired()) return;
     std::string text;
-    if (!failed.empty()) text = Text("Niet afgedrukt: $%$", {failed});
+    if (!failed.empty()) text = Text("Niet afgedrukt: $%$", {"\r\n" + Listed(failed)});
     if (!damaged.empty())
-        text += (text.empty() ? "" : "\r\n") + Text("Niet volledig afgedrukt: $%$", {damaged});
+        text += (text.empty() ? "" : "\r\n") +
+                Text("Niet volledig afgedrukt: $%$", {"\r\n" + Listed(damaged)});
     if (!text.empty())
         lclWorkstation.messages.Show(
             {text, Text("Afdrukken"), platform::Buttons::Ok, platform::Icon::Exclamation});
@@ -131,6 +135,7 @@ void ctrlTree::Print() {
 std::vector<ItemPtr> ctrlTree::ChosenDocuments(const std::string& question,
                                                const std::string& caption) const {
     auto ids = SelectedIds();
+    const auto here = SameDossier();
     const auto isFolder = [&](std::int32_t id) {
         const auto item = GetNode(id);
         return item && item->AllowChildren();
@@ -139,7 +144,7 @@ std::vector<ItemPtr> ctrlTree::ChosenDocuments(const std::string& question,
         lclWorkstation.messages.Show({question, caption, platform::Buttons::YesNo,
                                       platform::Icon::Question}) != platform::Answer::Yes)
         std::erase_if(ids, isFolder);
-    return DocumentsBelow(ids);
+    return here() ? DocumentsBelow(ids) : std::vector<ItemPtr>();
 }
 
 bool ctrlTree::HasDocuments(const std::vector<std::int32_t>& ids) const {
@@ -154,6 +159,7 @@ bool ctrlTree::HasDocuments(const std::vector<std::int32_t>& ids) const {
 
 void ctrlTree::Mail(bool asPdf) {
     const std::weak_ptr<void> alive = lclAlive;
+    const auto here = SameDossier();
     try {
         const auto documents =
             ChosenDocuments(Text("Wilt u de inhoud van deze map toevoegen aan deze e-mail?"),
@@ -170,17 +176,26 @@ void ctrlTree::Mail(bool asPdf) {
             lclWorkstation.messages.Show({Text("Aanmelden voor email mislukt!"), Text("Mailen"),
                                           platform::Buttons::Ok, platform::Icon::Information});
         else if (result.outcome == MailOutcome::Sent && !result.sent.empty())
-            KeepSentMail(result.sent);
+            KeepSentMail(result.sent, here);
     } catch (const std::exception& error) {
         if (!alive.expired()) ShowError("Error sending mail", {}, error);
     }
 }
 
-void ctrlTree::KeepSentMail(const std::string& sent) {
-    if (lclWorkstation.messages.Show(
+void ctrlTree::KeepSentMail(const std::string& sent, const std::function<bool()>& here) {
+    const std::weak_ptr<void> alive = lclAlive;
+    if (here() &&
+        lclWorkstation.messages.Show(
             {Text("Wilt u de verzonden mail opslaan?"), Text("Bevestigen opslaan verzonden mail"),
              platform::Buttons::YesNo, platform::Icon::Question}) != platform::Answer::Yes)
         return;
+    if (!here()) { // never in the dossier that stands here by now
+        if (alive.expired()) return;
+        lclWorkstation.messages.Show({Text("$%$: niet opgeslagen", {platform::FileName(sent)}),
+                                      Text("Mailen"), platform::Buttons::Ok,
+                                      platform::Icon::Exclamation});
+        return;
+    }
     const auto name =
         platform::GetRegSetting(lclWorkstation, platform::applicationName, "Mail", "Folder", "");
     ItemPtr folder;

@@ -22,12 +22,10 @@ constexpr std::size_t keptDeletions = 100;
 } // namespace
 
 void ctrlTree::DeleteSelected() {
-    const auto tree = lclState.TreeId;
-    const std::weak_ptr<void> alive = lclAlive;
+    const auto here = SameDossier();
     Deletion deletion;
     DeleteItems(SelectedIds(), &deletion);
-    // A handler of the host may have gone on to another dossier.
-    if (alive.expired() || deletion.empty() || tree != lclState.TreeId) return;
+    if (!here() || deletion.empty()) return;
     lclDeletions.push_back(std::move(deletion));
     if (lclDeletions.size() > keptDeletions) lclDeletions.erase(lclDeletions.begin());
 }
@@ -37,12 +35,10 @@ void ctrlTree::UndoDeletion() {
         if (lclDeletions.empty()) return;
         auto last = std::move(lclDeletions.back());
         lclDeletions.pop_back();
-        const auto tree = lclState.TreeId;
-        const std::weak_ptr<void> alive = lclAlive;
+        const auto here = SameDossier();
         auto left = PutBack(std::move(last));
         // What could not be put back now may be later.
-        if (!left.empty() && !alive.expired() && tree == lclState.TreeId)
-            lclDeletions.push_back(std::move(left));
+        if (!left.empty() && here()) lclDeletions.push_back(std::move(left));
     });
 }
 
@@ -68,11 +64,11 @@ std::vector<ItemPtr> ctrlTree::TopmostSelected() const {
     return items;
 }
 
-ctrlTree::Deletion ctrlTree::PutBack(Deletion deletion) {
+Deletion ctrlTree::PutBack(Deletion deletion) {
     const auto tree = lclTree;
     std::vector<std::int32_t> back, around, atRoot;
     Deletion left;
-    std::string failed;
+    std::vector<std::string> failed;
     for (auto& top : deletion) {
         try {
             auto restored = tree->RestoreItem(top.id, top.taken);
@@ -81,33 +77,34 @@ ctrlTree::Deletion ctrlTree::PutBack(Deletion deletion) {
             std::move(restored.folders.begin(), restored.folders.end(), std::back_inserter(around));
         } catch (const platform::Error& error) {
             lclWorkstation.log.Write("ctrlTree", top.description + ": " + error.what());
-            failed += "\r\n" + top.description + ": " + error.what();
+            failed.push_back(top.description + ": " + error.what());
             if (error.Number() != platform::errors::notFound) left.push_back(std::move(top));
         }
     }
     if (lclTree != tree) return left;
-    const std::weak_ptr<void> alive = lclAlive;
+    const auto here = SameDossier();
     ClearSelectedItems();
     Refresh();
     for (const auto id : back) {
-        if (alive.expired()) return left;
+        if (!here()) return left;
         if (GetNode(id)) EvItemCreated.Raise(Info(id));
     }
-    if (alive.expired()) return left;
+    if (!here()) return left;
     TellPutBack(around, atRoot, failed);
-    if (!back.empty()) SelectNode(back.front(), true);
+    if (!back.empty() && here()) SelectNode(back.front(), true);
     return left;
 }
 
 // Only what the user does not see at once: items that went with them, or elsewhere, or not at all.
 void ctrlTree::TellPutBack(const std::vector<std::int32_t>& around,
                            const std::vector<std::int32_t>& atRoot,
-                           const std::string& failed) const {
+                           const std::vector<std::string>& failed) const {
     const auto names = [&](const std::vector<std::int32_t>& ids) {
-        std::string lines;
+        std::vector<std::string> lines;
         for (const auto id : ids)
-            if (const auto item = GetNode(id)) lines += "\r\n" + item->Description();
-        return lines;
+            if (const auto item = GetNode(id)) lines.push_back(item->Description());
+        for (const auto& line : lines) lclWorkstation.log.Write("PutBack", line);
+        return "\r\n" + Listed(lines);
     };
     std::string text;
     const auto add = [&](const std::string& more) { text += (text.empty() ? "" : "\r\n") + more; };
@@ -115,7 +112,7 @@ void ctrlTree::TellPutBack(const std::vector<std::int32_t>& around,
     if (!atRoot.empty())
         add(Text("De map bestaat niet meer; op het hoogste niveau teruggezet: $%$",
                  {names(atRoot)}));
-    if (!failed.empty()) add(Text("Niet teruggezet: $%$", {failed}));
+    if (!failed.empty()) add(Text("Niet teruggezet: $%$", {"\r\n" + Listed(failed)}));
     if (text.empty()) return;
     lclWorkstation.messages.Show(
         {text, Text("Terugzetten"), platform::Buttons::Ok,

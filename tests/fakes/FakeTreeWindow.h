@@ -42,6 +42,7 @@ public:
     std::int32_t dragEffect = controls::drop::move; // what the target makes of a drag
     controls::PopupMenu menu;                       // the last one shown
     std::string choose;                             // the entry that the user takes
+    std::function<void()> onMenu;                   // while it is open
 
     // The texts below a node, a level deeper one more dot.
     std::string Drawing(NodeHandle node = 0, const std::string& indent = {}) const {
@@ -123,6 +124,7 @@ public:
     void SetBorder(bool) override {}
     std::optional<std::size_t> ShowMenu(const controls::PopupMenu& shown, int, int) override {
         menu = shown;
+        if (onMenu) onMenu();
         for (std::size_t i = 0; i < menu.size(); ++i)
             if (menu[i].name == choose) return i;
         return std::nullopt;

@@ -2,13 +2,14 @@
 
 #include <commctrl.h>
 
+#include "controls/common/win32/Look.h"
 #include "platform/win32/Owner.h"
 
 namespace kavidex::controls::win32 {
 
 namespace {
 
-constexpr int widest = 480; // pixels, then the text wraps
+constexpr int widest = 480; // pixels at 96 dpi, then the text wraps
 
 // The size that version 5 of the controls takes as well.
 TOOLINFOW ToolOf(HWND window) {
@@ -33,7 +34,7 @@ void ItemTip::Create(HWND window) {
     wchar_t none[] = L"";
     tool.lpszText = none;
     SendMessageW(lclTip, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-    SendMessageW(lclTip, TTM_SETMAXTIPWIDTH, 0, widest);
+    SendMessageW(lclTip, TTM_SETMAXTIPWIDTH, 0, Scaled(widest, DpiOf(window)));
 }
 
 void ItemTip::Show(INT_PTR item, const RECT& place, std::wstring text) {

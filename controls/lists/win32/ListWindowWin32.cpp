@@ -211,12 +211,11 @@ std::optional<LRESULT> ListWindowWin32::Notified(NMHDR& header) {
     case LVN_BEGINLABELEDITW: {
         const HWND edit = ListView_GetEditControl(lclWindow);
         SendMessageW(edit, EM_LIMITTEXT, longestText, 0);
-        return !lclLogic.MayEdit(RowNumber(reinterpret_cast<NMLVDISPINFOW&>(header).item.iItem));
+        return !lclLogic.EditBegun(RowNumber(reinterpret_cast<NMLVDISPINFOW&>(header).item.iItem));
     }
     case LVN_ENDLABELEDITW: {
-        const auto& item = reinterpret_cast<NMLVDISPINFOW&>(header).item;
-        if (item.pszText)
-            lclLogic.RowEdited(RowNumber(item.iItem), platform::win32::FromWide(item.pszText));
+        const auto* text = reinterpret_cast<NMLVDISPINFOW&>(header).item.pszText;
+        if (text) lclLogic.EditEnded(platform::win32::FromWide(text));
         return FALSE; // the rows have the new text, or the old one stays
     }
     case LVN_ITEMCHANGED: {

@@ -86,6 +86,10 @@ TEST_F(TreeTest, RenamesInTheDatabaseUnlessRefused) {
         Stored("Select Description from tblTreeItem where TreeItemId = " + std::to_string(letter)),
         "It's é.tif");
     EXPECT_FALSE(tree.LabelEdited(letter, "  "));
+    const auto nameless = Add("tif", 40, "", letters);
+    EXPECT_TRUE(tree.LabelEdited(nameless, "Named"));
+    tree.Refresh();
+    EXPECT_EQ(window.At(nameless).text, "Named");
     tree.SetReadOnly(true);
     EXPECT_FALSE(tree.LabelEdited(letter, "x"));
     EXPECT_FALSE(tree.CanEditLabel(letter));

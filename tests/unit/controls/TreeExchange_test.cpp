@@ -132,6 +132,49 @@ TEST_F(TreeExchange, WhatAnotherPutIntoACutFolderStaysWithIt) {
     EXPECT_NE(Told().find("Niet gekopieerd: \r\nLate"), std::string::npos) << Told();
 }
 
+TEST_F(TreeExchange, WhatComesIntoACutFolderWhileAnotherGoesStaysToo) {
+    tree.NodeSelected(letters);
+    tree.NodeToggled(mail);
+    EXPECT_TRUE(tree.CommandKey('X', true, false));
+    model::clsTree elsewhere(machine);
+    elsewhere.SetDbConnection(database);
+    elsewhere.SetTreeId(tree.TreeId());
+    const auto token = tree.EvItemDelete.Subscribe([&](const TreeItemInfo& gone) {
+        EXPECT_EQ(gone.id, letters);
+        ASSERT_TRUE(elsewhere.AddChildTab("Late", old));
+    });
+    PasteInto(other, inbox);
+    EXPECT_TRUE(other.GetItem(0, "brief"));
+    tree.Refresh();
+    EXPECT_TRUE(tree.GetItem(0, "Late")) << "nobody copied it";
+    EXPECT_TRUE(tree.GetItem(brief));
+    EXPECT_EQ(machine.messages.shown.back().caption, "Error fncDeleteSingleItem") << Told();
+}
+
+TEST_F(TreeExchange, ACutIsPastedAsItStandsByThen) {
+    const auto drafts = tree.AddTab("Drafts", mail)->Id();
+    Take('X', mail);
+    tree.DeleteItem(drafts);
+    model::clsTree elsewhere(machine);
+    elsewhere.SetDbConnection(database);
+    elsewhere.SetTreeId(tree.TreeId());
+    elsewhere.GetItem(brief, "")->SetDescription("signed");
+    const auto token = other.EvItemCreated.Subscribe([&](const TreeItemInfo&) { other.Refresh(); });
+    PasteInto(other, inbox);
+    ASSERT_TRUE(other.GetItem(0, "signed")) << Told();
+    EXPECT_EQ(other.NodeFullPath(other.GetItem(0, "signed")->Id()),
+              R"(Other\Inbox\Mail\Old\signed)");
+    EXPECT_FALSE(other.GetItem(0, "Drafts"));
+    EXPECT_FALSE(tree.GetNode(mail));
+    EXPECT_TRUE(machine.messages.shown.empty()) << Told();
+    Take('X', letters);
+    model::clsItemPtr none;
+    ASSERT_TRUE(elsewhere.DeleteItem(none, letters));
+    PasteInto(other, inbox);
+    EXPECT_FALSE(other.GetItem(0, "Letters"));
+    EXPECT_NE(Told().find("intussen door een andere gebruiker"), std::string::npos) << Told();
+}
+
 TEST_F(TreeExchange, WhatOtherProgramsPutOnTheClipboardEndsACopy) {
     std::vector<std::string> files;
     const auto token = tree.EvItemPastedSpecial.Subscribe(
@@ -148,8 +191,13 @@ TEST_F(TreeExchange, WhatOtherProgramsPutOnTheClipboardEndsACopy) {
     EXPECT_TRUE(FindEntry(menu, "mnuPasteSpecial")->visible);
     EXPECT_FALSE(FindEntry(menu, "mnuPaste")->enabled);
     tree.SetAllowedTypes("tif;tab");
+    for (int i = 0; i < 10000; ++i) machine.clipboard.content.files.push_back(R"(C:\c.exe)");
     PasteInto(tree, letters);
     EXPECT_EQ(files, (std::vector<std::string>{R"(C:\a.tif)"})) << "the key pastes files too";
+    EXPECT_NE(machine.messages.shown.back().text.find(
+                  ": b.exe, c.exe, c.exe, c.exe, c.exe, c.exe, c.exe, c.exe\r\n... en nog 9993;"),
+              std::string::npos)
+        << "it fits the screen";
     EXPECT_EQ(tree.CountDocuments("txt"), 1);
     machine.clipboard.content = {true, false, "Map", {}};
     machine.clipboard.content.own = "{another process}";
@@ -161,6 +209,18 @@ TEST_F(TreeExchange, WhatOtherProgramsPutOnTheClipboardEndsACopy) {
     EXPECT_TRUE(files.empty());
 }
 
+TEST_F(TreeExchange, TheListAsksAgainForWhatCouldNotBeRead) {
+    database->BeginTrans();
+    database->Execute("drop table tblDocument");
+    tree.SetListMode(true);
+    EXPECT_EQ(machine.messages.shown.size(), 1U) << Told();
+    EXPECT_EQ(tree.Grid().Text(0, 2), "");
+    database->RollbackTrans();
+    tree.SetListMode(false);
+    tree.SetListMode(true);
+    EXPECT_EQ(tree.Grid().Text(0, 2), "jansen");
+}
+
 TEST_F(TreeExchange, FilesAndLinksGoToOtherPrograms) {
     tree.NodeSelected(mail);
     Choose("mnuCopySpecial");
@@ -168,6 +228,12 @@ TEST_F(TreeExchange, FilesAndLinksGoToOtherPrograms) {
     ASSERT_EQ(held.files.size(), 1U) << Told();
     EXPECT_EQ(platform::FileName(held.files[0]), "brief.txt");
     EXPECT_TRUE(machine.files.SameBytes(held.files[0], source));
+    const auto copied = held.files;
+    machine.busy.onProgress = [&](int) { machine.busy.stopAsked = true; };
+    Choose("mnuCopySpecial");
+    machine.busy.onProgress = nullptr;
+    machine.busy.stopAsked = false;
+    EXPECT_EQ(held.files, copied) << "a half of it is not what was asked for";
     tree.NodeSelected(brief);
     Choose("mnuCopyLink");
     EXPECT_EQ(held.text, Path(tree.GetNode(brief)));

@@ -146,6 +146,47 @@ TEST_F(RestoreTest, WhatAnotherDeletedUnderMenuOrEditorIsTold) {
     EXPECT_EQ(window.Find(letters), 0U);
     Press('Z', control);
     EXPECT_NE(window.Find(letters), 0U) << Told();
+    EXPECT_NE(window.Find(note), 0U) << "with what was in it";
+}
+
+TEST_F(RestoreTest, WorkBegunInOneDatabaseNeverGoesOnInAnotherOfTheSameIds) {
+    data::EmbeddedDatabase::BackupTo(*database, machine.Path("second.db"));
+    const auto first = database, second = data::EmbeddedDatabase::Open(machine.Path("second.db"));
+    const auto id = tree.TreeId();
+    const auto show = [&](const data::ConnectionPtr& connection) {
+        tree.SetDbConnection(connection);
+        tree.SetTreeId(id);
+    };
+    window.forms.users = {[&](tests::FormUser& user) {
+        user.Type("txtName", "Changed");
+        show(second);
+        user.Click("btnOk");
+    }};
+    tree.NodeSelected(letters);
+    tree.ChooseMenu({"mnuProperties", 0, {}});
+    show(first);
+    window.choose = "mnuDelete";
+    window.onMenu = [&] {
+        show(second);
+        tree.SetHighLightToItem(letters);
+    };
+    tree.ContextMenu(letters, 0, 0);
+    window.onMenu = nullptr;
+    show(first);
+    {
+        const auto token = tree.EvItemDelete.Subscribe([&](const TreeItemInfo&) { show(second); });
+        tree.NodeSelected(note);
+        tree.NodeToggled(mail);
+        Press(keys::del);
+    }
+    Press('Z', control);
+    show(second);
+    EXPECT_EQ(window.Drawing(),
+              "Dossier\n.Letters\n..a.tif\n..note\n.Mail\n..Old\n...b.msg\n.c.001\n");
+    database = second;
+    EXPECT_EQ(Nodes(), whole);
+    show(first);
+    EXPECT_EQ(window.Drawing(), "Dossier\n.Letters\n..a.tif\n.Mail\n..Old\n...b.msg\n.c.001\n");
 }
 
 TEST_F(RestoreTest, TypesThatAreUnknownEmptyOrVeryLongAreWorkedWithLikeOthers) {

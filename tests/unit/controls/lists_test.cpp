@@ -157,4 +157,16 @@ TEST(OperationLock, KeepsASecondOperationOutUntilTheFirstEnds) {
     EXPECT_EQ(machine.busy.progress.size(), 2U);
 }
 
+TEST_F(List, AnEditedRowIsTheOneThatWasOpenedWhateverTheRowsDidMeanwhile) {
+    std::string edited;
+    const auto asked = list.EditAsked.Subscribe([](std::int32_t, bool& may) { may = true; });
+    const auto done = list.Edited.Subscribe(
+        [&](std::int32_t id, const std::string& text) { edited = std::to_string(id) + text; });
+    ASSERT_TRUE(list.EditBegun(1));
+    Fill("where Id > 1");
+    list.EditEnded("x");
+    EXPECT_EQ(edited, "2x");
+    EXPECT_FALSE(list.EditBegun(4));
+}
+
 } // namespace kavidex::controls
