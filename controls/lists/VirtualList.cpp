@@ -96,8 +96,8 @@ std::vector<int> VirtualList::Widths(int room, int dpi, const std::vector<int>& 
     }
     for (std::size_t i = 0; i < widths.size(); ++i)
         if (widths[i] == 0) {
-            widths[i] = std::max({room / shares, Column(i).least * dpi / 96,
-                                  i < titles.size() ? titles[i] : 0});
+            widths[i] = std::max(
+                {room / shares, Column(i).least * dpi / 96, i < titles.size() ? titles[i] : 0});
             room -= widths[i]; // the last takes what dividing left over
             --shares;
         }

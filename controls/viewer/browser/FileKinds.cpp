@@ -15,8 +15,8 @@ constexpr std::string_view programs[] = {
     "psm1", "psd1", "ps1xml", "hta", "msh", "py", "pyw", "sh",
     // What installs, starts or redirects.
     "msi", "msp", "mst", "msc", "msix", "appx", "appref-ms", "application", "inf", "reg", "lnk",
-    "url", "scf", "chm", "hlp", "job", "jnlp", "diagcab", "shs", "shb", "library-ms", "search-ms", "settingcontent-ms", "theme",
-    "website", "xbap", "iso", "img", "vhd", "vhdx"};
+    "url", "scf", "chm", "hlp", "job", "jnlp", "diagcab", "shs", "shb", "library-ms", "search-ms",
+    "settingcontent-ms", "theme", "website", "xbap", "iso", "img", "vhd", "vhdx"};
 constexpr std::string_view markups[] = {"htm",   "html", "shtml", "shtm", "xhtml", "xht", "mht",
                                         "mhtml", "xml",  "xsl",   "svg",  "asp",   "php"};
 

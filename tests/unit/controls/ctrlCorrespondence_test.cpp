@@ -262,9 +262,9 @@ TEST_F(Binder, FilesPagesBesideTheDocumentThatTheyComeFrom) {
     ASSERT_EQ(Open("key"), 0);
     auto& tree = binder->treCorr();
     const auto post = tree.Add(0, "tab", nullptr, 0, "Post", Root());
-    ASSERT_EQ(binder->AddFiles({File("polis.tif", tests::SmallTiff("abc"))}, "", post->Id(), false,
-                               true),
-              0);
+    ASSERT_EQ(
+        binder->AddFiles({File("polis.tif", tests::SmallTiff("abc"))}, "", post->Id(), false, true),
+        0);
     binder->SetShowExternalViewer(true);
     const auto scan = tree.GetItem(post->Id())->ChildCollection()->Items().front();
     tree.NodeSelected(scan->Id());
