@@ -35,6 +35,17 @@ NewValue ValueOf(Source& source, const Directory& page, std::uint16_t tag, Order
     return value;
 }
 
+// Nothing where it would lose something, also of what a damaged page still has.
+std::optional<std::string> EncodedAnew(Source& source, const Directory& page,
+                                       Orientation orientation, Order order) {
+    try {
+        return tiff::Reencoded(source, page, orientation, order);
+    } catch (const platform::Error& error) {
+        if (error.Number() != platform::errors::invalidData) throw;
+        return {};
+    }
+}
+
 } // namespace
 
 PlanWriter::PlanWriter(Open open) : lclOpen(std::move(open)) {}
@@ -57,8 +68,7 @@ void PlanWriter::Turned(const PlannedPage& planned, PageToCopy& page, Order orde
     const Orientation before = OrientationOf(source, page.page);
     const Orientation after = imaging::Turned(before, planned.turn);
     const bool turns = planned.turn != Turn::None;
-    std::optional<std::string> encoded =
-        tiff::Reencoded(source, page.page, turns ? after : 1, order);
+    std::optional<std::string> encoded = EncodedAnew(source, page.page, turns ? after : 1, order);
     if (!encoded) {
         if (tiff::NeedsReencoding(source, page.page, order))
             source.Damaged("a page cannot be joined with pages of another byte order");

@@ -277,8 +277,10 @@ private:
     void ShowInChecklist(); // the open dossier as it is now
     void ShowSettings();
     void TakeOptions(std::span<const std::string_view> changed); // of the workstation
-    // False: no document was made of them, and the user was told.
-    bool FilePages(const std::string& file, const std::vector<std::int32_t>& pages);
+    // `source`: the document that they are pages of. False: no document was made of them, and the
+    // user was told.
+    bool FilePages(const std::shared_ptr<model::clsItem>& source, const std::string& file,
+                   const std::vector<std::int32_t>& pages);
 
     void MakeOwnTranslator();
     // What is pending goes to the top of the open dossier, and its key is forgotten; 0 or an

@@ -11,11 +11,13 @@
 
 namespace kavidex::controls {
 
-bool ctrlCorrespondence::FilePages(const std::string& file,
+bool ctrlCorrespondence::FilePages(const std::shared_ptr<model::clsItem>& source,
+                                   const std::string& file,
                                    const std::vector<std::int32_t>& pages) {
-    const auto folder = SelectedFolder();
-    const auto source = lclTree->SelectedItem();
-    if (!folder || !source || pages.empty()) return false;
+    const auto folder = source ? lclTree->GetParent(source->Id()) : nullptr;
+    if (!folder || pages.empty())
+        throw platform::Error(platform::errors::invalidArgument,
+                              "The document of these pages is not in the open dossier");
     auto& files = lclWorkstation.files;
     std::string name = source->Description() + " (";
     for (const auto page : pages)

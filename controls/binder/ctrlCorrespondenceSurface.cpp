@@ -121,20 +121,25 @@ void ctrlCorrespondence::SubscribeToViewers() {
     const auto open = [this](const std::string& key, const std::string& type) {
         EvOpenDossier.Raise(key, type);
     };
-    const auto exported = [this](const std::string& file, const std::vector<std::int32_t>& pages,
-                                 bool& done) {
-        Guarded("ExportPages", [&] { done = FilePages(file, pages); });
+    const auto exportedFrom = [this](const auto& shown) {
+        return [this, shown](const std::string& file, const std::vector<std::int32_t>& pages,
+                             bool& done) {
+            Guarded("ExportPages", [&] { done = FilePages(shown(), file, pages); });
+        };
     };
     follow(lclViewer->NextDocumentRequest, next);
     follow(lclViewer->PreviousDocumentRequest, previous);
     follow(lclViewer->EvOpenDossier, open);
-    follow(lclViewer->ExportPages, exported);
+    follow(lclViewer->ExportPages, exportedFrom([this] { return lclViewer->Item(); }));
     follow(lclViewer->DocumentChosen,
            [this](std::int32_t id) { Guarded("DocumentChosen", [&] { SelectItem(id); }); });
     follow(lclExtViewer->EvNextDocumentRequest, next);
     follow(lclExtViewer->EvPreviousDocumentRequest, previous);
     follow(lclExtViewer->EvOpenDossier, open);
-    follow(lclExtViewer->EvExportPages, exported);
+    follow(lclExtViewer->EvExportPages, exportedFrom([this] {
+               auto* const form = lclExtViewer->Form();
+               return form ? form->Viewer().Item() : nullptr;
+           }));
     const auto accepts = [this](std::string_view type) { return lclTree->AcceptsType(type); };
     lclViewer->SetAcceptsType(accepts);
     lclExtViewer->SetAcceptsType(accepts);

@@ -86,7 +86,7 @@ void VirtualList::SetWidth(std::size_t column, int width) {
     if (lclWindow) lclWindow->WidthsChanged();
 }
 
-std::vector<int> VirtualList::Widths(int room, int dpi) const {
+std::vector<int> VirtualList::Widths(int room, int dpi, const std::vector<int>& titles) const {
     std::vector<int> widths(Columns());
     int shares = 0;
     for (std::size_t i = 0; i < widths.size(); ++i) {
@@ -96,7 +96,8 @@ std::vector<int> VirtualList::Widths(int room, int dpi) const {
     }
     for (std::size_t i = 0; i < widths.size(); ++i)
         if (widths[i] == 0) {
-            widths[i] = std::max(room / shares, Column(i).least * dpi / 96);
+            widths[i] = std::max(
+                {room / shares, Column(i).least * dpi / 96, i < titles.size() ? titles[i] : 0});
             room -= widths[i]; // the last takes what dividing left over
             --shares;
         }

@@ -61,7 +61,8 @@ public:
     std::string Title(std::size_t column) const;
     void SetWidth(std::size_t column, int width);
     // In pixels, for that room and resolution.
-    std::vector<int> Widths(int room, int dpi) const;
+    // `titles`: the pixels that each heading needs, where that is known; a share is no narrower.
+    std::vector<int> Widths(int room, int dpi, const std::vector<int>& titles = {}) const;
 
     // Sorts by the column; a second time the other way round. When reading a key throws, the order
     // and the marks stay as they were.

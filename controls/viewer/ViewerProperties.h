@@ -13,7 +13,7 @@ struct ViewerProperties {
     std::int32_t BackColor = 0, ForeColor = 0;
     bool Enabled = true;
     std::int16_t BackStyle = 0, BorderStyle = 0;
-    bool ExternalMove = false; // pages leave the document by a drag that moves
+    bool ExternalMove = false; // kept for the host: whether pages leave is what the user is asked
     bool AllowMultipleDocScroll = false;
     bool AnnotationsPopupShown = false; // the question about the toolbox was asked
     std::string LastFit = "best";       // the fit mode of every image: "best", "height", "width"

@@ -308,6 +308,13 @@ bool ctlViewer::Idle() {
     return lclView && lclView->Idle();
 }
 
+void ctlViewer::Run(std::string_view routine, const std::function<void()>& work) {
+    Guarded(routine, [&] {
+        work();
+        return true;
+    });
+}
+
 bool ctlViewer::ExportPagesOf(const std::string& path, const std::vector<std::int32_t>& pages) {
     bool done = false;
     ExportPages.Raise(path, pages, done);

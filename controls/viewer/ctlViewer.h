@@ -193,6 +193,7 @@ private:
     bool MayDragPages() const override { return lclState.DragPossible; }
     bool ExportPagesOf(const std::string& path, const std::vector<std::int32_t>& pages) override;
     void ShowPageMenu(int x, int y) override;
+    void Run(std::string_view routine, const std::function<void()>& work) override;
 
     const platform::Workstation& lclWorkstation;
     ViewerProperties lclState;

@@ -100,6 +100,7 @@ class FakeMessages : public platform::Messages {
 public:
     std::vector<platform::Message> shown;
     std::deque<platform::Answer> answers;
+    std::function<void()> meanwhile; // what comes through while a box is up
     const platform::BusyDialog* busy = nullptr;
 
     platform::Answer Show(const platform::Message& message) override {
@@ -108,6 +109,7 @@ public:
         if (busy && busy->PaintsOnly()) // a box lets the host in
             throw std::logic_error("a message box within a transaction: " + message.text);
         shown.push_back(message);
+        if (meanwhile) meanwhile();
         if (!answers.empty()) {
             const Answer answer = answers.front();
             answers.pop_front();

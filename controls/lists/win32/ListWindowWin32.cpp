@@ -116,6 +116,7 @@ void ListWindowWin32::TitlesChanged() {
         else
             ListView_InsertColumn(lclWindow, i, &column);
     }
+    WidthsChanged(); // a longer one needs more room
 }
 
 void ListWindowWin32::WidthsChanged() {
@@ -123,7 +124,13 @@ void ListWindowWin32::WidthsChanged() {
     const Quiet quiet(lclQuiet);
     RECT inside{};
     GetClientRect(lclWindow, &inside);
-    const auto widths = lclLogic.Widths(inside.right, lclDpi);
+    constexpr int margins = 16; // around a heading's text, at 96 dots an inch
+    std::vector<int> titles;
+    for (std::size_t i = 0; i < lclLogic.Columns(); ++i)
+        titles.push_back(
+            ListView_GetStringWidth(lclWindow, platform::win32::ToWide(lclLogic.Title(i)).c_str()) +
+            margins * lclDpi / 96);
+    const auto widths = lclLogic.Widths(inside.right, lclDpi, titles);
     for (std::size_t i = 0; i < widths.size(); ++i)
         ListView_SetColumnWidth(lclWindow, static_cast<int>(i), widths[i]);
 }

@@ -11,12 +11,12 @@ constexpr std::string_view programs[] = {
     // Programs and what is loaded into them.
     "exe", "com", "scr", "pif", "dll", "ocx", "cpl", "sys", "jar", "gadget", "xll",
     // Scripts.
-    "bat", "cmd", "vb", "vbs", "vbe", "js", "jse", "ws", "wsf", "wsh", "sct", "wsc", "ps1", "psm1",
-    "psd1", "hta", "msh", "py", "pyw", "sh",
+    "bat", "cmd", "vb", "vbs", "vbe", "js", "jse", "ws", "wsf", "wsh", "sct", "wsc", "ps1", "ps2",
+    "psm1", "psd1", "ps1xml", "hta", "msh", "py", "pyw", "sh",
     // What installs, starts or redirects.
     "msi", "msp", "mst", "msc", "msix", "appx", "appref-ms", "application", "inf", "reg", "lnk",
-    "url", "scf", "chm", "hlp", "job", "library-ms", "search-ms", "settingcontent-ms", "theme",
-    "website", "xbap", "iso", "img", "vhd", "vhdx"};
+    "url", "scf", "chm", "hlp", "job", "jnlp", "diagcab", "shs", "shb", "library-ms", "search-ms",
+    "settingcontent-ms", "theme", "website", "xbap", "iso", "img", "vhd", "vhdx"};
 constexpr std::string_view markups[] = {"htm",   "html", "shtml", "shtm", "xhtml", "xht", "mht",
                                         "mhtml", "xml",  "xsl",   "svg",  "asp",   "php"};
 

@@ -68,6 +68,10 @@ frmViewer::frmViewer(const platform::Workstation& workstation)
     keep(viewer.ExternalViewerOpened.Subscribe([this] { ExternalViewerOpened.Raise(); }));
     keep(viewer.NextDocumentRequest.Subscribe([this] { EvNextDocumentRequest.Raise(); }));
     keep(viewer.PreviousDocumentRequest.Subscribe([this] { EvPreviousDocumentRequest.Raise(); }));
+    // What was asked for within a question is shown later.
+    keep(viewer.PropertyChanged.Subscribe([this](std::string_view name) {
+        if (name == "Description" && lclWindow) lclWindow->CaptionChanged();
+    }));
 }
 
 frmViewer::~frmViewer() = default;
@@ -89,10 +93,11 @@ void frmViewer::Open(const ViewerFormMaker& maker) {
 
 bool frmViewer::ShowItem(const ItemPtr& item) {
     const bool shown = lclViewer.ShowItem(item);
-    lclId = lclViewer.Item() ? lclViewer.Item()->Id() : 0;
     if (lclWindow) lclWindow->CaptionChanged();
     return shown;
 }
+
+std::int32_t frmViewer::Id() const { return lclViewer.Item() ? lclViewer.Item()->Id() : 0; }
 
 std::string frmViewer::Caption() const {
     const std::string description = lclViewer.Item() ? lclViewer.Item()->Description() : "";
@@ -120,7 +125,6 @@ bool frmViewer::MayClose() { return lclViewer.CloseImage(); }
 
 void frmViewer::Closed() {
     const auto alive = weak_from_this().lock();
-    lclId = 0;
     EvUnload.Raise();
 }
 

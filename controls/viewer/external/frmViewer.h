@@ -39,7 +39,7 @@ public:
     frmViewer(const frmViewer&) = delete;
     frmViewer& operator=(const frmViewer&) = delete;
 
-    std::int32_t Id() const { return lclId; } // of the tree item shown, 0: none
+    std::int32_t Id() const; // of the tree item shown, 0: none
     const std::shared_ptr<Translator>& Translate() const { return lclViewer.Translate(); }
     void SetTranslate(std::shared_ptr<Translator> translator);
     const data::ConnectionPtr& DbConnection() const { return lclViewer.DbConnection(); }
@@ -78,7 +78,6 @@ private:
     ctlViewer lclViewer;
     std::unique_ptr<ViewerFormWindow> lclWindow;
     std::vector<std::shared_ptr<void>> lclSubscriptions;
-    std::int32_t lclId = 0;
 };
 
 } // namespace kavidex::controls

@@ -36,14 +36,10 @@ ImageView::ImageView(ViewerFrame& frame, PageHost& host)
     keep(lclThumbs.SelectionChanged.Subscribe([this] { Changed(); }));
     keep(lclThumbs.RoomChanged.Subscribe([this] { lclFrame.WantIdle(); }));
     keep(lclThumbs.ContextMenu.Subscribe(menu));
-    keep(lclThumbs.DeleteAsked.Subscribe([this] { DeleteSelectedThumbs(); }));
-    keep(lclThumbs.DragStarted.Subscribe([this] {
-        try {
-            DragThumbs();
-        } catch (const std::exception& error) {
-            lclFrame.TellError("DragThumbs", error);
-        }
-    }));
+    keep(lclThumbs.DeleteAsked.Subscribe(
+        [this] { lclHost.Run("DeleteSelectedThumbs", [this] { DeleteSelectedThumbs(); }); }));
+    keep(lclThumbs.DragStarted.Subscribe(
+        [this] { lclHost.Run("DragThumbs", [this] { DragThumbs(); }); }));
 }
 
 void ImageView::Changed() {
@@ -199,6 +195,7 @@ bool ImageView::TrySave(bool& lost) {
     try {
         const auto missed = lclDocument->Save();
         if (missed.empty()) return true;
+        lclCanvas.Clear(); // the pages and their marks are others now
         std::string pages;
         for (const int page : missed) pages += (pages.empty() ? "" : ", ") + std::to_string(page);
         lclFrame.Ask("Een ander heeft het document intussen gewijzigd. Uw wijzigingen van deze "
@@ -220,9 +217,12 @@ bool ImageView::SaveImage() {
     if (!lclDocument->Changed()) return true;
     const auto ids = Ids().GetIds();
     bool lost = false, saved = false;
+    const int left = lclCanvas.Geometry().Left(), top = lclCanvas.Geometry().Top();
     while (!saved && !lost) saved = TrySave(lost);
-    if (Ids().GetIds() != ids) lclThumbs.SetCount(Count()); // they are what another made of it
+    const bool same = Ids().GetIds() == ids;
+    if (!same) lclThumbs.SetCount(Count()); // they are what another made of it
     Again(lclPage);
+    if (same) lclCanvas.ScrollTo(left, top);
     return saved;
 }
 

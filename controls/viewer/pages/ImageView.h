@@ -2,6 +2,7 @@
 // page shown, how it is shown, its marks and the thumbnails.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -100,14 +101,17 @@ private:
     void Again(int page); // the file is another now
     std::vector<int> SelectedPages() const;
     std::vector<int> PagesToExport();
-    void Exported(const std::vector<int>& pages);
+    using PageIds = std::vector<std::int32_t>;
+    PageIds IdsOf(const std::vector<int>& pages) const;
+    bool Exported(const PageIds& pages);
     void PrintThese(const std::vector<int>& pages, int choosable);
     void DragThumbs();
     void RemoveDragged();
 
     imaging::annotations::Annotations* EditableMarks() override;
     bool AskMarkText(std::string& text) override;
-    void MarksEdited(bool added) override;
+    void EditMarks(const MarkEdit& edit, bool adds) override;
+    void MarksEdited(bool added);
     void MarksRepaint() override;
     void MarkSelected() override;
     std::uint32_t MarkTime() override;

@@ -147,13 +147,26 @@ std::vector<int> ImageView::PagesToExport() {
     return pages;
 }
 
-void ImageView::Exported(const std::vector<int>& pages) {
+ImageView::PageIds ImageView::IdsOf(const std::vector<int>& pages) const {
+    PageIds ids;
+    for (const int page : pages) ids.push_back(Ids().GetPageId(page));
+    return ids;
+}
+
+// By their ids: whoever took them may have changed what their numbers mean. True: they have left.
+bool ImageView::Exported(const PageIds& ids) {
     lclExported = true;
+    bool left = false;
     if (MayEdit() &&
         lclFrame.Ask("Wilt u de geexporteerde pagina's verwijderen uit het originele document?",
-                     "Bevestigen verwijderen", Buttons::YesNo, Icon::Question) == Answer::Yes)
-        DeletePages(pages);
+                     "Bevestigen verwijderen", Buttons::YesNo, Icon::Question) == Answer::Yes) {
+        std::vector<int> pages;
+        for (const auto id : ids)
+            if (const int page = Ids().PageNumberOf(id)) pages.push_back(page);
+        left = !pages.empty() && DeletePages(pages);
+    }
     Changed();
+    return left;
 }
 
 bool ImageView::ExportSelectedThumbs() {
@@ -162,14 +175,16 @@ bool ImageView::ExportSelectedThumbs() {
     // The numbers are those of this document: until it is settled whether they go no other is
     // shown.
     bool done = false;
+    const auto ids = IdsOf(pages);
     lclFrame.Undisturbed([&] {
         done = lclHost.ExportPagesOf(lclDocument->Path(), {pages.begin(), pages.end()});
     });
-    if (done) Exported(pages);
+    if (done) Exported(ids);
     return done;
 }
 
-// Dragged out they are a file of their own, which goes when the document does.
+// Dragged out they are a file of their own, which goes when the document does. Where they have left
+// it that file stays: nobody knows whether whoever took it has a copy yet.
 void ImageView::DragThumbs() {
     auto* window = lclThumbs.Window();
     if (!window || !lclHost.MayDragPages()) return;
@@ -177,17 +192,16 @@ void ImageView::DragThumbs() {
     if (pages.empty()) return;
     std::string numbers;
     for (const int page : pages) numbers += " " + std::to_string(page);
-    std::string name = lclDescription.substr(0, 80) + numbers.substr(0, 40) + ".tif";
-    for (char& c : name)
-        if (!platform::CanBeInFileName(c)) c = '_';
+    const auto ids = IdsOf(pages);
     DropData data;
     data.hasFiles = true;
-    data.files = {platform::JoinPath(MakeCopyFolder(lclFrame.Machine()), name)};
+    data.files = {platform::JoinPath(MakeCopyFolder(lclFrame.Machine()),
+                                     OutgoingStem(lclDescription + numbers) + ".tif")};
     lclDocument->Extract(pages, data.files[0]);
     lclDragged.push_back(data.files[0]);
     std::int32_t effect = drop::none;
     lclFrame.Undisturbed([&] { effect = window->Drag(data); });
-    if (effect != drop::none) Exported(pages);
+    if (effect != drop::none && Exported(ids)) lclDragged.pop_back();
 }
 
 void ImageView::RemoveDragged() {
@@ -251,13 +265,29 @@ bool ImageView::AskMarkText(std::string& text) {
     return true;
 }
 
+void ImageView::EditMarks(const MarkEdit& edit, bool adds) {
+    try {
+        auto* marks = EditableMarks();
+        if (!marks) return;
+        edit(*marks);
+    } catch (const std::exception& error) {
+        lclFrame.TellError("EditAnnotation", error);
+        return;
+    }
+    MarksEdited(adds);
+}
+
 void ImageView::MarksEdited(bool added) {
     lclDocument->MarksChanged(lclPage);
     lclCanvas.MarksChanged();
     Changed();
     if (!added) return;
     const auto& machine = lclFrame.Machine();
-    if (!lclHost.ToolboxQuestionAsked()) {
+    // Hosts that keep no properties of a running control would have it asked each time.
+    const bool answered = !platform::GetRegSetting(machine, platform::applicationName,
+                                                   optionSection, autoHideOption, "")
+                               .empty();
+    if (!answered && !lclHost.ToolboxQuestionAsked()) {
         const bool hide =
             lclFrame.Ask("Wilt u de toolbox automatisch verbergen na het toevoegen "
                          "van een annotatie?",

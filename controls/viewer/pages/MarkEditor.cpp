@@ -282,10 +282,7 @@ void MarkEditor::Finish(Mark mark) {
     const bool takesText = mark.type == MarkType::Text || mark.type == MarkType::Note;
     if (small && !mark.HasText()) return;
     if (takesText && !TakeText(mark, !small)) return;
-    auto* marks = lclOwner.EditableMarks();
-    if (!marks) return;
-    marks->Add(mark, lclOwner.MarkTime());
-    lclOwner.MarksEdited(true);
+    lclOwner.EditMarks([&](Annotations& marks) { marks.Add(mark, lclOwner.MarkTime()); }, true);
 }
 
 bool MarkEditor::AskText(std::string& text) {
@@ -360,10 +357,9 @@ Mark MarkEditor::Dragged(PagePlace to) const {
 }
 
 void MarkEditor::Change(const Mark& mark) {
-    auto* marks = lclOwner.EditableMarks();
-    if (!marks || !lclSelected) return;
-    marks->Change(*lclSelected, mark, lclOwner.MarkTime());
-    lclOwner.MarksEdited(false);
+    if (!lclSelected) return;
+    lclOwner.EditMarks(
+        [&](Annotations& marks) { marks.Change(*lclSelected, mark, lclOwner.MarkTime()); }, false);
 }
 
 bool MarkEditor::CanEditText() const {
@@ -381,11 +377,9 @@ void MarkEditor::EditText() {
 }
 
 void MarkEditor::DeleteSelected() {
-    auto* marks = lclOwner.EditableMarks();
-    if (!marks || !lclSelected || *lclSelected >= marks->Count()) return;
-    marks->Remove(*lclSelected);
-    lclSelected.reset();
-    lclOwner.MarksEdited(false);
+    if (!SelectedMark()) return;
+    const auto index = *std::exchange(lclSelected, std::nullopt);
+    lclOwner.EditMarks([index](Annotations& marks) { marks.Remove(index); }, false);
 }
 
 } // namespace kavidex::controls

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -24,7 +25,9 @@ public:
     virtual imaging::annotations::Annotations* EditableMarks() = 0;
     // Puts the text before the user; false: it was cancelled.
     virtual bool AskMarkText(std::string& text) = 0;
-    virtual void MarksEdited(bool added) = 0;
+    using MarkEdit = std::function<void(imaging::annotations::Annotations&)>;
+    // Changes the marks of the page shown, where they may be changed; what cannot be done is told.
+    virtual void EditMarks(const MarkEdit& edit, bool adds) = 0;
     virtual void MarksRepaint() = 0;
     virtual void MarkSelected() = 0;                        // another one, or none
     virtual std::uint32_t MarkTime() = 0;                   // seconds since 1970 in UTC

@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "controls/viewer/pages/PageGeometry.h"
@@ -24,6 +26,9 @@ public:
     // True when somebody made a document of those pages.
     virtual bool ExportPagesOf(const std::string& path, const std::vector<std::int32_t>& pages) = 0;
     virtual void ShowPageMenu(int x, int y) = 0; // at a point of the screen
+    // Runs what the user asks for without a command: not within another, and an error is told under
+    // the routine's name.
+    virtual void Run(std::string_view routine, const std::function<void()>& work) = 0;
 
 protected:
     ~PageHost() = default;

@@ -69,7 +69,8 @@ void ViewerWindowWin32::ShowParts() {
         auto& part = lclParts[static_cast<std::size_t>(row.part)];
         if (shown.Has(row.part)) {
             if (!part) part = row.make(lclLogic, lclWorkstation);
-            if (!part->Handle()) part->Create(lclWindow, {});
+            if (!part->Handle() && part->Create(lclWindow, {}))
+                EnableWindow(part->Handle(), lclLogic.Enabled());
         } else if (part && !row.keep) {
             part.reset();
         }

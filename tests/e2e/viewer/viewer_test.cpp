@@ -94,6 +94,31 @@ struct ViewerWindows : testing::Test {
 
 } // namespace
 
+TEST_F(ViewerWindows, WhatIsShownLaterIsAsUsableAsTheViewer) {
+    viewer.SetEnabled(false);
+    ASSERT_TRUE(viewer.ShowItem(archive.Document("nnt", "Notitie", WriteNote("kop", "oud"))));
+    const HWND edit = Visible(host, L"Edit");
+    ASSERT_TRUE(edit);
+    EXPECT_FALSE(IsWindowEnabled(GetParent(edit)));
+    viewer.SetEnabled(true);
+    EXPECT_TRUE(IsWindowEnabled(GetParent(edit)));
+
+    // Headings are read whole, where the room is too small for them all.
+    ASSERT_TRUE(viewer.ShowList(archive.folder));
+    const HWND list = Visible(host, WC_LISTVIEWW);
+    ASSERT_TRUE(list);
+    window->Place({0, 0, 300, 300});
+    for (int column = 0; column < 9; ++column) {
+        wchar_t title[64] = L"";
+        LVCOLUMNW asked{};
+        asked.mask = LVCF_TEXT;
+        asked.pszText = title;
+        asked.cchTextMax = 64;
+        ListView_GetColumn(list, column, &asked);
+        EXPECT_GT(ListView_GetColumnWidth(list, column), ListView_GetStringWidth(list, title));
+    }
+}
+
 TEST_F(ViewerWindows, ANoteIsTypedIntoAndSavedWhenAListTakesItsPlace) {
     const auto note = archive.Document("nnt", "Notitie", WriteNote("kop", "oud"));
     ASSERT_TRUE(viewer.ShowItem(note));

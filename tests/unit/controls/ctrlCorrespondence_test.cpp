@@ -6,6 +6,7 @@
 #include "platform/ErrorNumber.h"
 #include "tests/fakes/Failures.h"
 #include "tests/fakes/RecordingConnection.h"
+#include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
@@ -255,6 +256,26 @@ TEST_F(Binder, ShowsDocumentsElsewhereWhereTheWorkstationWantsThemThere) {
     EXPECT_TRUE(external.Form());
     EXPECT_EQ(binder->CloseObject(), 0);
     EXPECT_FALSE(external.Form());
+}
+
+TEST_F(Binder, FilesPagesBesideTheDocumentThatTheyComeFrom) {
+    ASSERT_EQ(Open("key"), 0);
+    auto& tree = binder->treCorr();
+    const auto post = tree.Add(0, "tab", nullptr, 0, "Post", Root());
+    ASSERT_EQ(
+        binder->AddFiles({File("polis.tif", tests::SmallTiff("abc"))}, "", post->Id(), false, true),
+        0);
+    binder->SetShowExternalViewer(true);
+    const auto scan = tree.GetItem(post->Id())->ChildCollection()->Items().front();
+    tree.NodeSelected(scan->Id());
+    tree.NodeSelected(Root()); // the window stays
+    bool done = false;
+    binder->ExtViewer().EvExportPages.Raise(machine.Path("polis.tif"), {2, 3}, done);
+    EXPECT_TRUE(done);
+    const auto filed = tree.GetItem(post->Id())->ChildCollection()->Items();
+    ASSERT_EQ(filed.size(), 2U);
+    EXPECT_EQ(filed.back()->Description(), "polis (2, 3)");
+    EXPECT_EQ(tree.Tree()->Item()->ChildCollection()->Items().size(), 1U);
 }
 
 TEST_F(Binder, ListsWhatWasPastedIntoTheShownFolder) {

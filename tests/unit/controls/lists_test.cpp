@@ -117,6 +117,8 @@ TEST_F(List, ColumnsShareWhatTheFixedOnesLeave) {
     EXPECT_EQ(list.Widths(351, 96), (std::vector<int>{150, 151, 50}));
     EXPECT_EQ(list.Widths(351, 192), (std::vector<int>{125, 126, 100}));
     EXPECT_EQ(list.Widths(10, 96), (std::vector<int>{40, 40, 50})) << "never narrower than legible";
+    EXPECT_EQ(list.Widths(351, 96, {180, 60, 90}), (std::vector<int>{180, 121, 50}))
+        << "nor than its heading, but where the width is told";
     EXPECT_EQ(list.Picture(0), ".pdf");
     EXPECT_EQ(list.Picture(1), "closedtab");
 }

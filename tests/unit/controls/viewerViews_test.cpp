@@ -204,11 +204,15 @@ namespace {
 struct FakeFormWindow : ViewerFormWindow {
     frmViewer& form;
     bool& open;
-    FakeFormWindow(frmViewer& owner, bool& isOpen) : form(owner), open(isOpen) { open = true; }
+    std::string& caption;
+    FakeFormWindow(frmViewer& owner, bool& isOpen, std::string& shown)
+        : form(owner), open(isOpen), caption(shown) {
+        open = true;
+    }
     ~FakeFormWindow() override { open = false; }
     void Show() override {}
     void SetFocus() override {}
-    void CaptionChanged() override { form.Menu(); }
+    void CaptionChanged() override { caption = form.Caption(); }
     ViewerPlace Place() const override { return {100, 200, 300, 400}; }
     void Close() override {
         if (form.MayClose()) form.Closed();
@@ -219,11 +223,12 @@ struct FakeFormWindow : ViewerFormWindow {
 
 TEST_F(Views, TheExternalWindowIsMadeWhenNeededAndForgottenWhenItCloses) {
     bool there = false;
+    std::string caption;
     int unloads = 0, nexts = 0;
     ctrlExtViewer external(machine);
     external.SetDbConnection(database);
     external.SetWindowMaker(
-        [&](frmViewer& form) { return std::make_unique<FakeFormWindow>(form, there); });
+        [&](frmViewer& form) { return std::make_unique<FakeFormWindow>(form, there, caption); });
     const auto unload = external.EvUnload.Subscribe([&] { ++unloads; });
     const auto next = external.EvNextDocumentRequest.Subscribe([&] { ++nexts; });
     const auto brief = DocumentOf("txt", "Brief", "x");
@@ -234,6 +239,14 @@ TEST_F(Views, TheExternalWindowIsMadeWhenNeededAndForgottenWhenItCloses) {
     external.Form()->Viewer().NextDocumentRequest.Raise();
     EXPECT_EQ(nexts, 1);
     EXPECT_FALSE(external.ShowItemFromId(4711));
+    // What is asked for within a question comes when it is answered.
+    const auto script = DocumentOf("vbs", "Script", "x");
+    machine.messages.meanwhile = [&] { external.ShowItem(script); };
+    external.Form()->Viewer().OpenDefault(script);
+    machine.messages.meanwhile = nullptr;
+    EXPECT_EQ(external.Form()->Caption(), "Document: Script");
+    EXPECT_EQ(external.Form()->Id(), script->Id());
+    EXPECT_EQ(caption, "Document: Script") << "the window shows it too";
 
     const auto menu = external.Form()->Menu();
     const auto option = [&] {

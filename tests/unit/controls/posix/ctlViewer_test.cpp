@@ -77,6 +77,11 @@ TEST_F(Viewer, FitsAPageInItsTrueFormAndZoomsInEvenSteps) {
     const int top = room.Top();
     canvas.Key(controls::Key(controls::keys::pageDown));
     EXPECT_GT(room.Top(), top);
+    const int down = room.Top();
+    viewer.ButtonClicked("Rotate180");
+    canvas.ScrollTo(0, down);
+    EXPECT_TRUE(viewer.SaveImage());
+    EXPECT_EQ(room.Top(), down) << "saving moves nothing";
 }
 
 TEST_F(Viewer, KeepsTurnsAndMarksOfAPageAndAsksOnceAboutTheToolbox) {
@@ -101,12 +106,14 @@ TEST_F(Viewer, KeepsTurnsAndMarksOfAPageAndAsksOnceAboutTheToolbox) {
               "Wilt u de toolbox automatisch verbergen na het toevoegen van een annotatie?|");
     EXPECT_TRUE(viewer.AnnotationsPopupShown());
     EXPECT_TRUE(window.Button("Toolbox").pressed);
+    viewer.SetAnnotationsPopupShown(false); // as a host that kept nothing starts again
     // Selected, moved, coloured, and another one deleted.
     toolbox.ButtonClicked("Select");
     Drag(x, y + 20, x + 40, y + 20);
     EXPECT_TRUE(Pages().Editor().HasSelection());
     toolbox.ButtonClicked("Freehand");
     Drag(x, y, x + 60, y + 60);
+    EXPECT_EQ(Told(), "") << "the answer is kept";
     toolbox.ButtonClicked("Select");
     Pages().Canvas().PointerDown(x + 30, y + 30);
     Pages().Canvas().PointerUp(x + 30, y + 30);

@@ -86,6 +86,77 @@ TEST_F(ViewerPages, ExportedPagesLeaveTheirOwnDocumentAlone) {
     EXPECT_EQ(imaging::CountPages(machine.files, otherPath), 4);
 }
 
+TEST_F(ViewerPages, NothingBeginsOnPagesThatAreBeingExported) {
+    Show(4);
+    Pages().SetThumbsShown(true);
+    Pages().Thumbs().Clicked(2, false, false);
+    const auto token = viewer.ExportPages.Subscribe([&](const std::string&, const auto&, bool&) {
+        Pages().Thumbs().Key(controls::Key(controls::keys::del)); // a host that lets keys through
+    });
+    viewer.MenuChosen({"mnuExportPages", 0, {}});
+    EXPECT_EQ(Told(), "Wilt u de geexporteerde pagina's verwijderen uit het originele document?|");
+    EXPECT_EQ(Numbers(), "134") << "that page, and no other";
+}
+
+TEST_F(ViewerPages, PagesThatWereDraggedAwayStaySomewhere) {
+    struct Thumbs final : controls::ThumbsWindow {
+        controls::DropData dragged;
+        void Repaint() override {}
+        void Repaint(int) override {}
+        void CurrentChanged() override {}
+        std::int32_t Drag(const controls::DropData& data) override {
+            dragged = data;
+            return controls::drop::copy;
+        }
+    } thumbs;
+    viewer.SetDragPossible(true);
+    for (const auto answer : {Answer::No, Answer::Yes}) {
+        Show(2);
+        Pages().SetThumbsShown(true);
+        Pages().Thumbs().AttachWindow(&thumbs);
+        machine.messages.answers = {answer};
+        Pages().Thumbs().Clicked(2, false, false);
+        Pages().Thumbs().DragStarted.Raise();
+        Pages().Thumbs().AttachWindow(nullptr);
+        ASSERT_EQ(thumbs.dragged.files.size(), 1U);
+        EXPECT_TRUE(machine.files.FileExists(thumbs.dragged.files[0]));
+        viewer.CloseImage();
+        const bool left = answer == Answer::Yes;
+        EXPECT_EQ(Numbers(), left ? "1" : "12");
+        EXPECT_EQ(machine.files.FileExists(thumbs.dragged.files[0]), left);
+    }
+}
+
+TEST_F(ViewerPages, MarksThatCannotBeKeptAreTold) {
+    Show(1);
+    viewer.SetAnnotationsPopupShown(true);
+    viewer.ButtonClicked("Toolbox");
+    window.Settle();
+    Pages().Toolbox().ButtonClicked("Text");
+    window.forms.users = {[](FormUser& user) {
+        user.Type("txtText", "\xE6\xBC\xA2 \xD0\xB6 \xD7\xA9");
+        user.Click("btnOk");
+    }};
+    const auto& room = Pages().Canvas().Geometry();
+    Drag(room.OriginX() + 20, room.OriginY() + 20, room.OriginX() + 90, room.OriginY() + 60);
+    EXPECT_NE(Told().find("mixes scripts"), std::string::npos);
+    EXPECT_TRUE(viewer.SaveImage());
+    EXPECT_FALSE(Stored().Facts(1).hasMarks);
+
+    // Another document has the page's place: its marks are gone while that is told.
+    viewer.ButtonClicked("Toolbox");
+    Pages().Toolbox().ButtonClicked("HollowRectangle");
+    Drag(room.OriginX() + 20, room.OriginY() + 20, room.OriginX() + 90, room.OriginY() + 60);
+    machine.files.WriteAll(path, SmallTiff("a", 16, 8));
+    machine.messages.meanwhile = [&] {
+        Pages().Canvas().SetRoom(700, 500, 16, 0);
+        Pages().Canvas().See(nullptr);
+    };
+    EXPECT_TRUE(viewer.SaveImage());
+    machine.messages.meanwhile = nullptr;
+    EXPECT_NE(Told().find("niet opgeslagen: 1"), std::string::npos);
+}
+
 TEST_F(ViewerPages, PrintsThemAsTheyAreShown) {
     Show(3);
     viewer.ButtonClicked("Rotate90R"); // nothing of it is saved

@@ -190,6 +190,21 @@ TEST_F(PageOperations, TurnWithoutLoss) {
 }
 
 // Whatever fails, the document is the old one or the new one, and nothing else stays behind.
+TEST_F(PageOperations, TurnADamagedPageWithoutTouchingWhatItHas) {
+    auto bytes = files.ReadAll(folder.Path("2.tif"));
+    {
+        Source source(files, folder.Path("2.tif"));
+        const auto place = source.Numbers(*source.Page(1).Find(273)).back();
+        for (int i = 0; i < 8; ++i) bytes[place + 20 + i] = '\x5A';
+    }
+    files.WriteAll(folder.Path("2.tif"), bytes);
+    Source before(files, folder.Path("2.tif"));
+    imaging::RotatePage(files, folder.Path("2.tif"), 1, Turn::Right);
+    Source after(files, folder.Path("2.tif"));
+    EXPECT_EQ(Strips(after, 1), Strips(before, 1));
+    EXPECT_EQ(after.Number(after.Page(1), 274, 1), 6U) << "it is shown turned";
+}
+
 TEST_F(PageOperations, AFailureLeavesTheDocumentAsItWas) {
     Staple({"1.tif", "2.tif", "3.tif", "4.tif"}, "t.tif");
     const std::string before = Bytes("t.tif"), path = folder.Path("t.tif");
