@@ -174,7 +174,9 @@ void Backlog::Import(std::string_view key) {
             left.push_back(image);
     if (left.empty()) return;
     index.Save(); // what cannot be marked would come in twice
+    const auto dossier = lclSite.OpenDossier();
     const auto target = Folder();
+    if (dossier != lclSite.OpenDossier()) return; // the host left it on hearing of the folder
     if (!target) throw platform::Error(platform::errors::fail, "The folder was not taken.");
     if (const auto children = target->ChildCollection())
         for (const auto& child : children->Items())

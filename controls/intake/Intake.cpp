@@ -57,14 +57,13 @@ std::int32_t Intake::AddFiles(const std::vector<std::string>& files, std::string
                                                                     : std::string(description)}));
     std::vector<IntakeEntry> entries;
     for (const auto& file : files) entries.push_back({{file, scanned}});
-    return TellNotAdded(lclSite, FileInto(into, entries));
+    return TellNotAdded(lclSite, FileInto(lclSite.OpenDossier(), into, entries));
 }
 
-FilingReport Intake::FileInto(const ItemPtr& folder, const std::vector<IntakeEntry>& entries,
-                              bool waited) {
-    const auto dossier = lclSite.OpenDossier();
+FilingReport Intake::FileInto(const Dossier& dossier, const ItemPtr& folder,
+                              const std::vector<IntakeEntry>& entries, bool waited) {
     Remember(dossier, entries);
-    auto report = lclFiler.File(folder, entries);
+    auto report = lclFiler.File(dossier == lclSite.OpenDossier() ? folder : nullptr, entries);
     const std::set<std::size_t> left(report.left.begin(), report.left.end());
     for (std::size_t at = 0; at < entries.size(); ++at)
         if (const auto& what = entries[at].what;
@@ -124,13 +123,14 @@ void Intake::TakeLeftOver() {
         }
         if (!file.comesBack) lclPending.push_back({{std::move(file)}, dossier});
     }
-    WithoutFiled({});
+    WithoutFiled(dossier, {});
     Remember(dossier);
 }
 
 // What is in the dossier already does not come in again; its file goes as soon as it can.
-std::vector<IntakeFile> Intake::WithoutFiled(const std::vector<IntakeFile>& files) {
-    const auto dossier = lclSite.OpenDossier();
+std::vector<IntakeFile> Intake::WithoutFiled(const Dossier& dossier,
+                                             const std::vector<IntakeFile>& files) {
+    if (dossier != lclSite.OpenDossier()) return files;
     std::set<std::string> filed;
     for (const auto& one : lclFiled)
         if (one.dossier == dossier) filed.insert(one.entry.what.file);
@@ -172,26 +172,28 @@ std::vector<IntakeEntry> Intake::AskForFolders(const std::vector<IntakeFile>& fi
     return entries;
 }
 
-std::int32_t Intake::AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder,
-                               std::vector<ItemPtr>* filed) {
-    auto entries = AskForFolders(WithoutFiled(files));
+std::int32_t Intake::AddByUser(const Dossier& dossier, const std::vector<IntakeFile>& files,
+                               const ItemPtr& folder, std::vector<ItemPtr>* filed) {
+    auto entries = AskForFolders(WithoutFiled(dossier, files));
     if (entries.empty()) return addFiles::stopped;
     if (folder) {
-        const auto report = FileInto(folder, entries);
+        const auto report = FileInto(dossier, folder, entries);
         if (filed) *filed = report.filed;
         return TellNotAdded(lclSite, report);
     }
-    Wait(std::move(entries));
+    Wait(dossier, std::move(entries));
     return addFiles::done;
 }
 
-void Intake::AddWaiting(const std::vector<IntakeFile>& files) {
-    if (auto entries = EntriesOf(WithoutFiled(files)); !entries.empty()) Wait(std::move(entries));
+void Intake::AddWaiting(const Dossier& dossier, const std::vector<IntakeFile>& files) {
+    if (auto entries = EntriesOf(WithoutFiled(dossier, files)); !entries.empty())
+        Wait(dossier, std::move(entries));
 }
 
-void Intake::Wait(std::vector<IntakeEntry> entries) {
-    const auto dossier = lclSite.OpenDossier();
+void Intake::Wait(const Dossier& dossier, std::vector<IntakeEntry> entries) {
+    std::string names;
     for (auto& entry : entries) {
+        names += "\r\n" + entry.what.file;
         const auto waits = [&](const Waiting& one) {
             return one.dossier == dossier && one.entry.what.file == entry.what.file;
         };
@@ -199,19 +201,23 @@ void Intake::Wait(std::vector<IntakeEntry> entries) {
             lclPending.push_back({std::move(entry), dossier});
     }
     Remember(dossier);
-    lclSite.Tell("Selecteer een map om het document op te bergen");
+    if (dossier == lclSite.OpenDossier())
+        lclSite.Tell("Selecteer een map om het document op te bergen");
+    else
+        lclSite.Tell("Het dossier is gesloten. Dit wacht tot het weer geopend wordt: $%$", {names});
 }
 
 void Intake::Dropped(const DropEvent& drop) {
     drop.effect = drop::none;
     const auto tree = lclSite.Tree();
+    const auto dossier = lclSite.OpenDossier();
     if (!tree) return lclSite.Tell("Er is geen dossier geopend");
     const auto files = FilesOfDrop(drop);
     if (files.empty()) return;
     auto target = drop.targetId == 0 ? nullptr : tree->GetItem(drop.targetId, {});
     if (target && !target->AllowChildren()) target = lclSite.ParentOf(*target);
     if (!target) target = lclSite.SelectedFolder();
-    if (AddByUser(files, target) == addFiles::done) drop.effect = drop::copy;
+    if (AddByUser(dossier, files, target) == addFiles::done) drop.effect = drop::copy;
 }
 
 // Files as they are; else what stands nowhere yet. Mails of the mail program are asked of it, so
@@ -238,7 +244,7 @@ void Intake::Pasted(const std::vector<std::string>& names) {
     if (!tree) return lclSite.Tell("Er is geen dossier geopend");
     std::vector<IntakeFile> files;
     for (const auto& name : names) files.push_back({name});
-    AddByUser(files, FolderFor(0, {}, false));
+    AddByUser(lclSite.OpenDossier(), files, FolderFor(0, {}, false));
 }
 
 bool Intake::HasPending() const {
@@ -282,7 +288,7 @@ void Intake::FolderSelected() {
     if (lclSite.Lock().Held() || !lclSite.Tree() || !HasPending()) return;
     if (const auto folder = lclSite.SelectedFolder())
         if (const auto entries = TakePending(false); !entries.empty())
-            TellNotAdded(lclSite, FileInto(folder, entries, true));
+            TellNotAdded(lclSite, FileInto(lclSite.OpenDossier(), folder, entries, true));
 }
 
 std::int32_t Intake::FilePendingAtTop() {
@@ -290,7 +296,8 @@ std::int32_t Intake::FilePendingAtTop() {
     const auto tree = lclSite.Tree();
     const auto entries = TakePending(true);
     if (entries.empty()) return addFiles::done;
-    const auto report = FileInto(tree ? tree->Item() : nullptr, entries, true);
+    const auto report =
+        FileInto(lclSite.OpenDossier(), tree ? tree->Item() : nullptr, entries, true);
     if (!report.filed.empty())
         lclSite.Tell(
             "Er waren nog documenten om op te bergen, deze zijn op het hoogste niveau toegevoegd");

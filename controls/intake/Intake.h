@@ -28,10 +28,12 @@ public:
 
     // By the user's hand: folders among the files are taken in with all below them where the user
     // agrees. Into the folder, or where there is none into the one that is selected next.
-    // `filed`: what came of it.
-    std::int32_t AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder,
-                           std::vector<ItemPtr>* filed = nullptr);
-    void AddWaiting(const std::vector<IntakeFile>& files); // asks for a folder to be selected
+    // `dossier` is the one that was open before anything was asked: where another one is by now, it
+    // waits for that one. `filed`: what came of it.
+    std::int32_t AddByUser(const Dossier& dossier, const std::vector<IntakeFile>& files,
+                           const ItemPtr& folder, std::vector<ItemPtr>* filed = nullptr);
+    // Asks for a folder to be selected.
+    void AddWaiting(const Dossier& dossier, const std::vector<IntakeFile>& files);
     void Dropped(const DropEvent& drop);
     void Pasted(const std::vector<std::string>& files); // into the selected folder, else the top
 
@@ -51,11 +53,12 @@ private:
         bool refused = false; // told already: no choice of a folder tries again, leaving does
     };
     // `waited`: what could not be filed goes on waiting for its dossier.
-    FilingReport FileInto(const ItemPtr& folder, const std::vector<IntakeEntry>& entries,
-                          bool waited = false);
-    void Wait(std::vector<IntakeEntry> entries);
+    FilingReport FileInto(const Dossier& dossier, const ItemPtr& folder,
+                          const std::vector<IntakeEntry>& entries, bool waited = false);
+    void Wait(const Dossier& dossier, std::vector<IntakeEntry> entries);
     void TakeLeftOver();
-    std::vector<IntakeFile> WithoutFiled(const std::vector<IntakeFile>& files);
+    std::vector<IntakeFile> WithoutFiled(const Dossier& dossier,
+                                         const std::vector<IntakeFile>& files);
     bool WasFiled(const IntakeFile& file) const;
     void Remember(const Dossier& dossier, const std::vector<IntakeEntry>& filing = {});
     std::vector<IntakeEntry> TakePending(bool refused);

@@ -44,14 +44,15 @@ std::string WithDocumentId(std::string valueFile, std::int64_t number) {
 void Letters::Make(const LetterOrder& order) {
     const auto folder = lclSite.SelectedFolder();
     const auto tree = lclSite.Tree();
+    const auto dossier = lclSite.OpenDossier();
     if (!folder || !tree) return lclSite.Tell("Selecteer eerst een map voor de toevoeging");
     const auto document = Merge(order);
     if (document.empty()) return;
-    // The dossier may have been left meanwhile: then the letter waits for its folder.
+    // The dossier may have been left meanwhile: then the letter waits for it, and for its folder.
     const bool there = lclSite.Tree() == tree && tree->GetItem(folder->Id(), {}) == folder;
     std::vector<ItemPtr> filed;
-    lclIntake.AddByUser({{.file = document, .description = order.name}}, there ? folder : nullptr,
-                        &filed);
+    lclIntake.AddByUser(dossier, {{.file = document, .description = order.name}},
+                        there ? folder : nullptr, &filed);
     if (order.open && !filed.empty()) lclSite.OpenDefault(filed.front());
 }
 
