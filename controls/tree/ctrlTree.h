@@ -464,6 +464,7 @@ private:
     std::vector<std::pair<std::string, Images>> lclImages; // by type as written, for the fill
     std::int32_t lclFillErrors = 0;
     bool lclFilling = false, lclFillAgain = false;
+    std::uint32_t lclLoads = 0; // begun
     MailSender* lclMail = nullptr;
     std::vector<Deletion> lclDeletions; // that can be undone, the last one last
     std::string lclSought;
