@@ -8,6 +8,7 @@
 #include "platform/General.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
+#include "platform/text.h"
 
 namespace kavidex::data {
 namespace {
@@ -18,6 +19,20 @@ std::string DatabaseOf(const Connection& connection) {
     } catch (const std::exception&) {
         return {}; // not open
     }
+}
+
+// Databases of two servers may have one name. A connection that does not tell its server is taken
+// to be on the other's.
+bool OnOneServer(const Connection& a, const Connection& b) {
+    std::string names[2];
+    for (const int i : {0, 1}) {
+        try {
+            names[i] = ToText((i == 0 ? a : b).Property("Server Name"));
+        } catch (const std::exception&) {
+            return true;
+        }
+    }
+    return names[0].empty() || names[1].empty() || platform::EqualNoCase(names[0], names[1]);
 }
 
 } // namespace
@@ -65,7 +80,8 @@ bool ConnectionAssignment::IsCurrent(const ConnectionPtr& connection) const {
     const bool live = lclLive && lclConnection->IsOpen() && !IsElsewhere();
     if (connection == lclConnection) return live == connection->IsOpen();
     const std::string database = DatabaseOf(*connection);
-    return live && !database.empty() && database == DatabaseOf(*lclConnection);
+    return live && !database.empty() && database == DatabaseOf(*lclConnection) &&
+           OnOneServer(*connection, *lclConnection);
 }
 
 bool ConnectionAssignment::IsElsewhere() const {

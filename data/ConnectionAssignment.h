@@ -33,7 +33,8 @@ public:
                          Translation translation = {});
 
     const ConnectionPtr& DbConnection() const { return lclConnection; }
-    // False, and nothing done, when both are null or both are open on the same DefaultDatabase.
+    // False, and nothing done, when both are null or both are open on the same DefaultDatabase of
+    // one server.
     // Where that is empty, only the same object is the same.
     bool SetDbConnection(const ConnectionPtr& connection);
     // What the database was called when it was assigned.

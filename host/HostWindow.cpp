@@ -72,9 +72,13 @@ void HostWindow::Create() {
     HDC screen = GetDC(nullptr);
     const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
     ReleaseDC(nullptr, screen);
-    lclWindow = CreateWindowExW(0, className, title, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN,
-                                CW_USEDEFAULT, CW_USEDEFAULT, MulDiv(1000, dpi, 96),
-                                MulDiv(680, dpi, 96), nullptr, MakeMenu(lclLanguage), module, this);
+    RECT room{0, 0, MAXSHORT, MAXSHORT}; // no larger than the screen
+    SystemParametersInfoW(SPI_GETWORKAREA, 0, &room, 0);
+    lclWindow =
+        CreateWindowExW(0, className, title, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
+                        CW_USEDEFAULT, std::min<int>(MulDiv(1000, dpi, 96), room.right - room.left),
+                        std::min<int>(MulDiv(680, dpi, 96), room.bottom - room.top), nullptr,
+                        MakeMenu(lclLanguage), module, this);
     if (!lclWindow) throw platform::Error(platform::errors::fail, "no window", "kavidex-host");
 }
 

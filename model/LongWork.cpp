@@ -19,30 +19,38 @@ constexpr int stepsALook = 16; // at the clock
 
 // The threads at work; a host may have several, each with its own binder. No thread_local: its
 // clean-up could outlive the library.
+struct Worker {
+    std::thread::id thread;
+    const void* tree;
+};
 std::mutex mutex;
-std::vector<std::thread::id> atWork;
+std::vector<Worker> atWork;
 
-bool IsThisThread(std::thread::id thread) { return thread == std::this_thread::get_id(); }
+bool IsThisThread(const Worker& worker) { return worker.thread == std::this_thread::get_id(); }
 
 std::int64_t Since(std::int64_t then, std::int64_t now) { return (now - then + dayMs) % dayMs; }
 
 } // namespace
 
-LongWork::LongWork(const platform::Workstation& workstation, std::string caption, std::string text)
+LongWork::LongWork(const platform::Workstation& workstation, std::string caption, std::string text,
+                   const void* tree)
     : lclWorkstation(workstation), lclCaption(std::move(caption)), lclText(std::move(text)),
       lclBegun(Now()), lclPumped(lclBegun) {
     const std::lock_guard guard(mutex);
-    atWork.push_back(std::this_thread::get_id());
+    atWork.push_back({std::this_thread::get_id(), tree});
 }
 
 LongWork::~LongWork() {
     const std::lock_guard guard(mutex);
-    atWork.erase(std::find_if(atWork.begin(), atWork.end(), IsThisThread));
+    const auto last = std::find_if(atWork.rbegin(), atWork.rend(), IsThisThread);
+    atWork.erase(std::next(last).base()); // works of one thread end in the order of a stack
 }
 
-void LongWork::Guard() {
+void LongWork::Guard(const void* tree) {
     const std::lock_guard guard(mutex);
-    if (std::any_of(atWork.begin(), atWork.end(), IsThisThread))
+    if (std::any_of(atWork.begin(), atWork.end(), [&](const Worker& worker) {
+            return IsThisThread(worker) && (!worker.tree || worker.tree == tree);
+        }))
         throw platform::Error(platform::errors::fail, "The dossier is being read or changed.");
 }
 

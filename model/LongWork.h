@@ -14,18 +14,21 @@ struct Workstation;
 
 namespace kavidex::model {
 
-// What the message loop lets in must not touch trees: they are loaded and changed with Guard, which
-// throws platform::Error while long work of the same thread is under way.
+// What the message loop lets in must not touch the tree that is worked at, and no tree at all
+// during a transaction: trees are loaded and changed with Guard, which throws platform::Error then.
+// Work at another tree of the same thread goes on.
 class LongWork {
 public:
-    LongWork(const platform::Workstation& workstation, std::string caption, std::string text);
+    // `tree`: null for work in a transaction.
+    LongWork(const platform::Workstation& workstation, std::string caption, std::string text,
+             const void* tree = nullptr);
     ~LongWork();
     LongWork(const LongWork&) = delete;
     LongWork& operator=(const LongWork&) = delete;
 
     void Step(); // between two statements; cheap, never throws
 
-    static void Guard();
+    static void Guard(const void* tree);
 
 private:
     std::int64_t Now() const; // in milliseconds

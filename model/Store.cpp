@@ -75,7 +75,9 @@ std::optional<std::string> ReadSetting(const platform::Workstation& workstation,
         data::clsSettings settings(workstation); // which converts an old table on its way
         settings.SetDbConnection(connection);
         if (settings.GetSetting(section, key, value)) return value;
+        if (settings.Failure().empty()) return std::nullopt;
     }
+    // What refused it is told by the statement itself.
     const data::RecordsetPtr row =
         Store(connection)
             .Read("Select * from tblSettings where Section = " + data::SqlValue(section) +

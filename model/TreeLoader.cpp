@@ -19,14 +19,14 @@ constexpr std::string_view deletedMark = " VERWIJDERD";
 
 } // namespace
 
-TreeLoader::TreeLoader(const platform::Workstation& workstation,
+TreeLoader::TreeLoader(const clsTree& tree, const platform::Workstation& workstation,
                        const data::ConnectionPtr& connection, bool orderByName,
                        data::Translation translation)
     : lclWorkstation(workstation), lclStore(connection), lclTranslation(std::move(translation)),
       lclOrderByName(orderByName),
       lclShowDeleted(platform::GetRegFlag(workstation, "TreeSettings", "ShowDeleted")),
       lclWork(workstation, data::Translated(lclTranslation, "Dossier openen"),
-              data::Translated(lclTranslation, "Mappen en documenten worden gelezen.")) {}
+              data::Translated(lclTranslation, "Mappen en documenten worden gelezen."), &tree) {}
 
 clsItemColPtr TreeLoader::Load(NodeId parentId) {
     lclFolders.insert(parentId);

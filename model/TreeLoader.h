@@ -12,12 +12,16 @@
 
 namespace kavidex::model {
 
+class clsTree;
+
 // A folder met a second time, as in a tree whose node is its own ancestor, is left out and logged.
 // What the database refuses is shown and logged; the rest of the tree is read.
 class TreeLoader {
 public:
-    TreeLoader(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
-               bool orderByName, data::Translation translation);
+    // `tree` is let alone by others until it is loaded.
+    TreeLoader(const clsTree& tree, const platform::Workstation& workstation,
+               const data::ConnectionPtr& connection, bool orderByName,
+               data::Translation translation);
 
     clsItemColPtr Load(NodeId parentId); // null without children
 

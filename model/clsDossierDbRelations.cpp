@@ -1,5 +1,8 @@
 #include "model/clsDossierDbRelations.h"
 
+#include <algorithm>
+
+#include "data/letters.h"
 #include "data/modData.h"
 #include "model/Store.h"
 #include "model/criteria.h"
@@ -9,6 +12,18 @@
 #include "platform/text.h"
 
 namespace kavidex::model {
+
+namespace {
+
+// What a database of one code page made of a key: "?" or a plain letter for each that it lacks.
+bool CouldBeLeftOf(std::string_view given, std::string_view kept) {
+    const auto whole = platform::ToUtf16(platform::LowerCase(given));
+    const auto left = platform::ToUtf16(platform::LowerCase(kept));
+    return std::equal(whole.begin(), whole.end(), left.begin(), left.end(),
+                      [](char16_t a, char16_t b) { return a == b || (a > 127 && b <= 127); });
+}
+
+} // namespace
 
 clsDossierDbRelations::clsDossierDbRelations(const platform::Workstation& workstation)
     : RecordClass(workstation, "tblDossierDbRelation", "Application Runtime Error $%$",
@@ -37,6 +52,21 @@ void clsDossierDbRelations::ReadRow(const data::Recordset& row) {
     lclRow.dossierId = data::ToInt32(row.Get("DbRelId"));
 }
 
+// Servers may take "e" for "é", and find the dossier of another key.
+bool clsDossierDbRelations::IsKey(std::string_view kept, std::string_view given) const {
+    const auto wanted = platform::TrimView(given);
+    return platform::EqualNoCase(kept, wanted) ||
+           (CouldBeLeftOf(wanted, kept) &&
+            !data::KeepsEveryLetter(data::CollationOf(Machine(), DbConnection())));
+}
+
+bool clsDossierDbRelations::OpenKey(std::string_view key) {
+    SetDbKey(key);
+    if (!OpenDataSource()) return false;
+    while (!Eof() && !IsKey(DbKey(), key)) MoveNext();
+    return true;
+}
+
 bool clsDossierDbRelations::SaveNewRow() {
     return Guarded("SaveNewRow", [&] {
         const std::string guid = data::SqlValue(NewGuid(Machine()));
@@ -56,11 +86,14 @@ bool clsDossierDbRelations::SaveNewRow() {
 // Others may have begun a dossier under the key since it was looked for. Of all their rows the
 // lowest counts, whether it has its number by now or not; read once ours is there for all.
 std::int32_t clsDossierDbRelations::FirstNumber() const {
+    const auto key = AsWritten(DbConnection(), DbKey());
     const data::RecordsetPtr rows =
         Store(DbConnection())
-            .ReadNow("Select DbRelId, DossierId from " + TableName() + " where DbKey = " +
-                     data::SqlValue(AsWritten(DbConnection(), DbKey())) + " order by DossierId");
-    while (!rows->Eof() && data::ToInt32(rows->Get("DbRelId")) < 0) rows->MoveNext();
+            .ReadNow("Select DbRelId, DossierId, dbKey from " + TableName() +
+                     " where DbKey = " + data::SqlValue(key) + " order by DossierId");
+    while (!rows->Eof() && (data::ToInt32(rows->Get("DbRelId")) < 0 ||
+                            !IsKey(TrimmedText(rows->Get("dbKey")), key)))
+        rows->MoveNext();
     return rows->Eof() ? DossierId() : data::ToInt32(rows->Get("DossierId"));
 }
 
@@ -111,9 +144,7 @@ bool clsDossierDbRelations::Rekey(std::string_view newKey) {
         Transaction transaction(store, Machine());
         SetDbKey(newKey);
         WriteKey();
-        if (!oldKey.empty())
-            store.Write("update tblDocument set ExternalId = " + data::SqlValue(newKey) +
-                        " where ExternalId = " + data::SqlValue(oldKey));
+        if (!oldKey.empty()) RekeyDocuments(store, oldKey, newKey);
         transaction.Commit();
         return true;
     });
@@ -122,6 +153,20 @@ bool clsDossierDbRelations::Rekey(std::string_view newKey) {
         lclFilter = filter;
     }
     return done;
+}
+
+void clsDossierDbRelations::RekeyDocuments(const Store& store, std::string_view oldKey,
+                                           std::string_view newKey) const {
+    const auto key = AsWritten(DbConnection(), oldKey);
+    const data::RecordsetPtr rows = store.Read(
+        "Select Id, ExternalId from tblDocument where ExternalId = " + data::SqlValue(key));
+    std::string others; // of keys that the server takes for this one
+    for (; !rows->Eof(); rows->MoveNext())
+        if (!IsKey(TrimmedText(rows->Get("ExternalId")), key))
+            others += (others.empty() ? "" : ", ") + Number(data::ToInt32(rows->Get("Id")));
+    store.Write("update tblDocument set ExternalId = " + data::SqlValue(newKey) +
+                " where ExternalId = " + data::SqlValue(oldKey) +
+                (others.empty() ? "" : " and not Id in (" + others + ")"));
 }
 
 bool clsDossierDbRelations::DeleteCurrentRow() {

@@ -10,6 +10,8 @@
 
 namespace kavidex::model {
 
+class Store;
+
 // OpenDataSource filters on the properties that the caller has set and loads the first row; moves
 // load theirs. A key with backslashes is also found as a MySQL server keeps those that are written
 // here: with two for each.
@@ -25,6 +27,9 @@ public:
     std::int64_t DbKey_Size() const { return FieldSize("dbKey"); }
     std::int64_t DossierId_Size() const { return FieldSize("DbRelId"); }
 
+    // OpenDataSource for this key, at its own row: not at that of a key which the server's
+    // collation takes for it. Eof where there is none.
+    bool OpenKey(std::string_view key);
     bool SaveNewRow() override;
     // The same, for a key that has no number: where another gives it one at the same moment, the
     // number is that of the first, `anothers` tells it, and the row made here is taken out again.
@@ -44,8 +49,10 @@ protected:
 private:
     std::string SelectBy(std::string_view key) const;
     std::int32_t FirstNumber() const;
+    bool IsKey(std::string_view kept, std::string_view given) const;
     void TakeOut() const;
     void WriteKey() const;
+    void RekeyDocuments(const Store& store, std::string_view oldKey, std::string_view newKey) const;
     void NeedRow(std::int64_t touched) const;
     struct Row {
         std::string dbKey;

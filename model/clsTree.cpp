@@ -34,7 +34,7 @@ void clsTree::SetItem(clsItemPtr root) {
 }
 
 void clsTree::SetTreeId(std::int32_t id) {
-    LongWork::Guard();
+    LongWork::Guard(this);
     lclTreeId = id;
     if (id == 0)
         Reset();
@@ -43,7 +43,7 @@ void clsTree::SetTreeId(std::int32_t id) {
 }
 
 void clsTree::SetDbConnection(data::ConnectionPtr connection) {
-    LongWork::Guard();
+    LongWork::Guard(this);
     const bool first = !lclConnection;
     lclConnection = std::move(connection);
     if (lclTreeId >= 1 && first) Load();
@@ -98,7 +98,7 @@ void clsTree::Store() {
 
 bool clsTree::CreateNew() {
     if (!lclConnection || lclTreeId != 0) return false;
-    LongWork::Guard();
+    LongWork::Guard(this);
     // Servers store a new tree's flags as 0; the first change puts them right.
     const bool words = data::IsAccessConnection(lclConnection);
     const auto flag = [&](bool value) { return std::string(words ? Word(value) : "0"); };
@@ -172,7 +172,8 @@ void clsTree::LoadRoot(NodeId topItem) {
 
 clsItemColPtr clsTree::fncLoadCollectionFromDatabase(NodeId parentId) {
     if (!lclConnection) return nullptr;
-    return TreeLoader(lclWorkstation, lclConnection, lclOrderByName, lclTranslation).Load(parentId);
+    return TreeLoader(*this, lclWorkstation, lclConnection, lclOrderByName, lclTranslation)
+        .Load(parentId);
 }
 
 clsItemColPtr clsTree::ChildrenOf(clsItem& parent) {
@@ -198,7 +199,7 @@ clsItemPtr clsTree::AddChildItem(NodeId id, std::string_view type, clsItemColPtr
                                  std::int32_t itemId, std::string_view description,
                                  NodeId parentId) {
     if (parentId == 0 || !lclConnection) return nullptr;
-    LongWork::Guard();
+    LongWork::Guard(this);
     const clsItemPtr parent = GetItem(parentId, "");
     if (!parent || !parent->AllowChildren()) return nullptr;
     const bool indexed = lclIndex->Current(*lclItem);
@@ -211,7 +212,7 @@ clsItemPtr clsTree::AddChildItem(NodeId id, std::string_view type, clsItemColPtr
 
 clsItemPtr clsTree::MoveItem(NodeId itemId, NodeId newParentId, NodeId oldParentId) {
     if (newParentId == 0 || newParentId == oldParentId || !lclConnection) return nullptr;
-    LongWork::Guard();
+    LongWork::Guard(this);
     const clsItemPtr newParent = GetItem(newParentId, "");
     const clsItemPtr item = GetItem(itemId, "");
     const clsItemPtr oldParent = GetItem(oldParentId, "");
@@ -226,7 +227,7 @@ clsItemPtr clsTree::MoveItem(NodeId itemId, NodeId newParentId, NodeId oldParent
 bool clsTree::DeleteItem(clsItemPtr& item, NodeId id, std::vector<NodeId>* taken,
                          const std::function<bool(NodeId)>& may) {
     if (!lclConnection) return false;
-    LongWork::Guard();
+    LongWork::Guard(this);
     const clsItemPtr doomed = item ? item : GetItem(id, "");
     if (!doomed) return false;
     if (doomed->Id() > 0) { // otherwise deleted before, and in its place already
@@ -249,7 +250,7 @@ bool clsTree::DeleteItem(clsItemPtr& item, NodeId id, std::vector<NodeId>* taken
 
 clsTree::Restored clsTree::RestoreItem(NodeId id, std::span<const NodeId> those) {
     if (!lclConnection || id <= 0 || !lclItem) return {};
-    LongWork::Guard();
+    LongWork::Guard(this);
     const model::Store store(lclConnection);
     LongWork work(lclWorkstation, data::Translated(lclTranslation, "Terugzetten"),
                   data::Translated(lclTranslation, "Mappen en documenten worden teruggezet."));
@@ -286,7 +287,7 @@ clsItemPtr clsTree::GetItemWithinTree(const clsItemPtr& start, NodeId id,
 
 bool clsTree::Delete() {
     if (!lclConnection || !lclItem) return false;
-    LongWork::Guard();
+    LongWork::Guard(this);
     bool dangling = false;
     FirstDepthFirst(*lclItem, [&](const clsItem& node) {
         if (&node != lclItem.get()) dangling = SweepNode(node.Id());

@@ -48,13 +48,15 @@ public:
         return lclTranslate;
     }
     void SetTranslate(const ComPtr<IDispatch>& object) {
-        Logic().SetTranslate(TranslatorOf(object));
-        lclTranslate = object;
+        auto translator = TranslatorOf(object);
+        lclTranslate = object; // what the logic hands on is the host's own
+        Logic().SetTranslate(std::move(translator));
     }
     ComPtr<IDispatch> UserAuth() const { return lclUserAuth; }
     void SetUserAuth(const ComPtr<IDispatch>& object) {
-        Logic().SetUserAuth(RightsOf(object));
+        auto rights = RightsOf(object);
         lclUserAuth = object;
+        Logic().SetUserAuth(std::move(rights));
     }
     ComPtr<IDispatch> Font() const { return FontObject(Logic().Font()); }
     void SetFont(const ComPtr<IDispatch>& object) { Logic().SetFont(FontFrom(object)); }

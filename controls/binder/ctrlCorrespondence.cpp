@@ -266,6 +266,7 @@ void ctrlCorrespondence::HandDownTranslator() {
     lclViewer->SetTranslate(lclTranslator);
     lclExtViewer->SetTranslate(lclTranslator);
     lclChecklist->SetTranslate(lclTranslator);
+    if (lclIntake) lclIntake->scan.SetupChanged();
     ToolbarChanged();
 }
 
@@ -281,6 +282,7 @@ void ctrlCorrespondence::HandDownRights() {
     lclExtViewer->SetUserAuth(lclUserAuth);
     lclChecklist->SetUserAuth(lclUserAuth);
     WriteSwitches();
+    if (lclIntake) lclIntake->scan.SetupChanged();
     ToolbarChanged();
 }
 

@@ -143,7 +143,8 @@ public:
     void SetDbConnection(const data::ConnectionPtr& connection);
 
     // The key under which documents waiting in the scan queue and the backlog are looked for.
-    // The host's stays from dossier to dossier; without one it is the key of the open dossier.
+    // This one stays from dossier to dossier, that of OpenOrCreate ends with its dossier; without
+    // either it is the key of the open dossier.
     void SetCheckDocumentQueueId(std::string_view id) { lclQueueExternalId = id; }
 
     void LoadProperties(PropertyBag& bag);
@@ -317,7 +318,9 @@ private:
                                std::string_view tabs, std::int32_t& step);
     std::string DefaultTabs(std::string_view listOfTabs) const;
     void RestoreSelection();
+    const std::string& QueueKey() const; // empty: the open dossier's own
     void ImportBacklog();
+    void TakeWaiting(); // backlog and scan queue of a dossier just opened
 
     std::shared_ptr<model::clsItem> SelectedFolder() const;
     void TellNotExported(const std::vector<std::string>& descriptions) const;
@@ -340,8 +343,9 @@ private:
     GrantedRights lclRights;
     bool lclKeyKnown = true; // else the database could not be asked yet for the open tree's key
     std::function<bool()> lclDesigning;
-    std::uint32_t lclTurn = 0;      // counts the calls that open or leave a dossier
-    std::string lclQueueExternalId; // the host's; empty: the open dossier's key
+    bool lclBacklogDue = false, lclQueueDue = false; // looked at once no operation runs
+    std::uint32_t lclTurn = 0; // counts the calls that open or leave a dossier
+    std::string lclQueueExternalId, lclDossierQueueId; // the host's for all, and for the open one
     OperationLock lclLock;
 
     std::unique_ptr<ctrlTree> lclTree;

@@ -1,4 +1,6 @@
 // How documents come in, as the host asks for it, and what waits in the scan queue.
+#include <utility>
+
 #include "controls/binder/IntakeWiring.h"
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/tree/ctrlTree.h"
@@ -21,6 +23,7 @@ std::int32_t ctrlCorrespondence::AddFiles(const std::vector<std::string>& data,
     const auto result =
         lclIntake->intake.AddFiles(data, IntoDescription, IntoId, prmScannedDoc, prmAddToTop);
     ShowInChecklist();
+    TakeWaiting();
     return result;
 }
 
@@ -47,16 +50,26 @@ bool ctrlCorrespondence::ExistItem(std::int32_t ItemId) const {
 
 std::int32_t ctrlCorrespondence::fncCheckDocumentQueue(std::string_view prmExternalId) {
     Guarded("fncCheckDocumentQueue", [&] {
-        const auto& own = lclQueueExternalId.empty() ? lclState.ExternalId : lclQueueExternalId;
-        lclIntake->queue.Check(prmExternalId.empty() ? own : prmExternalId, Id());
+        const auto& own = QueueKey().empty() ? lclState.ExternalId : QueueKey();
+        lclIntake->queue.Check(prmExternalId.empty() ? own : std::string(prmExternalId), Id());
     });
     return 0;
 }
 
+const std::string& ctrlCorrespondence::QueueKey() const {
+    return lclDossierQueueId.empty() ? lclQueueExternalId : lclDossierQueueId;
+}
+
+// A dossier that is opened during another operation takes in what waits once that one is done.
+void ctrlCorrespondence::TakeWaiting() {
+    if (lclLock.Held()) return;
+    if (std::exchange(lclBacklogDue, false)) ImportBacklog(); // which may open another one
+    if (!lclLock.Held() && std::exchange(lclQueueDue, false)) fncCheckDocumentQueue({});
+}
+
 void ctrlCorrespondence::ImportBacklog() {
-    Guarded("BacklogImport", [&] {
-        lclIntake->backlog.Import(lclQueueExternalId.empty() ? DossierKey() : lclQueueExternalId);
-    });
+    Guarded("BacklogImport",
+            [&] { lclIntake->backlog.Import(QueueKey().empty() ? DossierKey() : QueueKey()); });
 }
 
 } // namespace kavidex::controls

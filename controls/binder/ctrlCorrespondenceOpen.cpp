@@ -125,7 +125,8 @@ void ctrlCorrespondence::SetId(std::int32_t id) {
         LookUpKey(id);
     }
     ShowTree(id);
-    if (id != 0 && !Overtaken(turn)) ImportBacklog();
+    if (id != 0 && !Overtaken(turn)) lclBacklogDue = true;
+    TakeWaiting();
 }
 
 void ctrlCorrespondence::ShowTree(std::int32_t id) {
@@ -197,7 +198,8 @@ bool ctrlCorrespondence::CreateNew(std::string_view prmDescription,
     EmptyViewers();
     if (const auto tree = lclTree->CreateTree(prmDescription, prmListOfDefaultTabs)) {
         ShowMade(tree);
-        if (!Overtaken(turn)) ImportBacklog();
+        if (!Overtaken(turn)) lclBacklogDue = true;
+        TakeWaiting();
         return true;
     }
     TakeKey(key); // of the dossier that is still open
@@ -226,9 +228,9 @@ std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
                                               std::string_view prmListOfDefaultTabs,
                                               std::string_view prmOldExternalId,
                                               std::string_view prmExIdForBacklogAndQueue) {
-    if (!prmExIdForBacklogAndQueue.empty()) lclQueueExternalId = prmExIdForBacklogAndQueue;
     const auto turn = Begin();
     EndDossier();
+    if (!Overtaken(turn)) lclDossierQueueId = prmExIdForBacklogAndQueue;
     const auto tabs = DefaultTabs(prmListOfDefaultTabs);
     if (!Overtaken(turn) && !DbConnection() && !lclState.DbProvider.empty() &&
         !lclState.DbPath.empty())
@@ -242,15 +244,18 @@ std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
         ReportError("OpenOrCreate", error);
         result = step;
     }
-    if (Overtaken(turn)) return WasOvertaken(prmExternalId);
+    if (Overtaken(turn)) {
+        TakeWaiting(); // of the dossier that stayed
+        return WasOvertaken(prmExternalId);
+    }
     if (result != 0) {
         if (Id() != 0) EndDossier();
         TakeKey({});
         return result;
     }
     ApplyLayout();
-    ImportBacklog();
-    if (!Overtaken(turn)) fncCheckDocumentQueue({});
+    lclBacklogDue = lclQueueDue = true;
+    TakeWaiting();
     return Overtaken(turn) ? WasOvertaken(prmExternalId) : 0;
 }
 
@@ -267,7 +272,7 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
                                               std::string_view oldExternalId, std::int32_t& step) {
     step = -1;
     // Without a key the look-up would find whichever dossier comes first.
-    if (!DbConnection() || externalId.empty()) {
+    if (!DbConnection() || platform::TrimView(externalId).empty()) {
         lclWorkstation.log.Write("OpenOrCreate", DbConnection() ? "no key" : "no connection");
         return -1;
     }
@@ -281,12 +286,10 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
     model::clsDossierDbRelations relation(lclWorkstation);
     relation.SetTranslation(TranslationBy(lclTranslator));
     relation.SetDbConnection(DbConnection());
-    relation.SetDbKey(externalId);
-    if (!relation.OpenDataSource()) return -1;
+    if (!relation.OpenKey(externalId)) return -1;
     bool found = !relation.Eof();
-    if (!found && !oldExternalId.empty()) {
-        relation.SetDbKey(oldExternalId);
-        if (!relation.OpenDataSource()) return -1;
+    if (!found && !platform::TrimView(oldExternalId).empty()) {
+        if (!relation.OpenKey(oldExternalId)) return -1;
         found = !relation.Eof();
         if (found && !relation.Rekey(externalId)) return -1;
     }
@@ -349,6 +352,8 @@ std::int32_t ctrlCorrespondence::CloseObject() {
 }
 
 std::int32_t ctrlCorrespondence::LeaveDossier() {
+    lclDossierQueueId.clear();
+    lclBacklogDue = lclQueueDue = false;
     if (Id() == 0) return addFiles::done;
     lclIntake->scan.Close(); // what it scanned belongs to this dossier
     const auto result = lclIntake->intake.FilePendingAtTop();
@@ -369,6 +374,7 @@ void ctrlCorrespondence::Refresh() {
     lclChecklist->SetTree(lclTree->Tree());
     lclChecklist->Refresh();
     if (lclWindow) lclWindow->Repaint();
+    TakeWaiting();
 }
 
 } // namespace kavidex::controls

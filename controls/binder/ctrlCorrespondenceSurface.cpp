@@ -59,6 +59,7 @@ void ctrlCorrespondence::SubscribeToChildren() {
         Guarded("EvItemDropped", [&] {
             OLEDragDrop.Raise(drop.data, drop.effect);
             lclIntake->intake.Dropped(drop);
+            TakeWaiting();
         }); // the tree tells when all of it is done
     }));
     keep(tree.EvItemDroppedAndHandled.Subscribe([this] {

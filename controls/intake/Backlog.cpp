@@ -177,7 +177,9 @@ void Backlog::Import(std::string_view key) {
     const auto left = index.LeftOf(images);
     if (left.empty()) return;
     index.Save(); // what cannot be marked would come in twice
+    const auto dossier = lclSite.OpenDossier();
     const auto target = Folder();
+    if (dossier != lclSite.OpenDossier()) return; // the host left it on hearing of the folder
     if (!target) throw platform::Error(platform::errors::fail, "The folder was not taken.");
     const auto description = [&](const std::string& image) {
         return platform::Trim(model::ColumnText(index.NameOf(image)));

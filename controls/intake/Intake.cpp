@@ -57,16 +57,15 @@ std::int32_t Intake::AddFiles(const std::vector<std::string>& files, std::string
                                                                     : std::string(description)}));
     std::vector<IntakeEntry> entries;
     for (const auto& file : files) entries.push_back({{file, scanned}});
-    return TellNotAdded(lclSite, FileInto(into, entries));
+    return TellNotAdded(lclSite, FileInto(lclSite.OpenDossier(), into, entries));
 }
 
-FilingReport Intake::FileInto(const ItemPtr& folder, const std::vector<IntakeEntry>& entries,
-                              bool waited) {
-    const auto dossier = lclSite.OpenDossier();
+FilingReport Intake::FileInto(const Dossier& dossier, const ItemPtr& folder,
+                              const std::vector<IntakeEntry>& entries, bool waited) {
     const auto begun = lclFiling.size(); // more may begin meanwhile, and is refused
     for (const auto& entry : entries) lclFiling.push_back({entry, dossier});
     Remember(dossier);
-    auto report = lclFiler.File(folder, entries);
+    auto report = lclFiler.File(dossier == lclSite.OpenDossier() ? folder : nullptr, entries);
     lclFiling.resize(begun);
     const std::set<std::size_t> left(report.left.begin(), report.left.end());
     for (std::size_t at = 0; at < entries.size(); ++at) {
@@ -167,13 +166,14 @@ void Intake::TakeLeftOver() {
         else if (known == Known::No && !file.comesBack)
             Keep({std::move(file)}, dossier, false);
     }
-    WithoutFiled({});
+    WithoutFiled(dossier, {});
     Remember(dossier);
 }
 
 // What is in the dossier already does not come in again; its file goes as soon as it can.
-std::vector<IntakeFile> Intake::WithoutFiled(const std::vector<IntakeFile>& files) {
-    const auto dossier = lclSite.OpenDossier();
+std::vector<IntakeFile> Intake::WithoutFiled(const Dossier& dossier,
+                                             const std::vector<IntakeFile>& files) {
+    if (dossier != lclSite.OpenDossier()) return files;
     std::set<std::string> filed;
     for (const auto& one : lclFiled)
         if (one.dossier == dossier) filed.insert(one.entry.what.file);
@@ -219,25 +219,25 @@ std::vector<IntakeEntry> Intake::AskForFolders(const std::vector<IntakeFile>& fi
     return entries;
 }
 
-std::int32_t Intake::AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder,
-                               std::vector<ItemPtr>* filed) {
+std::int32_t Intake::AddByUser(const Dossier& dossier, const std::vector<IntakeFile>& files,
+                               const ItemPtr& folder, std::vector<ItemPtr>* filed) {
     return AddByUser(
-        lclSite.OpenDossier(), files, [&] { return folder; }, filed);
+        dossier, files, [&] { return folder; }, filed);
 }
 
 std::int32_t Intake::AddByUser(const Dossier& dossier, const std::vector<IntakeFile>& files,
                                const std::function<ItemPtr()>& folder,
                                std::vector<ItemPtr>* filed) {
     if (lclSite.OpenDossier() != dossier) return LeaveBehind(EntriesOf(files), dossier);
-    auto entries = AskForFolders(WithoutFiled(files));
+    auto entries = AskForFolders(WithoutFiled(dossier, files));
     if (entries.empty()) return addFiles::stopped;
     if (lclSite.OpenDossier() != dossier) return LeaveBehind(entries, dossier);
     if (const auto into = folder()) {
-        const auto report = FileInto(into, entries);
+        const auto report = FileInto(dossier, into, entries);
         if (filed) *filed = report.filed;
         return TellNotAdded(lclSite, report);
     }
-    Wait(std::move(entries));
+    Wait(dossier, std::move(entries));
     return addFiles::done;
 }
 
@@ -252,12 +252,12 @@ std::int32_t Intake::LeaveBehind(const std::vector<IntakeEntry>& entries, const 
     return TellNotAdded(lclSite, report);
 }
 
-void Intake::AddWaiting(const std::vector<IntakeFile>& files) {
-    if (auto entries = EntriesOf(WithoutFiled(files)); !entries.empty()) Wait(std::move(entries));
+void Intake::AddWaiting(const Dossier& dossier, const std::vector<IntakeFile>& files) {
+    if (auto entries = EntriesOf(WithoutFiled(dossier, files)); !entries.empty())
+        Wait(dossier, std::move(entries));
 }
 
-void Intake::Wait(std::vector<IntakeEntry> entries) {
-    const auto dossier = lclSite.OpenDossier();
+void Intake::Wait(const Dossier& dossier, std::vector<IntakeEntry> entries) {
     for (auto& entry : entries) Keep(std::move(entry), dossier, false);
     Remember(dossier);
     lclSite.Tell("Selecteer een map om het document op te bergen");
@@ -302,7 +302,7 @@ void Intake::Pasted(const std::vector<std::string>& names) {
     if (!tree) return lclSite.Tell("Er is geen dossier geopend");
     std::vector<IntakeFile> files;
     for (const auto& name : names) files.push_back({name});
-    AddByUser(files, FolderFor(0, {}, false));
+    AddByUser(lclSite.OpenDossier(), files, FolderFor(0, {}, false));
 }
 
 bool Intake::HasPending() const {
@@ -346,7 +346,7 @@ void Intake::FolderSelected() {
     if (lclSite.Lock().Held() || !lclSite.Tree() || !HasPending()) return;
     if (const auto folder = lclSite.SelectedFolder())
         if (const auto entries = TakePending(false); !entries.empty())
-            TellNotAdded(lclSite, FileInto(folder, entries, true));
+            TellNotAdded(lclSite, FileInto(lclSite.OpenDossier(), folder, entries, true));
 }
 
 std::int32_t Intake::FilePendingAtTop() {
@@ -354,7 +354,8 @@ std::int32_t Intake::FilePendingAtTop() {
     const auto tree = lclSite.Tree();
     const auto entries = TakePending(true);
     if (entries.empty()) return addFiles::done;
-    const auto report = FileInto(tree ? tree->Item() : nullptr, entries, true);
+    const auto report =
+        FileInto(lclSite.OpenDossier(), tree ? tree->Item() : nullptr, entries, true);
     if (!report.filed.empty())
         lclSite.Tell(
             "Er waren nog documenten om op te bergen, deze zijn op het hoogste niveau toegevoegd");

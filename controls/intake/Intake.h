@@ -29,14 +29,15 @@ public:
 
     // By the user's hand: folders among the files are taken in with all below them where the user
     // agrees. Into the folder, or where there is none into the one that is selected next.
-    // `filed`: what came of it. `dossier`: whose they are, where the user was asked something since
-    // they were brought: it may have been left meanwhile, and they wait for it then.
-    std::int32_t AddByUser(const std::vector<IntakeFile>& files, const ItemPtr& folder,
-                           std::vector<ItemPtr>* filed = nullptr);
+    // `filed`: what came of it. `dossier`: the one that was open before the user was asked
+    // anything; it may have been left meanwhile, and they wait for it then.
+    std::int32_t AddByUser(const Dossier& dossier, const std::vector<IntakeFile>& files,
+                           const ItemPtr& folder, std::vector<ItemPtr>* filed = nullptr);
     std::int32_t AddByUser(const Dossier& dossier, const std::vector<IntakeFile>& files,
                            const std::function<ItemPtr()>& folder,
                            std::vector<ItemPtr>* filed = nullptr);
-    void AddWaiting(const std::vector<IntakeFile>& files); // asks for a folder to be selected
+    // Asks for a folder to be selected.
+    void AddWaiting(const Dossier& dossier, const std::vector<IntakeFile>& files);
     void Dropped(const DropEvent& drop);
     void Pasted(const std::vector<std::string>& files); // into the selected folder, else the top
 
@@ -56,17 +57,18 @@ private:
         bool refused = false; // told already: no choice of a folder tries again, leaving does
     };
     // `waited`: what could not be filed goes on waiting for its dossier.
-    FilingReport FileInto(const ItemPtr& folder, const std::vector<IntakeEntry>& entries,
-                          bool waited = false);
+    FilingReport FileInto(const Dossier& dossier, const ItemPtr& folder,
+                          const std::vector<IntakeEntry>& entries, bool waited = false);
     enum class Known { No, Filed, FiledButThere }; // of a file: its source could not be deleted
-    void Wait(std::vector<IntakeEntry> entries);
+    void Wait(const Dossier& dossier, std::vector<IntakeEntry> entries);
     void Keep(IntakeEntry entry, const Dossier& dossier, bool refused);
     void KeepLeft(const FilingReport& report, const std::vector<IntakeEntry>& entries,
                   const Dossier& dossier, bool waited);
     void RemoveQuietly(const std::string& file) const;
     std::int32_t LeaveBehind(const std::vector<IntakeEntry>& entries, const Dossier& dossier);
     void TakeLeftOver();
-    std::vector<IntakeFile> WithoutFiled(const std::vector<IntakeFile>& files);
+    std::vector<IntakeFile> WithoutFiled(const Dossier& dossier,
+                                         const std::vector<IntakeFile>& files);
     Known WasFiled(const IntakeFile& file) const;
     void Remember(const Dossier& dossier);
     std::vector<IntakeEntry> TakePending(bool refused);

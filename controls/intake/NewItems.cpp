@@ -19,6 +19,7 @@ void NewItems::Ask() {
     if (!folder) return lclSite.Tell("Selecteer eerst een map voor de toevoeging");
     if (!presenter) return;
     const auto given = lclSite.NewItem();
+    const auto dossier = lclSite.OpenDossier();
     data::clsSettings settings(lclSite.Machine());
     settings.SetDbConnection(lclSite.DbConnection());
     frmNew form(lclSite.Machine(), lclSite.Translate());
@@ -30,6 +31,8 @@ void NewItems::Ask() {
     form.mayMakeLetters = lclSite.MayUser(UserAction::Create);
     form.mayAddFiles = lclSite.MayUser(UserAction::AddExternal);
     if (!form.Show(*presenter)) return;
+    if (dossier != lclSite.OpenDossier())
+        return lclSite.Machine().log.Write("NewItems", "Another dossier was opened meanwhile");
     if (form.WantsFiles())
         AddFiles(*presenter, folder);
     else if (form.SelectedKind() >= 0)
@@ -51,6 +54,7 @@ std::string NewItems::ImportFolder() const {
 }
 
 void NewItems::AddFiles(forms::FormPresenter& presenter, const ItemPtr& folder) {
+    const auto dossier = lclSite.OpenDossier();
     std::vector<IntakeFile> files;
     std::string refused;
     for (const auto& file :
@@ -61,7 +65,7 @@ void NewItems::AddFiles(forms::FormPresenter& presenter, const ItemPtr& folder) 
             refused += (refused.empty() ? "" : ", ") + platform::FileName(file);
     if (!refused.empty())
         lclSite.Tell("Bestanden van dit type worden hier niet opgenomen: $%$", {refused});
-    if (!files.empty()) lclIntake.AddByUser(files, folder);
+    if (!files.empty()) lclIntake.AddByUser(dossier, files, folder);
 }
 
 } // namespace kavidex::controls

@@ -6,20 +6,25 @@
 
 namespace kavidex::controls {
 
-void ScanPanel::Open(const std::string& importFolder) {
-    auto* const place = lclSite.Scanner();
-    if (!place) throw platform::Error(platform::errors::fail, "The control has no window.");
+ScanSetup ScanPanel::Setup() const {
     ScanSetup setup;
     setup.texts = {{L"AlternateScanSetting", lclSite.ScanProfile()}};
     for (auto& text : lclSite.TextsForScanner())
         if (!text.second.empty()) setup.texts.push_back(std::move(text));
-    if (!importFolder.empty()) setup.texts.emplace_back(L"ImportFolder", importFolder);
     constexpr std::pair<const wchar_t*, std::string_view> rights[] = {
         {L"StartScan", "StartScan"},
         {L"EditSettings", "EditSettings"},
         {L"TransportBatches", "TransportBatches"}};
     for (const auto& [property, right] : rights)
         setup.flags.emplace_back(property, lclSite.HasRight(right));
+    return setup;
+}
+
+void ScanPanel::Open(const std::string& importFolder) {
+    auto* const place = lclSite.Scanner();
+    if (!place) throw platform::Error(platform::errors::fail, "The control has no window.");
+    auto setup = Setup();
+    if (!importFolder.empty()) setup.texts.emplace_back(L"ImportFolder", importFolder);
     setup.scanned = [this](const std::vector<std::string>& files) { Scanned(files); };
     place->OpenScanner(setup);
     lclOpen = true;
@@ -58,10 +63,15 @@ void ScanPanel::Close() {
     if (changed) changed();
 }
 
+void ScanPanel::SetupChanged() {
+    auto* const place = lclOpen ? lclSite.Scanner() : nullptr;
+    if (place) place->TellScanner(Setup());
+}
+
 void ScanPanel::Scanned(const std::vector<std::string>& names) {
     std::vector<IntakeFile> files;
     for (const auto& name : names) files.push_back({name, true, true});
-    if (!files.empty()) lclIntake.AddByUser(files, lclSite.SelectedFolder());
+    if (!files.empty()) lclIntake.AddByUser(lclSite.OpenDossier(), files, lclSite.SelectedFolder());
 }
 
 } // namespace kavidex::controls

@@ -11,7 +11,8 @@
 
 namespace kavidex::controls {
 
-// What the control is told when it opens: its properties by name, those that it has.
+// What the control is told when it opens, and when that changes: its properties by name, those that
+// it has.
 struct ScanSetup {
     std::vector<std::pair<const wchar_t*, std::string>> texts;
     std::vector<std::pair<const wchar_t*, bool>> flags;
@@ -24,7 +25,8 @@ class ScanPlace {
 public:
     // In the viewer's place. Throws platform::Error when it is not installed or refuses.
     virtual void OpenScanner(const ScanSetup& setup) = 0;
-    virtual void CloseScanner() = 0; // the viewer comes back
+    virtual void TellScanner(const ScanSetup& setup) = 0; // while it is open
+    virtual void CloseScanner() = 0;                      // the viewer comes back
 
 protected:
     ~ScanPlace() = default;
@@ -37,6 +39,7 @@ public:
     bool IsOpen() const { return lclOpen; }
     void Toggle();
     void Close();
+    void SetupChanged(); // the user, the language
     // False where there is no scanning control: nothing is told then.
     bool Import(const std::string& folder);
 
@@ -44,6 +47,7 @@ public:
 
 private:
     void Open(const std::string& importFolder);
+    ScanSetup Setup() const;
     void Scanned(const std::vector<std::string>& files);
 
     IntakeSite& lclSite;

@@ -20,22 +20,26 @@ constexpr std::string_view images = "*.tif";
 
 } // namespace
 
-void ScanQueue::Check(std::string_view key, std::int32_t treeId) {
+void ScanQueue::Check(const std::string& key, std::int32_t treeId) {
     if (!lclSite.DbConnection()) return;
+    // Every box lets the host in, which may open another dossier: these documents are not its.
+    const auto dossier = lclSite.OpenDossier();
     for (const auto name : roots) {
         auto root = platform::Trim(
             model::ReadSetting(lclSite.Machine(), lclSite.DbConnection(), section, name)
                 .value_or(std::string()));
         if (root.empty()) continue;
         if (root.back() != '\\') root += '\\';
-        if (!key.empty() && !Look(root, std::string(key), false)) return;
-        if (treeId != 0 && !Look(root, "Map" + std::to_string(treeId), name == roots[0])) return;
+        if (!key.empty() && !Look(dossier, root, key, false)) return;
+        if (treeId != 0 && !Look(dossier, root, "Map" + std::to_string(treeId), name == roots[0]))
+            return;
     }
 }
 
 // `announce`: the name is shown where the workstation asks for it, so that it can be set up on the
 // scanning device.
-bool ScanQueue::Look(std::string_view root, const std::string& name, bool announce) {
+bool ScanQueue::Look(const Dossier& dossier, std::string_view root, const std::string& name,
+                     bool announce) {
     const auto& machine = lclSite.Machine();
     const auto setting = [&](std::string_view of) {
         return platform::GetRegSetting(machine, platform::applicationName, of, "ShowExtId", "");
@@ -52,13 +56,14 @@ bool ScanQueue::Look(std::string_view root, const std::string& name, bool announ
     if (!lclSite.Ask(lclSite.Text("Er zijn nog documenten aanwezig die moeten worden toegevoegd "
                                   "aan dit dossier. Wilt u dit nu doen?"),
                      lclSite.Text("Controle op bestaande documenten")))
-        return true;
+        return dossier == lclSite.OpenDossier();
+    if (dossier != lclSite.OpenDossier()) return false;
     if (giveToScanner && giveToScanner(folder)) return false;
-    Import(folder);
-    return true;
+    Import(dossier, folder);
+    return dossier == lclSite.OpenDossier();
 }
 
-void ScanQueue::Import(const std::string& folder) {
+void ScanQueue::Import(const Dossier& dossier, const std::string& folder) {
     auto& files = lclSite.Machine().files;
     const auto waiting = [&] {
         std::vector<IntakeFile> found;
@@ -66,13 +71,13 @@ void ScanQueue::Import(const std::string& folder) {
             found.push_back({platform::JoinPath(folder, name), true, true, {}, true});
         return found;
     };
-    if (!lclSite.Forms()) return lclIntake.AddWaiting(waiting());
+    if (!lclSite.Forms()) return lclIntake.AddWaiting(dossier, waiting());
     const auto chosen = ChooseFolder(lclSite);
     if (!chosen) return;
     const auto lock = files.Lock(platform::JoinPath(folder, lockName));
     if (!lock)
         return lclSite.Tell("Een andere gebruiker voegt de documenten in '$%$' al toe", {folder});
-    if (const auto found = waiting(); !found.empty()) lclIntake.AddByUser(found, chosen);
+    if (const auto found = waiting(); !found.empty()) lclIntake.AddByUser(dossier, found, chosen);
 }
 
 } // namespace kavidex::controls

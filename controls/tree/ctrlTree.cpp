@@ -75,7 +75,10 @@ void ctrlTree::TakeEffect(const Row::Member& member) {
 
 void ctrlTree::SetTreeId(std::int32_t id) {
     const bool changed = Assign(lclState, &TreeProperties::TreeId, id);
-    if (changed) ForgetTree();
+    if (changed) {
+        ForgetTree();
+        lclTree.reset(); // a long load lets the host in, which must not find the tree of before
+    }
     ShowTree(!changed);
     if (changed) PropertyChanged.Raise("TreeId");
 }

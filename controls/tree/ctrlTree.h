@@ -373,6 +373,7 @@ private:
     std::int32_t lclFillErrors = 0;
     bool lclFilling = false, lclFillAgain = false;
     std::uint32_t lclDossiers = 0; // that were shown here, this one included
+    std::uint32_t lclLoads = 0;    // begun
     MailSender* lclMail = nullptr;
     std::vector<Deletion> lclDeletions; // that can be undone, the last one last
     std::string lclSought;

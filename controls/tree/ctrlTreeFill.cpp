@@ -48,8 +48,10 @@ std::function<bool()> ctrlTree::SameDossier() const {
     };
 }
 
+// A long load lets the host in: what it has loaded meanwhile stays.
 bool ctrlTree::LoadTree() {
-    return Guarded("ctrlTree", [&] {
+    const auto load = ++lclLoads;
+    const bool loaded = Guarded("ctrlTree", [&] {
         if (lclState.TreeId == 0 || !lclConnection) {
             lclTree.reset();
         } else {
@@ -62,13 +64,13 @@ bool ctrlTree::LoadTree() {
                 const Operation operation(*lclLock); // also one inside another: both may go on
                 tree->SetTreeId(lclState.TreeId);
             }
-            // A long load lets the host in, which may have chosen another tree meanwhile.
-            if (tree->TreeId() != lclState.TreeId || tree->DbConnection() != lclConnection) return;
+            if (load != lclLoads) return;
             lclTree = std::move(tree);
             lclState.Description = lclTree->Description();
         }
         Fill();
     });
+    return loaded || load != lclLoads;
 }
 
 // A long fill lets the host in, which may want another one: it follows the first.
@@ -101,7 +103,7 @@ void ctrlTree::FillOnce() {
     }
     if (const auto root = Root()) {
         model::LongWork work(lclWorkstation, Text("Dossier openen"),
-                             Text("Mappen en documenten worden gelezen."));
+                             Text("Mappen en documenten worden gelezen."), lclTree.get());
         FillFrom(root, 0, [&] { work.Step(); });
     }
     for (const auto id : collected)

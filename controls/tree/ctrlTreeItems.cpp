@@ -123,6 +123,7 @@ void ctrlTree::WriteTabs(model::clsTree& tree, const std::vector<std::string>& n
 void ctrlTree::ShowNew(const std::shared_ptr<model::clsTree>& tree) {
     Guarded("CreateNew", [&] {
         ForgetTree();
+        ++lclLoads;
         lclTree = tree;
         lclState.Description = tree->Description();
         lclState.TreeId = tree->TreeId();

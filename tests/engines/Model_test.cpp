@@ -286,6 +286,41 @@ TEST_P(ModelOverEngines, DossiersAreFoundByTheHostsKeyUntilTheyAreDeleted) {
     }
 }
 
+// Also where the server's collation takes a letter with a mark for the plain one.
+TEST_P(ModelOverEngines, KeysThatDifferInAMarkAreTwoDossiers) {
+    std::int32_t numbers[2]{}, documents[2]{};
+    const char* const keys[] = {"Müller", "Muller"};
+    const auto open = [&](clsDossierDbRelations& relation, std::string_view key) {
+        relation.SetDbConnection(connection);
+        EXPECT_TRUE(relation.OpenKey(key));
+        return relation.Eof() ? 0 : relation.DossierId();
+    };
+    for (const int i : {0, 1}) {
+        clsDossierDbRelations sought(machine), key(machine);
+        EXPECT_EQ(open(sought, keys[i]), 0) << keys[i];
+        key.SetDbConnection(connection);
+        key.SetDbKey(keys[i]);
+        bool anothers = true;
+        ASSERT_TRUE(key.SaveNewKey(anothers));
+        EXPECT_FALSE(anothers) << keys[i];
+        numbers[i] = key.DossierId();
+        clsDocument document(machine);
+        document.SetDatabaseObject(connection);
+        document.SetExternalId(keys[i]);
+        ASSERT_TRUE(document.SaveNewRow());
+        documents[i] = document.DocId();
+    }
+    clsDossierDbRelations plain(machine), marked(machine), gone(machine);
+    EXPECT_EQ(open(marked, keys[0]), numbers[0]);
+    ASSERT_EQ(open(plain, keys[1]), numbers[1]);
+    ASSERT_TRUE(plain.Rekey("Nieuw"));
+    EXPECT_EQ(open(gone, keys[1]), 0);
+    for (const int i : {0, 1})
+        EXPECT_EQ(Text(One("select ExternalId from tblDocument where DocId = " +
+                           std::to_string(documents[i]))),
+                  i == 0 ? keys[0] : "Nieuw");
+}
+
 TEST_P(ModelOverEngines, RightsAndChecklistsComeBackAsTheyWereSaved) {
     for (const char* const text : hostile) {
         clsUserAuth saved(machine), loaded(machine);

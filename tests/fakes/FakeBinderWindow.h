@@ -34,6 +34,7 @@ struct FakeBinderWindow : controls::BinderWindow, controls::ScanPlace {
         if (!scannerInstalled) throw platform::Error(platform::errors::notFound, "no class");
         scanner = setup;
     }
+    void TellScanner(const controls::ScanSetup& setup) override { scanner.flags = setup.flags; }
     void CloseScanner() override { scanner = {}; }
 };
 

@@ -66,6 +66,9 @@ public:
     ScanPlace* Scanner() override { return this; }
     std::unique_ptr<forms::PaneContent> MakePane(ctlViewer& viewer) override;
     void OpenScanner(const ScanSetup& setup) override;
+    void TellScanner(const ScanSetup& setup) override {
+        if (lclScanner) lclScanner->Configure(setup);
+    }
     void CloseScanner() override;
 
     using OwnWindow::Handle;

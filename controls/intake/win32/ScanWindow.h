@@ -22,6 +22,7 @@ public:
     // Once the window is there. Throws platform::Error when the control is not installed or
     // refuses.
     void Open(const ScanSetup& setup);
+    void Configure(const ScanSetup& setup) const;
 
     HWND Create(HWND parent, const RECT& place) override;
     void TakeFocus() override;
@@ -32,7 +33,6 @@ public:
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
 
 private:
-    void Configure(const ScanSetup& setup) const;
     void CloseSite();
 
     const platform::Workstation& lclWorkstation;

@@ -241,6 +241,11 @@ TEST_F(Binder, TheQueueOfTheFirstDossierIsNotTheSecondOnes) {
     binder->SetCheckDocumentQueueId("A");
     ASSERT_EQ(Open("B"), 0);
     EXPECT_TRUE(machine.log.Has("fncCheckDocumentQueue", "queue\\A")) << "the host's key stays";
+    binder->SetCheckDocumentQueueId("");
+    ASSERT_EQ(binder->OpenOrCreate("C", "", "", "", "A"), 0);
+    machine.log.lines.clear();
+    ASSERT_EQ(Open("B"), 0);
+    EXPECT_FALSE(machine.log.Has("fncCheckDocumentQueue")) << "that key was the other dossier's";
 }
 
 // --- Rights on each road of the user ------------------------------------------------------------

@@ -186,48 +186,6 @@ TEST_F(Components, MakesALetterWithANumberOfItsOwn) {
     EXPECT_EQ(machine.files.ReadAll(values), "a=1\r\nb=2\r\nDocumentId=43\r\n");
 }
 
-// What the user is asked, and a slow generator, let the host in.
-TEST_F(Components, WhatCameForADossierThatWasLeftMeanwhileWaitsForThatOne) {
-    program->dragged.selection = {{"MailItem", "Post", [this](std::string_view path) {
-                                       machine.files.WriteAll(path, "mail");
-                                       ASSERT_EQ(Open("ander"), 0);
-                                   }}};
-    EXPECT_EQ(DropMail(), drop::none);
-    EXPECT_TRUE(Told("Post.msg: het dossier is gesloten"));
-    binder->treCorr().NodeSelected(Root());
-    EXPECT_EQ(Documents(), "");
-    binder->CloseObject();
-    ASSERT_EQ(Open("ander"), 0);
-    EXPECT_EQ(Documents(), "");
-
-    machine.files.CreateDirectories(machine.Path("sjablonen"));
-    File("sjablonen\\brief.dot");
-    Setting("Template", "Path", machine.Path("sjablonen"));
-    binder->SetDbConnection(nullptr);
-    binder->SetDbConnection(connection);
-    program->dragged.selection.clear();
-    ASSERT_EQ(Open("key"), 0);
-    EXPECT_TRUE(Told("Selecteer een map om het document op te bergen"));
-    binder->treCorr().NodeSelected(Root());
-    EXPECT_EQ(Documents(), "Post\n");
-    merge = [&](const std::string&, const std::string&) {
-        EXPECT_EQ(Open("ander"), 0);
-        binder->treCorr().NodeSelected(Root());
-        return LetterGenerator::Merged{1, File("Brief.docx")};
-    };
-    window.forms.users = {[](FormUser& user) {
-        user.Choose("TabStrip1", 2);
-        user.Choose("lstFiles", 1);
-        user.Enter();
-    }};
-    binder->ButtonClicked("New");
-    binder->treCorr().NodeSelected(Root());
-    EXPECT_EQ(Documents(), "");
-    ASSERT_EQ(Open("key"), 0);
-    binder->treCorr().NodeSelected(Root());
-    EXPECT_EQ(Documents(), "Post\nBrief\n");
-}
-
 TEST_F(Components, WhatTheUserStopsDoesNotComeInLater) {
     machine.busy.onProgress = [&](int done) { machine.busy.stopAsked = done == 1; };
     program->dragged.selection = {Item("een"), Item("twee"), Item("drie")};
@@ -258,6 +216,83 @@ TEST_F(Components, WhatTheUserStopsDoesNotComeInLater) {
     ASSERT_EQ(Open("key"), 0);
     EXPECT_EQ(Documents(), "een\nGescand document\nGescand document\n");
     EXPECT_FALSE(machine.files.FileExists(machine.Path("queue\\key\\b.tif")));
+}
+
+// The host goes on to another dossier while a mail, a letter and the scan queue come in.
+TEST_F(Components, WhatCameForADossierNeverGoesIntoTheOneThatIsOpenedMeanwhile) {
+    const auto leave = [&] {
+        ASSERT_EQ(Open("other"), 0);
+        binder->treCorr().NodeSelected(Root());
+    };
+    const auto comesBack = [&](const char* what) {
+        binder->treCorr().NodeSelected(Root());
+        EXPECT_EQ(Documents(), "") << what;
+        ASSERT_EQ(Open("third"), 0);
+        ASSERT_EQ(Open("other"), 0);
+        EXPECT_EQ(Documents(), "") << what;
+        machine.messages.shown.clear();
+        ASSERT_EQ(Open("key"), 0);
+        EXPECT_TRUE(Told("Selecteer een map")) << what;
+        binder->treCorr().NodeSelected(Root());
+        EXPECT_EQ(Documents(), what);
+        for (const auto& item : binder->treCorr().AllItems())
+            EXPECT_TRUE(binder->treCorr().DeleteItem(item->Id()));
+    };
+    struct Meanwhile : Translator { // the text of a box is asked for
+        std::string text;
+        std::function<void()> work;
+        std::string Translate(std::string_view asked, const std::vector<std::string>& v) override {
+            if (work && asked.starts_with(text)) std::exchange(work, nullptr)();
+            return platform::FillPlaceholders(asked, v);
+        }
+    };
+    const auto box = std::make_shared<Meanwhile>();
+    binder->SetTranslate(box);
+    program->dragged.selection = {Item("Mail")};
+    program->dragged.attachments = {
+        {"bijlage", "b.pdf", [&](std::string_view path) { machine.files.WriteAll(path, "b"); }}};
+    box->text = "Wilt u de bijlage";
+    box->work = leave;
+    DropMail();
+    EXPECT_TRUE(Told("Mail.msg: het dossier is gesloten"));
+    comesBack("Mail\nb\n");
+
+    machine.files.CreateDirectories(machine.Path("sjablonen"));
+    File("sjablonen\\Letter.dotx");
+    Setting("Template", "Path", machine.Path("sjablonen"));
+    binder->SetDbConnection(nullptr);
+    binder->SetDbConnection(connection);
+    ASSERT_EQ(Open("key"), 0);
+    binder->treCorr().NodeSelected(Root());
+    const auto letter = [&](FormUser& user) {
+        user.Choose("TabStrip1", 2);
+        user.Choose("lstFiles", 1);
+        user.Enter();
+    };
+    merge = [&](const std::string&, const std::string&) {
+        leave();
+        return LetterGenerator::Merged{1, File("Brief.docx")};
+    };
+    window.forms.users = {letter, [&](FormUser& user) {
+                              leave();
+                              letter(user);
+                          }};
+    binder->ButtonClicked("New");
+    EXPECT_TRUE(Told("het dossier is gesloten"));
+    comesBack("Letter\n");
+    merge = nullptr; // no letter is made of one client's values for another
+    binder->ButtonClicked("New");
+    EXPECT_EQ(Documents(), "");
+
+    machine.files.CreateDirectories(machine.Path("queue\\key"));
+    const auto waiting = File("queue\\key\\a.tif");
+    Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
+    box->text = "Er zijn nog documenten aanwezig";
+    box->work = leave;
+    EXPECT_EQ(Open("key"), -6);
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(Documents(), "");
+    EXPECT_TRUE(machine.files.FileExists(waiting));
 }
 
 TEST_F(Components, AsksForKindsFilesAndTemplatesByRight) {
@@ -322,6 +357,11 @@ TEST_F(Components, ScansIntoTheSelectedFolderAndLosesNothingAtClosing) {
     EXPECT_EQ(window.scanner.texts[1].second, "C:\\scan.ini");
     EXPECT_EQ(window.scanner.texts[2].second, "balie 3");
     EXPECT_TRUE(window.scanner.flags[0].second) << "rights are not in use";
+    Setting("Rights", "Use", "True");
+    binder->SetUserAuth(std::make_shared<model::clsUserAuth>(machine));
+    EXPECT_FALSE(window.scanner.flags[0].second) << "another user at the open control";
+    Setting("Rights", "Use", "");
+    binder->SetUserAuth(nullptr);
     const auto first = File("1.tif"), second = File("2.tif");
     const auto scanned = window.scanner.scanned;
     scanned({first});

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "data/ConnectionAssignment.h"
 #include "data/schema/clsUpdateDb.h"
 #include "data/schema/translations.h"
 #include "data/schema/upgradeSteps.h"
@@ -382,6 +383,15 @@ TEST_F(clsUpdateDbTest, HoldsAServersIndexesAndProceduresAgainstTheSchemaToo) {
     }
     ASSERT_EQ(machine.messages.shown.size(), 2u);
     EXPECT_NE(machine.messages.shown[1].text.find("indTreeId"), std::string::npos);
+    const auto here = std::make_shared<Server>("Microsoft SQL Server", inner);
+    const auto there = std::make_shared<Server>("Microsoft SQL Server", inner);
+    here->database = there->database = "zelfde";
+    ConnectionAssignment assignment(machine, {});
+    here->serverName = "eerste";
+    EXPECT_TRUE(assignment.SetDbConnection(here));
+    EXPECT_FALSE(assignment.SetDbConnection(there)) << "it does not tell its server";
+    there->serverName = "tweede";
+    EXPECT_TRUE(assignment.SetDbConnection(there));
 }
 
 TEST_F(clsUpdateDbTest, BringsTextsThatCameLaterAndLeavesWhatAnInstallationWrote) {
