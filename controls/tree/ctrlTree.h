@@ -43,6 +43,7 @@ namespace kavidex::controls {
 using ItemPtr = std::shared_ptr<model::clsItem>;
 
 class MailSender;
+struct SentMail;
 
 template <class Context>
 class Commands;
@@ -195,6 +196,8 @@ public:
     // Descriptions from the root on, joined by backslashes.
     std::string NodeFullPath(std::int32_t id) const;
     std::shared_ptr<model::clsTree> Tree() const { return lclTree; }
+    // Whether it is the one that is open, read again or not.
+    bool Shows(const model::clsTree& dossier) const;
 
     // --- Events ---------------------------------------------------------------------------------
 
@@ -429,7 +432,7 @@ private:
     struct Printing;
     void Print();
     void Mail(bool asPdf);
-    void KeepSentMail(const std::string& sent);
+    void KeepSentMail(SentMail mail);
     // The selected documents, and those in selected folders where the user answers yes.
     std::vector<ItemPtr> ChosenDocuments(const std::string& question,
                                          const std::string& caption) const;

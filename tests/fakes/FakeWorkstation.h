@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "platform/BusyDialog.h"
@@ -101,6 +102,7 @@ public:
     std::vector<platform::Message> shown;
     std::deque<platform::Answer> answers;
     const platform::BusyDialog* busy = nullptr;
+    std::function<void()> onShow; // what the host does meanwhile
 
     platform::Answer Show(const platform::Message& message) override {
         using platform::Answer;
@@ -108,6 +110,7 @@ public:
         if (busy && busy->PaintsOnly()) // a box lets the host in
             throw std::logic_error("a message box within a transaction: " + message.text);
         shown.push_back(message);
+        if (onShow) std::exchange(onShow, {})();
         if (!answers.empty()) {
             const Answer answer = answers.front();
             answers.pop_front();
