@@ -1,5 +1,6 @@
 #include "controls/intake/FilingReport.h"
 
+#include "controls/common/FirstLines.h"
 #include "platform/Error.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -9,20 +10,14 @@ namespace kavidex::controls {
 namespace {
 
 constexpr std::string_view notAdded = "Document zijn niet correct toegevoegd (Fout $%$)";
-constexpr std::size_t causesShown = 8;
 
 } // namespace
 
 std::int32_t TellNotAdded(const IntakeSite& site, const FilingReport& report) {
     if (report.Done()) return report.result;
     std::string text = site.Text(notAdded, {std::to_string(report.result)});
-    for (std::size_t i = 0; i < report.causes.size(); ++i) {
-        site.Machine().log.Write("AddFiles", report.causes[i]);
-        if (i < causesShown) text += (i == 0 ? "\r\n\r\n" : "\r\n") + report.causes[i];
-    }
-    if (report.causes.size() > causesShown)
-        text += "\r\n" + site.Text("... en nog $%$; het logboek noemt ze alle",
-                                   {std::to_string(report.causes.size() - causesShown)});
+    for (const auto& cause : report.causes) site.Machine().log.Write("AddFiles", cause);
+    text += "\r\n" + FirstLines(TranslationBy(site.Translate()), report.causes);
     site.TellReady(text);
     return report.result;
 }
