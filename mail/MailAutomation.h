@@ -27,8 +27,10 @@ class SentFolder {
 public:
     virtual ~SentFolder() = default;
     virtual std::int32_t Count() = 0; // as it is now
-    // By its place, from 1; null when it is no longer there.
+    // By its place, from 1.
     virtual std::unique_ptr<SentItem> Item(std::int32_t place) = 0;
+    // Goes on from there as the program orders them; null behind the last.
+    virtual std::unique_ptr<SentItem> Next() = 0;
 };
 
 class NewMail {

@@ -28,7 +28,8 @@ std::string DroppedMailName(std::string_view subject, int runningNumber) {
 }
 
 std::string SentMailName(std::string_view subject) {
-    return subject.empty() ? "Email" : Blanked(subject, "/\\:");
+    auto name = Blanked(subject, "/\\:");
+    return platform::TrimView(name).empty() ? "Email" : name;
 }
 
 std::string DisplayName(std::string_view name) { return Blanked(name, "-:"); }

@@ -2,6 +2,7 @@
 // to keep still while we drive the program.
 #pragma once
 
+#include <atomic>
 #include <string_view>
 
 namespace kavidex::mail {
@@ -18,15 +19,21 @@ public:
 // Whether a top-level window of that title is the tool's.
 bool IsPromptTool(std::string_view title);
 
-// Keeps the tool still on every way out.
+// Keeps the tool still on every way out; of several mails at a time, until the last one is out.
 class PromptPause {
 public:
-    explicit PromptPause(PromptTool& tool) : lclTool(tool) { lclTool.Signal(true); }
-    ~PromptPause() { lclTool.Signal(false); }
+    explicit PromptPause(PromptTool& tool) : lclTool(tool) {
+        ++paused;
+        lclTool.Signal(true);
+    }
+    ~PromptPause() {
+        if (--paused == 0) lclTool.Signal(false);
+    }
     PromptPause(const PromptPause&) = delete;
     PromptPause& operator=(const PromptPause&) = delete;
 
 private:
+    static inline std::atomic<int> paused = 0;
     PromptTool& lclTool;
 };
 

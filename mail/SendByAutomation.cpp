@@ -21,6 +21,8 @@ namespace {
 // The program is there but has no time: the next attempt may find it free.
 constexpr std::int32_t callRejected = static_cast<std::int32_t>(0x80010001),
                        retryLater = static_cast<std::int32_t>(0x8001010A);
+// The user said no to a question of the program's, which is not asked again and again.
+constexpr std::int32_t refused = static_cast<std::int32_t>(0x80004004);
 
 class Sending {
 public:
@@ -80,21 +82,19 @@ private:
                                  text("Annuleren"));
         if (!WasSent()) return result;
         try {
-            if (const auto item = Find(busy)) {
-                result.saved = Save(*item);
-                result.code = AutomationResult::sent;
-            } else {
-                Note("The sent mail was not found");
-            }
+            result.saved = Search(busy);
+            if (!result.saved.empty()) result.code = AutomationResult::sent;
         } catch (const std::exception& error) {
             Note(std::string("The sent mail was not retrieved: ") + error.what());
         }
         return result;
     }
 
-    std::unique_ptr<SentItem> Find(platform::BusyScope& busy) {
+    // The path that it was saved to; empty where it was not found.
+    std::string Search(platform::BusyScope& busy) {
         for (int attempt = 1; attempt <= searchAttempts; ++attempt) {
-            if (auto item = Look()) return item;
+            auto saved = Attempt(attempt == searchAttempts);
+            if (!saved.empty()) return saved;
             busy.Progress(attempt, searchAttempts);
             if (busy.StopAsked()) {
                 Note("The user stopped the search");
@@ -102,34 +102,46 @@ private:
             }
             lclTools.pause(betweenAttempts);
         }
-        return nullptr;
+        Note("The sent mail was not found");
+        return {};
     }
 
-    // The folder may be large: of it only what came since is looked at.
-    std::unique_ptr<SentItem> Look() {
+    std::string Attempt(bool last) {
         try {
-            const auto count = lclFolder->Count();
-            lclKnown = std::min(lclKnown, count); // the user deletes there too
-            for (auto place = lclKnown + 1; place <= count; ++place) {
-                auto item = lclFolder->Item(place);
-                if (item && IsOurs(*item)) return item;
-            }
+            if (!lclSent) lclSent = Look(last);
+            return lclSent ? Save(*lclSent) : std::string();
         } catch (const platform::Error& error) {
             if (!IsBusy(error)) throw;
             if (!std::exchange(lclBusyNoted, true)) Note(error.what());
+            return {};
+        }
+    }
+
+    // The folder may be large: of it only what came since is looked at. The user deletes there too:
+    // ours may stand where an old one stood.
+    std::unique_ptr<SentItem> Look(bool last) {
+        const auto count = lclFolder->Count();
+        const auto looked = count < lclKnown || last ? std::min(lclKnown, count - 1) : lclKnown;
+        lclKnown = std::min(lclKnown, count);
+        for (auto place = std::max(looked, 0) + 1; place <= count; ++place) {
+            if (auto item = Ours([&] { return lclFolder->Item(place); })) return item;
+            if (auto item = Ours([&] { return lclFolder->Next(); })) return item;
         }
         return nullptr;
     }
 
-    // What cannot be read is no mail of ours; that the program died shows at the next count.
-    bool IsOurs(SentItem& item) {
+    // What cannot be read is no mail of ours, or was moved meanwhile; that the program died shows
+    // at the next count.
+    template <class Get>
+    std::unique_ptr<SentItem> Ours(const Get& get) {
         try {
-            return item.UserProperty(uniqueIndex) == lclMark;
+            auto item = get();
+            if (item && item->UserProperty(uniqueIndex) == lclMark) return item;
         } catch (const platform::Error& error) {
-            if (IsBusy(error)) throw;
+            if (IsBusy(error) || error.Number() == refused) throw;
             if (!std::exchange(lclUnreadNoted, true)) Note(error.what());
-            return false;
         }
+        return nullptr;
     }
 
     static bool IsBusy(const platform::Error& error) {
@@ -140,12 +152,13 @@ private:
     std::string Save(SentItem& item) const {
         auto& files = lclTools.machine.files;
         const auto name = SentMailName(item.Subject());
-        auto path = platform::JoinPath(lclTarget, name + ".msg");
+        auto path = FreePath(files, lclTarget, name, ".msg");
         try {
             item.SaveAs(path);
             if (files.FileExists(path)) return path;
             Note("The program saved no " + path);
         } catch (const platform::Error& error) {
+            if (IsBusy(error)) throw;
             Note(path + ": " + error.what());
         }
         path = FreePath(files, lclTarget, SafeName(name), ".msg");
@@ -161,6 +174,7 @@ private:
     const std::string& lclTarget;
     std::unique_ptr<NewMail> lclItem;
     std::unique_ptr<SentFolder> lclFolder;
+    std::unique_ptr<SentItem> lclSent;
     std::int32_t lclKnown = 0;
     std::string lclMark;
     bool lclBusyNoted = false, lclUnreadNoted = false;

@@ -144,8 +144,8 @@ std::span<const EventRow> TreeEventTable() { return events; }
 ctrlTreeFace::ctrlTreeFace()
     : ControlFace(*FindClass(CLSID_ctrlTree), platform::TheWorkstation()),
       lclMail(platform::TheWorkstation(), mail::win32::MakeMailRoads(platform::TheWorkstation()),
-              [this](const std::string& sent, std::int32_t folder) {
-                  controls::FileInTree(platform::TheWorkstation(), Logic(), sent, folder);
+              [this](const controls::SentMail& mail) {
+                  controls::FileInTree(platform::TheWorkstation(), Logic(), mail);
               }) {
     Logic().SetMailSender(&lclMail);
     RaiseEvents();

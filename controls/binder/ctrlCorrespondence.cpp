@@ -7,6 +7,7 @@
 #include "controls/checklist/ctlChecklist.h"
 #include "controls/common/OwnTranslator.h"
 #include "controls/mailing/DossierMail.h"
+#include "controls/mailing/FileInTree.h"
 #include "controls/settings/frmSettings.h"
 #include "controls/splitter/ctlSplitPanel.h"
 #include "controls/tree/ctrlTree.h"
@@ -107,8 +108,11 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
     lclIntake.reset(new IntakeParts{{*this, workstation, lclLock, std::move(components)}});
     if (sending) {
         lclIntake->mail = std::make_shared<DossierMail>(
-            workstation, *sending, [this](const std::string& sent, std::int32_t folder) {
-                lclIntake->intake.AddFiles({sent}, {}, folder, false, false);
+            workstation, *sending, [this](const SentMail& mail) {
+                if (lclTree->Shows(*mail.dossier) || lclAssignment->IsElsewhere())
+                    lclIntake->intake.AddFiles({mail.path}, {}, mail.folder, false, false);
+                else
+                    FileInTree(lclWorkstation, *lclTree, mail);
             });
         lclTree->SetMailSender(lclIntake->mail.get());
     }

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "controls/common/Listed.h"
 #include "controls/common/OperationLock.h"
 #include "controls/common/Translator.h"
 #include "controls/viewer/NoteFile.h"
@@ -15,6 +16,7 @@
 #include "model/documentFile.h"
 #include "platform/BusyDialog.h"
 #include "platform/Error.h"
+#include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
 #include "platform/Shell.h"
@@ -37,9 +39,9 @@ public:
         lclMail.address = lclOrder.address;
         lclMail.subject = settings.subject;
         lclMail.body = settings.body;
-        const bool whole = MakeAttachments();
+        if (!MakeAttachments()) return {};
         TellLeftOut();
-        if (!whole || lclMail.attachments.empty()) return {};
+        if (lclMail.attachments.empty()) return {};
         const auto client = mail::MailClientOf(lclWorkstation.shell.MailClient());
         return client == mail::MailClient::MicrosoftOutlook ? ByAutomation(settings)
                                                             : BySimpleMail();
@@ -73,7 +75,7 @@ private:
                 lclMail.attachments.push_back(std::move(*made));
             } catch (const std::exception& error) {
                 lclWorkstation.log.Write("Mail", name + ": " + error.what());
-                lclLeftOut += "\r\n" + name + ": " + error.what();
+                lclLeftOut.push_back(name + ": " + error.what());
             }
         }
         return true;
@@ -88,8 +90,9 @@ private:
 
     void TellLeftOut() const {
         if (lclLeftOut.empty()) return;
-        lclWorkstation.messages.Show({Text("Niet bijgevoegd: $%$", {lclLeftOut}), Text("Mailen"),
-                                      platform::Buttons::Ok, platform::Icon::Exclamation});
+        lclWorkstation.messages.Show(
+            {Text("Niet bijgevoegd: $%$", {"\r\n" + Listed(lclLeftOut, lclTranslation)}),
+             Text("Mailen"), platform::Buttons::Ok, platform::Icon::Exclamation});
     }
 
     MailResult ByAutomation(const mail::MailSettings& settings) {
@@ -106,7 +109,10 @@ private:
         return result;
     }
 
-    MailResult BySimpleMail() const {
+    // Its interface gives the reader files of these names: no signs of a path, and none twice.
+    MailResult BySimpleMail() {
+        for (auto& attachment : lclMail.attachments)
+            attachment.name = platform::FileName(attachment.path);
         MailResult result;
         switch (lclRoads.simple->Send(lclMail)) {
         case mail::SimpleOutcome::Sent: result.outcome = MailOutcome::Sent; break;
@@ -122,7 +128,7 @@ private:
     const data::Translation lclTranslation;
     const std::shared_ptr<mail::MailFolder> lclFolder;
     mail::OutgoingMail lclMail;
-    std::string lclLeftOut; // lines for the user
+    std::vector<std::string> lclLeftOut; // lines for the user
 };
 
 } // namespace

@@ -15,14 +15,14 @@ namespace kavidex::controls {
 
 class DossierMail final : public MailSender {
 public:
-    using FileSent = std::function<void(const std::string& sent, std::int32_t folder)>;
+    using FileSent = std::function<void(const SentMail&)>;
 
     DossierMail(const platform::Workstation& workstation, mail::MailRoads roads, FileSent fileSent)
         : lclWorkstation(workstation), lclRoads(std::move(roads)),
           lclFileSent(std::move(fileSent)) {}
 
     MailResult Send(const MailOrder& order) override;
-    void File(const std::string& sent, std::int32_t folder) override { lclFileSent(sent, folder); }
+    void File(const SentMail& mail) override { lclFileSent(mail); }
 
 private:
     const platform::Workstation& lclWorkstation;

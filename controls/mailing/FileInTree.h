@@ -1,8 +1,6 @@
-// A sent mail filed by the tree control alone, for where no binder control is around it.
+// A sent mail filed in its dossier by the tree control: where no binder control is around it, or the
+// binder shows another dossier by now.
 #pragma once
-
-#include <cstdint>
-#include <string>
 
 namespace kavidex::platform {
 struct Workstation;
@@ -11,9 +9,9 @@ struct Workstation;
 namespace kavidex::controls {
 
 class ctrlTree;
+struct SentMail;
 
-// Into that folder of the tree. The user is told what goes wrong.
-void FileInTree(const platform::Workstation& workstation, ctrlTree& tree, const std::string& mail,
-                std::int32_t folder);
+// Shown in the tree where that is of the same dossier. The user is told what goes wrong.
+void FileInTree(const platform::Workstation& workstation, ctrlTree& tree, const SentMail& mail);
 
 } // namespace kavidex::controls

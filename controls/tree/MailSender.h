@@ -11,7 +11,8 @@
 
 namespace kavidex::model {
 class clsItem;
-}
+class clsTree;
+} // namespace kavidex::model
 
 namespace kavidex::controls {
 
@@ -41,13 +42,20 @@ struct MailResult {
     std::shared_ptr<void> files = {}; // what was made for the mail, `sent` too, goes with this
 };
 
+// The dossier that it was sent from: another one may be open by now.
+struct SentMail {
+    std::string path;
+    std::shared_ptr<model::clsTree> dossier;
+    std::int32_t folder = 0;
+};
+
 class MailSender {
 public:
     virtual ~MailSender() = default;
     // Has the user send it. Throws platform::Error when that fails.
     virtual MailResult Send(const MailOrder& order) = 0;
     // Files what was sent; the user is told what goes wrong.
-    virtual void File(const std::string& sent, std::int32_t folder) = 0;
+    virtual void File(const SentMail& mail) = 0;
 };
 
 } // namespace kavidex::controls

@@ -41,6 +41,7 @@ class Form;
 namespace kavidex::controls {
 
 class MailSender;
+struct SentMail;
 
 template <class Context>
 class Commands;
@@ -151,6 +152,8 @@ public:
     // Descriptions from the root on, joined by backslashes.
     std::string NodeFullPath(std::int32_t id) const;
     std::shared_ptr<model::clsTree> Tree() const { return lclTree; }
+    // Whether it is the one that is open, read again or not.
+    bool Shows(const model::clsTree& dossier) const;
 
     // --- The window and what it reports --------------------------------------------------------
 
@@ -339,7 +342,7 @@ private:
     struct Printing;
     void Print();
     void Mail(bool asPdf);
-    void KeepSentMail(const std::string& sent, const std::function<bool()>& here);
+    void KeepSentMail(SentMail mail);
     // The selected documents, and those in selected folders where the user answers yes.
     std::vector<ItemPtr> ChosenDocuments(const std::string& question,
                                          const std::string& caption) const;

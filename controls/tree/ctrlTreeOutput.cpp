@@ -8,6 +8,7 @@
 #include "controls/tree/ctrlTree.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
+#include "model/clsTree.h"
 #include "model/documentFile.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
@@ -93,13 +94,14 @@ void ctrlTree::Print() {
                  platform::Buttons::Ok, platform::Icon::Exclamation});
             return;
         }
+        const auto connection = lclConnection; // the items' own, whatever the host does meanwhile
         const auto items =
             ChosenDocuments(Text("Wilt u de inhoud van deze map afdrukken?"), Text("Afdrukken"));
         Printing printing(*this);
         if (!printing.operation)
             throw platform::Error(platform::errors::fail,
                                   Text("Er loopt nog een andere bewerking"));
-        model::DocumentFiles look(lclWorkstation, lclConnection);
+        model::DocumentFiles look(lclWorkstation, connection);
         // Several documents have no pages in common of which some could be chosen.
         if (items.size() > 1 && std::any_of(items.begin(), items.end(), [](const ItemPtr& item) {
                 return platform::EqualNoCase(item->ItemType(), "tif");
@@ -131,20 +133,22 @@ void ctrlTree::Print() {
             {text, Text("Afdrukken"), platform::Buttons::Ok, platform::Icon::Exclamation});
 }
 
-// Of folders the contents where the user wants them.
+// Of folders the contents where the user wants them. Under the question the host may open another
+// dossier: what is chosen is known before.
 std::vector<ItemPtr> ctrlTree::ChosenDocuments(const std::string& question,
                                                const std::string& caption) const {
     auto ids = SelectedIds();
-    const auto here = SameDossier();
-    const auto isFolder = [&](std::int32_t id) {
+    const auto all = DocumentsBelow(ids);
+    const auto folders = std::erase_if(ids, [&](std::int32_t id) {
         const auto item = GetNode(id);
         return item && item->AllowChildren();
-    };
-    if (std::any_of(ids.begin(), ids.end(), isFolder) &&
-        lclWorkstation.messages.Show({question, caption, platform::Buttons::YesNo,
-                                      platform::Icon::Question}) != platform::Answer::Yes)
-        std::erase_if(ids, isFolder);
-    return here() ? DocumentsBelow(ids) : std::vector<ItemPtr>();
+    });
+    if (folders == 0) return all;
+    const auto alone = DocumentsBelow(ids);
+    return lclWorkstation.messages.Show({question, caption, platform::Buttons::YesNo,
+                                         platform::Icon::Question}) == platform::Answer::Yes
+               ? all
+               : alone;
 }
 
 bool ctrlTree::HasDocuments(const std::vector<std::int32_t>& ids) const {
@@ -159,48 +163,48 @@ bool ctrlTree::HasDocuments(const std::vector<std::int32_t>& ids) const {
 
 void ctrlTree::Mail(bool asPdf) {
     const std::weak_ptr<void> alive = lclAlive;
-    const auto here = SameDossier();
     try {
-        const auto documents =
-            ChosenDocuments(Text("Wilt u de inhoud van deze map toevoegen aan deze e-mail?"),
-                            Text("Bevestigen toevoegen items aan e-mail"));
-        if (documents.empty() || !lclMail) return;
-        MailOrder order{lclState.EmailAddress, documents, asPdf};
+        if (!lclMail) return;
+        MailOrder order{lclState.EmailAddress, {}, asPdf};
         order.marks = lclRights.Has("ViewAnnotations");
         order.connection = lclConnection;
         order.lock = lclLock;
         order.translator = lclTranslator;
+        SentMail mail{{}, lclTree, FolderAt(lclSelected)};
+        order.documents =
+            ChosenDocuments(Text("Wilt u de inhoud van deze map toevoegen aan deze e-mail?"),
+                            Text("Bevestigen toevoegen items aan e-mail"));
+        if (order.documents.empty()) return;
         const auto result = lclMail->Send(order);
         if (alive.expired()) return;
         if (result.outcome == MailOutcome::LogonFailed)
             lclWorkstation.messages.Show({Text("Aanmelden voor email mislukt!"), Text("Mailen"),
                                           platform::Buttons::Ok, platform::Icon::Information});
-        else if (result.outcome == MailOutcome::Sent && !result.sent.empty())
-            KeepSentMail(result.sent, here);
+        else if (result.outcome == MailOutcome::Sent && !result.sent.empty()) {
+            mail.path = result.sent;
+            KeepSentMail(std::move(mail));
+        }
     } catch (const std::exception& error) {
         if (!alive.expired()) ShowError("Error sending mail", {}, error);
     }
 }
 
-void ctrlTree::KeepSentMail(const std::string& sent, const std::function<bool()>& here) {
-    const std::weak_ptr<void> alive = lclAlive;
-    if (here() &&
-        lclWorkstation.messages.Show(
+bool ctrlTree::Shows(const model::clsTree& dossier) const {
+    return lclTree && lclTree->TreeId() == dossier.TreeId() &&
+           lclTree->DbConnection() == dossier.DbConnection();
+}
+
+void ctrlTree::KeepSentMail(SentMail mail) {
+    if (lclWorkstation.messages.Show(
             {Text("Wilt u de verzonden mail opslaan?"), Text("Bevestigen opslaan verzonden mail"),
              platform::Buttons::YesNo, platform::Icon::Question}) != platform::Answer::Yes)
         return;
-    if (!here()) { // never in the dossier that stands here by now
-        if (alive.expired()) return;
-        lclWorkstation.messages.Show({Text("$%$: niet opgeslagen", {platform::FileName(sent)}),
-                                      Text("Mailen"), platform::Buttons::Ok,
-                                      platform::Icon::Exclamation});
-        return;
-    }
-    const auto name =
-        platform::GetRegSetting(lclWorkstation, platform::applicationName, "Mail", "Folder", "");
+    if (Shows(*mail.dossier)) mail.dossier = lclTree;
+    const auto name = platform::Trim(
+        platform::GetRegSetting(lclWorkstation, platform::applicationName, "Mail", "Folder", ""));
     ItemPtr folder;
-    if (const auto root = name.empty() ? nullptr : Root())
-        Walk(root, 0, [&](const ItemPtr& item, std::int32_t) {
+    if (!name.empty())
+        Walk(mail.dossier->Item(), 0, [&](const ItemPtr& item, std::int32_t) {
             if (!folder && item->Id() > 0 && item->AllowChildren() &&
                 platform::EqualNoCase(item->DescriptionText(), name))
                 folder = item;
@@ -208,7 +212,8 @@ void ctrlTree::KeepSentMail(const std::string& sent, const std::function<bool()>
     if (!folder && !name.empty())
         lclWorkstation.log.Write("Mail", "There is no folder \"" + name +
                                              "\": the sent mail goes to the selected one");
-    lclMail->File(sent, folder ? folder->Id() : FolderAt(lclSelected));
+    if (folder) mail.folder = folder->Id();
+    lclMail->File(mail);
 }
 
 } // namespace kavidex::controls

@@ -111,6 +111,7 @@ std::optional<JpegFile> ReadJpegFile(std::string bytes) {
                   std::move(bytes)};
     file.xDpi = parts->xDpi;
     file.yDpi = parts->yDpi;
+    file.orientation = parts->orientation;
     return file;
 }
 

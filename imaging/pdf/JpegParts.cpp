@@ -14,7 +14,7 @@ using platform::ReadBig;
 namespace marker {
 constexpr std::uint8_t baseline = 0xC0, extended = 0xC1, huffman = 0xC4, arithmetic = 0xCC,
                        lossless = 0xC8, lastFrame = 0xCF, begin = 0xD8, end = 0xD9, scan = 0xDA,
-                       restart = 0xDD, jfif = 0xE0, adobe = 0xEE, firstRestart = 0xD0;
+                       restart = 0xDD, jfif = 0xE0, exif = 0xE1, adobe = 0xEE, firstRestart = 0xD0;
 } // namespace marker
 
 constexpr std::string_view beginning = "\xFF\xD8", ending = "\xFF\xD9";
@@ -49,6 +49,29 @@ void ReadDensity(std::string_view segment, JpegParts& parts) {
     parts.yDpi = ReadBig<std::uint16_t>(segment, 14) * perInch;
 }
 
+// What a camera says of its picture is a small TIFF file.
+void ReadOrientation(std::string_view segment, JpegParts& parts) {
+    constexpr std::string_view name("Exif\0\0", 6);
+    constexpr std::size_t before = 4, entrySize = 12;
+    constexpr std::uint16_t tag = 0x112;
+    if (segment.substr(before, name.size()) != name) return;
+    const std::string_view file = segment.substr(before + name.size());
+    const bool little = file.starts_with("II");
+    const auto number = [&]<class Number>(std::size_t at, Number) -> std::size_t {
+        if (at > file.size() || file.size() - at < sizeof(Number)) return 0;
+        return little ? platform::ReadLittle<Number>(file, at) : ReadBig<Number>(file, at);
+    };
+    const std::size_t list = number(4, std::uint32_t{}),
+                      count = number(list, std::uint16_t{});
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t entry = list + 2 + entrySize * i;
+        if (number(entry, std::uint16_t{}) != tag) continue;
+        const std::size_t value = number(entry + 8, std::uint16_t{});
+        if (value >= 1 && value <= 8) parts.orientation = static_cast<int>(value);
+        return;
+    }
+}
+
 // Up to and with the scan's segment; false when that is not reached.
 bool ReadSegments(std::string_view& bytes, JpegParts& parts) {
     while (bytes.size() >= 4 && bytes[0] == '\xFF') {
@@ -73,6 +96,7 @@ bool ReadSegments(std::string_view& bytes, JpegParts& parts) {
         if (code == marker::restart) parts.restarts = true;
         if (code == marker::adobe) parts.adobe = true;
         if (code == marker::jfif) ReadDensity(segment, parts);
+        if (code == marker::exif) ReadOrientation(segment, parts);
         parts.tables += segment;
     }
     return false;

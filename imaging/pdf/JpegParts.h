@@ -18,6 +18,7 @@ struct JpegParts {
     unsigned components = 0, unitWidth = 8, unitHeight = 8;
     bool sequential = false, restarts = false, adobe = false;
     double xDpi = 0, yDpi = 0;
+    int orientation = 1; // as TIFF numbers them: how a camera was held
 
     std::string Whole() const;
 };

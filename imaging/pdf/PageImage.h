@@ -27,6 +27,7 @@ std::vector<ImagePiece> ReadPageImage(const TiffSource& source, const TiffFacts&
 struct JpegFile {
     ImagePiece piece;
     double xDpi = 0, yDpi = 0;
+    int orientation = 1; // from which it is turned to be shown
 };
 std::optional<JpegFile> ReadJpegFile(std::string bytes);
 

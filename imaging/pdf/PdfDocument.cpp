@@ -27,6 +27,11 @@ std::string Upright(int orientation, double w, double h) {
     return text + "cm\n";
 }
 
+PdfPagePlace Turned(const PdfPagePlace& stored, int orientation) {
+    if (!SwapsSides(orientation)) return stored;
+    return {stored.height, stored.width, stored.scaleY, stored.scaleX};
+}
+
 std::string Drawn(const ImagePiece& piece, const PdfPagePlace& page, const std::string& name) {
     const double x = piece.x * page.scaleX, width = piece.width * page.scaleX,
                  height = piece.height * page.scaleY,
@@ -49,8 +54,7 @@ void PdfDocument::AddPage(tiff::Source& source, int page, bool marks) {
     const double x = pointsPerInch / (dpi.x > 0 ? dpi.x : assumedDpi),
                  y = pointsPerInch / (dpi.y > 0 ? dpi.y : assumedDpi);
     const PdfPagePlace stored{facts.width * x, facts.height * y, x, y};
-    const PdfPagePlace shown =
-        SwapsSides(orientation) ? PdfPagePlace{stored.height, stored.width, y, x} : stored;
+    const PdfPagePlace shown = Turned(stored, orientation);
     std::string content = "q " + Upright(orientation, stored.width, stored.height), images,
                 resources;
     for (const ImagePiece& piece : ReadPageImage(file, facts)) {
@@ -84,10 +88,12 @@ bool PdfDocument::AddJpeg(std::string bytes) {
     if (!file) return false;
     const double x = pointsPerInch / (file->xDpi > 0 ? file->xDpi : assumedJpegDpi),
                  y = pointsPerInch / (file->yDpi > 0 ? file->yDpi : assumedJpegDpi);
-    const PdfPagePlace place{file->piece.width * x, file->piece.height * y, x, y};
+    const PdfPagePlace stored{file->piece.width * x, file->piece.height * y, x, y},
+        shown = Turned(stored, file->orientation);
     const int object = lclWriter.Stream(file->piece.entries, file->piece.data);
-    lclWriter.Page(place.width, place.height, "/XObject << /I " + PdfReference(object) + " >>",
-                   Drawn(file->piece, place, "/I"));
+    lclWriter.Page(shown.width, shown.height, "/XObject << /I " + PdfReference(object) + " >>",
+                   Upright(file->orientation, stored.width, stored.height) +
+                       Drawn(file->piece, stored, "/I"));
     return true;
 }
 

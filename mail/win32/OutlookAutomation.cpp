@@ -44,12 +44,16 @@ public:
     }
     // By its place, not from the first on: the folder may hold very many.
     std::unique_ptr<SentItem> Item(std::int32_t place) override {
-        Late item(lclItems.Call(L"Item", {place}));
-        if (!item) return nullptr;
-        return std::make_unique<OutlookSentItem>(std::move(item));
+        return ItemOf(lclItems.Call(L"Item", {place}));
     }
+    std::unique_ptr<SentItem> Next() override { return ItemOf(lclItems.Call(L"getnext")); }
 
 private:
+    static std::unique_ptr<SentItem> ItemOf(const Variant& object) {
+        Late item(object);
+        return item ? std::make_unique<OutlookSentItem>(std::move(item)) : nullptr;
+    }
+
     Late lclFolder, lclItems;
 };
 

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <tuple>
+#include <utility>
 #include <vector>
 
 #include "platform/BusyDialog.h"
@@ -102,6 +103,7 @@ public:
     std::deque<platform::Answer> answers;
     std::function<void()> meanwhile; // what comes through while a box is up
     const platform::BusyDialog* busy = nullptr;
+    std::function<void()> onShow; // what the host does meanwhile
 
     platform::Answer Show(const platform::Message& message) override {
         using platform::Answer;
@@ -110,6 +112,7 @@ public:
             throw std::logic_error("a message box within a transaction: " + message.text);
         shown.push_back(message);
         if (meanwhile) meanwhile();
+        if (onShow) std::exchange(onShow, {})();
         if (!answers.empty()) {
             const Answer answer = answers.front();
             answers.pop_front();

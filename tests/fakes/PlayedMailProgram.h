@@ -30,7 +30,8 @@ struct PlayedMailProgram {
     // after the display.
     std::int32_t older = 3, others = 0;
     int appearsAt = 1;
-    bool afterwardsFewer = false; // the user deletes one of the old ones meanwhile
+    int afterwardsFewer = 0; // of the old ones the user deletes so many meanwhile
+    bool byNextOnly = false; // it orders them in another way
     std::function<void(const std::string&)> save = [](const std::string&) {};
 
     int counts = 0; // since the display
@@ -75,18 +76,25 @@ public:
         lclProgram.Record("Count");
         if (!lclProgram.shown) return lclProgram.older;
         const bool there = ++lclProgram.counts >= lclProgram.appearsAt && lclProgram.sends;
-        lclNow = lclProgram.older - (lclProgram.afterwardsFewer ? 1 : 0) +
-                 (there ? lclProgram.others + 1 : 0);
-        return lclNow;
+        const auto now =
+            lclProgram.older - lclProgram.afterwardsFewer + (there ? lclProgram.others + 1 : 0);
+        lclOurs = there ? now : 0;
+        return now;
     }
     std::unique_ptr<mail::SentItem> Item(std::int32_t place) override {
         lclProgram.Record("Item " + std::to_string(place));
-        return std::make_unique<PlayedSentItem>(lclProgram, place == lclNow);
+        return std::make_unique<PlayedSentItem>(lclProgram,
+                                                place == lclOurs && !lclProgram.byNextOnly);
+    }
+    std::unique_ptr<mail::SentItem> Next() override {
+        lclProgram.Record("Next");
+        if (!lclProgram.byNextOnly) return nullptr;
+        return std::make_unique<PlayedSentItem>(lclProgram, true);
     }
 
 private:
     PlayedMailProgram& lclProgram;
-    std::int32_t lclNow = 0;
+    std::int32_t lclOurs = 0;
 };
 
 class PlayedNewMail : public mail::NewMail {

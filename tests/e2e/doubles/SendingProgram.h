@@ -26,6 +26,7 @@ struct SendingScript {
     std::function<void()> whileShown = [] {};
     std::int32_t older = 3; // mails in the folder
     int appearsAt = 1;      // of the counts after the display
+    bool byNext = false;    // given as the next one, not by its place
     bool shown = false, dead = false;
     int counts = 0;
     std::map<std::string, std::string> properties; // of the mail
@@ -116,8 +117,12 @@ inline const com::Table& SentItemsDouble::Members() const {
         }>(L"Count", 1),
         Row::Method<[](SentItemsDouble&, Number place) {
             Script().Record("Items.Item " + std::to_string(place));
-            return com::Make<SentMailDouble>();
+            return Script().byNext ? Object() : com::Make<SentMailDouble>();
         }>(L"Item", 0, L"Index"),
+        Row::Method<[](SentItemsDouble&) {
+            Script().Record("Items.GetNext");
+            return com::Make<SentMailDouble>();
+        }>(L"GetNext", 2),
     };
     static constexpr com::Table table{"Items", &IID_IDispatch, rows};
     return table;

@@ -12,8 +12,6 @@
 #include "controls/mailing/FileInTree.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/viewer/NoteFile.h"
-#include "mail/MailClient.h"
-#include "mail/PromptTool.h"
 #include "mail/win32/MakeMailRoads.h"
 #include "platform/General.h"
 #include "platform/Shell.h"
@@ -129,11 +127,9 @@ struct SentMails : testing::Test {
         archive.tree.AddChildTab("Verzonden", archive.tree.Item()->Id());
         tree.SetDbConnection(archive.database);
         tree.SetTreeId(archive.tree.TreeId());
-        sender =
-            std::make_unique<DossierMail>(machine, mail::win32::MakeMailRoads(machine),
-                                          [this](const std::string& sent, std::int32_t folder) {
-                                              FileInTree(machine, tree, sent, folder);
-                                          });
+        sender = std::make_unique<DossierMail>(
+            machine, mail::win32::MakeMailRoads(machine),
+            [this](const SentMail& mail) { FileInTree(machine, tree, mail); });
         tree.SetMailSender(sender.get());
         tree.SetEmailAddress("jan@example.nl");
     }
@@ -225,6 +221,7 @@ TEST_F(SentMails, AProgramThatDiesIsToldAndWhatIsNotSentIsNotAskedFor) {
     EXPECT_EQ(Told(), "");
     prompts.reset(); // the tool does not run
     Script() = {};
+    Script().byNext = true;
     Mail({letter});
     EXPECT_EQ(machine.messages.shown.size(), 1u) << Told();
     EXPECT_EQ(tree.AllItems().size(), before + 1);
@@ -315,13 +312,6 @@ TEST_F(SentMails, BothControlsOfferThem) {
     binder->Logic().SetDbConnection(archive.database);
     binder->Logic().SetId(archive.tree.TreeId());
     EXPECT_TRUE(offers(binder->Logic().treCorr()));
-}
-
-TEST_F(SentMails, TheDefaultProgramIsReadFromTheMachinesKey) {
-    const RegistryValue program(HKEY_LOCAL_MACHINE, L"Software\\Clients\\Mail", L"",
-                                L"Microsoft Outlook ");
-    EXPECT_EQ(mail::MailClientOf(platform::TheWorkstation().shell.MailClient()),
-              mail::MailClient::MicrosoftOutlook);
 }
 
 } // namespace kavidex::tests

@@ -43,10 +43,9 @@ int main(int count, char** arguments) {
     tree.SetTreeId(archive.tree.TreeId());
     const tests::ClassUnder<tests::SendingProgramDouble> program(L"outlook.Application");
     if (stage == "busy") tests::Script().appearsAt = 100000;
-    controls::DossierMail sender(machine, mail::win32::MakeMailRoads(machine),
-                                 [&](const std::string& sent, std::int32_t folder) {
-                                     controls::FileInTree(machine, tree, sent, folder);
-                                 });
+    controls::DossierMail sender(
+        machine, mail::win32::MakeMailRoads(machine),
+        [&](const controls::SentMail& mail) { controls::FileInTree(machine, tree, mail); });
     tree.SetMailSender(&sender);
 
     const HWND host = CreateWindowExW(0, L"#32770", L"Dossier", WS_OVERLAPPEDWINDOW | WS_VISIBLE,

@@ -67,9 +67,9 @@ struct FakeSender : MailSender {
         sent.push_back(names + order.address);
         return result;
     }
-    void File(const std::string& file, std::int32_t folder) override {
-        filed.push_back(file);
-        folders.push_back(folder);
+    void File(const SentMail& mail) override {
+        filed.push_back(mail.path);
+        folders.push_back(mail.folder);
     }
 };
 

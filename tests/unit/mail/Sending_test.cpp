@@ -70,7 +70,8 @@ TEST_F(Sending, GoesStepByStepAndFindsTheMailAgain) {
     EXPECT_EQ(Calls(), "Pause\nCreateMail\nAddRecipient jan@example.nl\nSubject Onderwerp\n"
                        "BodyFormat 2\nBody Beste Jan\nAttach Brief   1  kort.pdf\nAttach b.doc\n"
                        "SaveSentMessageFolder\nCount\nAddUserProperty UniqueIndex\nDisplay\nSent\n"
-                       "Count\nItem 4\nUserProperty UniqueIndex\nItem 5\nUserProperty UniqueIndex\n"
+                       "Count\nItem 4\nUserProperty UniqueIndex\nNext\nItem 5\n"
+                       "UserProperty UniqueIndex\n"
                        "SaveAs a b c.msg\nResume\n");
     EXPECT_EQ(program.mark.size(), 38u);
     ASSERT_FALSE(machine.busy.shown.empty());
@@ -82,11 +83,13 @@ TEST_F(Sending, GoesStepByStepAndFindsTheMailAgain) {
 TEST_F(Sending, WhereNothingIsSetNothingIsSaidAndWhatIsGoneIsNotAttached) {
     mail.address.clear();
     machine.files.Remove(mail.attachments[0].path);
-    program.subject.clear();
-    EXPECT_EQ(platform::FileName(Send().saved), "Email.msg");
+    mail.attachments.push_back(Attachment("Email.msg", "Email.msg"));
+    program.subject = " / ";
+    EXPECT_EQ(platform::FileName(Send().saved), "Email (1).msg") << "not one that was attached";
     EXPECT_EQ(Calls().find("AddRecipient"), std::string::npos);
     EXPECT_EQ(Calls().find("Body"), std::string::npos);
-    EXPECT_EQ(program.attached, std::vector{mail.attachments[1].path});
+    EXPECT_EQ(program.attached,
+              (std::vector{mail.attachments[1].path, mail.attachments[2].path}));
     EXPECT_TRUE(machine.log.Has("Mail", "a.pdf is gone"));
 }
 
@@ -156,16 +159,47 @@ TEST_F(Sending, TheSearchEndsWhereTheUserSaysSo) {
 }
 
 TEST_F(Sending, ItFindsTheMailWhereOldOnesGoMeanwhileAndTheProgramHasNoTime) {
-    program.afterwardsFewer = true;
-    program.appearsAt = 4;
+    for (const int fewer : {1, 2}) {
+        program.afterwardsFewer = fewer;
+        for (const int at : {1, 4}) {
+            program.appearsAt = at;
+            EXPECT_EQ(Send().code, AutomationResult::sent) << fewer << " fewer, at " << at;
+        }
+    }
+    program.afterwardsFewer = 0;
+    for (const char* call : {"Count", "Item", "UserProperty", "SaveAs"}) {
+        program.failure = static_cast<std::int32_t>(0x8001010A); // it is busy
+        program.whileShown = [&] { program.failAt = call; };
+        machine.busy.onProgress = [&](int done) {
+            if (done == 3) program.failAt.clear();
+        };
+        EXPECT_EQ(Send().code, AutomationResult::sent) << call;
+    }
+    program.failure = platform::errors::fail; // it was moved meanwhile
+    program.whileShown = [&] { program.failAt = "Item"; };
     EXPECT_EQ(Send().code, AutomationResult::sent);
-    program.afterwardsFewer = false;
-    program.failure = static_cast<std::int32_t>(0x8001010A); // it is busy
-    program.whileShown = [&] { program.failAt = "Count"; };
-    machine.busy.onProgress = [&](int done) {
-        if (done == 3) program.failAt.clear();
+    machine.busy.onProgress = {};
+    program.whileShown = [] {};
+    program.byNextOnly = true;
+    EXPECT_EQ(Send().code, AutomationResult::sent);
+}
+
+TEST_F(Sending, WhatTheUserRefusesTheProgramIsNotAskedForAgain) {
+    program.failure = static_cast<std::int32_t>(0x80004004);
+    program.whileShown = [&] { program.failAt = "UserProperty"; };
+    EXPECT_EQ(Send().code, AutomationResult::notSent);
+    EXPECT_EQ(program.counts, 1);
+}
+
+TEST_F(Sending, TheToolKeepsStillUntilTheLastOfSeveralMailsIsOut) {
+    bool within = false;
+    program.whileShown = [&] {
+        if (std::exchange(within, true)) return;
+        EXPECT_EQ(Send().code, AutomationResult::sent);
     };
-    EXPECT_EQ(Send().code, AutomationResult::sent);
+    Send();
+    EXPECT_EQ(std::count(program.calls.begin(), program.calls.end(), "Resume"), 1);
+    EXPECT_EQ(program.calls.back(), "Resume");
 }
 
 TEST_F(Sending, ASubjectThatIsNoFileNameIsShortenedAndCleaned) {
