@@ -66,6 +66,10 @@ bool Describes(const clsField& field, std::string_view type, std::string_view de
     return !asked && !own.empty() && Matches(own, description);
 }
 
+std::string TabTypeOf(const DossierTab& tab) {
+    return tab.type.empty() ? std::string(platform::FileName(tab.description)) : tab.type;
+}
+
 bool IsOfTab(const DossierTab& tab, std::string_view folderName) {
     // The last step of a path, with anything for each token.
     std::string pattern;
@@ -108,7 +112,7 @@ std::vector<std::string> ChecklistKeys(const Store& store, std::string_view doss
     std::vector<std::string> keys;
     const auto rows = store.Read("Select distinct TabType from tblCheckListFields");
     for (; !rows->Eof(); rows->MoveNext()) {
-        auto key = TrimmedText(rows->Get(0));
+        auto key = AsTyped(store.Connection(), TrimmedText(rows->Get(0)));
         const auto type = std::string_view(key).substr(0, key.find('^'));
         if (key.find('^') != std::string::npos &&
             (dossierType.empty() || platform::EqualNoCase(type, dossierType)))
@@ -125,10 +129,15 @@ std::vector<clsFieldPtr> LoadChecklist(const platform::Workstation& workstation,
     clsCheckListType list(workstation);
     list.SetDbConnection(connection);
     // It puts the key between the quotes as it is.
-    list.SetCheckListTabType(platform::Replace(key, "'", "''"));
+    list.SetCheckListTabType(platform::Replace(AsWritten(connection, key), "'", "''"));
     if (list.GetType(key, {}) != 0)
         throw data::Error(data::errors::objectClosed,
                           "The checklist " + std::string(key) + " cannot be read.", "Kavidex");
+    for (const auto& field : list.CheckListFields()) {
+        field->SetFieldDescription(AsTyped(connection, field->FieldDescription()));
+        field->SetFieldType(AsTyped(connection, field->FieldType()));
+        field->SetDescriptionsToCheck(AsTyped(connection, field->DescriptionsToCheck()));
+    }
     return list.CheckListFields();
 }
 
@@ -168,12 +177,15 @@ std::vector<ChecklistValue> Checklist::ReadValues(const Store& store, NodeId fol
     for (; !rows->Eof(); rows->MoveNext()) {
         ChecklistValue value;
         value.id = data::ToInt32(rows->Get("Id"));
-        value.description = TrimmedText(rows->Get("FieldDescription"));
+        const auto text = [&](std::string_view column) {
+            return AsTyped(store.Connection(), TrimmedText(rows->Get(column)));
+        };
+        value.description = text("FieldDescription");
         value.needed = data::IsNull(rows->Get("IsNeeded")) || data::ToInt32(rows->Get("IsNeeded"));
         value.present = data::ToInt32(rows->Get("IsPresent")) != 0;
-        value.value = TrimmedText(rows->Get("DescriptionsToCheck"));
-        value.checkedOn = TrimmedText(rows->Get("CheckDate"));
-        value.checkedBy = TrimmedText(rows->Get("Checkuser"));
+        value.value = text("DescriptionsToCheck");
+        value.checkedOn = text("CheckDate");
+        value.checkedBy = text("Checkuser");
         values.push_back(std::move(value));
     }
     return values;
@@ -188,7 +200,7 @@ const Checklist::List* Checklist::ListOf(const clsItem& folder, bool top) const 
     if (top) return named(wholeDossier);
     for (const auto& tab : lclTabs)
         if (IsOfTab(tab, folder.DescriptionText()))
-            if (const auto* list = named(tab.type)) return list;
+            if (const auto* list = named(TabTypeOf(tab))) return list;
     return named(folder.DescriptionText());
 }
 

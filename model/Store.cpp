@@ -86,6 +86,12 @@ std::optional<std::string> ReadSetting(const platform::Workstation& workstation,
     return TrimmedText(row->Get("Value"));
 }
 
+// A row that every database has.
+void HoldSettings(const Store& store) {
+    store.Write("update tblSettings set Section = Section where Section = 'Build' and SKey = "
+                "'DbVersion'");
+}
+
 std::string NewGuid(const platform::Workstation& workstation) {
     std::string guid;
     if (platform::CreateGuid(workstation, guid) != 0)
@@ -95,6 +101,13 @@ std::string NewGuid(const platform::Workstation& workstation) {
 
 std::string AsWritten(const data::ConnectionPtr& connection, std::string_view text) {
     return data::IsMySqlConnection(connection) ? DoubleBackslashes(text) : std::string(text);
+}
+
+std::string AsTyped(const data::ConnectionPtr& connection, std::string_view text) {
+    if (text.find('\\') == std::string_view::npos || !data::IsMySqlConnection(connection))
+        return std::string(text);
+    std::string typed = platform::Replace(text, "\\\\", "\\");
+    return DoubleBackslashes(typed) == text ? typed : std::string(text);
 }
 
 std::string Number(std::int64_t number) { return std::to_string(number); }

@@ -58,10 +58,17 @@ std::optional<std::string> ReadSetting(const platform::Workstation& workstation,
                                        const data::ConnectionPtr& connection,
                                        std::string_view section, std::string_view key);
 
+// For use within a transaction: others who hold the settings as well wait until it ends. To be
+// asked before anything is read that the transaction depends on.
+void HoldSettings(const Store& store);
+
 std::string NewGuid(const platform::Workstation& workstation); // throws platform::Error
 
 // What a text reads as once it was written: on MySQL with two backslashes for each.
 std::string AsWritten(const data::ConnectionPtr& connection, std::string_view text);
+
+// The opposite. What was written another way (a database moved from elsewhere) stays as it is.
+std::string AsTyped(const data::ConnectionPtr& connection, std::string_view text);
 
 std::string Number(std::int64_t number); // decimal text
 std::string_view Word(bool flag);        // "True" or "False"

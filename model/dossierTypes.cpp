@@ -21,8 +21,9 @@ std::vector<DossierType> Types(const platform::Workstation& workstation,
                 .Read("Select TypeId, DossierType, DossierDescription from tblDossierTypes" +
                       std::string(where));
         for (; !rows->Eof(); rows->MoveNext())
-            types.push_back({data::ToInt32(rows->Get(0)), TrimmedText(rows->Get(1)),
-                             TrimmedText(rows->Get(2))});
+            types.push_back({data::ToInt32(rows->Get(0)),
+                             AsTyped(connection, TrimmedText(rows->Get(1))),
+                             AsTyped(connection, TrimmedText(rows->Get(2)))});
     } catch (const platform::Error& error) {
         workstation.log.Write("DossierTypes", error.what());
         if (data::UpgradeContext{workstation, connection}.HasTable("tblDossierTypes")) throw;
@@ -45,8 +46,8 @@ std::vector<DossierType> DossierTypes(const platform::Workstation& workstation,
 
 DossierType FindDossierType(const platform::Workstation& workstation,
                             const data::ConnectionPtr& connection, std::string_view name) {
-    const auto types =
-        Types(workstation, connection, " where DossierType = " + data::SqlValue(name));
+    const auto types = Types(workstation, connection,
+                             " where DossierType = " + data::SqlValue(AsWritten(connection, name)));
     return types.empty() ? DossierType{0, std::string(name), {}} : types.front();
 }
 
@@ -56,9 +57,10 @@ std::vector<DossierTab> TabsOfType(const Store& store, std::int32_t typeId) {
                                  "tblDossierTabs where DossierTypeId = " +
                                  Number(typeId) + " order by IntOrder, TabId");
     for (; !rows->Eof(); rows->MoveNext())
-        tabs.push_back({data::ToInt32(rows->Get(0)), TrimmedText(rows->Get(1)),
-                        TrimmedText(rows->Get(2)), data::ToInt32(rows->Get(3)),
-                        IsAutomatic(TrimmedText(rows->Get(4)))});
+        tabs.push_back({data::ToInt32(rows->Get(0)),
+                        AsTyped(store.Connection(), TrimmedText(rows->Get(1))),
+                        AsTyped(store.Connection(), TrimmedText(rows->Get(2))),
+                        data::ToInt32(rows->Get(3)), IsAutomatic(TrimmedText(rows->Get(4)))});
     return tabs;
 }
 

@@ -1,5 +1,7 @@
 #include "model/post.h"
 
+#include <algorithm>
+
 #include "data/Error.h"
 #include "data/clsSettings.h"
 #include "data/modData.h"
@@ -14,19 +16,14 @@
 namespace kavidex::model {
 namespace {
 
+constexpr std::size_t columnWidth = 255;
 constexpr std::string_view section = "Post", folderKey = "Folder";
 
 std::string SectionOf(NodeId item) { return "Post." + Number(item); }
 
-// Keeps a value whatever it holds; what the column does not take is cut.
 void Keep(data::clsSettings& settings, const std::string& where, std::string_view key,
           std::string_view value) {
-    auto plain = PlainText(value);
-    while (plain.size() > 255) {
-        value.remove_suffix(1);
-        plain = PlainText(value);
-    }
-    settings.SetSetting(where, key, plain);
+    settings.SetSetting(where, key, PlainText(value));
     if (!settings.Failure().empty())
         throw data::Error(data::errors::objectClosed, settings.Failure(), "Kavidex");
 }
@@ -35,25 +32,49 @@ void Forget(const Store& store, NodeId item) {
     store.Write("Delete from tblSettings where Section = " + data::SqlValue(SectionOf(item)));
 }
 
-void ReadFacts(const Store& store, PostItem& item, bool now) {
-    const auto statement =
-        "Select * from tblSettings where Section = " + data::SqlValue(SectionOf(item.id));
+// What is known of each, some at a time.
+void ReadFacts(const Store& store, std::span<PostItem> items, bool now) {
+    constexpr std::size_t most = 100;
+    for (; items.size() > most; items = items.subspan(most))
+        ReadFacts(store, items.first(most), now);
+    std::string sections;
+    for (const auto& item : items)
+        sections += (sections.empty() ? "" : ", ") + data::SqlValue(SectionOf(item.id));
+    if (sections.empty()) return;
+    const auto statement = "Select * from tblSettings where Section in (" + sections + ")";
     const auto rows = now ? store.ReadNow(statement) : store.Read(statement);
     for (; !rows->Eof(); rows->MoveNext()) {
+        const auto where = TrimmedText(rows->Get("Section"));
+        const auto item = std::find_if(items.begin(), items.end(), [&](const auto& one) {
+            return platform::EqualAsciiNoCase(SectionOf(one.id), where);
+        });
+        if (item == items.end()) continue;
         const auto key = TrimmedText(rows->Get("SKey"));
         const auto value = FromPlainText(TrimmedText(rows->Get("Value")));
-        if (key == "From") item.from = static_cast<NodeId>(platform::Val(value));
-        if (key == "By") item.by = value;
-        if (key == "On") item.on = value;
-        if (key == "Remark") item.remark = value;
-        if (key == "Opened") item.opened = value == "True";
+        if (key == "From") item->from = static_cast<NodeId>(platform::Val(value));
+        if (key == "By") item->by = value;
+        if (key == "On") item->on = value;
+        if (key == "Remark") item->remark = value;
+        if (key == "Opened") item->opened = value == "True";
     }
 }
 
-// Whoever else wants the document waits; false when it is elsewhere by now.
-bool HoldIn(const Store& store, NodeId item, NodeId folder) {
+PostItem FactsOf(const Store& store, NodeId id) {
+    PostItem item;
+    item.id = id;
+    ReadFacts(store, {&item, 1}, true);
+    return item;
+}
+
+// Whoever else wants the row waits.
+void Hold(const Store& store, NodeId id) {
     store.Write("update tblTreeItem set Description = Description where TreeItemId = " +
-                Number(item));
+                Number(id));
+}
+
+// False when the document is elsewhere by now.
+bool HoldIn(const Store& store, NodeId item, NodeId folder) {
+    Hold(store, item);
     const auto row =
         store.ReadNow("Select ParentId from tblTreeItem where TreeItemId = " + Number(item));
     return !row->Eof() && data::ToInt32(row->Get(0)) == folder;
@@ -64,14 +85,29 @@ void Move(const Store& store, NodeId item, NodeId folder) {
                 " Where TreeItemId = " + Number(item));
 }
 
+NodeId FindBox(const Store& store, const UserTree& place, NodeId receiver) {
+    const auto rows = store.ReadNow("Select TreeItemId, Type from tblTreeItem where ParentId = " +
+                                    Number(place.root) + " and ItemId = " + Number(receiver));
+    for (; !rows->Eof(); rows->MoveNext())
+        if (platform::EqualAsciiNoCase(TrimmedText(rows->Get(1)), itemTypes::userPost))
+            return data::ToInt32(rows->Get(0));
+    return 0;
+}
+
+void PutBack(const Store& store, const PostItem& item, NodeId otherwise) {
+    const auto target = item.from > 0 && HasRow(store, item.from) ? item.from : otherwise;
+    HoldNode(store, target);
+    Move(store, item.id, target);
+    Forget(store, item.id);
+}
+
 NodeId BoxOf(const platform::Workstation& workstation, const Store& store, const UserTree& place,
-             const RightsHolder& user) {
+             const RightsHolder& receiver) {
     HoldNode(store, place.root);
-    const auto boxes = PostBoxes(store, place);
-    if (const auto known = boxes.find(user.id); known != boxes.end()) return known->second.folder;
+    if (const auto known = FindBox(store, place, receiver.id)) return known;
     NodeId id = 0;
     clsItemCol(workstation)
-        .AddItem(id, itemTypes::userPost, nullptr, user.id, user.name, store.Connection(),
+        .AddItem(id, itemTypes::userPost, nullptr, receiver.id, receiver.name, store.Connection(),
                  place.root);
     return id;
 }
@@ -80,6 +116,7 @@ NodeId BoxOf(const platform::Workstation& workstation, const Store& store, const
 
 NodeId PostFolder(const platform::Workstation& workstation, const Store& store,
                   const UserTree& place, std::string_view name) {
+    if (!name.empty()) HoldSettings(store); // another makes one too
     const auto kept = ReadSetting(workstation, store.Connection(), section, folderKey);
     if (const auto id = kept ? static_cast<NodeId>(platform::Val(*kept)) : 0;
         id > 0 && HasRow(store, id))
@@ -108,7 +145,7 @@ std::vector<PostItem> PostIn(const Store& store, NodeId folder) {
         item.document = data::ToInt32(rows->Get(3));
         if (!fncCanHaveChildren(item.type)) items.push_back(std::move(item));
     }
-    for (auto& item : items) ReadFacts(store, item, false);
+    ReadFacts(store, items, false);
     return items;
 }
 
@@ -120,19 +157,25 @@ std::map<NodeId, PostBox> PostBoxes(const Store& store, const UserTree& place) {
     for (; !rows->Eof(); rows->MoveNext())
         if (platform::EqualAsciiNoCase(TrimmedText(rows->Get(1)), itemTypes::userPost))
             boxes[data::ToInt32(rows->Get(2))] = {data::ToInt32(rows->Get(0)), 0};
-    for (auto& [user, box] : boxes) {
-        const auto count =
-            store.Read("Select count(*) from tblTreeItem where ParentId = " + Number(box.folder));
-        box.count = data::ToInt32(count->Get(0));
-    }
+    std::map<NodeId, int> counts;
+    const auto counted =
+        store.Read("Select i.ParentId, count(*) as N from tblTreeItem as i, tblTreeItem as b where "
+                   "i.ParentId = b.TreeItemId and b.ParentId = " +
+                   Number(place.root) + " group by i.ParentId");
+    for (; !counted->Eof(); counted->MoveNext())
+        counts[data::ToInt32(counted->Get(0))] = data::ToInt32(counted->Get(1));
+    for (auto& [receiver, box] : boxes) box.count = counts[box.folder];
     return boxes;
 }
 
+bool FitsAsRemark(std::string_view remark) { return PlainText(remark).size() <= columnWidth; }
+
 PostResult GivePost(const platform::Workstation& workstation, const Store& store,
                     const UserTree& place, NodeId from, std::span<const NodeId> items,
-                    const RightsHolder& user, std::string_view remark) {
-    if (!HasRow(store, user.id)) return PostResult::Gone;
-    const auto box = BoxOf(workstation, store, place, user);
+                    const RightsHolder& receiver, std::string_view remark) {
+    Hold(store, receiver.id);
+    if (!HasRow(store, receiver.id)) return PostResult::NoReceiver;
+    const auto box = BoxOf(workstation, store, place, receiver);
     HoldNode(store, box);
     data::clsSettings settings(workstation);
     settings.SetDbConnection(store.Connection());
@@ -141,6 +184,7 @@ PostResult GivePost(const platform::Workstation& workstation, const Store& store
     for (const auto item : items) {
         if (!HoldIn(store, item, from)) return PostResult::Gone;
         Move(store, item, box);
+        Forget(store, item); // of an earlier giving
         const auto where = SectionOf(item);
         Keep(settings, where, "From", Number(from));
         Keep(settings, where, "By", by);
@@ -155,25 +199,35 @@ PostResult TakePostBack(const Store& store, NodeId folder, std::span<const NodeI
                         NodeId otherwise) {
     for (const auto id : items) {
         if (!HoldIn(store, id, folder)) return PostResult::Gone;
-        PostItem item;
-        item.id = id;
-        ReadFacts(store, item, true);
+        const auto item = FactsOf(store, id);
         if (item.opened) return PostResult::Gone;
-        const auto target = item.from > 0 && HasRow(store, item.from) ? item.from : otherwise;
-        HoldNode(store, target);
-        Move(store, id, target);
-        Forget(store, id);
+        PutBack(store, item, otherwise);
     }
     return PostResult::Done;
 }
 
-void MarkPostOpened(const platform::Workstation& workstation, const Store& store, NodeId item) {
-    // In the order in which a taking back asks.
-    store.Write("update tblTreeItem set Description = Description where TreeItemId = " +
-                Number(item));
+PostResult MarkPostOpened(const platform::Workstation& workstation, const Store& store,
+                          NodeId folder, NodeId item) {
+    if (!HoldIn(store, item, folder)) return PostResult::Gone;
     data::clsSettings settings(workstation);
     settings.SetDbConnection(store.Connection());
     Keep(settings, SectionOf(item), "Opened", "True");
+    return PostResult::Done;
+}
+
+void ReturnPost(const platform::Workstation& workstation, const Store& store, const UserTree& place,
+                NodeId receiver, std::string_view name) {
+    Hold(store, receiver); // who hands him something now comes too late
+    const auto box = FindBox(store, place, receiver);
+    if (box == 0) return;
+    HoldNode(store, box);
+    std::vector<NodeId> items;
+    const auto rows =
+        store.ReadNow("Select TreeItemId from tblTreeItem where ParentId = " + Number(box));
+    for (; !rows->Eof(); rows->MoveNext()) items.push_back(data::ToInt32(rows->Get(0)));
+    const auto folder = items.empty() ? 0 : PostFolder(workstation, store, place, name);
+    for (const auto item : items) PutBack(store, FactsOf(store, item), folder);
+    DeleteSubtree(store, box, [](NodeId) {});
 }
 
 } // namespace kavidex::model

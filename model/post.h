@@ -1,5 +1,5 @@
-// Post: documents that wait in a folder and are handed to users, each of whom has a folder of the
-// type "userpost" beside the users. A document is in one folder at a time.
+// Post: documents that wait in a folder and are handed to users and groups, each of which has a
+// folder of the type "userpost" beside the users. A document is in one folder at a time.
 #pragma once
 
 #include <cstdint>
@@ -20,10 +20,10 @@ struct PostItem {
     // What is known of one that was handed over, from the settings under "Post." and its id.
     NodeId from = 0; // the folder that it came from
     std::string by, on, remark;
-    bool opened = false; // its user has seen it
+    bool opened = false; // its user, or one of its group, has seen it
 };
 
-// The folder in which post waits, made where there is none (then within a transaction).
+// The folder in which post waits; made within a transaction where there is none and it has a name.
 NodeId PostFolder(const platform::Workstation& workstation, const Store& store,
                   const UserTree& place, std::string_view name);
 std::vector<PostItem> PostIn(const Store& store, NodeId folder);
@@ -31,17 +31,26 @@ struct PostBox {
     NodeId folder = 0;
     int count = 0;
 };
-std::map<NodeId, PostBox> PostBoxes(const Store& store, const UserTree& place); // by the user's id
+std::map<NodeId, PostBox> PostBoxes(const Store& store,
+                                    const UserTree& place); // by the holder's id
 
-enum class PostResult { Done, Gone }; // Gone: another one had it first; nothing was written
+bool FitsAsRemark(std::string_view remark);
+
+// Gone: another one had it first. NoReceiver: somebody deleted him. Then nothing was written.
+enum class PostResult { Done, Gone, NoReceiver };
 
 // Within a transaction. `from` is where the documents are known to be.
 PostResult GivePost(const platform::Workstation& workstation, const Store& store,
                     const UserTree& place, NodeId from, std::span<const NodeId> items,
-                    const RightsHolder& user, std::string_view remark);
+                    const RightsHolder& receiver, std::string_view remark);
 // Back to where each came from, or to `otherwise`; Gone also for one that its user has opened.
 PostResult TakePostBack(const Store& store, NodeId folder, std::span<const NodeId> items,
                         NodeId otherwise);
-void MarkPostOpened(const platform::Workstation& workstation, const Store& store, NodeId item);
+PostResult MarkPostOpened(const platform::Workstation& workstation, const Store& store,
+                          NodeId folder, NodeId item);
+// Before a user or a group is deleted: its post waits again where it came from, else in the post
+// folder, which gets that name if it is to be made.
+void ReturnPost(const platform::Workstation& workstation, const Store& store, const UserTree& place,
+                NodeId receiver, std::string_view name);
 
 } // namespace kavidex::model

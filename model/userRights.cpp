@@ -30,7 +30,11 @@ std::vector<RightsHolder> Below(const Store& store, NodeId parent) {
         const auto type = TrimmedText(rows->Get(1));
         const bool group = platform::EqualAsciiNoCase(type, itemTypes::userGroup);
         if (group || platform::EqualAsciiNoCase(type, itemTypes::user))
-            found.push_back({data::ToInt32(rows->Get(0)), 0, group, TrimmedText(rows->Get(2)), {}});
+            found.push_back({data::ToInt32(rows->Get(0)),
+                             0,
+                             group,
+                             AsTyped(store.Connection(), TrimmedText(rows->Get(2))),
+                             {}});
     }
     return found;
 }
@@ -41,23 +45,30 @@ std::size_t PlaceOf(std::string_view key) {
     return right ? static_cast<std::size_t>(right - all.data()) : all.size();
 }
 
-// One statement for all: users have up to 26 rows each.
-void ReadRights(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
-                std::vector<RightsHolder>& holders) {
-    std::map<std::string, RightsHolder*> bySection;
-    for (auto& holder : holders)
-        bySection[platform::LowerCase(RightsSection(holder.name))] = &holder;
+// The rights of everybody who has a row, by section in lower case. One statement for all: users
+// have up to 26 rows each.
+std::map<std::string, RightSet> ReadRights(const platform::Workstation& workstation,
+                                           const data::ConnectionPtr& connection) {
+    std::map<std::string, RightSet> bySection;
     data::clsSettings settings(workstation);
     settings.SetDbConnection(connection);
     std::string value, where, key;
     bool found = settings.GetSettingLike(std::string(prefix) + "%", "%", value, where, key, false);
-    for (; found; found = settings.GetNextSettingLike(value, where, key)) {
-        const auto holder = bySection.find(platform::LowerCase(where));
-        const auto place = PlaceOf(key);
-        if (holder != bySection.end() && place < Rights().size())
-            holder->second->rights[place] = platform::EqualNoCase(value, rightGranted);
-    }
+    for (; found; found = settings.GetNextSettingLike(value, where, key))
+        if (const auto place = PlaceOf(key); place < Rights().size())
+            bySection[platform::LowerCase(where)][place] =
+                platform::EqualNoCase(value, rightGranted);
     if (!settings.Failure().empty()) Refused(settings.Failure());
+    return bySection;
+}
+
+std::string KeyOf(const RightsHolder& holder) {
+    return platform::LowerCase(RightsSection(holder.name));
+}
+
+bool Administers(const RightSet& rights) {
+    static const auto see = PlaceOf("ReadEditRights"), change = PlaceOf("UpdateEditRights");
+    return rights[see] && rights[change];
 }
 
 void SaveRights(const platform::Workstation& workstation, const Store& store,
@@ -96,6 +107,7 @@ UserTree FindUserTree(const platform::Workstation& workstation, const Store& sto
 
 UserTree MakeUserTree(const platform::Workstation& workstation, const Store& store,
                       std::string_view description) {
+    HoldSettings(store); // another makes one too
     if (const auto there = FindUserTree(workstation, store); there.tree != 0) return there;
     clsTree tree(workstation);
     tree.SetDbConnection(store.Connection());
@@ -128,8 +140,27 @@ std::vector<RightsHolder> LoadHolders(const platform::Workstation& workstation,
         }
     }
     holders.insert(holders.end(), loose.begin(), loose.end());
-    ReadRights(workstation, store.Connection(), holders);
+    const auto rights = ReadRights(workstation, store.Connection());
+    for (auto& holder : holders)
+        if (const auto known = rights.find(KeyOf(holder)); known != rights.end())
+            holder.rights = known->second;
     return holders;
+}
+
+bool SomebodyAdministers(std::span<const RightsHolder> holders) {
+    return std::any_of(holders.begin(), holders.end(), [](const RightsHolder& holder) {
+        return !holder.isGroup && Administers(holder.rights);
+    });
+}
+
+bool AnAdministratorIsLeft(const platform::Workstation& workstation,
+                           const data::ConnectionPtr& connection) {
+    auto rights = ReadRights(workstation, connection);
+    // Nobody logs on as a group.
+    for (const auto& holder : LoadHolders(workstation, Store(connection)))
+        if (holder.isGroup) rights.erase(KeyOf(holder));
+    return std::any_of(rights.begin(), rights.end(),
+                       [](const auto& one) { return Administers(one.second); });
 }
 
 bool CanHoldRights(std::string_view name) {
@@ -154,7 +185,8 @@ void ChangeHolder(const platform::Workstation& workstation, const Store& store,
     HoldNode(store, before.id);
     if (before.name != after.name)
         store.Write("Update tblTreeItem set Description = " + data::SqlValue(after.name) +
-                    " where TreeItemId = " + Number(before.id));
+                    " where TreeItemId = " + Number(before.id) + " or (ParentId = " +
+                    Number(place.root) + " and ItemId = " + Number(before.id) + ")"); // his post's
     if (before.group != after.group) {
         const auto parent = after.group > 0 ? after.group : place.users;
         HoldNode(store, parent);

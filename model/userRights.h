@@ -4,6 +4,7 @@
 
 #include <bitset>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -37,6 +38,12 @@ UserTree MakeUserTree(const platform::Workstation& workstation, const Store& sto
 
 // Groups before their users, each by name.
 std::vector<RightsHolder> LoadHolders(const platform::Workstation& workstation, const Store& store);
+
+// Whether some user may see rights and change them; otherwise nobody can undo what is changed.
+bool SomebodyAdministers(std::span<const RightsHolder> holders);
+// The same of all that have rights in this database, known to the tree or not.
+bool AnAdministratorIsLeft(const platform::Workstation& workstation,
+                           const data::ConnectionPtr& connection);
 
 // Whether rights can be kept under the name: not empty, and not too long once it is written.
 bool CanHoldRights(std::string_view name);

@@ -44,7 +44,7 @@ AdminControl::AdminControl(const forms::Layout& layout, const platform::Workstat
                            std::string_view right)
     : FormControl(layout, workstation), lclRight(right) {
     Form().On("btnSave", What::Clicked, [this](forms::FieldEvent&) { Save(); });
-    Form().On("btnUndo", What::Clicked, [this](forms::FieldEvent&) { Undo(); });
+    On("btnUndo", What::Clicked, &AdminControl::Undo);
     Form()["btnSave"].SetEnabled(false);
     Form()["btnUndo"].SetEnabled(false);
 }
@@ -64,13 +64,13 @@ void AdminControl::Changed() {
 }
 
 void AdminControl::ShowButtons() {
-    Form()["btnSave"].SetEnabled(lclChanged && MayChange());
+    Form()["btnSave"].SetEnabled(lclChanged && MayWrite());
     Form()["btnUndo"].SetEnabled(lclChanged);
 }
 
 bool AdminControl::Save() {
     if (!lclChanged) return true;
-    if (!MayChange()) {
+    if (!MayWrite()) {
         Tell("U heeft geen bevoegdheid om dit te wijzigen");
         return false;
     }
@@ -100,10 +100,18 @@ bool AdminControl::Save() {
     return true;
 }
 
-void AdminControl::Undo() {
+void AdminControl::Refresh() {
     lclChanged = false;
-    Refresh();
+    FormControl::Refresh();
     ShowButtons();
+}
+
+// Another user sees other things; what the one before had begun stays until it is saved.
+void AdminControl::RightsChanged() {
+    if (lclChanged || !DbConnection())
+        ShowNow();
+    else
+        Refresh();
 }
 
 bool AdminControl::MayLeave() {

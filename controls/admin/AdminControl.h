@@ -24,7 +24,8 @@ public:
 
     bool IsChanged() const { return lclChanged; }
     bool Save(); // true when nothing is left to save; the user was told why not
-    void Undo(); // reads what is stored again
+    void Undo() { Refresh(); }
+    void Refresh() override; // what is not saved is given up
 
     Event<> EvChanged; // the user changed something that is not saved yet
     Event<> EvSaved;
@@ -33,12 +34,14 @@ public:
     void ShowModal(forms::FormPresenter& forms);
 
 protected:
+    virtual bool MayWrite() const { return MayChange(); }
     virtual bool MaySave() { return true; }            // asks what has to be asked; false: not now
     virtual void Write(const model::Store& store) = 0; // within one transaction
     void Changed();
     bool MayChange() const { return May(lclRight); }
     void ShowButtons();
     bool MayLeave() override;
+    void RightsChanged() override;
 
 private:
     std::string lclDossierType;

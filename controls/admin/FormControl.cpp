@@ -55,7 +55,7 @@ void FormControl::SetUserAuth(std::shared_ptr<model::clsUserAuth> rights) {
     lclUserAuth = std::move(rights);
     if (lclUserAuth && !lclUserAuth->DbConnection()) lclUserAuth->SetDbConnection(lclConnection);
     lclRights.Set(lclUserAuth, lclConnection);
-    ShowNow();
+    RightsChanged();
 }
 
 void FormControl::SetDbConnection(data::ConnectionPtr connection) {
@@ -85,8 +85,10 @@ void FormControl::SaveProperties(PropertyBag& bag) const {
     controls::SaveProperties(FormControlPropertyTable(), lclState, bag);
 }
 
-bool FormControl::May(std::string_view right) const {
-    return lclState.Enabled && lclConnection && lclRights.Has(right);
+bool FormControl::May(std::string_view right) const { return lclState.Enabled && MayRead(right); }
+
+bool FormControl::MayRead(std::string_view right) const {
+    return lclConnection && lclRights.Has(right);
 }
 
 void FormControl::Tell(std::string_view text, const std::vector<std::string>& values) const {

@@ -52,7 +52,7 @@ public:
     void LoadProperties(PropertyBag& bag);
     void SaveProperties(PropertyBag& bag) const;
 
-    void Refresh(); // reads the database again; what could not be read is told
+    virtual void Refresh(); // reads the database again; what could not be read is told
 
     Event<std::string_view> PropertyChanged;
 
@@ -64,7 +64,22 @@ protected:
     virtual void Read() = 0;                 // from the database, or empties itself without one
     virtual void Show() = 0;                 // what was read, and what the user may do
     virtual bool MayLeave() { return true; } // changes that are not written would be lost
+    virtual void RightsChanged() { ShowNow(); }
+    void ShowNow(); // once there is something to show
     bool May(std::string_view right) const;
+    bool MayRead(std::string_view right) const; // also while it only shows
+    // Binds what the user does with a field to a member of the control.
+    template <class Control>
+    void On(std::string_view field, forms::What what, void (Control::*act)()) {
+        lclForm.On(field, what,
+                   [this, act](forms::FieldEvent&) { (static_cast<Control*>(this)->*act)(); });
+    }
+    template <class Control>
+    void On(std::string_view field, forms::What what, void (Control::*act)(forms::FieldEvent&)) {
+        lclForm.On(field, what, [this, act](forms::FieldEvent& event) {
+            (static_cast<Control*>(this)->*act)(event);
+        });
+    }
     const platform::Workstation& Machine() const { return lclWorkstation; }
     std::string Text(std::string_view text, const std::vector<std::string>& values = {}) const {
         return lclForm.Text(text, values);
@@ -77,8 +92,6 @@ protected:
     forms::FormPresenter* Presenter() const { return presenter ? presenter() : nullptr; }
 
 private:
-    void ShowNow();
-
     const platform::Workstation& lclWorkstation;
     FormControlProperties lclState;
     forms::Form lclForm;

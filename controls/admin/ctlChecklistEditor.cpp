@@ -64,39 +64,19 @@ constexpr forms::Layout layout = {"ctlChecklistEditor", "Checklists", 380, 210, 
 
 ctlChecklistEditor::ctlChecklistEditor(const platform::Workstation& workstation)
     : AdminControl(layout, workstation, "UpdateDossierType") {
-    auto& form = Form();
-    const auto on = [&](std::string_view field, What what, void (ctlChecklistEditor::*act)()) {
-        form.On(field, what, [this, act](forms::FieldEvent&) { (this->*act)(); });
-    };
-    on("cmbType", What::Changed, &ctlChecklistEditor::ChooseType);
-    on("cmbTab", What::Changed, &ctlChecklistEditor::ChooseList);
-    on("btnCopy", What::Clicked, &ctlChecklistEditor::CopyFrom);
-    on("btnNew", What::Clicked, &ctlChecklistEditor::Add);
-    on("btnDelete", What::Clicked, &ctlChecklistEditor::Remove);
-    on("lstLines", What::Changed, &ctlChecklistEditor::ShowButtonsOfLines);
-    form.On("btnUp", What::Clicked, [this](forms::FieldEvent&) { MoveBy(-1); });
-    form.On("btnDown", What::Clicked, [this](forms::FieldEvent&) { MoveBy(1); });
-    form.On("lstLines", What::Editing, [this](forms::FieldEvent& event) { Editing(event); });
-    form.On("lstLines", What::Edited, [this](forms::FieldEvent& event) { Edited(event); });
-    form.On("lstLines", What::Key, [this](forms::FieldEvent& event) {
-        if (event.key == deleteKey)
-            Remove();
-        else if (event.key == insertKey)
-            Add();
-        else if (event.control && (event.key == up || event.key == down))
-            MoveBy(event.key == up ? -1 : 1);
-        else
-            event.refused = true;
-    });
-    form.On("lstLines", What::DragOver, [this](forms::FieldEvent& event) {
-        event.refused = event.source != &event.field || event.dragged.size() != 1 || !MayChange();
-    });
-    form.On("lstLines", What::Dropped, [this](forms::FieldEvent& event) {
-        const auto from = static_cast<std::size_t>(event.dragged.front()) - 1;
-        auto to = event.item == 0 ? lclLines.size() : static_cast<std::size_t>(event.item) - 1;
-        if (event.item != 0 && event.place == forms::Place::After) ++to;
-        MoveTo(from, to > from ? to - 1 : to);
-    });
+    On("cmbType", What::Changed, &ctlChecklistEditor::ChooseType);
+    On("cmbTab", What::Changed, &ctlChecklistEditor::ChooseList);
+    On("btnCopy", What::Clicked, &ctlChecklistEditor::CopyFrom);
+    On("btnNew", What::Clicked, &ctlChecklistEditor::Add);
+    On("btnDelete", What::Clicked, &ctlChecklistEditor::Remove);
+    On("btnUp", What::Clicked, &ctlChecklistEditor::MoveUp);
+    On("btnDown", What::Clicked, &ctlChecklistEditor::MoveDown);
+    On("lstLines", What::Changed, &ctlChecklistEditor::ShowButtonsOfLines);
+    On("lstLines", What::Editing, &ctlChecklistEditor::Editing);
+    On("lstLines", What::Edited, &ctlChecklistEditor::Edited);
+    On("lstLines", What::Key, &ctlChecklistEditor::Key);
+    On("lstLines", What::DragOver, &ctlChecklistEditor::DragOver);
+    On("lstLines", What::Dropped, &ctlChecklistEditor::Dropped);
     Show();
 }
 
@@ -121,7 +101,7 @@ void ctlChecklistEditor::Read() {
     lclKeys.clear();
     lclStored.clear();
     lclLines.clear();
-    if (!DbConnection() || !May("ReadDossierType")) return;
+    if (!MayRead("ReadDossierType")) return;
     const model::Store store(DbConnection());
     lclTypes = model::DossierTypes(Machine(), DbConnection());
     lclKeys = model::ChecklistKeys(store, {});
@@ -141,7 +121,7 @@ void ctlChecklistEditor::Read() {
     };
     for (const auto& tab : named != lclTypes.end() ? model::TabsOfType(store, named->id)
                                                    : std::vector<model::DossierTab>())
-        add(tab.type.empty() ? tab.description : tab.type);
+        add(model::TabTypeOf(tab));
     for (const auto& key : lclKeys)
         if (platform::EqualNoCase(key.substr(0, key.find('^')), lclType))
             add(key.substr(key.find('^') + 1));
@@ -219,9 +199,11 @@ void ctlChecklistEditor::CopyFrom() {
     const auto* from = Form()["cmbFrom"].Find(Form()["cmbFrom"].Selected());
     if (!from || !MayChange()) return;
     const auto key = from->Cell();
-    Guarded([&] {
-        for (auto& line : Load(key)) lclLines.push_back(std::move(line));
-    });
+    if (!Guarded([&] {
+            for (auto& line : Load(key)) lclLines.push_back(std::move(line));
+        }) ||
+        lclLines.empty())
+        return;
     Changed();
     ShowLines(lclLines.size() - 1);
 }
@@ -261,6 +243,28 @@ void ctlChecklistEditor::MoveBy(int steps) {
     const auto from = at - lclLines.data();
     if (from + steps >= 0)
         MoveTo(static_cast<std::size_t>(from), static_cast<std::size_t>(from + steps));
+}
+
+void ctlChecklistEditor::Key(forms::FieldEvent& event) {
+    if (event.key == deleteKey)
+        Remove();
+    else if (event.key == insertKey)
+        Add();
+    else if (event.control && (event.key == up || event.key == down))
+        MoveBy(event.key == up ? -1 : 1);
+    else
+        event.refused = true;
+}
+
+void ctlChecklistEditor::DragOver(forms::FieldEvent& event) {
+    event.refused = event.source != &event.field || event.dragged.size() != 1 || !MayChange();
+}
+
+void ctlChecklistEditor::Dropped(forms::FieldEvent& event) {
+    const auto from = static_cast<std::size_t>(event.dragged.front()) - 1;
+    auto to = event.item == 0 ? lclLines.size() : static_cast<std::size_t>(event.item) - 1;
+    if (event.item != 0 && event.place == forms::Place::After) ++to;
+    MoveTo(from, to > from ? to - 1 : to);
 }
 
 void ctlChecklistEditor::Editing(forms::FieldEvent& event) {
@@ -315,7 +319,8 @@ bool ctlChecklistEditor::MaySave() {
 void ctlChecklistEditor::Write(const model::Store& store) {
     // Others who save a list of this type wait.
     for (const auto& type : lclTypes)
-        if (type.name == lclType) model::HoldType(store, type.id);
+        if (type.name == lclType && !model::HoldType(store, type.id))
+            throw ChangedMeanwhile{lclType};
     if (Load(Key()) != lclStored) throw ChangedMeanwhile{Key()};
     model::clsCheckListType list(Machine());
     list.SetDbConnection(store.Connection());

@@ -35,6 +35,11 @@ private:
     void Remove();
     void MoveTo(std::size_t from, std::size_t to);
     void MoveBy(int steps);
+    void MoveUp() { MoveBy(-1); }
+    void MoveDown() { MoveBy(1); }
+    void Key(forms::FieldEvent& event);
+    void DragOver(forms::FieldEvent& event);
+    void Dropped(forms::FieldEvent& event);
     void Editing(forms::FieldEvent& event);
     void Edited(forms::FieldEvent& event);
 

@@ -75,44 +75,23 @@ constexpr forms::Layout nameLayout = {"NewType", "Nieuw dossiertype", 220, 52, t
 
 ctlDefaultFolders::ctlDefaultFolders(const platform::Workstation& workstation)
     : AdminControl(layout, workstation, "UpdateDossierType") {
-    auto& form = Form();
-    const auto on = [&](std::string_view field, What what, void (ctlDefaultFolders::*act)()) {
-        form.On(field, what, [this, act](forms::FieldEvent&) { (this->*act)(); });
-    };
-    on("cmbType", What::Changed, &ctlDefaultFolders::ChooseType);
-    on("btnNewType", What::Clicked, &ctlDefaultFolders::AddType);
-    on("btnDeleteType", What::Clicked, &ctlDefaultFolders::RemoveType);
-    on("btnCopy", What::Clicked, &ctlDefaultFolders::CopyFrom);
-    on("btnNew", What::Clicked, &ctlDefaultFolders::Add);
-    on("btnDelete", What::Clicked, &ctlDefaultFolders::Remove);
-    on("btnToken", What::Clicked, &ctlDefaultFolders::InsertToken);
-    on("treFolders", What::Changed, &ctlDefaultFolders::ShowChosen);
-    form.On("btnUp", What::Clicked, [this](forms::FieldEvent&) { MoveBy(-1); });
-    form.On("btnDown", What::Clicked, [this](forms::FieldEvent&) { MoveBy(1); });
-    form.On("treFolders", What::Editing,
-            [this](forms::FieldEvent& event) { event.refused = !MayChange(); });
-    form.On("treFolders", What::Edited, [this](forms::FieldEvent& event) { Rename(event); });
-    form.On("treFolders", What::Key, [this](forms::FieldEvent& event) { Key(event); });
-    form.On("treFolders", What::Checked, [this](forms::FieldEvent& event) {
-        auto* folder = Find(event.item);
-        const auto* item = event.field.Find(event.item);
-        if (!folder || !item || !MayChange()) return Show();
-        folder->automatic = item->checked;
-        Changed();
-    });
-    form.On("treFolders", What::DragOver, [this](forms::FieldEvent& event) {
-        event.refused = event.source != &event.field || event.dragged.empty() || !MayChange() ||
-                        LiesWithin(event.item, event.dragged.front());
-    });
-    form.On("treFolders", What::Dropped, [this](forms::FieldEvent& event) {
-        Place(event.dragged.front(), event.item, event.place);
-    });
-    form.On("txtTabType", What::Changed, [this](forms::FieldEvent& event) {
-        auto* folder = Chosen();
-        if (!folder || folder->type == event.field.Text()) return;
-        folder->type = event.field.Text();
-        Changed();
-    });
+    On("cmbType", What::Changed, &ctlDefaultFolders::ChooseType);
+    On("btnNewType", What::Clicked, &ctlDefaultFolders::AddType);
+    On("btnDeleteType", What::Clicked, &ctlDefaultFolders::RemoveType);
+    On("btnCopy", What::Clicked, &ctlDefaultFolders::CopyFrom);
+    On("btnNew", What::Clicked, &ctlDefaultFolders::Add);
+    On("btnDelete", What::Clicked, &ctlDefaultFolders::Remove);
+    On("btnUp", What::Clicked, &ctlDefaultFolders::MoveUp);
+    On("btnDown", What::Clicked, &ctlDefaultFolders::MoveDown);
+    On("btnToken", What::Clicked, &ctlDefaultFolders::InsertToken);
+    On("txtTabType", What::Changed, &ctlDefaultFolders::NameType);
+    On("treFolders", What::Changed, &ctlDefaultFolders::ShowChosen);
+    On("treFolders", What::Editing, &ctlDefaultFolders::Editing);
+    On("treFolders", What::Edited, &ctlDefaultFolders::Rename);
+    On("treFolders", What::Key, &ctlDefaultFolders::Key);
+    On("treFolders", What::Checked, &ctlDefaultFolders::Tick);
+    On("treFolders", What::DragOver, &ctlDefaultFolders::DragOver);
+    On("treFolders", What::Dropped, &ctlDefaultFolders::Dropped);
     Show();
 }
 
@@ -122,7 +101,7 @@ void ctlDefaultFolders::Read() {
     lclTypes.clear();
     lclStored.clear();
     lclFolders.clear();
-    if (!DbConnection() || !May("ReadDossierType")) return;
+    if (!MayRead("ReadDossierType")) return;
     lclTypes = model::DossierTypes(Machine(), DbConnection());
     const auto named = [&](std::string_view name) {
         return std::find_if(lclTypes.begin(), lclTypes.end(), [&](const auto& type) {
@@ -260,6 +239,12 @@ bool ctlDefaultFolders::LiesWithin(std::int32_t id, std::int32_t top) {
     return false;
 }
 
+bool ctlDefaultFolders::HasNamed(std::int32_t parent, std::string_view name) const {
+    return std::any_of(lclFolders.begin(), lclFolders.end(), [&](const Folder& other) {
+        return other.parent == parent && platform::EqualNoCase(other.name, name);
+    });
+}
+
 bool ctlDefaultFolders::MayBeNamed(const Folder& folder, std::string_view name) {
     auto named = folder;
     named.name = name;
@@ -333,20 +318,18 @@ void ctlDefaultFolders::RemoveType() {
 void ctlDefaultFolders::CopyFrom() {
     const auto from = Form()["cmbFrom"].Selected();
     if (from == 0 || !MayChange()) return;
-    Guarded([&] {
+    const bool taken = Guarded([&] {
         const auto tabs = model::TabsOfType(model::Store(DbConnection()), from);
         for (auto& folder : FromTabs(tabs)) {
             folder.row = 0;
             const auto path = folder.name;
-            const bool there =
-                folder.parent == 0 &&
-                std::any_of(lclFolders.begin(), lclFolders.end(), [&](const Folder& other) {
-                    return other.parent == 0 && platform::EqualNoCase(other.name, path);
-                });
-            if (there) folder.name += " (2)";
+            if (folder.parent == 0)
+                for (int n = 2; HasNamed(0, folder.name); ++n)
+                    folder.name = path + " (" + std::to_string(n) + ")";
             lclFolders.push_back(std::move(folder));
         }
     });
+    if (!taken) return;
     Changed();
     Show();
 }

@@ -34,6 +34,7 @@ private:
     void ShowChosen();
     void Choose(std::int32_t id);
     bool LiesWithin(std::int32_t id, std::int32_t top);
+    bool HasNamed(std::int32_t parent, std::string_view name) const;
     bool MayBeNamed(const Folder& folder, std::string_view name);
 
     void ChooseType();
@@ -42,8 +43,15 @@ private:
     void CopyFrom();
     void Add();
     void Remove();
+    void Editing(forms::FieldEvent& event);
     void Rename(forms::FieldEvent& event);
+    void Tick(forms::FieldEvent& event);
+    void DragOver(forms::FieldEvent& event);
+    void Dropped(forms::FieldEvent& event);
+    void NameType();
     void Key(forms::FieldEvent& event);
+    void MoveUp() { MoveBy(-1); }
+    void MoveDown() { MoveBy(1); }
     void MoveBy(int steps);   // among its siblings
     void Indent(bool deeper); // below the one before it, or beside its parent
     void Place(std::int32_t id, std::int32_t target, forms::Place place);

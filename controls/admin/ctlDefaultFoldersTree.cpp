@@ -17,13 +17,9 @@ void ctlDefaultFolders::Add() {
     const auto* at = Chosen();
     Folder made{lclNext++, at ? at->parent : 0, 0, {}, {}};
     const auto base = Text("Nieuwe map");
-    const auto taken = [&](const std::string& name) {
-        return std::any_of(lclFolders.begin(), lclFolders.end(), [&](const Folder& other) {
-            return other.parent == made.parent && platform::EqualNoCase(other.name, name);
-        });
-    };
     made.name = base;
-    for (int n = 2; taken(made.name); ++n) made.name = base + " " + std::to_string(n);
+    for (int n = 2; HasNamed(made.parent, made.name); ++n)
+        made.name = base + " " + std::to_string(n);
     // Behind the chosen one and all that it holds.
     auto place = lclFolders.end();
     if (at) {
@@ -53,6 +49,33 @@ void ctlDefaultFolders::Remove() {
     });
     Changed();
     Show();
+}
+
+void ctlDefaultFolders::Editing(forms::FieldEvent& event) { event.refused = !MayChange(); }
+
+void ctlDefaultFolders::Tick(forms::FieldEvent& event) {
+    auto* folder = Find(event.item);
+    const auto* item = event.field.Find(event.item);
+    if (!folder || !item || !MayChange()) return Show();
+    folder->automatic = item->checked;
+    Changed();
+}
+
+void ctlDefaultFolders::DragOver(forms::FieldEvent& event) {
+    event.refused = event.source != &event.field || event.dragged.empty() || !MayChange() ||
+                    LiesWithin(event.item, event.dragged.front());
+}
+
+void ctlDefaultFolders::Dropped(forms::FieldEvent& event) {
+    Place(event.dragged.front(), event.item, event.place);
+}
+
+void ctlDefaultFolders::NameType() {
+    auto* folder = Chosen();
+    const auto& type = Form()["txtTabType"].Text();
+    if (!folder || folder->type == type) return;
+    folder->type = type;
+    Changed();
 }
 
 void ctlDefaultFolders::Rename(forms::FieldEvent& event) {

@@ -6,6 +6,7 @@
 #include "controls/viewer/ctlViewer.h"
 #include "model/clsItem.h"
 #include "model/clsTree.h"
+#include "model/clsUserAuth.h"
 #include "model/filing.h"
 #include "platform/Log.h"
 #include "platform/User.h"
@@ -29,6 +30,7 @@ constexpr int insertKey = 0x2D, deleteKey = 0x2E;
 constexpr Column waitingColumns[] = {{"Document", 96}, {"Soort", 0}};
 constexpr Column givenColumns[] = {
     {"Document", 96}, {"Uitgedeeld", 70}, {"Geopend", 40}, {"Opmerking", 0}};
+constexpr std::size_t openedColumn = 2;
 
 constexpr FieldRow fields[] = {
     {"lblWaiting", Kind::Label, {6, 6, 150, 9}, "Te verdelen post:"},
@@ -75,7 +77,6 @@ constexpr FieldRow fields[] = {
 };
 constexpr forms::Layout layout = {"ctlPost", "Postverdeling", 480, 252, true, fields};
 
-// Only users take post; a group shows those that it has.
 constexpr std::string_view giveRight = "EditDossiers";
 
 } // namespace
@@ -83,48 +84,18 @@ constexpr std::string_view giveRight = "EditDossiers";
 ctlPost::ctlPost(const platform::Workstation& workstation)
     : AdminControl(layout, workstation, giveRight),
       lclViewer(std::make_unique<ctlViewer>(workstation)) {
-    auto& form = Form();
-    const auto buttons = [this](forms::FieldEvent&) { ShowButtonsOfPost(); };
-    form.On("lstWaiting", What::Changed, [this](forms::FieldEvent& event) { ShowDocument(event); });
-    form.On("lstGiven", What::Changed, [this](forms::FieldEvent& event) { ShowDocument(event); });
-    form.On("treUsers", What::Changed, [this](forms::FieldEvent&) {
-        Guarded([this] {
-            lclGiven.clear();
-            if (const auto* user = ChosenUser(); user && lclBoxes.contains(user->id))
-                lclGiven = model::PostIn(model::Store(DbConnection()), lclBoxes[user->id].folder);
-        });
-        ShowBox();
-    });
-    form.On("txtRemark", What::Changed, buttons);
-    form.On("btnGive", What::Clicked, [this](forms::FieldEvent&) {
-        if (const auto* user = ChosenUser()) Give(Form()["lstWaiting"].SelectedItems(), user->id);
-    });
-    form.On("lstWaiting", What::Key, [this](forms::FieldEvent& event) {
-        event.refused = event.key != insertKey;
-        if (!event.refused)
-            if (const auto* user = ChosenUser())
-                Give(Form()["lstWaiting"].SelectedItems(), user->id);
-    });
-    form.On("btnTakeBack", What::Clicked,
-            [this](forms::FieldEvent&) { TakeBack(Form()["lstGiven"].SelectedItems()); });
-    form.On("lstGiven", What::Key, [this](forms::FieldEvent& event) {
-        event.refused = event.key != deleteKey;
-        if (!event.refused) TakeBack(Form()["lstGiven"].SelectedItems());
-    });
-    form.On("treUsers", What::DragOver, [this](forms::FieldEvent& event) {
-        const auto user = std::find_if(lclHolders.begin(), lclHolders.end(),
-                                       [&](const auto& h) { return h.id == event.item; });
-        event.refused = event.source != &Form()["lstWaiting"] || user == lclHolders.end() ||
-                        user->isGroup || !MayChange();
-    });
-    form.On("treUsers", What::Dropped,
-            [this](forms::FieldEvent& event) { Give(event.dragged, event.item); });
-    form.On("lstWaiting", What::DragOver, [this](forms::FieldEvent& event) {
-        event.refused = event.source != &Form()["lstGiven"] || !MayChange();
-    });
-    form.On("lstWaiting", What::Dropped,
-            [this](forms::FieldEvent& event) { TakeBack(event.dragged); });
-    form.On("btnAdd", What::Clicked, [this](forms::FieldEvent&) { AddFiles(); });
+    On("lstWaiting", What::Changed, &ctlPost::ShowDocument);
+    On("lstWaiting", What::Key, &ctlPost::WaitingKey);
+    On("lstWaiting", What::DragOver, &ctlPost::OverWaiting);
+    On("lstWaiting", What::Dropped, &ctlPost::DropOnWaiting);
+    On("treUsers", What::Changed, &ctlPost::ChooseReceiver);
+    On("treUsers", What::DragOver, &ctlPost::OverReceiver);
+    On("treUsers", What::Dropped, &ctlPost::DropOnReceiver);
+    On("btnGive", What::Clicked, &ctlPost::GiveChosen);
+    On("lstGiven", What::Changed, &ctlPost::ShowDocument);
+    On("lstGiven", What::Key, &ctlPost::GivenKey);
+    On("btnAdd", What::Clicked, &ctlPost::AddFiles);
+    On("btnTakeBack", What::Clicked, &ctlPost::TakeChosenBack);
     Show();
 }
 
@@ -140,18 +111,20 @@ void ctlPost::Read() {
     lclBoxes.clear();
     lclWaiting.clear();
     lclGiven.clear();
-    lclTree.reset();
     lclViewer->ShowItem(nullptr);
     lclViewer->SetDbConnection(DbConnection());
-    if (!DbConnection()) return;
+    if (!MayRead("ReadDossiers")) return;
     const model::Store store(DbConnection());
     lclHolders = model::LoadHolders(Machine(), store);
     lclPlace = model::FindUserTree(Machine(), store);
     lclBoxes = model::PostBoxes(store, lclPlace);
     lclFolder = model::PostFolder(Machine(), store, lclPlace, {});
     lclWaiting = model::PostIn(store, lclFolder);
-    if (const auto* user = ChosenUser(); user && lclBoxes.contains(user->id))
-        lclGiven = model::PostIn(store, lclBoxes[user->id].folder);
+    lclGiven = GivenToChosen();
+}
+
+std::vector<model::PostItem> ctlPost::GivenToChosen() const {
+    return model::PostIn(model::Store(DbConnection()), BoxOf(Chosen()));
 }
 
 void ctlPost::Show() {
@@ -192,46 +165,118 @@ void ctlPost::ShowBox() {
 void ctlPost::ShowButtonsOfPost() {
     auto& form = Form();
     const bool may = MayChange();
-    form["btnGive"].SetEnabled(may && ChosenUser() && form["lstWaiting"].Selected());
+    form["btnGive"].SetEnabled(may && Chosen() && form["lstWaiting"].Selected());
     form["btnTakeBack"].SetEnabled(may && form["lstGiven"].Selected());
     form["btnAdd"].SetEnabled(may && Presenter());
 }
 
-// What its own user looks at is opened from then on.
+// What one of its own users looks at is opened from then on.
 void ctlPost::ShowDocument(forms::FieldEvent& event) {
     const auto chosen = event.field.Selected();
     const bool given = &event.field == &Form()["lstGiven"];
+    auto& list = given ? lclGiven : lclWaiting;
+    const auto post =
+        std::find_if(list.begin(), list.end(), [&](const auto& one) { return one.id == chosen; });
+    const auto* receiver = Chosen();
+    const bool opens = given && post != list.end() && !post->opened && receiver && IsOwn(*receiver);
+    if (opens && !MarkOpened(*post)) return;
     Guarded([&] {
         lclViewer->ShowItem(nullptr);
-        const auto& list = given ? lclGiven : lclWaiting;
-        const auto post = std::find_if(list.begin(), list.end(),
-                                       [&](const auto& one) { return one.id == chosen; });
-        if (post == list.end()) return;
-        const auto shown = std::make_shared<model::clsItem>(post->id, post->type, post->document,
-                                                            post->description, DbConnection());
-        lclViewer->ShowItem(shown);
-        const auto* user = ChosenUser();
-        if (!given || post->opened || !user || !IsOwn(*user)) return;
-        const model::Store store(DbConnection());
-        model::Transaction transaction(store, Machine());
-        model::MarkPostOpened(Machine(), store, chosen);
-        transaction.Commit();
+        if (post != list.end())
+            lclViewer->ShowItem(std::make_shared<model::clsItem>(
+                post->id, post->type, post->document, post->description, DbConnection()));
     });
     ShowButtonsOfPost();
 }
 
-const model::RightsHolder* ctlPost::ChosenUser() const {
-    const auto id = const_cast<ctlPost*>(this)->Form()["treUsers"].Selected();
-    const auto found = std::find_if(lclHolders.begin(), lclHolders.end(),
-                                    [&](const auto& holder) { return holder.id == id; });
-    return found == lclHolders.end() || found->isGroup ? nullptr : &*found;
+// Where it cannot be written, the document is shown all the same.
+bool ctlPost::MarkOpened(model::PostItem& post) {
+    auto result = model::PostResult::Done;
+    Guarded([&] {
+        const model::Store store(DbConnection());
+        model::Transaction transaction(store, Machine());
+        result = model::MarkPostOpened(Machine(), store, BoxOf(Chosen()), post.id);
+        if (result != model::PostResult::Done) return;
+        transaction.Commit();
+        post.opened = true;
+        if (auto item = *Form()["lstGiven"].Find(post.id); item.texts.size() > openedColumn) {
+            item.texts[openedColumn] = Text("Ja");
+            Form()["lstGiven"].ChangeItem(std::move(item));
+        }
+    });
+    if (result == model::PostResult::Done) return true;
+    Refresh();
+    TellGone();
+    return false;
 }
 
-bool ctlPost::IsOwn(const model::RightsHolder& user) const {
-    return platform::EqualNoCase(user.name, Machine().user.Name());
+const model::RightsHolder* ctlPost::Find(std::int32_t id) const {
+    const auto found = std::find_if(lclHolders.begin(), lclHolders.end(),
+                                    [&](const auto& holder) { return holder.id == id; });
+    return found == lclHolders.end() ? nullptr : &*found;
+}
+
+const model::RightsHolder* ctlPost::Chosen() const {
+    return Find(const_cast<ctlPost*>(this)->Form()["treUsers"].Selected());
+}
+
+model::NodeId ctlPost::BoxOf(const model::RightsHolder* receiver) const {
+    const auto box = receiver ? lclBoxes.find(receiver->id) : lclBoxes.end();
+    return box == lclBoxes.end() ? 0 : box->second.folder;
+}
+
+// By the name that the host's rights are for, or by the system's.
+bool ctlPost::IsMe(const model::RightsHolder& user) const {
+    return platform::EqualNoCase(user.name, Machine().user.Name()) ||
+           (UserAuth() && platform::EqualNoCase(user.name, UserAuth()->UserId()));
+}
+
+bool ctlPost::IsOwn(const model::RightsHolder& receiver) const {
+    if (!receiver.isGroup) return IsMe(receiver);
+    return std::any_of(lclHolders.begin(), lclHolders.end(),
+                       [&](const auto& user) { return user.group == receiver.id && IsMe(user); });
 }
 
 // --- What the user does -------------------------------------------------------------------------
+
+void ctlPost::ChooseReceiver() {
+    lclGiven.clear();
+    Guarded([&] { lclGiven = GivenToChosen(); });
+    ShowBox();
+}
+
+void ctlPost::WaitingKey(forms::FieldEvent& event) {
+    event.refused = event.key != insertKey;
+    if (!event.refused) GiveChosen();
+}
+
+void ctlPost::GivenKey(forms::FieldEvent& event) {
+    event.refused = event.key != deleteKey;
+    if (!event.refused) TakeChosenBack();
+}
+
+void ctlPost::OverReceiver(forms::FieldEvent& event) {
+    event.refused = event.source != &Form()["lstWaiting"] || !Find(event.item) || !MayChange();
+}
+
+void ctlPost::DropOnReceiver(forms::FieldEvent& event) { Give(event.dragged, event.item); }
+
+void ctlPost::OverWaiting(forms::FieldEvent& event) {
+    event.refused = event.source != &Form()["lstGiven"] || !MayChange();
+}
+
+void ctlPost::DropOnWaiting(forms::FieldEvent& event) { TakeBack(event.dragged); }
+
+void ctlPost::GiveChosen() {
+    if (const auto* receiver = Chosen()) Give(Form()["lstWaiting"].SelectedItems(), receiver->id);
+}
+
+void ctlPost::TakeChosenBack() { TakeBack(Form()["lstGiven"].SelectedItems()); }
+
+void ctlPost::TellGone() const {
+    Tell("Een van de documenten is intussen verplaatst, geopend of verwijderd. Er is niets "
+         "gewijzigd.");
+}
 
 void ctlPost::Act(const std::function<model::PostResult(const model::Store&)>& act) {
     auto result = model::PostResult::Done;
@@ -242,28 +287,29 @@ void ctlPost::Act(const std::function<model::PostResult(const model::Store&)>& a
         if (result == model::PostResult::Done) transaction.Commit();
     });
     Refresh();
-    if (went && result == model::PostResult::Gone)
-        Tell("Een van de documenten is intussen verplaatst, geopend of verwijderd. Er is niets "
-             "gewijzigd.");
-    else if (went)
-        EvSaved.Raise();
+    if (!went) return;
+    switch (result) {
+    case model::PostResult::Done: EvSaved.Raise(); break;
+    case model::PostResult::Gone: TellGone(); break;
+    case model::PostResult::NoReceiver:
+        Tell("Deze ontvanger is intussen verwijderd. Er is niets gewijzigd.");
+        break;
+    }
 }
 
-void ctlPost::Give(std::vector<std::int32_t> items, std::int32_t user) {
-    const auto to = std::find_if(lclHolders.begin(), lclHolders.end(),
-                                 [&](const auto& holder) { return holder.id == user; });
-    if (items.empty() || to == lclHolders.end() || to->isGroup || !MayChange()) return;
-    const auto receiver = *to;
+void ctlPost::Give(std::vector<std::int32_t> items, std::int32_t receiver) {
+    const auto* to = Find(receiver);
+    if (items.empty() || !to || !MayChange()) return;
     const auto remark = platform::Trim(Form()["txtRemark"].Text());
-    Act([&](const model::Store& store) {
-        return model::GivePost(Machine(), store, lclPlace, lclFolder, items, receiver, remark);
+    if (!model::FitsAsRemark(remark)) return Tell("De opmerking is te lang");
+    Act([&, holder = *to](const model::Store& store) {
+        return model::GivePost(Machine(), store, lclPlace, lclFolder, items, holder, remark);
     });
 }
 
 void ctlPost::TakeBack(std::vector<std::int32_t> items) {
-    const auto* user = ChosenUser();
-    if (items.empty() || !user || !lclBoxes.contains(user->id) || !MayChange()) return;
-    const auto box = lclBoxes[user->id].folder;
+    const auto box = BoxOf(Chosen());
+    if (items.empty() || box == 0 || !MayChange()) return;
     Act([&](const model::Store& store) {
         return model::TakePostBack(store, box, items, lclFolder);
     });
@@ -276,7 +322,7 @@ void ctlPost::AddFiles() {
     const auto files = dialogs->ChooseFiles(Text("Bestanden toevoegen..."), {});
     if (files.empty()) return;
     std::string failed;
-    Guarded([&] {
+    const bool went = Guarded([&] {
         const model::Store store(DbConnection());
         model::Transaction transaction(store, Machine());
         lclPlace = model::MakeUserTree(Machine(), store, Text("Gebruikers en groepen"));
@@ -294,6 +340,7 @@ void ctlPost::AddFiles() {
         }
     });
     Refresh();
+    if (!went) return;
     if (failed.empty()) return EvSaved.Raise();
     Machine().log.Write("ctlPost", failed);
     Tell("Niet alle bestanden zijn toegevoegd: $%$", {failed});

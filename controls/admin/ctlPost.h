@@ -1,5 +1,5 @@
-// Post distribution: documents that wait are shown and handed to users' folders, and taken back
-// while they were not opened. Each act is written at once.
+// Post distribution: documents that wait are shown and handed to the folders of users and groups,
+// and taken back while they were not opened. Each act is written at once.
 #pragma once
 
 #include <map>
@@ -7,10 +7,6 @@
 
 #include "controls/admin/AdminControl.h"
 #include "model/post.h"
-
-namespace kavidex::model {
-class clsTree;
-}
 
 namespace kavidex::controls {
 
@@ -31,16 +27,31 @@ private:
     void ShowBox();
     void ShowButtonsOfPost();
     void ShowDocument(forms::FieldEvent& event);
-    const model::RightsHolder* ChosenUser() const;
-    bool IsOwn(const model::RightsHolder& user) const;
-    void Give(std::vector<std::int32_t> items, std::int32_t user);
+    bool MarkOpened(model::PostItem& post); // false: it is not there any more
+    std::vector<model::PostItem> GivenToChosen() const;
+    const model::RightsHolder* Find(std::int32_t id) const;
+    const model::RightsHolder* Chosen() const;
+    model::NodeId BoxOf(const model::RightsHolder* receiver) const; // 0: none yet
+    bool IsMe(const model::RightsHolder& user) const;
+    bool IsOwn(const model::RightsHolder& receiver) const;
+
+    void ChooseReceiver();
+    void WaitingKey(forms::FieldEvent& event);
+    void GivenKey(forms::FieldEvent& event);
+    void OverReceiver(forms::FieldEvent& event);
+    void DropOnReceiver(forms::FieldEvent& event);
+    void OverWaiting(forms::FieldEvent& event);
+    void DropOnWaiting(forms::FieldEvent& event);
+    void GiveChosen();
+    void TakeChosenBack();
+    void Give(std::vector<std::int32_t> items, std::int32_t receiver);
     void TakeBack(std::vector<std::int32_t> items);
     void AddFiles();
+    void TellGone() const;
     // One act in one transaction; shows what holds afterwards.
     void Act(const std::function<model::PostResult(const model::Store&)>& act);
 
     std::unique_ptr<ctlViewer> lclViewer;
-    std::shared_ptr<model::clsTree> lclTree; // for showing and for filing
     model::UserTree lclPlace;
     std::int32_t lclFolder = 0;
     std::vector<model::RightsHolder> lclHolders;

@@ -79,32 +79,19 @@ constexpr forms::Layout targetLayout = {"CopyRights", "Rechten kopiëren", 200, 
 
 ctlRights::ctlRights(const platform::Workstation& workstation)
     : AdminControl(layout, workstation, rightToChangeRights) {
-    auto& form = Form();
-    const auto on = [&](std::string_view field, What what, void (ctlRights::*act)()) {
-        form.On(field, what, [this, act](forms::FieldEvent&) { (this->*act)(); });
-    };
-    on("txtFind", What::Changed, &ctlRights::Search);
-    on("treUsers", What::Changed, &ctlRights::ShowRights);
-    on("btnDelete", What::Clicked, &ctlRights::Remove);
-    on("btnCopy", What::Clicked, &ctlRights::Copy);
-    on("chkUseRights", What::Changed, &ctlRights::SwitchUse);
-    form.On("btnGroup", What::Clicked, [this](forms::FieldEvent&) { Add(true); });
-    form.On("btnUser", What::Clicked, [this](forms::FieldEvent&) { Add(false); });
-    form.On("treUsers", What::Editing, [this](forms::FieldEvent& event) {
-        event.refused = !MayChange() || !Find(event.item);
-    });
-    form.On("treUsers", What::Edited, [this](forms::FieldEvent& event) { Rename(event); });
-    form.On("treUsers", What::DragOver, [this](forms::FieldEvent& event) { DragOver(event); });
-    form.On("treUsers", What::Dropped, [this](forms::FieldEvent& event) { Dropped(event); });
-    form.On("treUsers", What::Key, [this](forms::FieldEvent& event) {
-        if (event.key == deleteKey)
-            Remove();
-        else if (event.key == insertKey)
-            Add(event.shift);
-        else
-            event.refused = true;
-    });
-    form.On("treRights", What::Checked, [this](forms::FieldEvent& event) { Tick(event); });
+    On("txtFind", What::Changed, &ctlRights::Search);
+    On("treUsers", What::Changed, &ctlRights::ShowRights);
+    On("btnGroup", What::Clicked, &ctlRights::AddGroup);
+    On("btnUser", What::Clicked, &ctlRights::AddUser);
+    On("btnDelete", What::Clicked, &ctlRights::Remove);
+    On("btnCopy", What::Clicked, &ctlRights::Copy);
+    On("chkUseRights", What::Changed, &ctlRights::SwitchUse);
+    On("treUsers", What::Editing, &ctlRights::Editing);
+    On("treUsers", What::Edited, &ctlRights::Rename);
+    On("treUsers", What::DragOver, &ctlRights::DragOver);
+    On("treUsers", What::Dropped, &ctlRights::Dropped);
+    On("treUsers", What::Key, &ctlRights::Key);
+    On("treRights", What::Checked, &ctlRights::Tick);
     Show();
 }
 
@@ -114,8 +101,9 @@ void ctlRights::Read() {
     lclStored.clear();
     lclHolders.clear();
     lclStoredUse = lclUse = false;
+    lclNobodyAccepted = false;
     lclPlace = {};
-    if (!DbConnection() || !May("ReadEditRights")) return;
+    if (!MayRead("ReadEditRights")) return;
     const model::Store store(DbConnection());
     lclPlace = model::FindUserTree(Machine(), store);
     lclStored = model::LoadHolders(Machine(), store);
@@ -260,6 +248,20 @@ void ctlRights::Remove() {
     Show();
 }
 
+void ctlRights::Editing(forms::FieldEvent& event) {
+    const bool made = event.item < 0 && May("CreateEditRights");
+    event.refused = !(made || MayChange()) || !Find(event.item);
+}
+
+void ctlRights::Key(forms::FieldEvent& event) {
+    if (event.key == deleteKey)
+        Remove();
+    else if (event.key == insertKey)
+        Add(event.shift);
+    else
+        event.refused = true;
+}
+
 void ctlRights::Rename(forms::FieldEvent& event) {
     auto* holder = Find(event.item);
     const auto name = platform::Trim(event.text);
@@ -283,7 +285,7 @@ void ctlRights::DragOver(forms::FieldEvent& event) {
                     (event.item != 0 && !target);
 }
 
-void ctlRights::Dropped(const forms::FieldEvent& event) {
+void ctlRights::Dropped(forms::FieldEvent& event) {
     auto* moved = event.dragged.empty() ? nullptr : Find(event.dragged.front());
     const auto* target = Find(event.item);
     if (!moved) return;
@@ -302,7 +304,7 @@ void ctlRights::Dropped(const forms::FieldEvent& event) {
     Choose(held.id);
 }
 
-void ctlRights::Tick(const forms::FieldEvent& event) {
+void ctlRights::Tick(forms::FieldEvent& event) {
     auto* holder = Chosen();
     const auto* item = event.field.Find(event.item);
     if (!holder || !item || !MayChange()) return ShowRights();
@@ -347,11 +349,13 @@ void ctlRights::Copy() {
 void ctlRights::SwitchUse() {
     const bool on = Form()["chkUseRights"].Checked();
     if (on == lclUse) return;
-    if (!ConfirmRightsSwitch(Form(), Machine(), on, SomebodyMayChange(lclHolders))) {
+    const bool left = model::SomebodyAdministers(lclHolders);
+    if (!ConfirmRightsSwitch(Form(), Machine(), on, left)) {
         Form()["chkUseRights"].SetChecked(lclUse);
         return;
     }
     lclUse = on;
+    lclNobodyAccepted = on && !left;
     Changed();
     ShowEffective();
 }

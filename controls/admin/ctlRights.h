@@ -16,6 +16,7 @@ private:
 
     void Read() override;
     void Show() override;
+    bool MayWrite() const override;
     bool MaySave() override;
     void Write(const model::Store& store) override;
 
@@ -28,20 +29,24 @@ private:
     const Holder* Before(std::int32_t id) const; // as it is stored, null for a new one
 
     void Search();
+    void AddGroup() { Add(true); }
+    void AddUser() { Add(false); }
     void Add(bool group);
     void Remove();
+    void Editing(forms::FieldEvent& event);
     void Rename(forms::FieldEvent& event);
     void DragOver(forms::FieldEvent& event);
-    void Dropped(const forms::FieldEvent& event);
-    void Tick(const forms::FieldEvent& event);
+    void Dropped(forms::FieldEvent& event);
+    void Key(forms::FieldEvent& event);
+    void Tick(forms::FieldEvent& event);
     void Copy();
     void SwitchUse();
-    static bool SomebodyMayChange(const std::vector<Holder>& holders);
 
     model::UserTree lclPlace;
     std::vector<Holder> lclStored, lclHolders;
     bool lclStoredUse = false, lclUse = false;
-    std::int32_t lclNext = -1; // the id of the next new one
+    bool lclNobodyAccepted = false; // that nobody may change rights any more
+    std::int32_t lclNext = -1;      // the id of the next new one
 };
 
 } // namespace kavidex::controls

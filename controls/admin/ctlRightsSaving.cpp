@@ -5,40 +5,47 @@
 #include "controls/admin/ctlRights.h"
 #include "data/Error.h"
 #include "data/clsSettings.h"
+#include "model/post.h"
 #include "model/treeRows.h"
 #include "platform/text.h"
 
 namespace kavidex::controls {
 
-bool ctlRights::SomebodyMayChange(const std::vector<Holder>& holders) {
-    const auto place =
-        static_cast<std::size_t>(model::FindRight(rightToChangeRights) - model::Rights().data());
-    return std::any_of(holders.begin(), holders.end(), [&](const Holder& holder) {
-        return !holder.isGroup && holder.rights[place];
-    });
+bool ctlRights::MayWrite() const {
+    return MayChange() || May("CreateEditRights") || May("DeleteEditRights");
 }
 
 bool ctlRights::MaySave() {
+    auto after = lclHolders;
     bool asked = false;
-    for (const auto& holder : lclHolders) {
-        const auto* before = Before(holder.id);
-        if (!holder.isGroup || !before || before->rights == holder.rights) continue;
+    for (const auto& group : lclHolders) {
+        if (!group.isGroup) continue;
+        const auto* before = Before(group.id);
+        const auto follows = [&](const Holder& user) { return user.group == group.id; };
+        const bool changed =
+            before ? before->rights != group.rights
+                   : group.rights.any() && std::any_of(after.begin(), after.end(), follows);
+        if (!changed) continue;
         if (!asked && !Ask("Hiermee vervangt u alle instellingen voor gebruikers van deze groep. "
                            "Weet u zeker dat u dit wilt?",
                            "Bevestigen toepassen wijzigingen"))
             return false;
         asked = true;
-        for (auto& user : lclHolders)
-            if (user.group == holder.id) user.rights = holder.rights;
+        for (auto& user : after)
+            if (follows(user)) user.rights = group.rights;
     }
-    const bool before = SomebodyMayChange(lclStored);
-    const bool switched = lclUse && !lclStoredUse; // asked already
-    return !lclUse || SomebodyMayChange(lclHolders) || switched || !before ||
-           ConfirmNobodyLeft(Form(), Machine());
+    const bool lockedAlready = lclStoredUse && !model::SomebodyAdministers(lclStored);
+    if (lclUse && !lclNobodyAccepted && !lockedAlready && !model::SomebodyAdministers(after)) {
+        if (!ConfirmNobodyLeft(Form(), Machine())) return false;
+        lclNobodyAccepted = true;
+    }
+    lclHolders = std::move(after);
+    return true;
 }
 
 void ctlRights::Write(const model::Store& store) {
     // Held before anything is read: what is read then is what others have left.
+    model::HoldSettings(store);
     if (lclPlace.tree != 0) model::HoldNode(store, lclPlace.users);
     const auto place = model::MakeUserTree(Machine(), store, Text("Gebruikers en groepen"));
     const auto now = model::LoadHolders(Machine(), store);
@@ -85,8 +92,14 @@ void ctlRights::Write(const model::Store& store) {
                 given[holder.id] = model::AddHolder(Machine(), store, place, holder);
         }
     // Users before the groups that held them.
-    for (auto holder = gone.rbegin(); holder != gone.rend(); ++holder)
+    for (auto holder = gone.rbegin(); holder != gone.rend(); ++holder) {
+        model::ReturnPost(Machine(), store, place, (*holder)->id, Text("Post"));
         model::RemoveHolder(store, (*holder)->id);
+    }
+    // Each of two may have left it to the other.
+    if (lclUse && !lclNobodyAccepted && model::SomebodyAdministers(now) &&
+        !model::SomebodyAdministers(model::LoadHolders(Machine(), store)))
+        throw ChangedMeanwhile{Text("Rechten wijzigen")};
     const auto use = model::ReadSetting(Machine(), store.Connection(), "Rights", "Use");
     if ((use && platform::EqualAsciiNoCase(*use, "true")) != lclStoredUse)
         throw ChangedMeanwhile{Text("Rechten gebruiken")};

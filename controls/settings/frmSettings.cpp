@@ -8,9 +8,9 @@
 #include "controls/admin/ctlRights.h"
 #include "controls/settings/settingRows.h"
 #include "data/clsSettings.h"
-#include "data/transactions.h"
 #include "model/Store.h"
 #include "model/clsUserAuth.h"
+#include "model/userRights.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/General.h"
@@ -80,7 +80,8 @@ bool frmSettings::Show(forms::FormPresenter& presenter) {
 // --- Filling ------------------------------------------------------------------------------------
 
 std::string frmSettings::Setting(std::string_view section, std::string_view key) const {
-    return model::ReadSetting(lclWorkstation, lclConnection, section, key).value_or("");
+    const auto kept = model::ReadSetting(lclWorkstation, lclConnection, section, key);
+    return model::AsTyped(lclConnection, kept.value_or(""));
 }
 
 bool frmSettings::May(std::string_view right) const {
@@ -89,12 +90,14 @@ bool frmSettings::May(std::string_view right) const {
                : !model::UseRights(lclWorkstation, lclConnection, TranslationBy(lclTranslator));
 }
 
-void frmSettings::Fill() {
-    for (const auto& row : settingRows::Paths()) {
-        lclRead[row.field] = Setting(row.section, row.key);
-        lclForm[row.field].SetText(lclRead[row.field]);
-    }
+void frmSettings::ReadSettings() {
+    for (const auto& row : settingRows::Paths()) lclRead[row.field] = Setting(row.section, row.key);
     lclUse = Setting("Rights", "Use");
+}
+
+void frmSettings::Fill() {
+    ReadSettings();
+    for (const auto& row : settingRows::Paths()) lclForm[row.field].SetText(lclRead[row.field]);
     lclForm["chkUseRights"].SetChecked(platform::EqualAsciiNoCase(lclUse, "true"));
     lclForm["chkUseRights"].SetEnabled(May("UpdateEditRights"));
     for (const auto& editor : editors) lclForm[editor.button].SetEnabled(May(editor.right));
@@ -154,20 +157,10 @@ void frmSettings::TestPath(std::string_view field) {
 void frmSettings::SwitchRights() {
     auto& box = lclForm["chkUseRights"];
     const bool on = box.Checked();
-    const bool left = !on || AnAdministratorIsLeft();
+    const bool left = !on || model::AnAdministratorIsLeft(lclWorkstation, lclConnection);
+    lclNobodyAccepted = !left;
     if (!ConfirmRightsSwitch(lclForm, lclWorkstation, on, left)) box.SetChecked(!on);
     ShowRights();
-}
-
-bool frmSettings::AnAdministratorIsLeft() const {
-    data::clsSettings settings(lclWorkstation);
-    settings.SetDbConnection(lclConnection);
-    std::string value, section, key;
-    bool found =
-        settings.GetSettingLike("Rights.%", "UpdateEditRights", value, section, key, false);
-    while (found && !platform::EqualAsciiNoCase(value, model::rightGranted))
-        found = settings.GetNextSettingLike(value, section, key);
-    return found;
 }
 
 // --- The editors of an administrator ------------------------------------------------------------
@@ -222,7 +215,9 @@ bool frmSettings::WriteSettings() {
         }
     std::string taken, failure;
     try {
-        data::Transaction transaction(lclConnection, lclWorkstation);
+        const model::Store store(lclConnection);
+        model::Transaction transaction(store, lclWorkstation);
+        model::HoldSettings(store);
         data::clsSettings settings(lclWorkstation);
         settings.SetDbConnection(lclConnection);
         for (const auto& change : changes) {
@@ -236,11 +231,18 @@ bool frmSettings::WriteSettings() {
                 failure = "The setting was not stored.";
             if (!failure.empty()) break;
         }
+        // The last who may change rights went since the question.
+        if (use && !platform::EqualAsciiNoCase(lclUse, "true") && !lclNobodyAccepted &&
+            !model::AnAdministratorIsLeft(lclWorkstation, lclConnection))
+            taken = "Rights / UpdateEditRights";
         if (taken.empty() && failure.empty()) transaction.Commit();
     } catch (const std::exception& error) {
         failure = error.what();
     }
-    if (taken.empty() && failure.empty()) return true;
+    if (taken.empty() && failure.empty()) {
+        ReadSettings(); // what follows may fail, and is tried again
+        return true;
+    }
     if (!taken.empty())
         Tell("De instelling '$%$' is intussen door iemand anders gewijzigd. Er is niets "
              "opgeslagen.",

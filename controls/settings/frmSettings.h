@@ -46,6 +46,7 @@ public:
     forms::Form& Form() { return lclForm; }
 
 private:
+    void ReadSettings();
     void Fill();
     void FillOptions();
     void ChooseFolder(forms::Field& field);
@@ -58,7 +59,6 @@ private:
     void WriteOptions();
     std::string Setting(std::string_view section, std::string_view key) const;
     bool May(std::string_view right) const;
-    bool AnAdministratorIsLeft() const;
     void Tell(std::string_view text, const std::vector<std::string>& values = {}) const;
 
     const platform::Workstation& lclWorkstation;
@@ -69,6 +69,7 @@ private:
     forms::FormPresenter* lclPresenter = nullptr;
     std::map<std::string_view, std::string> lclRead; // what the settings were, by field
     std::string lclUse;                              // and the rights' switch
+    bool lclNobodyAccepted = false; // that nobody may change rights once they are in use
     std::vector<std::string_view> lclChanged;
 };
 

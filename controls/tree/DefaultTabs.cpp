@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "data/schema/upgradeSteps.h"
+#include "model/dossierTypes.h"
 #include "platform/Error.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -15,32 +16,6 @@ namespace kavidex::controls {
 namespace {
 
 constexpr std::string_view typePrefix = "Dossiertype=";
-
-data::RecordsetPtr Open(data::Connection& connection, std::string statement) {
-    data::Command command;
-    command.text = std::move(statement);
-    return connection.Open(command);
-}
-
-std::vector<std::string> TabsOfType(std::string_view type, data::Connection& connection) {
-    std::vector<std::string> names;
-    const auto types = Open(connection, "Select TypeId from tblDossierTypes where DossierType = '" +
-                                            platform::Replace(type, "'", "''") + "'");
-    if (types->Eof()) return names;
-    const auto rows = Open(connection, "Select TabDescription, AutoCreate from tblDossierTabs "
-                                       "where DossierTypeId = " +
-                                           std::to_string(data::ToInt32(types->Get("TypeId"))) +
-                                           " order by IntOrder");
-    for (; !rows->Eof(); rows->MoveNext()) {
-        // A folder that is offered, but not made with the tree.
-        static constexpr std::string_view no[] = {"0", "no", "nee", "false"};
-        const auto automatic =
-            platform::LowerCase(platform::Trim(data::ToText(rows->Get("AutoCreate"))));
-        if (std::find(std::begin(no), std::end(no), automatic) == std::end(no))
-            names.push_back(platform::Trim(data::ToText(rows->Get("TabDescription"))));
-    }
-    return names;
-}
 
 std::string Digits(int number, std::size_t width) {
     auto digits = std::to_string(number);
@@ -62,7 +37,11 @@ std::vector<std::string> DefaultTabs(std::string_view list, const data::Connecti
     }
     if (!connection) return names;
     try {
-        return TabsOfType(platform::TrimView(list.substr(typePrefix.size())), *connection);
+        const auto type = model::FindDossierType(
+            workstation, connection, platform::TrimView(list.substr(typePrefix.size())));
+        if (type.id == 0) return names;
+        for (const auto& tab : model::TabsOfType(model::Store(connection), type.id))
+            if (tab.automatic) names.push_back(tab.description);
     } catch (const platform::Error& error) {
         workstation.log.Write("fncGetAndCreateTabs", error.what());
         const data::UpgradeContext tables{workstation, connection};

@@ -91,14 +91,15 @@ private:
         const std::string phase = ReadPhase();
         lclResult.resumed = !phase.empty();
         if (phase == copying) return;
+        // Also of one that was broken off while it was being made: it may have been taken into use.
+        if (const auto filled = lclTo.Filled(); !filled.empty())
+            Refuse("The target is not empty: " + Listed(filled));
         if (phase == making) {
             DropBase();
             MakeBase();
         } else if (lclTo.Tables().empty()) {
             WritePhase(making);
             MakeBase();
-        } else if (const auto filled = lclTo.Filled(); !filled.empty()) {
-            Refuse("The target is not empty: " + Listed(filled));
         }
         Upgrade();
         if (!lclTo.HasTransferTable()) WritePhase(making);

@@ -240,7 +240,10 @@ private:
         const auto box = boxes.at(renamed.id).folder;
         model::PostIn(store, box);
         model::TakePostBack(store, box, letters, inbox);
-        model::MarkPostOpened(machine, store, letter->Id());
+        model::MarkPostOpened(machine, store, folder, letter->Id());
+        model::GivePost(machine, store, place, folder, letters, renamed, "");
+        model::ReturnPost(machine, store, place, renamed.id, "Post");
+        model::AnAdministratorIsLeft(machine, connection);
         model::RemoveRights(machine, store, renamed.name);
         model::RemoveHolder(store, renamed.id);
     }

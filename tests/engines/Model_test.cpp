@@ -6,7 +6,6 @@
 #include "data/clsSettings.h"
 #include "data/modData.h"
 #include "data/schema/clsUpdateDb.h"
-#include "data/schema/modDataBase.h"
 #include "model/IntegrityCheck.h"
 #include "model/clsCheckListType.h"
 #include "model/clsDocument.h"
@@ -20,70 +19,17 @@
 #include "platform/Error.h"
 #include "platform/General.h"
 #include "platform/text.h"
-#include "tests/engines/Engine.h"
+#include "tests/engines/ModelOverEngines.h"
 #include "tests/fakes/Failures.h"
 #include "tests/fakes/FaultyConnection.h"
 
 namespace kavidex::tests {
-
-using namespace kavidex::model;
 
 namespace {
 
 constexpr const char* hostile[] = {"O'Brien ''x'' \"y\" `z`", "\\\\server\\share\\a\\'b\\",
                                    "50% _x_ *?# [x] {y} ?", "-- x /* y */ # z ; drop table tblTree",
                                    "één ŁÓDŹ жук 文件 📁"};
-
-class ModelOverEngines : public EngineTest {
-protected:
-    void SetUp() override {
-        EngineTest::SetUp();
-        if (IsSkipped()) return;
-        machine.guids.real = true;
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(connection);
-        if (!engine.ComesWithSchema()) {
-            ASSERT_EQ(data::CheckAndCreateDatabase(machine, connection, settings,
-                                                   data::IsMySqlConnection(connection)),
-                      1);
-        }
-        data::clsUpdateDb update(machine);
-        update.SetDbConnection(connection);
-        update.fncUpdateDb();
-        for (const auto& message : machine.messages.shown) ADD_FAILURE() << message.text;
-        machine.files.CreateDirectories(machine.Path("store"));
-        settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
-    }
-
-    std::shared_ptr<clsTree> Tree(std::int32_t id = 0, data::ConnectionPtr on = nullptr) {
-        auto tree = std::make_shared<clsTree>(machine);
-        tree->SetDbConnection(on ? on : connection);
-        if (id != 0) tree->SetTreeId(id);
-        return tree;
-    }
-    std::shared_ptr<clsTree> NewTree() {
-        auto tree = Tree();
-        tree->SetDescription("Dossier");
-        tree->SetNewEnabled(true);
-        EXPECT_TRUE(tree->CreateNew());
-        return tree;
-    }
-    // The names below a node, depth first.
-    static std::string Names(const clsItemPtr& item) {
-        std::string names;
-        if (const auto& children = item->ChildCollection())
-            for (const clsItemPtr& child : children->Items())
-                names += child->Description() + "(" + Names(child) + ")";
-        return names;
-    }
-    // What a written text reads as: MySQL keeps two backslashes for one, as the statement helpers
-    // make it.
-    std::string Kept(std::string_view text) const {
-        return engine.DoublesBackslashesOnExecute() ? platform::Replace(text, "\\", "\\\\")
-                                                    : std::string(text);
-    }
-    std::int32_t Number(const std::string& statement) { return data::ToInt32(One(statement)); }
-};
 
 } // namespace
 

@@ -64,23 +64,29 @@ std::string Prefixed(std::string_view word, std::string_view prefix) {
     return word.starts_with(prefix) ? std::string(word.substr(prefix.size())) : std::string();
 }
 
+// What is meant by a word that names a file with it.
+std::string Meant(std::string_view word) {
+    const std::string file = Prefixed(word, "@");
+    if (file.empty()) return std::string(word);
+    const std::string text = platform::TheWorkstation().files.ReadAll(PathOf(file));
+    std::string line = platform::Trim(text.substr(0, text.find_first_of("\r\n")));
+    if (line.empty() || line[0] == '@') Refuse("The file " + file + " names no database.");
+    return line;
+}
+
 } // namespace
 
 std::string PathOf(std::string_view word) { return platform::Replace(word, "/", "\\"); }
 
 std::string EmbeddedFile(std::string_view word) {
-    for (const std::string_view prefix : {"odbc:", "ado:", "@"})
-        if (word.starts_with(prefix)) return {};
-    return IsAccessFile(word) ? std::string() : FileOf(word);
+    const std::string meant = Meant(word);
+    for (const std::string_view prefix : {"odbc:", "ado:"})
+        if (meant.starts_with(prefix)) return {};
+    return IsAccessFile(meant) ? std::string() : FileOf(meant);
 }
 
-data::ConnectionPtr OpenDatabase(std::string_view word, Open how) {
-    if (const std::string file = Prefixed(word, "@"); !file.empty()) {
-        const std::string text = platform::TheWorkstation().files.ReadAll(PathOf(file));
-        const std::string line = platform::Trim(text.substr(0, text.find_first_of("\r\n")));
-        if (line.empty() || line[0] == '@') Refuse("The file " + file + " names no database.");
-        return OpenDatabase(line, how);
-    }
+data::ConnectionPtr OpenDatabase(std::string_view named, Open how) {
+    const std::string word = Meant(named);
     if (const std::string text = Prefixed(word, "odbc:"); !text.empty())
         return data::OpenOdbc(text);
     if (const std::string text = Prefixed(word, "ado:"); !text.empty()) {

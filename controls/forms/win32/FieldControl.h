@@ -31,6 +31,7 @@ public:
     virtual bool Notified(NMHDR&, LRESULT&) { return false; }
     // Messages that a control posted to itself through the form's window.
     virtual void Posted(LPARAM) {}
+    virtual void EndEdit() {} // an editor in place; its text is taken over
     // Acts that Windows told in pieces are handed over now.
     virtual void Flush() {}
     // The item at a screen point, 0: none, and which part of it; a mark where a drop would land.

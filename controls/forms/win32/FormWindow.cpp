@@ -10,7 +10,6 @@
 #include "controls/forms/win32/EmptyDialog.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
-#include "platform/text.h"
 #include "platform/win32/ActivationScope.h"
 #include "platform/win32/Variant.h"
 
@@ -34,8 +33,7 @@ FormWindow::~FormWindow() {
     Destroy();
 }
 
-// --- Making and arranging
-// -------------------------------------------------------------------------
+// --- Making and arranging -----------------------------------------------------------------------
 
 HWND FormWindow::Open(HWND owner) {
     DWORD style = WS_POPUP | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME;
@@ -163,8 +161,7 @@ void FormWindow::LimitSize(MINMAXINFO& info) const {
     info.ptMinTrackSize = {least.cx, least.cy};
 }
 
-// --- Messages
-// -------------------------------------------------------------------------------------
+// --- Messages -----------------------------------------------------------------------------------
 
 INT_PTR CALLBACK FormWindow::Procedure(HWND window, UINT message, WPARAM w, LPARAM l) {
     if (message == WM_INITDIALOG) {
@@ -197,6 +194,7 @@ bool FormWindow::Receive(HWND window, UINT message, WPARAM w, LPARAM l, LRESULT&
         Notified(*reinterpret_cast<NMHDR*>(l), result);
         return true;
     case WM_CLOSE: // also what a memo sends to its parent on Escape
+        for (const auto& control : lclControls) control->EndEdit();
         lclForm.Cancelled();
         return true;
     case FieldControl::posted:
@@ -252,97 +250,6 @@ void FormWindow::Notified(NMHDR& header, LRESULT& result) {
     if (auto* control = ControlOf(header.hwndFrom)) control->Notified(header, result);
 }
 
-bool FormWindow::HasButton(unsigned which) const {
-    return std::any_of(lclForm.Fields().begin(), lclForm.Fields().end(),
-                       [&](const Field& field) { return field.Row().Has(which); });
-}
-
-bool FormWindow::TranslateKey(const MSG& message) {
-    if (!lclWindow || !(message.hwnd == lclWindow || IsChild(lclWindow, message.hwnd)))
-        return false;
-    if (message.message == WM_KEYDOWN && FieldKey(message)) return true;
-    const bool panel = GetWindowLongPtrW(lclWindow, GWL_STYLE) & WS_CHILD;
-    if (panel && !PanelUses(message)) return false;
-    MSG copy = message;
-    return IsDialogMessageW(lclWindow, &copy) != FALSE;
-}
-
-// What a panel has no use for belongs to the window around it.
-bool FormWindow::PanelUses(const MSG& message) const {
-    const WPARAM key = message.wParam;
-    if (message.message == WM_SYSCHAR) return IsMnemonic(static_cast<wchar_t>(key));
-    if (message.message != WM_KEYDOWN) return false;
-    const auto codes = SendMessageW(message.hwnd, WM_GETDLGCODE, 0, 0);
-    const bool edit = codes & DLGC_HASSETSEL, control = GetKeyState(VK_CONTROL) < 0;
-    switch (key) {
-    case VK_TAB: {
-        // Around either end it would come to the first, or from it.
-        const HWND first = GetNextDlgTabItem(lclWindow, nullptr, FALSE);
-        const HWND end = GetKeyState(VK_SHIFT) < 0
-                             ? message.hwnd
-                             : GetNextDlgTabItem(lclWindow, message.hwnd, FALSE);
-        return !control && end != first;
-    }
-    case VK_ESCAPE: return HasButton(style::isCancel);
-    case VK_RETURN:
-        return (codes & (DLGC_WANTALLKEYS | DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0 ||
-               HasButton(style::isDefault);
-    case VK_SPACE:
-    case VK_BACK:
-    case VK_DELETE: return true;
-    case 'C':
-    case 'V':
-    case 'X':
-    case 'Z': return edit && control;
-    default: return controls::win32::IsMoveKey(key);
-    }
-}
-
-bool FormWindow::IsMnemonic(wchar_t letter) const {
-    const auto wanted = platform::LowerCase(platform::win32::FromWide({&letter, 1}));
-    return std::any_of(lclLook.captions.begin(), lclLook.captions.end(), [&](const auto& caption) {
-        const auto at =
-            platform::LowerCase(platform::Replace(caption, "&&", "")).find("&" + wanted);
-        return at != std::string::npos;
-    });
-}
-
-bool FormWindow::FieldKey(const MSG& message) {
-    auto* control = ControlOf(message.hwnd);
-    if (!control || control->Window() != message.hwnd) return false; // an editor in place
-    Field& field = control->Of();
-    const bool edit =
-        field.Type() == Kind::Edit || field.Type() == Kind::Memo || field.Type() == Kind::Browse;
-    const bool items = field.Type() == Kind::List || field.Type() == Kind::Tree;
-    const auto pressed = [](int key) { return GetKeyState(key) < 0; };
-    if (edit && message.wParam == 'A' && pressed(VK_CONTROL) && !pressed(VK_MENU)) {
-        SendMessageW(message.hwnd, EM_SETSEL, 0, -1);
-        return true;
-    }
-    if (items) control->Flush();
-    FieldEvent key{.field = field,
-                   .what = What::Key,
-                   .item = field.Selected(),
-                   .key = static_cast<int>(message.wParam),
-                   .control = pressed(VK_CONTROL),
-                   .shift = pressed(VK_SHIFT)};
-    if (lclForm.Handles(field, What::Key) && lclForm.Raise(&key)) return true;
-    if (!items || field.Selected() == 0) return false;
-    if (message.wParam == VK_F2) {
-        control->EditItem(field.Selected(), 0);
-        return true;
-    }
-    return message.wParam == VK_RETURN && lclForm.Handles(field, What::Activated) &&
-           lclForm.Raise({.field = field, .what = What::Activated, .item = field.Selected()});
-}
-
-void FormWindow::TakeFocus() {
-    const HWND focus = GetFocus();
-    if (focus && IsChild(lclWindow, focus)) return;
-    if (const HWND first = GetNextDlgTabItem(lclWindow, nullptr, FALSE))
-        SendMessageW(lclWindow, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(first), TRUE);
-}
-
 void FormWindow::Draw(HDC device, const RECT& place) const {
     FillRect(device, &place, GetSysColorBrush(COLOR_BTNFACE));
     FormLook look;
@@ -368,8 +275,7 @@ void FormWindow::Draw(HDC device, const RECT& place) const {
     SelectObject(device, before);
 }
 
-// --- What the form shows
-// --------------------------------------------------------------------------
+// --- What the form shows ------------------------------------------------------------------------
 
 FieldControl* FormWindow::Control(const Field& field) const {
     for (const auto& control : lclControls)

@@ -57,7 +57,7 @@ public:
 
     void MoveTo(const RECT& place) override {
         FieldControl::MoveTo(place);
-        lclEditor.Close(false);
+        EndEdit();
         PlaceColumns();
     }
 
@@ -92,6 +92,8 @@ public:
                            EndEdit(id, column, text, step);
                        });
     }
+
+    void EndEdit() override { lclEditor.Close(true); }
 
     bool Notified(NMHDR& header, LRESULT& result) override {
         if (header.code == LVN_ITEMCHANGED) {

@@ -196,6 +196,10 @@ public:
     }
     void Show(Aspect aspect) override {
         const Quiet quiet(*this);
+        const bool typed = lclField.Row().Has(style::edits);
+        // Whoever types goes on where he was.
+        const std::string before = typed ? TextOf(lclWindow) : std::string();
+        const auto caret = SendMessageW(lclWindow, CB_GETEDITSEL, 0, 0);
         if (aspect == Aspect::Items) {
             SendMessageW(lclWindow, CB_RESETCONTENT, 0, 0);
             for (const Item& item : lclField.Items())
@@ -208,8 +212,9 @@ public:
                 if (lclField.Items()[i].id == lclField.Selected()) at = i;
             SendMessageW(lclWindow, CB_SETCURSEL, at, 0);
         }
-        if (aspect != Aspect::State && lclField.Row().Has(style::edits))
-            SetTextOf(lclWindow, lclField.Text());
+        if (!typed || aspect == Aspect::State) return;
+        if (TextOf(lclWindow) != lclField.Text()) SetTextOf(lclWindow, lclField.Text());
+        if (before == lclField.Text()) SendMessageW(lclWindow, CB_SETEDITSEL, 0, caret);
     }
     void Commanded(int code, HWND) override {
         if (IsQuiet()) return;

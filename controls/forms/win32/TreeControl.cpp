@@ -76,6 +76,8 @@ public:
         SendMessageW(lclWindow, TVM_EDITLABELW, 0, reinterpret_cast<LPARAM>(NodeOf(id)));
     }
 
+    void EndEdit() override { SendMessageW(lclWindow, TVM_ENDEDITLABELNOW, FALSE, 0); }
+
     bool Notified(NMHDR& header, LRESULT& result) override {
         result = 0;
         switch (header.code) {

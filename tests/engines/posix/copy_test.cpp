@@ -110,6 +110,13 @@ TEST_F(CopiedInstallation, ArrivesWholeAfterAnyNumberOfKillsAndComesBackTheSame)
     Filled(path)->Close();
     const std::string before = machine.files.ReadAll(path);
     for (const int step : {2, 60, 500}) EXPECT_TRUE(CopyAndDie(path, step)) << step;
+    { // what was given up, and is used for dossiers since
+        const ConnectionPtr source = EmbeddedDatabase::OpenReadOnly(path);
+        const ConnectionPtr used = OpenOdbc(server->ConnectionString());
+        used->Execute("insert into tblTree (Description) values ('new')");
+        EXPECT_NE(Refusal(source, used).find("not empty: tblTree (1)"), std::string::npos);
+        used->Execute("delete from tblTree");
+    }
     int kills = 0;
     while (CopyAndDie(path, 0)) ASSERT_LT(++kills, 100);
     EXPECT_GT(kills, 3);

@@ -2,9 +2,11 @@
 #include <gtest/gtest.h>
 
 #include "controls/admin/ctlPost.h"
+#include "controls/admin/ctlRights.h"
 #include "data/clsSettings.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "data/schema/clsUpdateDb.h"
+#include "model/clsUserAuth.h"
 #include "model/treeRows.h"
 #include "tests/fakes/FakeForms.h"
 #include "tests/fakes/FakeWorkstation.h"
@@ -60,6 +62,9 @@ struct Post : testing::Test {
         of.Form()["treUsers"].Select(0);
         sees.Choose("treUsers", user);
         return Ids(of, "lstGiven");
+    }
+    std::string Row(const std::string& statement) {
+        return data::ToText(database->Open({statement})->Get(std::size_t{0}));
     }
     std::string Told() {
         return machine.messages.shown.empty() ? "" : machine.messages.shown.back().text;
@@ -133,13 +138,77 @@ TEST_F(Post, IsNeitherCopiedNorLostBetweenTwo) {
     }
     EXPECT_TRUE(given);
     EXPECT_GT(failed, 5U);
-    // A user that somebody deleted takes nothing.
+    // A user that somebody deletes leaves his post to be handed out again, and takes none.
+    other->Refresh();
+    {
+        ctlRights editor(machine);
+        editor.SetDbConnection(connection);
+        tests::FormUser administrator(editor.Form());
+        administrator.EditItem("treUsers", jan, "Jansens");
+        administrator.Choose("treUsers", piet);
+        administrator.Click("btnDelete");
+        ASSERT_TRUE(editor.Save()) << Told();
+    }
+    post->Refresh();
+    EXPECT_EQ(Waiting(*post), std::vector{ids[1]});
+    EXPECT_EQ(Given(*post, jan), (std::vector{ids[0], ids[2]}));
+    EXPECT_EQ(Row("select Description from tblTreeItem where Type = 'userpost' and ItemId = " +
+                  std::to_string(jan)),
+              "Jansens");
+    other->Refresh();
+    theirs.Choose("lstWaiting", ids[1]);
+    theirs.Choose("treUsers", jan);
+    model::RemoveHolder(model::Store(database), jan);
+    theirs.Click("btnGive");
+    EXPECT_NE(Told().find("ontvanger is intussen verwijderd"), std::string::npos);
+    EXPECT_EQ(Waiting(*other), std::vector{ids[1]});
+}
+
+TEST_F(Post, OfAGroupIsOpenedByAnyOfItsUsers) {
     const model::Store store(database);
-    model::RemoveHolder(store, piet);
-    theirs.Choose("treUsers", piet);
-    Given(*other, piet);
-    const auto back = Ids(*other, "lstGiven");
-    EXPECT_EQ(back, std::vector{ids[1]}) << "his folder stays";
+    const auto place = model::FindUserTree(machine, store);
+    const auto sales = model::AddHolder(machine, store, place, {0, 0, true, "Verkoop", {}});
+    model::AddHolder(machine, store, place, {0, sales, false, "DOMEIN\\kees", {}});
+    post->Refresh();
+    const auto ids = Waiting(*post);
+    tests::FormUser user(post->Form());
+    user.Type("txtRemark", std::string(256, 'a').c_str());
+    EXPECT_TRUE(user.Drag("lstWaiting", {ids[0]}, "treUsers", sales));
+    EXPECT_EQ(Told(), "De opmerking is te lang");
+    EXPECT_EQ(Waiting(*post).size(), 3U);
+    user.Type("txtRemark", "");
+    EXPECT_TRUE(user.Drag("lstWaiting", {ids[0], ids[1]}, "treUsers", sales));
+    EXPECT_EQ(post->Form()["treUsers"].Find(sales)->Cell(), "Verkoop (2)");
+    EXPECT_EQ(Given(*post, sales), (std::vector{ids[0], ids[1]}));
+
+    const auto rights = std::make_shared<model::clsUserAuth>(machine);
+    rights->SetUserId("domein\\Kees");
+    post->SetUserAuth(rights);
+    Given(*post, sales);
+    user.Choose("lstGiven", ids[0]);
+    EXPECT_EQ(post->Form()["lstGiven"].Find(ids[0])->texts[2], "Ja");
+    // Taken back by another just before it is opened.
+    const auto other = Make();
+    Given(*other, sales);
+    {
+        tests::FormUser theirs(other->Form());
+        theirs.Choose("lstGiven", ids[1]);
+        theirs.Click("btnTakeBack");
+    }
+    tests::FormUser again(post->Form());
+    again.Choose("lstGiven", ids[1]);
+    EXPECT_NE(Told().find("verplaatst, geopend of verwijderd"), std::string::npos);
+    EXPECT_EQ(Given(*post, sales), std::vector{ids[0]});
+
+    // Where rights are used, nothing is seen without them.
+    data::clsSettings settings(machine);
+    settings.SetDbConnection(database);
+    settings.SetSetting("Rights", "Use", "True");
+    EXPECT_TRUE(Waiting(*Make()).empty());
+    rights->SetRight("ReadDossiers", "True");
+    const auto his = Make();
+    his->SetUserAuth(rights);
+    EXPECT_EQ(Waiting(*his).size(), 2U);
 }
 
 } // namespace kavidex::controls

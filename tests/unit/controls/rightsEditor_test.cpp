@@ -16,7 +16,8 @@ namespace kavidex::controls {
 namespace {
 
 constexpr std::int32_t group = 1, right = 101; // in the tree of rights
-constexpr std::int32_t updateEditRights = right + 2, print = right + 18;
+constexpr std::int32_t createEditRights = right, readEditRights = right + 1,
+                       updateEditRights = right + 2, print = right + 18;
 
 struct RightsEditor : testing::Test {
     tests::FakeWorkstation machine;
@@ -32,11 +33,19 @@ struct RightsEditor : testing::Test {
         update.fncUpdateDb();
         editor = Make();
     }
-    std::unique_ptr<ctlRights> Make() {
+    std::unique_ptr<ctlRights> Make(const std::shared_ptr<model::clsUserAuth>& rights = {}) {
         auto made = std::make_unique<ctlRights>(machine);
         made->presenter = [this] { return &forms; };
         made->SetDbConnection(connection);
+        if (rights) made->SetUserAuth(rights);
         return made;
+    }
+    std::shared_ptr<model::clsUserAuth> As(const char* name) {
+        const auto rights = std::make_shared<model::clsUserAuth>(machine);
+        rights->SetUserId(name);
+        rights->SetDbConnection(connection);
+        EXPECT_TRUE(rights->LoadRights());
+        return rights;
     }
     static std::int32_t IdOf(ctlRights& of, const char* name) {
         for (const auto& item : of.Form()["treUsers"].Items())
@@ -139,6 +148,18 @@ TEST_F(RightsEditor, AGroupsRightsReplaceThoseOfItsUsersAfterTheQuestion) {
     EXPECT_EQ(Right("O'Brien 100%_*", "Print"), "False");
     EXPECT_EQ(Right("O'Brien 100%_*", "Mail"), "True");
     EXPECT_EQ(Right("Sales", "Mail"), "True");
+    // A new group's rights hold for those who are in it; refused, nobody has them.
+    user.ChooseAll("treUsers", {});
+    const auto made = Add(user, "btnGroup", "Nieuw");
+    user.TickItem("treRights", right + 19);
+    EXPECT_TRUE(user.Drag("treUsers", {IdOf(*editor, "O'Brien 100%_*")}, "treUsers", made));
+    machine.messages.answers = {platform::Answer::No};
+    user.Click("btnSave");
+    user.Choose("treUsers", made);
+    user.TickItem("treRights", right + 19, false);
+    user.Click("btnSave");
+    EXPECT_FALSE(editor->IsChanged());
+    EXPECT_EQ(Right("O'Brien 100%_*", "Mail"), "True");
 }
 
 TEST_F(RightsEditor, TheLastWhoMayChangeRightsIsNotLockedOutUnasked) {
@@ -149,21 +170,85 @@ TEST_F(RightsEditor, TheLastWhoMayChangeRightsIsNotLockedOutUnasked) {
     user.Choose("treUsers", IdOf(*editor, "Jansen"));
     EXPECT_EQ(user.Text("lblEffective"), "Geldig nu: 9 van 26 rechten");
     user.Click("btnSave");
-    model::clsUserAuth jansen(machine);
-    jansen.SetUserId("Jansen");
-    jansen.SetDbConnection(connection);
-    jansen.LoadRights();
-    editor->SetUserAuth(std::make_shared<model::clsUserAuth>(jansen));
+    editor->SetUserAuth(As("Jansen"));
     user.Choose("treUsers", IdOf(*editor, "Jansen"));
     user.TickItem("treRights", updateEditRights, false);
     machine.messages.answers = {platform::Answer::No};
     user.Click("btnSave");
     EXPECT_NE(LastTold().find("Geen enkele gebruiker mag rechten wijzigen"), std::string::npos);
     EXPECT_EQ(Right("Jansen", "UpdateEditRights"), "True");
-    // Without the right nothing can be changed at all.
+    // What he cannot see he cannot change back either.
     editor->Undo();
+    user.TickItem("treRights", readEditRights, false);
+    machine.messages.answers = {platform::Answer::No};
+    user.Click("btnSave");
+    EXPECT_EQ(Right("Jansen", "ReadEditRights"), "True");
+    // Asked again for what came after the switch was turned on.
+    editor->Undo();
+    user.Tick("chkUseRights", false);
+    user.Click("btnSave");
+    user.Tick("chkUseRights");
+    const auto asked = machine.messages.shown.size();
+    user.Choose("treUsers", IdOf(*editor, "Jansen"));
+    user.PressKey("treUsers", 0x2E);
+    machine.messages.answers = {platform::Answer::Yes, platform::Answer::No};
+    user.Click("btnSave");
+    EXPECT_EQ(machine.messages.shown.size(), asked + 2);
+    EXPECT_EQ(Right("Jansen", "UpdateEditRights"), "True");
+    // Without the right nothing is seen or changed at all.
+    editor->Undo();
+    user.Tick("chkUseRights");
+    user.Click("btnSave");
     editor->SetUserAuth(std::make_shared<model::clsUserAuth>(machine));
     EXPECT_FALSE(user.CanUse("treRights"));
+    EXPECT_FALSE(user.CanUse("btnUser"));
+    EXPECT_TRUE(editor->Form()["treUsers"].Items().empty());
+}
+
+TEST_F(RightsEditor, TwoAdministratorsDoNotTakeTheRightFromEachOther) {
+    Fill();
+    tests::FormUser user(editor->Form());
+    user.ChooseAll("treUsers", {});
+    Add(user, "btnUser", "Piet");
+    user.TickItem("treRights", group);
+    user.Tick("chkUseRights");
+    user.Click("btnSave");
+    const auto other = Make(As("Jansen"));
+    editor->SetUserAuth(As("Piet"));
+    tests::FormUser jansen(other->Form());
+    jansen.Choose("treUsers", IdOf(*other, "Piet"));
+    jansen.TickItem("treRights", group, false);
+    user.Choose("treUsers", IdOf(*editor, "Jansen"));
+    user.TickItem("treRights", group, false);
+    EXPECT_TRUE(other->Save());
+    EXPECT_FALSE(editor->Save());
+    EXPECT_EQ(LastTold(),
+              "'Rechten wijzigen' is intussen door iemand anders gewijzigd. Er is niets "
+              "opgeslagen.");
+    EXPECT_EQ(Right("Jansen", "UpdateEditRights"), "True");
+}
+
+TEST_F(RightsEditor, WhoMayOnlyMakeOrDeleteUsersCanDoThat) {
+    Fill();
+    tests::FormUser user(editor->Form());
+    user.ChooseAll("treUsers", {});
+    Add(user, "btnUser", "Klerk");
+    for (const auto right : {createEditRights, readEditRights}) user.TickItem("treRights", right);
+    user.Tick("chkUseRights");
+    user.Click("btnSave");
+    // The host may tell the user before the database or after it.
+    editor->SetUserAuth(As("Klerk"));
+    user.ChooseAll("treUsers", {});
+    EXPECT_NE(Add(user, "btnUser", "Nieuw"), 0);
+    EXPECT_FALSE(user.EditItem("treUsers", IdOf(*editor, "Jansen"), "x"));
+    EXPECT_FALSE(user.CanUse("treRights"));
+    EXPECT_FALSE(user.CanUse("btnDelete"));
+    EXPECT_TRUE(editor->Save()) << LastTold();
+    EXPECT_NE(IdOf(*Make(As("Jansen")), "Nieuw"), 0);
+    // Switched off it shows the same, and takes nothing.
+    editor->SetEnabled(false);
+    editor->Refresh();
+    EXPECT_NE(IdOf(*editor, "Nieuw"), 0);
     EXPECT_FALSE(user.CanUse("btnUser"));
 }
 

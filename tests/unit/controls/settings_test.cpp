@@ -97,6 +97,7 @@ TEST_F(Settings, TheRightsAreSwitchedAfterTheirQuestionOnly) {
     rights.SetDbConnection(connection);
     rights.SetUserId("O'Brien");
     rights.SetRight("UpdateEditRights", "True");
+    rights.SetRight("ReadEditRights", "True");
     ASSERT_TRUE(rights.SaveRights());
     frmSettings dialog(machine, connection, nullptr, std::make_shared<model::clsUserAuth>(rights));
     forms.users = {[&](tests::FormUser& user) {
@@ -105,8 +106,21 @@ TEST_F(Settings, TheRightsAreSwitchedAfterTheirQuestionOnly) {
         EXPECT_EQ(shown.back().caption, "Gebruik van rechten deactiveren");
         user.Tick("chkUseRights", true);
         EXPECT_EQ(shown.back().text.find("Geen enkele"), std::string::npos);
+        // His right went before it is written.
+        rights.DeleteRights();
+        Setting("Rights", "Use", "False");
     }};
     dialog.Show(forms);
+    forms.users = {[&](tests::FormUser& user) {
+        ASSERT_TRUE(rights.SaveRights());
+        user.Choose("TabStrip1", 3);
+        user.Tick("chkUseRights", true);
+        rights.DeleteRights();
+        user.Click("btnOk");
+        EXPECT_TRUE(Told("intussen door iemand anders gewijzigd"));
+    }};
+    EXPECT_FALSE(dialog.Show(forms));
+    EXPECT_EQ(Kept("Rights", "Use"), "False");
 }
 
 TEST_F(Settings, NothingIsHalfWritten) {
