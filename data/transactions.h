@@ -8,7 +8,7 @@
 namespace kavidex::platform {
 class PaintOnly;
 struct Workstation;
-}
+} // namespace kavidex::platform
 
 namespace kavidex::data {
 

@@ -107,8 +107,8 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
     const auto sending = components.sending;
     lclIntake.reset(new IntakeParts{{*this, workstation, lclLock, std::move(components)}});
     if (sending) {
-        lclIntake->mail = std::make_shared<DossierMail>(
-            workstation, *sending, [this](const SentMail& mail) {
+        lclIntake->mail =
+            std::make_shared<DossierMail>(workstation, *sending, [this](const SentMail& mail) {
                 if (lclTree->Shows(*mail.dossier) || lclAssignment->IsElsewhere())
                     lclIntake->intake.AddFiles({mail.path}, {}, mail.folder, false, false);
                 else

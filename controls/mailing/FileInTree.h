@@ -1,5 +1,5 @@
-// A sent mail filed in its dossier by the tree control: where no binder control is around it, or the
-// binder shows another dossier by now.
+// A sent mail filed in its dossier by the tree control: where no binder control is around it, or
+// the binder shows another dossier by now.
 #pragma once
 
 namespace kavidex::platform {

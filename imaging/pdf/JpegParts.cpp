@@ -61,8 +61,7 @@ void ReadOrientation(std::string_view segment, JpegParts& parts) {
         if (at > file.size() || file.size() - at < sizeof(Number)) return 0;
         return little ? platform::ReadLittle<Number>(file, at) : ReadBig<Number>(file, at);
     };
-    const std::size_t list = number(4, std::uint32_t{}),
-                      count = number(list, std::uint16_t{});
+    const std::size_t list = number(4, std::uint32_t{}), count = number(list, std::uint16_t{});
     for (std::size_t i = 0; i < count; ++i) {
         const std::size_t entry = list + 2 + entrySize * i;
         if (number(entry, std::uint16_t{}) != tag) continue;

@@ -88,8 +88,7 @@ TEST_F(Sending, WhereNothingIsSetNothingIsSaidAndWhatIsGoneIsNotAttached) {
     EXPECT_EQ(platform::FileName(Send().saved), "Email (1).msg") << "not one that was attached";
     EXPECT_EQ(Calls().find("AddRecipient"), std::string::npos);
     EXPECT_EQ(Calls().find("Body"), std::string::npos);
-    EXPECT_EQ(program.attached,
-              (std::vector{mail.attachments[1].path, mail.attachments[2].path}));
+    EXPECT_EQ(program.attached, (std::vector{mail.attachments[1].path, mail.attachments[2].path}));
     EXPECT_TRUE(machine.log.Has("Mail", "a.pdf is gone"));
 }
 

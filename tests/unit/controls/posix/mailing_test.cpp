@@ -54,9 +54,10 @@ protected:
         program.simple = simple;
         program.save = [&](const std::string& path) { machine.files.WriteAll(path, "mail"); };
         program.whileShown = simple->whileShown = [this] { LookAtAttachments(); };
-        sender = std::make_unique<DossierMail>(
-            machine, program.Roads(),
-            [this](const SentMail& sent) { FileInTree(machine, tree, sent); });
+        sender =
+            std::make_unique<DossierMail>(machine, program.Roads(), [this](const SentMail& sent) {
+                FileInTree(machine, tree, sent);
+            });
         tree.SetMailSender(sender.get());
         tree.SetEmailAddress("jan@example.nl");
         tree.AttachWindow(&window);

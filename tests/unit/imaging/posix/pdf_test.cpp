@@ -175,7 +175,8 @@ TEST_F(Pdf, StandsUprightInEveryOrientation) {
         ASSERT_EQ(Run("tiffset -u 274 o.tif && convert o.tif -quality 100 o.jpg"), "");
         std::string photo = Bytes("o.jpg");
         photo.insert(2, std::string("\xFF\xE1\0\x22"
-                                    "Exif\0\0MM\0*\0\0\0\x08\0\1\x01\x12\0\3\0\0\0\1\0", 29) +
+                                    "Exif\0\0MM\0*\0\0\0\x08\0\1\x01\x12\0\3\0\0\0\1\0",
+                                    29) +
                             static_cast<char>(orientation) + std::string(6, '\0'));
         Make("x.pdf", [&](PdfDocument& document) { EXPECT_TRUE(document.AddJpeg(photo)); });
         holds();
