@@ -26,6 +26,13 @@ public:
         };
     }
 
+    template <class Work>
+    void Failing(int n, Work work) { // and no other step, nor what comes later
+        FailStep(n);
+        work();
+        onStep = nullptr;
+    }
+
     data::RecordsetPtr Open(const data::Command& command) override {
         Step();
         return std::make_unique<Rows>(RecordingConnection::Open(command), *this);

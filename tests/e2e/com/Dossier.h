@@ -65,6 +65,19 @@ protected:
         return binder;
     }
 
+    // A tree of two folders, shown in the container.
+    Late OpenTree(Container& host) const {
+        host.Take(Make(CLSID_ctrlTree), true);
+        const Late tree(host.control);
+        tree.PutRef(L"DbConnection", {lclConnection});
+        EXPECT_TRUE(tree.Call(L"CreateNew", {"Boom", "A;B"}).ToBool());
+        return tree;
+    }
+    static Variant AddFolder(const Late& binder, const char* name) {
+        const Variant none(static_cast<IDispatch*>(nullptr));
+        return binder.Call(L"AddItem", {0, "tab", none, 0, name, 0});
+    }
+
     static HWND Find(HWND parent, const wchar_t* type) {
         if (const HWND found = FindWindowExW(parent, nullptr, type, nullptr)) return found;
         for (HWND child = GetWindow(parent, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
@@ -111,10 +124,6 @@ protected:
         }
     }
 
-    std::wstring lclFolder;
-    Variant lclConnection;
-
-private:
     static void Unattended(const wchar_t* value) {
         constexpr const wchar_t* key =
             L"Software\\VB and VBA Program Settings\\Kavidex\\DebugFlags";
@@ -124,6 +133,9 @@ private:
         else
             RegDeleteKeyValueW(HKEY_CURRENT_USER, key, L"Unattended");
     }
+
+    std::wstring lclFolder;
+    Variant lclConnection;
 };
 
 } // namespace kavidex::tests

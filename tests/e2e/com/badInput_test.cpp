@@ -1,6 +1,7 @@
 // Every member of every class, given what it does not expect: an answer or an error that says what
 // is wrong, never the end of the host, and no box where nobody is there to answer.
 #include "Dossier.h"
+#include "TypeInfos.h"
 #include "com/class_table.h"
 #include "platform/Error.h"
 
@@ -33,21 +34,12 @@ protected:
     static std::vector<Call> CallsOf(const ComPtr<IDispatch>& object) {
         std::vector<Call> calls;
         ComPtr<ITypeInfo> info;
-        TYPEATTR* attributes = nullptr;
-        if (FAILED(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put())) ||
-            FAILED(info->GetTypeAttr(&attributes)))
-            return calls;
-        for (UINT i = 0; i < attributes->cFuncs; ++i) {
-            FUNCDESC* function = nullptr;
-            if (FAILED(info->GetFuncDesc(i, &function))) continue;
-            platform::win32::Bstr name;
-            info->GetDocumentation(function->memid, name.Put(), nullptr, nullptr, nullptr);
-            if (function->memid < 0x60000000 && std::wstring(name.Get()) != L"OLEDrag")
-                calls.push_back(
-                    {function->memid, function->invkind, function->cParams, FromWide(name.Get())});
-            info->ReleaseFuncDesc(function);
-        }
-        info->ReleaseTypeAttr(attributes);
+        if (FAILED(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.Put()))) return calls;
+        ForEachMember(*info.Get(), [&](const FUNCDESC& function) {
+            const auto name = WordsOf(*info.Get(), function.memid).name;
+            if (name != "OLEDrag")
+                calls.push_back({function.memid, function.invkind, function.cParams, name});
+        });
         return calls;
     }
     static HRESULT Try(const ComPtr<IDispatch>& object, const Call& call, std::size_t count,

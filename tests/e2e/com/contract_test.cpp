@@ -9,6 +9,7 @@
 
 #include "ContractText.h"
 #include "Library.h"
+#include "TypeInfos.h"
 #include "com/adodb/Collections.h"
 #include "com/adodb/CommandObject.h"
 #include "com/adodb/ConnectionObject.h"
@@ -31,7 +32,7 @@ namespace {
 
 // One member in words, so that a difference reads well.
 struct Entry {
-    std::wstring name, parameters;
+    std::string name, parameters;
     std::vector<VARTYPE> types;
     std::vector<bool> optional;
     VARTYPE result;
@@ -40,8 +41,7 @@ struct Entry {
 using Entries = std::map<std::pair<DISPID, int>, Entry>;
 
 std::ostream& operator<<(std::ostream& out, const Entry& entry) {
-    out << platform::win32::FromWide(entry.name) << "("
-        << platform::win32::FromWide(entry.parameters) << ":";
+    out << entry.name << "(" << entry.parameters << ":";
     for (std::size_t i = 0; i < entry.types.size(); ++i)
         out << " " << entry.types[i] << (entry.optional[i] ? "?" : "");
     return out << ") -> " << entry.result;
@@ -58,16 +58,14 @@ protected:
         lclTypes->GetTypeInfoOfGuid(guid, info.Put());
         return info;
     }
-    Entries Read(ITypeInfo& info) const;
     void Compare(const com::Table& table) const;
     ComPtr<ITypeLib> lclTypes;
 };
 
 // A type library keeps one spelling of a name, whatever its case: names are held against each other
 // without it.
-std::wstring Lower(std::wstring name) {
-    CharLowerW(name.data());
-    return name;
+std::string Lower(const wchar_t* name) {
+    return platform::LowerCase(platform::win32::FromWide(name));
 }
 
 // As the tables count: aliases and enumerations are their numbers, objects are IDispatch.
@@ -80,49 +78,37 @@ VARTYPE Plain(ITypeInfo& info, const TYPEDESC& type) {
     if (type.vt == VT_UI4 || type.vt == VT_INT) return VT_I4;
     if (type.vt != VT_USERDEFINED) return type.vt;
     ComPtr<ITypeInfo> other;
-    TYPEATTR* attributes = nullptr;
-    if (FAILED(info.GetRefTypeInfo(type.hreftype, other.Put())) ||
-        FAILED(other->GetTypeAttr(&attributes)))
-        return VT_EMPTY;
-    const TYPEKIND kind = attributes->typekind;
-    const bool unknown = attributes->guid == IID_IUnknown;
-    VARTYPE plain = unknown ? VT_UNKNOWN : VT_DISPATCH;
-    if (kind == TKIND_ALIAS) plain = Plain(*other, attributes->tdescAlias);
-    if (kind == TKIND_ENUM) plain = VT_I4;
-    other->ReleaseTypeAttr(attributes);
+    VARTYPE plain = VT_EMPTY;
+    if (FAILED(info.GetRefTypeInfo(type.hreftype, other.Put()))) return plain;
+    WithAttributes(*other.Get(), [&](const TYPEATTR& attributes) {
+        plain = attributes.guid == IID_IUnknown ? VT_UNKNOWN : VT_DISPATCH;
+        if (attributes.typekind == TKIND_ALIAS) plain = Plain(*other, attributes.tdescAlias);
+        if (attributes.typekind == TKIND_ENUM) plain = VT_I4;
+    });
     return plain;
 }
 
-Entries Contract::Read(ITypeInfo& info) const {
+Entries Read(ITypeInfo& info) {
     Entries entries;
-    TYPEATTR* attributes = nullptr;
-    EXPECT_EQ(info.GetTypeAttr(&attributes), S_OK);
-    const UINT count = attributes->cFuncs;
-    EXPECT_EQ(attributes->typekind, TKIND_DISPATCH);
-    info.ReleaseTypeAttr(attributes);
-    for (UINT i = 0; i < count; ++i) {
-        FUNCDESC* function = nullptr;
-        EXPECT_EQ(info.GetFuncDesc(i, &function), S_OK);
-        if (function->memid < 0x60000000) { // not IDispatch's own
-            BSTR names[32];
-            UINT known = 0;
-            info.GetNames(function->memid, names, 32, &known);
-            Entry entry{Lower(names[0]), {}, {}, {}, Plain(info, function->elemdescFunc.tdesc)};
-            for (SHORT p = 0; p < function->cParams; ++p) {
-                const ELEMDESC& parameter = function->lprgelemdescParam[p];
-                entry.types.push_back(Plain(info, parameter.tdesc));
-                entry.optional.push_back(parameter.paramdesc.wParamFlags & PARAMFLAG_FOPT);
-                const bool value =
-                    (function->invkind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF)) &&
-                    p == function->cParams - 1;
-                if (!value && static_cast<UINT>(p) + 1 < known)
-                    entry.parameters += (p ? L"," : L"") + Lower(names[p + 1]);
-            }
-            for (UINT n = 0; n < known; ++n) SysFreeString(names[n]);
-            entries[{function->memid, function->invkind}] = entry;
+    ForEachMember(info, [&](const FUNCDESC& function) {
+        const auto names = ParametersOf(info, function);
+        Entry entry{platform::LowerCase(WordsOf(info, function.memid).name),
+                    {},
+                    {},
+                    {},
+                    Plain(info, function.elemdescFunc.tdesc)};
+        const bool puts = function.invkind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF);
+        for (SHORT p = 0; p < function.cParams; ++p) {
+            const ELEMDESC& parameter = function.lprgelemdescParam[p];
+            entry.types.push_back(Plain(info, parameter.tdesc));
+            entry.optional.push_back(parameter.paramdesc.wParamFlags & PARAMFLAG_FOPT);
+            const auto place = static_cast<std::size_t>(p);
+            const bool value = puts && p == function.cParams - 1;
+            if (!value && place < names.size())
+                entry.parameters += (p ? "," : "") + platform::LowerCase(names[place]);
         }
-        info.ReleaseFuncDesc(function);
-    }
+        entries[{function.memid, function.invkind}] = entry;
+    });
     return entries;
 }
 
@@ -225,7 +211,7 @@ TEST_F(Contract, EveryEventHasItsRowAndTheOtherWayRound) {
     for (const auto& source : sources) {
         const auto info = Find(source.iid);
         ASSERT_TRUE(info);
-        std::map<DISPID, std::wstring> written, raised;
+        std::map<DISPID, std::string> written, raised;
         for (const auto& [key, entry] : Read(*info)) written[key.first] = entry.name;
         for (const auto& row : source.rows) raised[row.id] = Lower(row.name);
         EXPECT_EQ(written, raised);
@@ -234,73 +220,56 @@ TEST_F(Contract, EveryEventHasItsRowAndTheOtherWayRound) {
 
 // What an object browser shows of each member: what it does, and each of its parameters by name.
 TEST_F(Contract, EveryMemberAndEventTellsWhatItDoesAndWhatItsParametersAre) {
-    std::map<std::string, std::set<std::wstring>> silent;
-    for (UINT i = 0; i < lclTypes->GetTypeInfoCount(); ++i) {
-        TYPEKIND kind{};
-        platform::win32::Bstr type, about;
-        ComPtr<ITypeInfo> info;
-        lclTypes->GetTypeInfoType(i, &kind);
-        lclTypes->GetDocumentation(static_cast<INT>(i), type.Put(), about.Put(), nullptr, nullptr);
-        const auto name = platform::win32::FromWide(type.Get());
-        EXPECT_TRUE(about.Get() && *about.Get()) << name;
-        if (kind != TKIND_DISPATCH) continue;
-        ASSERT_EQ(lclTypes->GetTypeInfo(i, info.Put()), S_OK);
-        for (const auto& [key, entry] : Read(*info)) {
-            platform::win32::Bstr text;
-            info->GetDocumentation(key.first, nullptr, text.Put(), nullptr, nullptr);
-            std::wstring words = L" " + Lower(text.Get() ? text.Get() : L"");
-            EXPECT_GT(words.size(), 5u) << name << " " << entry;
-            if (words.find(L" never raised") != words.npos) silent[name].insert(entry.name);
-            for (wchar_t& letter : words)
-                if (!iswalnum(letter)) letter = L' ';
-            // The index of a collection needs no words.
-            const bool index = key.first == DISPID_VALUE;
-            for (std::size_t at = 0; !index && at < entry.parameters.size();) {
-                const auto end = std::min(entry.parameters.find(L',', at), entry.parameters.size());
-                const auto word = L" " + entry.parameters.substr(at, end - at) + L" ";
-                EXPECT_NE((words + L" ").find(word), words.npos)
-                    << name << " " << entry << ": " << platform::win32::FromWide(word);
-                at = end + 1;
-            }
+    std::map<std::string, std::set<std::string>> silent;
+    ForEachType(*lclTypes.Get(), [&](ITypeInfo& info, const TYPEATTR& attributes) {
+        const auto about = WordsOf(info);
+        EXPECT_NE(about.help, "") << about.name;
+        if (attributes.typekind != TKIND_DISPATCH) return;
+        for (const auto& [key, entry] : Read(info)) {
+            std::string words = " " + platform::LowerCase(WordsOf(info, key.first).help) + " ";
+            EXPECT_GT(words.size(), 6u) << about.name << " " << entry;
+            if (words.find(" never raised") != words.npos) silent[about.name].insert(entry.name);
+            for (char& letter : words)
+                if (!isalnum(static_cast<unsigned char>(letter))) letter = ' ';
+            if (key.first == DISPID_VALUE) continue; // the index of a collection needs no words
+            for (const std::string& name : platform::Split(entry.parameters, ','))
+                EXPECT_NE(words.find(" " + name + " "), words.npos)
+                    << about.name << " " << entry << ": " << name;
         }
-    }
-    const std::set<std::wstring> older = {L"itemselected",
-                                          L"itemselectedexternal",
-                                          L"itemselectedrightmouse",
-                                          L"itemdropped",
-                                          L"itemdroppedandhandled",
-                                          L"itemdragover",
-                                          L"itemcreated",
-                                          L"itemdelete",
-                                          L"itemcopy",
-                                          L"itemcut",
-                                          L"itempaste",
-                                          L"itemrenamed"};
+    });
+    const std::set<std::string> older = {"itemselected",
+                                         "itemselectedexternal",
+                                         "itemselectedrightmouse",
+                                         "itemdropped",
+                                         "itemdroppedandhandled",
+                                         "itemdragover",
+                                         "itemcreated",
+                                         "itemdelete",
+                                         "itemcopy",
+                                         "itemcut",
+                                         "itempaste",
+                                         "itemrenamed"};
     EXPECT_EQ(silent["_ctrlTreeEvents"], older);
-    EXPECT_EQ(silent["_ctrlCorrespondenceEvents"], std::set<std::wstring>{L"itemselected"});
+    EXPECT_EQ(silent["_ctrlCorrespondenceEvents"], std::set<std::string>{"itemselected"});
 }
 
 TEST_F(Contract, CollectionsAreWalkedAndIndexedAsHostsExpect) {
     int met = 0;
-    for (UINT i = 0; i < lclTypes->GetTypeInfoCount(); ++i) {
-        TYPEKIND kind{};
-        ComPtr<ITypeInfo> info;
-        lclTypes->GetTypeInfoType(i, &kind);
-        if (kind != TKIND_DISPATCH) continue;
-        ASSERT_EQ(lclTypes->GetTypeInfo(i, info.Put()), S_OK);
-        const auto entries = Read(*info);
-        const auto named = [&](const wchar_t* name) -> DISPID {
+    ForEachType(*lclTypes.Get(), [&](ITypeInfo& info, const TYPEATTR& attributes) {
+        if (attributes.typekind != TKIND_DISPATCH) return;
+        const auto entries = Read(info);
+        const auto named = [&](const char* name) -> DISPID {
             for (const auto& [key, entry] : entries)
                 if (entry.name == name) return key.first;
             return DISPID_UNKNOWN;
         };
-        if (named(L"count") == DISPID_UNKNOWN) continue;
+        if (named("count") == DISPID_UNKNOWN) return;
         ++met;
-        EXPECT_EQ(named(L"item"), DISPID_VALUE);
+        EXPECT_EQ(named("item"), DISPID_VALUE);
         const auto walked = entries.find({DISPID_NEWENUM, INVOKE_PROPERTYGET});
         ASSERT_NE(walked, entries.end());
         EXPECT_EQ(walked->second.result, VT_UNKNOWN);
-    }
+    });
     EXPECT_GE(met, 7);
 }
 
@@ -328,23 +297,19 @@ TEST_F(Contract, TheContractIsTheOneThatWasAgreed) {
 }
 
 TEST_F(Contract, EveryCoclassCanBeMadeAndNamesItsInterfaces) {
-    std::set<std::wstring> described, made;
-    for (UINT i = 0; i < lclTypes->GetTypeInfoCount(); ++i) {
-        TYPEKIND kind{};
-        platform::win32::Bstr name;
-        lclTypes->GetTypeInfoType(i, &kind);
-        lclTypes->GetDocumentation(static_cast<INT>(i), name.Put(), nullptr, nullptr, nullptr);
-        if (kind == TKIND_COCLASS) described.insert(name.Get());
-    }
+    std::set<std::string> described, made;
+    ForEachType(*lclTypes.Get(), [&](ITypeInfo& info, const TYPEATTR& attributes) {
+        if (attributes.typekind == TKIND_COCLASS) described.insert(WordsOf(info).name);
+    });
     for (const com::ClassRow& row : com::ClassTable()) {
-        made.insert(row.name);
-        EXPECT_TRUE(Make(*row.clsid)) << platform::win32::FromWide(row.name);
+        const auto name = platform::win32::FromWide(row.name);
+        made.insert(name);
+        EXPECT_TRUE(Make(*row.clsid)) << name;
         const auto info = Find(*row.clsid);
         ASSERT_TRUE(info);
-        TYPEATTR* attributes = nullptr;
-        ASSERT_EQ(info->GetTypeAttr(&attributes), S_OK);
-        EXPECT_EQ(attributes->cImplTypes, row.events ? 2 : 1);
-        info->ReleaseTypeAttr(attributes);
+        int interfaces = 0;
+        ForEachInterface(*info.Get(), [&](ITypeInfo&, bool) { ++interfaces; });
+        EXPECT_EQ(interfaces, row.events ? 2 : 1);
     }
     EXPECT_EQ(described, made);
 }

@@ -16,6 +16,9 @@ protected:
     static ComPtr<IOleObject> Ole(const Container& host) {
         return host.As<IOleObject>(IID_IOleObject);
     }
+    static HRESULT Verb(const Container& host, LONG verb) {
+        return Ole(host)->DoVerb(verb, nullptr, host.Site(), 0, host.window, &host.place);
+    }
 };
 
 bool HasInk(HDC device, int width, int height, COLORREF blank) {
@@ -71,11 +74,9 @@ TEST_P(Controls, ActivateInPlaceFollowTheirRectangleAndLeaveNoWindow) {
     ASSERT_EQ(inPlace->InPlaceDeactivate(), S_OK);
     EXPECT_FALSE(IsWindow(window));
     EXPECT_EQ(host.Count("OnInPlaceDeactivate"), 1u);
-    EXPECT_EQ(Ole(host)->DoVerb(OLEIVERB_SHOW, nullptr, host.Site(), 0, host.window, &host.place),
-              S_OK); // once more
+    EXPECT_EQ(Verb(host, OLEIVERB_SHOW), S_OK); // once more
     EXPECT_TRUE(IsWindow(host.ControlWindow()));
-    EXPECT_EQ(Ole(host)->DoVerb(OLEIVERB_HIDE, nullptr, host.Site(), 0, host.window, &host.place),
-              S_OK);
+    EXPECT_EQ(Verb(host, OLEIVERB_HIDE), S_OK);
     EXPECT_FALSE(IsWindowVisible(host.ControlWindow()));
     inPlace = nullptr;
     host.Drop();
@@ -86,9 +87,7 @@ TEST_P(Controls, TakeAndGiveBackTheFocus) {
     Container host;
     host.Take(Control(), true);
     SetForegroundWindow(host.window);
-    ASSERT_EQ(
-        Ole(host)->DoVerb(OLEIVERB_UIACTIVATE, nullptr, host.Site(), 0, host.window, &host.place),
-        S_OK);
+    ASSERT_EQ(Verb(host, OLEIVERB_UIACTIVATE), S_OK);
     EXPECT_EQ(host.Count("OnUIActivate"), 1u);
     EXPECT_EQ(host.Count("SetActiveObject"), 1u);
     const HWND focus = GetFocus();
@@ -106,7 +105,7 @@ TEST_P(Controls, TakeAndGiveBackTheFocus) {
 TEST_P(Controls, HandKeysThatTheyDoNotUseBackToTheHost) {
     Container host;
     host.Take(Control(), true);
-    Ole(host)->DoVerb(OLEIVERB_UIACTIVATE, nullptr, host.Site(), 0, host.window, &host.place);
+    Verb(host, OLEIVERB_UIACTIVATE);
     auto active = host.As<IOleInPlaceActiveObject>(IID_IOleInPlaceActiveObject);
     MSG key{};
     key.hwnd = GetFocus();
@@ -143,24 +142,22 @@ TEST_P(Controls, DrawWithoutAWindowOnScreenAndInAMetafile) {
     auto view = As<IViewObject2>(control, IID_IViewObject2);
     const Canvas canvas;
     const RECTL bounds{10, 10, 90, 70};
-    ASSERT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, canvas.device, &bounds,
-                         nullptr, nullptr, 0),
-              S_OK);
+    const auto draw = [&](DWORD aspect, HDC device) {
+        return view->Draw(aspect, -1, nullptr, nullptr, nullptr, device, &bounds, nullptr, nullptr,
+                          0);
+    };
+    ASSERT_EQ(draw(DVASPECT_CONTENT, canvas.device), S_OK);
     EXPECT_TRUE(HasInk(canvas.device, 100, 80, Canvas::blank));
     EXPECT_EQ(GetPixel(canvas.device, 2, 2), Canvas::blank); // nothing beyond the bounds
 
     const HDC meta = CreateEnhMetaFileW(nullptr, nullptr, nullptr, nullptr);
-    EXPECT_EQ(view->Draw(DVASPECT_CONTENT, -1, nullptr, nullptr, nullptr, meta, &bounds, nullptr,
-                         nullptr, 0),
-              S_OK);
+    EXPECT_EQ(draw(DVASPECT_CONTENT, meta), S_OK);
     const HENHMETAFILE file = CloseEnhMetaFile(meta);
     ENHMETAHEADER header{};
     GetEnhMetaFileHeader(file, sizeof header, &header);
     EXPECT_GT(header.nRecords, 2u); // more than its own head and end
     DeleteEnhMetaFile(file);
-    EXPECT_EQ(view->Draw(DVASPECT_ICON, -1, nullptr, nullptr, nullptr, canvas.device, &bounds,
-                         nullptr, nullptr, 0),
-              DV_E_DVASPECT);
+    EXPECT_EQ(draw(DVASPECT_ICON, canvas.device), DV_E_DVASPECT);
 }
 
 TEST_P(Controls, FollowADeadUserInterface) {

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "Dossier.h"
+#include "TypeInfos.h"
 
 namespace kavidex::tests {
 
@@ -23,8 +24,9 @@ protected:
         return info;
     }
     // Through the type information alone, as a compiler would have bound it.
-    static Variant Call(ITypeInfo& type, IUnknown* object, const wchar_t* name, WORD kind,
-                        std::vector<Variant> arguments) {
+    static Variant Call(const ComPtr<ITypeInfo>& of, IUnknown* object, const wchar_t* name,
+                        WORD kind, std::vector<Variant> arguments = {}) {
+        ITypeInfo& type = *of.Get();
         MEMBERID id = DISPID_UNKNOWN, put = DISPID_PROPERTYPUT;
         auto* text = const_cast<LPOLESTR>(name);
         EXPECT_EQ(type.GetIDsOfNames(&text, 1, &id), S_OK) << FromWide(name);
@@ -58,67 +60,52 @@ TEST_F(EarlyBound, AProgramWorksThroughTheTypesAndIdsOfTheLibrary) {
     ASSERT_TRUE(binder);
     const auto type = Type(DIID__ctrlCorrespondence), item = Type(DIID__clsItem),
                items = Type(DIID__Collection);
-    Call(*type.Get(), binder.Get(), L"DbConnection", DISPATCH_PROPERTYPUTREF, {lclConnection});
-    Call(*type.Get(), binder.Get(), L"Language", DISPATCH_PROPERTYPUT, {Variant(int{kdxEnglish})});
-    EXPECT_EQ(Call(*type.Get(), binder.Get(), L"OpenOrCreate", DISPATCH_METHOD,
-                   {"K1", "Dossier", "Post", "", ""})
-                  .ToInt32(),
-              kdxOpened);
-    const Variant folder =
-        Call(*type.Get(), binder.Get(), L"AddItem", DISPATCH_METHOD,
-             {0, "tab", Variant(static_cast<IDispatch*>(nullptr)), 0, "Nieuw", std::int16_t{0}});
+    const auto call = [&](const wchar_t* name, std::vector<Variant> arguments) {
+        return Call(type, binder.Get(), name, DISPATCH_METHOD, std::move(arguments));
+    };
+    Call(type, binder.Get(), L"DbConnection", DISPATCH_PROPERTYPUTREF, {lclConnection});
+    Call(type, binder.Get(), L"Language", DISPATCH_PROPERTYPUT, {Variant(int{kdxEnglish})});
+    EXPECT_EQ(call(L"OpenOrCreate", {"K1", "Dossier", "Post", "", ""}).ToInt32(), kdxOpened);
+    const Variant none(static_cast<IDispatch*>(nullptr));
+    const Variant folder = call(L"AddItem", {0, "tab", none, 0, "Nieuw", std::int16_t{0}});
     const auto typed = As<_clsItem>(folder.ToDispatch(), DIID__clsItem);
     ASSERT_TRUE(typed) << "the result is what the library says";
-    EXPECT_EQ(Call(*item.Get(), typed.Get(), L"Description", DISPATCH_PROPERTYGET, {}).ToText(),
-              "Nieuw");
-    const Variant copies = Call(*type.Get(), binder.Get(), L"ExportSelectedFiles", DISPATCH_METHOD,
-                                {Variant(true), Variant(false)});
+    EXPECT_EQ(Call(item, typed.Get(), L"Description", DISPATCH_PROPERTYGET).ToText(), "Nieuw");
+    const Variant copies = call(L"ExportSelectedFiles", {Variant(true), Variant(false)});
     const auto collection = As<_Collection>(copies.ToDispatch(), DIID__Collection);
     ASSERT_TRUE(collection);
-    EXPECT_EQ(Call(*items.Get(), collection.Get(), L"Count", DISPATCH_PROPERTYGET, {}).ToInt32(),
-              0);
-    EXPECT_EQ(Call(*type.Get(), binder.Get(), L"AddFiles", DISPATCH_METHOD,
-                   {Variant(Path("absent.txt")), "", 0, false, true})
-                  .ToInt32(),
+    EXPECT_EQ(Call(items, collection.Get(), L"Count", DISPATCH_PROPERTYGET).ToInt32(), 0);
+    EXPECT_EQ(call(L"AddFiles", {Variant(Path("absent.txt")), "", 0, false, true}).ToInt32(),
               kdxNoFile);
-    EXPECT_EQ(Call(*type.Get(), binder.Get(), L"CloseObject", DISPATCH_METHOD, {}).ToInt32(),
-              kdxFiled);
+    EXPECT_EQ(call(L"CloseObject", {}).ToInt32(), kdxFiled);
 }
 
 // Every event that a session raises has the arguments, in number and type, that are declared.
 TEST_F(EarlyBound, EventsArriveAsTheLibraryDeclaresThem) {
     struct Declared {
-        std::wstring name;
+        std::string name;
         std::vector<VARTYPE> types;
     };
     const auto type = Type(DIID__ctrlCorrespondenceEvents);
     std::map<DISPID, Declared> declared;
-    TYPEATTR* attributes = nullptr;
-    ASSERT_EQ(type->GetTypeAttr(&attributes), S_OK);
-    for (UINT i = 0; i < attributes->cFuncs; ++i) {
-        FUNCDESC* function = nullptr;
-        ASSERT_EQ(type->GetFuncDesc(i, &function), S_OK);
-        platform::win32::Bstr name;
-        type->GetDocumentation(function->memid, name.Put(), nullptr, nullptr, nullptr);
-        auto& one = declared[function->memid];
-        one.name = name.Get();
-        for (SHORT p = 0; p < function->cParams; ++p)
-            one.types.push_back(TypeOf(*type.Get(), function->lprgelemdescParam[p].tdesc));
-        type->ReleaseFuncDesc(function);
-    }
-    type->ReleaseTypeAttr(attributes);
+    ForEachMember(*type.Get(), [&](const FUNCDESC& function) {
+        auto& one = declared[function.memid];
+        one.name = WordsOf(*type.Get(), function.memid).name;
+        for (SHORT p = 0; p < function.cParams; ++p)
+            one.types.push_back(TypeOf(*type.Get(), function.lprgelemdescParam[p].tdesc));
+    });
 
     Container host;
-    std::set<std::wstring> heard;
+    std::set<std::string> heard;
     host.onEvent = [&](DISPID id, DISPPARAMS& given) {
         const auto& one = declared[id];
         heard.insert(one.name);
-        ASSERT_EQ(given.cArgs, one.types.size()) << FromWide(one.name);
+        ASSERT_EQ(given.cArgs, one.types.size()) << one.name;
         for (UINT i = 0; i < given.cArgs; ++i) {
             const VARTYPE told = given.rgvarg[given.cArgs - 1 - i].vt;
             // What is declared as a VARIANT comes as whatever it holds.
             if (one.types[i] != VT_VARIANT) {
-                EXPECT_EQ(told, one.types[i]) << FromWide(one.name) << " " << i;
+                EXPECT_EQ(told, one.types[i]) << one.name << " " << i;
             }
         }
     };
@@ -127,8 +114,7 @@ TEST_F(EarlyBound, EventsArriveAsTheLibraryDeclaresThem) {
     SetForegroundWindow(host.window);
     SetFocus(tree);
     Select(tree, FirstFolder(tree));
-    const Variant none(static_cast<IDispatch*>(nullptr));
-    binder.Call(L"AddItem", {0, "tab", none, 0, "Nieuw", 0});
+    AddFolder(binder, "Nieuw");
     SendMessageW(tree, WM_KEYDOWN, VK_F9, 1);
     SendMessageW(tree, WM_CHAR, L'q', 1);
     SendMessageW(tree, WM_KEYUP, VK_F9, 1);
@@ -137,11 +123,11 @@ TEST_F(EarlyBound, EventsArriveAsTheLibraryDeclaresThem) {
     SendMessageW(tree, WM_MBUTTONUP, 0, MAKELPARAM(90, 90));
     binder.Call(L"OLEDrag");
     SendMessageW(tree, WM_KEYDOWN, VK_DELETE, 1); // nobody answers the question: nothing goes
-    for (const wchar_t* const name :
-         {L"EvItemSelected", L"EvItemCreated", L"KeyDown", L"KeyPress", L"KeyUp", L"MouseMove",
-          L"MouseDown", L"MouseUp", L"OLEStartDrag", L"OLECompleteDrag"})
-        EXPECT_TRUE(heard.contains(name)) << FromWide(name);
-    EXPECT_FALSE(heard.contains(L"ItemSelected"));
+    for (const char* const name :
+         {"EvItemSelected", "EvItemCreated", "KeyDown", "KeyPress", "KeyUp", "MouseMove",
+          "MouseDown", "MouseUp", "OLEStartDrag", "OLECompleteDrag"})
+        EXPECT_TRUE(heard.contains(name)) << name;
+    EXPECT_FALSE(heard.contains("ItemSelected"));
 }
 
 } // namespace kavidex::tests

@@ -62,8 +62,7 @@ TEST_F(Hosts, TwoBindersOnOneDatabaseDoNotDisturbEachOtherAndSeeTheOthersWorkAtR
     ASSERT_EQ(Selected(right), "Archief");
     right.events.clear();
     left.events.clear();
-    const Variant none(static_cast<IDispatch*>(nullptr));
-    ASSERT_TRUE(one.Call(L"AddItem", {0, "tab", none, 0, "Nieuw", 0}).IsObject());
+    ASSERT_TRUE(AddFolder(one, "Nieuw").IsObject());
     EXPECT_EQ(Folders(left).size(), 4U);
     EXPECT_EQ(Folders(right).size(), 3U);
     EXPECT_TRUE(right.events.empty()) << "the other's work is no event of its own";
@@ -117,8 +116,7 @@ TEST_F(Hosts, TwoBindersOnTwoDatabasesKeepApart) {
         Container left, right;
         const Late one = Open(left, Make(CLSID_ctrlCorrespondence), lclConnection, "K1"),
                    two = Open(right, Make(CLSID_ctrlCorrespondence), other, "K1");
-        const Variant none(static_cast<IDispatch*>(nullptr));
-        ASSERT_TRUE(two.Call(L"AddItem", {0, "tab", none, 0, "Alleen hier", 0}).IsObject());
+        ASSERT_TRUE(AddFolder(two, "Alleen hier").IsObject());
         one.Call(L"Refresh");
         two.Call(L"Refresh");
         EXPECT_EQ(Folders(left).size(), 3U);
@@ -156,8 +154,7 @@ TEST_F(Hosts, AHandlerThatFailsEndsNothing) {
         throw std::runtime_error("the host's own");
     };
     Select(TreeOf(host), FirstFolder(TreeOf(host)));
-    const Variant none(static_cast<IDispatch*>(nullptr));
-    EXPECT_TRUE(binder.Call(L"AddItem", {0, "tab", none, 0, "Nieuw", 0}).IsObject());
+    EXPECT_TRUE(AddFolder(binder, "Nieuw").IsObject());
     EXPECT_GE(heard, 2);
     EXPECT_EQ(Selected(host), "Post");
 }

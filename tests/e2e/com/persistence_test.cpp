@@ -51,15 +51,19 @@ protected:
     }
     std::string Saved(const Late& control) {
         auto stream = Stream();
-        EXPECT_EQ(As<IPersistStreamInit>(control.Object(), IID_IPersistStreamInit)
-                      ->Save(stream.Get(), TRUE),
-                  S_OK);
+        EXPECT_EQ(Init(control)->Save(stream.Get(), TRUE), S_OK);
         Rewind(*stream);
         return Rest(*stream);
     }
+    static ComPtr<IPersistStreamInit> Init(const Late& control) {
+        return As<IPersistStreamInit>(control.Object(), IID_IPersistStreamInit);
+    }
+    static ComPtr<IPersistPropertyBag> InBag(const Late& control) {
+        return As<IPersistPropertyBag>(control.Object(), IID_IPersistPropertyBag);
+    }
     static HRESULT Load(const Late& control, const std::string& bytes) {
         auto stream = Stream(bytes);
-        return As<IPersistStreamInit>(control.Object(), IID_IPersistStreamInit)->Load(stream.Get());
+        return Init(control)->Load(stream.Get());
     }
     static void Fill(const Late& control) {
         control.Put(L"Description", {Variant("Cliënt 4711")});
@@ -82,16 +86,13 @@ TEST_F(Persistence, StreamsRoundTripAndKeepWhatFollowsThem) {
         SIZEL size{4000, 3000};
         As<IOleObject>(first.Object(), IID_IOleObject)->SetExtent(DVASPECT_CONTENT, &size);
         const std::string saved = Saved(first);
-        EXPECT_EQ(As<IPersistStreamInit>(first.Object(), IID_IPersistStreamInit)->IsDirty(),
-                  S_FALSE);
+        EXPECT_EQ(Init(first)->IsDirty(), S_FALSE);
         ULARGE_INTEGER most{};
-        As<IPersistStreamInit>(first.Object(), IID_IPersistStreamInit)->GetSizeMax(&most);
+        Init(first)->GetSizeMax(&most);
         EXPECT_EQ(most.QuadPart, saved.size());
 
         auto stream = Stream(saved + "behind");
-        ASSERT_EQ(
-            As<IPersistStreamInit>(second.Object(), IID_IPersistStreamInit)->Load(stream.Get()),
-            S_OK);
+        ASSERT_EQ(Init(second)->Load(stream.Get()), S_OK);
         EXPECT_EQ(Rest(*stream), "behind");
         ExpectFilled(second);
         SIZEL got{};
@@ -106,17 +107,13 @@ TEST_F(Persistence, BagItemsHaveTheirToldWidthAndAFontIsAnObject) {
     first.PutRef(L"Font",
                  {Variant(com::FontObject(controls::FontFace{"Liberation Sans", 9, 700}))});
     Bag bag;
-    ASSERT_EQ(
-        As<IPersistPropertyBag>(first.Object(), IID_IPersistPropertyBag)->Save(&bag, TRUE, TRUE),
-        S_OK);
+    ASSERT_EQ(InBag(first)->Save(&bag, TRUE, TRUE), S_OK);
     EXPECT_EQ(bag.items[L"BorderStyle"].Type(), VT_I2);
     EXPECT_EQ(bag.items[L"TreeId"].Type(), VT_I2);
     EXPECT_EQ(bag.items[L"BackColor"].Type(), VT_I4);
     EXPECT_EQ(bag.items[L"SelectItems"].Type(), VT_BOOL);
     EXPECT_TRUE(bag.items[L"Font"].IsObject());
-    ASSERT_EQ(
-        As<IPersistPropertyBag>(second.Object(), IID_IPersistPropertyBag)->Load(&bag, nullptr),
-        S_OK);
+    ASSERT_EQ(InBag(second)->Load(&bag, nullptr), S_OK);
     EXPECT_EQ(Late(second.Get(L"Font")).Get(L"Name").ToText(), "Liberation Sans");
     EXPECT_EQ(Late(second.Get(L"Font")).Get(L"Weight").ToInt32(), 700);
     EXPECT_EQ(second.Get(L"BorderStyle").ToInt32(), 1);
@@ -139,12 +136,7 @@ TEST_F(Persistence, UnknownItemsArePassedOver) {
     const Late control(Make(CLSID_ctrlTree));
     Fill(control);
     std::string bytes = Saved(control);
-    const std::string stranger("\x06\x00"
-                               "Future"
-                               "\x63"
-                               "\x03\x00\x00\x00"
-                               "abc",
-                               16); // an unknown kind
+    const std::string stranger("\6\0Future\143\3\0\0\0abc", 16); // an unknown kind
     bytes += stranger;
     std::uint32_t length = 0;
     memcpy(&length, bytes.data() + 4, 4);
@@ -159,9 +151,7 @@ TEST_F(Persistence, ABagOfAHostMayHoldATextWhereTheDefaultIsANumber) {
     const Late control(Make(CLSID_ctrlCorrespondence));
     Bag bag;
     bag.items[L"IniFile"] = Variant("C:\\host.ini");
-    ASSERT_EQ(
-        As<IPersistPropertyBag>(control.Object(), IID_IPersistPropertyBag)->Load(&bag, nullptr),
-        S_OK);
+    ASSERT_EQ(InBag(control)->Load(&bag, nullptr), S_OK);
     EXPECT_EQ(control.Get(L"IniFile").ToText(), "C:\\host.ini");
     EXPECT_EQ(control.Get(L"OLEDropMode").ToInt32(), 0) << "absent; a new control has 1";
     EXPECT_EQ(Late(Make(CLSID_ctrlCorrespondence)).Get(L"OLEDropMode").ToInt32(), 1);

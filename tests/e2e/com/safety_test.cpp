@@ -40,8 +40,39 @@ Meanwhile* Meanwhile::current = nullptr;
 
 class Safety : public Dossiers {
 protected:
-    std::size_t ChildrenOf(const Container& host) const {
-        return GetWindow(host.window, GW_CHILD) ? 1 : 0;
+    static void ExpectGone(const Container& host) {
+        EXPECT_FALSE(GetWindow(host.window, GW_CHILD));
+        Pump();
+    }
+    // At the first event of that name, which the act brings about.
+    void ExpectDroppedAt(Container& host, REFIID events, const wchar_t* name,
+                         const std::function<void()>& act) {
+        const DISPID wanted = Event(events, name);
+        int heard = 0;
+        host.onEvent = [&](DISPID event, DISPPARAMS&) {
+            if (event == wanted && heard++ == 0) host.Drop();
+        };
+        act();
+        EXPECT_EQ(heard, 1);
+        ExpectGone(host);
+    }
+    // While the act lets a window come up, which has to go by itself then.
+    static void ExpectDroppedUnder(Container& host, const std::function<HWND()>& above,
+                                   const std::function<void()>& act) {
+        bool open = false, left = false;
+        const Meanwhile timer([&](int tick) {
+            const HWND window = above();
+            open = open || window;
+            if (open && host.control) host.Drop();
+            if (tick < 600) return;
+            left = true;
+            EndMenu();
+            if (window) PostMessageW(window, WM_CLOSE, 0, 0);
+        });
+        act();
+        EXPECT_TRUE(open);
+        EXPECT_FALSE(left) << "it stayed open";
+        ExpectGone(host);
     }
     static void PressToolbar(const Container& host, int command) {
         const HWND bar = Find(host.window, TOOLBARCLASSNAMEW);
@@ -123,25 +154,10 @@ TEST_F(Safety, AControlMayBeDroppedInsideAnEventThatAMessageOfItsWindowRaises) {
     for (const CLSID* clsid : {&CLSID_ctrlCorrespondence, &CLSID_ctrlTree}) {
         Container host;
         const bool binder = clsid == &CLSID_ctrlCorrespondence;
-        if (binder) {
-            Open(host, Make(*clsid), lclConnection, "K1");
-        } else {
-            host.Take(Make(*clsid), true);
-            const Late tree(host.control);
-            tree.PutRef(L"DbConnection", {lclConnection});
-            ASSERT_TRUE(tree.Call(L"CreateNew", {"Boom", "A;B"}).ToBool());
-        }
-        const DISPID selected = Event(
-            binder ? DIID__ctrlCorrespondenceEvents : DIID__ctrlTreeEvents, L"EvItemSelected");
-        int dropped = 0;
-        host.onEvent = [&](DISPID event, DISPPARAMS&) {
-            if (event == selected && dropped++ == 0) host.Drop();
-        };
+        binder ? Open(host, Make(*clsid), lclConnection, "K1") : OpenTree(host);
         const HWND tree = TreeOf(host);
-        Select(tree, FirstFolder(tree));
-        EXPECT_EQ(dropped, 1);
-        EXPECT_EQ(ChildrenOf(host), 0U);
-        Pump();
+        ExpectDroppedAt(host, binder ? DIID__ctrlCorrespondenceEvents : DIID__ctrlTreeEvents,
+                        L"EvItemSelected", [&] { Select(tree, FirstFolder(tree)); });
     }
 }
 
@@ -151,56 +167,42 @@ TEST_F(Safety, AControlMayBeDroppedByWhatItsToolbarSetsOff) {
     ASSERT_TRUE(
         binder.Call(L"AddItem", {0, "txt", Variant(static_cast<IDispatch*>(nullptr)), 0, "leeg", 0})
             .IsObject());
-    const DISPID selected = Event(DIID__ctrlCorrespondenceEvents, L"EvItemSelected");
-    int dropped = 0;
-    host.onEvent = [&](DISPID event, DISPPARAMS&) {
-        if (event == selected && dropped++ == 0) host.Drop();
-    };
     const HWND bar = Find(host.window, TOOLBARCLASSNAMEW);
     const auto buttons = static_cast<int>(SendMessageW(bar, TB_BUTTONCOUNT, 0, 0));
-    // Next document stands last among those that are offered always.
-    for (int place = buttons; place >= 0 && dropped == 0; --place)
-        if (const int command = CommandOf(host, place)) {
-            if (command == CommandOf(host, 0)) break; // "new" asks by a dialog
-            TBBUTTONINFOW info{};
-            info.cbSize = sizeof info;
-            info.dwMask = TBIF_STYLE;
-            SendMessageW(bar, TB_GETBUTTONINFOW, static_cast<WPARAM>(command),
-                         reinterpret_cast<LPARAM>(&info));
-            if (info.fsStyle & (BTNS_DROPDOWN | BTNS_WHOLEDROPDOWN | BTNS_CHECK)) continue;
-            PressToolbar(host, command);
-        }
-    EXPECT_EQ(dropped, 1);
-    EXPECT_EQ(ChildrenOf(host), 0U);
+    ExpectDroppedAt(host, DIID__ctrlCorrespondenceEvents, L"EvItemSelected", [&] {
+        // Next document stands last among those that are offered always.
+        for (int place = buttons; place >= 0 && host.control; --place)
+            if (const int command = CommandOf(host, place)) {
+                if (command == CommandOf(host, 0)) break; // "new" asks by a dialog
+                TBBUTTONINFOW info{};
+                info.cbSize = sizeof info;
+                info.dwMask = TBIF_STYLE;
+                SendMessageW(bar, TB_GETBUTTONINFOW, static_cast<WPARAM>(command),
+                             reinterpret_cast<LPARAM>(&info));
+                if (info.fsStyle & (BTNS_DROPDOWN | BTNS_WHOLEDROPDOWN | BTNS_CHECK)) continue;
+                PressToolbar(host, command);
+            }
+    });
 }
 
 TEST_F(Safety, AControlMayBeDroppedWhileALabelIsEdited) {
     for (const bool commit : {false, true}) {
         Container host;
-        host.Take(Make(CLSID_ctrlTree), true);
-        const Late control(host.control);
-        control.PutRef(L"DbConnection", {lclConnection});
-        ASSERT_TRUE(control.Call(L"CreateNew", {"Boom", "A;B"}).ToBool());
-        const DISPID renamed = Event(DIID__ctrlTreeEvents, L"EvItemRenamed");
-        bool dropped = false;
-        host.onEvent = [&](DISPID event, DISPPARAMS&) {
-            if (event == renamed && !dropped) dropped = (host.Drop(), true);
-        };
+        OpenTree(host);
         const HWND tree = TreeOf(host);
         SetForegroundWindow(host.window);
         SetFocus(tree);
         const auto edit = reinterpret_cast<HWND>(
             SendMessageW(tree, TVM_EDITLABELW, 0, static_cast<LPARAM>(FirstFolder(tree))));
         ASSERT_TRUE(edit);
-        if (commit) {
-            SetWindowTextW(edit, L"Anders");
-            SendMessageW(tree, TVM_ENDEDITLABELNOW, FALSE, 0);
-            EXPECT_TRUE(dropped);
-        } else {
+        if (!commit) {
             host.Drop();
+            ExpectGone(host);
+            continue;
         }
-        EXPECT_EQ(ChildrenOf(host), 0U);
-        Pump();
+        SetWindowTextW(edit, L"Anders");
+        ExpectDroppedAt(host, DIID__ctrlTreeEvents, L"EvItemRenamed",
+                        [&] { SendMessageW(tree, TVM_ENDEDITLABELNOW, FALSE, 0); });
     }
 }
 
@@ -210,19 +212,11 @@ TEST_F(Safety, AControlMayBeDroppedWhileItsMenuIsOpen) {
     const HWND tree = TreeOf(host);
     SetForegroundWindow(host.window);
     Select(tree, FirstFolder(tree));
-    bool open = false, left = false;
-    const Meanwhile timer([&](int tick) {
-        open = open || FindWindowW(L"#32768", nullptr);
-        if (open && host.control) host.Drop();
-        if (tick < 600) return;
-        left = true; // it does not end by itself
-        EndMenu();
-    });
-    SendMessageW(tree, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(tree), MAKELPARAM(-1, -1));
-    EXPECT_TRUE(open);
-    EXPECT_FALSE(left) << "the menu stayed open";
-    EXPECT_EQ(ChildrenOf(host), 0U);
-    Pump();
+    ExpectDroppedUnder(
+        host, [] { return FindWindowW(L"#32768", nullptr); },
+        [&] {
+            SendMessageW(tree, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(tree), MAKELPARAM(-1, -1));
+        });
 }
 
 TEST_F(Safety, AControlMayBeDroppedWhileItsDialogIsOpen) {
@@ -231,35 +225,20 @@ TEST_F(Safety, AControlMayBeDroppedWhileItsDialogIsOpen) {
     const HWND tree = TreeOf(host);
     SetForegroundWindow(host.window);
     Select(tree, FirstFolder(tree));
-    bool open = false, left = false;
-    const Meanwhile timer([&](int tick) {
-        const HWND dialog = GetLastActivePopup(host.window);
-        open = open || dialog != host.window;
-        if (open && host.control) host.Drop();
-        if (tick < 600 || dialog == host.window) return;
-        left = true;
-        PostMessageW(dialog, WM_CLOSE, 0, 0);
-    });
-    PressToolbar(host, CommandOf(host, 0)); // "new"
-    EXPECT_TRUE(open);
-    EXPECT_FALSE(left) << "the dialog stayed open";
-    EXPECT_EQ(ChildrenOf(host), 0U);
+    const auto dialog = [&] {
+        const HWND last = GetLastActivePopup(host.window);
+        return last == host.window ? nullptr : last;
+    };
+    ExpectDroppedUnder(host, dialog, [&] { PressToolbar(host, CommandOf(host, 0)); }); // "new"
     EXPECT_TRUE(IsWindowEnabled(host.window)) << "the host takes input again";
-    Pump();
 }
 
 TEST_F(Safety, AControlMayBeDroppedAtTheBeginOfItsOwnDrag) {
     Container host;
     const Late binder = Open(host, Make(CLSID_ctrlCorrespondence), lclConnection, "K1");
     Select(TreeOf(host), FirstFolder(TreeOf(host)));
-    const DISPID started = Event(DIID__ctrlCorrespondenceEvents, L"OLEStartDrag");
-    bool dropped = false;
-    host.onEvent = [&](DISPID event, DISPPARAMS&) {
-        if (event == started && !dropped) dropped = (host.Drop(), true);
-    };
-    binder.Call(L"OLEDrag");
-    EXPECT_TRUE(dropped);
-    EXPECT_EQ(ChildrenOf(host), 0U);
+    ExpectDroppedAt(host, DIID__ctrlCorrespondenceEvents, L"OLEStartDrag",
+                    [&] { binder.Call(L"OLEDrag"); });
 }
 
 TEST_F(Safety, AControlMayBeDroppedWhileItFilesWhatWasDroppedOnIt) {
@@ -275,24 +254,18 @@ TEST_F(Safety, AControlMayBeDroppedWhileItFilesWhatWasDroppedOnIt) {
     const auto data = platform::win32::MakeDataObject(given);
     auto* const target = static_cast<IDropTarget*>(GetPropW(tree, L"OleDropTargetInterface"));
     ASSERT_TRUE(target);
-    const DISPID created = Event(DIID__ctrlCorrespondenceEvents, L"EvItemCreated");
-    int heard = 0;
-    host.onEvent = [&](DISPID event, DISPPARAMS&) {
-        if (event == created && heard++ == 0) host.Drop(); // the first of three is filed
-    };
-    DWORD effect = DROPEFFECT_COPY;
-    target->AddRef(); // as the system holds it during a drag
-    target->DragEnter(data.Get(), MK_LBUTTON, {}, &effect);
-    effect = DROPEFFECT_COPY;
-    target->Drop(data.Get(), 0, {}, &effect);
-    target->Release();
-    EXPECT_EQ(heard, 1);
-    EXPECT_EQ(ChildrenOf(host), 0U);
+    ExpectDroppedAt(host, DIID__ctrlCorrespondenceEvents, L"EvItemCreated", [&] {
+        DWORD effect = DROPEFFECT_COPY;
+        target->AddRef(); // as the system holds it during a drag
+        target->DragEnter(data.Get(), MK_LBUTTON, {}, &effect);
+        effect = DROPEFFECT_COPY;
+        target->Drop(data.Get(), 0, {}, &effect); // dropped when the first of three is filed
+        target->Release();
+    });
     const Late binder(Make(CLSID_ctrlCorrespondence)); // what was told to be filed is there, whole
     binder.PutRef(L"DbConnection", {lclConnection});
     ASSERT_EQ(binder.Call(L"OpenOrCreate", {"K1"}).ToInt32(), 0);
     EXPECT_GE(binder.Get(L"ContainsDocuments", {""}).ToInt32(), 1);
-    Pump();
 }
 
 } // namespace kavidex::tests

@@ -1,8 +1,5 @@
 // The document viewer as a host has it: the class of the library in a container's window, with a
 // scan that is paged through, turned, marked, saved and shortened.
-#include <windows.h>
-#include <commctrl.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <thread>
@@ -10,54 +7,22 @@
 #include "com/controls/ctlViewerFace.h"
 #include "imaging/PageFile.h"
 #include "imaging/annotations/Annotations.h"
-#include "kavidex_idl.h"
 #include "platform/Files.h"
 #include "platform/Workstation.h"
-#include "tests/e2e/com/Container.h"
+#include "tests/e2e/Windows.h"
+#include "tests/e2e/com/Dossier.h"
 #include "tests/fakes/SmallTiff.h"
 
 namespace kavidex::tests {
 
 namespace {
 
-using platform::win32::FromWide;
-
-constexpr DWORD patience = 60000; // milliseconds
-
-template <class Until>
-bool Pump(Until until) {
-    const DWORD start = GetTickCount();
-    while (!until()) {
-        if (GetTickCount() - start > patience) return false;
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&message);
-            DispatchMessageW(&message);
-        }
-        Sleep(5);
-    }
-    return true;
-}
-
-struct Search {
-    const wchar_t* className;
-    std::vector<HWND> found;
-    static BOOL CALLBACK Look(HWND window, LPARAM self) {
-        auto& search = *reinterpret_cast<Search*>(self);
-        wchar_t name[64] = L"";
-        GetClassNameW(window, name, 64);
-        if (std::wstring(name) == search.className && IsWindowVisible(window))
-            search.found.push_back(window);
-        return TRUE;
-    }
-};
-
 // Answers Yes to the question of that caption, from beside the thread that waits for it.
 class Yes {
 public:
     explicit Yes(std::wstring caption)
         : lclHand([caption] {
-              for (DWORD waited = 0; waited < patience; waited += 20) {
+              for (DWORD waited = 0; waited < 60000; waited += 20) {
                   if (const HWND box = FindWindowW(L"#32770", caption.c_str()))
                       if (PostMessageW(box, WM_COMMAND, IDYES, 0)) return;
                   Sleep(20);
@@ -69,25 +34,13 @@ private:
     std::thread lclHand;
 };
 
-class ViewerControl : public Library {
+class ViewerControl : public Dossiers {
 protected:
     void SetUp() override {
-        Library::SetUp();
-        wchar_t folder[MAX_PATH], name[MAX_PATH];
-        GetTempPathW(MAX_PATH, folder);
-        GetTempFileNameW(folder, L"kvx", 0, name);
-        DeleteFileW(name);
-        store = name;
-        std::filesystem::create_directories(store);
-        connection = Late(Make(CLSID_EmbeddedDatabase))
-                         .Call(L"OpenOrCreate", {FromWide((store / "data.db").wstring())});
-        // The binder brings the tables to the current version.
-        Late(Make(CLSID_ctrlCorrespondence)).PutRef(L"DbConnection", {connection});
-        const Late settings(Make(CLSID_clsSettings));
-        settings.PutRef(L"DbConnection", {connection});
-        settings.Call(L"SetSetting", {"Storage", "DocumentPath", FromWide(store.wstring())});
+        Dossiers::SetUp();
+        Unattended(nullptr);
         tree = Late(Make(CLSID_clsTree));
-        tree.PutRef(L"DbConnection", {connection});
+        tree.PutRef(L"DbConnection", {lclConnection});
         tree.Put(L"Description", {"Dossier"});
         ASSERT_TRUE(tree.Call(L"CreateNew").ToBool());
         box = tree.Call(L"AddChildTab", {"Post", Late(tree.Get(L"Item")).Get(L"Id")});
@@ -95,33 +48,27 @@ protected:
     void TearDown() override {
         tree = {};
         box = {};
-        if (connection.IsObject()) Late(connection).Call(L"Close");
-        connection = {};
-        std::error_code ignored;
-        std::filesystem::remove_all(store, ignored);
-        Library::TearDown();
+        Dossiers::TearDown();
     }
     // A scan of these pages, filed; the item that stands for it.
     Variant Scan(const char* name, const std::string& pages) {
-        const auto source = store / "source.tif";
-        platform::TheWorkstation().files.WriteAll(FromWide(source.wstring()),
-                                                  SmallTiff(pages, 320, 480));
+        const auto source = Path("source.tif");
+        platform::TheWorkstation().files.WriteAll(source, SmallTiff(pages, 320, 480));
         const Late document(Make(CLSID_clsDocument));
-        document.PutRef(L"DatabaseObject", {connection});
+        document.PutRef(L"DatabaseObject", {lclConnection});
         document.Put(L"DocType", {"tif"});
         document.Put(L"InsertDate", {"20261115"});
         document.Put(L"InsertTime", {"1405"});
         EXPECT_TRUE(document.Call(L"SaveNewRow").ToBool());
-        EXPECT_TRUE(
-            document.Call(L"AddDocument", {FromWide(source.wstring()), false, true}).ToBool());
+        EXPECT_TRUE(document.Call(L"AddDocument", {Variant(source), false, true}).ToBool());
         return tree.Call(L"AddChildItem", {0, "tif", Variant(static_cast<IDispatch*>(nullptr)),
                                            document.Get(L"DocId"), name, Late(box).Get(L"Id")});
     }
     imaging::PageFile Stored() const {
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(store))
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(lclFolder))
             if (entry.path().extension() == L".tif")
-                return imaging::PageFile(platform::TheWorkstation().files,
-                                         FromWide(entry.path().wstring()));
+                return {platform::TheWorkstation().files,
+                        platform::win32::FromWide(entry.path().wstring())};
         throw std::runtime_error("no scan was stored");
     }
     // A new viewer in the container, with room for all of its toolbar.
@@ -131,21 +78,15 @@ protected:
         host.Take(Make(CLSID_ctlViewer), true);
         SetForegroundWindow(host.window);
         const Late viewer(host.control);
-        viewer.PutRef(L"DbConnection", {connection});
+        viewer.PutRef(L"DbConnection", {lclConnection});
         return viewer;
     }
-    static std::vector<HWND> Windows(const Container& host, const wchar_t* className) {
-        Search search{className, {}};
-        EnumChildWindows(host.window, Search::Look, reinterpret_cast<LPARAM>(&search));
-        return search.found;
-    }
-    static HWND Window(const Container& host, const wchar_t* className) {
-        const auto all = Windows(host, className);
-        return all.empty() ? nullptr : all.front();
+    static HWND Window(const Container& host, const wchar_t* type) {
+        return Visible(host.window, type);
     }
     // Presses the button that is called so, on whichever toolbar has it.
     static bool Press(const Container& host, const wchar_t* name) {
-        for (const HWND bar : Windows(host, TOOLBARCLASSNAMEW))
+        for (const HWND bar : AllVisible(host.window, TOOLBARCLASSNAMEW))
             for (WPARAM i = 0; i < static_cast<WPARAM>(SendMessageW(bar, TB_BUTTONCOUNT, 0, 0));
                  ++i) {
                 TBBUTTON button{};
@@ -175,16 +116,9 @@ protected:
         return -1;
     }
 
-    std::filesystem::path store;
-    Variant connection, box;
+    Variant box;
     Late tree;
 };
-
-std::wstring TextOf(HWND window) {
-    wchar_t text[128] = L"";
-    GetWindowTextW(window, text, 128);
-    return text;
-}
 
 } // namespace
 
@@ -198,10 +132,10 @@ TEST_F(ViewerControl, AScanIsPagedTurnedMarkedSavedAndShortened) {
     EXPECT_EQ(viewer.Get(L"Description").ToText(), "Polis");
     const HWND page = Window(host, L"KavidexPage");
     ASSERT_TRUE(page);
-    EXPECT_EQ(TextOf(page), L"Pagina 1 van 3 pagina's");
+    EXPECT_EQ(tests::TextOf(page), "Pagina 1 van 3 pagina's");
     RECT room{};
     GetClientRect(page, &room);
-    EXPECT_TRUE(Pump([&] {
+    EXPECT_TRUE(PumpUntil([&] {
         const HDC device = GetDC(page);
         const COLORREF middle = GetPixel(device, room.right / 2, room.bottom / 2);
         ReleaseDC(page, device);
@@ -211,7 +145,7 @@ TEST_F(ViewerControl, AScanIsPagedTurnedMarkedSavedAndShortened) {
     EXPECT_TRUE(viewer.Call(L"SetNextPage").ToBool());
     EXPECT_TRUE(viewer.Call(L"SetNextPage").ToBool());
     EXPECT_FALSE(viewer.Call(L"SetNextPage").ToBool());
-    EXPECT_EQ(TextOf(page), L"Pagina 3 van 3 pagina's");
+    EXPECT_EQ(tests::TextOf(page), "Pagina 3 van 3 pagina's");
     EXPECT_EQ(Told(host, L"EvImageSelected"), 3);
     EXPECT_EQ(Told(host, L"NextDocumentRequest"), 1);
     EXPECT_TRUE(viewer.Call(L"SetPreviousPage").ToBool());
@@ -240,7 +174,7 @@ TEST_F(ViewerControl, AScanIsPagedTurnedMarkedSavedAndShortened) {
     const HWND thumbs = Window(host, L"KavidexThumbs");
     ASSERT_TRUE(thumbs);
     EXPECT_TRUE(Key(host, thumbs, VK_END));
-    EXPECT_EQ(TextOf(page), L"Pagina 3 van 3 pagina's");
+    EXPECT_EQ(tests::TextOf(page), "Pagina 3 van 3 pagina's");
     ASSERT_TRUE(Press(host, L"Omhoog"));
     EXPECT_EQ(Told(host, L"EvMoveUp"), 1);
     EXPECT_EQ(Stored().Facts(3).width, 480U) << "they changed places";

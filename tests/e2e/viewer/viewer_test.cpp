@@ -17,6 +17,7 @@
 #include "platform/text.h"
 #include "platform/win32/Late.h"
 #include "platform/win32/Variant.h"
+#include "tests/e2e/Windows.h"
 #include "tests/e2e/viewer/Archive.h"
 #include "tests/fakes/FakeWorkstation.h"
 
@@ -25,49 +26,6 @@ namespace kavidex::tests {
 namespace {
 
 using namespace kavidex::controls;
-using platform::win32::FromWide;
-using platform::win32::ToWide;
-
-struct FindWindowText {
-    std::wstring className;
-    HWND found = nullptr;
-    static BOOL CALLBACK Look(HWND window, LPARAM self) {
-        auto& search = *reinterpret_cast<FindWindowText*>(self);
-        wchar_t name[64] = L"";
-        GetClassNameW(window, name, 64);
-        if (search.className != name || !IsWindowVisible(window)) return TRUE;
-        search.found = window;
-        return FALSE;
-    }
-};
-
-HWND Visible(HWND parent, const wchar_t* className) {
-    FindWindowText search{className};
-    EnumChildWindows(parent, FindWindowText::Look, reinterpret_cast<LPARAM>(&search));
-    return search.found;
-}
-
-std::string TextOf(HWND window) {
-    wchar_t text[512] = L"";
-    GetWindowTextW(window, text, 512);
-    return FromWide(text);
-}
-
-// Messages for so long, or until it has come about.
-template <class Until>
-bool Pump(DWORD most, Until until) {
-    const DWORD start = GetTickCount();
-    while (!until()) {
-        if (GetTickCount() - start > most) return false;
-        MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) {
-            TranslateMessage(&message);
-            DispatchMessageW(&message);
-        }
-        Sleep(10);
-    }
-    return true;
-}
 
 struct ViewerWindows : testing::Test {
     FakeWorkstation machine;
@@ -171,7 +129,7 @@ TEST_F(ViewerWindows, WebctlIsMadeAtRunTimeAndGoesAgain) {
     ASSERT_TRUE(viewer.ShowItem(page));
     EXPECT_TRUE(Visible(host, L"KavidexBrowser"));
     // No engine behind the control here: the facts take its place, and nothing is asked.
-    EXPECT_TRUE(Pump(30000, [&] { return viewer.Parts() == PartSet{Part::Facts}; }));
+    EXPECT_TRUE(PumpUntil([&] { return viewer.Parts() == PartSet{Part::Facts}; }));
     EXPECT_TRUE(machine.log.Has("webctl"));
     EXPECT_TRUE(machine.messages.shown.empty());
     EXPECT_FALSE(Visible(host, L"KavidexBrowser"));

@@ -27,28 +27,28 @@ struct FakeAdo : AdoFactory, AccessRepair {
         void Note(const std::string& what) {
             ado.calls.push_back(std::to_string(number) + " " + what);
         }
-        void FailIfDue() const {
-            if (++ado.steps == ado.failAt) throw Error(ado.failure, "refused", "driver");
+        static void Refuse(std::int32_t error, const char* words = "refused") {
+            if (error != 0) throw Error(error, words, "driver");
         }
+        void FailIfDue() const { Refuse(++ado.steps == ado.failAt ? ado.failure : 0); }
         void SetMode(std::int32_t mode) override { Note("mode " + std::to_string(mode)); }
         void OpenDatabase(std::string_view text) override {
             Note("open " + std::string(text));
             FailIfDue();
-            if (const std::int32_t number_ = ado.refuse(std::string(text)); number_ != 0)
-                throw Error(number_, "refused", "driver");
+            Refuse(ado.refuse(std::string(text)));
             open = true;
         }
         bool IsOpen() const override { return open; }
         void Close() override {
             Note("close");
             open = false;
-            if (ado.refuseClose) throw Error(errors::unspecified, "refused to close", "driver");
+            Refuse(ado.refuseClose ? errors::unspecified : 0, "refused to close");
         }
         RecordsetPtr Open(const Command&) override { return MakeClosedRecordset(); }
         std::int64_t Execute(std::string_view text) override {
             Note("execute " + std::string(text));
             FailIfDue();
-            if (ado.refuseExecute) throw Error(errors::unspecified, "refused", "driver");
+            Refuse(ado.refuseExecute ? errors::unspecified : 0);
             return -1;
         }
         Value Property(std::string_view) const override { return std::string("ACCESS"); }
@@ -90,14 +90,17 @@ struct OpenerTest : testing::Test {
     }
 };
 
-} // namespace
-
-TEST_F(OpenerTest, RefusesBlanksBeforeAnythingElse) {
-    EXPECT_EQ(Open("", "  "), -1);
-    EXPECT_EQ(Open("  ", "x"), -2);
-    EXPECT_EQ(ado.made, 0);
-    EXPECT_TRUE(assigned.empty());
+// At the current version.
+std::shared_ptr<RecordingConnection> Current(const char* dbmsName, std::string collation = {}) {
+    auto connection = std::make_shared<RecordingConnection>(dbmsName);
+    connection->answer = [collation](const Command& command) {
+        const bool asked = command.text.find("ollation") != std::string::npos;
+        return MemoryRows({"Value"}, {{asked ? collation : std::string("1.1.8")}});
+    };
+    return connection;
 }
+
+} // namespace
 
 TEST_F(OpenerTest, SetsThePasswordOnAnOpenFileThenOpensWithIt) {
     EXPECT_EQ(Open("MsAccess", path), 0);
@@ -175,7 +178,10 @@ TEST_F(OpenerTest, ShowsOtherErrorsAndAssignsNothing) {
     EXPECT_EQ(machine.messages.shown[1].text, "-2147221164 no such class");
 }
 
-TEST_F(OpenerTest, TellsAnUnknownProvider) {
+TEST_F(OpenerTest, RefusesBlanksBeforeAnythingElseAndTellsAnUnknownProvider) {
+    EXPECT_EQ(Open("", "  "), -1);
+    EXPECT_EQ(Open("  ", "x"), -2);
+    EXPECT_TRUE(ado.made == 0 && assigned.empty());
     EXPECT_EQ(Open(" msaccess", path), -3);
     ASSERT_EQ(machine.messages.shown.size(), 1u);
     EXPECT_EQ(machine.messages.shown[0].text, "Not yet implemented ( msaccess)");
@@ -226,21 +232,14 @@ TEST(ConnectionAssignment, ChecksAServerOnceWhateverComesOfIt) {
     EXPECT_TRUE(machine.log.Has("CheckAndCreateDatabase", "dropped"));
     EXPECT_EQ(machine.registry.Read("Kavidex", "CorrespSetting", "DbCheck"), "0");
     machine.busy.shown.clear();
-    const auto next = std::make_shared<RecordingConnection>("MySQL");
-    next->answer = [](const Command&) { return MemoryRows({"Value"}, {{std::string("1.1.8")}}); };
-    ConnectionAssignment(machine, {}).SetDbConnection(next);
+    ConnectionAssignment(machine, {}).SetDbConnection(Current("MySQL"));
     EXPECT_TRUE(machine.busy.shown.empty());
 }
 
 TEST(ConnectionAssignment, TellsOnceInTheLogThatLettersWillBeLost) {
     const auto linesFor = [](const char* dbmsName, const char* collation) {
         FakeWorkstation machine;
-        const auto server = std::make_shared<RecordingConnection>(dbmsName);
-        server->answer = [&](const Command& command) {
-            const bool asked = command.text.find("ollation") != std::string::npos;
-            return MemoryRows({"Value"}, {{std::string(asked ? collation : "1.1.8")}});
-        };
-        ConnectionAssignment(machine, {}).SetDbConnection(server);
+        ConnectionAssignment(machine, {}).SetDbConnection(Current(dbmsName, collation));
         return std::count_if(
             machine.log.lines.begin(), machine.log.lines.end(),
             [](const auto& line) { return line.what.find("are lost") != std::string::npos; });
@@ -254,9 +253,7 @@ TEST(ConnectionAssignment, TellsOnceInTheLogThatLettersWillBeLost) {
 TEST(ConnectionAssignment, NeverChecksAnAccessFileNorAClosedConnection) {
     FakeWorkstation machine;
     ConnectionAssignment assignment(machine, {});
-    const auto access = std::make_shared<RecordingConnection>("ACCESS");
-    access->answer = [](const Command&) { return MemoryRows({"Value"}, {{std::string("1.1.8")}}); };
-    EXPECT_TRUE(assignment.SetDbConnection(access));
+    EXPECT_TRUE(assignment.SetDbConnection(Current("ACCESS")));
     const auto closed = std::make_shared<RecordingConnection>("");
     closed->open = false;
     closed->database = "";

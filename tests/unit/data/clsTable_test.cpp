@@ -35,22 +35,17 @@ struct clsTableTest : testing::Test {
 } // namespace
 
 TEST_F(clsTableTest, DoesNothingBeforeItIsOpened) {
-    EXPECT_TRUE(table.Eof());
-    EXPECT_TRUE(table.Bof());
-    EXPECT_EQ(table.RecordCount(), 0);
-    EXPECT_EQ(table.AbsolutePosition(), 0);
-    EXPECT_EQ(table.RecordSet(), nullptr);
-    table.MoveFirst();
-    table.MoveLast();
-    table.MoveNext();
-    table.MovePrevious();
+    EXPECT_TRUE(table.Eof() && table.Bof() && !table.RecordSet());
+    EXPECT_EQ(table.RecordCount() + table.AbsolutePosition(), 0);
+    for (const auto move :
+         {&clsTable::MoveFirst, &clsTable::MoveLast, &clsTable::MoveNext, &clsTable::MovePrevious})
+        (table.*move)();
     table.Move(3);
     table.ReQuery();
     table.SetAbsolutePosition(1);
     table.SetField("Name", std::string("x"));
     EXPECT_TRUE(IsNull(table.GetField("Name")));
-    EXPECT_FALSE(table.UpdateCurrentRow());
-    EXPECT_FALSE(table.DeleteCurrentRow());
+    EXPECT_FALSE(table.UpdateCurrentRow() || table.DeleteCurrentRow());
     EXPECT_TRUE(connection->statements.empty());
 }
 

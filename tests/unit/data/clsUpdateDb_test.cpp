@@ -41,19 +41,26 @@ struct Server : RecordingConnection {
     }
     void BeginTrans() override {
         FailIf(refuseBegin);
-        RecordingConnection::BeginTrans();
-        ++begun, ++open;
+        RecordingConnection::BeginTrans(), ++begun, ++open;
     }
     void CommitTrans() override {
         FailIf(refuseCommit);
-        RecordingConnection::CommitTrans();
-        --open;
+        RecordingConnection::CommitTrans(), --open;
     }
-    void RollbackTrans() override {
-        RecordingConnection::RollbackTrans();
-        --open;
-    }
+    void RollbackTrans() override { RecordingConnection::RollbackTrans(), --open; }
 };
+
+using Recorded = std::shared_ptr<RecordingConnection>;
+
+Recorded NewDatabase() {
+    return std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+}
+
+// Statements that hold one of these.
+template <class... Parts>
+auto With(Parts... parts) {
+    return [=](const std::string& s) { return ((s.find(parts) < s.size()) || ...); };
+}
 
 struct clsUpdateDbTest : testing::Test {
     FakeWorkstation machine;
@@ -81,8 +88,8 @@ struct clsUpdateDbTest : testing::Test {
 
 } // namespace
 
-TEST_F(clsUpdateDbTest, BringsANewDatabaseToTheCurrentVersion) {
-    const ConnectionPtr connection = EmbeddedDatabase::CreateInMemory();
+TEST_F(clsUpdateDbTest, BringsANewDatabaseToTheCurrentVersionOnce) {
+    const Recorded connection = NewDatabase();
     connection->Execute("insert into tblDocument (Description) values ('a')");
     connection->Execute("insert into tblCheckListRefFields (FieldType) values ('b')");
     EXPECT_EQ(Upgrade(connection), 0);
@@ -99,18 +106,12 @@ TEST_F(clsUpdateDbTest, BringsANewDatabaseToTheCurrentVersion) {
                              "indTreeItemUpLink", "DossierIdText", "TabChanged", "indstrKey"})
         EXPECT_NE(text.find(name), std::string::npos) << name;
     EXPECT_FALSE(machine.busy.open);
-}
 
-TEST_F(clsUpdateDbTest, ChangesNothingTheSecondTime) {
-    const auto connection =
-        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
-    Upgrade(connection);
-    const std::string before = Printout(*connection->inner);
     connection->statements.clear();
     machine.busy.shown.clear();
     Upgrade(connection);
     EXPECT_EQ(connection->statements.size(), 2u); // the look-ups of version and texts
-    EXPECT_EQ(Printout(*connection->inner), before);
+    EXPECT_EQ(Printout(*connection->inner), text);
     EXPECT_TRUE(machine.busy.shown.empty());
 }
 
@@ -132,9 +133,7 @@ TEST_F(clsUpdateDbTest, ConvertsAnOldDatabaseWithItsRows) {
     EXPECT_EQ(First(connection, "tblDossierTabs", "TabDescription"), "Dossier");
     EXPECT_EQ(First(connection, "tblDossierTabs", "intOrder"), "1");
     EXPECT_EQ(First(connection, "tblDossierTypes", "ShowCabinet"), "");
-    const std::string text = Printout(*connection);
-    for (const char* gone : {" Order", " Key"})
-        EXPECT_EQ(text.find(std::string(gone) + " "), std::string::npos) << gone;
+    EXPECT_FALSE(With(" Order ", " Key ")(Printout(*connection)));
 }
 
 TEST_F(clsUpdateDbTest, SkipsTheDossierStepsWithoutTheirTables) {
@@ -166,13 +165,12 @@ TEST_F(clsUpdateDbTest, LeavesDeletedRowsDeletedWhenTheVersionIsLost) {
 // What cannot be read is not taken for what is not there: rows keep their guids, and no step of the
 // dossiers is passed over.
 TEST_F(clsUpdateDbTest, WaitsForTheNextTimeWhenTheWayCannotBeRead) {
-    const auto connection =
-        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+    const Recorded connection = NewDatabase();
     connection->Execute("insert into tblCheckListRefFields (FieldType) values ('b')");
     Upgrade(connection);
     const std::string before = Printout(*connection->inner);
     connection->statements.clear();
-    connection->refuse = [](const std::string& s) { return s.find("tblSettings") < s.size(); };
+    connection->refuse = With("tblSettings");
     EXPECT_EQ(Upgrade(connection), -1);
     EXPECT_EQ(connection->statements.size(), connection->Count("elect * from tbl"));
     connection->refuse = nullptr;
@@ -194,15 +192,12 @@ TEST_F(clsUpdateDbTest, WaitsForTheNextTimeWhenTheWayCannotBeRead) {
 
 // Neither rows that cannot be read nor work that cannot be kept are passed over.
 TEST_F(clsUpdateDbTest, HaltsAtAStepThatItCannotReadOrKeep) {
-    const auto refusing = [](const char* part) {
-        return [part](const std::string& s) { return s.find(part) < s.size(); };
-    };
     const std::pair<const char*, std::function<void(Server&)>> faults[] = {
-        {"1.0.5", [&](Server& s) { s.refuse = refusing("Select * from tblDocument"); }},
+        {"1.0.5", [](Server& s) { s.refuse = With("Select * from tblDocument"); }},
         {"1.0.5", [](Server& s) { s.refuseBegin = true; }},
         {"1.0.5", [](Server& s) { s.refuseCommit = true; }},
-        {"1.0.8", [&](Server& s) { s.refuse = refusing("Select strKey,GE"); }},
-        {"1.1.6", [&](Server& s) { s.refuse = refusing("where DocGuid is null"); }}};
+        {"1.0.8", [](Server& s) { s.refuse = With("Select strKey,GE"); }},
+        {"1.1.6", [](Server& s) { s.refuse = With("where DocGuid is null"); }}};
     for (const auto& [version, fault] : faults) {
         const auto server = std::make_shared<Server>("", OldDatabase(false));
         fault(*server);
@@ -221,15 +216,14 @@ TEST_F(clsUpdateDbTest, HaltsAtAStepThatItCannotReadOrKeep) {
     EXPECT_EQ(machine.messages.shown.size(), std::size(faults));
     // A column that was refused is not one that cannot be read: the chain passes it.
     const auto server = std::make_shared<Server>("", OldDatabase(false));
-    server->refuse = refusing("DocGuid");
+    server->refuse = With("DocGuid");
     EXPECT_EQ(Upgrade(server), 0);
     EXPECT_EQ(Version(server->inner), "1.1.8");
 }
 
 // Steps that run again and again would give rows new guids each time.
 TEST_F(clsUpdateDbTest, HaltsWhereAVersionIsNotRecorded) {
-    const auto connection =
-        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+    const Recorded connection = NewDatabase();
     connection->Execute("insert into tblCheckListRefFields (FieldType) values ('b')");
     connection->Execute("delete from tblSettings");
     const auto upgraded = [&](const char* refused) {
@@ -254,10 +248,7 @@ TEST_F(clsUpdateDbTest, HaltsWhereAVersionIsNotRecorded) {
 // Where a step is no transaction it may have ended between its two tables, or before its rows.
 TEST_F(clsUpdateDbTest, GoesOnWithTheDossierTabsWhereItEnded) {
     const auto server = std::make_shared<Server>("", OldDatabase(true));
-    server->refuse = [](const std::string& s) {
-        return s.starts_with("CREATE TABLE tblDossierRefTabs") ||
-               s == "Select * from tblDossierTypes";
-    };
+    server->refuse = With("CREATE TABLE tblDossierRefTabs", "Select * from tblDossierTypes");
     EXPECT_EQ(Upgrade(server), -1);
     server->refuse = nullptr;
     EXPECT_EQ(Upgrade(server), 0);
@@ -286,12 +277,9 @@ TEST_F(clsUpdateDbTest, GivesOldRowsTheirWorkingIdsWhateverWasRefusedAtFirst) {
 
     const auto connection = std::make_shared<Server>("", OldDatabase(true));
     connection->serverName = "working ids";
-    connection->refuse = [](const std::string& s) {
-        return s.starts_with("ALTER TABLE tblTreeItem ADD COLUMN TreeItemId") ||
-               s.starts_with("ALTER TABLE tblTreeItem ADD COLUMN [TreeItemId]") ||
-               s.starts_with("ALTER TABLE tblTreeItem ADD TreeItemId") ||
-               s.starts_with("ALTER TABLE tblDossierFields ADD ");
-    };
+    connection->refuse =
+        With("tblTreeItem ADD COLUMN TreeItemId", "tblTreeItem ADD COLUMN [TreeItemId]",
+             "tblTreeItem ADD TreeItemId", "ALTER TABLE tblDossierFields ADD ");
     machine.messages.shown.clear();
     EXPECT_EQ(Upgrade(connection), 0);
     ASSERT_EQ(machine.messages.shown.size(), 1u);
@@ -339,16 +327,12 @@ TEST_F(clsUpdateDbTest, TriesAgainWhatTheDatabaseRefusedAndTellsItOnce) {
     const ConnectionPtr inner = EmbeddedDatabase::Create(machine.Path("x.kdb"));
     const auto connection = std::make_shared<RecordingConnection>("", inner);
     inner->Execute("insert into tblDocument (Description) values ('a')");
-    connection->refuse = [](const std::string& s) {
-        return s.find("CREATE TABLE tblTranslations") < s.size() ||
-               s.find("ADD COLUMN DocGuid") < s.size() || s.find("indParentId") < s.size();
-    };
+    connection->refuse = With("CREATE TABLE tblTranslations", "ADD COLUMN DocGuid", "indParentId");
     EXPECT_EQ(Upgrade(connection), 0);
     EXPECT_EQ(Version(inner), "1.1.8");
     ASSERT_EQ(machine.messages.shown.size(), 1u);
-    EXPECT_NE(machine.messages.shown[0].text.find(
-                  "tblTranslations, tblDocument.DocGuid, indDocGuid, indParentId"),
-              std::string::npos)
+    EXPECT_TRUE(With("tblTranslations, tblDocument.DocGuid, indDocGuid, indParentId")(
+        machine.messages.shown[0].text))
         << machine.messages.shown[0].text;
     connection->statements.clear();
     Upgrade(connection);
@@ -358,9 +342,8 @@ TEST_F(clsUpdateDbTest, TriesAgainWhatTheDatabaseRefusedAndTellsItOnce) {
     Upgrade(connection);
     EXPECT_EQ(First(inner, "tblDocument", "DocGuid").size(), 38u);
     EXPECT_EQ(Count(inner, "tblTranslations"), static_cast<std::int64_t>(Translations().size()));
-    const std::string text = Printout(*inner);
-    for (const char* index : {"tblDocument.indDocGuid", "tblTreeItem.indParentId"})
-        EXPECT_NE(text.find(index), std::string::npos) << index;
+    EXPECT_TRUE(With("tblDocument.indDocGuid")(Printout(*inner)));
+    EXPECT_TRUE(With("tblTreeItem.indParentId")(Printout(*inner)));
     connection->statements.clear();
     Upgrade(connection);
     EXPECT_EQ(connection->statements.size(), 2u);
@@ -375,7 +358,7 @@ TEST_F(clsUpdateDbTest, HoldsAServersIndexesAndProceduresAgainstTheSchemaToo) {
         const auto server = std::make_shared<Server>("Microsoft SQL Server", inner);
         server->serverName = name;
         server->database = "zelfde";
-        server->refuse = [](const std::string& s) { return s.find("indTreeId") < s.size(); };
+        server->refuse = With("indTreeId");
         Upgrade(server);
         EXPECT_EQ(server->Count("CREATE INDEX "), 1u);
         EXPECT_EQ(server->Count("CREATE PROCEDURE AddTotblTree "), 1u);
@@ -395,8 +378,7 @@ TEST_F(clsUpdateDbTest, HoldsAServersIndexesAndProceduresAgainstTheSchemaToo) {
 }
 
 TEST_F(clsUpdateDbTest, BringsTextsThatCameLaterAndLeavesWhatAnInstallationWrote) {
-    const auto connection =
-        std::make_shared<RecordingConnection>("", EmbeddedDatabase::CreateInMemory());
+    const Recorded connection = NewDatabase();
     Upgrade(connection);
     const std::int64_t all = Count(connection, "tblTranslations");
     const auto earlier = [&](const std::string& mark) { // as a program with fewer texts left it
@@ -417,7 +399,7 @@ TEST_F(clsUpdateDbTest, BringsTextsThatCameLaterAndLeavesWhatAnInstallationWrote
     Upgrade(connection);
     EXPECT_EQ(connection->statements.size(), 2u) << "looked at once, not each time";
     EXPECT_EQ(earlier("9999-1"), all - 2) << "a later program was here";
-    connection->refuse = [](const std::string& s) { return s.find("'Plakken'") < s.size(); };
+    connection->refuse = With("'Plakken'");
     EXPECT_EQ(earlier("12-34"), all - 2) << "all or none";
     connection->refuse = nullptr;
     Upgrade(connection);

@@ -29,14 +29,11 @@ struct EditFaults : testing::Test {
         connection->steps = 0;
         return connection;
     }
-    static int StepsOf(const Work& prepare, const Work& scenario) {
-        const Faulty connection = Prepared(prepare);
-        scenario(connection);
-        return connection->steps;
-    }
     // `check` sees the database after the fault, which is over by then. The number of faults.
     int FailEverywhere(const Work& prepare, const Work& scenario, const Work& check) {
-        const int steps = StepsOf(prepare, scenario);
+        const Faulty whole = Prepared(prepare);
+        scenario(whole);
+        const int steps = whole->steps;
         for (int n = 1; n <= steps; ++n)
             for (const bool onwards : {false, true}) {
                 SCOPED_TRACE("step " + std::to_string(n) + (onwards ? " and all after it" : ""));

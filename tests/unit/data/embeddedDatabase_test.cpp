@@ -43,22 +43,22 @@ protected:
 
 TEST_F(EmbeddedFiles, HoldTheBaseSchemaAndNothingBeside) {
     const ConnectionPtr connection = EmbeddedDatabase::Create(path);
-    EXPECT_EQ(ToText(connection
-                         ->Open({"Select [Value] from tblSettings where Section = 'build' "
-                                 "and sKey = 'dbversion'"})
-                         ->Get(0)),
-              "1.0.8");
-    const RecordsetPtr tables = connection->OpenSchema(Schema::Tables);
-    EXPECT_EQ(tables->RecordCount(), 16);
-    tables->SetFilter("TABLE_NAME = 'tblsettings' and TABLE_TYPE = 'TABLE'");
-    EXPECT_EQ(tables->RecordCount(), 1);
-    const RecordsetPtr indexes = connection->OpenSchema(Schema::Indexes);
-    indexes->SetFilter("INDEX_NAME = 'indSectionKey'");
+    EXPECT_EQ(Count(*connection, "tblSettings where Section = 'build' and sKey = 'dbversion' and "
+                                 "[Value] = '1.0.8'"),
+              "1");
+    const auto schema = [&](Schema of, const char* filter) {
+        RecordsetPtr rows = connection->OpenSchema(of);
+        rows->SetFilter(filter);
+        return rows;
+    };
+    EXPECT_EQ(schema(Schema::Tables, "TABLE_TYPE = 'TABLE'")->RecordCount(), 16);
+    EXPECT_EQ(schema(Schema::Tables, "TABLE_NAME = 'tblsettings'")->RecordCount(), 1);
+    const RecordsetPtr indexes = schema(Schema::Indexes, "INDEX_NAME = 'indSectionKey'");
     EXPECT_EQ(indexes->RecordCount(), 2);
     EXPECT_EQ(ToText(indexes->Get("COLUMN_NAME")), "Section");
-    const RecordsetPtr columns = connection->OpenSchema(Schema::Columns);
-    columns->SetFilter("TABLE_NAME = 'tblDocument' and COLUMN_NAME = 'ReadOnly'");
-    EXPECT_EQ(columns->Get("DATA_TYPE"), Value(std::int64_t{11}));
+    EXPECT_EQ(schema(Schema::Columns, "TABLE_NAME = 'tblDocument' and COLUMN_NAME = 'ReadOnly'")
+                  ->Get("DATA_TYPE"),
+              Value(std::int64_t{11}));
     EXPECT_EQ(ToText(connection->Property("dbms name")), "ACCESS");
     EXPECT_EQ(ToText(connection->Property("Data Source Name")), path);
     EXPECT_EQ(connection->DefaultDatabase(), path);
@@ -70,7 +70,7 @@ TEST_F(EmbeddedFiles, HoldTheBaseSchemaAndNothingBeside) {
     EXPECT_NE(WordsOf([&] { EmbeddedDatabase::Create(path); }).find("exists already"),
               std::string::npos);
     EXPECT_EQ(Count(*EmbeddedDatabase::OpenOrCreate(path), "tblSettings"), "1");
-    const std::string hard = machine.Path("O'Brien 100% [\xC3\xA9\xE4\xB8\xAD] file.x.kdb");
+    const std::string hard = machine.Path("O'Brien 100% [é中] file.x.kdb");
     EXPECT_EQ(Count(*EmbeddedDatabase::OpenOrCreate(hard), "tblTree"), "0");
     EXPECT_NE(
         WordsOf([&] { EmbeddedDatabase::Open(machine.Path("none.kdb")); }).find("does not exist"),
@@ -202,7 +202,7 @@ TEST_F(EmbeddedFiles, OfAnEarlierFormAreBroughtIntoThisOneOnce) {
         "-2147483648 AND 2147483647), \"Made\" DATETEXT, \"Last\" BITINT)");
     run("CREATE INDEX \"tblTree.indWords\" ON \"tblTree\" (\"Description\")");
     run("INSERT INTO tblTree VALUES (1, 'zee', 1, 1, 2.5, '5/1/2004', 0), (2, "
-        "'\xC3\xA9\xC3\xA9n', 0, NULL, 3, 'ooit', 5), (3, 'een', 0, 'True', 1, NULL, -1)");
+        "'één', 0, NULL, 3, 'ooit', 5), (3, 'een', 0, 'True', 1, NULL, -1)");
     sqlite3_close(raw);
     EXPECT_TRUE(EmbeddedDatabase::Check(path).empty());
 
@@ -211,14 +211,15 @@ TEST_F(EmbeddedFiles, OfAnEarlierFormAreBroughtIntoThisOneOnce) {
         return ToText(connection->Open({statement})->Get(0));
     };
     const auto inForm = [&] {
-        EXPECT_EQ(first("Select count(*) from tblTree where NewEnabled = -1"), "2");
-        EXPECT_EQ(first("Select count(*) from tblTree where NewEnabled = False"), "1");
-        EXPECT_EQ(first("Select sum([Flag, (a)]) & '/' & sum([Last]) from tblTree"), "-1/-2");
-        EXPECT_EQ(first("Select sum(TopItemId) from tblTree"), "6");
-        EXPECT_EQ(first("Select count(*) from tblTree where Made = #2004-05-01#"), "1");
-        EXPECT_EQ(first("Select Made from tblTree where Id = 2"), "ooit");
-        EXPECT_EQ(first("Select last(Description) from tblTree where Description < 'f'"),
-                  "\xC3\xA9\xC3\xA9n");
+        const std::pair<const char*, const char*> values[] = {
+            {"Select count(*) from tblTree where NewEnabled = -1", "2"},
+            {"Select count(*) from tblTree where NewEnabled = False", "1"},
+            {"Select sum([Flag, (a)]) & '/' & sum([Last]) from tblTree", "-1/-2"},
+            {"Select sum(TopItemId) from tblTree", "6"},
+            {"Select count(*) from tblTree where Made = #2004-05-01#", "1"},
+            {"Select Made from tblTree where Id = 2", "ooit"},
+            {"Select last(Description) from tblTree where Description < 'f'", "één"}};
+        for (const auto& [statement, value] : values) EXPECT_EQ(first(statement), value);
         EXPECT_TRUE(EmbeddedDatabase::Check(*connection).empty());
     };
     inForm();

@@ -30,14 +30,12 @@ TEST_F(EmbeddedDialect, TakesEveryFormOfFlag) {
     Run("Insert into tblTree (Description, NewEnabled, DeleteEnabled) Values ('a', True, False)");
     Run("Insert into tblTree (Description, NewEnabled, DeleteEnabled) Values ('b', 1, 0)");
     Run("Insert into tblTree (Description, NewEnabled, DeleteEnabled) Values ('c', -1, 0)");
-    EXPECT_EQ(First("Select count(*) from tblTree where NewEnabled = True"), "3");
-    EXPECT_EQ(First("Select count(*) from tblTree where True = NewEnabled"), "3");
-    EXPECT_EQ(First("Select count(*) from tblTree where NewEnabled <> True"), "0");
-    EXPECT_EQ(First("Select count(*) from tblTree where DeleteEnabled = False"), "3");
-    EXPECT_EQ(First("Select count(*) from tblTree where NewEnabled"), "3");
-    EXPECT_EQ(First("Select count(*) from tblTree where NewEnabled = -1"), "3");
-    EXPECT_EQ(First("Select count(*) from tblTree as t where 1 = t.NewEnabled"), "3");
-    EXPECT_EQ(First("Select count(*) from tblTree where UpdateEnabled = False"), "3") << "unset";
+    for (const char* all :
+         {"tblTree where NewEnabled = True", "tblTree where True = NewEnabled",
+          "tblTree where DeleteEnabled = False", "tblTree where NewEnabled",
+          "tblTree where NewEnabled = -1", "tblTree as t where 1 = t.NewEnabled",
+          "tblTree where not NewEnabled <> True", "tblTree where UpdateEnabled = False"})
+        EXPECT_EQ(First(std::string("Select count(*) from ") + all), "3") << all;
     Run("update tblTree set UpdateEnabled = null where NewEnabled");
     EXPECT_EQ(First("Select count(*) from tblTree where UpdateEnabled is null"), "0");
     EXPECT_EQ(Failure("update tblTree set UpdateEnabled = 'x'"), errors::integrity);
@@ -146,14 +144,13 @@ TEST_F(EmbeddedDialect, RefusesWhatBelongsToOtherServers) {
     EXPECT_EQ(First("Select count(*) from tblSettings"), "1");
     EXPECT_EQ(Failure("Select * from tblNone"), errors::noTable);
     EXPECT_EQ(Failure("Select * from sqlite_master"), errors::noTable);
-    EXPECT_EQ(Failure("Select Nothing from tblTree"), errors::syntax);
-    EXPECT_EQ(Failure("insert into tblDossierTabs (TabDescription) values (Dossier)"),
-              errors::syntax);
-    const std::string deep(5000, '(');
-    EXPECT_EQ(Failure("Select " + deep), errors::syntax);
     std::string negations = "Select ";
     for (int i = 0; i < 5000; ++i) negations += "not ";
-    EXPECT_EQ(Failure(negations + "1"), errors::syntax);
+    for (const std::string& statement :
+         {std::string("Select Nothing from tblTree"), "Select " + std::string(5000, '('),
+          std::string("insert into tblDossierTabs (TabDescription) values (Dossier)"),
+          negations + "1"})
+        EXPECT_EQ(Failure(statement), errors::syntax) << statement.substr(0, 80);
 }
 
 TEST_F(EmbeddedDialect, ChangesTables) {
@@ -192,17 +189,17 @@ TEST_F(EmbeddedDialect, RefusesValuesThatDoNotFitAndNamesTheColumn) {
           "(Tiny) values (40000)", "(Real) values ('x')"})
         EXPECT_EQ(Failure(std::string("insert into tblFit ") + values), errors::integrity)
             << values;
+    const std::string tooLong = "update tblFit set Short = 'much too long'";
     try {
-        Run("update tblFit set Short = 'much too long'");
+        Run(tooLong);
         FAIL();
     } catch (const Error& error) {
-        EXPECT_NE(std::string(error.what()).find("'Short'"), std::string::npos) << error.what();
-        EXPECT_NE(std::string(error.what()).find("3 characters"), std::string::npos)
-            << error.what();
-        EXPECT_EQ(error.Statement(), "update tblFit set Short = 'much too long'");
-        EXPECT_EQ(std::string(error.what()).find("update"), std::string::npos)
-            << "what a box shows";
-        EXPECT_NE(InLog(error).find(error.Statement()), std::string::npos);
+        const std::string words = error.what();
+        for (const char* part : {"'Short'", "3 characters"})
+            EXPECT_NE(words.find(part), std::string::npos) << words;
+        EXPECT_EQ(words.find("update"), std::string::npos) << "what a box shows";
+        EXPECT_EQ(error.Statement(), tooLong);
+        EXPECT_NE(InLog(error).find(tooLong), std::string::npos);
         ASSERT_EQ(connection->Errors().size(), 1u);
         EXPECT_EQ(connection->Errors()[0].number, errors::integrity);
     }
@@ -210,77 +207,18 @@ TEST_F(EmbeddedDialect, RefusesValuesThatDoNotFitAndNamesTheColumn) {
 }
 
 TEST_F(EmbeddedDialect, ComparesAndOrdersTextsWithoutCase) {
-    for (const char* text : {"beta", "Alpha",
-                             "\xC3\x89"
-                             "cole",
-                             "\xC3\xA9"
-                             "clair",
-                             "ALPHA"})
+    for (const char* text : {"beta", "Alpha", "École", "éclair", "ALPHA"})
         Run(std::string("Insert into tblTree (Description) Values ('") + text + "')");
     EXPECT_EQ(First("Select count(*) from tblTree where Description = 'alpha'"), "2");
-    EXPECT_EQ(First("Select count(*) from tblTree where Description = '\xC3\xA9"
-                    "COLE'"),
-              "1");
-    EXPECT_EQ(First("Select top 1 Description from tblTree order by Description desc"), "\xC3\x89"
-                                                                                        "cole");
+    EXPECT_EQ(First("Select count(*) from tblTree where Description = 'éCOLE'"), "1");
+    EXPECT_EQ(First("Select top 1 Description from tblTree order by Description desc"), "École");
     EXPECT_EQ(First("Select count(*) from tblTree where Description > 'e' and Description < 'f'"),
               "2");
     Run("CREATE UNIQUE INDEX indOnce on tblTree (Description, Id)");
     Run("CREATE TABLE tblOnce (Id COUNTER, Word TEXT(20))");
     Run("CREATE UNIQUE INDEX indWord on tblOnce (Word)");
-    Run("insert into tblOnce (Word) values ('\xC3\x89t\xC3\xA9')");
-    EXPECT_EQ(Failure("insert into tblOnce (Word) values ('\xC3\xA9T\xC3\x89')"),
-              errors::integrity);
-}
-
-// The list of a folder's documents: the largest statement that the system runs on this dialect.
-TEST_F(EmbeddedDialect, ListsTheDocumentsOfAFolder) {
-    Run("CREATE TABLE tblDocExtraInfo (Id COUNTER CONSTRAINT IdDocEx PRIMARY KEY, DocId LONG, "
-        "SendTo "
-        "TEXT(255), SendFrom TEXT(255), SendOn TEXT(255), RecievedOn TEXT(255), NrOfAttatchements "
-        "LONG)");
-    Run("Insert into tblDocument (InsertedBy,InsertDate,InsertTime,DocId) Values "
-        "('jan',20040501,1230,1)");
-    Run("Insert into tblDocument (InsertedBy,InsertDate,InsertTime,DocId) Values "
-        "('piet',20031224,915,2)");
-    Run("Insert into tblDocExtraInfo (DocId,SendTo,SendOn,NrOfAttatchements) Values "
-        "(2,'x@y','20031224091533',3)");
-    Run("Insert into tblTreeItem (Type,ItemId,ParentId,Description) Values ('tif',1,5,'Scan')");
-    Run("Insert into tblTreeItem (Type,ItemId,ParentId,Description) Values ('msg',2,5,'Mail')");
-    Run("Insert into tblTreeItem (Type,ItemId,ParentId,Description) Values ('tab',0,5,'Folder')");
-    Run("Insert into tblTreeItem (Type,ParentId,Description) Values ('tab',5,'Folder')");
-    const RecordsetPtr list = Open(
-        "SELECT tblTreeItem.Id, tblTreeItem.Description as Omschrijving, tblTreeItem.Type, "
-        "tblDocument.InsertedBy as [Toegevoegd door], tblDocument.InsertDate & "
-        "tblDocument.InsertTime as InsertSort, right(tblDocument.InsertDate,2) & '-' & "
-        "mid(tblDocument.InsertDate,5,2) & '-' & left(tblDocument.InsertDate,4)   & ' ' & "
-        "left(tblDocument.InsertTime,2) & ':' & right(tblDocument.InsertTime,2) as [Toegevoegd "
-        "op], tblDocExtraInfo.SendTo as [Verzonden aan], tblDocExtraInfo.SendFrom as [Ontvangen "
-        "van],  tblDocExtraInfo.SendOn as [Sort Verzonden op], iif(tblDocExtraInfo.SendOn is "
-        "null,'',mid(tblDocExtraInfo.SendOn,7,2) & '-' & mid(tblDocExtraInfo.SendOn,5,2) & '-' & "
-        "left(tblDocExtraInfo.SendOn,4)   & ' ' & mid(tblDocExtraInfo.SendOn,9,2) & ':' & "
-        "mid(tblDocExtraInfo.SendOn,11,2) & ':' & mid(tblDocExtraInfo.SendOn,13,2)) as [Verzonden "
-        "op],  tblDocExtraInfo.RecievedOn as [Sort Ontvangen op], iif(tblDocExtraInfo.RecievedOn "
-        "is null,'',mid(tblDocExtraInfo.RecievedOn,7,2) & '-' & "
-        "mid(tblDocExtraInfo.RecievedOn,5,2) & '-' & left(tblDocExtraInfo.RecievedOn,4)   & ' ' & "
-        "mid(tblDocExtraInfo.RecievedOn,9,2) & ':' & mid(tblDocExtraInfo.RecievedOn,11,2) & ':' & "
-        "mid(tblDocExtraInfo.RecievedOn,13,2)) as [Ontvangen op],  "
-        "tblDocExtraInfo.NrOfAttatchements as [Aantal bijlagen] FROM (tblTreeItem LEFT JOIN "
-        "tblDocument ON tblTreeItem.ItemId = tblDocument.DocId) LEFT JOIN tblDocExtraInfo ON "
-        "tblDocument.Id = tblDocExtraInfo.DocId Where Not ((ItemId Is Null) Or ItemId = 0) And "
-        "ParentId = 5");
-    ASSERT_EQ(list->RecordCount(), 2);
-    ASSERT_EQ(list->Fields().size(), 13u);
-    EXPECT_EQ(list->Fields()[1].name, "Omschrijving");
-    EXPECT_EQ(list->Fields()[1].baseColumn, "Description");
-    EXPECT_EQ(list->Fields()[12].name, "Aantal bijlagen");
-    EXPECT_EQ(ToText(list->Get("Toegevoegd op")), "01-05-2004 12:30");
-    EXPECT_EQ(ToText(list->Get("InsertSort")), "200405011230");
-    EXPECT_EQ(ToText(list->Get("Verzonden op")), "");
-    list->SetSort("[InsertSort] ASC");
-    EXPECT_EQ(ToText(list->Get("Omschrijving")), "Mail");
-    EXPECT_EQ(ToText(list->Get("Verzonden op")), "24-12-2003 09:15:33");
-    EXPECT_EQ(list->Get("Aantal bijlagen"), Value(std::int64_t{3}));
+    Run("insert into tblOnce (Word) values ('Été')");
+    EXPECT_EQ(Failure("insert into tblOnce (Word) values ('éTÉ')"), errors::integrity);
 }
 
 TEST_F(EmbeddedDialect, NumbersRowsOnceAndBindsAnyTextAsAParameter) {
@@ -303,15 +241,14 @@ TEST_F(EmbeddedDialect, NumbersRowsOnceAndBindsAnyTextAsAParameter) {
 }
 
 TEST_F(EmbeddedDialect, KeepsStatementsOfOneShapeApartByTheirValues) {
-    for (int i = 1; i <= 5; ++i)
-        Run("Insert into tblTree (Description, TreeId) Values ('t" + std::to_string(i) + "', " +
-            std::to_string(i * 10) + ")");
+    const auto insert = [&](const std::string& text, const std::string& number) {
+        Run("Insert into tblTree (Description, TreeId) Values ('" + text + "', " + number + ")");
+    };
+    for (int i = 1; i <= 5; ++i) insert("t" + std::to_string(i), std::to_string(i * 10));
     for (int i = 1; i <= 5; ++i) {
-        EXPECT_EQ(First("Select Description from tblTree where TreeId = " + std::to_string(i * 10)),
-                  "t" + std::to_string(i));
-        EXPECT_EQ(
-            First("Select TreeId from tblTree where Description = 't" + std::to_string(i) + "'"),
-            std::to_string(i * 10));
+        const std::string text = "t" + std::to_string(i), number = std::to_string(i * 10);
+        EXPECT_EQ(First("Select Description from tblTree where TreeId = " + number), text);
+        EXPECT_EQ(First("Select TreeId from tblTree where Description = '" + text + "'"), number);
     }
     // Numbers that stand in the statement itself.
     EXPECT_EQ(Open("Select top 2 * from tblTree")->RecordCount(), 2);

@@ -23,10 +23,10 @@ protected:
             filed.push_back(model::FileDocument(machine, *tree, request));
         }
     }
-    // The findings that the statements bring about, beside none; then they are undone.
-    std::vector<std::string> Seeded(const std::vector<std::string>& statements) {
+    // The findings that the statement brings about, beside none; then it is undone.
+    std::vector<std::string> Seeded(const std::string& statement) {
         database->BeginTrans();
-        for (const auto& statement : statements) Sql(statement);
+        Sql(statement);
         auto found = Faults();
         database->RollbackTrans();
         std::sort(found.begin(), found.end());
@@ -44,47 +44,40 @@ TEST_F(Integrity, FindsEachKindOfFaultAndInventsNone) {
                       item = std::to_string(filed[0].item->Id()),
                       root = std::to_string(tree->Item()->Id()),
                       id = std::to_string(tree->TreeId());
-    struct Seed {
-        std::vector<std::string> statements;
-        std::vector<std::string> faults;
-    };
-    const std::vector<Seed> seeds = {
-        {{"update tblDocument set InsertDate = 20200101 where DocId = " + doc},
+    const std::vector<std::pair<std::string, std::vector<std::string>>> seeds = {
+        {"update tblDocument set InsertDate = 20200101 where DocId = " + doc,
          {"document without file", "file without document"}},
-        {{"Delete from tblDocument where DocId = " + doc},
+        {"Delete from tblDocument where DocId = " + doc,
          {"file without document", "item without document"}},
-        {{"update tblDocument set Id = -" + doc + " where Id = " + doc}, {"item without document"}},
-        {{"Delete from tblTreeItem where TreeItemId = " + item}, {"document without item"}},
-        {{"Insert into tblDocExtraInfo (DocId) Values (999)"},
+        {"update tblDocument set Id = -" + doc + " where Id = " + doc, {"item without document"}},
+        {"Delete from tblTreeItem where TreeItemId = " + item, {"document without item"}},
+        {"Insert into tblDocExtraInfo (DocId) Values (999)",
          {"extra information without document"}},
-        {{"update tblTreeItem set ParentId = 999 where TreeItemId = " + map},
+        {"update tblTreeItem set ParentId = 999 where TreeItemId = " + map,
          {"item without parent"}},
-        {{"update tblTreeItem set TreeItemId = -" + map +
-          ", ParentId = -ParentId where "
-          "TreeItemId = " +
-          map},
+        {"update tblTreeItem set TreeItemId = -" + map +
+             ", ParentId = -ParentId where TreeItemId = " + map,
          {"item without parent", "item without parent", "item without parent"}},
-        {{"update tblTreeItem set ParentId = 0 where TreeItemId = " + map}, {"item out of reach"}},
-        {{"update tblTreeItem set ParentId = " + map + " where TreeItemId = " + map},
+        {"update tblTreeItem set ParentId = 0 where TreeItemId = " + map, {"item out of reach"}},
+        {"update tblTreeItem set ParentId = " + map + " where TreeItemId = " + map,
          {"item out of reach", "item out of reach", "item out of reach", "item out of reach"}},
-        {{"update tblTree set TopItemId = 999 where TreeId = " + id},
+        {"update tblTree set TopItemId = 999 where TreeId = " + id,
          {"item out of reach", "tree without root"}},
-        {{"Delete from tblDossierRelations where TreeId = " + id}, {"tree without dossier"}},
-        {{"update tblDossierRelations set TreeId = 999 where TreeId = " + id},
+        {"Delete from tblDossierRelations where TreeId = " + id, {"tree without dossier"}},
+        {"update tblDossierRelations set TreeId = 999 where TreeId = " + id,
          {"relation without tree", "tree without dossier"}},
-        {{"Delete from tblDossierDbRelation"}, {"relation without key"}},
-        {{"update tblTreeItem set ParentId = -ParentId where TreeItemId = " + item},
+        {"Delete from tblDossierDbRelation", {"relation without key"}},
+        {"update tblTreeItem set ParentId = -ParentId where TreeItemId = " + item,
          {"ids out of pair"}},
-        {{"update tblTreeItem set TreeItemId = null where TreeItemId = " + item},
+        {"update tblTreeItem set TreeItemId = null where TreeItemId = " + item,
          {"document without item", "row without working id"}},
-        {{"update tblDocument set DocId = 0 where DocId = " + doc},
+        {"update tblDocument set DocId = 0 where DocId = " + doc,
          {"file without document", "item without document", "row without working id"}},
-        {{"Insert into tblTreeItem (TreeItemId, ParentId, Type, Description) Values (" + map +
-          ", " + root + ", 'tab', 'twee')"},
+        {"Insert into tblTreeItem (TreeItemId, ParentId, Type, Description) Values (" + map + ", " +
+             root + ", 'tab', 'twee')",
          {"ids out of pair", "working id used twice"}},
     };
-    for (const Seed& seed : seeds)
-        EXPECT_EQ(Seeded(seed.statements), seed.faults) << seed.statements[0];
+    for (const auto& [statement, faults] : seeds) EXPECT_EQ(Seeded(statement), faults) << statement;
 
     machine.files.WriteAll(filed[0].path + ".tmp", "cut off");
     EXPECT_EQ(Faults(), std::vector<std::string>{"file without document"});
@@ -118,8 +111,7 @@ TEST_F(Integrity, KnowsWhatIsNoFault) {
     model::clsItemPtr doomed = filed[0].item;
     tree->DeleteItem(doomed, 0);
     EXPECT_TRUE(Faults().empty()); // in the waste basket
-    model::clsDocument document(machine);
-    document.SetDatabaseObject(connection);
+    On<model::clsDocument> document(machine, connection);
     document.SetId(filed[0].docId);
     ASSERT_TRUE(document.OpenDataSource() && document.LoadData() && document.DeleteCurrentRow());
     EXPECT_TRUE(Faults().empty()); // the file stays

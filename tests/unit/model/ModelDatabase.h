@@ -18,13 +18,23 @@
 
 namespace kavidex::tests {
 
+// A record class or a tree on a connection.
+template <class Object>
+struct On : Object {
+    On(const platform::Workstation& workstation, const data::ConnectionPtr& connection)
+        : Object(workstation) {
+        if constexpr (requires { this->SetDatabaseObject(connection); })
+            this->SetDatabaseObject(connection);
+        else
+            this->SetDbConnection(connection);
+    }
+};
+
 // What the upgrade chain makes of a new file; a transaction spares the many syncs.
 inline void UpgradeToCurrent(const platform::Workstation& workstation,
                              const data::ConnectionPtr& connection) {
     connection->BeginTrans();
-    data::clsUpdateDb update(workstation);
-    update.SetDbConnection(connection);
-    update.fncUpdateDb();
+    On<data::clsUpdateDb>(workstation, connection).fncUpdateDb();
     connection->CommitTrans();
 }
 
@@ -34,8 +44,7 @@ protected:
         machine.guids.real = true;
         database = data::EmbeddedDatabase::Create(File());
         UpgradeToCurrent(machine, database);
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(database);
+        On<data::clsSettings> settings(machine, database);
         machine.files.CreateDirectories(Store());
         settings.SetSetting("Storage", "DocumentPath", Store());
         machine.messages.shown.clear();
@@ -46,22 +55,20 @@ protected:
     std::string Store() const { return machine.Path("store"); }
 
     std::shared_ptr<model::clsTree> NewTree(std::string_view description = "Dossier") {
-        auto tree = std::make_shared<model::clsTree>(machine);
-        tree->SetDbConnection(connection);
+        auto tree = std::make_shared<On<model::clsTree>>(machine, connection);
         tree->SetDescription(description);
         EXPECT_TRUE(tree->CreateNew());
         // A tree that belongs to a dossier, so that nothing dangles.
-        Sql("Insert into tblDossierDbRelation (DossierId, dbKey, DbRelId) Values (" +
-            std::to_string(tree->TreeId()) + ", 'K', " + std::to_string(tree->TreeId()) + ")");
-        Sql("Insert into tblDossierRelations (Id, RelId, DossierId, Type, TreeId) Values (" +
-            std::to_string(tree->TreeId()) + ", " + std::to_string(tree->TreeId()) + ", " +
-            std::to_string(tree->TreeId()) + ", 'T', " + std::to_string(tree->TreeId()) + ")");
+        const std::string id = std::to_string(tree->TreeId());
+        Sql("Insert into tblDossierDbRelation (DossierId, dbKey, DbRelId) Values (" + id +
+            ", 'K', " + id + ")");
+        Sql("Insert into tblDossierRelations (Id, RelId, DossierId, Type, TreeId) Values (" + id +
+            ", " + id + ", " + id + ", 'T', " + id + ")");
         connection->statements.clear();
         return tree;
     }
     std::shared_ptr<model::clsTree> Load(std::int32_t id) {
-        auto tree = std::make_shared<model::clsTree>(machine);
-        tree->SetDbConnection(connection);
+        auto tree = std::make_shared<On<model::clsTree>>(machine, connection);
         tree->SetTreeId(id);
         return tree;
     }
@@ -70,9 +77,7 @@ protected:
     // All rows, values joined by a bar.
     std::vector<std::string> Rows(const std::string& statement) {
         std::vector<std::string> lines;
-        data::Command command;
-        command.text = statement;
-        const data::RecordsetPtr rows = database->Open(command);
+        const data::RecordsetPtr rows = database->Open({statement});
         for (; !rows->Eof(); rows->MoveNext()) {
             std::string line;
             for (std::size_t i = 0; i < rows->Fields().size(); ++i)

@@ -3,11 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <ctime>
 
 #include "platform/Error.h"
 #include "tests/fakes/FakeWorkstation.h"
-#include "tests/fakes/MemoryRows.h"
 #include "tests/fakes/RecordingConnection.h"
 
 namespace kavidex::tests {
@@ -15,7 +13,6 @@ namespace {
 
 using model::clsItem;
 using model::clsItemCol;
-using model::clsItemPtr;
 using model::NodeId;
 
 struct Collection : testing::Test {
@@ -82,35 +79,6 @@ TEST_F(Collection, KeepsOrderAndKeysWhateverIsRemoved) {
     agree();
     while (!expected.empty()) remove(expected[expected.size() / 2]);
     EXPECT_EQ(items.Count(), 0);
-}
-
-TEST_F(Collection, ManyMovesBetweenWideFoldersStayFast) {
-    constexpr int width = 20000;
-    connection->answer = [](const data::Command&) { // every row is there, and has no parent
-        return MemoryRows({"TreeItemId"}, {{std::int64_t{0}}});
-    };
-    const auto folders = std::make_shared<clsItemCol>(machine);
-    std::vector<clsItemPtr> parents, items;
-    for (NodeId id : {1, 2}) {
-        parents.push_back(folders->AddItem(id, "tab", std::make_shared<clsItemCol>(machine), 0,
-                                           "map", connection, 0));
-    }
-    for (NodeId id = 10; id < 10 + width; ++id)
-        items.push_back(
-            parents[0]->ChildCollection()->AddItem(id, "tif", nullptr, 0, "x", connection, 1));
-    const std::clock_t start = std::clock(); // what this process worked, however busy the machine
-    for (int round = 0; round < 3; ++round) {
-        const auto &from = parents[round % 2 ? 1 : 0], &to = parents[round % 2 ? 0 : 1];
-        for (std::size_t i = 0; i < items.size(); ++i) // from the end, the start, and all over
-            ASSERT_TRUE(
-                to->ChildCollection()->MoveItem(items[round == 0   ? items.size() - 1 - i
-                                                      : round == 1 ? i
-                                                                   : i * 7919 % items.size()],
-                                                connection, to, from));
-        connection->statements.clear();
-    }
-    EXPECT_EQ(parents[1]->ChildCollection()->Count(), width);
-    EXPECT_LT((std::clock() - start) / CLOCKS_PER_SEC, 30);
 }
 
 } // namespace

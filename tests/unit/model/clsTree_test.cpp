@@ -33,8 +33,7 @@ protected:
 
 TEST_F(Tree, IsWrittenAndReadWithTheExactStatements) {
     machine.guids.real = false;
-    clsTree tree(machine);
-    tree.SetDbConnection(connection);
+    On<clsTree> tree(machine, connection);
     tree.SetDescription("O'Brien");
     tree.SetNewEnabled(true);
     ASSERT_TRUE(tree.CreateNew());
@@ -157,11 +156,8 @@ TEST_F(Tree, IsNotOverwrittenWhenItsRowCouldNotBeRead) {
     made->SetDeleteEnabled(true);
     const std::string columns = "select Description, NewEnabled, DeleteEnabled from tblTree";
     const std::string stored = One(columns);
-    clsTree tree(machine);
-    tree.SetDbConnection(connection);
-    connection->FailStep(1);
-    EXPECT_THROW(tree.SetTreeId(made->TreeId()), data::Error);
-    connection->onStep = nullptr;
+    On<clsTree> tree(machine, connection);
+    connection->Failing(1, [&] { EXPECT_THROW(tree.SetTreeId(made->TreeId()), data::Error); });
     EXPECT_THROW(tree.SetNewEnabled(true), data::Error);
     EXPECT_THROW(tree.SetDescription("x"), data::Error);
     EXPECT_FALSE(tree.NewEnabled());

@@ -88,8 +88,7 @@ TEST_F(DocumentFileTest, ADeletedRowIsNoneAndAFailedReadIsNotADeletedRow) {
             EXPECT_NE(file.number, 0);
         }
     }
-    model::clsDocument document(machine);
-    document.SetDatabaseObject(connection);
+    On<model::clsDocument> document(machine, connection);
     document.SetId(item->ItemId());
     ASSERT_TRUE(document.DeleteCurrentRow());
     EXPECT_EQ(Look().outcome, DocumentLook::NoRow);
@@ -105,8 +104,7 @@ TEST_F(DocumentFileTest, ARowThatLeadsOutOfTheStoreIsRefusedWithABaseAndWithout)
     EXPECT_EQ(Faults(),
               (std::vector<std::string>{"document out of the store", "file without document"}));
     Sql("delete from tblSettings where sKey = 'DocumentPath'");
-    model::clsDocument document(machine);
-    document.SetDatabaseObject(connection);
+    On<model::clsDocument> document(machine, connection);
     ASSERT_TRUE(document.Load(item->ItemId()));
     std::string out;
     EXPECT_FALSE(document.CreateEmptyDoc(out));

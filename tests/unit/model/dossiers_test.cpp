@@ -13,12 +13,10 @@ class Dossiers : public ModelDatabase {};
 
 TEST_F(Dossiers, AreFoundFromTheHostsKey) {
     machine.guids.real = false;
-    clsDossierDbRelations key(machine);
-    key.SetDbConnection(connection);
+    On<clsDossierDbRelations> key(machine, connection);
     key.SetDbKey("K'1");
     ASSERT_TRUE(key.SaveNewRow());
-    clsDossier dossier(machine);
-    dossier.SetDbConnection(connection);
+    On<clsDossier> dossier(machine, connection);
     dossier.SetDossierId(key.DossierId());
     dossier.SetDossierType("Zaak");
     dossier.SetTreeId(7);
@@ -34,14 +32,12 @@ TEST_F(Dossiers, AreFoundFromTheHostsKey) {
         "Select * from tblDossierRelations where RelGuid = '" + FakeGuids::TextOf(2) + "'"};
     EXPECT_EQ(connection->statements, inserted);
 
-    clsDossierDbRelations found(machine);
-    found.SetDbConnection(connection);
+    On<clsDossierDbRelations> found(machine, connection);
     found.SetDbKey("K'1");
     ASSERT_TRUE(found.OpenDataSource());
     EXPECT_EQ(found.DossierId(), key.DossierId());
     EXPECT_EQ(found.DbKey_Size(), 255);
-    clsDossier rows(machine);
-    rows.SetDbConnection(connection);
+    On<clsDossier> rows(machine, connection);
     rows.SetDossierId(found.DossierId());
     rows.SetDossierType("Za%");
     rows.SetOrdering("Id");
@@ -68,13 +64,11 @@ TEST_F(Dossiers, AreFoundFromTheHostsKey) {
 
 TEST_F(Dossiers, AnUpdateRewritesEveryRelationOfTheTree) {
     for (int i = 0; i < 2; ++i) {
-        clsDossier dossier(machine);
-        dossier.SetDbConnection(connection);
+        On<clsDossier> dossier(machine, connection);
         dossier.SetTreeId(7);
         ASSERT_TRUE(dossier.SaveNewRow());
     }
-    clsDossier dossier(machine);
-    dossier.SetDbConnection(connection);
+    On<clsDossier> dossier(machine, connection);
     dossier.SetTreeId(7);
     ASSERT_TRUE(dossier.OpenDataSource());
     EXPECT_EQ(dossier.RecordCount(), 2);

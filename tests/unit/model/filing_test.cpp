@@ -112,30 +112,21 @@ TEST_F(Filing, RefusesClearlyAndWritesNothing) {
     EXPECT_EQ(attempt([&](auto&) {}), errors::pathNotFound);
 }
 
+// Not even where more stray files stand than one attempt tries.
 TEST_F(Filing, NeverOverwritesAFileOfTheStore) {
     const auto first = FileDocument(machine, *tree, Request("a.tif"));
-    const std::string taken =
-        platform::FolderOf(first.path) + "\\" + std::to_string(first.docId + 1) + ".tif";
-    machine.files.WriteAll(taken, "from another time");
-    const auto second = FileDocument(machine, *tree, Request("b.tif", "new"));
-    ASSERT_TRUE(second) << second.error;
-    EXPECT_EQ(second.docId, first.docId + 2);
-    EXPECT_EQ(machine.files.ReadAll(taken), "from another time");
-    EXPECT_EQ(machine.files.ReadAll(second.path), "new");
-}
-
-TEST_F(Filing, GetsPastMoreStrayFilesThanOneAttemptTries) {
-    const auto first = FileDocument(machine, *tree, Request("a.tif"));
-    for (int i = 1; i <= 25; ++i)
-        machine.files.WriteAll(platform::FolderOf(first.path) + "\\" +
-                                   std::to_string(first.docId + i) + ".tif",
-                               "stray");
-    const auto refused = FileDocument(machine, *tree, Request("b.tif"));
+    const auto stray = [&](int i) {
+        return platform::FolderOf(first.path) + "\\" + std::to_string(first.docId + i) + ".tif";
+    };
+    for (int i = 1; i <= 25; ++i) machine.files.WriteAll(stray(i), "from another time");
+    const auto refused = FileDocument(machine, *tree, Request("b.tif", "new"));
     EXPECT_FALSE(refused);
     EXPECT_EQ(refused.number, platform::errors::alreadyExists);
-    const auto second = FileDocument(machine, *tree, Request("b.tif"));
+    const auto second = FileDocument(machine, *tree, Request("b.tif", "new"));
     ASSERT_TRUE(second) << second.error;
     EXPECT_EQ(second.docId, first.docId + 26);
+    EXPECT_EQ(machine.files.ReadAll(second.path), "new");
+    for (int i = 1; i <= 25; ++i) EXPECT_EQ(machine.files.ReadAll(stray(i)), "from another time");
     EXPECT_EQ(Rows("select Id from tblDocument where DocId = 0").size(), 25u);
     EXPECT_EQ(Faults(), std::vector<std::string>(25, "file without document"));
 }
@@ -208,9 +199,7 @@ TEST_F(Filing, BelongsToTheHostsOwnTransaction) {
 TEST_F(Filing, ARefusedReadOnlySourceLeavesNoCopy) {
     const FilingRequest request = Request("a.tif");
     machine.files.SetAttributes(request.source, platform::attributes::readOnly);
-    connection->FailStep(4);
-    EXPECT_FALSE(FileDocument(machine, *tree, request));
-    connection->onStep = nullptr;
+    connection->Failing(4, [&] { EXPECT_FALSE(FileDocument(machine, *tree, request)); });
     EXPECT_TRUE(Faults().empty());
     EXPECT_TRUE(FileDocument(machine, *tree, request));
     EXPECT_TRUE(Faults().empty());

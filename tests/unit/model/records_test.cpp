@@ -9,14 +9,21 @@ using model::clsDocument;
 
 class Documents : public ModelDatabase {
 protected:
-    void Fill(clsDocument& document) {
-        document.SetDatabaseObject(connection);
-        document.SetExternalId("O'B");
-        document.SetInsertedBy("jan");
-        document.SetInsertDate("20060315");
-        document.SetInsertTime("0905");
-        document.SetDescription("Brief");
-        document.SetDocType("tif");
+    struct Letter : On<clsDocument> {
+        explicit Letter(const Documents& test) : On(test.machine, test.connection) {
+            SetExternalId("O'B");
+            SetInsertedBy("jan");
+            SetInsertDate("20060315");
+            SetInsertTime("0905");
+            SetDescription("Brief");
+            SetDocType("tif");
+        }
+    };
+    struct SavedLetter : Letter {
+        explicit SavedLetter(const Documents& test) : Letter(test) { EXPECT_TRUE(SaveNewRow()); }
+    };
+    std::string InStore(const std::string& id) {
+        return Store() + "\\20060315\\tif\\" + id + ".tif";
     }
     std::string MakeFile(const std::string& name, const std::string& bytes = "scan") {
         machine.files.WriteAll(machine.Path(name), bytes);
@@ -26,8 +33,7 @@ protected:
 
 TEST_F(Documents, AreInsertedReadChangedAndDeletedWithTheExactStatements) {
     machine.guids.real = false;
-    clsDocument document(machine);
-    Fill(document);
+    Letter document(*this);
     document.SetReadOnly(true);
     document.SetSendTo("piet");
     document.SetNumberOfAttatchements(2);
@@ -46,8 +52,7 @@ TEST_F(Documents, AreInsertedReadChangedAndDeletedWithTheExactStatements) {
     EXPECT_TRUE(machine.files.DirectoryExists(Store() + "\\20060315\\tif"));
 
     connection->statements.clear();
-    clsDocument loaded(machine);
-    loaded.SetDatabaseObject(connection);
+    On<clsDocument> loaded(machine, connection);
     loaded.SetId(document.Id());
     loaded.SetOrdering("Id");
     ASSERT_TRUE(loaded.OpenDataSource());
@@ -86,9 +91,7 @@ TEST_F(Documents, AreInsertedReadChangedAndDeletedWithTheExactStatements) {
 
 // As SQL Server and Access answer: their automatic numbers cannot be written.
 TEST_F(Documents, AreTakenOutByTheirWorkingIdWhereTheKeyCannotBeWritten) {
-    clsDocument document(machine);
-    Fill(document);
-    ASSERT_TRUE(document.SaveNewRow());
+    SavedLetter document(*this);
     const std::string id = std::to_string(document.DocId());
     connection->refuse = [](const std::string& s) { return s.find("set Id = -") != s.npos; };
     EXPECT_TRUE(document.DeleteCurrentRow());
@@ -105,12 +108,10 @@ TEST_F(Documents, AreTakenOutByTheirWorkingIdWhereTheKeyCannotBeWritten) {
 }
 
 TEST_F(Documents, WithoutMailInformationGetNoExtraRowAndKeepOneTheyWrote) {
-    clsDocument plain(machine), mail(machine);
-    Fill(plain);
+    Letter plain(*this), mail(*this);
     plain.SetSendOn("20060315");
     ASSERT_TRUE(plain.SaveNewRow());
     EXPECT_TRUE(Rows("select Id from tblDocExtraInfo").empty());
-    Fill(mail);
     mail.SetRecievedFrom("mie");
     ASSERT_TRUE(mail.SaveNewRow());
     mail.SetSendTo("piet");
@@ -123,8 +124,7 @@ TEST_F(Documents, WithoutMailInformationGetNoExtraRowAndKeepOneTheyWrote) {
 }
 
 TEST_F(Documents, ExtraInformationBelongsToItsOwnRow) {
-    clsDocument document(machine);
-    Fill(document);
+    Letter document(*this);
     document.SetSendTo("piet");
     ASSERT_TRUE(document.SaveNewRow());
     const std::string first = std::to_string(document.DocId());
@@ -135,8 +135,7 @@ TEST_F(Documents, ExtraInformationBelongsToItsOwnRow) {
     EXPECT_EQ(Rows("select DocId, SendTo from tblDocExtraInfo order by Id"),
               (std::vector<std::string>{first + "|piet", second + "|klaas"}));
 
-    clsDocument doomed(machine); // never read
-    doomed.SetDatabaseObject(connection);
+    On<clsDocument> doomed(machine, connection); // never read
     doomed.SetId(document.Id());
     ASSERT_TRUE(doomed.DeleteCurrentRow());
     EXPECT_EQ(One("select SendTo from tblDocExtraInfo"), "piet");
@@ -145,23 +144,18 @@ TEST_F(Documents, ExtraInformationBelongsToItsOwnRow) {
 }
 
 TEST_F(Documents, ARowWhoseFileIsThereAlreadyIsMarked) {
-    clsDocument first(machine);
-    Fill(first);
-    ASSERT_TRUE(first.SaveNewRow());
+    const SavedLetter first(*this);
     const std::string next = std::to_string(first.DocId() + 1);
-    machine.files.WriteAll(Store() + "\\20060315\\tif\\" + next + ".tif", "older");
-    clsDocument second(machine);
-    Fill(second);
-    EXPECT_TRUE(second.SaveNewRow());
+    machine.files.WriteAll(InStore(next), "older");
+    SavedLetter second(*this);
     EXPECT_TRUE(second.AllreadyExists());
     EXPECT_EQ(One("select DocId, Description from tblDocument where Id = " + next),
               "0|Document allready exists");
     // Neither under the number that the object took nor under the row's own 0.
     const std::string source = MakeFile("a.tif", "newer");
     EXPECT_FALSE(second.AddDocument(source, false, true));
-    EXPECT_EQ(machine.files.ReadAll(Store() + "\\20060315\\tif\\" + next + ".tif"), "older");
-    clsDocument marked(machine);
-    Fill(marked);
+    EXPECT_EQ(machine.files.ReadAll(InStore(next)), "older");
+    Letter marked(*this);
     marked.SetCriteria("Id = " + next);
     ASSERT_TRUE(marked.OpenDataSource() && marked.LoadData());
     EXPECT_FALSE(marked.AddDocument(source, false, true));
@@ -175,9 +169,7 @@ TEST_F(Documents, ARowWhoseFileIsThereAlreadyIsMarked) {
 
 // A file that could not be looked for may be there.
 TEST_F(Documents, GetNoNumberWhileTheStoreCannotBeLookedInto) {
-    clsDocument document(machine);
-    Fill(document);
-    ASSERT_TRUE(document.SaveNewRow());
+    SavedLetter document(*this);
     const std::string id = std::to_string(document.DocId());
     ASSERT_TRUE(document.SaveNewRow()); // a second row, the first one's number
     std::string path;
@@ -199,11 +191,9 @@ TEST_F(Documents, GetNoNumberWhileTheStoreCannotBeLookedInto) {
 }
 
 TEST_F(Documents, FilesAreCopiedWholeAndSourcesDeletedOnlyAfterwards) {
-    clsDocument document(machine);
-    Fill(document);
-    ASSERT_TRUE(document.SaveNewRow());
+    SavedLetter document(*this);
     const std::string source = MakeFile("a.tif"), id = std::to_string(document.DocId());
-    const std::string stored = Store() + "\\20060315\\tif\\" + id + ".tif";
+    const std::string stored = InStore(id);
     EXPECT_TRUE(document.AddDocument(source, true, false));
     EXPECT_EQ(machine.files.ReadAll(stored), "scan");
     EXPECT_TRUE(machine.files.DirectoryExists(Store() + "\\20261115")); // today's
@@ -238,9 +228,7 @@ TEST_F(Documents, FilesAreCopiedWholeAndSourcesDeletedOnlyAfterwards) {
 
 // Whatever names it: deleting "the source" would delete the only copy.
 TEST_F(Documents, AStoredFileIsNeverTakenForItsOwnSource) {
-    clsDocument document(machine);
-    Fill(document);
-    ASSERT_TRUE(document.SaveNewRow());
+    SavedLetter document(*this);
     ASSERT_TRUE(document.AddDocument(MakeFile("a.tif"), true, false));
     const std::string stored = document.StorePath();
 #ifdef _WIN32
@@ -266,8 +254,7 @@ TEST_F(Documents, AStoredFileIsNeverTakenForItsOwnSource) {
 TEST_F(Documents, AreNotFiledInAStoreThatIsNotThere) {
     Sql("update tblSettings set [Value] = '" + machine.Path("x\\y") +
         "' where sKey = 'DocumentPath'");
-    clsDocument document(machine);
-    Fill(document);
+    Letter document(*this);
     document.SetDocId(7);
     EXPECT_FALSE(document.AddDocument(MakeFile("a.tif"), false, true));
     std::string path;
@@ -282,8 +269,7 @@ TEST_F(Documents, AreNotFiledInAStoreThatIsNotThere) {
 }
 
 TEST_F(Documents, NeverLeaveTheStore) {
-    clsDocument document(machine);
-    Fill(document);
+    Letter document(*this);
     const std::string source = MakeFile("a.tif");
     document.SetDocId(7);
     for (const char* const name : {"..", "..\\..\\x", "../x", "c:", "nul", "tif ", "a\tb"}) {
@@ -303,9 +289,7 @@ TEST_F(Documents, NeverLeaveTheStore) {
 
 TEST_F(Documents, WithoutAStoreSayWhatIsMissingAndBuildAPathFromNothing) {
     Sql("Delete from tblSettings where Section = 'Storage'");
-    clsDocument document(machine);
-    Fill(document);
-    ASSERT_TRUE(document.SaveNewRow());
+    SavedLetter document(*this);
     ASSERT_EQ(machine.messages.shown.size(), 1u);
     EXPECT_EQ(machine.messages.shown[0].text, "DocumentPath in section Storage not found");
     std::string path;
@@ -321,8 +305,7 @@ TEST_F(Documents, WithoutAStoreSayWhatIsMissingAndBuildAPathFromNothing) {
 TEST_F(Documents, EveryFailingStepOfAnInsertLeavesNoRow) {
     for (int step = 1;; ++step) {
         ASSERT_LT(step, 30);
-        clsDocument document(machine);
-        Fill(document);
+        Letter document(*this);
         document.SetSendTo("piet");
         connection->FailStep(step);
         const bool saved = document.SaveNewRow();
@@ -340,14 +323,12 @@ TEST_F(Documents, EveryFailingStepOfAnInsertLeavesNoRow) {
 
 TEST_F(Documents, ErrorsOfEveryKindAreReportedInOneForm) {
     clsDocument document(machine); // without a connection
-    EXPECT_FALSE(document.OpenDataSource());
-    EXPECT_FALSE(document.SaveNewRow());
+    EXPECT_FALSE(document.OpenDataSource() || document.SaveNewRow());
     document.CloseDataSource();
     EXPECT_FALSE(document.DeleteCurrentRow());
     EXPECT_EQ(machine.messages.shown.size(), 3u);
     EXPECT_TRUE(document.Eof() && document.Bof());
     EXPECT_EQ(document.RecordCount() + document.AbsolutePosition(), 0);
-    document.MoveFirst();
     document.Move(3);
     EXPECT_FALSE(document.LoadData());
 }

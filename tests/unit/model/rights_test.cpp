@@ -20,8 +20,7 @@ protected:
         return auth;
     }
     void Use(std::string_view value) {
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(database);
+        On<data::clsSettings> settings(machine, database);
         settings.SetSetting("Rights", "Use", value);
     }
 };
@@ -105,11 +104,9 @@ TEST_F(Rights, AreKeptPerUserWhateverTheName) {
         const auto auth = Of(user);
         connection->steps = 0;
         connection->countsAll = true;
-        connection->onStep = [](int) {};
         ASSERT_TRUE(auth->LoadRights());
         EXPECT_EQ(connection->steps, 1) << "reading begins no transaction: others go on writing";
         connection->countsAll = false;
-        connection->onStep = nullptr;
         EXPECT_EQ(auth->GetRight("Mail"), "v " + user);
         EXPECT_EQ(auth->GetRight("Eigen 'recht'"), "100%");
     }
@@ -162,8 +159,7 @@ TEST_F(Rights, AFailedSaveOrRenameChangesNothing) {
 class CheckLists : public ModelDatabase {};
 
 TEST_F(CheckLists, AreRewrittenWholeAndReadInOrder) {
-    clsCheckListType list(machine);
-    list.SetDbConnection(connection);
+    On<clsCheckListType> list(machine, connection);
     EXPECT_EQ(list.GetType("", "B"), 2);
     EXPECT_EQ(list.GetType("A", "B"), 0);
     EXPECT_EQ(list.CheckListTabType(), "A^B");
@@ -190,9 +186,7 @@ TEST_F(CheckLists, AreRewrittenWholeAndReadInOrder) {
               "Loonstrooktifloon;salaris");
     EXPECT_EQ(first.NumberToRecieve(), 3);
     const std::int32_t id = first.FieldId();
-    connection->FailStep(3);
-    EXPECT_THROW(list.UpdateCurrentType(), data::Error);
-    connection->onStep = nullptr;
+    connection->Failing(3, [&] { EXPECT_THROW(list.UpdateCurrentType(), data::Error); });
     EXPECT_EQ(Rows("select Id from tblCheckListFields").size(), 2u);
     list.UpdateCurrentType();
     list.GetType("A", "B");
@@ -210,11 +204,8 @@ TEST_F(CheckLists, AreNotReplacedByWhatCouldNotBeRead) {
         Sql("Insert into tblChecklistFields (TabType, intOrder) Values('A^" + std::string(tab) +
             "', 1)");
     const auto stored = Rows("select Id, TabType from tblCheckListFields");
-    clsCheckListType list(machine);
-    list.SetDbConnection(connection);
-    connection->FailStep(1);
-    EXPECT_EQ(list.GetType("A", "B"), -1);
-    connection->onStep = nullptr;
+    On<clsCheckListType> list(machine, connection);
+    connection->Failing(1, [&] { EXPECT_EQ(list.GetType("A", "B"), -1); });
     list.CreateField(2, "Nieuw", 1, "", "tif");
     EXPECT_THROW(list.UpdateCurrentType(), data::Error);
     EXPECT_EQ(list.GetType("A", "it's"), -1);

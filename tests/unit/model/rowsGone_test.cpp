@@ -22,8 +22,7 @@ protected:
 };
 
 TEST_F(RowsGone, ADocumentsUpdateAndDeletionAreRefused) {
-    model::clsDocument document(machine);
-    document.SetDatabaseObject(connection);
+    On<model::clsDocument> document(machine, connection);
     document.SetDocType("tif");
     ASSERT_TRUE(document.SaveNewRow());
     Sql("Insert into tblDocument (DocId, Description) Values (0, 'Document allready exists')");
@@ -52,12 +51,10 @@ TEST_F(RowsGone, ADocumentsUpdateAndDeletionAreRefused) {
 
 TEST_F(RowsGone, ADossiersUpdateDeletionAndRekeyingAreRefused) {
     Sql("Insert into tblDocument (DocId, ExternalId) Values (1, 'K')");
-    model::clsDossierDbRelations key(machine);
-    key.SetDbConnection(connection);
+    On<model::clsDossierDbRelations> key(machine, connection);
     key.SetDbKey("K");
     ASSERT_TRUE(key.SaveNewRow());
-    model::clsDossier dossier(machine);
-    dossier.SetDbConnection(connection);
+    On<model::clsDossier> dossier(machine, connection);
     dossier.SetDossierId(key.DossierId());
     dossier.SetTreeId(7);
     ASSERT_TRUE(dossier.SaveNewRow());
@@ -84,17 +81,12 @@ TEST_F(RowsGone, ADossiersUpdateDeletionAndRekeyingAreRefused) {
 }
 
 TEST_F(RowsGone, AfterAnOpenThatFailedTheRowBeforeIsLeftAlone) {
-    model::clsDossierDbRelations key(machine);
-    key.SetDbConnection(connection);
+    On<model::clsDossierDbRelations> key(machine, connection);
     key.SetDbKey("Jansen");
     ASSERT_TRUE(key.SaveNewRow());
     ASSERT_TRUE(key.OpenDataSource());
     key.SetDbKey("Pietersen");
-    const auto fail = [&] {
-        connection->FailStep(1);
-        EXPECT_FALSE(key.OpenDataSource());
-        connection->onStep = nullptr;
-    };
+    const auto fail = [&] { connection->Failing(1, [&] { EXPECT_FALSE(key.OpenDataSource()); }); };
     fail();
     const auto before = Rows("select * from tblDossierDbRelation");
     EXPECT_FALSE(key.UpdateCurrentRow() || key.DeleteCurrentRow() || key.Rekey("x"));

@@ -146,47 +146,15 @@ TEST_F(TwoProcesses, ABeginThatFailsEndsTheWorkAndIsLogged) {
     EXPECT_THROW(mine->DeleteItem(doomed, 0), data::Error);
     EXPECT_TRUE(connection->statements.empty());
     EXPECT_TRUE(machine.log.Has("Transaction", "Not begun"));
-    connection->FailStep(1);
-    EXPECT_THROW(mine->AddChildTab("x", root), data::Error);
-    connection->onStep = nullptr;
+    connection->Failing(1, [&] { EXPECT_THROW(mine->AddChildTab("x", root), data::Error); });
     EXPECT_EQ(Living(), before);
-}
-
-TEST_F(TwoProcesses, OneNewKeyGetsOneNumberAndOneTree) {
-    const auto ask = [&](const data::ConnectionPtr& on) {
-        auto key = std::make_unique<model::clsDossierDbRelations>(machine);
-        key->SetDbConnection(on);
-        key->SetDbKey("Nieuw");
-        EXPECT_TRUE(key->OpenDataSource() && key->Eof());
-        return key;
-    };
-    const auto first = ask(second), late = ask(connection); // both have looked
-    bool anothers = true;
-    EXPECT_TRUE(first->SaveNewKey(anothers) && !anothers);
-    EXPECT_TRUE(late->SaveNewKey(anothers) && anothers);
-    EXPECT_EQ(late->DossierId(), first->DossierId());
-    EXPECT_EQ(One("select DbRelId from tblDossierDbRelation where dbKey = 'Nieuw' and DbRelId > 0"),
-              std::to_string(first->DossierId()));
-    std::int32_t tree = 500;
-    for (const auto& on : {second, data::ConnectionPtr(connection)}) {
-        model::clsDossier dossier(machine);
-        dossier.SetDbConnection(on);
-        dossier.SetDossierId(first->DossierId());
-        dossier.SetTreeId(++tree);
-        EXPECT_TRUE(dossier.SaveFirstRow());
-        EXPECT_EQ(dossier.TreeId(), 501);
-    }
-    EXPECT_EQ(One("select TreeId from tblDossierRelations where RelId > 0 and DossierId = " +
-                  std::to_string(first->DossierId())),
-              "501");
 }
 
 TEST_F(TwoProcesses, DocumentsFollowTheirDossiersKey) {
     Sql("Insert into tblDocument (DocId, ExternalId) Values (1, 'Oud')");
     Sql("Insert into tblDocument (DocId, ExternalId) Values (2, 'Ander')");
     Sql("update tblDossierDbRelation set dbKey = 'Oud'");
-    model::clsDossierDbRelations relation(machine);
-    relation.SetDbConnection(connection);
+    On<model::clsDossierDbRelations> relation(machine, connection);
     relation.SetDbKey("Oud");
     ASSERT_TRUE(relation.OpenDataSource());
     const auto keys = [&] {
