@@ -244,6 +244,7 @@ TEST_F(Binder, TheQueueOfTheFirstDossierIsNotTheSecondOnes) {
     binder->SetCheckDocumentQueueId("");
     ASSERT_EQ(binder->OpenOrCreate("C", "", "", "", "A"), 0);
     machine.log.lines.clear();
+    File("queue\\A\\a.tif");
     ASSERT_EQ(Open("B"), 0);
     EXPECT_FALSE(machine.log.Has("fncCheckDocumentQueue")) << "that key was the other dossier's";
 }

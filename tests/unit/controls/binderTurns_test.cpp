@@ -78,7 +78,7 @@ TEST_F(Turns, TheLastDossierAskedForDuringALongLoadStays) {
         machine.busy.onPump = [&] {
             if (opened++ > 0) return;
             result = other.OpenOrCreate(key, "", "A;B", "", "");
-            EXPECT_EQ(binder->OpenOrCreate("small", "", "", "", ""), 0) << "nor another control";
+            EXPECT_EQ(binder->OpenOrCreate("large", "", "", "", ""), 0) << "nor another control";
             if (key == "large") other.treCorr().AddTab("Later", 0);
         };
         EXPECT_EQ(other.OpenOrCreate("large", "", "", "", ""), -6);

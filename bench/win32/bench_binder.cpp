@@ -1,0 +1,159 @@
+// The binder control made, a dossier of 1,000 documents opened in it and painted, against bare
+// windows of the same kinds that are made, filled with the same rows and painted.
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include <windows.h>
+
+#include <commctrl.h>
+#include <ole2.h>
+
+#include "bench/ratio.h"
+#include "controls/binder/ctrlCorrespondence.h"
+#include "controls/binder/win32/MakeBinderWindow.h"
+#include "controls/tree/ctrlTree.h"
+#include "data/embedded/EmbeddedDatabase.h"
+#include "model/clsItem.h"
+#include "model/clsTree.h"
+#include "platform/Workstation.h"
+#include "platform/win32/Variant.h"
+
+using namespace kavidex;
+
+namespace {
+
+constexpr int folders = 20, documents = 50; // in each
+constexpr RECT place{0, 0, 1000, 640};
+
+double Seconds(const std::chrono::steady_clock::time_point& start) {
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+void Paint(HWND window) {
+    RedrawWindow(window, nullptr, nullptr,
+                 RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN | RDW_UPDATENOW);
+}
+
+data::ConnectionPtr MakeDossier() {
+    const auto database = data::EmbeddedDatabase::CreateInMemory();
+    controls::ctrlCorrespondence binder(platform::TheWorkstation());
+    binder.SetDbConnection(database);
+    binder.OpenOrCreate("Bench", "Bench", "", "", "");
+    auto& tree = binder.treCorr();
+    database->BeginTrans();
+    for (int folder = 0; folder < folders; ++folder) {
+        const auto parent =
+            tree.AddTab("Folder " + std::to_string(folder), tree.Tree()->Item()->Id())->Id();
+        for (int i = 0; i < documents; ++i)
+            tree.Add(0, i % 2 ? "tif" : "pdf", nullptr, 1, "Document " + std::to_string(i), parent);
+    }
+    database->CommitTrans();
+    binder.CloseObject();
+    return database;
+}
+
+// Every window of the control, a parent before its children.
+struct Window {
+    std::wstring kind;
+    DWORD style, more;
+    RECT place;
+    std::size_t parent;
+};
+
+void Collect(HWND window, std::size_t parent, std::vector<Window>& all) {
+    wchar_t kind[64]{};
+    GetClassNameW(window, kind, 64);
+    WNDCLASSW known{};
+    const bool ours = !GetClassInfoW(nullptr, kind, &known);
+    RECT at{};
+    GetWindowRect(window, &at);
+    MapWindowPoints(nullptr, GetParent(window), reinterpret_cast<POINT*>(&at), 2);
+    const std::size_t index = all.size();
+    all.push_back(
+        {ours ? L"STATIC" : kind,
+         static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE)) & ~(ours ? 0xFFFFu : 0u),
+         static_cast<DWORD>(GetWindowLongPtrW(window, GWL_EXSTYLE)), at, parent});
+    for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
+        Collect(child, index, all);
+}
+
+struct Row {
+    std::wstring text;
+    bool folder;
+};
+
+void Insert(HWND view, std::vector<Row>& rows) {
+    SendMessageW(view, WM_SETREDRAW, FALSE, 0);
+    HTREEITEM root = nullptr, folder = nullptr;
+    for (auto& row : rows) {
+        TVINSERTSTRUCTW insert{};
+        insert.hParent = !root ? TVI_ROOT : row.folder ? root : folder;
+        insert.hInsertAfter = TVI_LAST;
+        insert.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM;
+        insert.item.pszText = row.text.data();
+        const auto item = TreeView_InsertItem(view, &insert);
+        if (!root) root = item;
+        if (row.folder) folder = item;
+    }
+    TreeView_Expand(view, root, TVE_EXPAND);
+    SendMessageW(view, WM_SETREDRAW, TRUE, 0);
+}
+
+double Bare(HWND host, const std::vector<Window>& plan, std::vector<Row>& rows) {
+    const auto start = std::chrono::steady_clock::now();
+    std::vector<HWND> made;
+    for (const auto& one : plan) {
+        const HWND parent = made.empty() ? host : made[one.parent];
+        made.push_back(CreateWindowExW(one.more, one.kind.c_str(), L"", one.style, one.place.left,
+                                       one.place.top, one.place.right - one.place.left,
+                                       one.place.bottom - one.place.top, parent, nullptr, nullptr,
+                                       nullptr));
+        if (one.kind == WC_TREEVIEWW) Insert(made.back(), rows);
+    }
+    Paint(host);
+    const double time = Seconds(start);
+    DestroyWindow(made.front());
+    return time;
+}
+
+double Ours(HWND host, const data::ConnectionPtr& database, std::vector<Window>* plan,
+            std::vector<Row>* rows) {
+    const auto start = std::chrono::steady_clock::now();
+    controls::ctrlCorrespondence binder(platform::TheWorkstation());
+    binder.SetDbConnection(database);
+    const auto window = controls::win32::MakeBinderWindow(binder, platform::TheWorkstation());
+    window->Create(host, place);
+    const bool opened = binder.OpenOrCreate("Bench", "", "", "", "") == 0;
+    Paint(host);
+    const double time = Seconds(start);
+    if (!opened) std::puts("the dossier was not opened");
+    if (plan) Collect(window->Handle(), 0, *plan);
+    if (rows)
+        for (const auto& item : binder.treCorr().AllItems())
+            rows->push_back({platform::win32::ToWide(item->Description()), item->AllowChildren()});
+    window->Destroy();
+    binder.CloseObject();
+    return time;
+}
+
+} // namespace
+
+int main() {
+    OleInitialize(nullptr);
+    const INITCOMMONCONTROLSEX kinds{sizeof kinds, ICC_WIN95_CLASSES};
+    InitCommonControlsEx(&kinds);
+    const HWND host =
+        CreateWindowExW(0, L"STATIC", L"", WS_OVERLAPPEDWINDOW | WS_VISIBLE | WS_CLIPCHILDREN, 0, 0,
+                        1040, 700, nullptr, nullptr, nullptr, nullptr);
+    const auto database = MakeDossier();
+    std::vector<Window> plan;
+    std::vector<Row> rows{{L"Bench", false}};
+    Ours(host, database, &plan, &rows);
+    std::printf("%zu windows, %zu rows\n", plan.size(), rows.size());
+    if (rows.size() != 1 + folders * (documents + 1)) return 1;
+    const bench::Times times =
+        bench::Measure([&] { return Ours(host, database, nullptr, nullptr); },
+                       [&] { return Bare(host, plan, rows); });
+    return bench::AtMost("binder with 1,000 documents / bare windows", times, 2.0) ? 0 : 1;
+}
