@@ -197,9 +197,11 @@ TEST_F(Intake, SplittingAndStaplingLoseNothingAtAnyFailingStep) {
         EXPECT_EQ(OurTemporaryFiles(), 0U) << where;
         return reached;
     };
+    // KAVIDEX_KILLS asks for every step, where some are enough otherwise.
+    const int stride = std::getenv("KAVIDEX_KILLS") ? 1 : 3;
     for (const bool staple : {false, true})
         for (const bool ofFiles : {true, false})
-            for (int step = 1; attempt(staple, ofFiles, step) && !HasFailure(); ++step)
+            for (int step = 1; attempt(staple, ofFiles, step) && !HasFailure(); step += stride)
                 ASSERT_LT(step, 300);
 }
 
