@@ -91,7 +91,7 @@ void ctrlCorrespondence::ShowSettings() {
 
 // What the host had set stays unless the user chose otherwise.
 void ctrlCorrespondence::TakeOptions(std::span<const std::string_view> changed) {
-    constexpr std::pair<std::string_view, void (ctrlTree::*)(const bool&)> setters[] = {
+    const std::pair<std::string_view, void (ctrlTree::*)(const bool&)> setters[] = {
         {"FullExpand", &ctrlTree::SetFullExpand},
         {"ShowNumberOfChildren", &ctrlTree::SetShowNumberOfChildren},
         {"OpenDoubleClick", &ctrlTree::SetOpenDoubleClick},
