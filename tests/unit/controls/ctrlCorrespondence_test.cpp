@@ -261,21 +261,19 @@ TEST_F(Binder, ShowsDocumentsElsewhereWhereTheWorkstationWantsThemThere) {
 TEST_F(Binder, FilesPagesBesideTheDocumentThatTheyComeFrom) {
     ASSERT_EQ(Open("key"), 0);
     auto& tree = binder->treCorr();
-    const auto post = tree.Add(0, "tab", nullptr, 0, "Post", Root());
-    ASSERT_EQ(
-        binder->AddFiles({File("polis.tif", tests::SmallTiff("abc"))}, "", post->Id(), false, true),
-        0);
+    const auto post = tree.AddTab("Post", Root());
+    ASSERT_EQ(binder->AddFiles({File("polis.tif", tests::SmallTiff("abc"))}, "", post->Id(), false,
+                               false),
+              0);
     binder->SetShowExternalViewer(true);
-    const auto scan = tree.GetItem(post->Id())->ChildCollection()->Items().front();
-    tree.NodeSelected(scan->Id());
+    tree.NodeSelected(post->ChildCollection()->Item(1)->Id());
     tree.NodeSelected(Root()); // the window stays
     bool done = false;
     binder->ExtViewer().EvExportPages.Raise(machine.Path("polis.tif"), {2, 3}, done);
     EXPECT_TRUE(done);
-    const auto filed = tree.GetItem(post->Id())->ChildCollection()->Items();
-    ASSERT_EQ(filed.size(), 2U);
-    EXPECT_EQ(filed.back()->Description(), "polis (2, 3)");
-    EXPECT_EQ(tree.Tree()->Item()->ChildCollection()->Items().size(), 1U);
+    ASSERT_EQ(post->ChildCollection()->Count(), 2);
+    EXPECT_EQ(post->ChildCollection()->Item(2)->Description(), "polis (2, 3)");
+    EXPECT_EQ(tree.Tree()->Item()->ChildCollection()->Count(), 1) << "nothing lies beside it";
 }
 
 TEST_F(Binder, ListsWhatWasPastedIntoTheShownFolder) {
