@@ -144,7 +144,6 @@ TEST_F(ViewerPages, MarksThatCannotBeKeptAreTold) {
     EXPECT_FALSE(Stored().Facts(1).hasMarks);
 
     // Another document has the page's place: its marks are gone while that is told.
-    viewer.ButtonClicked("Toolbox");
     Pages().Toolbox().ButtonClicked("HollowRectangle");
     Drag(room.OriginX() + 20, room.OriginY() + 20, room.OriginX() + 90, room.OriginY() + 60);
     machine.files.WriteAll(path, SmallTiff("a", 16, 8));
