@@ -279,7 +279,7 @@ TEST_F(Components, WhatCameForADossierNeverGoesIntoTheOneThatIsOpenedMeanwhile) 
                           }};
     binder->ButtonClicked("New");
     EXPECT_TRUE(Told("het dossier is gesloten"));
-    comesBack("Letter\n");
+    comesBack("Brief\n");
     merge = nullptr; // no letter is made of one client's values for another
     binder->ButtonClicked("New");
     EXPECT_EQ(Documents(), "");
