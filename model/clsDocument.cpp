@@ -279,10 +279,10 @@ void clsDocument::KeepFileOfAnotherRow(std::string_view target) const {
                               "clsDocument");
 }
 
-std::string clsDocument::CopyAside(std::string_view source) {
+std::string clsDocument::CopyAside(std::string_view source, bool atRest) {
     const std::string base = BaseFolder();
     MakeDateFolder(Machine(), base);
-    return Machine().files.CopyAside(source, MakeTypeFolder(base));
+    return Machine().files.CopyAside(source, MakeTypeFolder(base), atRest);
 }
 
 void clsDocument::PutInPlace(std::string_view copy) { Machine().files.Rename(copy, StorePath()); }

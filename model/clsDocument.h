@@ -100,7 +100,7 @@ public:
     // The two halves of AddDocument, for a document that has no number before its file is in the
     // store: a copy under a temporary name, whose path is given, then its final name, never one in
     // use.
-    std::string CopyAside(std::string_view source);
+    std::string CopyAside(std::string_view source, bool atRest = false);
     void PutInPlace(std::string_view copy);
     // Takes back what InsertNewRow wrote, for a document that could not be completed. Throws.
     bool IsNewRowThere() const;

@@ -82,10 +82,13 @@ public:
         FindStore();
         DescribeDocument();
         try {
-            lclCopy = lclDocument.CopyAside(lclRequest.source); // no lock is held meanwhile
+            // No lock is held meanwhile.
+            lclCopy = lclDocument.CopyAside(lclRequest.source, lclRequest.atRest);
         } catch (const platform::Error& error) {
-            lclResult.ofSource = error.Number() != platform::errors::diskFull &&
-                                 !IsReadable(lclWorkstation.files, lclRequest.source);
+            namespace errors = platform::errors;
+            lclResult.ofSource = error.Number() == errors::sharingViolation ||
+                                 (error.Number() != errors::diskFull &&
+                                  !IsReadable(lclWorkstation.files, lclRequest.source));
             throw;
         }
     }

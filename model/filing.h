@@ -30,6 +30,7 @@ struct FilingRequest {
     std::optional<MailInfo> mail;
     bool readOnly = false;
     bool deleteSource = false; // once everything is in place
+    bool atRest = false;       // refused while somebody still writes it
 };
 
 struct FilingResult {

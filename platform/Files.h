@@ -40,8 +40,10 @@ public:
     // replaced, or refused with errors::alreadyExists when `failIfExists`.
     virtual void Copy(std::string_view source, std::string_view target, bool failIfExists) = 0;
     // The first half of that: a whole, flushed copy under a new temporary name in `folder`, whose
-    // path is given. Rename puts it in place.
-    virtual std::string CopyAside(std::string_view source, std::string_view folder) = 0;
+    // path is given. Rename puts it in place. `atRest`: a source that somebody has open to write is
+    // refused with errors::sharingViolation, where the system tells.
+    virtual std::string CopyAside(std::string_view source, std::string_view folder,
+                                  bool atRest = false) = 0;
     // Within one volume, on disk when it returns; an existing target is refused with
     // errors::alreadyExists.
     virtual void Rename(std::string_view from, std::string_view to) = 0;

@@ -232,6 +232,7 @@ void Filer::FileDocument(const std::vector<IntakeEntry>& entries, std::size_t at
     request.externalId = run.key;
     request.baseSaveDirectory = run.store;
     request.deleteSource = what.ours;
+    request.atRest = what.comesBack; // a device may be at it
     request.description = what.description;
     if (request.description.empty() && what.scanned)
         request.description = lclSite.Text("Gescand document");

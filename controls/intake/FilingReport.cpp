@@ -1,5 +1,8 @@
 #include "controls/intake/FilingReport.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "controls/common/Listed.h"
 #include "platform/Error.h"
 #include "platform/Log.h"
@@ -39,6 +42,12 @@ std::string CauseOf(const IntakeSite& site, const std::string& file, std::int32_
 std::string CauseInSource(const IntakeSite& site, const std::string& file, std::int32_t number) {
     namespace errors = platform::errors;
     constexpr auto nameTooLong = static_cast<std::int32_t>(0x800700CE);
+    // Of a drive that is not ready, and of shares and networks that are not there (any more).
+    constexpr std::uint32_t away[] = {0x80070015, 0x80070033, 0x80070035, 0x80070037, 0x8007003B,
+                                      0x80070040, 0x80070043, 0x800704CF, 0x800704D0};
+    if (std::find(std::begin(away), std::end(away), static_cast<std::uint32_t>(number)) !=
+        std::end(away))
+        return site.Text("$%$: niet bereikbaar", {file});
     switch (number) {
     case errors::notFound:
     case errors::pathNotFound:

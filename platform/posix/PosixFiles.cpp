@@ -214,7 +214,7 @@ void PosixFiles::Copy(std::string_view source, std::string_view target, bool fai
     if (failed) Fail(failed, action, source, target);
 }
 
-std::string PosixFiles::CopyAside(std::string_view source, std::string_view folder) {
+std::string PosixFiles::CopyAside(std::string_view source, std::string_view folder, bool) {
     constexpr std::string_view action = "copy";
     const std::string native = Checked(folder, action);
     FileInfo info{};

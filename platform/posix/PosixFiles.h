@@ -12,7 +12,7 @@ public:
     bool DirectoryExists(std::string_view path) override;
     void CreateDirectories(std::string_view path) override;
     void Copy(std::string_view source, std::string_view target, bool failIfExists) override;
-    std::string CopyAside(std::string_view source, std::string_view folder) override;
+    std::string CopyAside(std::string_view source, std::string_view folder, bool atRest) override;
     void Rename(std::string_view from, std::string_view to) override;
     void Remove(std::string_view path) override;
     std::uint64_t Size(std::string_view path) override;

@@ -198,10 +198,11 @@ void WindowsFiles::Copy(std::string_view source, std::string_view target, bool f
     if (failed) Fail(failed, action, source, target);
 }
 
-std::string WindowsFiles::CopyAside(std::string_view source, std::string_view folder) {
+std::string WindowsFiles::CopyAside(std::string_view source, std::string_view folder, bool atRest) {
     constexpr std::string_view action = "copy";
     const std::wstring wide = Checked(JoinPath(folder, "*"), action);
-    const FileHandle from = OpenForReading(source, action);
+    const FileHandle from =
+        OpenForReading(source, action, atRest ? FILE_SHARE_READ | FILE_SHARE_DELETE : withAll);
     NewFile copy(FolderPart(wide));
     std::wstring name;
     DWORD failed = Fill(copy, from, source, folder, action);

@@ -33,12 +33,12 @@ public:
         FaultyFiles::Copy(source, target, failIfExists);
         if (Due()) Die();
     }
-    std::string CopyAside(std::string_view source, std::string_view folder) override {
+    std::string CopyAside(std::string_view source, std::string_view folder, bool atRest) override {
         if (Due()) {
             FaultyFiles::WriteAll(std::string(folder) + "\\cut.tmp", "cut off");
             Die();
         }
-        std::string copy = FaultyFiles::CopyAside(source, folder);
+        std::string copy = FaultyFiles::CopyAside(source, folder, atRest);
         if (Due()) Die();
         return copy;
     }

@@ -40,9 +40,9 @@ public:
         Count("Copy", source, target);
         lclReal.Copy(source, target, failIfExists);
     }
-    std::string CopyAside(std::string_view source, std::string_view folder) override {
+    std::string CopyAside(std::string_view source, std::string_view folder, bool atRest) override {
         Count("CopyAside", source, folder);
-        return lclReal.CopyAside(source, folder);
+        return lclReal.CopyAside(source, folder, atRest);
     }
     void Rename(std::string_view from, std::string_view to) override {
         Count("Rename", from, to);

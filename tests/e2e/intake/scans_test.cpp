@@ -130,6 +130,11 @@ TEST_F(Scans, WithoutTheControlTheFolderIsAskedForAndTheQueueFiledFromHere) {
     const NoScanner without;
     Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
     const auto scan = File("queue\\key\\a.tif", SmallTiff("a"));
+    const auto written = File("queue\\key\\b.tif", SmallTiff("b"));
+    const HANDLE device = CreateFileW(ToWide(written).c_str(), GENERIC_WRITE,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(device, INVALID_HANDLE_VALUE);
     ASSERT_TRUE(binder.AddItem(0, "tab", nullptr, 0, "Scans", 0));
     {
         const User user({{L"Map kiezen", [](HWND dialog) { User::Press(dialog, IDCANCEL); }}});
@@ -143,8 +148,11 @@ TEST_F(Scans, WithoutTheControlTheFolderIsAskedForAndTheQueueFiledFromHere) {
                           User::Press(dialog, IDOK);
                       }}});
     EXPECT_EQ(binder.fncCheckDocumentQueue({}), 0);
+    CloseHandle(device);
     EXPECT_EQ(Outline(), "Scans|tab\n.Gescand document|tif\n");
     EXPECT_FALSE(machine.files.FileExists(scan));
+    EXPECT_TRUE(Told(written + ": in gebruik bij een ander programma"));
+    EXPECT_TRUE(machine.files.FileExists(written)) << "the next look takes it in whole";
 }
 
 TEST_F(Scans, ABacklogIsTakenInOnceWithTheNamesOfItsIndex) {

@@ -224,6 +224,10 @@ TEST_F(Intake, TellsAStoreThatIsGoneFromASourceThatIs) {
     Setting("Storage", "DocumentPath", machine.Path("store"));
     EXPECT_EQ(binder->AddFiles({file + "x"}, "", 0, false, true), addFiles::noFile);
     EXPECT_TRUE(Told("Bestand niet gevonden: " + file + "x"));
+    machine.files.FailAt(1, static_cast<std::int32_t>(0x80070040)); // a network name is gone
+    EXPECT_EQ(binder->AddFiles({file}, "", 0, false, true), addFiles::noFile);
+    EXPECT_TRUE(Told(file + ": niet bereikbaar"));
+    machine.files.FailAt(0);
     machine.files.refused = "CopyAside";
     EXPECT_EQ(binder->AddFiles({file}, "", 0, false, true), addFiles::notFiled);
     EXPECT_TRUE(Told(file + ": geen toegang tot de documentopslag"));
