@@ -230,6 +230,9 @@ TEST_F(OutputTest, MailsTheSelectionAndFilesWhatWasSent) {
     const auto sent = sender.sent.size();
     Choose({letters}, "mnuMail");
     EXPECT_EQ(sender.sent.size(), sent) << "a folder without its contents is nothing to send";
+    sender.fails = false;
+    EXPECT_TRUE(Choose({root}, "mnuMail")) << "the whole dossier";
+    EXPECT_EQ(sender.sent.back(), "scan;fax;memo;jan@example.nl");
     tree.SetShowMail(false);
     EXPECT_FALSE(Choose({scan}, "mnuMail"));
     EXPECT_EQ(sender.filed.size(), filed);
