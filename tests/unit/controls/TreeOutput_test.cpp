@@ -209,15 +209,14 @@ TEST_F(OutputTest, MailsTheSelectionAndFilesWhatWasSent) {
     EXPECT_EQ(sender.folders.back(), letters);
     EXPECT_TRUE(machine.log.Has("Mail", "Elders"));
 
-    const auto filed = sender.filed.size();
     const auto id = tree.TreeId();
-    sender.onSend = [&] {
-        tree.SetTreeId(0);
-        tree.SetTreeId(id);
-    };
+    sender.folders.clear();
+    sender.onSend = [&] { tree.SetTreeId(0); };
     Choose({scan}, "mnuMail");
-    EXPECT_EQ(LastTold(), "mail.msg: niet opgeslagen") << "another dossier stands here by now";
+    EXPECT_EQ(sender.folders, std::vector{letters}) << "of the dossier that it was sent from";
     sender.onSend = nullptr;
+    tree.SetTreeId(id);
+    const auto filed = sender.filed.size();
     machine.messages.answers = {platform::Answer::No};
     Choose({scan}, "mnuMail");
     sender.result.outcome = MailOutcome::LogonFailed;

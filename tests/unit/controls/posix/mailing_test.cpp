@@ -209,10 +209,10 @@ TEST_F(Mailing, WhatIsMailedIsOfTheDossierThatWasOpenWhenTheQuestionCame) {
     };
     Choose({letters}, "mnuMail");
     EXPECT_EQ(names, std::vector<std::string>{"memo.doc"}) << Told();
-    EXPECT_FALSE(tree.GetItem(0, "Emailing ")) << "it went back to the one that it came from";
+    EXPECT_FALSE(tree.GetItem(0, "Emailing")) << "it went back to the one that it came from";
     tree.SetDbConnection(database);
     tree.SetTreeId(before);
-    EXPECT_TRUE(tree.GetItem(0, "Emailing "));
+    EXPECT_TRUE(tree.GetItem(0, "Emailing"));
 }
 
 TEST_F(Mailing, WhatCannotBeReadIsNamedAndTheRestGoes) {
