@@ -95,7 +95,7 @@ private:
         for (int attempt = 1; attempt <= searchAttempts; ++attempt) {
             auto saved = Attempt(attempt == searchAttempts);
             if (!saved.empty()) return saved;
-            busy.Progress(attempt, searchAttempts);
+            busy.Progress(attempt, 0); // how long it takes is not known
             if (busy.StopAsked()) {
                 Note("The user stopped the search");
                 break;

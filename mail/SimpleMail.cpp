@@ -19,6 +19,7 @@ SimpleOutcome SimpleOutcomeOf(unsigned long code) {
     case simple::success: return SimpleOutcome::Sent;
     case simple::userAbort: return SimpleOutcome::NotSent;
     case simple::logonFailure: return SimpleOutcome::LogonFailed;
+    case simple::notSupported: return SimpleOutcome::NoProgram;
     default:
         throw platform::Error(platform::errors::fail,
                               "The mail program answered " + std::to_string(code));

@@ -13,6 +13,7 @@ enum class SimpleOutcome {
     Sent, // or handed over: more is not told
     NotSent,
     LogonFailed,
+    NoProgram, // none that could take it
 };
 
 class SimpleMail {
@@ -34,7 +35,8 @@ BodyWithPlaces WithPlaces(std::string_view body, std::size_t attachments);
 SimpleOutcome SimpleOutcomeOf(unsigned long code); // throws platform::Error
 
 namespace simple {
-constexpr unsigned long success = 0, userAbort = 1, logonFailure = 3, unicodeNotSupported = 27;
+constexpr unsigned long success = 0, userAbort = 1, logonFailure = 3, notSupported = 26,
+                        unicodeNotSupported = 27;
 }
 
 } // namespace kavidex::mail

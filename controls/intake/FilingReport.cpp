@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "controls/common/Causes.h"
 #include "controls/common/Listed.h"
 #include "platform/Error.h"
 #include "platform/Log.h"
@@ -27,16 +28,8 @@ std::int32_t TellNotAdded(const IntakeSite& site, const FilingReport& report) {
 }
 
 std::string CauseOf(const IntakeSite& site, const std::string& file, std::int32_t number) {
-    namespace errors = platform::errors;
-    switch (number) {
-    case errors::notFound:
-    case errors::pathNotFound: return site.Text("$%$: bestand of map niet gevonden", {file});
-    case errors::accessDenied: return site.Text("$%$: geen toegang", {file});
-    case errors::sharingViolation:
-        return site.Text("$%$: in gebruik bij een ander programma", {file});
-    case errors::diskFull: return site.Text("$%$: de schijf is vol", {file});
-    default: return site.Text("$%$: niet opgeslagen", {file});
-    }
+    return CauseOf(TranslationBy(site.Translate()), file, number)
+        .value_or(site.Text("$%$: niet opgeslagen", {file}));
 }
 
 std::string CauseInSource(const IntakeSite& site, const std::string& file, std::int32_t number) {

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "controls/common/Causes.h"
 #include "controls/common/Listed.h"
 #include "controls/common/OperationLock.h"
 #include "controls/common/Translator.h"
@@ -69,13 +70,19 @@ private:
             if (!step()) return false;
             try {
                 const auto file = look.Of(item);
-                if (!file.HasFile()) throw platform::Error(file.number, file.error);
+                if (!file.HasFile())
+                    throw platform::Error(file.outcome == model::DocumentLook::FileMissing
+                                              ? platform::errors::notFound
+                                              : file.number,
+                                          file.error);
                 auto made = attachments.Make({item.ItemType(), file.path, name}, step);
                 if (!made) return false;
                 lclMail.attachments.push_back(std::move(*made));
             } catch (const std::exception& error) {
                 lclWorkstation.log.Write("Mail", name + ": " + error.what());
-                lclLeftOut.push_back(name + ": " + error.what());
+                const auto* ours = dynamic_cast<const platform::Error*>(&error);
+                lclLeftOut.push_back(CauseOf(lclTranslation, name, ours ? ours->Number() : 0)
+                                         .value_or(name + ": " + error.what()));
             }
         }
         return true;
@@ -118,6 +125,10 @@ private:
         case mail::SimpleOutcome::Sent: result.outcome = MailOutcome::Sent; break;
         case mail::SimpleOutcome::NotSent: break;
         case mail::SimpleOutcome::LogonFailed: result.outcome = MailOutcome::LogonFailed; break;
+        case mail::SimpleOutcome::NoProgram:
+            throw platform::Error(
+                platform::errors::fail,
+                Text("Op deze computer is geen e-mailprogramma dat het bericht kan versturen"));
         }
         return result;
     }

@@ -96,7 +96,8 @@ struct ctrlTree::MenuContext {
     bool ClipboardHasFiles() const { return tree.lclWorkstation.clipboard.HasFiles(); }
     bool MayMail() const { return tree.lclMail && tree.MayUser(UserAction::Mail); }
     bool HasDocuments() const {
-        return tree.HasDocuments(ids) && ForAll([](std::int32_t one) { return one > 0; });
+        return tree.HasDocuments(ids) &&
+               std::all_of(ids.begin(), ids.end(), [](std::int32_t one) { return one > 0; });
     }
     void Mail(bool asPdf) const { tree.Mail(asPdf); }
     void Print() const { tree.Print(); }

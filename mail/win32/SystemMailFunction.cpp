@@ -172,7 +172,7 @@ ULONG CallEither(const OutgoingMail& mail, HWND owner) {
     }
     if (const auto narrow = library.Function<char>("MAPISendMail"))
         return Call(narrow, mail, owner);
-    throw platform::Error(platform::errors::notFound, "This system has no simple mail.");
+    return simple::notSupported;
 }
 
 // The host's window is closed to the user while the mail is shown.

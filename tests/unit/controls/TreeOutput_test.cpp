@@ -209,15 +209,14 @@ TEST_F(OutputTest, MailsTheSelectionAndFilesWhatWasSent) {
     EXPECT_EQ(sender.folders.back(), letters);
     EXPECT_TRUE(machine.log.Has("Mail", "Elders"));
 
-    const auto filed = sender.filed.size();
     const auto id = tree.TreeId();
-    sender.onSend = [&] {
-        tree.SetTreeId(0);
-        tree.SetTreeId(id);
-    };
+    sender.folders.clear();
+    sender.onSend = [&] { tree.SetTreeId(0); };
     Choose({scan}, "mnuMail");
-    EXPECT_EQ(LastTold(), "mail.msg: niet opgeslagen") << "another dossier stands here by now";
+    EXPECT_EQ(sender.folders, std::vector{letters}) << "of the dossier that it was sent from";
     sender.onSend = nullptr;
+    tree.SetTreeId(id);
+    const auto filed = sender.filed.size();
     machine.messages.answers = {platform::Answer::No};
     Choose({scan}, "mnuMail");
     sender.result.outcome = MailOutcome::LogonFailed;
@@ -230,6 +229,9 @@ TEST_F(OutputTest, MailsTheSelectionAndFilesWhatWasSent) {
     const auto sent = sender.sent.size();
     Choose({letters}, "mnuMail");
     EXPECT_EQ(sender.sent.size(), sent) << "a folder without its contents is nothing to send";
+    sender.fails = false;
+    EXPECT_TRUE(Choose({root}, "mnuMail")) << "the whole dossier";
+    EXPECT_EQ(sender.sent.back(), "scan;fax;memo;jan@example.nl");
     tree.SetShowMail(false);
     EXPECT_FALSE(Choose({scan}, "mnuMail"));
     EXPECT_EQ(sender.filed.size(), filed);

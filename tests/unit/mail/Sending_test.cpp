@@ -254,6 +254,7 @@ TEST(SimpleMail, PutsAttachmentsBehindTheTextAndKnowsTheAnswers) {
     EXPECT_EQ(SimpleOutcomeOf(0), SimpleOutcome::Sent);
     EXPECT_EQ(SimpleOutcomeOf(1), SimpleOutcome::NotSent);
     EXPECT_EQ(SimpleOutcomeOf(3), SimpleOutcome::LogonFailed);
+    EXPECT_EQ(SimpleOutcomeOf(26), SimpleOutcome::NoProgram);
     EXPECT_THROW(SimpleOutcomeOf(2), platform::Error);
 }
 

@@ -209,10 +209,10 @@ TEST_F(Mailing, WhatIsMailedIsOfTheDossierThatWasOpenWhenTheQuestionCame) {
     };
     Choose({letters}, "mnuMail");
     EXPECT_EQ(names, std::vector<std::string>{"memo.doc"}) << Told();
-    EXPECT_FALSE(tree.GetItem(0, "Emailing ")) << "it went back to the one that it came from";
+    EXPECT_FALSE(tree.GetItem(0, "Emailing")) << "it went back to the one that it came from";
     tree.SetDbConnection(database);
     tree.SetTreeId(before);
-    EXPECT_TRUE(tree.GetItem(0, "Emailing "));
+    EXPECT_TRUE(tree.GetItem(0, "Emailing"));
 }
 
 TEST_F(Mailing, WhatCannotBeReadIsNamedAndTheRestGoes) {
@@ -223,7 +223,8 @@ TEST_F(Mailing, WhatCannotBeReadIsNamedAndTheRestGoes) {
     program.sends = false;
     Choose({gone, damaged, memo}, "mnuMail");
     EXPECT_EQ(names, std::vector<std::string>{"memo.doc"});
-    EXPECT_EQ(LastTold().find("Niet bijgevoegd: \r\nweg: "), 0u) << LastTold();
+    EXPECT_EQ(LastTold().find("Niet bijgevoegd: \r\nweg: bestand of map niet gevonden\r\n"), 0u)
+        << LastTold();
     EXPECT_NE(LastTold().find("\r\nstuk: "), std::string::npos) << LastTold();
     names.clear();
     std::vector<std::int32_t> many{gone, damaged};
@@ -273,6 +274,10 @@ TEST_F(Mailing, AnotherMailProgramGetsItBySimpleMail) {
     Choose({memo}, "mnuMail");
     EXPECT_EQ(LastTold(), "Aanmelden voor email mislukt!");
     EXPECT_EQ(machine.messages.shown.back().icon, platform::Icon::Information);
+    simple->outcome = mail::SimpleOutcome::NoProgram;
+    Choose({memo}, "mnuMail");
+    EXPECT_EQ(machine.messages.shown.back().caption, "Error sending mail");
+    EXPECT_NE(LastTold().find("geen e-mailprogramma"), std::string::npos) << LastTold();
 }
 
 TEST(MailingFromTheBinder, FilesTheSentMailAsItsIntakeDoes) {

@@ -1,0 +1,16 @@
+// What went wrong with a file, where a user can do something about it.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "data/Texts.h"
+
+namespace kavidex::controls {
+
+// Null for any other number of an error.
+std::optional<std::string> CauseOf(const data::Translation& translation, const std::string& file,
+                                   std::int32_t number);
+
+} // namespace kavidex::controls
