@@ -35,7 +35,7 @@ ControlFrame::ControlFrame(HWND owner, const wchar_t* progId, const std::string&
     ReleaseDC(nullptr, screen);
     lclWindow = CreateWindowExW(
         0, className, ToWide(title).c_str(), WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
-        CW_USEDEFAULT, MulDiv(720, dpi, 96), MulDiv(480, dpi, 96), owner, nullptr, module, this);
+        CW_USEDEFAULT, MulDiv(780, dpi, 96), MulDiv(500, dpi, 96), owner, nullptr, module, this);
     if (!lclWindow) throw platform::Error(platform::errors::fail, "no window", "kavidex-host");
     try {
         lclSite = new platform::win32::ControlSite(lclWindow);

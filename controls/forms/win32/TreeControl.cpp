@@ -1,4 +1,5 @@
 // A tree of items.
+#include <algorithm>
 #include <cstring>
 #include <unordered_map>
 
@@ -45,8 +46,7 @@ public:
 
     void ShowLook() override {
         FieldControl::ShowLook();
-        SendMessageW(lclWindow, TVM_SETIMAGELIST, TVSIL_NORMAL,
-                     reinterpret_cast<LPARAM>(lclLook.Pictures()));
+        ShowPictures();
     }
 
     void Show(Aspect aspect) override {
@@ -165,8 +165,18 @@ private:
         return data;
     }
 
+    // Without any there is no room for them either.
+    void ShowPictures() {
+        const auto& items = lclField.Items();
+        const bool any = std::any_of(items.begin(), items.end(),
+                                     [](const Item& item) { return !item.icon.empty(); });
+        SendMessageW(lclWindow, TVM_SETIMAGELIST, TVSIL_NORMAL,
+                     reinterpret_cast<LPARAM>(any ? lclLook.Pictures() : nullptr));
+    }
+
     void Fill() {
         lclWatched = nullptr;
+        ShowPictures();
         SendMessageW(lclWindow, WM_SETREDRAW, FALSE, 0);
         SendMessageW(lclWindow, TVM_DELETEITEM, 0, reinterpret_cast<LPARAM>(TVI_ROOT));
         lclNodes.clear();
