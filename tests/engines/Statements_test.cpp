@@ -10,11 +10,11 @@
 #include "data/clsSettings.h"
 #include "data/clsTable.h"
 #include "data/embedded/EmbeddedDatabase.h"
-#include "data/rows/ClientRecordset.h"
 #include "data/schema/clsUpdateDb.h"
 #include "data/schema/modDataBase.h"
 #include "data/schema/schema.h"
 #include "tests/engines/EveryStatement.h"
+#include "tests/fakes/MemoryRows.h"
 
 namespace kavidex::tests {
 
@@ -37,14 +37,6 @@ const Form forms[] = {
      "CREATE TABLE tblCheckListFields ( Id BIGINT AUTO_INCREMENT"},
 };
 
-// No tables yet: the check creates them all.
-RecordsetPtr NoTables(Schema) {
-    auto fields = std::make_shared<std::vector<Field>>(2);
-    (*fields)[0].name = "TABLE_TYPE";
-    (*fields)[1].name = "TABLE_NAME";
-    return std::make_unique<ClientRecordset>(ResultRows{fields, RowStore(2)}, nullptr);
-}
-
 void CreateIn(const Form& form, const platform::Workstation& machine,
               std::vector<std::string>& all) {
     if (form.dialect == schema::Dialect::Access) {
@@ -53,7 +45,7 @@ void CreateIn(const Form& form, const platform::Workstation& machine,
         return;
     }
     const auto recorder = std::make_shared<RecordingConnection>(form.dbmsName);
-    recorder->schemaAnswer = &NoTables;
+    recorder->schemaAnswer = [](Schema) { return TableRows({}); }; // it creates them all
     clsSettings settings(machine);
     settings.SetDbConnection(recorder);
     CheckAndCreateDatabase(machine, recorder, settings, form.dialect == schema::Dialect::MySql);
