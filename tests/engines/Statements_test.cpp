@@ -15,6 +15,7 @@
 #include "data/schema/schema.h"
 #include "tests/engines/EveryStatement.h"
 #include "tests/fakes/MemoryRows.h"
+#include "tests/fakes/On.h"
 
 namespace kavidex::tests {
 
@@ -46,8 +47,7 @@ void CreateIn(const Form& form, const platform::Workstation& machine,
     }
     const auto recorder = std::make_shared<RecordingConnection>(form.dbmsName);
     recorder->schemaAnswer = [](Schema) { return TableRows({}); }; // it creates them all
-    clsSettings settings(machine);
-    settings.SetDbConnection(recorder);
+    On<clsSettings> settings(machine, recorder);
     CheckAndCreateDatabase(machine, recorder, settings, form.dialect == schema::Dialect::MySql);
     all.insert(all.end(), recorder->statements.begin(), recorder->statements.end());
 }
@@ -56,18 +56,14 @@ void CreateIn(const Form& form, const platform::Workstation& machine,
 void WorkIn(const Form& form, const platform::Workstation& machine, std::vector<std::string>& all) {
     const auto recorder =
         std::make_shared<RecordingConnection>(form.dbmsName, EmbeddedDatabase::CreateInMemory());
-    clsUpdateDb upgrade(machine);
-    upgrade.SetDbConnection(recorder);
-    upgrade.fncUpdateDb();
-    clsSettings settings(machine);
-    settings.SetDbConnection(recorder);
+    On<clsUpdateDb>(machine, recorder).fncUpdateDb();
+    On<clsSettings> settings(machine, recorder);
     std::string value;
     settings.SetSetting("Storage", "DocumentPath", "D:\\Archief");
     settings.SetSetting("Build", "DbVersion", currentVersion);
     settings.GetSetting("Storage", "DocumentPath", value);
     settings.DeleteSetting("Build", "DbVersion");
-    clsTable table(machine);
-    table.SetDbConnection(recorder);
+    On<clsTable> table(machine, recorder);
     table.SetTableName("tblDocument");
     std::int32_t id = 0;
     if (table.OpenDbConnection() && table.SaveNewRow("Id", "DocGuid", id, "DocId"))
