@@ -24,15 +24,13 @@ struct DataLayerOverEngines : EngineTest {
     }
     void CreateSchema() {
         if (engine.ComesWithSchema()) return;
-        clsSettings settings(machine);
-        settings.SetDbConnection(connection);
+        On<clsSettings> settings(machine, connection);
         EXPECT_EQ(
             CheckAndCreateDatabase(machine, connection, settings, IsMySqlConnection(connection)),
             1);
     }
     std::string Setting(const std::string& section, const std::string& key) {
-        clsSettings settings(machine);
-        settings.SetDbConnection(connection);
+        On<clsSettings> settings(machine, connection);
         std::string value;
         return settings.GetSetting(section, key, value) ? value : "(none)";
     }
@@ -112,8 +110,7 @@ TEST_P(DataLayerOverEngines, EveryHostileTextComesBackAsItWas) {
 
 TEST_P(DataLayerOverEngines, SettingsAreInsertedUpdatedWalkedAndDeleted) {
     EXPECT_EQ(Setting("Build", "DbVersion"), "1.0.8") << Logged();
-    clsSettings settings(machine);
-    settings.SetDbConnection(connection);
+    On<clsSettings> settings(machine, connection);
     settings.SetSetting("Storage", "DocumentPath", "een");
     settings.SetSetting("storage", "documentpath", "twee"); // found without case, updated
     EXPECT_EQ(Setting("STORAGE", "DocumentPath"), "twee");
@@ -152,8 +149,7 @@ TEST_P(DataLayerOverEngines, TheSchemaIsThereOnceAndOnlyOnce) {
     EXPECT_NE(connection->DefaultDatabase(), "");
     for (const schema::Table& table : schema::Tables())
         EXPECT_GE(Count(std::string(table.name)), 0) << table.name;
-    clsSettings settings(machine);
-    settings.SetDbConnection(connection);
+    On<clsSettings> settings(machine, connection);
     EXPECT_EQ(CheckAndCreateDatabase(machine, connection, settings, IsMySqlConnection(connection)),
               0);
 
@@ -165,11 +161,8 @@ TEST_P(DataLayerOverEngines, TheSchemaIsThereOnceAndOnlyOnce) {
 }
 
 TEST_P(DataLayerOverEngines, TableRowsAreMadeByGuidChangedAndRemoved) {
-    clsUpdateDb upgrade(machine); // brings the GUID columns
-    upgrade.SetDbConnection(connection);
-    upgrade.fncUpdateDb();
-    clsTable table(machine);
-    table.SetDbConnection(connection);
+    On<clsUpdateDb>(machine, connection).fncUpdateDb(); // brings the GUID columns
+    On<clsTable> table(machine, connection);
     table.SetTableName("tblDocument");
     table.SetOrdering("Id");
     ASSERT_TRUE(table.OpenDbConnection()) << Logged();
@@ -199,8 +192,7 @@ TEST_P(DataLayerOverEngines, TableRowsAreMadeByGuidChangedAndRemoved) {
 }
 
 TEST_P(DataLayerOverEngines, TheUpgradeChainReachesTheCurrentVersionOnce) {
-    clsUpdateDb upgrade(machine);
-    upgrade.SetDbConnection(connection);
+    On<clsUpdateDb> upgrade(machine, connection);
     upgrade.fncUpdateDb();
     EXPECT_EQ(Setting("Build", "DbVersion"), currentVersion) << Logged();
     const std::int64_t translations = Count("tblTranslations");

@@ -25,25 +25,20 @@ private:
     FakeWorkstation lclMachine;
 };
 
+std::string DriverOf(const std::string& connectionString) {
+    const auto start = connectionString.find('=') + 1;
+    return connectionString.substr(start, connectionString.find(';') - start);
+}
+
+// `strict`: behind a driver with other manners.
+template <bool strict>
 class MariaDbDatabase : public TestDatabase {
-public:
-    ConnectionPtr Connect() override { return data::OpenOdbc(lclDatabase.ConnectionString()); }
-
-private:
-    MySqlDatabase lclDatabase{MariaDbServer::Instance().ConnectionString("")};
-};
-
-// The same server behind a driver with other manners.
-class StrictDatabase : public TestDatabase {
 public:
     ConnectionPtr Connect() override {
         const std::string usual = lclDatabase.ConnectionString();
+        if (!strict) return data::OpenOdbc(usual);
         ::setenv("KAVIDEX_STRICT_OVER", DriverOf(usual).c_str(), 1);
         return data::OpenOdbc("DRIVER=" KAVIDEX_STRICT_DRIVER + usual.substr(usual.find(';')));
-    }
-    static std::string DriverOf(const std::string& connectionString) {
-        const auto start = connectionString.find('=') + 1;
-        return connectionString.substr(start, connectionString.find(';') - start);
     }
 
 private:
@@ -93,7 +88,7 @@ std::string MissingMariaDb() { return MariaDbServer::Instance().Missing(); }
 std::string MissingStrict() {
     const MariaDbServer& server = MariaDbServer::Instance();
     if (!server.Missing().empty()) return server.Missing();
-    const std::string driver = StrictDatabase::DriverOf(server.ConnectionString(""));
+    const std::string driver = DriverOf(server.ConnectionString(""));
     return driver[0] == '/' ? "" : "the file of MariaDB's ODBC driver is not known";
 }
 std::string MissingSqlServer() {
@@ -106,8 +101,8 @@ std::string MissingSqlServer() {
 const std::vector<Engine>& Engines() {
     static const std::vector<Engine> engines = {
         {"embedded", Dialect::Access, &Nothing, &Make<EmbeddedFile>},
-        {"mariadb", Dialect::MySql, &MissingMariaDb, &Make<MariaDbDatabase>},
-        {"strict", Dialect::MySql, &MissingStrict, &Make<StrictDatabase>},
+        {"mariadb", Dialect::MySql, &MissingMariaDb, &Make<MariaDbDatabase<false>>},
+        {"strict", Dialect::MySql, &MissingStrict, &Make<MariaDbDatabase<true>>},
         {"sqlserver", Dialect::SqlServer, &MissingSqlServer, &Make<SqlServerDatabase>},
     };
     return engines;

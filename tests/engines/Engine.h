@@ -10,6 +10,7 @@
 #include "data/Connection.h"
 #include "data/schema/schema.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/On.h"
 
 namespace kavidex::tests {
 

@@ -26,6 +26,7 @@
 #include "model/uniqueNumber.h"
 #include "model/userRights.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/On.h"
 #include "tests/fakes/RecordingConnection.h"
 
 namespace kavidex::tests {
@@ -65,9 +66,7 @@ public:
     EveryStatement(FakeWorkstation& workstation, const std::string& dbmsName)
         : machine(workstation), kept(data::EmbeddedDatabase::CreateInMemory()),
           connection(std::make_shared<Stepwise>(dbmsName, kept)) {
-        data::clsUpdateDb update(machine);
-        update.SetDbConnection(kept);
-        update.fncUpdateDb();
+        On<data::clsUpdateDb>(machine, kept).fncUpdateDb();
         machine.files.CreateDirectories(machine.Path("store"));
         kept->Execute("insert into tblSettings (Section, SKey, [Value]) values ('Storage', "
                       "'DocumentPath', '" +
@@ -119,20 +118,17 @@ private:
     }
 
     void Documents() {
-        model::clsDocument made(machine);
-        made.SetDatabaseObject(connection);
+        On<model::clsDocument> made(machine, connection);
         made.SetDescription("Brief");
         made.SetDocType("tif");
         made.SetSendTo("Jan");
         made.SaveNewRow();
-        model::clsDocument undone(machine);
-        undone.SetDatabaseObject(connection);
+        On<model::clsDocument> undone(machine, connection);
         undone.SetDocType("msg");
         undone.SetRecievedFrom("Jan");
         undone.SaveNewRow();
         undone.RemoveNewRow();
-        model::clsDocument read(machine);
-        read.SetDatabaseObject(connection);
+        On<model::clsDocument> read(machine, connection);
         read.SetId(made.DocId());
         read.OpenDataSource();
         read.LoadData();
@@ -154,18 +150,15 @@ private:
     }
 
     void Dossiers() {
-        model::clsDossierDbRelations key(machine);
-        key.SetDbConnection(connection);
+        On<model::clsDossierDbRelations> key(machine, connection);
         key.SetDbKey("K1");
         bool anothers = false;
         key.SaveNewKey(anothers);
         key.UpdateCurrentRow();
-        model::clsDossierDbRelations gone(machine);
-        gone.SetDbConnection(connection);
+        On<model::clsDossierDbRelations> gone(machine, connection);
         gone.SetDossierId(4711);
         gone.UpdateCurrentRow();
-        model::clsDossier dossier(machine);
-        dossier.SetDbConnection(connection);
+        On<model::clsDossier> dossier(machine, connection);
         dossier.SetDossierId(key.DossierId());
         dossier.SetDossierType("Zaak");
         dossier.SetTreeId(tree->TreeId());
@@ -181,8 +174,7 @@ private:
     }
 
     void RightsAndChecklists() {
-        model::clsUserAuth rights(machine);
-        rights.SetDbConnection(connection);
+        On<model::clsUserAuth> rights(machine, connection);
         rights.SetUserId("jan");
         rights.SetRight("Print", "True");
         rights.SaveRights();
@@ -190,8 +182,7 @@ private:
         rights.RenameUser("jan", "piet");
         rights.SetUserId("piet");
         rights.DeleteRights();
-        model::clsCheckListType list(machine);
-        list.SetDbConnection(connection);
+        On<model::clsCheckListType> list(machine, connection);
         list.GetType("A", "B");
         list.CreateField(1, "Paspoort", 1, "Paspoort", "tif");
         list.UpdateCurrentType();

@@ -22,16 +22,13 @@ protected:
         EngineTest::SetUp();
         if (IsSkipped()) return;
         machine.guids.real = true;
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(connection);
+        On<data::clsSettings> settings(machine, connection);
         if (!engine.ComesWithSchema()) {
             ASSERT_EQ(data::CheckAndCreateDatabase(machine, connection, settings,
                                                    data::IsMySqlConnection(connection)),
                       1);
         }
-        data::clsUpdateDb update(machine);
-        update.SetDbConnection(connection);
-        update.fncUpdateDb();
+        On<data::clsUpdateDb>(machine, connection).fncUpdateDb();
         for (const auto& message : machine.messages.shown) ADD_FAILURE() << message.text;
         machine.files.CreateDirectories(machine.Path("store"));
         settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));

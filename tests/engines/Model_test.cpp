@@ -3,22 +3,17 @@
 #include <thread>
 
 #include "controls/viewer/list/DocumentList.h"
-#include "data/clsSettings.h"
-#include "data/modData.h"
-#include "data/schema/clsUpdateDb.h"
 #include "model/IntegrityCheck.h"
 #include "model/clsCheckListType.h"
 #include "model/clsDocument.h"
 #include "model/clsDossier.h"
 #include "model/clsDossierDbRelations.h"
-#include "model/clsItemCol.h"
 #include "model/clsTree.h"
 #include "model/clsUserAuth.h"
 #include "model/filing.h"
 #include "model/uniqueNumber.h"
 #include "platform/Error.h"
 #include "platform/General.h"
-#include "platform/text.h"
 #include "tests/engines/ModelOverEngines.h"
 #include "tests/fakes/Failures.h"
 #include "tests/fakes/FaultyConnection.h"
@@ -38,8 +33,7 @@ TEST_P(ModelOverEngines, AFoldersDocumentsAreListedWithThirteenColumns) {
     const auto folder = tree->Item()->Id();
     ASSERT_TRUE(tree->AddChildTab("Post", folder));
     const auto file = [&](const char* name, const char* time, const char* sender) {
-        clsDocument made(machine);
-        made.SetDatabaseObject(connection);
+        On<clsDocument> made(machine, connection);
         made.SetInsertedBy("jansen");
         made.SetInsertDate("20261115");
         made.SetInsertTime(time);
@@ -136,8 +130,7 @@ TEST_P(ModelOverEngines, TreesKeepTheirShapeNamesAndDeletedNodes) {
 
 TEST_P(ModelOverEngines, DocumentsKeepEveryTextAndAreFiledWhole) {
     for (const char* const text : hostile) {
-        clsDocument made(machine);
-        made.SetDatabaseObject(connection);
+        On<clsDocument> made(machine, connection);
         made.SetDescription(text);
         made.SetExternalId(text);
         made.SetDocType("tif");
@@ -145,8 +138,7 @@ TEST_P(ModelOverEngines, DocumentsKeepEveryTextAndAreFiledWhole) {
         made.SetInsertTime("0905");
         made.SetSendTo(text);
         ASSERT_TRUE(made.SaveNewRow()) << text;
-        clsDocument read(machine);
-        read.SetDatabaseObject(connection);
+        On<clsDocument> read(machine, connection);
         read.SetId(made.DocId());
         ASSERT_TRUE(read.OpenDataSource() && read.LoadData()) << text;
         EXPECT_EQ(read.Description() + read.ExternalId() + read.SendTo(),
@@ -185,26 +177,22 @@ TEST_P(ModelOverEngines, DocumentsKeepEveryTextAndAreFiledWhole) {
 TEST_P(ModelOverEngines, DossiersAreFoundByTheHostsKeyUntilTheyAreDeleted) {
     std::int32_t treeId = 900;
     for (const char* const text : hostile) {
-        clsDossierDbRelations key(machine);
-        key.SetDbConnection(connection);
+        On<clsDossierDbRelations> key(machine, connection);
         key.SetDbKey(text);
         ASSERT_TRUE(key.SaveNewRow()) << text;
-        clsDossier made(machine);
-        made.SetDbConnection(connection);
+        On<clsDossier> made(machine, connection);
         made.SetDossierId(key.DossierId());
         made.SetDossierType(std::string("A ") + text);
         made.SetTreeId(++treeId);
         ASSERT_TRUE(made.SaveNewRow()) << text;
 
-        clsDossierDbRelations sought(machine);
-        sought.SetDbConnection(connection);
+        On<clsDossierDbRelations> sought(machine, connection);
         sought.SetDbKey(text);
         ASSERT_TRUE(sought.OpenDataSource()) << text;
         ASSERT_FALSE(sought.Eof()) << text; // also where it is kept otherwise than asked for
         EXPECT_EQ(sought.DossierId(), key.DossierId());
         EXPECT_EQ(sought.DbKey(), text);
-        clsDocument document(machine);
-        document.SetDatabaseObject(connection);
+        On<clsDocument> document(machine, connection);
         document.SetExternalId(text);
         ASSERT_TRUE(document.SaveNewRow());
         const std::string other = std::string("2 ") + text;
@@ -216,16 +204,14 @@ TEST_P(ModelOverEngines, DossiersAreFoundByTheHostsKeyUntilTheyAreDeleted) {
         sought.SetDossierId(0);
         ASSERT_TRUE(sought.OpenDataSource());
         EXPECT_EQ(sought.DossierId(), key.DossierId());
-        clsDossier dossier(machine);
-        dossier.SetDbConnection(connection);
+        On<clsDossier> dossier(machine, connection);
         dossier.SetDossierId(sought.DossierId());
         ASSERT_TRUE(dossier.OpenDataSource() && dossier.LoadData()) << text;
         EXPECT_EQ(dossier.TreeId(), treeId);
         EXPECT_EQ(dossier.DossierType(), Kept(std::string("A ") + text));
         ASSERT_TRUE(sought.DeleteCurrentRow()) << text;
         EXPECT_FALSE(sought.DeleteCurrentRow()) << "somebody has";
-        clsDossierDbRelations gone(machine);
-        gone.SetDbConnection(connection);
+        On<clsDossierDbRelations> gone(machine, connection);
         gone.SetDbKey(other);
         ASSERT_TRUE(gone.OpenDataSource()) << text;
         EXPECT_TRUE(gone.Eof()) << text;
@@ -236,31 +222,30 @@ TEST_P(ModelOverEngines, DossiersAreFoundByTheHostsKeyUntilTheyAreDeleted) {
 TEST_P(ModelOverEngines, KeysThatDifferInAMarkAreTwoDossiers) {
     std::int32_t numbers[2]{}, documents[2]{};
     const char* const keys[] = {"Müller", "Muller"};
-    const auto open = [&](clsDossierDbRelations& relation, std::string_view key) {
-        relation.SetDbConnection(connection);
+    using Relation = On<clsDossierDbRelations>;
+    const auto open = [&](Relation&& relation, std::string_view key) {
         EXPECT_TRUE(relation.OpenKey(key));
         return relation.Eof() ? 0 : relation.DossierId();
     };
     for (const int i : {0, 1}) {
-        clsDossierDbRelations sought(machine), key(machine);
-        EXPECT_EQ(open(sought, keys[i]), 0) << keys[i];
-        key.SetDbConnection(connection);
+        EXPECT_EQ(open({machine, connection}, keys[i]), 0) << keys[i];
+        Relation key(machine, connection);
         key.SetDbKey(keys[i]);
         bool anothers = true;
         ASSERT_TRUE(key.SaveNewKey(anothers));
         EXPECT_FALSE(anothers) << keys[i];
         numbers[i] = key.DossierId();
-        clsDocument document(machine);
-        document.SetDatabaseObject(connection);
+        On<clsDocument> document(machine, connection);
         document.SetExternalId(keys[i]);
         ASSERT_TRUE(document.SaveNewRow());
         documents[i] = document.DocId();
     }
-    clsDossierDbRelations plain(machine), marked(machine), gone(machine);
-    EXPECT_EQ(open(marked, keys[0]), numbers[0]);
-    ASSERT_EQ(open(plain, keys[1]), numbers[1]);
+    EXPECT_EQ(open({machine, connection}, keys[0]), numbers[0]);
+    Relation plain(machine, connection);
+    ASSERT_TRUE(plain.OpenKey(keys[1]));
+    ASSERT_EQ(plain.DossierId(), numbers[1]);
     ASSERT_TRUE(plain.Rekey("Nieuw"));
-    EXPECT_EQ(open(gone, keys[1]), 0);
+    EXPECT_EQ(open({machine, connection}, keys[1]), 0);
     for (const int i : {0, 1})
         EXPECT_EQ(Text(One("select ExternalId from tblDocument where DocId = " +
                            std::to_string(documents[i]))),
@@ -269,11 +254,8 @@ TEST_P(ModelOverEngines, KeysThatDifferInAMarkAreTwoDossiers) {
 
 TEST_P(ModelOverEngines, RightsAndChecklistsComeBackAsTheyWereSaved) {
     for (const char* const text : hostile) {
-        clsUserAuth saved(machine), loaded(machine);
-        for (clsUserAuth* const auth : {&saved, &loaded}) {
-            auth->SetDbConnection(connection);
-            auth->SetUserId(text);
-        }
+        On<clsUserAuth> saved(machine, connection), loaded(machine, connection);
+        for (clsUserAuth* const auth : {&saved, &loaded}) auth->SetUserId(text);
         saved.SetRight("EditDossiers", "True");
         saved.SetRight("Print", text);
         ASSERT_TRUE(saved.SaveRights()) << text;
@@ -281,23 +263,20 @@ TEST_P(ModelOverEngines, RightsAndChecklistsComeBackAsTheyWereSaved) {
         EXPECT_EQ(loaded.GetRight("EditDossiers") + loaded.GetRight("Print"),
                   std::string("True") + text);
     }
-    clsUserAuth auth(machine);
-    auth.SetDbConnection(connection);
+    On<clsUserAuth> auth(machine, connection);
     EXPECT_TRUE(auth.RenameUser(hostile[1], "piet"));
     EXPECT_TRUE(auth.RenameUser("piet", "Piet") && auth.RenameUser("Piet", "piet"));
     auth.SetUserId("piet");
     EXPECT_TRUE(auth.LoadRights() && auth.GetRight("Print") == hostile[1]);
     EXPECT_TRUE(auth.DeleteRights() && auth.LoadRights() && auth.GetRight("Print").empty());
 
-    clsCheckListType list(machine);
-    list.SetDbConnection(connection);
+    On<clsCheckListType> list(machine, connection);
     EXPECT_EQ(list.GetType("A", "B"), 0);
     std::int16_t order = 9;
     for (const char* const text : hostile) list.CreateField(--order, text, 2, text, "tif");
     list.UpdateCurrentType();
     list.UpdateCurrentType(); // rewritten whole, not doubled
-    clsCheckListType read(machine);
-    read.SetDbConnection(connection);
+    On<clsCheckListType> read(machine, connection);
     EXPECT_EQ(read.GetType("A", "B"), 0);
     ASSERT_EQ(read.CheckListFields().size(), std::size(hostile));
     for (std::size_t i = 0; i < std::size(hostile); ++i) {
@@ -325,8 +304,7 @@ TEST_P(ModelOverEngines, TwoWhoAskForOneNewKeyShareItsDossier) {
         EXPECT_EQ(late->DossierId(), first->DossierId());
         const std::int32_t tree = first->DossierId() + 1;
         for (const auto& [on, id] : {std::pair{others, tree}, {connection, tree + 1}}) {
-            clsDossier dossier(machine);
-            dossier.SetDbConnection(on);
+            On<clsDossier> dossier(machine, on);
             dossier.SetDossierId(first->DossierId());
             dossier.SetTreeId(id);
             EXPECT_TRUE(dossier.SaveFirstRow()) << text;

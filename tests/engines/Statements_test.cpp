@@ -10,11 +10,12 @@
 #include "data/clsSettings.h"
 #include "data/clsTable.h"
 #include "data/embedded/EmbeddedDatabase.h"
-#include "data/rows/ClientRecordset.h"
 #include "data/schema/clsUpdateDb.h"
 #include "data/schema/modDataBase.h"
 #include "data/schema/schema.h"
 #include "tests/engines/EveryStatement.h"
+#include "tests/fakes/MemoryRows.h"
+#include "tests/fakes/On.h"
 
 namespace kavidex::tests {
 
@@ -37,14 +38,6 @@ const Form forms[] = {
      "CREATE TABLE tblCheckListFields ( Id BIGINT AUTO_INCREMENT"},
 };
 
-// No tables yet: the check creates them all.
-RecordsetPtr NoTables(Schema) {
-    auto fields = std::make_shared<std::vector<Field>>(2);
-    (*fields)[0].name = "TABLE_TYPE";
-    (*fields)[1].name = "TABLE_NAME";
-    return std::make_unique<ClientRecordset>(ResultRows{fields, RowStore(2)}, nullptr);
-}
-
 void CreateIn(const Form& form, const platform::Workstation& machine,
               std::vector<std::string>& all) {
     if (form.dialect == schema::Dialect::Access) {
@@ -53,9 +46,8 @@ void CreateIn(const Form& form, const platform::Workstation& machine,
         return;
     }
     const auto recorder = std::make_shared<RecordingConnection>(form.dbmsName);
-    recorder->schemaAnswer = &NoTables;
-    clsSettings settings(machine);
-    settings.SetDbConnection(recorder);
+    recorder->schemaAnswer = [](Schema) { return TableRows({}); }; // it creates them all
+    On<clsSettings> settings(machine, recorder);
     CheckAndCreateDatabase(machine, recorder, settings, form.dialect == schema::Dialect::MySql);
     all.insert(all.end(), recorder->statements.begin(), recorder->statements.end());
 }
@@ -64,18 +56,14 @@ void CreateIn(const Form& form, const platform::Workstation& machine,
 void WorkIn(const Form& form, const platform::Workstation& machine, std::vector<std::string>& all) {
     const auto recorder =
         std::make_shared<RecordingConnection>(form.dbmsName, EmbeddedDatabase::CreateInMemory());
-    clsUpdateDb upgrade(machine);
-    upgrade.SetDbConnection(recorder);
-    upgrade.fncUpdateDb();
-    clsSettings settings(machine);
-    settings.SetDbConnection(recorder);
+    On<clsUpdateDb>(machine, recorder).fncUpdateDb();
+    On<clsSettings> settings(machine, recorder);
     std::string value;
     settings.SetSetting("Storage", "DocumentPath", "D:\\Archief");
     settings.SetSetting("Build", "DbVersion", currentVersion);
     settings.GetSetting("Storage", "DocumentPath", value);
     settings.DeleteSetting("Build", "DbVersion");
-    clsTable table(machine);
-    table.SetDbConnection(recorder);
+    On<clsTable> table(machine, recorder);
     table.SetTableName("tblDocument");
     std::int32_t id = 0;
     if (table.OpenDbConnection() && table.SaveNewRow("Id", "DocGuid", id, "DocId"))

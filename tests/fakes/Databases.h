@@ -49,8 +49,7 @@ inline data::ConnectionPtr OldDatabase(bool dossierTables) {
              {"CREATE TABLE tblDossierTypes (Id COUNTER CONSTRAINT e PRIMARY KEY, DossierType "
               "TEXT(255), DossierDescription TEXT(255), UseMemo LONG)",
               "CREATE TABLE tblDossierDbRelation (DossierId COUNTER CONSTRAINT f PRIMARY KEY, "
-              "dbKey "
-              "TEXT(255))",
+              "dbKey TEXT(255))",
               "CREATE TABLE tblDossierRelations (Id COUNTER CONSTRAINT g PRIMARY KEY, DossierId "
               "LONG, "
               "[Type] TEXT(255), DossierDescription TEXT(255), ChildDossierId LONG, ChildType "

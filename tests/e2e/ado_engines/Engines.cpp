@@ -48,25 +48,14 @@ private:
     FakeWorkstation lclMachine;
 };
 
-// A connection of ours in a host's hands, that makes commands and recordsets itself.
+// A connection of ours in a host's hands: ConnectionObject makes commands and recordsets itself,
+// Stranger only executes, and there are no classes of ADO here.
+template <class Object>
 class HandedOver : public ComDatabase {
 public:
     data::ConnectionPtr Connect() override {
-        return std::make_shared<data::win32::LateAdoConnection>(
-            Late(com::Make<com::adodb::ConnectionObject>(
-                data::EmbeddedDatabase::OpenOrCreate(lclMachine.Path("suite.kvx")))));
-    }
-
-private:
-    FakeWorkstation lclMachine;
-};
-
-// A connection that only executes: it makes no commands, and there are no classes of ADO here.
-class ExecuteOnly : public ComDatabase {
-public:
-    data::ConnectionPtr Connect() override {
-        return std::make_shared<data::win32::LateAdoConnection>(Late(com::Make<Stranger>(
-            data::EmbeddedDatabase::OpenOrCreate(lclMachine.Path("suite.kvx")))));
+        return std::make_shared<data::win32::LateAdoConnection>(Late(
+            com::Make<Object>(data::EmbeddedDatabase::OpenOrCreate(lclMachine.Path("suite.kvx")))));
     }
 
 private:
@@ -113,8 +102,8 @@ std::string MissingMySql() {
 const std::vector<Engine>& Engines() {
     static const std::vector<Engine> engines = {
         {"adoOverEmbedded", Dialect::Access, &Nothing, &Make<AccessDouble>},
-        {"handedOver", Dialect::Access, &Nothing, &Make<HandedOver>},
-        {"executeOnly", Dialect::Access, &Nothing, &Make<ExecuteOnly>},
+        {"handedOver", Dialect::Access, &Nothing, &Make<HandedOver<com::adodb::ConnectionObject>>},
+        {"executeOnly", Dialect::Access, &Nothing, &Make<HandedOver<Stranger>>},
         {"adoOverOdbc", Dialect::MySql, &MissingMySql, &Make<MySqlByAdo>},
         {"odbc", Dialect::MySql, &MissingMySql, &Make<MySqlByOdbc>},
     };

@@ -25,6 +25,7 @@
 #include "kavidex_idl.h"
 #include "platform/Files.h"
 #include "platform/Workstation.h"
+#include "platform/text.h"
 
 namespace kavidex::tests {
 

@@ -53,6 +53,7 @@ protected:
             if (event == wanted && heard++ == 0) host.Drop();
         };
         act();
+        host.onEvent = nullptr;
         EXPECT_EQ(heard, 1);
         ExpectGone(host);
     }
@@ -154,7 +155,10 @@ TEST_F(Safety, AControlMayBeDroppedInsideAnEventThatAMessageOfItsWindowRaises) {
     for (const CLSID* clsid : {&CLSID_ctrlCorrespondence, &CLSID_ctrlTree}) {
         Container host;
         const bool binder = clsid == &CLSID_ctrlCorrespondence;
-        binder ? Open(host, Make(*clsid), lclConnection, "K1") : OpenTree(host);
+        if (binder)
+            Open(host, Make(*clsid), lclConnection, "K1");
+        else
+            OpenTree(host);
         const HWND tree = TreeOf(host);
         ExpectDroppedAt(host, binder ? DIID__ctrlCorrespondenceEvents : DIID__ctrlTreeEvents,
                         L"EvItemSelected", [&] { Select(tree, FirstFolder(tree)); });

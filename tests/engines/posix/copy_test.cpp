@@ -35,11 +35,8 @@ protected:
 
     ConnectionPtr Filled(const std::string& path) {
         const ConnectionPtr connection = EmbeddedDatabase::Create(path);
-        clsUpdateDb update(machine);
-        update.SetDbConnection(connection);
-        update.fncUpdateDb();
-        model::clsTree tree(machine);
-        tree.SetDbConnection(connection);
+        On<clsUpdateDb>(machine, connection).fncUpdateDb();
+        On<model::clsTree> tree(machine, connection);
         tree.SetDescription("Dossier van O'Brien \\\\server\\deel\\ ŁÓDŹ жук 文件 📁");
         tree.SetUpdateEnabled(true);
         tree.CreateNew();

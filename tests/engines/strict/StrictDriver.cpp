@@ -243,47 +243,37 @@ extern "C" SQLRETURN SQLFetch(SQLHSTMT statement) {
 }
 
 // The rest is MariaDB's alone.
-PASS(SQLSetEnvAttr, (SQLHENV h, SQLINTEGER which, SQLPOINTER value, SQLINTEGER size),
-     (h, which, value, size))
-PASS(SQLGetEnvAttr,
-     (SQLHENV h, SQLINTEGER which, SQLPOINTER value, SQLINTEGER room, SQLINTEGER* length),
-     (h, which, value, room, length))
+PASS(SQLSetEnvAttr, (SQLHENV h, SQLINTEGER a, SQLPOINTER b, SQLINTEGER c), (h, a, b, c))
+PASS(SQLGetEnvAttr, (SQLHENV h, SQLINTEGER a, SQLPOINTER b, SQLINTEGER c, SQLINTEGER* d),
+     (h, a, b, c, d))
 PASS(SQLDriverConnectW,
-     (SQLHDBC h, SQLHWND window, SQLWCHAR* in, SQLSMALLINT inLength, SQLWCHAR* out,
-      SQLSMALLINT room, SQLSMALLINT* length, SQLUSMALLINT completion),
-     (h, window, in, inLength, out, room, length, completion))
+     (SQLHDBC h, SQLHWND a, SQLWCHAR* b, SQLSMALLINT c, SQLWCHAR* d, SQLSMALLINT e, SQLSMALLINT* f,
+      SQLUSMALLINT g),
+     (h, a, b, c, d, e, f, g))
 PASS(SQLDisconnect, (SQLHDBC h), (h))
-PASS(SQLGetInfoW,
-     (SQLHDBC h, SQLUSMALLINT which, SQLPOINTER value, SQLSMALLINT room, SQLSMALLINT* length),
-     (h, which, value, room, length))
-PASS(SQLSetConnectAttrW, (SQLHDBC h, SQLINTEGER which, SQLPOINTER value, SQLINTEGER size),
-     (h, which, value, size))
-PASS(SQLPrepareW, (SQLHSTMT h, SQLWCHAR* text, SQLINTEGER length), (h, text, length))
+PASS(SQLGetInfoW, (SQLHDBC h, SQLUSMALLINT a, SQLPOINTER b, SQLSMALLINT c, SQLSMALLINT* d),
+     (h, a, b, c, d))
+PASS(SQLSetConnectAttrW, (SQLHDBC h, SQLINTEGER a, SQLPOINTER b, SQLINTEGER c), (h, a, b, c))
+PASS(SQLPrepareW, (SQLHSTMT h, SQLWCHAR* a, SQLINTEGER b), (h, a, b))
 PASS(SQLBindParameter,
-     (SQLHSTMT h, SQLUSMALLINT number, SQLSMALLINT io, SQLSMALLINT cType, SQLSMALLINT sqlType,
-      SQLULEN size, SQLSMALLINT digits, SQLPOINTER value, SQLLEN room, SQLLEN* length),
-     (h, number, io, cType, sqlType, size, digits, value, room, length))
-PASS(SQLNumResultCols, (SQLHSTMT h, SQLSMALLINT* count), (h, count))
-PASS(SQLNumParams, (SQLHSTMT h, SQLSMALLINT* count), (h, count))
+     (SQLHSTMT h, SQLUSMALLINT a, SQLSMALLINT b, SQLSMALLINT c, SQLSMALLINT d, SQLULEN e,
+      SQLSMALLINT f, SQLPOINTER g, SQLLEN i, SQLLEN* j),
+     (h, a, b, c, d, e, f, g, i, j))
+PASS(SQLNumResultCols, (SQLHSTMT h, SQLSMALLINT* a), (h, a))
+PASS(SQLNumParams, (SQLHSTMT h, SQLSMALLINT* a), (h, a))
 PASS(SQLDescribeColW,
-     (SQLHSTMT h, SQLUSMALLINT number, SQLWCHAR* name, SQLSMALLINT room, SQLSMALLINT* length,
-      SQLSMALLINT* type, SQLULEN* size, SQLSMALLINT* digits, SQLSMALLINT* nullable),
-     (h, number, name, room, length, type, size, digits, nullable))
+     (SQLHSTMT h, SQLUSMALLINT a, SQLWCHAR* b, SQLSMALLINT c, SQLSMALLINT* d, SQLSMALLINT* e,
+      SQLULEN* f, SQLSMALLINT* g, SQLSMALLINT* i),
+     (h, a, b, c, d, e, f, g, i))
 PASS(SQLColAttributeW,
-     (SQLHSTMT h, SQLUSMALLINT number, SQLUSMALLINT which, SQLPOINTER text, SQLSMALLINT room,
-      SQLSMALLINT* length, SQLLEN* value),
-     (h, number, which, text, room, length, value))
-PASS(SQLBindCol,
-     (SQLHSTMT h, SQLUSMALLINT number, SQLSMALLINT type, SQLPOINTER value, SQLLEN room,
-      SQLLEN* length),
-     (h, number, type, value, room, length))
-PASS(SQLGetStmtAttrW,
-     (SQLHSTMT h, SQLINTEGER which, SQLPOINTER value, SQLINTEGER room, SQLINTEGER* length),
-     (h, which, value, room, length))
-PASS(SQLGetData,
-     (SQLHSTMT h, SQLUSMALLINT number, SQLSMALLINT type, SQLPOINTER value, SQLLEN room,
-      SQLLEN* length),
-     (h, number, type, value, room, length))
+     (SQLHSTMT h, SQLUSMALLINT a, SQLUSMALLINT b, SQLPOINTER c, SQLSMALLINT d, SQLSMALLINT* e,
+      SQLLEN* f),
+     (h, a, b, c, d, e, f))
+PASS(SQLBindCol, (SQLHSTMT h, SQLUSMALLINT a, SQLSMALLINT b, SQLPOINTER c, SQLLEN d, SQLLEN* e),
+     (h, a, b, c, d, e))
+PASS(SQLGetStmtAttrW, (SQLHSTMT h, SQLINTEGER a, SQLPOINTER b, SQLINTEGER c, SQLINTEGER* d),
+     (h, a, b, c, d))
+PASS(SQLGetData, (SQLHSTMT h, SQLUSMALLINT a, SQLSMALLINT b, SQLPOINTER c, SQLLEN d, SQLLEN* e),
+     (h, a, b, c, d, e))
 PASS(SQLRowCount, (SQLHSTMT h, SQLLEN* rows), (h, rows))
-PASS(SQLGetFunctions, (SQLHDBC h, SQLUSMALLINT which, SQLUSMALLINT* supported),
-     (h, which, supported))
+PASS(SQLGetFunctions, (SQLHDBC h, SQLUSMALLINT a, SQLUSMALLINT* b), (h, a, b))

@@ -5,6 +5,7 @@
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/FaultyConnection.h"
 #include "tests/fakes/MemoryRows.h"
+#include "tests/fakes/On.h"
 #include "tests/fakes/RecordingConnection.h"
 
 using namespace kavidex;
@@ -156,8 +157,7 @@ TEST_F(clsTableTest, DeletesARowAndWhatPointsAtItsReference) {
     EXPECT_TRUE(table.DeleteCurrentRow());
     EXPECT_EQ(connection->Count("uplink"), 0u);
 
-    clsTable tabs(machine);
-    tabs.SetDbConnection(connection);
+    On<clsTable> tabs(machine, connection);
     tabs.SetTableName("tblDossierRefTabs ");
     ASSERT_TRUE(tabs.OpenDbConnection());
     EXPECT_TRUE(tabs.DeleteCurrentRow()); // the name is compared untrimmed

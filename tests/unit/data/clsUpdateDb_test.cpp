@@ -1,7 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
-
 #include "data/ConnectionAssignment.h"
 #include "data/schema/clsUpdateDb.h"
 #include "data/schema/translations.h"
@@ -10,6 +8,7 @@
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/FaultyConnection.h"
 #include "tests/fakes/MemoryRows.h"
+#include "tests/fakes/On.h"
 #include "tests/fakes/RecordingConnection.h"
 
 using namespace kavidex;
@@ -66,15 +65,11 @@ struct clsUpdateDbTest : testing::Test {
     FakeWorkstation machine;
 
     std::int32_t Upgrade(const ConnectionPtr& connection) {
-        clsUpdateDb update(machine);
-        update.SetDbConnection(connection);
-        return update.fncUpdateDb();
+        return On<clsUpdateDb>(machine, connection).fncUpdateDb();
     }
     std::string Version(const ConnectionPtr& connection) {
-        clsSettings settings(machine);
-        settings.SetDbConnection(connection);
         std::string version;
-        settings.GetSetting("Build", "DbVersion", version);
+        On<clsSettings>(machine, connection).GetSetting("Build", "DbVersion", version);
         return version;
     }
     std::int64_t Count(const ConnectionPtr& connection, const std::string& from) {
@@ -120,14 +115,12 @@ TEST_F(clsUpdateDbTest, ConvertsAnOldDatabaseWithItsRows) {
     Upgrade(connection);
     EXPECT_EQ(Version(connection), "1.1.8");
     EXPECT_EQ(First(connection, "tblSettings", "SKey"), "DocumentPath");
-    for (const auto& [table, column] : {std::pair{"tblDocument", "DocId"},
-                                        {"tblTree", "TreeId"},
-                                        {"tblTreeItem", "TreeItemId"},
-                                        {"tblDossierDbRelation", "DbRelId"},
-                                        {"tblDossierRelations", "RelId"},
-                                        {"tblDossierTypes", "TypeId"},
-                                        {"tblDossierReference", "RefId"},
-                                        {"tblDossierTabs", "TabId"}})
+    const std::pair<const char*, const char*> workingIds[] = {
+        {"tblDocument", "DocId"},         {"tblTree", "TreeId"},
+        {"tblTreeItem", "TreeItemId"},    {"tblDossierDbRelation", "DbRelId"},
+        {"tblDossierRelations", "RelId"}, {"tblDossierTypes", "TypeId"},
+        {"tblDossierReference", "RefId"}, {"tblDossierTabs", "TabId"}};
+    for (const auto& [table, column] : workingIds)
         EXPECT_EQ(First(connection, table, column), "1") << table;
     EXPECT_EQ(First(connection, "tblDossierFields", "intOrder"), "3");
     EXPECT_EQ(First(connection, "tblDossierTabs", "TabDescription"), "Dossier");
@@ -237,8 +230,7 @@ TEST_F(clsUpdateDbTest, HaltsWhereAVersionIsNotRecorded) {
     EXPECT_EQ(machine.messages.shown.size(), 1u);
     connection->Execute("insert into tblSettings (Section, SKey, [Value]) values ('Build', "
                         "'DbVersion', '1.1.6')");
-    const std::string version = " WHERE  Section = 'Build' and sKey = 'DbVersion'";
-    EXPECT_EQ(upgraded(version.c_str()), -1);
+    EXPECT_EQ(upgraded(" WHERE  Section = 'Build' and sKey = 'DbVersion'"), -1);
     EXPECT_EQ(Version(connection), "1.1.6");
     EXPECT_EQ(machine.messages.shown.size(), 2u);
     EXPECT_EQ(Upgrade(connection), 0);
@@ -303,8 +295,7 @@ TEST_F(clsUpdateDbTest, LetsTheMessageLoopRunBetweenItsTransactions) {
         const auto server = std::make_shared<Server>("", inner);
         machine.busy.pumped = machine.busy.painted = 0;
         machine.busy.onPump = [&] { EXPECT_EQ(server->open, 0); };
-        clsUpdateDb update(machine);
-        update.SetDbConnection(embedded ? inner : server);
+        On<clsUpdateDb> update(machine, embedded ? inner : server);
         std::string reached;
         update.fncUpTo106(reached);
         const int texts = static_cast<int>(machine.busy.shown.size());

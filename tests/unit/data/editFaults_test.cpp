@@ -9,6 +9,7 @@
 #include "data/embedded/EmbeddedDatabase.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/FaultyConnection.h"
+#include "tests/fakes/On.h"
 
 using namespace kavidex;
 using namespace kavidex::data;
@@ -48,8 +49,7 @@ struct EditFaults : testing::Test {
         return steps;
     }
     std::string Setting(const Faulty& connection, const char* section, const char* key) {
-        clsSettings settings(machine);
-        settings.SetDbConnection(connection->inner);
+        On<clsSettings> settings(machine, connection->inner);
         std::string value;
         return settings.GetSetting(section, key, value) ? value : "(none)";
     }
@@ -62,16 +62,14 @@ struct EditFaults : testing::Test {
 
 TEST_F(EditFaults, OfSettingsLeaveAnOldOrANewValueAndNoOtherSettingTouched) {
     const Work prepare = [&](const Faulty& connection) {
-        clsSettings settings(machine);
-        settings.SetDbConnection(connection);
+        On<clsSettings> settings(machine, connection);
         settings.SetSetting("Kept", "Key", "kept");
         settings.SetSetting("Changed", "Key", "old");
         settings.SetSetting("Gone", "Key", "old");
     };
     bool deleted = false;
     const Work scenario = [&](const Faulty& connection) {
-        clsSettings settings(machine);
-        settings.SetDbConnection(connection);
+        On<clsSettings> settings(machine, connection);
         std::string value, section, key;
         settings.SetSetting("Changed", "Key", "new");
         settings.SetSetting("Made", "Key", "new");
@@ -109,8 +107,7 @@ TEST_F(EditFaults, OfTheKeyColumnsConversionLoseNoSetting) {
             connection->Execute(statement);
     };
     const Work scenario = [&](const Faulty& connection) {
-        clsSettings settings(machine);
-        settings.SetDbConnection(connection);
+        On<clsSettings> settings(machine, connection);
         std::string value;
         settings.GetSetting("A", "One", value);
     };
@@ -139,8 +136,7 @@ TEST_F(EditFaults, OfTableEditsAreAnsweredWithFalse) {
     const Work scenario = [&](const Faulty& connection) {
         saved = updated = deleted = false;
         id = -1;
-        clsTable table(machine);
-        table.SetDbConnection(connection);
+        On<clsTable> table(machine, connection);
         table.SetTableName("tblDossierReference");
         saved = table.SaveNewRow("Id", "RefGuid", id, "RefId");
         table.SetCriteria("RefId = 31");

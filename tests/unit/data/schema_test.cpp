@@ -8,6 +8,7 @@
 #include "data/schema/schema.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/MemoryRows.h"
+#include "tests/fakes/On.h"
 #include "tests/fakes/RecordingConnection.h"
 
 using namespace kavidex;
@@ -133,8 +134,7 @@ TEST(upgradeChain, IssuesEachFormAndShowsEachPhase) {
         const bool types = command.text.find("from tblDossierTypes") != std::string::npos;
         return types ? MemoryRows({"Id"}, {}) : MakeClosedRecordset();
     };
-    clsUpdateDb update(machine);
-    update.SetDbConnection(server);
+    On<clsUpdateDb> update(machine, server);
     std::string reached;
     EXPECT_EQ(update.fncUpTo112(reached), 0);
     EXPECT_EQ(reached, "1.1.2");

@@ -10,6 +10,7 @@
 #include "imaging/PageFile.h"
 #include "imaging/PlanWriter.h"
 #include "platform/Error.h"
+#include "tests/fakes/SmallTiff.h"
 
 namespace kavidex::tests {
 namespace {
@@ -24,22 +25,6 @@ struct NoWriter : platform::FileWriter {
     void Write(std::string_view) override {}
     void PutInPlace(bool, bool) override {}
 };
-
-std::string Tiff(const Claim& claim) {
-    std::string tiff("II*\0\x08\0\0\0", 8);
-    const auto put = [&](std::uint32_t number, int size) {
-        for (int i = 0; i < size; ++i) tiff += static_cast<char>(number >> 8 * i);
-    };
-    put(static_cast<std::uint32_t>(claim.entries.size()), 2);
-    for (const auto& [tag, type, count, value] : claim.entries) {
-        put(tag, 2);
-        put(type, 2);
-        put(count, 4);
-        put(value, 4);
-    }
-    put(0, 4);
-    return tiff + std::string(3000, '\0');
-}
 
 std::vector<Claim> Claims() {
     const auto page = [](std::uint32_t width, std::uint32_t height, std::uint32_t bits,
@@ -82,7 +67,8 @@ TEST(HostilePages, AreRefusedSoon) {
         SCOPED_TRACE(claim.what);
         const std::clock_t start = std::clock();
         const auto open = [&](const std::string&) {
-            return std::make_unique<imaging::MemoryReader>(Tiff(claim));
+            return std::make_unique<imaging::MemoryReader>(
+                TiffOf(claim.entries, std::string(3000, 0)));
         };
         imaging::PageFile file(open(""), "hostile");
         const auto works = [](const auto& work) {

@@ -15,20 +15,9 @@
 #include "model/clsTree.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/FaultyConnection.h"
+#include "tests/fakes/On.h"
 
 namespace kavidex::tests {
-
-// A record class or a tree on a connection.
-template <class Object>
-struct On : Object {
-    On(const platform::Workstation& workstation, const data::ConnectionPtr& connection)
-        : Object(workstation) {
-        if constexpr (requires { this->SetDatabaseObject(connection); })
-            this->SetDatabaseObject(connection);
-        else
-            this->SetDbConnection(connection);
-    }
-};
 
 // What the upgrade chain makes of a new file; a transaction spares the many syncs.
 inline void UpgradeToCurrent(const platform::Workstation& workstation,

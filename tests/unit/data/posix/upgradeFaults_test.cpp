@@ -10,6 +10,7 @@
 #include "tests/fakes/Databases.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/FaultyConnection.h"
+#include "tests/fakes/On.h"
 
 using namespace kavidex;
 using namespace kavidex::data;
@@ -56,9 +57,7 @@ struct UpgradeFaults : testing::Test {
             steps.push_back(issued.empty() ? "the start" : issued.back());
             if (step == failing || (onwards && step > failing)) Fail();
         };
-        clsUpdateDb update(machine);
-        update.SetDbConnection(connection);
-        update.fncUpdateDb();
+        On<clsUpdateDb>(machine, connection).fncUpdateDb();
         connection->onStep = nullptr;
         return steps;
     }
@@ -72,8 +71,7 @@ struct UpgradeFaults : testing::Test {
         throw Error(errors::unspecified, "made to fail", "UpgradeFaults");
     }
     std::string Version(const Faulty& connection) {
-        clsSettings settings(machine);
-        settings.SetDbConnection(connection->inner);
+        On<clsSettings> settings(machine, connection->inner);
         std::string version;
         settings.GetSetting("Build", "DbVersion", version);
         return version;

@@ -3,6 +3,7 @@
 #include "imaging/RowScaler.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
+#include "tests/fakes/SmallTiff.h"
 #include "tests/unit/imaging/posix/Tools.h"
 
 namespace kavidex::tests {
@@ -16,25 +17,25 @@ using imaging::PixelFormat;
 struct Kind {
     const char* command; // makes t.tif of bits.tif, grey.tif and rgb.tif
     PixelFormat format;
-    int tolerance;
+    int tolerance = 0;
 };
 
 constexpr PixelFormat b = PixelFormat::bits1, g = PixelFormat::grey8, c = PixelFormat::rgb24;
 const Kind kinds[] = {
-    {"tiffcp -c g3 bits.tif t.tif", b, 0},
-    {"tiffcp -c g3:2d:fill bits.tif t.tif", b, 0},
-    {"tiffcp -c g4 -r 20 bits.tif t.tif", b, 0},
-    {"tiffcp -c g4 -f lsb2msb bits.tif t.tif", b, 0},
-    {"tiffcp -c lzw bits.tif t.tif", b, 0},
-    {"tiffcp -c lzw:2 rgb.tif t.tif", c, 0},
-    {"tiffcp -c packbits grey.tif t.tif", g, 0},
-    {"tiffcp -c zip:2 rgb.tif t.tif", c, 0},
-    {"tiffcp -B -c none rgb.tif t.tif", c, 0},
-    {"tiffcp -8 -c lzw rgb.tif t.tif", c, 0},
-    {"tiffcp -p separate -r 16 -c lzw rgb.tif t.tif", c, 0},
-    {"tiffcp -t -w 32 -l 48 -c zip rgb.tif t.tif", c, 0},
-    {"tiffcp -t -w 32 -l 32 -p separate rgb.tif t.tif", c, 0},
-    {"tiffcp -t -w 64 -l 16 -c g4 bits.tif t.tif", b, 0},
+    {"tiffcp -c g3 bits.tif t.tif", b},
+    {"tiffcp -c g3:2d:fill bits.tif t.tif", b},
+    {"tiffcp -c g4 -r 20 bits.tif t.tif", b},
+    {"tiffcp -c g4 -f lsb2msb bits.tif t.tif", b},
+    {"tiffcp -c lzw bits.tif t.tif", b},
+    {"tiffcp -c lzw:2 rgb.tif t.tif", c},
+    {"tiffcp -c packbits grey.tif t.tif", g},
+    {"tiffcp -c zip:2 rgb.tif t.tif", c},
+    {"tiffcp -B -c none rgb.tif t.tif", c},
+    {"tiffcp -8 -c lzw rgb.tif t.tif", c},
+    {"tiffcp -p separate -r 16 -c lzw rgb.tif t.tif", c},
+    {"tiffcp -t -w 32 -l 48 -c zip rgb.tif t.tif", c},
+    {"tiffcp -t -w 32 -l 32 -p separate rgb.tif t.tif", c},
+    {"tiffcp -t -w 64 -l 16 -c g4 bits.tif t.tif", b},
     {"tiffcp -c jpeg:95 -r 16 rgb.tif t.tif", c, 3},
     {"tiffcp -c jpeg:95:r -r 16 rgb.tif t.tif", c, 3},
     {"tiffcp -c jpeg:95 -r 16 grey.tif t.tif", g, 2},
@@ -46,13 +47,13 @@ const Kind kinds[] = {
     {"convert grey.tif -depth 4 -compress none t.tif", g, 1},
     {"convert grey.tif -depth 16 -compress lzw -endian MSB t.tif", g, 1},
     {"convert rgb.tif -depth 16 -compress zip t.tif", c, 1},
-    {"convert grey.tif -define quantum:polarity=min-is-white -compress none t.tif", g, 0},
+    {"convert grey.tif -define quantum:polarity=min-is-white -compress none t.tif", g},
     {"convert rgb.tif -colorspace CMYK -compress lzw t.tif", c, 2},
     {"convert rgb.tif -colorspace CMYK -interlace plane -compress none t.tif", c, 2},
     {"convert rgb.tif -alpha set -channel A -evaluate set 40% +channel -compress lzw t.tif", c, 2},
     {"convert rgb.tif -colorspace YCbCr -compress lzw t.tif", c, 3},
-    {"tiffcp -c g4 bits.tif t.tif && tiffset -s 274 6 t.tif", b, 0},
-    {"tiffcp grey.tif t.tif && tiffset -s 274 5 t.tif", g, 0},
+    {"tiffcp -c g4 bits.tif t.tif && tiffset -s 274 6 t.tif", b},
+    {"tiffcp grey.tif t.tif && tiffset -s 274 5 t.tif", g},
 };
 
 TEST_F(PageFiles, PagesOfEveryKindAreSeenAsOthersSeeThem) {
@@ -132,25 +133,21 @@ TEST_F(PageFiles, OldJpegIsShown) {
     ASSERT_EQ(Run("convert -size 64x48 gradient:red-blue -sampling-factor 2x2 -quality 95 o.jpg"),
               "");
     const std::string stream = Bytes("o.jpg");
-    std::string tiff("II*\0", 4);
-    const auto put = [&](std::uint32_t number, int size) {
-        for (int i = 0; i < size; ++i) tiff += static_cast<char>(number >> 8 * i);
-    };
-    const std::uint32_t at = 8 + 2 + 12 * 12 + 4;
-    put(8, 4);
-    put(12, 2);
     const auto length = static_cast<std::uint32_t>(stream.size());
-    const std::uint32_t entries[][3] = {
-        {256, 3, 64}, {257, 3, 48}, {258, 3, 8},      {259, 3, 6}, {262, 3, 6},  {273, 4, at},
-        {277, 3, 3},  {278, 3, 48}, {279, 4, length}, {512, 3, 1}, {513, 4, at}, {514, 4, length}};
-    for (const auto& [tag, type, value] : entries) {
-        put(tag, 2);
-        put(type, 2);
-        put(1, 4);
-        put(value, 4);
-    }
-    put(0, 4);
-    Write("t.tif", tiff + stream);
+    constexpr std::uint32_t at = 8 + 2 + 12 * 12 + 4;
+    Write("t.tif", TiffOf({{256, 3, 1, 64},
+                           {257, 3, 1, 48},
+                           {258, 3, 1, 8},
+                           {259, 3, 1, 6},
+                           {262, 3, 1, 6},
+                           {273, 4, 1, at},
+                           {277, 3, 1, 3},
+                           {278, 3, 1, 48},
+                           {279, 4, 1, length},
+                           {512, 3, 1, 1},
+                           {513, 4, 1, at},
+                           {514, 4, 1, length}},
+                          stream));
     const PageBitmap page = Open("t.tif").Decode(1);
     ASSERT_EQ(Run("convert o.jpg -depth 8 RGB:seen"), "");
     EXPECT_LE(Difference(Colours(page), Bytes("seen")), 6);

@@ -7,38 +7,31 @@
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/Workstation.h"
+#include "tests/fakes/SmallTiff.h"
 
 namespace kavidex::tests {
 namespace {
 
 // 16 by 2: black with a white half in the second row, uncompressed.
 std::string OnePage() {
-    std::string tiff("II*\0\x08\0\0\0", 8);
-    const auto put = [&](std::uint32_t number, int size) {
-        for (int i = 0; i < size; ++i) tiff += static_cast<char>(number >> 8 * i);
-    };
-    const std::uint32_t entries[][2] = {{256, 16}, {257, 2}, {258, 1},
-                                        {259, 1},  {262, 1}, {273, 8 + 2 + 9 * 12 + 4},
-                                        {277, 1},  {278, 2}, {279, 4}};
-    put(9, 2);
-    for (const auto& [tag, value] : entries) {
-        put(tag, 2);
-        put(4, 2);
-        put(1, 4);
-        put(value, 4);
-    }
-    put(0, 4);
-    put(0xFF000000, 4);
-    return tiff;
+    return TiffOf({{256, 4, 1, 16},
+                   {257, 4, 1, 2},
+                   {258, 4, 1, 1},
+                   {259, 4, 1, 1},
+                   {262, 4, 1, 1},
+                   {273, 4, 1, 8 + 2 + 9 * 12 + 4},
+                   {277, 4, 1, 1},
+                   {278, 4, 1, 2},
+                   {279, 4, 1, 4}},
+                  std::string("\0\0\0\xFF", 4));
 }
 
 TEST(PagesOnWindows, FilesWithNamesOfAnyAlphabetAreReadAndReplaced) {
     platform::Files& files = platform::TheWorkstation().files;
     const std::string folder = platform::JoinPath(files.TemporaryFolder(), "kavidex pages");
     files.CreateDirectories(folder);
-    const std::string one = platform::JoinPath(folder,
-                                               "d\xC3\xB3ssi\xC3\xABr \xE6\xBC\xA2\xD0\xB6.tif"),
-                      two = platform::JoinPath(folder, "\xCE\xBA\xCE\xB1\xCE\xB9.tif");
+    const std::string one = platform::JoinPath(folder, "dóssiër 漢ж.tif"),
+                      two = platform::JoinPath(folder, "και.tif");
     files.WriteAll(one, OnePage());
     if (files.FileExists(two)) files.Remove(two);
     imaging::StapleFiles(files, {one, one, one}, two);
