@@ -56,7 +56,6 @@ constexpr PassedOn<std::int16_t> styles[] = {
     {&P::OLEDropMode, &ctrlTree::SetOLEDropMode},
 };
 constexpr PassedOn<std::string> texts[] = {
-    {&P::NameForInsert, &ctrlTree::SetNameForInsert},
     {&P::TypeForInsert, &ctrlTree::SetTypeForInsert},
     {&P::DossierType, &ctrlTree::SetDossierType},
     {&P::ValueFile, &ctrlTree::SetValueFile},
@@ -199,6 +198,7 @@ void ctrlCorrespondence::PassOnToTree() {
     PassOn(colours, lclState, *lclTree);
     PassOn(styles, lclState, *lclTree);
     PassOn(texts, lclState, *lclTree);
+    lclTree->SetNameForInsert(NamesForInsert());
 }
 
 void ctrlCorrespondence::SetFont(std::optional<FontFace> font) {
@@ -265,8 +265,15 @@ void ctrlCorrespondence::MakeOwnTranslator() {
     HandDownTranslator();
 }
 
+// Names that nobody chose follow the language.
+std::string ctrlCorrespondence::NamesForInsert() const {
+    if (lclState.NameForInsert != BinderProperties().NameForInsert) return lclState.NameForInsert;
+    return Text("Nieuwe tab") + ";" + Text("Nieuwe notitie");
+}
+
 void ctrlCorrespondence::HandDownTranslator() {
     lclTree->SetTranslate(lclTranslator);
+    lclTree->SetNameForInsert(NamesForInsert());
     lclViewer->SetTranslate(lclTranslator);
     lclExtViewer->SetTranslate(lclTranslator);
     lclChecklist->SetTranslate(lclTranslator);

@@ -272,7 +272,8 @@ private:
     // A document in its own program, or in the external window; false: it is for the viewer.
     bool ShowElsewhere(const std::shared_ptr<model::clsItem>& document, bool asked);
     void EmptyViewers();
-    void RefreshList(); // the viewer's, when a folder is shown
+    void RefreshList();
+    void TreeRefreshed(); // the viewer's, when a folder is shown
     void SubscribeToChecklist();
     void ToggleChecklist();
     void ShowInChecklist(); // the open dossier as it is now
@@ -301,6 +302,7 @@ private:
     std::string DossierKey(); // throws where it is not known whose the documents are
     Dossier OpenDossier() const;
     void HandDownTranslator();
+    std::string NamesForInsert() const;
     void HandDownRights();
     void WriteSwitches();
     void ConnectionHandedOver(const data::ConnectionPtr& connection);

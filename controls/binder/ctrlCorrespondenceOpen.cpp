@@ -370,7 +370,11 @@ std::int32_t ctrlCorrespondence::EndDossier() {
 
 void ctrlCorrespondence::Refresh() {
     lclTree->Refresh();
-    lclViewer->Refresh();
+    TreeRefreshed();
+}
+
+void ctrlCorrespondence::TreeRefreshed() {
+    if (const auto shown = lclViewer->Item()) lclViewer->Refresh(lclTree->GetItem(shown->Id()));
     lclChecklist->SetTree(lclTree->Tree());
     lclChecklist->Refresh();
     if (lclWindow) lclWindow->Repaint();

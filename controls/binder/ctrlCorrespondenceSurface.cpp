@@ -49,6 +49,7 @@ void ctrlCorrespondence::SubscribeToChildren() {
     keep(tree.MouseDown.Subscribe(mouse(MouseDown)));
     keep(tree.MouseMove.Subscribe(mouse(MouseMove)));
     keep(tree.MouseUp.Subscribe(mouse(MouseUp)));
+    keep(tree.Refreshed.Subscribe([this] { TreeRefreshed(); }));
     keep(tree.EvItemSelected.Subscribe([this](const TreeItemInfo& item) { OnItemSelected(item); }));
     keep(tree.EvItemSelectedExternal.Subscribe([this](const TreeItemInfo& item) {
         const auto found = lclTree->GetItem(item.id);

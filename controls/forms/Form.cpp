@@ -56,6 +56,7 @@ Field& Form::operator[](std::string_view name) {
 
 void Form::ShowCaptions() {
     for (Field& field : lclFields) {
+        if (lclView && !field.Row().columns.empty()) lclView->Show(field, Aspect::Text);
         if (!field.lclOwnText || !ShowsItsCaption(field.Type())) continue;
         field.SetText(Text(field.Row().caption));
         field.lclOwnText = true;

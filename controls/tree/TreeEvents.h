@@ -49,6 +49,7 @@ struct TreeSignals {
     Event<std::int32_t&, bool&> DragFeedback; // effect, the system's pointers
     Event<const DropData&, std::int32_t&, DragState> DraggedOver;
     Event<std::int32_t&> DragCompleted;
+    Event<> Refreshed;                       // by the user's key
     Event<std::string_view> PropertyChanged; // the saved item's name, for the container
 };
 

@@ -88,6 +88,7 @@ public:
     // Reads the tree again from the database and shows it; keeps the selection where it still is,
     // and all of it when reading fails.
     void Refresh();
+    void RefreshByUser(); // and tells the control around this one
 
     // Writes a new tree with its default folders, without a list those of DossierType, and shows
     // it; false on failure.

@@ -24,6 +24,12 @@ void ctrlTree::Refresh() {
     ShowTree(true);
 }
 
+void ctrlTree::RefreshByUser() {
+    const std::weak_ptr<void> alive = lclAlive;
+    Refresh();
+    if (!alive.expired()) Refreshed.Raise();
+}
+
 void ctrlTree::ShowTree(bool keep) {
     if (LoadTree() || keep) return;
     lclTree.reset(); // never the tree of before under the id of now

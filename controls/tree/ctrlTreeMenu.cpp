@@ -308,7 +308,7 @@ const Commands<ctrlTree::MenuContext>& ctrlTree::MenuTable() {
         {.name = "mnuRefresh",
          .key = Key(keys::f5),
          .keyOnly = true,
-         .action = [](Context& on, const Id&) { on.tree.Refresh(); }},
+         .action = [](Context& on, const Id&) { on.tree.RefreshByUser(); }},
     };
     static constexpr Commands<Context> table{std::span<const Command<Context>>(rows)};
     return table;

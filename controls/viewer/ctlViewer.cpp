@@ -226,8 +226,8 @@ bool ctlViewer::Stage(StageView& view, const ItemPtr& item) {
     return true;
 }
 
-bool ctlViewer::Refresh() {
-    const auto item = lclItem;
+bool ctlViewer::Refresh(const ItemPtr& now) {
+    const auto item = now ? now : lclItem;
     if (!item || lclView == &lclViews->elsewhere) return false;
     if (lclView == &lclViews->list) return ShowList(item);
     const int page = Pages() ? Pages()->Page() : 1;

@@ -66,6 +66,7 @@ public:
         if (aspect == Aspect::Items) Fill();
         if (aspect == Aspect::Items || aspect == Aspect::Selection) ShowSelection();
         if (aspect == Aspect::Mode) ShowMode();
+        if (aspect == Aspect::Text) NameColumns();
     }
 
     void ShowItem(std::int32_t id) override {
@@ -148,13 +149,22 @@ private:
         const auto& own = lclField.Row().columns;
         lclColumns = own.empty() ? std::span<const Column>(only) : own;
         for (std::size_t i = 0; i < lclColumns.size(); ++i) {
-            auto caption = ToWide(lclForm.Text(lclColumns[i].caption));
             LVCOLUMNW column{};
-            column.mask = LVCF_TEXT | LVCF_FMT | LVCF_SUBITEM;
+            column.mask = LVCF_FMT | LVCF_SUBITEM;
             column.fmt = lclColumns[i].right ? LVCFMT_RIGHT : LVCFMT_LEFT;
-            column.pszText = caption.data();
             column.iSubItem = static_cast<int>(i);
             SendMessageW(lclWindow, LVM_INSERTCOLUMNW, i, reinterpret_cast<LPARAM>(&column));
+        }
+        NameColumns();
+    }
+
+    void NameColumns() {
+        for (std::size_t i = 0; i < lclColumns.size(); ++i) {
+            auto caption = ToWide(lclForm.Text(lclColumns[i].caption));
+            LVCOLUMNW column{};
+            column.mask = LVCF_TEXT;
+            column.pszText = caption.data();
+            SendMessageW(lclWindow, LVM_SETCOLUMNW, i, reinterpret_cast<LPARAM>(&column));
         }
     }
 
