@@ -119,12 +119,14 @@ TEST_F(TreeExchange, ACutNoteWhoseFileIsMissingStays) {
     EXPECT_NE(Told().find(std::string("Niet gekopieerd: \r\n") + name), std::string::npos);
 }
 
-TEST_F(TreeExchange, WhatAnotherPutIntoACutFolderStaysWithIt) {
+TEST_F(TreeExchange, WhatAnotherPutsIntoACutFolderWhileItIsCopiedStaysWithIt) {
     Take('X', mail);
     model::clsTree elsewhere(machine);
     elsewhere.SetDbConnection(database);
     elsewhere.SetTreeId(tree.TreeId());
-    ASSERT_TRUE(elsewhere.AddChildTab("Late", old));
+    const auto token = other.EvItemCreated.Subscribe([&](const TreeItemInfo& made) {
+        if (made.description == "brief") elsewhere.AddChildTab("Late", old);
+    });
     PasteInto(other, inbox);
     EXPECT_TRUE(other.GetItem(0, "brief"));
     EXPECT_TRUE(tree.GetItem(0, "Late")) << "it was not copied";
@@ -159,11 +161,13 @@ TEST_F(TreeExchange, ACutIsPastedAsItStandsByThen) {
     elsewhere.SetDbConnection(database);
     elsewhere.SetTreeId(tree.TreeId());
     elsewhere.GetItem(brief, "")->SetDescription("signed");
+    ASSERT_TRUE(elsewhere.AddChildTab("Late", old));
     const auto token = other.EvItemCreated.Subscribe([&](const TreeItemInfo&) { other.Refresh(); });
     PasteInto(other, inbox);
     ASSERT_TRUE(other.GetItem(0, "signed")) << Told();
     EXPECT_EQ(other.NodeFullPath(other.GetItem(0, "signed")->Id()),
               R"(Other\Inbox\Mail\Old\signed)");
+    EXPECT_TRUE(other.GetItem(0, "Late"));
     EXPECT_FALSE(other.GetItem(0, "Drafts"));
     EXPECT_FALSE(tree.GetNode(mail));
     EXPECT_TRUE(machine.messages.shown.empty()) << Told();

@@ -63,6 +63,18 @@ protected:
     }
 
     void Sql(const std::string& statement) { database->Execute(statement); }
+    // Folders: ids from `first` on, each below `parentOf(i)`.
+    template <class ParentOf>
+    void AddRows(int count, int first, ParentOf parentOf) {
+        database->BeginTrans();
+        for (int i = 0; i < count; ++i) {
+            const std::string id = std::to_string(first + i);
+            Sql("Insert into tblTreeItem (Id, TreeItemId, Type, ItemId, ParentId, Description) "
+                "Values (" +
+                id + ", " + id + ", 'tab', 0, " + std::to_string(parentOf(i)) + ", 'n" + id + "')");
+        }
+        database->CommitTrans();
+    }
     // All rows, values joined by a bar.
     std::vector<std::string> Rows(const std::string& statement) {
         std::vector<std::string> lines;

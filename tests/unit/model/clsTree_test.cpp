@@ -1,7 +1,5 @@
 #include "model/clsTree.h"
 
-#include <chrono>
-
 #include "platform/Error.h"
 #include "platform/General.h"
 #include "tests/unit/model/ModelDatabase.h"
@@ -12,21 +10,7 @@ namespace {
 using model::clsItemPtr;
 using model::clsTree;
 
-class Tree : public ModelDatabase {
-protected:
-    // Ids from `first` on, each below `parentOf(i)`.
-    template <class ParentOf>
-    void AddRows(int count, int first, ParentOf parentOf) {
-        database->BeginTrans();
-        for (int i = 0; i < count; ++i) {
-            const std::string id = std::to_string(first + i);
-            Sql("Insert into tblTreeItem (Id, TreeItemId, Type, ItemId, ParentId, Description) "
-                "Values (" +
-                id + ", " + id + ", 'tab', 0, " + std::to_string(parentOf(i)) + ", 'n" + id + "')");
-        }
-        database->CommitTrans();
-    }
-};
+class Tree : public ModelDatabase {};
 
 TEST_F(Tree, IsWrittenAndReadWithTheExactStatements) {
     machine.guids.real = false;
@@ -288,91 +272,6 @@ TEST_F(Tree, EveryFailingStepLeavesNothingHalf) {
         connection->onStep = nullptr;
         Sql("Delete from tblTree where Description = 'Nieuw'");
     }
-}
-
-TEST_F(Tree, LongWorkShowsTheBusyDialogAndLetsNothingElseAtTheTree) {
-    const auto tree = NewTree();
-    const int root = tree->Item()->Id();
-    AddRows(2000, 20000, [&](int i) { return i % 100 == 0 ? root : 20000 + i / 100 * 100; });
-    machine.busy.shown.clear(), machine.busy.pumped = 0;
-    // Each look at the rows takes a while, and the host's timer wants another dossier meanwhile.
-    connection->onStep = [&](int) { machine.clock.now.millisecond += 40; };
-    clsTree loaded(machine);
-    int refused = 0;
-    machine.busy.onPump = [&] {
-        try {
-            loaded.SetTreeId(0);
-        } catch (const platform::Error&) {
-            ++refused;
-        }
-    };
-    loaded.SetDbConnection(connection);
-    loaded.SetTreeId(tree->TreeId());
-    EXPECT_EQ(loaded.Item()->ChildCollection()->Count(), 20);
-    ASSERT_EQ(machine.busy.shown.size(), 1u);
-    EXPECT_GT(refused, 1);
-    EXPECT_EQ(machine.busy.pumped, refused);
-    EXPECT_FALSE(machine.busy.open);
-    clsItemPtr doomed = loaded.Item();
-    EXPECT_TRUE(loaded.DeleteItem(doomed, 0));
-    EXPECT_EQ(machine.busy.shown.size(), 2u);
-    EXPECT_GT(machine.busy.painted, 1);
-    EXPECT_EQ(machine.busy.pumped, refused) << "no timer of the host writes into the transaction";
-    machine.busy.onPump = nullptr;
-    connection->onStep = nullptr;
-    loaded.SetTreeId(0); // and now it may
-}
-
-// Against one tree changed alone: what happens in another must not be felt.
-TEST_F(Tree, TwoLargeTreesChangedInTurnAreEachFoundThroughTheirOwnIndex) {
-    const auto tree = NewTree();
-    const int root = tree->Item()->Id();
-    AddRows(20000, 20000, [&](int i) { return i % 100 == 0 ? root : 20000 + i / 100 * 100; });
-    const auto one = Load(tree->TreeId()), two = Load(tree->TreeId());
-    model::NodeId next = 100000;
-    const auto time = [&](clsTree& a, clsTree& b) {
-        auto best = std::chrono::steady_clock::duration::max();
-        for (int round = 0; round < 3; ++round) {
-            const auto begun = std::chrono::steady_clock::now();
-            for (int i = 0; i < 100; ++i)
-                for (clsTree* const each : {&a, &b}) {
-                    const int folder = 39900 - i % 3; // "n39900" has children, the others none yet
-                    EXPECT_TRUE(each->AddChildItem(++next, "tif", nullptr, 1, "x", folder));
-                    EXPECT_TRUE(each->GetItem(next, ""));
-                }
-            best = std::min(best, std::chrono::steady_clock::now() - begun);
-        }
-        return best;
-    };
-    const auto alone = time(*one, *one), inTurn = time(*one, *two);
-    EXPECT_LT(inTurn.count(), alone.count() * 10);
-    // A folder that both hold is seen to change by both.
-    const auto shared = one->GetItem(39900, "");
-    two->Item()->ChildCollection()->Append(shared);
-    EXPECT_TRUE(two->GetItem(39900, "") && two->GetItem(39900, ""));
-    ASSERT_TRUE(one->AddChildItem(++next, "tif", nullptr, 1, "x", 39900));
-    two->Item()->ChildCollection()->Remove(39900); // its own one, so that the shared one is met
-    EXPECT_TRUE(two->GetItem(next, "") && one->GetItem(next, ""));
-}
-
-TEST_F(Tree, DeepAndWideTreesNeedNeitherStackNorQuadraticTime) {
-    const auto tree = NewTree();
-    const int root = tree->Item()->Id();
-    constexpr int levels = 10000, width = 10000;
-    AddRows(levels, 20000, [&](int i) { return i == 0 ? root : 20000 + i - 1; });
-    AddRows(width, 50000, [&](int) { return root; });
-    auto loaded = Load(tree->TreeId());
-    ASSERT_EQ(loaded->Item()->ChildCollection()->Count(), width + 1);
-    EXPECT_TRUE(loaded->GetItem(20000 + levels - 1, ""));
-    EXPECT_TRUE(loaded->GetItem(0, "n29999"));
-    EXPECT_FALSE(loaded->GetItem(0, "nowhere"));
-    clsItemPtr doomed;
-    EXPECT_TRUE(loaded->DeleteItem(doomed, 20000));
-    EXPECT_EQ(One("select count(*) from tblTreeItem where TreeItemId < 0"), "10000");
-    const auto children = loaded->Item()->ChildCollection();
-    for (int i = width - 1; i >= 0; --i) children->Remove(50000 + (i % 2 ? i : width - 2 - i));
-    EXPECT_EQ(children->Count(), 1);
-    loaded.reset(); // ten thousand levels fall apart here
 }
 
 TEST_F(Tree, TheSweepNegatesTopsOfTreesWithoutDossier) {
