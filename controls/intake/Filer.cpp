@@ -68,11 +68,11 @@ FilingReport Filer::File(const ItemPtr& folder, std::vector<IntakeEntry> entries
     Run run{.tree = lclSite.Tree(), .target = folder, .heard = filed};
     Operation operation(lclSite.Lock());
     if (!Begin(run, operation, entries)) return std::move(run.report);
-    const auto others = [&](std::int32_t number, std::string_view words) {
+    const auto others = [&](std::int32_t number, auto told) {
         run.settled.resize(entries.size());
         for (std::size_t at = 0; at < entries.size(); ++at)
             if (!run.settled[at]) {
-                run.Failed(at, number, lclSite.Text(words, {entries[at].what.file}));
+                run.Failed(at, number, told(entries[at].what.file));
                 run.report.untried.push_back(at);
             }
     };
@@ -85,10 +85,15 @@ FilingReport Filer::File(const ItemPtr& folder, std::vector<IntakeEntry> entries
         WriteWaiting(entries, run);
         run.report.stopped = operation.Stopped();
         if (run.report.stopped)
-            others(addFiles::stopped, "$%$: niet toegevoegd, want het toevoegen is afgebroken");
+            others(addFiles::stopped, [&](const std::string& file) {
+                return lclSite.Text("$%$: niet toegevoegd, want het toevoegen is afgebroken",
+                                    {file});
+            });
     } catch (const std::exception& error) {
         lclSite.Machine().log.Write("AddFiles", error.what());
-        others(addFiles::notFiled, "$%$: niet opgeslagen");
+        others(addFiles::notFiled, [&](const std::string& file) {
+            return lclSite.Text("$%$: niet opgeslagen", {file});
+        });
     }
     run.together.reset();
     operation.End(); // before what is left to tell

@@ -129,7 +129,9 @@ void TextLines::Insert(std::size_t at, std::string_view text) {
 }
 
 std::string TextLines::Bytes() const {
-    std::string bytes = lclBytes.substr(0, lclMark);
+    std::string bytes;
+    bytes.reserve(lclBytes.size()); // such a file may be large
+    bytes.append(lclBytes, 0, lclMark);
     for (const auto& line : lclLines) bytes.append(In(line.text)).append(In(line.end));
     return bytes;
 }
