@@ -114,6 +114,7 @@ bool WindowsBusyDialog::Create() {
 
 void WindowsBusyDialog::ChooseFont() {
     lclDpi = DpiOf(lclWindow);
+    lclWidth = 0;
     const LOGFONTW wanted = MessageFont(lclDpi);
     const HFONT font = CreateFontIndirectW(&wanted);
     for (const HWND child : {lclText, lclStop})
@@ -122,7 +123,8 @@ void WindowsBusyDialog::ChooseFont() {
     lclFont = font;
 }
 
-// As large as its text asks for, in the middle of the host's window.
+// As large as its texts asked for so far, in the middle of the host's window: one that changed with
+// each of many texts would jump about.
 void WindowsBusyDialog::Arrange() {
     const auto scaled = [this](int size) { return MulDiv(size, lclDpi, 96); };
     std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(lclText)) + 1, L'\0');
@@ -134,7 +136,8 @@ void WindowsBusyDialog::Arrange() {
     SelectObject(device, old);
     ReleaseDC(lclText, device);
 
-    const int width = std::max<int>(words.right, scaled(leastWidth));
+    const int width = std::max<int>({words.right, scaled(leastWidth), lclWidth});
+    lclWidth = width;
     const int edge = scaled(margin), barTop = edge + words.bottom + scaled(gap);
     const int stopTop = barTop + scaled(barHeight) + scaled(gap);
     const int bottom = lclStop ? stopTop + scaled(stopHeight) : barTop + scaled(barHeight);
@@ -161,13 +164,18 @@ void WindowsBusyDialog::Marquee(bool on) {
     SendMessageW(lclBar, PBM_SETMARQUEE, on, 40);
 }
 
+// Now: while the work runs, painting that waits for a free moment may wait for its end.
+void WindowsBusyDialog::Paint() const {
+    RedrawWindow(lclWindow, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+}
+
 void WindowsBusyDialog::Show(std::string_view caption, std::string_view text) {
     if (!lclWindow && !Create()) return; // the work itself needs no window
     SetTextIfNew(lclWindow, ToWide(caption));
     SetTextIfNew(lclText, ToWide(text));
     Arrange();
     if (!IsWindowVisible(lclWindow)) ShowWindow(lclWindow, SW_SHOWNOACTIVATE);
-    UpdateWindow(lclWindow);
+    Paint();
 }
 
 void WindowsBusyDialog::Progress(int done, int total) {
@@ -188,7 +196,9 @@ void WindowsBusyDialog::OfferStop(std::string_view caption) {
                                   0, 1, 1, lclWindow, nullptr, OwnModule(), nullptr);
         if (lclStop) SendMessageW(lclStop, WM_SETFONT, reinterpret_cast<WPARAM>(lclFont), TRUE);
     }
-    if (lclWindow) Arrange();
+    if (!lclWindow) return;
+    Arrange();
+    Paint();
 }
 
 void WindowsBusyDialog::AskToStop() {

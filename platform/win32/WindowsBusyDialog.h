@@ -32,13 +32,14 @@ private:
     bool Create();
     void ChooseFont();
     void Arrange();
+    void Paint() const;
     void Marquee(bool on);
     void TakeInput();
     void AskToStop();
 
     HWND lclWindow = nullptr, lclText = nullptr, lclBar = nullptr, lclStop = nullptr;
     HFONT lclFont = nullptr;
-    int lclDpi = 96;
+    int lclDpi = 96, lclWidth = 0;
     bool lclStopAsked = false;
 };
 

@@ -103,6 +103,14 @@ TEST(BusyDialog, ShowsItsTextsOverTheOwnerWithoutTakingTheFocus) {
         EXPECT_FALSE(scope.StopAsked()) << "there is nothing to stop";
         dialog.OfferStop("Stoppen");
         const HWND stop = FindWindowExW(window, nullptr, L"BUTTON", L"Stoppen");
+        EXPECT_FALSE(GetUpdateRect(stop, nullptr, FALSE)) << "painted before the work goes on";
+        RECT wide{};
+        dialog.Show("Controle database", std::string(50, 'w'));
+        GetWindowRect(window, &wide);
+        EXPECT_FALSE(GetUpdateRect(stop, nullptr, FALSE)) << "where it stands now";
+        dialog.Show("Controle database", "kort");
+        GetWindowRect(window, &own);
+        EXPECT_EQ(own.right - own.left, wide.right - wide.left) << "it does not jump about";
         ASSERT_NE(stop, nullptr);
         PostMessageW(stop, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
         PostMessageW(stop, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
