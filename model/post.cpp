@@ -28,8 +28,12 @@ void Keep(data::clsSettings& settings, const std::string& where, std::string_vie
         throw data::Error(data::errors::objectClosed, settings.Failure(), "Kavidex");
 }
 
+// Servers lock the place of rows that are not there: others could not keep what they know beside
+// it.
 void Forget(const Store& store, NodeId item) {
-    store.Write("Delete from tblSettings where Section = " + data::SqlValue(SectionOf(item)));
+    const std::string where =
+        " from tblSettings where Section = " + data::SqlValue(SectionOf(item));
+    if (!store.Read("Select Id" + where)->Eof()) store.Write("Delete" + where);
 }
 
 // What is known of each, some at a time.

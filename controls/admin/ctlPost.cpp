@@ -58,7 +58,7 @@ constexpr FieldRow fields[] = {
      {},
      0,
      givenColumns},
-    {"btnAdd", Kind::Button, {6, 232, 80, 14}, "Bestanden toevoegen...", anchor::leftBottom},
+    {"btnAdd", Kind::Button, {6, 232, 84, 14}, "Bestanden toevoegen...", anchor::leftBottom},
     {"btnTakeBack", Kind::Button, {216, 232, 76, 14}, "Terugnemen", anchor::leftBottom},
     {"panViewer", Kind::Pane, {298, 6, 176, 221}, "Document", anchor::all},
     {"btnSave", Kind::Button, {298, 232, 54, 14}, "Opslaan", anchor::rightBottom, style::hidden},

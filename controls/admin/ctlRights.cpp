@@ -21,36 +21,36 @@ constexpr int deleteKey = 0x2E, insertKey = 0x2D;
 constexpr std::int32_t firstRight = 101;
 
 constexpr FieldRow fields[] = {
-    {"lblFind", Kind::Label, {6, 8, 40, 9}, "Zoeken:"},
-    {"txtFind", Kind::Edit, {48, 6, 130, 13}},
+    {"lblFind", Kind::Label, {6, 8, 43, 9}, "Zoeken:"},
+    {"txtFind", Kind::Edit, {50, 6, 132, 13}},
     {"treUsers",
      Kind::Tree,
-     {6, 23, 172, 166},
+     {6, 23, 176, 166},
      "Gebruikers en groepen",
      anchor::tall,
      style::edits | style::drags},
-    {"treRights", Kind::Tree, {184, 23, 222, 150}, "Rechten", anchor::all, style::checks},
-    {"btnGroup", Kind::Button, {6, 193, 58, 14}, "Nieuwe groep", anchor::leftBottom},
-    {"btnUser", Kind::Button, {66, 193, 62, 14}, "Nieuwe gebruiker", anchor::leftBottom},
-    {"btnDelete", Kind::Button, {130, 193, 48, 14}, "Verwijderen", anchor::leftBottom},
-    {"btnCopy", Kind::Button, {184, 193, 74, 14}, "Kopiëren naar...", anchor::leftBottom},
+    {"treRights", Kind::Tree, {188, 23, 222, 150}, "Rechten", anchor::all, style::checks},
+    {"btnGroup", Kind::Button, {6, 193, 60, 14}, "Nieuwe groep", anchor::leftBottom},
+    {"btnUser", Kind::Button, {68, 193, 64, 14}, "Nieuwe gebruiker", anchor::leftBottom},
+    {"btnDelete", Kind::Button, {134, 193, 48, 14}, "Verwijderen", anchor::leftBottom},
+    {"btnCopy", Kind::Button, {188, 193, 74, 14}, "Kopiëren naar...", anchor::leftBottom},
     {"chkUseRights", Kind::Check, {6, 214, 130, 10}, "Rechten gebruiken", anchor::leftBottom},
     {"btnSave", Kind::Button, {210, 212, 54, 14}, "Opslaan", anchor::rightBottom},
-    {"btnUndo", Kind::Button, {268, 212, 84, 14}, "Ongedaan maken", anchor::rightBottom},
+    {"btnUndo", Kind::Button, {268, 212, 88, 14}, "Ongedaan maken", anchor::rightBottom},
     {"btnClose",
      Kind::Button,
-     {356, 212, 50, 14},
+     {360, 212, 50, 14},
      "Sluiten",
      anchor::rightBottom,
      style::isCancel | style::hidden},
-    {"lblName", Kind::Label, {186, 8, 218, 9}, "", anchor::wide, style::bold},
+    {"lblName", Kind::Label, {190, 8, 218, 9}, "", anchor::wide, style::bold},
     {"lblEffective",
      Kind::Label,
-     {186, 176, 218, 14},
+     {190, 176, 218, 14},
      "",
      anchor::left | anchor::right | anchor::bottom},
 };
-constexpr forms::Layout layout = {"ctlRights", "Rechten", 412, 232, true, fields};
+constexpr forms::Layout layout = {"ctlRights", "Rechten", 416, 232, true, fields};
 
 constexpr forms::Column targetColumns[] = {{"Gebruikers en groepen", 0}};
 constexpr FieldRow targetFields[] = {

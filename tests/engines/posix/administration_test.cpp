@@ -148,7 +148,7 @@ TEST_P(AdministrationOverEngines, TwoProgramsChangeTheSameRightsAndLoseNone) {
 
 // Three hand out the same post, each to a user of its own, and take some of it back.
 TEST_P(AdministrationOverEngines, PostIsInOneFolderWhoeverHandsItOut) {
-    constexpr int programs = 3, letters = 24;
+    constexpr int programs = 3, letters = 12;
     const Store store(connection);
     const auto place = MakeUserTree(machine, store, "Gebruikers");
     const auto folder = PostFolder(machine, store, place, "Post");
@@ -208,26 +208,37 @@ TEST_P(AdministrationOverEngines, PostIsInOneFolderWhoeverHandsItOut) {
               static_cast<std::int32_t>(boxes.size()));
 }
 
+KAVIDEX_OVER_ENGINES(AdministrationOverEngines);
+
 // A database that takes no writes: every editor says so, and what it shows stays.
-TEST_P(AdministrationOverEngines, ADatabaseThatOnlyReadsIsTold) {
-    if (engine.name != "embedded") GTEST_SKIP() << "a file of its own is needed";
+TEST(Administration, ADatabaseThatOnlyReadsIsTold) {
+    FakeWorkstation machine;
+    FakeForms forms;
+    const auto connection = data::EmbeddedDatabase::Create(machine.Path("a.kdb"));
+    data::clsUpdateDb update(machine);
+    update.SetDbConnection(connection);
+    update.fncUpdateDb();
+    const auto told = [&] { return machine.messages.shown.back().text; };
     const Store store(connection);
     AddDossierType(machine, store, "Zaak", "Zaak");
     const auto place = MakeUserTree(machine, store, "Gebruikers");
     AddHolder(machine, store, place, {0, 0, false, "Jan", {}});
-    const auto closed = data::EmbeddedDatabase::OpenReadOnly(connection->DefaultDatabase());
+    const auto closed = data::EmbeddedDatabase::OpenReadOnly(machine.Path("a.kdb"));
 
-    const auto rights = Open<controls::ctlRights>(closed);
-    FormUser user(rights->Form());
-    user.Choose("treUsers", rights->Form()["treUsers"].Items().front().id);
+    controls::ctlRights rights(machine);
+    rights.SetDbConnection(closed);
+    FormUser user(rights.Form());
+    user.Choose("treUsers", rights.Form()["treUsers"].Items().front().id);
     user.TickItem("treRights", 1);
-    EXPECT_FALSE(rights->Save());
-    EXPECT_NE(Told().find("Opslaan is niet gelukt: "), std::string::npos) << Told();
-    EXPECT_TRUE(rights->IsChanged());
-    const auto folders = Open<controls::ctlDefaultFolders>(closed);
-    FormUser edits(folders->Form());
+    EXPECT_FALSE(rights.Save());
+    EXPECT_NE(told().find("Opslaan is niet gelukt: "), std::string::npos) << told();
+    EXPECT_TRUE(rights.IsChanged());
+    controls::ctlDefaultFolders folders(machine);
+    folders.presenter = [&] { return &forms; };
+    folders.SetDbConnection(closed);
+    FormUser edits(folders.Form());
     edits.Click("btnNew");
-    EXPECT_FALSE(folders->Save());
+    EXPECT_FALSE(folders.Save());
     forms.users = {[](FormUser& named) {
         named.Type("txtName", "Polis");
         named.Click("btnOk");
@@ -236,16 +247,14 @@ TEST_P(AdministrationOverEngines, ADatabaseThatOnlyReadsIsTold) {
     const auto before = machine.messages.shown.size();
     edits.Click("btnNewType");
     EXPECT_EQ(machine.messages.shown.size(), before + 2);
-    EXPECT_EQ(folders->Form()["cmbType"].Items().size(), 1U);
+    EXPECT_EQ(folders.Form()["cmbType"].Items().size(), 1U);
     forms.users = {[&](FormUser& changes) {
         changes.Type("txtDocumentPath", "C:\\x");
         changes.Click("btnOk");
-        EXPECT_NE(Told().find("kunnen niet opgeslagen worden"), std::string::npos) << Told();
+        EXPECT_NE(told().find("kunnen niet opgeslagen worden"), std::string::npos) << told();
     }};
     EXPECT_FALSE(controls::frmSettings(machine, closed, nullptr, nullptr).Show(forms));
     EXPECT_FALSE(LoadHolders(machine, store).front().rights.any());
 }
-
-KAVIDEX_OVER_ENGINES(AdministrationOverEngines);
 
 } // namespace kavidex::tests

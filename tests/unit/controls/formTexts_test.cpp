@@ -1,4 +1,7 @@
 // Every label, box and button of the administrator's forms has room for its text in each language.
+#include <algorithm>
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "controls/admin/ctlChecklistEditor.h"
@@ -21,16 +24,15 @@ namespace {
 // have much the same share of it.
 double Width(std::string_view text) {
     constexpr std::pair<std::u16string_view, double> shares[] = {
-        {u"ijl'|", 1.7}, {u"It! ,./:;f", 2.1}, {u"r-()", 2.6},    {u"ckJsvxyz", 3.8},
-        {u"FTZ", 4.7},   {u"ABEKPSVXY&", 5.1}, {u"CDHNRUw", 5.5}, {u"GOQ", 6},
-        {u"mM", 6.4},    {u"W%", 7.2}};
+        {u"ijl'|", 1.6},      {u"It! ,./:;f", 2}, {u"r-()", 2.5}, {u"ckJsvxyz", 3.6}, {u"FTZ", 4.5},
+        {u"ABEKPSVXY&", 4.8}, {u"CDHNRUw", 5.2},  {u"GOQ", 5.7},  {u"mM", 6.1},       {u"W%", 6.8}};
     double width = 0;
     for (const char16_t letter : platform::ToUtf16(text)) {
         const auto known =
             std::find_if(std::begin(shares), std::end(shares), [&](const auto& share) {
                 return share.first.find(letter) != std::u16string_view::npos;
             });
-        width += known == std::end(shares) ? 4.3 : known->second;
+        width += known == std::end(shares) ? 4 : known->second;
     }
     return width;
 }

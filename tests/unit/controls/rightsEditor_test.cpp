@@ -191,7 +191,7 @@ TEST_F(RightsEditor, TheLastWhoMayChangeRightsIsNotLockedOutUnasked) {
     const auto asked = machine.messages.shown.size();
     user.Choose("treUsers", IdOf(*editor, "Jansen"));
     user.PressKey("treUsers", 0x2E);
-    machine.messages.answers = {platform::Answer::Yes, platform::Answer::No};
+    machine.messages.answers = {platform::Answer::No};
     user.Click("btnSave");
     EXPECT_EQ(machine.messages.shown.size(), asked + 2);
     EXPECT_EQ(Right("Jansen", "UpdateEditRights"), "True");
