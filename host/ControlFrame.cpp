@@ -21,7 +21,9 @@ Late Control(const platform::win32::ControlSite& site) {
 } // namespace
 
 ControlFrame::ControlFrame(HWND owner, const wchar_t* progId, const std::string& title,
-                           const platform::win32::ComPtr<IDispatch>& connection) {
+                           const platform::win32::ComPtr<IDispatch>& connection,
+                           std::string saveQuestion)
+    : lclSaveQuestion(std::move(saveQuestion)) {
     const HINSTANCE module = GetModuleHandleW(nullptr);
     WNDCLASSW windowClass{};
     windowClass.lpfnWndProc = Procedure;
@@ -49,6 +51,7 @@ ControlFrame::ControlFrame(HWND owner, const wchar_t* progId, const std::string&
         throw;
     }
     ShowWindow(lclWindow, SW_SHOW);
+    SetForegroundWindow(lclWindow);
     lclSite->Focus();
 }
 
@@ -62,9 +65,10 @@ void ControlFrame::Close() {
 }
 
 bool ControlFrame::MayClose() {
+    if (!lclWindow) return true;
     const auto control = Control(*lclSite);
     if (!control.Get(L"IsChanged").ToBool()) return true;
-    const int answer = MessageBoxW(lclWindow, L"Save the changes?", L"Kavidex host",
+    const int answer = MessageBoxW(lclWindow, ToWide(lclSaveQuestion).c_str(), L"Kavidex host",
                                    MB_YESNOCANCEL | MB_ICONQUESTION);
     return answer == IDNO || (answer == IDYES && control.Call(L"Save").ToBool());
 }

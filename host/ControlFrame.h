@@ -13,20 +13,20 @@ class ControlFrame {
 public:
     // Shows the control on that connection; throws platform::Error where it cannot be made.
     ControlFrame(HWND owner, const wchar_t* progId, const std::string& title,
-                 const platform::win32::ComPtr<IDispatch>& connection);
+                 const platform::win32::ComPtr<IDispatch>& connection, std::string saveQuestion);
     ~ControlFrame();
     ControlFrame(const ControlFrame&) = delete;
     ControlFrame& operator=(const ControlFrame&) = delete;
 
     bool IsOpen() const { return lclWindow != nullptr; }
     bool TranslateKey(MSG& message) { return lclWindow && lclSite->TranslateKey(message); }
-    void Close(); // without a question
+    bool MayClose(); // asks about what is not saved
+    void Close();    // without a question
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l);
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
-    bool MayClose(); // asks about what is not saved
-
+    std::string lclSaveQuestion;
     HWND lclWindow = nullptr;
     platform::win32::ControlSite* lclSite = nullptr;
 };

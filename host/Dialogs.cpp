@@ -2,6 +2,7 @@
 
 #include "controls/forms/Form.h"
 #include "controls/forms/win32/WindowsForms.h"
+#include "host/Menu.h"
 #include "platform/Workstation.h"
 
 namespace kavidex::host {
@@ -23,7 +24,7 @@ constexpr FieldRow dossierFields[] = {
     {"btnOk", Kind::Button, {106, 62, 50, 14}, "OK", anchor::rightBottom, style::isDefault},
     {"btnCancel", Kind::Button, {162, 62, 50, 14}, "Cancel", anchor::rightBottom, style::isCancel},
 };
-constexpr controls::forms::Layout dossierLayout = {"OpenDossier", "Open dossier", 220, 84,
+constexpr controls::forms::Layout dossierLayout = {"OpenDossier", "Open binder", 220, 84,
                                                    true,          dossierFields};
 
 constexpr FieldRow connectionFields[] = {
@@ -37,6 +38,14 @@ constexpr FieldRow connectionFields[] = {
 constexpr controls::forms::Layout connectionLayout = {"Connection", "Connection", 300,
                                                       84,           true,         connectionFields};
 
+struct HostTexts final : controls::Translator {
+    explicit HostTexts(int shown) : language(shown) {}
+    std::string Translate(std::string_view text, const std::vector<std::string>&) override {
+        return std::string(Text(text, language));
+    }
+    int language;
+};
+
 // Nothing can be opened while the field that names it is empty.
 void NeedText(Form& form, const char* field) {
     const auto check = [&form, field] { form["btnOk"].SetEnabled(!form[field].Text().empty()); };
@@ -46,10 +55,11 @@ void NeedText(Form& form, const char* field) {
 
 } // namespace
 
-bool AskDossier(HWND owner, std::string& key, std::string& description) {
+bool AskDossier(HWND owner, int language, std::string& key, std::string& description) {
     const auto& workstation = platform::TheWorkstation();
     controls::forms::win32::WindowsForms forms(workstation, [owner] { return owner; });
     Form form(dossierLayout, workstation);
+    form.SetTranslate(std::make_shared<HostTexts>(language));
     form["txtKey"].SetText(key);
     form["txtDescription"].SetText(description);
     NeedText(form, "txtKey");
@@ -59,20 +69,23 @@ bool AskDossier(HWND owner, std::string& key, std::string& description) {
     return true;
 }
 
-bool AskConnection(HWND owner, std::string& database, std::string& store) {
+bool AskConnection(HWND owner, int language, std::string& database, std::string& store) {
     const auto& workstation = platform::TheWorkstation();
     controls::forms::win32::WindowsForms forms(workstation, [owner] { return owner; });
     Form form(connectionLayout, workstation);
+    form.SetTranslate(std::make_shared<HostTexts>(language));
     form["txtDatabase"].SetText(database);
     form["txtStore"].SetText(store);
     NeedText(form, "txtDatabase");
     form.On("txtDatabase", What::Clicked, [&](controls::forms::FieldEvent& event) {
-        const auto file = forms.ChooseFile("Database file", event.field.Text(), "*.kdb", true);
+        const auto file =
+            forms.ChooseFile(form.Text("Database file:"), event.field.Text(), "*.kdb", true);
         if (file) event.field.SetText(*file);
         form["btnOk"].SetEnabled(!event.field.Text().empty());
     });
     form.On("txtStore", What::Clicked, [&](controls::forms::FieldEvent& event) {
-        if (const auto folder = forms.ChooseFolder("Document folder", event.field.Text()))
+        if (const auto folder =
+                forms.ChooseFolder(form.Text("Document folder:"), event.field.Text()))
             event.field.SetText(*folder);
     });
     if (!forms.ShowModal(form)) return false;
@@ -81,10 +94,10 @@ bool AskConnection(HWND owner, std::string& database, std::string& store) {
     return true;
 }
 
-std::vector<std::string> ChooseFiles(HWND owner) {
+std::vector<std::string> ChooseFiles(HWND owner, int language) {
     controls::forms::win32::WindowsForms forms(platform::TheWorkstation(),
                                                [owner] { return owner; });
-    return forms.ChooseFiles("Add files", {});
+    return forms.ChooseFiles(std::string(Text("Add files", language)), {});
 }
 
 } // namespace kavidex::host

@@ -148,9 +148,22 @@ void HostWindow::Work(UINT message, WPARAM wparam) {
         Command(LOWORD(wparam));
 }
 
+// What is not saved is asked about while the window still stands.
 void HostWindow::Close() {
     lclCloseAsked = true;
-    if (lclWorking == 0) DestroyWindow(lclWindow);
+    if (lclWorking > 0) return;
+    for (const auto& frame : lclFrames)
+        if (!frame->MayClose()) {
+            lclCloseAsked = false;
+            return;
+        }
+    ++lclWorking;
+    try {
+        if (lclSession) lclSession->CloseDossier();
+    } catch (const std::exception& error) {
+        Report("error " + std::string(error.what()));
+    }
+    DestroyWindow(lclWindow);
 }
 
 void HostWindow::Start() {
@@ -241,21 +254,21 @@ void HostWindow::AskDossier() {
     if (!lclSession || lclSession->Database().empty()) AskConnection();
     if (!lclSession || lclSession->Database().empty()) return;
     std::string key = lclSession->Key(), description;
-    if (host::AskDossier(lclWindow, key, description))
+    if (host::AskDossier(lclWindow, lclLanguage, key, description))
         OpenDossier(key, description.empty() ? key : description);
 }
 
 void HostWindow::AskFiles() {
     if (!lclSession || lclSession->Key().empty()) AskDossier();
     if (!lclSession || lclSession->Key().empty()) return;
-    const auto files = ChooseFiles(lclWindow);
+    const auto files = ChooseFiles(lclWindow, lclLanguage);
     if (!files.empty()) AddFiles(files);
 }
 
 void HostWindow::AskConnection() {
     if (!lclSession) return;
     std::string database = lclSession->Database(), store = lclSession->Store();
-    if (!host::AskConnection(lclWindow, database, store)) return;
+    if (!host::AskConnection(lclWindow, lclLanguage, database, store)) return;
     lclFrames.clear(); // they show the other one
     lclSession->Connect(database, store);
 }
@@ -267,7 +280,8 @@ void HostWindow::ShowAdministration(std::size_t which) {
     auto name = Own(administration[which].title);
     std::erase(name, '&');
     lclFrames.push_back(std::make_unique<ControlFrame>(lclWindow, administration[which].progId,
-                                                       name, lclSession->Connection()));
+                                                       name, lclSession->Connection(),
+                                                       Own("Save the changes?")));
 }
 
 // The panel beside the documents, by the type of the dossier.
@@ -282,7 +296,7 @@ void HostWindow::OpenDossier(const std::string& key, const std::string& descript
     const int result = lclSession->Open(key, description, lclOptions.folders);
     Report("dossier " + key + " result " + std::to_string(result));
     Say(result == 0 ? Own("Binder") + " " + key
-                    : "The dossier cannot be opened: " + std::to_string(result));
+                    : Own("The binder cannot be opened") + ": " + std::to_string(result));
     if (result != 0) lclExitCode = 1;
     SetWindowTextW(lclWindow, result == 0 ? (ToWide(key) + L" - " + title).c_str() : title);
 }
@@ -292,7 +306,7 @@ void HostWindow::AddFiles(const std::vector<std::string>& files) {
     Report("added " + std::to_string(files.size()) + " result " + std::to_string(result));
     if (result != 0) {
         lclExitCode = 1;
-        Say("Not all files were added: " + std::to_string(result));
+        Say(Own("Not all files were added") + ": " + std::to_string(result));
     }
 }
 

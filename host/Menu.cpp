@@ -34,6 +34,22 @@ constexpr std::array<std::string_view, languages> texts[] = {
     {"Map", "Folder", "Ordner", "Sous-dossier"},
     {"Document", "Document", "Dokument", "Document"},
     {"Dossier", "Binder", "Akte", "Dossier"},
+    {"Dossier openen", "Open binder", "Akte öffnen", "Ouvrir un dossier"},
+    {"Sleutel van het record:", "Key of the record:", "Schlüssel des Datensatzes:",
+     "Clé de l'enregistrement :"},
+    {"Omschrijving:", "Description:", "Beschreibung:", "Description :"},
+    {"OK", "OK", "OK", "OK"},
+    {"Annuleren", "Cancel", "Abbrechen", "Annuler"},
+    {"Verbinding", "Connection", "Verbindung", "Connexion"},
+    {"Databasebestand:", "Database file:", "Datenbankdatei:", "Base de données :"},
+    {"Documentenmap:", "Document folder:", "Dokumentenordner:", "Dossier des documents :"},
+    {"Bestanden toevoegen", "Add files", "Dateien hinzufügen", "Ajouter des fichiers"},
+    {"Wilt u de wijzigingen opslaan?", "Save the changes?", "Änderungen speichern?",
+     "Enregistrer les modifications ?"},
+    {"Het dossier kan niet geopend worden", "The binder cannot be opened",
+     "Die Akte kann nicht geöffnet werden", "Le dossier ne peut pas être ouvert"},
+    {"Niet alle bestanden zijn toegevoegd", "Not all files were added",
+     "Nicht alle Dateien wurden hinzugefügt", "Tous les fichiers n'ont pas été ajoutés"},
 };
 
 constexpr std::string_view names[languages] = {"&Nederlands", "&English", "&Deutsch", "&Français"};

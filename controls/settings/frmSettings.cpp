@@ -194,6 +194,15 @@ void frmSettings::Accept() {
     lclForm.Close(true);
 }
 
+// One that another workstation alone reaches may be right.
+bool frmSettings::ConfirmFolder(const std::string& path) const {
+    return path.empty() || lclWorkstation.files.DirectoryExists(path) ||
+           lclWorkstation.messages.Show(
+               {lclForm.Text("De map '$%$' bestaat niet. Wilt u deze toch opslaan?", {path}),
+                lclForm.Caption(), platform::Buttons::YesNo, platform::Icon::Question}) ==
+               platform::Answer::Yes;
+}
+
 // All of them or none, and none over what someone else has written since they were read.
 bool frmSettings::WriteSettings() {
     struct Change {
@@ -204,6 +213,8 @@ bool frmSettings::WriteSettings() {
     for (const auto& row : settingRows::Paths())
         if (const auto text = platform::Trim(lclForm[row.field].Text()); text != lclRead[row.field])
             changes.push_back({row.section, row.key, lclRead[row.field], text});
+    for (const auto& change : changes)
+        if (!ConfirmFolder(change.after)) return false;
     const bool use = lclForm["chkUseRights"].Checked();
     if (use != platform::EqualAsciiNoCase(lclUse, "true"))
         changes.push_back({"Rights", "Use", lclUse, use ? "True" : "False"});

@@ -55,6 +55,7 @@ private:
     void ShowRights();
     void Accept();
     void Open(std::size_t which); // an editor
+    bool ConfirmFolder(const std::string& path) const;
     bool WriteSettings();
     void WriteOptions();
     std::string Setting(std::string_view section, std::string_view key) const;

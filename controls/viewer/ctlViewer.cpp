@@ -3,6 +3,7 @@
 #include "controls/forms/FormView.h"
 #include "controls/viewer/ViewerViews.h"
 #include "controls/viewer/ViewerWindow.h"
+#include "controls/viewer/pages/PageSource.h"
 #include "data/logText.h"
 #include "model/clsItem.h"
 #include "model/clsUserAuth.h"
@@ -200,7 +201,19 @@ bool ctlViewer::ShowDocument(const ItemPtr& item) {
     ShownDocument document;
     if (!FindDocument(item, document)) return false;
     auto* view = lclViews->For(document);
-    return view && view->Show(document) && Stage(*view, item);
+    const auto instead = [&](std::string_view notice) {
+        lclViews->other.ShowInstead(document, notice);
+        return Stage(lclViews->other, item);
+    };
+    try {
+        return view && view->Show(document) && Stage(*view, item);
+    } catch (const CannotDraw& refusal) {
+        lclWorkstation.log.Write("ShowItem", refusal.what());
+        return instead(refusal.notice);
+    } catch (const std::exception&) {
+        if (view == &lclViews->image) instead(damagedNotice);
+        throw;
+    }
 }
 
 bool ctlViewer::ShowList(const ItemPtr& folder) {

@@ -39,6 +39,12 @@ bool BrowserView::Show(const ShownDocument& document) {
     return true;
 }
 
+void BrowserView::ShowInstead(const ShownDocument& document, std::string_view notice) {
+    lclDocument = document;
+    lclFailed = false;
+    ShowFacts(notice);
+}
+
 void BrowserView::ShowFacts(std::string_view notice) {
     lclShown = How::Facts;
     lclFacts.Show(lclDocument, notice);

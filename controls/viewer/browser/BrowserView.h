@@ -13,6 +13,8 @@ public:
     BrowserView(ViewerFrame& frame, BrowserPane& pane, FactsPane& facts);
 
     bool Show(const ShownDocument& document) override;
+    // The facts of one that another view could not show.
+    void ShowInstead(const ShownDocument& document, std::string_view notice);
     bool Close() override;
     PartSet Parts() const override;
     StatusTexts Status() const override;

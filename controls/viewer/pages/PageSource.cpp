@@ -83,11 +83,10 @@ const imaging::Pdfium& ThePdfium() {
     return library;
 }
 
-[[noreturn]] void Refuse(const std::string& path, const char* why) {
-    throw platform::Error(platform::errors::invalidData, path + ": " + why);
-}
-
 } // namespace
+
+CannotDraw::CannotDraw(const std::string& path, std::string_view why)
+    : Error(platform::errors::invalidData, path + ": " + std::string(why)), notice(why) {}
 
 std::unique_ptr<PageSource> OpenScan(platform::Files& files, const std::string& path) {
     return std::make_unique<Scan>(files, path);
@@ -97,15 +96,19 @@ bool CanDrawPdf() { return ThePdfium().IsHere(); }
 
 std::unique_ptr<PageSource> OpenPdf(platform::Files& files, const std::string& path) {
     constexpr std::uint64_t largest = std::uint64_t{256} * 1024 * 1024;
-    if (files.Size(path) > largest) Refuse(path, "the PDF file is too large to be shown here");
+    if (files.Size(path) > largest)
+        throw CannotDraw(path, "Dit document is te groot om hier getoond te worden.");
     auto opened = ThePdfium().Open(files.ReadAll(path));
     switch (opened.outcome) {
     case imaging::PdfOpened::Yes: break;
-    case imaging::PdfOpened::NeedsPassword: Refuse(path, "the PDF file needs a password");
-    case imaging::PdfOpened::NotHere: Refuse(path, "PDFium is not here");
-    default: Refuse(path, "the PDF file is damaged");
+    case imaging::PdfOpened::NeedsPassword:
+        throw CannotDraw(path, "Dit document is beveiligd met een wachtwoord en kan hier niet "
+                               "getoond worden.");
+    case imaging::PdfOpened::NotHere:
+        throw CannotDraw(path, "Dit document kan hier niet getoond worden.");
+    default: throw CannotDraw(path, damagedNotice);
     }
-    if (opened.file->Count() < 1) Refuse(path, "the PDF file has no pages");
+    if (opened.file->Count() < 1) throw CannotDraw(path, damagedNotice);
     return std::make_unique<PdfPages>(std::move(opened.file));
 }
 

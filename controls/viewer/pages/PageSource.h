@@ -6,8 +6,10 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "imaging/PageBitmap.h"
+#include "platform/Error.h"
 
 namespace kavidex::platform {
 class Files;
@@ -45,7 +47,14 @@ public:
 };
 
 std::unique_ptr<PageSource> OpenScan(platform::Files& files, const std::string& path);
-// A file that needs a password, or is too large, is refused in words.
+// A file that is not drawn here, though nothing may be wrong with it.
+constexpr std::string_view damagedNotice =
+    "Dit document is beschadigd en kan hier niet getoond worden.";
+struct CannotDraw : platform::Error {
+    CannotDraw(const std::string& path, std::string_view why);
+    std::string_view notice; // why, as a key of the translations
+};
+// Throws CannotDraw for one that needs a password, is too large or is damaged.
 std::unique_ptr<PageSource> OpenPdf(platform::Files& files, const std::string& path);
 bool CanDrawPdf(); // PDFium is here
 

@@ -155,6 +155,22 @@ TEST_F(Views, ALinkAsksTheHostAndShowsNothing) {
     EXPECT_EQ(machine.messages.shown[0].caption, "Error in ShowItem");
 }
 
+TEST_F(Views, WhatCannotBeDrawnShowsItsFactsAndOpens) {
+    const auto empty = DocumentOf("tif", "Leeg", "");
+    EXPECT_FALSE(viewer.ShowItem(empty));
+    EXPECT_EQ(machine.messages.shown.back().caption, "Error in ShowItem");
+    machine.shell.pdfInBrowser = false;
+    for (const auto& document : {empty, DocumentOf("pdf", "Kapot", "geen pdf")}) {
+        viewer.ShowItem(document);
+        EXPECT_EQ(viewer.Item(), document);
+        EXPECT_EQ(viewer.Parts(), CanDrawPdf() || document == empty ? (PartSet{Part::Facts})
+                                                                    : (PartSet{Part::Browser}));
+        viewer.HintActivated();
+        EXPECT_EQ(machine.shell.opened.back(), FileOf(document));
+    }
+    EXPECT_EQ(machine.messages.shown.size(), 2U) << "a PDF file that is not drawn is no fault";
+}
+
 TEST_F(Views, EveryOtherTypeIsForTheBrowserWhichRunsNothing) {
     const auto page = DocumentOf("htm", "Pagina", "<script>alert(1)</script>");
     ASSERT_TRUE(viewer.ShowItem(page));
