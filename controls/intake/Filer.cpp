@@ -91,6 +91,11 @@ FilingReport Filer::File(const ItemPtr& folder, std::vector<IntakeEntry> entries
             });
     } catch (const std::exception& error) {
         lclSite.Machine().log.Write("AddFiles", error.what());
+        try {
+            WriteWaiting(entries, run); // what was ready before
+        } catch (const std::exception& again) {
+            lclSite.Machine().log.Write("AddFiles", again.what());
+        }
         others(addFiles::notFiled, [&](const std::string& file) {
             return lclSite.Text("$%$: niet opgeslagen", {file});
         });

@@ -58,7 +58,9 @@ struct FakeSender : MailSender {
     std::vector<std::int32_t> folders;
     MailResult result{MailOutcome::Sent, "C:\\mail.msg"};
     bool fails = false;
+    std::function<void()> onSend;
     MailResult Send(const MailOrder& order) override {
+        if (onSend) onSend();
         if (fails) throw platform::Error(platform::errors::fail, "The program died");
         std::string names = order.asPdf ? "pdf:" : "";
         for (const auto& item : order.documents) names += item->Description() + ";";

@@ -35,6 +35,7 @@ TEST_F(Settings, AreWrittenUnderTheirNamesAndUntouchedOnesAreNot) {
     const auto queue = machine.Path("queue");
     machine.files.CreateDirectories(queue);
     forms.chosen = {queue};
+    machine.messages.answers = {platform::Answer::Yes, platform::Answer::Yes}; // two are not there
     EXPECT_TRUE(Show([&](tests::FormUser& user) {
         EXPECT_EQ(user.Text("txtDocumentPath"), machine.Path("store"));
         user.Click("btnTestDocuments");
