@@ -1,5 +1,7 @@
 #include "controls/common/Causes.h"
 
+#include <iterator>
+
 #include "platform/Error.h"
 
 namespace kavidex::controls {
@@ -7,17 +9,21 @@ namespace kavidex::controls {
 std::optional<std::string> CauseOf(const data::Translation& translation, const std::string& file,
                                    std::int32_t number) {
     namespace errors = platform::errors;
-    const auto text = [&](const char* words) {
-        return data::Translated(translation, words, {file});
+    struct Cause {
+        std::int32_t number;
+        const char* words;
     };
-    switch (number) {
-    case errors::notFound:
-    case errors::pathNotFound: return text("$%$: bestand of map niet gevonden");
-    case errors::accessDenied: return text("$%$: geen toegang");
-    case errors::sharingViolation: return text("$%$: in gebruik bij een ander programma");
-    case errors::diskFull: return text("$%$: de schijf is vol");
-    default: return std::nullopt;
-    }
+    constexpr Cause causes[] = {
+        {errors::notFound, "$%$: bestand of map niet gevonden"},
+        {errors::pathNotFound, "$%$: bestand of map niet gevonden"},
+        {errors::accessDenied, "$%$: geen toegang"},
+        {errors::sharingViolation, "$%$: in gebruik bij een ander programma"},
+        {errors::diskFull, "$%$: de schijf is vol"},
+    };
+    for (std::size_t i = 0; i < std::size(causes); ++i)
+        if (causes[i].number == number)
+            return data::Translated(translation, causes[i].words, {file});
+    return std::nullopt;
 }
 
 } // namespace kavidex::controls
