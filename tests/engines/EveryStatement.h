@@ -155,6 +155,7 @@ private:
         bool anothers = false;
         key.SaveNewKey(anothers);
         key.UpdateCurrentRow();
+        key.Rekey("K2");
         On<model::clsDossierDbRelations> gone(machine, connection);
         gone.SetDossierId(4711);
         gone.UpdateCurrentRow();
