@@ -374,7 +374,7 @@ void ctrlCorrespondence::Refresh() {
 }
 
 void ctrlCorrespondence::TreeRefreshed() {
-    if (const auto shown = lclViewer->Item()) lclViewer->Refresh(lclTree->GetItem(shown->Id()));
+    if (const auto shown = lclViewer->Item()) lclViewer->RefreshAs(lclTree->GetItem(shown->Id()));
     lclChecklist->SetTree(lclTree->Tree());
     lclChecklist->Refresh();
     if (lclWindow) lclWindow->Repaint();

@@ -239,7 +239,7 @@ bool ctlViewer::Stage(StageView& view, const ItemPtr& item) {
     return true;
 }
 
-bool ctlViewer::Refresh(const ItemPtr& now) {
+bool ctlViewer::RefreshAs(const ItemPtr& now) {
     const auto item = now ? now : lclItem;
     if (!item || lclView == &lclViews->elsewhere) return false;
     if (lclView == &lclViews->list) return ShowList(item);

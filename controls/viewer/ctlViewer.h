@@ -92,7 +92,8 @@ public:
     bool ShowList(const ItemPtr& folder);
     // In place of a document that is shown elsewhere; `notice` says so, a key of the translations.
     bool ShowElsewhere(const ItemPtr& item, std::string_view notice);
-    bool Refresh(const ItemPtr& now = nullptr); // reads again what is shown; `now`: as it is by now
+    bool Refresh() { return RefreshAs(nullptr); } // reads again what is shown
+    bool RefreshAs(const ItemPtr& now);           // which has become that; null: the same
     // Any document in its default program; false when it was not opened, and the user was told.
     bool OpenDefault(const ItemPtr& item);
 

@@ -94,7 +94,10 @@ std::string ContractText(ITypeLib& library) {
         auto& lines = types[name];
         lines = std::string(kind == kinds.end() ? "type" : kind->second) + " " + name + " " +
                 platform::win32::FromWide(guid) + "\n";
-        if (attributes.typekind != TKIND_COCLASS) lines += Members(info, attributes);
+        if (attributes.typekind != TKIND_COCLASS) {
+            lines += Members(info, attributes);
+            return;
+        }
         ForEachInterface(info, [&](ITypeInfo& other, bool events) {
             lines += (events ? "    source " : "    default ") + WordsOf(other).name + "\n";
         });
