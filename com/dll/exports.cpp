@@ -7,6 +7,7 @@
 #include "com/class_table.h"
 #include "com/registration/Manifest.h"
 #include "com/registration/Registration.h"
+#include "controls/pictures/win32/SharedPictures.h"
 
 using namespace kavidex::com;
 
@@ -17,7 +18,11 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
     return row ? MakeClassFactory(*row, iid, object) : CLASS_E_CLASSNOTAVAILABLE;
 }
 
-STDAPI DllCanUnloadNow() { return CanUnload() ? S_OK : S_FALSE; }
+STDAPI DllCanUnloadNow() {
+    if (!CanUnload()) return S_FALSE;
+    kavidex::controls::win32::ReleasePictures();
+    return S_OK;
+}
 
 STDAPI DllRegisterServer() { return Register(Scope::Machine); }
 

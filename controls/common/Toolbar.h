@@ -21,6 +21,7 @@ struct ToolbarItem {
     std::string_view picture{}; // of the icon store; empty: none
     bool visible = true, enabled = true, pressed = false;
     std::string tooltip{}; // translated
+    bool operator==(const ToolbarItem&) const = default;
 };
 
 class ToolbarSource {

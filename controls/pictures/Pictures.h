@@ -18,6 +18,7 @@ struct Picture {
 struct PictureColours {
     bool highContrast = false;
     std::uint32_t fore = 0, back = 0xFFFFFF;
+    bool operator==(const PictureColours&) const = default;
 };
 
 struct PicturePoint {

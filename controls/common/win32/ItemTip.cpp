@@ -23,22 +23,28 @@ TOOLINFOW ToolOf(HWND window) {
 
 } // namespace
 
-void ItemTip::Create(HWND window) {
+void ItemTip::Attach(HWND window) {
     lclWindow = window;
+    lclTip = nullptr;
     lclItem = 0;
+}
+
+void ItemTip::Create() {
     lclTip = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr,
                              WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
-                             CW_USEDEFAULT, CW_USEDEFAULT, window, nullptr,
+                             CW_USEDEFAULT, CW_USEDEFAULT, lclWindow, nullptr,
                              platform::win32::OwnModule(), nullptr);
-    auto tool = ToolOf(window);
+    auto tool = ToolOf(lclWindow);
     wchar_t none[] = L"";
     tool.lpszText = none;
     SendMessageW(lclTip, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-    SendMessageW(lclTip, TTM_SETMAXTIPWIDTH, 0, Scaled(widest, DpiOf(window)));
+    SendMessageW(lclTip, TTM_SETMAXTIPWIDTH, 0, Scaled(widest, DpiOf(lclWindow)));
 }
 
 void ItemTip::Show(INT_PTR item, const RECT& place, std::wstring text) {
     lclItem = item;
+    if (!lclTip && text.empty()) return;
+    if (!lclTip) Create();
     auto tool = ToolOf(lclWindow);
     if (!text.empty()) tool.rect = place;
     tool.lpszText = text.data();

@@ -13,8 +13,9 @@ public:
     ItemTip(const ItemTip&) = delete;
     ItemTip& operator=(const ItemTip&) = delete;
 
-    // Lives until `window` goes. Without it nothing is shown.
-    void Create(HWND window);
+    // Its own window is made at the first text, since it looks at every message of `window` from
+    // then on, and goes with that.
+    void Attach(HWND window);
     // The mouse moves over the item; 0: over none. The text is asked for once an item.
     template <class Ask>
     void Over(INT_PTR item, const RECT& place, Ask ask) {
@@ -25,6 +26,7 @@ public:
     }
 
 private:
+    void Create();
     void Show(INT_PTR item, const RECT& place, std::wstring text);
 
     HWND lclWindow = nullptr, lclTip = nullptr;

@@ -27,6 +27,32 @@ int DpiOf(HWND window) {
     return dpi ? static_cast<int>(dpi) : SystemDpi();
 }
 
+void Put(HWND window, const RECT& place) {
+    RECT now{};
+    GetWindowRect(window, &now);
+    MapWindowPoints(nullptr, GetAncestor(window, GA_PARENT), reinterpret_cast<POINT*>(&now), 2);
+    if (EqualRect(&now, &place)) return;
+    MoveWindow(window, place.left, place.top, place.right - place.left, place.bottom - place.top,
+               TRUE);
+}
+
+void ShowText(HWND window, const std::wstring& text) {
+    std::wstring now(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
+    now.resize(
+        static_cast<std::size_t>(GetWindowTextW(window, now.data(), static_cast<int>(now.size()))));
+    if (now != text) SetWindowTextW(window, text.c_str());
+}
+
+int LineHeight(HWND window, HFONT font) {
+    HDC device = GetDC(window);
+    const HGDIOBJ before = font ? SelectObject(device, font) : nullptr;
+    TEXTMETRICW metrics{};
+    GetTextMetricsW(device, &metrics);
+    if (before) SelectObject(device, before);
+    ReleaseDC(window, device);
+    return metrics.tmHeight;
+}
+
 HFONT MakeFont(const std::optional<FontFace>& face, int dpi) {
     NONCLIENTMETRICSW metrics{};
     metrics.cbSize = sizeof metrics;

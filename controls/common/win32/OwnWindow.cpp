@@ -1,5 +1,6 @@
 #include "controls/common/win32/OwnWindow.h"
 
+#include "controls/common/win32/Look.h"
 #include "controls/common/win32/TrackMenu.h"
 
 namespace kavidex::controls::win32 {
@@ -11,9 +12,7 @@ void OwnWindow::Destroy() {
 }
 
 void OwnWindow::Place(const RECT& place) {
-    if (lclWindow)
-        MoveWindow(lclWindow, place.left, place.top, place.right - place.left,
-                   place.bottom - place.top, TRUE);
+    if (lclWindow) Put(lclWindow, place);
 }
 
 bool OwnWindow::HasFocus() const {

@@ -1,11 +1,10 @@
 #include "controls/common/win32/ToolbarWindow.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "controls/common/win32/Look.h"
 #include "controls/common/win32/TrackMenu.h"
-#include "controls/pictures/NamedPictures.h"
-#include "controls/pictures/win32/PictureIcon.h"
 #include "platform/win32/OwnCall.h"
 #include "platform/win32/Owner.h"
 #include "platform/win32/Variant.h"
@@ -27,9 +26,10 @@ BYTE StyleOf(CommandKind kind) {
     }
 }
 
-HICON ButtonIcon(const ToolbarItem& item, int size) {
-    if (item.picture.empty()) return nullptr;
-    return IconOf(DrawPicture(item.picture, size, SystemColours(COLOR_BTNTEXT, COLOR_BTNFACE)));
+BYTE StateOf(const ToolbarItem& item) {
+    return static_cast<BYTE>((item.visible ? 0 : TBSTATE_HIDDEN) |
+                             (item.enabled ? TBSTATE_ENABLED : 0) |
+                             (item.pressed ? TBSTATE_CHECKED : 0));
 }
 
 } // namespace
@@ -66,58 +66,56 @@ HWND ToolbarWindow::Create(HWND parent, int id) {
 void ToolbarWindow::Forget() {
     lclWindow = nullptr;
     lclFilled = false;
-    lclImages.Reset();
+    lclImages.reset();
 }
 
 void ToolbarWindow::BuildLook(int dpi) {
     lclDpi = dpi;
     const int size = Scaled(iconUnits, dpi);
-    const HIMAGELIST list = ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 4, 4);
+    const auto before = std::exchange(lclImages, PicturesOf(PictureSet::Buttons, size));
+    if (lclFilled && before == lclImages) return ShowButtons();
     lclItems = lclSource.Toolbar();
     std::vector<int> images;
     for (const auto& item : lclItems) {
-        int image = I_IMAGENONE;
-        if (const HICON icon = ButtonIcon(item, size)) {
-            image = ImageList_ReplaceIcon(list, -1, icon);
-            DestroyIcon(icon);
-        }
-        images.push_back(image);
+        const int image = item.picture.empty() ? -1 : lclImages->Index(item.picture);
+        images.push_back(image < 0 ? I_IMAGENONE : image);
     }
-    SendMessageW(lclWindow, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(list));
-    lclImages.Reset(list);
+    SendMessageW(lclWindow, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(lclImages->Handle()));
     SendMessageW(lclWindow, TB_SETBITMAPSIZE, 0, MAKELPARAM(size, size));
     while (SendMessageW(lclWindow, TB_DELETEBUTTON, 0, 0)) {
     }
+    lclTooltips.clear();
+    for (const auto& item : lclItems) lclTooltips.push_back(platform::win32::ToWide(item.tooltip));
     std::vector<TBBUTTON> buttons;
     for (std::size_t i = 0; i < images.size(); ++i) {
         const auto kind = lclItems[i].kind;
         TBBUTTON button{};
         button.idCommand = firstCommand + static_cast<int>(i);
         button.iBitmap = kind == CommandKind::Separator ? Scaled(8, dpi) : images[i];
-        button.fsState = TBSTATE_ENABLED;
+        button.fsState = StateOf(lclItems[i]);
         button.fsStyle = StyleOf(kind);
-        button.iString = -1;
+        button.iString =
+            lclTooltips[i].empty() ? -1 : reinterpret_cast<INT_PTR>(lclTooltips[i].c_str());
         buttons.push_back(button);
     }
     SendMessageW(lclWindow, TB_ADDBUTTONSW, buttons.size(),
                  reinterpret_cast<LPARAM>(buttons.data()));
+    SendMessageW(lclWindow, TB_AUTOSIZE, 0, 0);
     lclFilled = true;
-    ShowButtons();
 }
 
+// Only those that changed: each of them has the toolbar measured and painted.
 void ToolbarWindow::ShowButtons() {
     if (!lclWindow || !lclFilled) return;
-    lclItems = lclSource.Toolbar();
-    lclTooltips.assign(lclItems.size(), {});
+    const auto before = std::exchange(lclItems, lclSource.Toolbar());
+    if (lclItems == before) return;
     for (std::size_t i = 0; i < lclItems.size(); ++i) {
-        const auto& state = lclItems[i];
-        lclTooltips[i] = platform::win32::ToWide(state.tooltip);
+        if (lclItems[i] == before[i]) continue;
+        lclTooltips[i] = platform::win32::ToWide(lclItems[i].tooltip);
         TBBUTTONINFOW info{};
         info.cbSize = sizeof info;
         info.dwMask = TBIF_STATE | (lclTooltips[i].empty() ? 0U : TBIF_TEXT);
-        info.fsState = static_cast<BYTE>((state.visible ? 0 : TBSTATE_HIDDEN) |
-                                         (state.enabled ? TBSTATE_ENABLED : 0) |
-                                         (state.pressed ? TBSTATE_CHECKED : 0));
+        info.fsState = StateOf(lclItems[i]);
         info.pszText = lclTooltips[i].data();
         SendMessageW(lclWindow, TB_SETBUTTONINFOW, firstCommand + i,
                      reinterpret_cast<LPARAM>(&info));
@@ -131,7 +129,7 @@ int ToolbarWindow::Height() const {
 }
 
 void ToolbarWindow::Place(int width) {
-    MoveWindow(lclWindow, 0, 0, width, Height(), TRUE);
+    Put(lclWindow, {0, 0, width, Height()});
     SendMessageW(lclWindow, TB_SETINDENT, static_cast<WPARAM>(Scaled(2, lclDpi)), 0);
 }
 
@@ -269,13 +267,12 @@ LRESULT ToolbarWindow::Handle(UINT message, WPARAM w, LPARAM l) {
 void ToolbarWindow::Draw(HDC device, const RECT& place, int dpi,
                          const std::vector<ToolbarItem>& items) {
     const int size = Scaled(iconUnits, dpi);
+    const auto images = PicturesOf(PictureSet::Buttons, size);
     int left = place.left + Scaled(6, dpi);
     for (const auto& item : items) {
-        const HICON icon = item.visible ? ButtonIcon(item, size) : nullptr;
-        if (!icon) continue;
-        DrawIconEx(device, left, place.top + Scaled(4, dpi), icon, size, size, 0, nullptr,
-                   DI_NORMAL);
-        DestroyIcon(icon);
+        if (!item.visible || item.picture.empty()) continue;
+        ImageList_Draw(images->Handle(), images->Index(item.picture), device, left,
+                       place.top + Scaled(4, dpi), ILD_NORMAL);
         left += size + Scaled(10, dpi);
     }
 }

@@ -1,6 +1,7 @@
 // A native toolbar over any control's items, with pictures of ours and full use by keyboard.
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,7 +13,7 @@
 
 #include "controls/common/PopupMenu.h"
 #include "controls/common/Toolbar.h"
-#include "controls/common/win32/GdiObject.h"
+#include "controls/pictures/win32/SharedPictures.h"
 
 namespace kavidex::controls::win32 {
 
@@ -55,7 +56,7 @@ private:
 
     ToolbarSource& lclSource;
     HWND lclWindow = nullptr;
-    GdiObject<HIMAGELIST> lclImages;
+    std::shared_ptr<SharedPictures> lclImages;
     int lclDpi = 96;
     bool lclFilled = false, lclMenuOpen = false;
     std::vector<ToolbarItem> lclItems;     // as they were shown last

@@ -8,6 +8,7 @@
 #include <windowsx.h>
 
 #include "controls/common/win32/CheckImages.h"
+#include "controls/common/win32/Look.h"
 #include "controls/common/win32/OwnWindow.h"
 #include "platform/win32/OwnCall.h"
 #include "platform/win32/Owner.h"
@@ -82,12 +83,12 @@ void ListWindowWin32::BuildLook(int dpi, HFONT font, std::optional<COLORREF> bac
 
 void ListWindowWin32::Place(const RECT& place) {
     if (!lclWindow) return;
-    MoveWindow(lclWindow, place.left, place.top, std::max<LONG>(0, place.right - place.left),
-               std::max<LONG>(0, place.bottom - place.top), TRUE);
+    Put(lclWindow, {place.left, place.top, std::max(place.left, place.right),
+                    std::max(place.top, place.bottom)});
 }
 
 void ListWindowWin32::SetName(std::string_view name) {
-    if (lclWindow) SetWindowTextW(lclWindow, platform::win32::ToWide(name).c_str());
+    if (lclWindow) ShowText(lclWindow, platform::win32::ToWide(name));
 }
 
 // --- What the list shows ------------------------------------------------------------------------

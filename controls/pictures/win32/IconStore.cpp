@@ -8,6 +8,7 @@
 #include "controls/pictures/IconKeys.h"
 #include "controls/pictures/NamedPictures.h"
 #include "controls/pictures/win32/PictureIcon.h"
+#include "controls/pictures/win32/SharedPictures.h"
 #include "platform/win32/Variant.h"
 
 namespace kavidex::controls::win32 {
@@ -61,13 +62,14 @@ HICON IconFor(std::string_view key, int size) {
 void IconStore::Build(int dpi) {
     Destroy();
     lclSize = Scaled(lclUnits, dpi);
-    lclList = ImageList_Create(lclSize, lclSize, ILC_COLOR32 | ILC_MASK, 16, 16);
+    lclList = ImageList_Duplicate(PicturesOf(PictureSet::Items, lclSize)->Handle());
     if (!lclList) return;
     ++listsAlive;
+    const auto own = ItemPictures();
     if (lclEntries.empty())
-        for (const auto& row : ItemPictures()) lclEntries.push_back({std::string(row.name), {}});
-    for (const auto& entry : lclEntries)
-        if (!AddToList(entry)) AddToList({"unknown", {}}); // the numbers behind it must hold
+        for (const auto& row : own) lclEntries.push_back({std::string(row.name), {}});
+    for (std::size_t i = own.size(); i < lclEntries.size(); ++i)
+        if (!AddToList(lclEntries[i])) AddToList({"unknown", {}}); // the numbers behind must hold
 }
 
 void IconStore::Destroy() {

@@ -43,8 +43,7 @@ void SplitWindow::Destroy() {
 }
 
 void SplitWindow::Place(const RECT& place, int dpi) {
-    MoveWindow(lclWindow, place.left, place.top, place.right - place.left, place.bottom - place.top,
-               TRUE);
+    Put(lclWindow, place);
     lclLogic.SetScale(dpi);
     lclLogic.SetSize(place.right - place.left, place.bottom - place.top);
 }

@@ -85,7 +85,7 @@ LRESULT TreeWindowWin32::CustomDraw(NMTVCUSTOMDRAW& draw) const {
     if (lclCheckBoxes || !lclLogic.HasCollected()) return CDRF_DODEFAULT;
     if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
     if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
-        const bool focus = GetFocus() == lclTree, ours = OwnColours();
+        const bool focus = GetFocus() == lclTree, ours = lclOwnColours;
         if (lclLogic.IsCollected(static_cast<std::int32_t>(draw.nmcd.lItemlParam))) {
             draw.clrText = GetSysColor(focus ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT);
             draw.clrTextBk = GetSysColor(focus ? COLOR_HIGHLIGHT : COLOR_BTNFACE);

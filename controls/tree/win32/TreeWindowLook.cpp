@@ -19,11 +19,8 @@ void TreeWindowWin32::BuildLook() {
     Layout();
 }
 
-// Equal colours (as with a host that saved none) would show nothing: the system's then.
-bool TreeWindowWin32::OwnColours() const { return lclBack != lclFore && !HighContrast(); }
-
 void TreeWindowWin32::BuildGridLook() {
-    if (OwnColours())
+    if (lclOwnColours)
         lclGrid.BuildLook(lclDpi, lclFont, ColourOf(lclBack), ColourOf(lclFore));
     else
         lclGrid.BuildLook(lclDpi, lclFont);
@@ -31,9 +28,9 @@ void TreeWindowWin32::BuildGridLook() {
 
 void TreeWindowWin32::SetStatusText(std::string_view text) {
     const auto wide = platform::win32::ToWide(text);
-    SetWindowTextW(lclLabel, wide.c_str());
+    ShowText(lclLabel, wide);
     // What is read out as their name: the label before it names the tree, but not for every reader.
-    SetWindowTextW(lclTree, wide.c_str());
+    ShowText(lclTree, wide);
     lclGrid.SetName(text);
 }
 
@@ -46,12 +43,12 @@ void TreeWindowWin32::SetColours(std::uint32_t back, std::uint32_t fore, bool op
     lclBack = back;
     lclFore = fore;
     lclOpaque = opaque;
-    const bool ours = OwnColours();
+    // Equal colours (as with a host that saved none) would show nothing: the system's then.
+    const bool ours = lclOwnColours = back != fore && !HighContrast();
     TreeView_SetBkColor(lclTree, ours ? ColourOf(back) : static_cast<COLORREF>(-1));
     TreeView_SetTextColor(lclTree, ours ? ColourOf(fore) : static_cast<COLORREF>(-1));
     if (lclLabelBrush) DeleteObject(std::exchange(lclLabelBrush, nullptr));
     if (ours && opaque) lclLabelBrush = CreateSolidBrush(ColourOf(back));
-    // Made when it is first shown: few ever look at it.
     if (lclList) BuildGridLook();
     InvalidateRect(lclLabel, nullptr, TRUE);
     InvalidateRect(lclWindow, nullptr, TRUE);

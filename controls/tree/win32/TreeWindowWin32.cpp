@@ -56,20 +56,28 @@ bool TreeWindowWin32::CreateChildren() {
                         WS_CHILD | WS_VISIBLE | WS_TABSTOP | TVS_HASBUTTONS | TVS_HASLINES |
                             TVS_LINESATROOT | TVS_SHOWSELALWAYS | TVS_EDITLABELS | TVS_NOTOOLTIPS,
                         0, 0, 0, 0, lclWindow, reinterpret_cast<HMENU>(treeId), module, nullptr);
-    const HWND grid = lclGrid.Create(lclWindow, gridId);
     lclSwitch = CreateWindowExW(0, L"EDIT", L"", WS_CHILD, 0, 0, 0, 0, lclWindow,
                                 reinterpret_cast<HMENU>(switchId), module, nullptr);
-    if (!lclLabel || !lclTree || !grid || !lclSwitch) return false;
+    if (!lclLabel || !lclTree || !lclSwitch) return false;
     // Not as a subclass of the common controls: that looks its data up at every message, and a fill
     // sends a hundred thousand.
     SetWindowLongPtrW(lclTree, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     lclNativeTree = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrW(lclTree, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(TreeProcedure)));
-    lclTip.Create(lclTree);
+    lclTip.Attach(lclTree);
     lclDrops.Register(lclTree, *this, lclWorkstation);
+    return true;
+}
+
+// When it is first shown: few ever look at it.
+void TreeWindowWin32::CreateGrid() {
+    if (lclGrid.Handle()) return;
+    const HWND grid = lclGrid.Create(lclWindow, gridId);
+    if (!grid) throw platform::Error(platform::errors::fail, "There is no window for the list.");
     SetWindowSubclass(grid, GridProcedure, 2, reinterpret_cast<DWORD_PTR>(this));
     lclGridDrops.Register(grid, *this, lclWorkstation);
-    return true;
+    lclGrid.SetName(lclLogic.StatusText());
+    EnableWindow(grid, IsWindowEnabled(lclTree));
 }
 
 void TreeWindowWin32::TakeFocus() {
@@ -78,6 +86,7 @@ void TreeWindowWin32::TakeFocus() {
 
 void TreeWindowWin32::ShowList(bool list) {
     const bool focus = HasFocus();
+    if (list) CreateGrid();
     lclList = list;
     if (list) BuildGridLook();
     Layout();
@@ -85,7 +94,7 @@ void TreeWindowWin32::ShowList(bool list) {
     ShowWindow(list ? lclTree : lclGrid.Handle(), SW_HIDE);
     const auto name = platform::win32::ToWide(ctrlTree::ShownChild(list));
     ++lclQuiet;
-    SetWindowTextW(lclSwitch, name.c_str());
+    ShowText(lclSwitch, name);
     --lclQuiet;
 }
 
@@ -201,19 +210,13 @@ void TreeWindowWin32::Layout() {
     GetClientRect(lclWindow, &area);
     int top = 0;
     if (lclStatusBar) {
-        HDC device = GetDC(lclLabel);
-        const HGDIOBJ old = SelectObject(device, lclFont);
-        TEXTMETRICW metrics{};
-        GetTextMetricsW(device, &metrics);
-        SelectObject(device, old);
-        ReleaseDC(lclLabel, device);
-        top = metrics.tmHeight + Scaled(6, lclDpi);
+        top = LineHeight(lclLabel, lclFont) + Scaled(6, lclDpi);
         const int indent = Scaled(4, lclDpi);
-        MoveWindow(lclLabel, indent, 0, std::max<LONG>(0, area.right - indent), top, TRUE);
+        Put(lclLabel, {indent, 0, std::max<LONG>(indent, area.right), top});
     }
     ShowWindow(lclLabel, lclStatusBar ? SW_SHOWNA : SW_HIDE);
     const RECT room{0, top, area.right, std::max<LONG>(top, area.bottom)};
-    MoveWindow(lclTree, 0, top, room.right, room.bottom - top, TRUE);
+    Put(lclTree, room);
     lclGrid.Place(room);
     ShowWindow(Shown(), SW_SHOWNA);
 }

@@ -98,7 +98,7 @@ private:
 
     bool CreateChildren();
     HWND Shown() const { return lclList ? lclGrid.Handle() : lclTree; }
-    bool OwnColours() const;
+    void CreateGrid();
     void BuildGridLook();
     void Layout();
     void BuildLook();
@@ -130,6 +130,7 @@ private:
     bool lclByMouse = false;        // the focus comes with a click
     int lclQuiet = 0;               // above 0: what the tree tells is our own doing
     bool lclStatusBar = true, lclCheckBoxes = false, lclList = false;
+    bool lclOwnColours = false;
     WPARAM lclClickKeys = 0; // held when the button went down
     bool lclMoving = false;  // a key that moves the current node is at work
     bool lclKeypad = false;  // its plus, minus or star is: they are no text to look for

@@ -46,7 +46,7 @@ HWND GridWindow::Create(HWND parent, const RECT& place) {
 
 // The list bears the caption too: that is how it is called when it is read out.
 void GridWindow::ShowCaption() {
-    SetWindowTextW(lclCaption, ToWide(lclView.Caption()).c_str());
+    ShowText(lclCaption, ToWide(lclView.Caption()));
     lclList.SetName(lclView.Caption());
 }
 
@@ -97,13 +97,7 @@ void GridWindow::BuildLook() {
     lclList.BuildLook(lclDpi, font, back, fore);
     lclFont.Reset(font);
     lclBold.Reset(bold);
-    HDC device = GetDC(lclWindow);
-    const HGDIOBJ before = SelectObject(device, bold);
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(device, &metrics);
-    SelectObject(device, before);
-    ReleaseDC(lclWindow, device);
-    lclLine = metrics.tmHeight;
+    lclLine = LineHeight(lclWindow, bold);
     Layout();
 }
 
@@ -112,7 +106,7 @@ void GridWindow::Layout() {
     RECT area;
     GetClientRect(lclWindow, &area);
     const int gap = Scaled(6, lclDpi);
-    MoveWindow(lclCaption, gap, 0, std::max<int>(0, area.right - 2 * gap), lclLine + gap, TRUE);
+    Put(lclCaption, {gap, 0, std::max<LONG>(gap, area.right - gap), lclLine + gap});
     area.top = std::min<LONG>(lclLine + gap, area.bottom);
     lclList.Place(area);
 }

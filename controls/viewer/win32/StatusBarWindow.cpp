@@ -16,44 +16,59 @@ namespace {
 
 enum Panel { pagePanel, hintPanel, zoomPanel, panelCount };
 
+TOOLINFOW HintTool(HWND window) {
+    TOOLINFOW tool{};
+    tool.cbSize = sizeof tool;
+    tool.hwnd = window;
+    tool.uId = hintPanel;
+    return tool;
+}
+
 } // namespace
 
 HWND StatusBarWindow::Create(HWND parent, int id) {
     INITCOMMONCONTROLSEX controls{sizeof controls, ICC_BAR_CLASSES};
     InitCommonControlsEx(&controls);
-    const HINSTANCE module = platform::win32::OwnModule();
-    lclWindow = CreateWindowExW(
-        0, STATUSCLASSNAMEW, L"",
-        WS_CHILD | WS_VISIBLE | CCS_NORESIZE | CCS_NOPARENTALIGN | CCS_NODIVIDER, 0, 0, 0, 0,
-        parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)), module, nullptr);
-    if (!lclWindow) return nullptr;
-    // The bar's own tips come only where a text is cut off.
+    lclWindow =
+        CreateWindowExW(0, STATUSCLASSNAMEW, L"",
+                        WS_CHILD | WS_VISIBLE | CCS_NORESIZE | CCS_NOPARENTALIGN | CCS_NODIVIDER, 0,
+                        0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
+                        platform::win32::OwnModule(), nullptr);
+    return lclWindow;
+}
+
+// Our own, where there is a hint: the bar's tips come only where a text is cut off.
+void StatusBarWindow::CreateTips() {
     lclTips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0,
-                              0, 0, 0, lclWindow, nullptr, module, nullptr);
-    TOOLINFOW tool{};
-    tool.cbSize = sizeof tool;
+                              0, 0, 0, lclWindow, nullptr, platform::win32::OwnModule(), nullptr);
+    TOOLINFOW tool = HintTool(lclWindow);
     tool.uFlags = TTF_SUBCLASS;
-    tool.hwnd = lclWindow;
-    tool.uId = hintPanel;
     tool.lpszText = lclTip.data();
     SendMessageW(lclTips, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
-    return lclWindow;
+    Arrange();
+}
+
+void StatusBarWindow::Forget() {
+    lclWindow = lclTips = nullptr;
+    lclTexts = {};
+    lclTip.clear();
 }
 
 void StatusBarWindow::Show(const StatusTexts& texts) {
     if (!lclWindow) return;
     const std::string* panels[panelCount] = {&texts.page, &texts.hint, &texts.zoom};
     for (int i = 0; i < panelCount; ++i)
-        SendMessageW(lclWindow, SB_SETTEXTW, static_cast<WPARAM>(i),
-                     reinterpret_cast<LPARAM>(ToWide(*panels[i]).c_str()));
+        if (auto text = ToWide(*panels[i]); text != lclTexts[static_cast<std::size_t>(i)]) {
+            auto& shown = lclTexts[static_cast<std::size_t>(i)] = std::move(text);
+            SendMessageW(lclWindow, SB_SETTEXTW, static_cast<WPARAM>(i),
+                         reinterpret_cast<LPARAM>(shown.c_str()));
+        }
+    if (ToWide(texts.hintTip) == lclTip) return;
     lclTip = ToWide(texts.hintTip);
-    TOOLINFOW tool{};
-    tool.cbSize = sizeof tool;
-    tool.hwnd = lclWindow;
-    tool.uId = hintPanel;
+    if (!lclTips) return CreateTips();
+    TOOLINFOW tool = HintTool(lclWindow);
     tool.lpszText = lclTip.data();
     SendMessageW(lclTips, TTM_UPDATETIPTEXTW, 0, reinterpret_cast<LPARAM>(&tool));
-    Arrange();
 }
 
 void StatusBarWindow::BuildLook(int dpi, HFONT font) {
@@ -64,18 +79,11 @@ void StatusBarWindow::BuildLook(int dpi, HFONT font) {
 
 int StatusBarWindow::Height() const {
     const auto font = reinterpret_cast<HFONT>(SendMessageW(lclWindow, WM_GETFONT, 0, 0));
-    HDC device = GetDC(lclWindow);
-    const HGDIOBJ before = font ? SelectObject(device, font) : nullptr;
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(device, &metrics);
-    if (before) SelectObject(device, before);
-    ReleaseDC(lclWindow, device);
-    return metrics.tmHeight + Scaled(8, lclDpi);
+    return LineHeight(lclWindow, font) + Scaled(8, lclDpi);
 }
 
 void StatusBarWindow::Place(const RECT& place) {
-    MoveWindow(lclWindow, place.left, place.top, place.right - place.left, place.bottom - place.top,
-               TRUE);
+    Put(lclWindow, place);
     Arrange();
 }
 
@@ -87,10 +95,8 @@ void StatusBarWindow::Arrange() {
     const int hintEnd = std::max<int>(0, area.right - zoom);
     const int ends[panelCount] = {std::min(page, hintEnd), hintEnd, area.right};
     SendMessageW(lclWindow, SB_SETPARTS, panelCount, reinterpret_cast<LPARAM>(ends));
-    TOOLINFOW tool{};
-    tool.cbSize = sizeof tool;
-    tool.hwnd = lclWindow;
-    tool.uId = hintPanel;
+    if (!lclTips) return;
+    TOOLINFOW tool = HintTool(lclWindow);
     tool.rect = {ends[pagePanel], 0, hintEnd, area.bottom};
     SendMessageW(lclTips, TTM_NEWTOOLRECTW, 0, reinterpret_cast<LPARAM>(&tool));
 }

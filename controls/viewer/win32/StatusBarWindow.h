@@ -1,6 +1,9 @@
 // The viewer's status bar: the page, a hint that can be double-clicked, the zoom.
 #pragma once
 
+#include <array>
+#include <string>
+
 #include <windows.h>
 
 #include "controls/viewer/DocumentView.h"
@@ -11,7 +14,7 @@ class StatusBarWindow {
 public:
     HWND Create(HWND parent, int id); // lives until its parent goes
     HWND Handle() const { return lclWindow; }
-    void Forget() { lclWindow = lclTips = nullptr; }
+    void Forget();
 
     void Show(const StatusTexts& texts);
     void BuildLook(int dpi, HFONT font);
@@ -22,8 +25,10 @@ public:
 
 private:
     void Arrange();
+    void CreateTips();
 
     HWND lclWindow = nullptr, lclTips = nullptr;
+    std::array<std::wstring, 3> lclTexts; // of the panels, as they were shown last
     std::wstring lclTip;
     int lclDpi = 96;
 };

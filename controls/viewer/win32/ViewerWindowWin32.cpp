@@ -58,7 +58,7 @@ void ViewerWindowWin32::ContentChanged() {
     if (!lclWindow) return;
     lclToolbar.ShowButtons();
     lclStatusBar.Show(lclLogic.Status());
-    SetWindowTextW(lclNothing, ToWide(lclLogic.NothingSelected()).c_str());
+    ShowText(lclNothing, ToWide(lclLogic.NothingSelected()));
     ShowParts();
 }
 
@@ -94,8 +94,8 @@ void ViewerWindowWin32::Layout() {
     lclStatusBar.Place(status);
     area.bottom = status.top;
     const int gap = Scaled(6, lclDpi);
-    MoveWindow(lclNothing, gap, std::max<int>(area.top, (area.top + area.bottom - 3 * lclLine) / 2),
-               std::max<int>(0, area.right - 2 * gap), 3 * lclLine, TRUE);
+    const int top = std::max<int>(area.top, (area.top + area.bottom - 3 * lclLine) / 2);
+    Put(lclNothing, {gap, top, std::max<LONG>(gap, area.right - gap), top + 3 * lclLine});
     const auto shown = lclLogic.Parts();
     for (const auto& row : PartTable()) {
         const auto& part = lclParts[static_cast<std::size_t>(row.part)];
@@ -134,13 +134,7 @@ void ViewerWindowWin32::BuildLook() {
     const bool own = OwnColours() && lclLogic.BackStyle() != 0;
     lclBack.Reset(own ? CreateSolidBrush(ColourOf(static_cast<std::uint32_t>(lclLogic.BackColor())))
                       : nullptr);
-    HDC device = GetDC(lclWindow);
-    const HGDIOBJ before = SelectObject(device, font);
-    TEXTMETRICW metrics{};
-    GetTextMetricsW(device, &metrics);
-    SelectObject(device, before);
-    ReleaseDC(lclWindow, device);
-    lclLine = metrics.tmHeight;
+    lclLine = LineHeight(lclWindow, font);
     lclToolbar.BuildLook(lclDpi);
     Layout();
     InvalidateRect(lclWindow, nullptr, TRUE);
