@@ -1,6 +1,6 @@
 // The viewer against the work that it cannot do without: the next page on the screen against the
-// bare decoding of the same pages, a folder's list of 10,000 documents against its plain rows, and
-// the click on a heading of one with 100,000 against sorting its keys.
+// bare decoding of the same pages, a folder's list of 10,000 documents against its statement's bare
+// rows, and the click on a heading of one with 100,000 against sorting its keys.
 #include <tiffio.h>
 #include <unistd.h>
 
@@ -99,7 +99,7 @@ data::ConnectionPtr MakeFolder(const platform::Workstation& machine, int count) 
     for (int i = 1; i <= count; ++i) {
         const auto id = std::to_string(i);
         database->Execute("insert into tblDocument (DocId, InsertedBy, InsertDate, InsertTime, "
-                          "DocType) values (" +
+                          "Type) values (" +
                           id + ", 'jansen', 20261115, " + std::to_string(i % 2400) + ", 'tif')");
         database->Execute("insert into tblTreeItem (TreeItemId, ParentId, Type, Description, "
                           "ItemId) values (" +
@@ -118,7 +118,7 @@ bool HeadingIsQuick(const platform::Workstation& machine) {
     for (const std::size_t column : {0U, 3U}) { // the description, the moment it was filed
         std::vector<std::string> keys;
         for (std::size_t row = 0; row < rows->Count(); ++row)
-            keys.push_back(rows->SortKey(row, column == 0 ? "Omschrijving" : "InsertSort"));
+            rows->SortKey(row, column == 0 ? "Omschrijving" : "InsertSort", keys.emplace_back());
         const auto times = bench::Measure([&] { list.HeadingClicked(column); },
                                           [&] {
                                               auto sorted = keys;
@@ -141,29 +141,22 @@ int main() {
         bench::AtMost("60 next pages shown, bare decoding",
                       bench::Measure([&] { ShowPages(machine.files); }, DecodeBare, 5), 2.0);
     const auto database = MakeFolder(machine, documents);
-    const auto rows = [&](const std::string& statement) {
-        if (model::Store(database).Read(statement)->RecordCount() != documents) std::exit(1);
-    };
-    good &= bench::AtMost(
-        "list of 10,000 documents, their plain rows",
-        bench::Measure(
-            [&] {
-                const auto list = OpenDocumentList(database, 7);
-                if (list->Count() != documents) std::exit(1);
-                for (std::size_t row = 0; row < 40; ++row)
-                    for (const auto& column : DocumentListColumns()) list->Text(row, column.field);
-            },
-            [&] {
-                rows("SELECT tblTreeItem.Id, tblTreeItem.Description, tblTreeItem.Type, "
-                     "tblDocument.InsertedBy, tblDocument.InsertDate, tblDocument.InsertTime, "
-                     "tblDocExtraInfo.SendTo, tblDocExtraInfo.SendFrom, tblDocExtraInfo.SendOn, "
-                     "tblDocExtraInfo.RecievedOn, tblDocExtraInfo.NrOfAttatchements FROM "
-                     "(tblTreeItem LEFT JOIN tblDocument ON tblTreeItem.ItemId = "
-                     "tblDocument.DocId) LEFT JOIN tblDocExtraInfo ON tblDocument.Id = "
-                     "tblDocExtraInfo.DocId Where Not ((ItemId Is Null) Or ItemId = 0) And "
-                     "ParentId = 7");
-            }),
-        2.0);
+    good &= bench::AtMost("list of 10,000 documents, its statement's rows",
+                          bench::Measure(
+                              [&] {
+                                  const auto list = OpenDocumentList(database, 7);
+                                  if (list->Count() != documents) std::exit(1);
+                                  for (std::size_t row = 0; row < 40; ++row)
+                                      for (const auto& column : DocumentListColumns())
+                                          list->Text(row, column.field);
+                              },
+                              [&] {
+                                  const auto statement = DocumentListStatement(database, 7);
+                                  if (model::Store(database).Read(statement)->RecordCount() !=
+                                      documents)
+                                      std::exit(1);
+                              }),
+                          1.3);
     good &= HeadingIsQuick(machine);
     std::filesystem::remove_all(folder);
     return good ? 0 : 1;

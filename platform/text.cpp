@@ -10,9 +10,7 @@ namespace kavidex::platform {
 
 namespace {
 
-std::string MapCase(std::string_view text, char32_t (*map)(char32_t)) {
-    std::string out;
-    out.reserve(text.size());
+void AppendMapped(std::string& out, std::string_view text, char32_t (*map)(char32_t)) {
     for (std::size_t i = 0; i < text.size();) {
         const CodePoint c = DecodeUtf8(text, i);
         if (c.valid)
@@ -21,6 +19,12 @@ std::string MapCase(std::string_view text, char32_t (*map)(char32_t)) {
             out += text[i];
         i += c.length;
     }
+}
+
+std::string MapCase(std::string_view text, char32_t (*map)(char32_t)) {
+    std::string out;
+    out.reserve(text.size());
+    AppendMapped(out, text, map);
     return out;
 }
 
@@ -107,6 +111,11 @@ std::string_view TrimView(std::string_view text) {
 std::string Trim(std::string_view text) { return std::string(TrimView(text)); }
 
 std::string LowerCase(std::string_view text) { return MapCase(text, &LowerCodePoint); }
+void AppendLowerCase(std::string& to, std::string_view text) {
+    for (const char c : text)
+        if (static_cast<unsigned char>(c) >= 0x80) return AppendMapped(to, text, &LowerCodePoint);
+    for (const char c : text) to += AsciiLower(c);
+}
 std::string UpperCase(std::string_view text) { return MapCase(text, &UpperCodePoint); }
 
 int CompareNoCase(std::string_view a, std::string_view b) {

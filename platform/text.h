@@ -13,6 +13,7 @@ std::string_view TrimView(std::string_view text);
 
 // Unicode-aware simple case mapping; malformed bytes pass through unchanged.
 std::string LowerCase(std::string_view text);
+void AppendLowerCase(std::string& to, std::string_view text); // for many texts in one
 std::string UpperCase(std::string_view text);
 
 // The house's one comparison without case; letters with a mark order beside the plain ones.

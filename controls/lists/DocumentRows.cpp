@@ -94,10 +94,19 @@ bool ReadInsertion(const platform::Workstation& workstation, const data::Connect
     return whole;
 }
 
-std::string DocumentRows::Text(std::size_t row, std::string_view field) const {
+const std::string* DocumentRows::Find(std::size_t row, std::string_view field) const {
     for (const auto& known : fields)
-        if (known.name == field) return lclRows[row].*known.member;
-    return {};
+        if (known.name == field) return &(lclRows[row].*known.member);
+    return nullptr;
+}
+
+std::string DocumentRows::Text(std::size_t row, std::string_view field) const {
+    const auto* text = Find(row, field);
+    return text ? *text : std::string();
+}
+
+void DocumentRows::SortKey(std::size_t row, std::string_view field, std::string& to) const {
+    if (const auto* text = Find(row, field)) platform::AppendLowerCase(to, *text);
 }
 
 std::string DocumentRows::Picture(std::size_t row) const { return ItemIconKey(lclRows[row].type); }

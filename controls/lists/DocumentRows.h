@@ -47,10 +47,13 @@ public:
     std::size_t Count() const override { return lclRows.size(); }
     std::int32_t Id(std::size_t row) const override { return lclRows[row].id; }
     std::string Text(std::size_t row, std::string_view field) const override;
+    void SortKey(std::size_t row, std::string_view field, std::string& to) const override;
     bool HasPictures() const override { return true; }
     std::string Picture(std::size_t row) const override;
 
 private:
+    const std::string* Find(std::size_t row, std::string_view field) const; // null: no such field
+
     std::vector<DocumentRow> lclRows;
 };
 

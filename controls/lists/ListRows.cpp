@@ -6,8 +6,8 @@
 
 namespace kavidex::controls {
 
-std::string ListRows::SortKey(std::size_t row, std::string_view field) const {
-    return platform::LowerCase(Text(row, field));
+void ListRows::SortKey(std::size_t row, std::string_view field, std::string& to) const {
+    platform::AppendLowerCase(to, Text(row, field));
 }
 
 RecordsetRows::RecordsetRows(data::RecordsetPtr rows, std::string_view idField,
@@ -30,12 +30,14 @@ std::string RecordsetRows::Text(std::size_t row, std::string_view field) const {
     return platform::Trim(data::ToText(At(row, field)));
 }
 
-std::string RecordsetRows::SortKey(std::size_t row, std::string_view field) const {
-    const auto* number = std::get_if<std::int64_t>(&At(row, field));
-    if (!number) return ListRows::SortKey(row, field);
-    std::string key;
-    platform::AppendBig(key, static_cast<std::uint64_t>(*number) ^ (std::uint64_t{1} << 63));
-    return key;
+void RecordsetRows::SortKey(std::size_t row, std::string_view field, std::string& to) const {
+    const auto& value = At(row, field);
+    if (const auto* number = std::get_if<std::int64_t>(&value))
+        platform::AppendBig(to, static_cast<std::uint64_t>(*number) ^ (std::uint64_t{1} << 63));
+    else if (const auto* text = std::get_if<std::string>(&value))
+        platform::AppendLowerCase(to, platform::TrimView(*text));
+    else
+        ListRows::SortKey(row, field, to);
 }
 
 std::string RecordsetRows::Picture(std::size_t row) const {

@@ -11,13 +11,13 @@ namespace kavidex::controls {
 
 namespace {
 
-// A key's first sixteen bytes, which decide most comparisons, beside its place.
-struct SortKey {
-    std::pair<std::uint64_t, std::uint64_t> head;
+// A key's first sixteen bytes, which decide most comparisons, beside its row.
+struct KeyHead {
+    std::pair<std::uint64_t, std::uint64_t> bytes;
     std::uint32_t row;
 };
 
-std::uint64_t EightBytes(const std::string& key, std::size_t from) {
+std::uint64_t EightBytes(std::string_view key, std::size_t from) {
     std::uint64_t bytes = 0;
     for (std::size_t i = from; i < from + 8; ++i)
         bytes = bytes << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0U);
@@ -119,21 +119,28 @@ std::vector<std::uint32_t> VirtualList::Sorted() const {
     std::iota(order.begin(), order.end(), 0U);
     if (!lclSortColumn) return order;
     const auto field = SortField();
-    std::vector<std::string> keys(order.size());
-    std::vector<SortKey> heads(order.size());
+    std::string keys; // one after another
+    std::vector<std::size_t> ends;
+    ends.reserve(order.size());
+    const auto key = [&](std::uint32_t row) {
+        const std::size_t from = row ? ends[row - 1] : 0;
+        return std::string_view(keys).substr(from, ends[row] - from);
+    };
+    std::vector<KeyHead> heads(order.size());
     for (const auto row : order) {
-        keys[row] = lclRows->SortKey(row, field);
-        heads[row] = {{EightBytes(keys[row], 0), EightBytes(keys[row], 8)}, row};
+        lclRows->SortKey(row, field, keys);
+        ends.push_back(keys.size());
+        heads[row] = {{EightBytes(key(row), 0), EightBytes(key(row), 8)}, row};
     }
     // Equal keys keep the order of the rows, both ways round.
-    std::sort(heads.begin(), heads.end(), [&](const SortKey& a, const SortKey& b) {
-        if (a.head != b.head) return (a.head < b.head) != lclDescending;
-        if (const int compared = keys[a.row].compare(keys[b.row]); compared != 0)
+    std::sort(heads.begin(), heads.end(), [&](const KeyHead& a, const KeyHead& b) {
+        if (a.bytes != b.bytes) return (a.bytes < b.bytes) != lclDescending;
+        if (const int compared = key(a.row).compare(key(b.row)); compared != 0)
             return (compared < 0) != lclDescending;
         return a.row < b.row;
     });
     std::transform(heads.begin(), heads.end(), order.begin(),
-                   [](const SortKey& key) { return key.row; });
+                   [](const KeyHead& head) { return head.row; });
     return order;
 }
 

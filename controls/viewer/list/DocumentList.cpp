@@ -134,6 +134,13 @@ public:
         return time.empty() || time.size() > 4 ? stored
                                                : date + std::string(4 - time.size(), '0') + time;
     }
+
+    void SortKey(std::size_t row, std::string_view field, std::string& to) const override {
+        if (field == "InsertSort")
+            to += Text(row, field);
+        else
+            RecordsetRows::SortKey(row, field, to);
+    }
 };
 
 } // namespace
