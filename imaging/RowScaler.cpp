@@ -120,6 +120,16 @@ void RowScaler::EmitFrom(const Sum* sums, bool invert) {
         Place first = lclPlaces[0];
         for (std::size_t i = 1; i < lclPlaces.size(); ++i) {
             const Place last = lclPlaces[i];
+            if constexpr (sizeof(Sum) == 1) {
+                // Paper between letters, which most of a page is.
+                std::uint64_t eight = 0;
+                std::memcpy(&eight, from + first.element, sizeof eight);
+                if (eight == 0 && last.element - first.element < sizeof eight) {
+                    out[i - 1] = invert ? 255 : 0;
+                    first = last;
+                    continue;
+                }
+            }
             Whole whole = 0;
             for (std::size_t x = first.element; x < last.element; ++x) whole += from[x * channels];
             std::uint64_t sum = std::uint64_t{whole} * 256;

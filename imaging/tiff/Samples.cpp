@@ -138,8 +138,8 @@ void RowConverter::Convert(const std::uint8_t* const* planes, std::uint8_t* out)
     if (lclShown == PixelFormat::bits1) {
         const std::size_t bytes = PageBitmap::BytesPerRow(lclShown, samples.width);
         const std::uint8_t flip = samples.photometric == photometrics::minIsWhite ? 0xFF : 0;
-        for (std::size_t i = 0; i < bytes; ++i)
-            out[i] = static_cast<std::uint8_t>(planes[0][i] ^ flip);
+        const std::uint8_t* from = planes[0];
+        for (std::size_t i = 0; i < bytes; ++i) out[i] = static_cast<std::uint8_t>(from[i] ^ flip);
         return;
     }
     if (samples.planes) {
