@@ -10,6 +10,7 @@
 #include <ole2.h>
 
 #include "bench/ratio.h"
+#include "bench/win32/BareTree.h"
 #include "controls/binder/ctrlCorrespondence.h"
 #include "controls/binder/win32/MakeBinderWindow.h"
 #include "controls/pictures/win32/SharedPictures.h"
@@ -18,7 +19,6 @@
 #include "model/clsItem.h"
 #include "model/clsTree.h"
 #include "platform/Workstation.h"
-#include "platform/win32/Variant.h"
 
 using namespace kavidex;
 
@@ -79,32 +79,9 @@ void Collect(HWND window, std::size_t parent, std::vector<Window>& all) {
         Collect(child, index, all);
 }
 
-struct Row {
-    std::wstring text;
-    bool folder;
-};
-
-void Insert(HWND view, std::vector<Row>& rows) {
-    SendMessageW(view, WM_SETREDRAW, FALSE, 0);
-    const auto pictures = controls::win32::PicturesOf(controls::win32::PictureSet::Items, 16);
-    TreeView_SetImageList(view, pictures->Handle(), TVSIL_NORMAL);
-    HTREEITEM root = nullptr, folder = nullptr;
-    for (auto& row : rows) {
-        TVINSERTSTRUCTW insert{};
-        insert.hParent = !root ? TVI_ROOT : row.folder ? root : folder;
-        insert.hInsertAfter = TVI_LAST;
-        insert.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM;
-        insert.item.pszText = row.text.data();
-        const auto item = TreeView_InsertItem(view, &insert);
-        if (!root) root = item;
-        if (row.folder) folder = item;
-    }
-    TreeView_Expand(view, root, TVE_EXPAND);
-    SendMessageW(view, WM_SETREDRAW, TRUE, 0);
-}
-
-double Bare(HWND host, const std::vector<Window>& plan, std::vector<Row>& rows) {
+double Bare(HWND host, const std::vector<Window>& plan, std::vector<bench::BareRow>& rows) {
     const auto start = std::chrono::steady_clock::now();
+    const auto pictures = controls::win32::PicturesOf(controls::win32::PictureSet::Items, 16);
     std::vector<HWND> made;
     for (const auto& one : plan) {
         const HWND parent = made.empty() ? host : made[one.parent];
@@ -112,7 +89,9 @@ double Bare(HWND host, const std::vector<Window>& plan, std::vector<Row>& rows) 
                                        one.place.top, one.place.right - one.place.left,
                                        one.place.bottom - one.place.top, parent, nullptr, nullptr,
                                        nullptr));
-        if (one.kind == WC_TREEVIEWW) Insert(made.back(), rows);
+        if (one.kind != WC_TREEVIEWW) continue;
+        TreeView_SetImageList(made.back(), pictures->Handle(), TVSIL_NORMAL);
+        bench::FillBare(made.back(), rows);
     }
     Paint(host);
     const double time = Seconds(start);
@@ -121,7 +100,7 @@ double Bare(HWND host, const std::vector<Window>& plan, std::vector<Row>& rows) 
 }
 
 double Ours(HWND host, const data::ConnectionPtr& database, std::vector<Window>* plan,
-            std::vector<Row>* rows) {
+            std::vector<bench::BareRow>* rows) {
     const auto start = std::chrono::steady_clock::now();
     controls::ctrlCorrespondence binder(platform::TheWorkstation());
     binder.SetDbConnection(database);
@@ -137,9 +116,7 @@ double Ours(HWND host, const data::ConnectionPtr& database, std::vector<Window>*
                     (time - filled) * 1e3);
     if (!opened) std::puts("the dossier was not opened");
     if (plan) Collect(window->Handle(), 0, *plan);
-    if (rows)
-        for (const auto& item : binder.treCorr().AllItems())
-            rows->push_back({platform::win32::ToWide(item->Description()), item->AllowChildren()});
+    if (rows) *rows = bench::RowsOf(binder.treCorr());
     window->Destroy();
     binder.CloseObject();
     return time;
@@ -156,7 +133,7 @@ int main() {
                         1040, 700, nullptr, nullptr, nullptr, nullptr);
     const auto database = MakeDossier();
     std::vector<Window> plan;
-    std::vector<Row> rows{{L"Bench", false}};
+    std::vector<bench::BareRow> rows;
     Ours(host, database, &plan, &rows);
     std::printf("%zu windows, %zu rows\n", plan.size(), rows.size());
     if (rows.size() != 1 + folders * (documents + 1)) return 1;

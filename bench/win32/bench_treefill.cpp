@@ -2,7 +2,6 @@
 // the same native tree.
 #include <chrono>
 #include <cstdio>
-#include <string>
 #include <vector>
 
 #include <windows.h>
@@ -11,8 +10,8 @@
 #include <ole2.h>
 
 #include "bench/ratio.h"
+#include "bench/win32/BareTree.h"
 #include "bench/win32/Dossier.h"
-#include "platform/win32/Variant.h"
 
 using namespace kavidex;
 
@@ -24,30 +23,11 @@ double Seconds(const std::chrono::steady_clock::time_point& start) {
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-// What the loop inserts: texts ready in the form that Windows wants.
-struct Row {
-    std::wstring text;
-    bool folder;
-};
-
-double Bare(HWND view, std::vector<Row>& rows) {
+double Bare(HWND view, std::vector<bench::BareRow>& rows) {
     SendMessageW(view, WM_SETREDRAW, FALSE, 0);
     TreeView_DeleteAllItems(view);
     const auto start = std::chrono::steady_clock::now();
-    HTREEITEM root = nullptr, folder = nullptr;
-    for (auto& row : rows) {
-        TVINSERTSTRUCTW insert{};
-        insert.hParent = !root ? TVI_ROOT : row.folder ? root : folder;
-        insert.hInsertAfter = TVI_LAST;
-        insert.item.mask = TVIF_TEXT | TVIF_IMAGE | TVIF_SELECTEDIMAGE | TVIF_PARAM;
-        insert.item.pszText = row.text.data();
-        const auto item = reinterpret_cast<HTREEITEM>(
-            SendMessageW(view, TVM_INSERTITEMW, 0, reinterpret_cast<LPARAM>(&insert)));
-        if (!root) root = item;
-        if (row.folder) folder = item;
-    }
-    TreeView_Expand(view, root, TVE_EXPAND);
-    SendMessageW(view, WM_SETREDRAW, TRUE, 0);
+    bench::FillBare(view, rows);
     return Seconds(start);
 }
 
@@ -59,9 +39,7 @@ int main() {
     auto& tree = dossier.tree;
     auto& window = dossier.window;
     const HWND view = dossier.view;
-    std::vector<Row> rows{{L"Bench", false}};
-    for (const auto& item : tree.AllItems())
-        rows.push_back({platform::win32::ToWide(item->Description()), item->AllowChildren()});
+    auto rows = bench::RowsOf(tree);
 
     const auto fill = [&] {
         tree.AttachWindow(nullptr);
