@@ -136,9 +136,19 @@ void ListWindowWin32::WidthsChanged() {
         ListView_SetColumnWidth(lclWindow, static_cast<int>(i), widths[i]);
 }
 
+// Few one by one: for all together some lists go through every row.
+void ListWindowWin32::Deselect() {
+    constexpr UINT few = 64;
+    if (ListView_GetSelectedCount(lclWindow) > few)
+        ListView_SetItemState(lclWindow, -1, 0, LVIS_SELECTED);
+    for (int row = -1; ListView_GetSelectedCount(lclWindow) > 0 &&
+                       (row = ListView_GetNextItem(lclWindow, row, LVNI_SELECTED)) >= 0;)
+        ListView_SetItemState(lclWindow, row, 0, LVIS_SELECTED);
+}
+
 void ListWindowWin32::SelectionChanged() {
     const Quiet quiet(lclQuiet);
-    ListView_SetItemState(lclWindow, -1, 0, LVIS_SELECTED);
+    Deselect();
     const auto& selected = lclLogic.Selected();
     if (selected.empty()) return;
     if (selected.size() == lclLogic.Count() && selected.size() > 1) {

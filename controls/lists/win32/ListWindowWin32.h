@@ -45,6 +45,7 @@ public:
     void EditRow(std::size_t row) override;
 
 private:
+    void Deselect();
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
                                       DWORD_PTR self);
     std::optional<LRESULT> Handle(UINT message, WPARAM w, LPARAM l);
