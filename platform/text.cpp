@@ -114,7 +114,9 @@ std::string LowerCase(std::string_view text) { return MapCase(text, &LowerCodePo
 void AppendLowerCase(std::string& to, std::string_view text) {
     for (const char c : text)
         if (static_cast<unsigned char>(c) >= 0x80) return AppendMapped(to, text, &LowerCodePoint);
-    for (const char c : text) to += AsciiLower(c);
+    const std::size_t from = to.size();
+    to.append(text);
+    for (std::size_t i = from; i < to.size(); ++i) to[i] = AsciiLower(to[i]);
 }
 std::string UpperCase(std::string_view text) { return MapCase(text, &UpperCodePoint); }
 

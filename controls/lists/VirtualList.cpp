@@ -1,6 +1,7 @@
 #include "controls/lists/VirtualList.h"
 
 #include <algorithm>
+#include <cstring>
 #include <numeric>
 #include <tuple>
 #include <unordered_set>
@@ -11,17 +12,18 @@ namespace kavidex::controls {
 
 namespace {
 
-// A key's first sixteen bytes, which decide most comparisons, beside its row.
+// The sixteen bytes of a key that decide most comparisons, beside its row.
 struct KeyHead {
     std::pair<std::uint64_t, std::uint64_t> bytes;
     std::uint32_t row;
 };
 
 std::uint64_t EightBytes(std::string_view key, std::size_t from) {
-    std::uint64_t bytes = 0;
-    for (std::size_t i = from; i < from + 8; ++i)
-        bytes = bytes << 8 | (i < key.size() ? static_cast<unsigned char>(key[i]) : 0U);
-    return bytes;
+    char bytes[8]{};
+    if (from < key.size()) key.copy(bytes, sizeof bytes, from);
+    std::uint64_t number = 0;
+    std::memcpy(&number, bytes, sizeof number);
+    return __builtin_bswap64(number); // the first byte weighs most
 }
 
 } // namespace
@@ -126,12 +128,23 @@ std::vector<std::uint32_t> VirtualList::Sorted() const {
         const std::size_t from = row ? ends[row - 1] : 0;
         return std::string_view(keys).substr(from, ends[row] - from);
     };
-    std::vector<KeyHead> heads(order.size());
     for (const auto row : order) {
         lclRows->SortKey(row, field, keys);
         ends.push_back(keys.size());
-        heads[row] = {{EightBytes(key(row), 0), EightBytes(key(row), 8)}, row};
     }
+    // What all begin with decides nothing: scans are often called by one word and a number.
+    std::string_view same = order.empty() ? std::string_view() : key(0);
+    for (const auto row : order) {
+        const auto other = key(row);
+        same = same.substr(
+            0, static_cast<std::size_t>(
+                   std::mismatch(same.begin(), same.end(), other.begin(), other.end()).first -
+                   same.begin()));
+    }
+    std::vector<KeyHead> heads(order.size());
+    for (const auto row : order)
+        heads[row] = {{EightBytes(key(row), same.size()), EightBytes(key(row), same.size() + 8)},
+                      row};
     // Equal keys keep the order of the rows, both ways round.
     std::sort(heads.begin(), heads.end(), [&](const KeyHead& a, const KeyHead& b) {
         if (a.bytes != b.bytes) return (a.bytes < b.bytes) != lclDescending;
