@@ -374,7 +374,13 @@ void ctrlCorrespondence::Refresh() {
 }
 
 void ctrlCorrespondence::TreeRefreshed() {
-    if (const auto shown = lclViewer->Item()) lclViewer->RefreshAs(lclTree->GetItem(shown->Id()));
+    if (const auto shown = lclViewer->Item()) {
+        const auto now = lclTree->GetItem(shown->Id());
+        if (now)
+            lclViewer->RefreshAs(now);
+        else
+            lclViewer->ShowItem(nullptr); // another deleted it
+    }
     lclChecklist->SetTree(lclTree->Tree());
     lclChecklist->Refresh();
     if (lclWindow) lclWindow->Repaint();

@@ -57,6 +57,22 @@ TEST_F(Turns, ADossierClosedOrChangedInsideASelectionIsNotShownOn) {
     EXPECT_EQ(binder->ExternalId(), "two");
 }
 
+TEST_F(Turns, ADocumentThatAnotherDeletedLeavesTheViewerAtRefresh) {
+    ASSERT_EQ(Open("one"), 0);
+    ASSERT_EQ(binder->AddFiles({File("een.txt"), File("twee.txt")}, "", 0, false, true), 0);
+    const auto shown = binder->treCorr().Tree()->GetItem(0, "een")->Id();
+    binder->treCorr().NodeSelected(shown);
+    ASSERT_TRUE(binder->Viewer().Item());
+    binder->Refresh();
+    ASSERT_TRUE(binder->Viewer().Item()) << "still there";
+    const auto other = Make();
+    ASSERT_EQ(other->OpenOrCreate("one", "", "", "", ""), 0);
+    ASSERT_TRUE(other->treCorr().DeleteItem(shown));
+    binder->Refresh();
+    EXPECT_FALSE(binder->Viewer().Item());
+    EXPECT_EQ(binder->treCorr().AllItems().size(), 1U);
+}
+
 TEST_F(Turns, TheLastDossierAskedForDuringALongLoadStays) {
     for (const char* const key : {"small", "large"}) ASSERT_EQ(Open(key), 0);
     for (int i = 0; i < 60; ++i) binder->treCorr().AddTab("Map", Root());
