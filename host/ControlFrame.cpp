@@ -39,6 +39,7 @@ ControlFrame::ControlFrame(HWND owner, const wchar_t* progId, const std::string&
     windowClass.lpfnWndProc = Procedure;
     windowClass.hInstance = module;
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
     windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
     windowClass.lpszClassName = className;
     RegisterClassW(&windowClass);

@@ -59,6 +59,7 @@ HWND ToolbarWindow::Create(HWND parent, int id) {
     // The texts of the buttons stay unseen; screen readers read them.
     SendMessageW(lclWindow, TB_SETEXTENDEDSTYLE, 0,
                  TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DRAWDDARROWS | TBSTYLE_EX_DOUBLEBUFFER);
+    HideTipUnderMenus(reinterpret_cast<HWND>(SendMessageW(lclWindow, TB_GETTOOLTIPS, 0, 0)));
     SetWindowSubclass(lclWindow, Procedure, 1, reinterpret_cast<DWORD_PTR>(this));
     return lclWindow;
 }
@@ -205,12 +206,7 @@ std::optional<std::size_t> ToolbarWindow::ShowMenu(const PopupMenu& menu, std::s
                  reinterpret_cast<LPARAM>(&place));
     MapWindowPoints(lclWindow, nullptr, reinterpret_cast<POINT*>(&place), 2);
     SendMessageW(lclWindow, TB_PRESSBUTTON, static_cast<WPARAM>(command), MAKELPARAM(TRUE, 0));
-    // A tip would cover the menu: the one that is out goes, the one that is due gets no text.
-    lclMenuOpen = true;
-    SendMessageW(reinterpret_cast<HWND>(SendMessageW(lclWindow, TB_GETTOOLTIPS, 0, 0)), TTM_POP, 0,
-                 0);
     const auto chosen = TrackMenu(GetParent(lclWindow), menu, place.left, place.bottom);
-    lclMenuOpen = false;
     if (lclWindow) SendMessageW(lclWindow, TB_PRESSBUTTON, static_cast<WPARAM>(command), 0);
     return chosen;
 }
@@ -246,13 +242,6 @@ LRESULT ToolbarWindow::Handle(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
     case WM_KEYDOWN:
         if (Key(w)) return 0;
-        break;
-    case WM_NOTIFY:
-        if (lclMenuOpen && reinterpret_cast<NMHDR*>(l)->code == TTN_GETDISPINFOW) {
-            reinterpret_cast<NMTTDISPINFOW*>(l)->lpszText = nullptr;
-            reinterpret_cast<NMTTDISPINFOW*>(l)->szText[0] = L'\0';
-            return 0;
-        }
         break;
     case WM_CHAR: return 0; // the keys above are all it knows
     case WM_SETFOCUS:

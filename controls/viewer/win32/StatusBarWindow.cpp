@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "controls/common/win32/Look.h"
+#include "controls/common/win32/TrackMenu.h"
 #include "platform/win32/Owner.h"
 #include "platform/win32/Variant.h"
 
@@ -30,6 +31,7 @@ HWND StatusBarWindow::Create(HWND parent, int id) {
     // The bar's own tips come only where a text is cut off.
     lclTips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0,
                               0, 0, 0, lclWindow, nullptr, module, nullptr);
+    HideTipUnderMenus(lclTips);
     TOOLINFOW tool{};
     tool.cbSize = sizeof tool;
     tool.uFlags = TTF_SUBCLASS;
