@@ -30,16 +30,12 @@ thread_local HWND tracking = nullptr; // the owner of the menu that is open
 
 constexpr wchar_t ownTip[] = L"KavidexTip";
 
-void LetTipsShow(bool show) {
-    EnumThreadWindows(
-        GetCurrentThreadId(),
-        [](HWND window, LPARAM on) -> BOOL {
-            if (GetPropW(window, ownTip))
-                SendMessageW(window, TTM_ACTIVATE, static_cast<WPARAM>(on), 0);
-            return TRUE;
-        },
-        show);
+BOOL CALLBACK LetShow(HWND window, LPARAM show) {
+    if (GetPropW(window, ownTip)) SendMessageW(window, TTM_ACTIVATE, static_cast<WPARAM>(show), 0);
+    return TRUE;
 }
+
+void LetTipsShow(bool show) { EnumThreadWindows(GetCurrentThreadId(), LetShow, show); }
 
 } // namespace
 
