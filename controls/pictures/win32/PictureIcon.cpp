@@ -15,10 +15,16 @@ std::uint32_t RgbOf(int systemColour) {
                                       GetBValue(colour));
 }
 
+// The pictures' own colours are made for a light ground.
+bool IsDark(std::uint32_t colour) {
+    return (colour >> 16 & 255) * 299 + (colour >> 8 & 255) * 587 + (colour & 255) * 114 < 128'000;
+}
+
 } // namespace
 
 PictureColours SystemColours(int fore, int back) {
-    return {HighContrast(), RgbOf(fore), RgbOf(back)};
+    const auto ground = RgbOf(back);
+    return {HighContrast() || IsDark(ground), RgbOf(fore), ground};
 }
 
 HICON IconOf(const Picture& picture) {
