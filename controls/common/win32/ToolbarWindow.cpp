@@ -51,7 +51,7 @@ HWND ToolbarWindow::Create(HWND parent, int id) {
     lclWindow = CreateWindowExW(
         0, TOOLBARCLASSNAMEW, L"",
         WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | TBSTYLE_FLAT | TBSTYLE_LIST |
-            TBSTYLE_TOOLTIPS | CCS_NODIVIDER | CCS_NORESIZE | CCS_NOPARENTALIGN,
+            TBSTYLE_WRAPABLE | TBSTYLE_TOOLTIPS | CCS_NODIVIDER | CCS_NORESIZE | CCS_NOPARENTALIGN,
         0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
         platform::win32::OwnModule(), nullptr);
     if (!lclWindow) return nullptr;
@@ -127,12 +127,24 @@ void ToolbarWindow::ShowButtons() {
 
 int ToolbarWindow::Height() const {
     const auto size = static_cast<DWORD>(SendMessageW(lclWindow, TB_GETBUTTONSIZE, 0, 0));
-    return HIWORD(size) + Scaled(4, lclDpi);
+    int bottom = HIWORD(size);
+    for (std::size_t i = 0; i < lclItems.size(); ++i) {
+        RECT place{}; // of a hidden button it is not told
+        if (SendMessageW(lclWindow, TB_GETITEMRECT, i, reinterpret_cast<LPARAM>(&place)))
+            bottom = std::max<int>(bottom, place.bottom);
+    }
+    return bottom + Scaled(4, lclDpi);
 }
 
 void ToolbarWindow::Place(int width) {
-    MoveWindow(lclWindow, 0, 0, width, Height(), TRUE);
     SendMessageW(lclWindow, TB_SETINDENT, static_cast<WPARAM>(Scaled(2, lclDpi)), 0);
+    RECT before{};
+    GetClientRect(lclWindow, &before);
+    // What the width does not hold goes to further rows, and the height follows them.
+    SetWindowPos(lclWindow, nullptr, 0, 0, width, before.bottom,
+                 SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
+    SendMessageW(lclWindow, TB_AUTOSIZE, 0, 0);
+    MoveWindow(lclWindow, 0, 0, width, Height(), TRUE);
 }
 
 bool ToolbarWindow::CanTakeFocus() const {
