@@ -211,6 +211,7 @@ void HostWindow::Arrange() {
     RECT client, bar;
     GetClientRect(lclWindow, &client);
     SendMessageW(lclStatus, WM_SIZE, 0, 0);
+    InvalidateRect(lclStatus, nullptr, TRUE); // its grip has moved
     GetWindowRect(lclStatus, &bar);
     client.bottom -= bar.bottom - bar.top;
     if (lclSite && client.bottom > client.top) lclSite->Place(client);

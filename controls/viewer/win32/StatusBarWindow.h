@@ -21,6 +21,7 @@ public:
     bool HintActivated(const NMHDR& header) const;
 
 private:
+    int Needed(int panel) const; // by its text
     void Arrange();
 
     HWND lclWindow = nullptr, lclTips = nullptr;
