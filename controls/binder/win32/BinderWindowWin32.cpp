@@ -191,6 +191,10 @@ void BinderWindowWin32::FocusTree() {
     if (HasFocus() && lclTree) lclTree->TakeFocus(); // never from another window
 }
 
+void BinderWindowWin32::FocusViewer() {
+    if (HasFocus()) BesideTree().TakeFocus();
+}
+
 // --- Focus and keys -----------------------------------------------------------------------------
 
 std::vector<HWND> BinderWindowWin32::Stops() const {

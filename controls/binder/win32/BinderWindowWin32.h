@@ -59,6 +59,7 @@ public:
     void AppearanceChanged() override;
     void Repaint() override;
     void FocusTree() override;
+    void FocusViewer() override;
     std::optional<std::size_t> ShowMenu(const PopupMenu& menu, std::string_view button) override {
         return lclToolbar.ShowMenu(menu, button);
     }
