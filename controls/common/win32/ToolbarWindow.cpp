@@ -27,9 +27,21 @@ BYTE StyleOf(CommandKind kind) {
     }
 }
 
-HICON ButtonIcon(const ToolbarItem& item, int size) {
+// Without colour, and faint: not every system makes disabled pictures that one can tell apart.
+Picture Faint(Picture picture) {
+    for (auto& pixel : picture.pixels) {
+        const auto grey =
+            (3 * (pixel >> 16 & 255) + 6 * (pixel >> 8 & 255) + (pixel & 255)) / 10 * 2 / 5;
+        pixel = (pixel >> 24) * 2 / 5 << 24 | grey << 16 | grey << 8 | grey;
+    }
+    return picture;
+}
+
+HICON ButtonIcon(const ToolbarItem& item, int size, bool enabled = true) {
     if (item.picture.empty()) return nullptr;
-    return IconOf(DrawPicture(item.picture, size, SystemColours(COLOR_BTNTEXT, COLOR_BTNFACE)));
+    const auto colours = SystemColours(enabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT, COLOR_BTNFACE);
+    auto picture = DrawPicture(item.picture, size, colours);
+    return IconOf(enabled || colours.highContrast ? picture : Faint(std::move(picture)));
 }
 
 } // namespace
@@ -67,24 +79,29 @@ void ToolbarWindow::Forget() {
     lclWindow = nullptr;
     lclFilled = false;
     lclImages.Reset();
+    lclFaintImages.Reset();
 }
 
 void ToolbarWindow::BuildLook(int dpi) {
     lclDpi = dpi;
     const int size = Scaled(iconUnits, dpi);
-    const HIMAGELIST list = ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 4, 4);
     lclItems = lclSource.Toolbar();
     std::vector<int> images;
-    for (const auto& item : lclItems) {
-        int image = I_IMAGENONE;
-        if (const HICON icon = ButtonIcon(item, size)) {
-            image = ImageList_ReplaceIcon(list, -1, icon);
-            DestroyIcon(icon);
+    for (const bool enabled : {true, false}) {
+        const HIMAGELIST list = ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 4, 4);
+        images.clear(); // the same in both lists
+        for (const auto& item : lclItems) {
+            int image = I_IMAGENONE;
+            if (const HICON icon = ButtonIcon(item, size, enabled)) {
+                image = ImageList_ReplaceIcon(list, -1, icon);
+                DestroyIcon(icon);
+            }
+            images.push_back(image);
         }
-        images.push_back(image);
+        SendMessageW(lclWindow, enabled ? TB_SETIMAGELIST : TB_SETDISABLEDIMAGELIST, 0,
+                     reinterpret_cast<LPARAM>(list));
+        (enabled ? lclImages : lclFaintImages).Reset(list);
     }
-    SendMessageW(lclWindow, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(list));
-    lclImages.Reset(list);
     SendMessageW(lclWindow, TB_SETBITMAPSIZE, 0, MAKELPARAM(size, size));
     while (SendMessageW(lclWindow, TB_DELETEBUTTON, 0, 0)) {
     }

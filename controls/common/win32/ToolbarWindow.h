@@ -55,7 +55,7 @@ private:
 
     ToolbarSource& lclSource;
     HWND lclWindow = nullptr;
-    GdiObject<HIMAGELIST> lclImages;
+    GdiObject<HIMAGELIST> lclImages, lclFaintImages; // of enabled and disabled buttons
     int lclDpi = 96;
     bool lclFilled = false, lclMenuOpen = false;
     std::vector<ToolbarItem> lclItems;     // as they were shown last
