@@ -108,6 +108,7 @@ HRESULT ControlCore::MakeActive(const RECT* given) {
 
 HRESULT ControlCore::ActivateUserInterface() {
     if (!IsActive()) return Activate(true, nullptr);
+    platform::win32::SetHost(Handle());
     if (!lclUiActive) {
         if (FAILED(lclInPlaceSite->OnUIActivate())) return E_FAIL;
         lclUiActive = true;
@@ -183,6 +184,7 @@ HRESULT ControlCore::TranslateKey(MSG& message) {
 }
 
 void ControlCore::FrameActivated(bool active) {
+    if (active && IsActive()) platform::win32::SetHost(Handle());
     if (active && lclUiActive && !Window().HasFocus()) Window().TakeFocus();
 }
 
