@@ -16,14 +16,13 @@ namespace kavidex::tests {
 struct FakeBinderWindow : controls::BinderWindow, controls::ScanPlace {
     FakeForms forms;
     bool scannerInstalled = true;
-    int viewerFocused = 0;
     controls::ScanSetup scanner;
     void ToolbarChanged() override {}
     void LayoutChanged() override {}
     void AppearanceChanged() override {}
     void Repaint() override {}
     void FocusTree() override {}
-    void FocusViewer() override { ++viewerFocused; }
+    void FocusViewer() override {}
     std::optional<std::size_t> ShowMenu(const controls::PopupMenu&, std::string_view) override {
         return {};
     }

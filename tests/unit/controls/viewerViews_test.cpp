@@ -159,6 +159,7 @@ TEST_F(Views, WhatCannotBeDrawnShowsItsFactsAndOpens) {
     const auto empty = DocumentOf("tif", "Leeg", "");
     EXPECT_FALSE(viewer.ShowItem(empty));
     EXPECT_EQ(machine.messages.shown.back().caption, "Error in ShowItem");
+    EXPECT_NE(LastMessage().find("Dit document is beschadigd"), std::string::npos) << LastMessage();
     machine.shell.pdfInBrowser = false;
     for (const auto& document : {empty, DocumentOf("pdf", "Kapot", "geen pdf")}) {
         viewer.ShowItem(document);
