@@ -61,6 +61,12 @@ HWND BinderWindowWin32::Create(HWND parent, const RECT& place) {
     return lclWindow;
 }
 
+void BinderWindowWin32::ToolbarChanged() {
+    const int before = lclToolbar.Height();
+    lclToolbar.ShowButtons();
+    if (lclToolbar.Height() != before) Layout(); // it has another row, or one less
+}
+
 void BinderWindowWin32::Layout() {
     if (!lclWindow || !lclSplitter.Handle()) return;
     RECT area;

@@ -54,7 +54,7 @@ public:
     bool TranslateKey(const MSG& message) override;
     void Draw(HDC device, const RECT& place) const override;
 
-    void ToolbarChanged() override { lclToolbar.ShowButtons(); }
+    void ToolbarChanged() override;
     void LayoutChanged() override { Layout(); }
     void AppearanceChanged() override;
     void Repaint() override;
