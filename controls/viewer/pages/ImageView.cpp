@@ -68,7 +68,9 @@ bool ImageView::Show(const ShownDocument& document) {
     return true;
 }
 
-std::string ImageView::Description() const { return lclShown.item->Description(); }
+std::string ImageView::Description() const {
+    return lclShown.item ? lclShown.item->Description() : lclShown.file.description;
+}
 
 bool ImageView::Close() {
     bool lost = false;
