@@ -219,10 +219,9 @@ bool ctlViewer::ShowDocument(const ItemPtr& item) {
         const auto* ours = dynamic_cast<const platform::Error*>(&error);
         const auto number = ours ? ours->Number() : platform::errors::fail;
         const bool damaged = number == platform::errors::invalidData;
-        const auto notice = damaged ? damagedNotice : notHereNotice;
-        instead(notice);
+        instead(damaged ? damagedNotice : notHereNotice);
         throw platform::Error(
-            number, damaged ? Text(notice)
+            number, damaged ? platform::FileName(document.Path()) + ": " + Text(damagedNotice)
                             : CauseText(TranslationBy(lclTranslator), document.Path(), error));
     }
 }

@@ -168,6 +168,7 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
           "Dit bestand kan iets uitvoeren en wordt daarom niet getoond.",
           "Dit document wordt in een eigen venster getoond.",
           "Dit document is in zijn eigen programma geopend."}},
+        {"damagedNotice", {"Dit document is beschadigd en kan hier niet getoond worden."}},
         {"row.caption", {}},
         {"group.caption", groups},
         {"all[i].caption", rights},
