@@ -1,6 +1,7 @@
 // The work that assigning a connection sets off, in its order.
 #include "data/ConnectionAssignment.h"
 
+#include "data/address.h"
 #include "data/letters.h"
 #include "data/modData.h"
 #include "data/schema/clsUpdateDb.h"
@@ -49,6 +50,7 @@ bool ConnectionAssignment::SetDbConnection(const ConnectionPtr& connection) {
     lclConnection = connection;
     lclLive = connection && connection->IsOpen();
     lclDatabase = lclLive ? DatabaseOf(*connection) : std::string();
+    lclAddress = lclLive ? AddressOf(*connection) : std::string();
     if (lclListeners.changed) lclListeners.changed();
     if (lclListeners.handOver) lclListeners.handOver(connection);
     if (!connection) {

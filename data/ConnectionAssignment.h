@@ -37,8 +37,8 @@ public:
     // one server.
     // Where that is empty, only the same object is the same.
     bool SetDbConnection(const ConnectionPtr& connection);
-    // What the database was called when it was assigned.
-    const std::string& Database() const { return lclDatabase; }
+    // Where the database was when it was assigned (address.h).
+    const std::string& Address() const { return lclAddress; }
     // Whether its owner has opened the connection on another database since it was assigned:
     // nothing of the dossier may be written there.
     bool IsElsewhere() const;
@@ -63,6 +63,7 @@ private:
     ConnectionPtr lclConnection;
     bool lclLive = false;    // it was open when it was assigned
     std::string lclDatabase; // and on this database
+    std::string lclAddress;
     std::unique_ptr<clsSettings> lclSettings;
     std::string lclTemplatePath;
 };

@@ -20,6 +20,16 @@ Late Control(const platform::win32::ControlSite& site) {
 
 } // namespace
 
+std::function<bool(MSG&, DWORD)> TabAround(HWND frame) {
+    return [frame](MSG& message, DWORD modifiers) {
+        constexpr DWORD shift = 1;
+        if (message.message != WM_KEYDOWN || message.wParam != VK_TAB || (modifiers & ~shift))
+            return false;
+        ::SetFocus(frame); // which hands it to the control
+        return true;
+    };
+}
+
 ControlFrame::ControlFrame(HWND owner, const wchar_t* progId, const std::string& title,
                            const platform::win32::ComPtr<IDispatch>& connection,
                            std::string saveQuestion)
@@ -29,6 +39,7 @@ ControlFrame::ControlFrame(HWND owner, const wchar_t* progId, const std::string&
     windowClass.lpfnWndProc = Procedure;
     windowClass.hInstance = module;
     windowClass.hCursor = LoadCursorW(nullptr, IDC_ARROW);
+    windowClass.hIcon = LoadIconW(nullptr, IDI_APPLICATION);
     windowClass.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
     windowClass.lpszClassName = className;
     RegisterClassW(&windowClass);
@@ -40,7 +51,7 @@ ControlFrame::ControlFrame(HWND owner, const wchar_t* progId, const std::string&
         CW_USEDEFAULT, MulDiv(780, dpi, 96), MulDiv(500, dpi, 96), owner, nullptr, module, this);
     if (!lclWindow) throw platform::Error(platform::errors::fail, "no window", "kavidex-host");
     try {
-        lclSite = new platform::win32::ControlSite(lclWindow);
+        lclSite = new platform::win32::ControlSite(lclWindow, {.keyBack = TabAround(lclWindow)});
         RECT client;
         GetClientRect(lclWindow, &client);
         lclSite->Open(progId, client);

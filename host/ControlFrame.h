@@ -3,11 +3,15 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <string>
 
 #include "platform/win32/ole/ControlSite.h"
 
 namespace kavidex::host {
+
+// A Tab that the only control of a window gives back goes around in it.
+std::function<bool(MSG&, DWORD)> TabAround(HWND frame);
 
 class ControlFrame {
 public:
@@ -19,7 +23,10 @@ public:
     ControlFrame& operator=(const ControlFrame&) = delete;
 
     bool IsOpen() const { return lclWindow != nullptr; }
-    bool TranslateKey(MSG& message) { return lclWindow && lclSite->TranslateKey(message); }
+    bool TranslateKey(MSG& message) {
+        return lclWindow && GetAncestor(message.hwnd, GA_ROOT) == lclWindow &&
+               lclSite->TranslateKey(message);
+    }
     bool MayClose(); // asks about what is not saved
     void Close();    // without a question
 

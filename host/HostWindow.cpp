@@ -176,16 +176,7 @@ void HostWindow::Start() {
                                 texts.push_back(platform::win32::TextOf(argument));
                             OnEvent(event.name, texts);
                         },
-                    // There is no other control to tab to: around it goes again.
-                    .keyBack =
-                        [this](MSG& message, DWORD modifiers) {
-                            constexpr DWORD shift = 1;
-                            if (message.message != WM_KEYDOWN || message.wParam != VK_TAB ||
-                                (modifiers & ~shift))
-                                return false;
-                            ::SetFocus(lclWindow); // which hands it to the control
-                            return true;
-                        }});
+                    .keyBack = TabAround(lclWindow)});
     RECT client;
     GetClientRect(lclWindow, &client);
     lclSite->Open(L"Kavidex.ctrlCorrespondence", client);
@@ -211,6 +202,7 @@ void HostWindow::Arrange() {
     RECT client, bar;
     GetClientRect(lclWindow, &client);
     SendMessageW(lclStatus, WM_SIZE, 0, 0);
+    InvalidateRect(lclStatus, nullptr, TRUE); // its grip has moved
     GetWindowRect(lclStatus, &bar);
     client.bottom -= bar.bottom - bar.top;
     if (lclSite && client.bottom > client.top) lclSite->Place(client);
@@ -332,17 +324,20 @@ void HostWindow::Report(const std::string& line) {
     CloseHandle(file);
 }
 
-// Keys go to the control first, as the protocol of in-place objects has it; then to the menu.
+// Keys go to the control of their window first, as the protocol of in-place objects has it; then to
+// the menu of this one.
 void HostWindow::Loop() {
     const HACCEL keys = LoadAcceleratorsW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDR_KEYS));
     MSG message;
     while (GetMessageW(&message, nullptr, 0, 0) > 0) {
         const bool key = message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST;
-        if (key && lclSite && lclSite->TranslateKey(message)) continue;
-        if (key && std::any_of(lclFrames.begin(), lclFrames.end(),
-                               [&](const auto& frame) { return frame->TranslateKey(message); }))
+        const bool own = GetAncestor(message.hwnd, GA_ROOT) == lclWindow;
+        if (key && own && lclSite && lclSite->TranslateKey(message)) continue;
+        if (key && !own && std::any_of(lclFrames.begin(), lclFrames.end(), [&](const auto& frame) {
+                return frame->TranslateKey(message);
+            }))
             continue;
-        if (TranslateAcceleratorW(lclWindow, keys, &message)) continue;
+        if (own && TranslateAcceleratorW(lclWindow, keys, &message)) continue;
         TranslateMessage(&message);
         DispatchMessageW(&message);
     }

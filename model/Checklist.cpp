@@ -19,9 +19,6 @@
 namespace kavidex::model {
 namespace {
 
-// The tab type of the dossier itself.
-constexpr std::string_view wholeDossier = "Dossiertype";
-
 bool Matches(std::string_view pattern, std::string_view text) {
     if (pattern.find_first_of("*?") != std::string_view::npos)
         return platform::MatchesPattern(text, pattern);

@@ -54,6 +54,8 @@ TypedField TypedKind(std::string_view fieldType);
 // field's type names extensions ("tif;pdf"), or no type; its descriptions are parts of texts or
 // patterns with * and ?, parted by semicolons, and its own text where there are none.
 bool Describes(const clsField& field, std::string_view type, std::string_view description);
+// The tab type of the dossier itself.
+inline constexpr std::string_view wholeDossier = "Dossiertype";
 // What a folder made from this row goes by in the keys of checklists.
 std::string TabTypeOf(const DossierTab& tab);
 // Whether a folder of that name was made from this row of its type, whatever its tokens gave.

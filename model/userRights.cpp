@@ -39,6 +39,17 @@ std::vector<RightsHolder> Below(const Store& store, NodeId parent) {
     return found;
 }
 
+void ReadGroup(const Store& store, NodeId parent, NodeId group, std::vector<RightsHolder>& into) {
+    auto held = Below(store, parent);
+    const auto users = std::stable_partition(held.begin(), held.end(),
+                                             [](const auto& one) { return one.isGroup; });
+    for (auto holder = held.begin(); holder != held.end(); ++holder) {
+        holder->group = group;
+        into.push_back(*holder);
+        if (holder < users) ReadGroup(store, holder->id, holder->id, into);
+    }
+}
+
 std::size_t PlaceOf(std::string_view key) {
     const auto all = Rights();
     const auto* right = FindRight(key);
@@ -125,26 +136,24 @@ UserTree MakeUserTree(const platform::Workstation& workstation, const Store& sto
 std::vector<RightsHolder> LoadHolders(const platform::Workstation& workstation,
                                       const Store& store) {
     const auto place = FindUserTree(workstation, store);
-    std::vector<RightsHolder> holders, loose;
+    std::vector<RightsHolder> holders;
     if (place.tree == 0) return holders;
-    for (auto& holder : Below(store, place.users)) {
-        if (!holder.isGroup) {
-            loose.push_back(std::move(holder));
-            continue;
-        }
-        const auto group = holder.id;
-        holders.push_back(std::move(holder));
-        for (auto& user : Below(store, group)) {
-            user.group = group;
-            if (!user.isGroup) holders.push_back(std::move(user));
-        }
-    }
-    holders.insert(holders.end(), loose.begin(), loose.end());
+    ReadGroup(store, place.users, 0, holders);
     const auto rights = ReadRights(workstation, store.Connection());
     for (auto& holder : holders)
         if (const auto known = rights.find(KeyOf(holder)); known != rights.end())
             holder.rights = known->second;
     return holders;
+}
+
+bool IsWithin(std::span<const RightsHolder> holders, NodeId id, NodeId group) {
+    for (auto left = holders.size() + 1; left > 0 && id != 0; --left) { // a ring has no end
+        if (id == group) return true;
+        const auto at = std::find_if(holders.begin(), holders.end(),
+                                     [&](const RightsHolder& holder) { return holder.id == id; });
+        id = at == holders.end() ? 0 : at->group;
+    }
+    return false;
 }
 
 bool SomebodyAdministers(std::span<const RightsHolder> holders) {

@@ -19,7 +19,7 @@ using RightSet = std::bitset<26>; // in the order of Rights()
 
 struct RightsHolder {
     NodeId id = 0;    // below 0: not stored yet
-    NodeId group = 0; // of a user; 0: none
+    NodeId group = 0; // that it is in; 0: none
     bool isGroup = false;
     std::string name;
     RightSet rights;
@@ -36,8 +36,10 @@ UserTree FindUserTree(const platform::Workstation& workstation, const Store& sto
 UserTree MakeUserTree(const platform::Workstation& workstation, const Store& store,
                       std::string_view description);
 
-// Groups before their users, each by name.
+// Each group before what it holds: the groups in it, then its users, each by name.
 std::vector<RightsHolder> LoadHolders(const platform::Workstation& workstation, const Store& store);
+// Whether it is that group, or in it through whatever groups.
+bool IsWithin(std::span<const RightsHolder> holders, NodeId id, NodeId group);
 
 // Whether some user may see rights and change them; otherwise nobody can undo what is changed.
 bool SomebodyAdministers(std::span<const RightsHolder> holders);

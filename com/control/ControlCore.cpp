@@ -7,6 +7,7 @@
 #include "com/control/Metrics.h"
 #include "platform/win32/ActivationScope.h"
 #include "platform/win32/Late.h"
+#include "platform/win32/Owner.h"
 
 namespace kavidex::com {
 
@@ -98,6 +99,7 @@ HRESULT ControlCore::MakeActive(const RECT* given) {
         return E_FAIL;
     }
     SetWindowSubclass(window, Watch, watchId, reinterpret_cast<DWORD_PTR>(this));
+    platform::win32::SetHost(window);
     FollowAmbients();
     ShowWindow(window, SW_SHOWNA);
     lclSite->ShowObject();
@@ -106,6 +108,7 @@ HRESULT ControlCore::MakeActive(const RECT* given) {
 
 HRESULT ControlCore::ActivateUserInterface() {
     if (!IsActive()) return Activate(true, nullptr);
+    platform::win32::SetHost(Handle());
     if (!lclUiActive) {
         if (FAILED(lclInPlaceSite->OnUIActivate())) return E_FAIL;
         lclUiActive = true;
@@ -181,6 +184,7 @@ HRESULT ControlCore::TranslateKey(MSG& message) {
 }
 
 void ControlCore::FrameActivated(bool active) {
+    if (active && IsActive()) platform::win32::SetHost(Handle());
     if (active && lclUiActive && !Window().HasFocus()) Window().TakeFocus();
 }
 
@@ -222,6 +226,7 @@ LRESULT CALLBACK ControlCore::Watch(HWND window, UINT message, WPARAM wide, LPAR
     auto* self = reinterpret_cast<ControlCore*>(core);
     if (message == WM_MOUSEACTIVATE || message == WM_SETFOCUS) {
         const ComPtr<IOleObject> alive(&self->lclOwner.Object());
+        platform::win32::SetHost(window);
         const LRESULT result = DefSubclassProc(window, message, wide, data);
         if (self->IsActive() && !self->lclUiActive) self->ActivateUserInterface();
         return result;

@@ -10,6 +10,8 @@ using forms::What;
 
 namespace {
 
+constexpr int deleteKey = 0x2E, insertKey = 0x2D, left = 0x25, up = 0x26, right = 0x27, down = 0x28;
+
 bool Sure(const platform::Workstation& workstation, std::string_view text,
           std::string_view caption) {
     return workstation.messages.Show({std::string(text), std::string(caption),
@@ -54,6 +56,33 @@ void AdminControl::SetDossierType(std::string_view type) {
     lclDossierType = type;
     PropertyChanged.Raise("DossierType");
     if (!lclChanged) Refresh();
+}
+
+void AdminControl::EditsItemsOf(std::string_view field) {
+    struct Row {
+        int key;
+        bool control;
+        std::string_view button;
+        bool (*act)(AdminControl&); // false: the key has no use here
+    };
+    static constexpr Row rows[] = {
+        {insertKey, false, "btnNew", [](AdminControl& on) { return on.Add(), true; }},
+        {deleteKey, false, "btnDelete", [](AdminControl& on) { return on.Remove(), true; }},
+        {up, true, "btnUp", [](AdminControl& on) { return on.MoveBy(-1), true; }},
+        {down, true, "btnDown", [](AdminControl& on) { return on.MoveBy(1), true; }},
+        {left, true, "", [](AdminControl& on) { return on.Indent(false); }},
+        {right, true, "", [](AdminControl& on) { return on.Indent(true); }},
+    };
+    for (const Row& row : rows)
+        if (!row.button.empty())
+            Form().On(row.button, What::Clicked,
+                      [this, &row](forms::FieldEvent&) { row.act(*this); });
+    Form().On(field, What::Key, [this](forms::FieldEvent& event) {
+        event.refused = true;
+        for (const Row& row : rows)
+            if (row.key == event.key && row.control <= event.control)
+                event.refused = !row.act(*this);
+    });
 }
 
 void AdminControl::Changed() {

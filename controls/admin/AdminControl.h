@@ -37,6 +37,13 @@ protected:
     virtual bool MayWrite() const { return MayChange(); }
     virtual bool MaySave() { return true; }            // asks what has to be asked; false: not now
     virtual void Write(const model::Store& store) = 0; // within one transaction
+    // Makes the field's items edited by keys (Ins, Del, with Ctrl the arrows) and by the buttons
+    // btnNew, btnDelete, btnUp and btnDown.
+    void EditsItemsOf(std::string_view field);
+    virtual void Add() {}
+    virtual void Remove() {}
+    virtual void MoveBy(int /*steps*/) {}                  // among those beside it
+    virtual bool Indent(bool /*deeper*/) { return false; } // false: there are no levels
     void Changed();
     bool MayChange() const { return May(lclRight); }
     void ShowButtons();

@@ -18,24 +18,23 @@ using forms::What;
 namespace anchor = forms::anchor;
 namespace style = forms::style;
 
-constexpr int deleteKey = 0x2E, insertKey = 0x2D, up = 0x26, down = 0x28;
 constexpr std::size_t mostLines = 1000; // far more than anybody checks; the order has 16 bits
 
 enum ColumnNumber { description, kind, number, required, toCheck };
 constexpr Column columns[] = {
-    {"Omschrijving", 110, false, true},  {"Soort", 60, false, true},
-    {"Aantal", 34, true, true},          {"Verplicht", 42, false, true},
-    {"Herkennen aan", 120, false, true},
+    {"Omschrijving", 130, false, true}, {"Soort", 60, false, true},
+    {"Aantal", 34, true, true},         {"Verplicht", 42, false, true},
+    {"Herkennen aan", 0, false, true},
 };
 
 constexpr FieldRow fields[] = {
     {"lblType", Kind::Label, {6, 8, 58, 9}, "Dossiertype:"},
     {"cmbType", Kind::Combo, {66, 6, 104, 13}},
     {"lblTab", Kind::Label, {178, 8, 76, 9}, "Type map:"},
-    {"cmbTab", Kind::Combo, {256, 6, 118, 13}, "", anchor::wide, style::edits},
+    {"cmbTab", Kind::Combo, {256, 6, 178, 13}, "", anchor::wide, style::edits},
     {"lstLines",
      Kind::List,
-     {6, 24, 368, 142},
+     {6, 24, 428, 142},
      "Verwachte documenten",
      anchor::all,
      style::drags,
@@ -46,19 +45,19 @@ constexpr FieldRow fields[] = {
     {"btnDelete", Kind::Button, {64, 170, 54, 14}, "Verwijderen", anchor::leftBottom},
     {"btnUp", Kind::Button, {122, 170, 46, 14}, "Omhoog", anchor::leftBottom},
     {"btnDown", Kind::Button, {172, 170, 46, 14}, "Omlaag", anchor::leftBottom},
-    {"lblFrom", Kind::Label, {217, 173, 59, 9}, "Overnemen van:", anchor::rightBottom},
-    {"cmbFrom", Kind::Combo, {278, 170, 56, 13}, "", anchor::rightBottom},
-    {"btnCopy", Kind::Button, {338, 170, 36, 14}, "Neem", anchor::rightBottom},
-    {"btnSave", Kind::Button, {174, 190, 54, 14}, "Opslaan", anchor::rightBottom},
-    {"btnUndo", Kind::Button, {232, 190, 88, 14}, "Ongedaan maken", anchor::rightBottom},
+    {"lblFrom", Kind::Label, {222, 173, 66, 9}, "Overnemen van:", anchor::rightBottom},
+    {"cmbFrom", Kind::Combo, {290, 170, 98, 13}, "", anchor::rightBottom},
+    {"btnCopy", Kind::Button, {392, 170, 42, 14}, "Neem", anchor::rightBottom},
+    {"btnSave", Kind::Button, {234, 190, 54, 14}, "Opslaan", anchor::rightBottom},
+    {"btnUndo", Kind::Button, {292, 190, 88, 14}, "Ongedaan maken", anchor::rightBottom},
     {"btnClose",
      Kind::Button,
-     {324, 190, 50, 14},
+     {384, 190, 50, 14},
      "Sluiten",
      anchor::rightBottom,
-     style::isCancel | style::hidden},
+     style::isCancel | style::hidden | style::givesRoom},
 };
-constexpr forms::Layout layout = {"ctlChecklistEditor", "Checklists", 380, 210, true, fields};
+constexpr forms::Layout layout = {"ctlChecklistEditor", "Checklists", 440, 210, true, fields};
 
 } // namespace
 
@@ -67,14 +66,10 @@ ctlChecklistEditor::ctlChecklistEditor(const platform::Workstation& workstation)
     On("cmbType", What::Changed, &ctlChecklistEditor::ChooseType);
     On("cmbTab", What::Changed, &ctlChecklistEditor::ChooseList);
     On("btnCopy", What::Clicked, &ctlChecklistEditor::CopyFrom);
-    On("btnNew", What::Clicked, &ctlChecklistEditor::Add);
-    On("btnDelete", What::Clicked, &ctlChecklistEditor::Remove);
-    On("btnUp", What::Clicked, &ctlChecklistEditor::MoveUp);
-    On("btnDown", What::Clicked, &ctlChecklistEditor::MoveDown);
+    EditsItemsOf("lstLines");
     On("lstLines", What::Changed, &ctlChecklistEditor::ShowButtonsOfLines);
     On("lstLines", What::Editing, &ctlChecklistEditor::Editing);
     On("lstLines", What::Edited, &ctlChecklistEditor::Edited);
-    On("lstLines", What::Key, &ctlChecklistEditor::Key);
     On("lstLines", What::DragOver, &ctlChecklistEditor::DragOver);
     On("lstLines", What::Dropped, &ctlChecklistEditor::Dropped);
     Show();
@@ -105,27 +100,41 @@ void ctlChecklistEditor::Read() {
     const model::Store store(DbConnection());
     lclTypes = model::DossierTypes(Machine(), DbConnection());
     lclKeys = model::ChecklistKeys(store, {});
+    // A type that was deleted still has the lists that its dossiers are checked by.
+    const auto known = [&](std::string_view name) {
+        return std::find_if(lclTypes.begin(), lclTypes.end(), [&](const auto& type) {
+            return platform::EqualNoCase(type.name, name);
+        });
+    };
+    const auto offer = [&](const std::string& name) {
+        if (!name.empty() && known(name) == lclTypes.end()) lclTypes.push_back({0, name, {}});
+    };
+    for (const auto& key : lclKeys) offer(key.substr(0, key.find('^')));
+    offer(DossierType());
     if (lclType.empty()) lclType = DossierType();
-    const auto named = std::find_if(lclTypes.begin(), lclTypes.end(), [&](const auto& type) {
-        return platform::EqualNoCase(type.name, lclType);
-    });
-    if (named != lclTypes.end())
-        lclType = named->name;
-    else if (!lclTypes.empty())
-        lclType = lclTypes.front().name;
+    auto chosen = known(lclType);
+    if (chosen == lclTypes.end()) chosen = lclTypes.begin();
+    lclType = chosen == lclTypes.end() ? std::string() : chosen->name;
     const auto add = [&](std::string tab) {
-        const bool known = std::any_of(lclTabTypes.begin(), lclTabTypes.end(), [&](const auto& o) {
+        const bool there = std::any_of(lclTabTypes.begin(), lclTabTypes.end(), [&](const auto& o) {
             return platform::EqualNoCase(o, tab);
         });
-        if (!known && !tab.empty()) lclTabTypes.push_back(std::move(tab));
+        if (!there && !tab.empty()) lclTabTypes.push_back(std::move(tab));
     };
-    for (const auto& tab : named != lclTypes.end() ? model::TabsOfType(store, named->id)
-                                                   : std::vector<model::DossierTab>())
-        add(model::TabTypeOf(tab));
+    if (!lclType.empty()) add(std::string(model::wholeDossier));
+    if (chosen != lclTypes.end() && chosen->id != 0)
+        for (const auto& tab : model::TabsOfType(store, chosen->id)) add(model::TabTypeOf(tab));
     for (const auto& key : lclKeys)
         if (platform::EqualNoCase(key.substr(0, key.find('^')), lclType))
             add(key.substr(key.find('^') + 1));
-    if (lclTabType.empty() && !lclTabTypes.empty()) lclTabType = lclTabTypes.front();
+    if (lclTabType.empty() && !lclTabTypes.empty()) {
+        const auto filled =
+            std::find_if(lclTabTypes.begin(), lclTabTypes.end(), [&](const auto& tab) {
+                return std::find(lclKeys.begin(), lclKeys.end(),
+                                 model::ChecklistKey(lclType, tab)) != lclKeys.end();
+            });
+        lclTabType = filled == lclTabTypes.end() ? lclTabTypes.front() : *filled;
+    }
     if (Key().empty()) return;
     lclStored = Load(Key());
     lclLines = lclStored;
@@ -245,17 +254,6 @@ void ctlChecklistEditor::MoveBy(int steps) {
         MoveTo(static_cast<std::size_t>(from), static_cast<std::size_t>(from + steps));
 }
 
-void ctlChecklistEditor::Key(forms::FieldEvent& event) {
-    if (event.key == deleteKey)
-        Remove();
-    else if (event.key == insertKey)
-        Add();
-    else if (event.control && (event.key == up || event.key == down))
-        MoveBy(event.key == up ? -1 : 1);
-    else
-        event.refused = true;
-}
-
 void ctlChecklistEditor::DragOver(forms::FieldEvent& event) {
     event.refused = event.source != &event.field || event.dragged.size() != 1 || !MayChange();
 }
@@ -319,7 +317,9 @@ bool ctlChecklistEditor::MaySave() {
 void ctlChecklistEditor::Write(const model::Store& store) {
     // Others who save a list of this type wait.
     for (const auto& type : lclTypes)
-        if (type.name == lclType && !model::HoldType(store, type.id))
+        if (type.name == lclType && type.id == 0)
+            model::HoldSettings(store);
+        else if (type.name == lclType && !model::HoldType(store, type.id))
             throw ChangedMeanwhile{lclType};
     if (Load(Key()) != lclStored) throw ChangedMeanwhile{Key()};
     model::clsCheckListType list(Machine());

@@ -31,13 +31,10 @@ private:
     void ChooseType();
     void ChooseList();
     void CopyFrom();
-    void Add();
-    void Remove();
+    void Add() override;
+    void Remove() override;
     void MoveTo(std::size_t from, std::size_t to);
-    void MoveBy(int steps);
-    void MoveUp() { MoveBy(-1); }
-    void MoveDown() { MoveBy(1); }
-    void Key(forms::FieldEvent& event);
+    void MoveBy(int steps) override;
     void DragOver(forms::FieldEvent& event);
     void Dropped(forms::FieldEvent& event);
     void Editing(forms::FieldEvent& event);

@@ -53,7 +53,7 @@ constexpr FieldRow fields[] = {
      {300, 194, 50, 14},
      "Sluiten",
      anchor::rightBottom,
-     style::isCancel | style::hidden},
+     style::isCancel | style::hidden | style::givesRoom},
     {"lblPreview", Kind::Label, {206, 121, 144, 18}, "", anchor::rightTop},
 };
 constexpr forms::Layout layout = {"ctlDefaultFolders", "Standaardmappen", 356, 214, true, fields};
@@ -79,16 +79,12 @@ ctlDefaultFolders::ctlDefaultFolders(const platform::Workstation& workstation)
     On("btnNewType", What::Clicked, &ctlDefaultFolders::AddType);
     On("btnDeleteType", What::Clicked, &ctlDefaultFolders::RemoveType);
     On("btnCopy", What::Clicked, &ctlDefaultFolders::CopyFrom);
-    On("btnNew", What::Clicked, &ctlDefaultFolders::Add);
-    On("btnDelete", What::Clicked, &ctlDefaultFolders::Remove);
-    On("btnUp", What::Clicked, &ctlDefaultFolders::MoveUp);
-    On("btnDown", What::Clicked, &ctlDefaultFolders::MoveDown);
+    EditsItemsOf("treFolders");
     On("btnToken", What::Clicked, &ctlDefaultFolders::InsertToken);
     On("txtTabType", What::Changed, &ctlDefaultFolders::NameType);
     On("treFolders", What::Changed, &ctlDefaultFolders::ShowChosen);
     On("treFolders", What::Editing, &ctlDefaultFolders::Editing);
     On("treFolders", What::Edited, &ctlDefaultFolders::Rename);
-    On("treFolders", What::Key, &ctlDefaultFolders::Key);
     On("treFolders", What::Checked, &ctlDefaultFolders::Tick);
     On("treFolders", What::DragOver, &ctlDefaultFolders::DragOver);
     On("treFolders", What::Dropped, &ctlDefaultFolders::Dropped);

@@ -41,19 +41,16 @@ private:
     void AddType();
     void RemoveType();
     void CopyFrom();
-    void Add();
-    void Remove();
+    void Add() override;
+    void Remove() override;
     void Editing(forms::FieldEvent& event);
     void Rename(forms::FieldEvent& event);
     void Tick(forms::FieldEvent& event);
     void DragOver(forms::FieldEvent& event);
     void Dropped(forms::FieldEvent& event);
     void NameType();
-    void Key(forms::FieldEvent& event);
-    void MoveUp() { MoveBy(-1); }
-    void MoveDown() { MoveBy(1); }
-    void MoveBy(int steps);   // among its siblings
-    void Indent(bool deeper); // below the one before it, or beside its parent
+    void MoveBy(int steps) override;
+    bool Indent(bool deeper) override; // below the one before it, or beside its parent
     void Place(std::int32_t id, std::int32_t target, forms::Place place);
     void InsertToken();
 

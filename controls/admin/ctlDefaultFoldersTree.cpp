@@ -6,12 +6,6 @@
 
 namespace kavidex::controls {
 
-namespace {
-
-constexpr int deleteKey = 0x2E, insertKey = 0x2D, left = 0x25, up = 0x26, right = 0x27, down = 0x28;
-
-} // namespace
-
 void ctlDefaultFolders::Add() {
     if (lclType.id == 0 || !MayChange()) return;
     const auto* at = Chosen();
@@ -90,19 +84,6 @@ void ctlDefaultFolders::Rename(forms::FieldEvent& event) {
     ShowChosen();
 }
 
-void ctlDefaultFolders::Key(forms::FieldEvent& event) {
-    if (event.key == deleteKey)
-        Remove();
-    else if (event.key == insertKey)
-        Add();
-    else if (event.control && (event.key == up || event.key == down))
-        MoveBy(event.key == up ? -1 : 1);
-    else if (event.control && (event.key == left || event.key == right))
-        Indent(event.key == right);
-    else
-        event.refused = true;
-}
-
 void ctlDefaultFolders::MoveBy(int steps) {
     const auto* folder = Chosen();
     if (!folder || !MayChange()) return;
@@ -116,12 +97,12 @@ void ctlDefaultFolders::MoveBy(int steps) {
           steps < 0 ? forms::Place::Before : forms::Place::After);
 }
 
-void ctlDefaultFolders::Indent(bool deeper) {
+bool ctlDefaultFolders::Indent(bool deeper) {
     const auto* folder = Chosen();
-    if (!folder || !MayChange()) return;
+    if (!folder || !MayChange()) return true;
     if (!deeper) {
         if (folder->parent != 0) Place(folder->id, folder->parent, forms::Place::After);
-        return;
+        return true;
     }
     std::int32_t before = 0;
     for (const auto& other : lclFolders) {
@@ -129,6 +110,7 @@ void ctlDefaultFolders::Indent(bool deeper) {
         if (other.parent == folder->parent) before = other.id;
     }
     if (before != 0) Place(folder->id, before, forms::Place::On);
+    return true;
 }
 
 // Takes the folder with all that it holds out of the list and puts it there again.

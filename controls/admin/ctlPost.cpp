@@ -27,7 +27,7 @@ namespace style = forms::style;
 
 constexpr int insertKey = 0x2D, deleteKey = 0x2E;
 
-constexpr Column waitingColumns[] = {{"Document", 96}, {"Soort", 0}};
+constexpr Column waitingColumns[] = {{"Document", 0}, {"Soort", 34}};
 constexpr Column givenColumns[] = {
     {"Document", 96}, {"Uitgedeeld", 70}, {"Geopend", 40}, {"Opmerking", 0}};
 constexpr std::size_t openedColumn = 2;
@@ -73,7 +73,7 @@ constexpr FieldRow fields[] = {
      {424, 232, 50, 14},
      "Sluiten",
      anchor::rightBottom,
-     style::isCancel | style::hidden},
+     style::isCancel | style::hidden | style::givesRoom},
 };
 constexpr forms::Layout layout = {"ctlPost", "Postverdeling", 480, 252, true, fields};
 
@@ -233,8 +233,9 @@ bool ctlPost::IsMe(const model::RightsHolder& user) const {
 
 bool ctlPost::IsOwn(const model::RightsHolder& receiver) const {
     if (!receiver.isGroup) return IsMe(receiver);
-    return std::any_of(lclHolders.begin(), lclHolders.end(),
-                       [&](const auto& user) { return user.group == receiver.id && IsMe(user); });
+    return std::any_of(lclHolders.begin(), lclHolders.end(), [&](const auto& user) {
+        return !user.isGroup && IsMe(user) && model::IsWithin(lclHolders, user.id, receiver.id);
+    });
 }
 
 // --- What the user does -------------------------------------------------------------------------

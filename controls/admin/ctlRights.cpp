@@ -42,7 +42,7 @@ constexpr FieldRow fields[] = {
      {360, 212, 50, 14},
      "Sluiten",
      anchor::rightBottom,
-     style::isCancel | style::hidden},
+     style::isCancel | style::hidden | style::givesRoom},
     {"lblName", Kind::Label, {190, 8, 218, 9}, "", anchor::wide, style::bold},
     {"lblEffective",
      Kind::Label,
@@ -212,7 +212,7 @@ void ctlRights::Search() {
 
 // --- What the user does -------------------------------------------------------------------------
 
-void ctlRights::Add(bool group) {
+void ctlRights::AddHolder(bool group) {
     if (!May("CreateEditRights")) return;
     const auto* at = Chosen();
     Holder made;
@@ -222,17 +222,21 @@ void ctlRights::Add(bool group) {
     const auto base = group ? Text("Nieuwe groep") : Text("Nieuwe gebruiker");
     made.name = base;
     for (int n = 2; Named(made.name); ++n) made.name = base + " " + std::to_string(n);
-    // Behind its group: a parent stands before its children.
+    const auto id = made.id, into = made.group;
+    PutInto(into, {std::move(made)});
+    Form()["treUsers"].EditItem(id);
+}
+
+void ctlRights::PutInto(std::int32_t group, std::vector<Holder> moved) {
     auto place = lclHolders.end();
-    if (made.group != 0)
+    if (group != 0)
         place = std::next(std::find_if(lclHolders.begin(), lclHolders.end(),
-                                       [&](const Holder& h) { return h.id == made.group; }));
-    const auto id = made.id;
-    lclHolders.insert(place, std::move(made));
+                                       [&](const Holder& h) { return h.id == group; }));
+    moved.front().group = group;
+    lclHolders.insert(place, moved.begin(), moved.end());
     Changed();
     Show();
-    Choose(id);
-    Form()["treUsers"].EditItem(id);
+    Choose(moved.front().id);
 }
 
 void ctlRights::Remove() {
@@ -242,8 +246,10 @@ void ctlRights::Remove() {
                              : "Wilt u de gebruiker '$%$' verwijderen?",
              "Bevestigen verwijderen", {holder->name}))
         return;
-    const auto gone = holder->id;
-    std::erase_if(lclHolders, [&](const Holder& h) { return h.id == gone || h.group == gone; });
+    std::vector<Holder> left;
+    for (const auto& other : lclHolders)
+        if (!IsWithin(other.id, holder->id)) left.push_back(other);
+    lclHolders = std::move(left);
     Changed();
     Show();
 }
@@ -257,7 +263,7 @@ void ctlRights::Key(forms::FieldEvent& event) {
     if (event.key == deleteKey)
         Remove();
     else if (event.key == insertKey)
-        Add(event.shift);
+        AddHolder(event.shift);
     else
         event.refused = true;
 }
@@ -277,12 +283,12 @@ void ctlRights::Rename(forms::FieldEvent& event) {
     ShowRights();
 }
 
-// A user goes into a group, or out of all of them.
+// A user or a group with all it holds goes into a group, or out of all of them.
 void ctlRights::DragOver(forms::FieldEvent& event) {
     const auto* moved = event.dragged.empty() ? nullptr : Find(event.dragged.front());
     const auto* target = Find(event.item);
-    event.refused = event.source != &event.field || !moved || moved->isGroup || !MayChange() ||
-                    (event.item != 0 && !target);
+    event.refused = event.source != &event.field || !moved || !MayChange() ||
+                    (event.item != 0 && !target) || IsWithin(event.item, moved->id);
 }
 
 void ctlRights::Dropped(forms::FieldEvent& event) {
@@ -291,17 +297,11 @@ void ctlRights::Dropped(forms::FieldEvent& event) {
     if (!moved) return;
     const auto group = !target ? 0 : target->isGroup ? target->id : target->group;
     if (group == moved->group) return;
-    Holder held = *moved;
-    held.group = group;
-    std::erase_if(lclHolders, [&](const Holder& h) { return h.id == held.id; });
-    auto place = lclHolders.end();
-    if (group != 0)
-        place = std::next(std::find_if(lclHolders.begin(), lclHolders.end(),
-                                       [&](const Holder& h) { return h.id == group; }));
-    lclHolders.insert(place, held);
-    Changed();
-    Show();
-    Choose(held.id);
+    std::vector<Holder> held, left;
+    for (const auto& holder : lclHolders)
+        (IsWithin(holder.id, moved->id) ? held : left).push_back(holder);
+    lclHolders = std::move(left);
+    PutInto(group, std::move(held));
 }
 
 void ctlRights::Tick(forms::FieldEvent& event) {

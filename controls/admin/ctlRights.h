@@ -29,10 +29,14 @@ private:
     const Holder* Before(std::int32_t id) const; // as it is stored, null for a new one
 
     void Search();
-    void AddGroup() { Add(true); }
-    void AddUser() { Add(false); }
-    void Add(bool group);
-    void Remove();
+    void AddGroup() { AddHolder(true); }
+    void AddUser() { AddHolder(false); }
+    void AddHolder(bool group);
+    void Remove() override;
+    void PutInto(std::int32_t group, std::vector<Holder> moved); // right behind it
+    bool IsWithin(std::int32_t id, std::int32_t group) const {
+        return model::IsWithin(lclHolders, id, group);
+    }
     void Editing(forms::FieldEvent& event);
     void Rename(forms::FieldEvent& event);
     void DragOver(forms::FieldEvent& event);

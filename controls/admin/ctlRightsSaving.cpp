@@ -1,6 +1,7 @@
 // What the rights editor asks before it saves, and the saving.
 #include <algorithm>
 #include <map>
+#include <optional>
 
 #include "controls/admin/ctlRights.h"
 #include "data/Error.h"
@@ -21,7 +22,9 @@ bool ctlRights::MaySave() {
     for (const auto& group : lclHolders) {
         if (!group.isGroup) continue;
         const auto* before = Before(group.id);
-        const auto follows = [&](const Holder& user) { return user.group == group.id; };
+        const auto follows = [&](const Holder& holder) {
+            return holder.id != group.id && IsWithin(holder.id, group.id);
+        };
         const bool changed =
             before ? before->rights != group.rights
                    : group.rights.any() && std::any_of(after.begin(), after.end(), follows);
@@ -31,8 +34,8 @@ bool ctlRights::MaySave() {
                            "Bevestigen toepassen wijzigingen"))
             return false;
         asked = true;
-        for (auto& user : after)
-            if (follows(user)) user.rights = group.rights;
+        for (auto& holder : after) // a changed group within this one follows later, and counts
+            if (holder.id == group.id || follows(holder)) holder.rights = group.rights;
     }
     const bool lockedAlready = lclStoredUse && !model::SomebodyAdministers(lclStored);
     if (lclUse && !lclNobodyAccepted && !lockedAlready && !model::SomebodyAdministers(after)) {
@@ -68,11 +71,13 @@ void ctlRights::Write(const model::Store& store) {
         else if (after->name != before.name)
             renamed.push_back(&before);
     }
-    // What someone else made: under a name of ours, or in a group that goes.
-    for (const auto& there : now)
-        if (!Before(there.id) &&
-            (Named(there.name) || (there.group != 0 && Before(there.group) && !Find(there.group))))
+    // What someone else made under a name of ours, or put into a group that goes.
+    for (const auto& there : now) {
+        const auto* before = Before(there.id);
+        const bool goes = there.group != 0 && Before(there.group) && !Find(there.group);
+        if ((!before && Named(there.name)) || (goes && (!before || before->group != there.group)))
             throw ChangedMeanwhile{there.name};
+    }
     // A name may be given to another one at once.
     for (const auto* holder : gone) model::RemoveRights(Machine(), store, holder->name);
     const auto aside = [](const Holder& holder) { return "~" + std::to_string(holder.id); };
@@ -91,6 +96,17 @@ void ctlRights::Write(const model::Store& store) {
             else
                 given[holder.id] = model::AddHolder(Machine(), store, place, holder);
         }
+    // Of two who put groups into each other, the second would leave a ring that nothing leads to.
+    const auto lost = [&, put = std::optional<std::vector<Holder>>()](const Holder& group) mutable {
+        const auto* before = Before(group.id);
+        if (!group.isGroup || !before || before->group == group.group) return false;
+        if (!put) put = model::LoadHolders(Machine(), store);
+        return std::none_of(put->begin(), put->end(),
+                            [&](const Holder& there) { return there.id == group.id; });
+    };
+    if (const auto ring = std::find_if(lclHolders.begin(), lclHolders.end(), lost);
+        ring != lclHolders.end())
+        throw ChangedMeanwhile{ring->name};
     // Users before the groups that held them.
     for (auto holder = gone.rbegin(); holder != gone.rend(); ++holder) {
         model::ReturnPost(Machine(), store, place, (*holder)->id, Text("Post"));

@@ -27,7 +27,8 @@ public:
     virtual void LayoutChanged() = 0;     // which children show, and how they lie
     virtual void AppearanceChanged() = 0; // colours, font, border, enabled
     virtual void Repaint() = 0;
-    virtual void FocusTree() = 0; // an item was made there on the user's request
+    virtual void FocusTree() = 0;   // an item was made there on the user's request
+    virtual void FocusViewer() = 0; // what it shows is to be written in
     // Drops the menu down from the button and waits; the chosen entry's position in `menu`.
     virtual std::optional<std::size_t> ShowMenu(const PopupMenu& menu, std::string_view button) = 0;
     virtual forms::FormPresenter* Forms() = 0; // shows forms before the window

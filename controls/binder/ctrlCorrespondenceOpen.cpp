@@ -175,7 +175,7 @@ std::string ctrlCorrespondence::DossierKey() {
 }
 
 Dossier ctrlCorrespondence::OpenDossier() const {
-    return {Id(), lclAssignment->Database(), DbConnection()};
+    return {Id(), lclAssignment->Address(), DbConnection()};
 }
 
 // The folder that was selected when the state was saved, where this tree has it.

@@ -93,6 +93,20 @@ void ctrlCorrespondence::SubscribeToChildren() {
         EvItemCreated.Raise(item);
         if (!lclLock.Held()) ShowInChecklist(); // of many at once it hears at the end
     }));
+    keep(tree.MayWriteChanged.Subscribe([this](const std::vector<std::int32_t>& ids) {
+        const auto has = [&](std::int32_t id) {
+            return std::find(ids.begin(), ids.end(), id) != ids.end();
+        };
+        if (lclExtViewer->Form() && has(lclExtViewer->Form()->Id()))
+            lclExtViewer->Form()->Viewer().Refresh();
+        if (lclViewer->Item() && has(lclViewer->Item()->Id())) lclViewer->Refresh();
+    }));
+    keep(tree.NoteMade.Subscribe([this](std::int32_t id) {
+        if (lclExtViewer->Form() && lclExtViewer->Form()->Id() == id)
+            lclExtViewer->SetFocus();
+        else if (lclWindow && lclViewer->Item() && lclViewer->Item()->Id() == id)
+            lclWindow->FocusViewer();
+    }));
     keep(tree.EvItemDelete.Subscribe([this](const TreeItemInfo& item) {
         EvItemDelete.Raise(item);
         // With a folder all below it went.

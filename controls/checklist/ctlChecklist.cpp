@@ -24,7 +24,7 @@ namespace style = forms::style;
 
 enum ColumnNumber { description, state, needed, value, folder, checked };
 constexpr Column columns[] = {
-    {"Document", 78},
+    {"Document", 96},
     {"Aanwezigheid", 50},
     {"Nodig", 28, false, true},
     {"Waarde", 50, false, true},

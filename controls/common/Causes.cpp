@@ -26,4 +26,10 @@ std::optional<std::string> CauseOf(const data::Translation& translation, const s
     return std::nullopt;
 }
 
+std::string CauseText(const data::Translation& translation, const std::string& file,
+                      const std::exception& error) {
+    const auto* ours = dynamic_cast<const platform::Error*>(&error);
+    return CauseOf(translation, file, ours ? ours->Number() : 0).value_or(error.what());
+}
+
 } // namespace kavidex::controls

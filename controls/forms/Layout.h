@@ -55,6 +55,8 @@ constexpr unsigned hidden = 1U << 10; // at the start
 constexpr unsigned bold = 1U << 11;
 constexpr unsigned noWrap = 1U << 12;   // a memo that scrolls sideways
 constexpr unsigned noHeader = 1U << 13; // a list without headings
+// Hidden, what keeps its distance from the right alone in its row, on its left, moves up.
+constexpr unsigned givesRoom = 1U << 14;
 } // namespace style
 
 struct Column {

@@ -38,6 +38,8 @@ struct TreeSignals {
     Event<const std::vector<std::string>&, std::int32_t> EvItemPastedSpecial;
     Event<DragState, std::int32_t> EvItemDragOver; // the id of the item under the cursor, 0: none
     Event<const TreeItemInfo&> EvItemCreated, EvItemDelete;
+    Event<const std::vector<std::int32_t>&> MayWriteChanged; // of the files of these items
+    Event<std::int32_t> NoteMade;                            // by the user, who now writes in it
     Event<> EvItemCopy, EvItemCut, EvItemPaste;
     Event<const TreeItemInfo&, const std::string&> EvItemRenamed; // and the old description
     Event<> EvCompleteDrag;

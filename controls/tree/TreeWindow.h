@@ -50,6 +50,7 @@ public:
     virtual bool IsExpanded(NodeHandle node) const = 0;
     virtual void SetCheckBoxes(bool show) = 0;
     virtual void SetChecked(NodeHandle node, bool checked) = 0;
+    virtual void SetCut(NodeHandle node, bool cut) = 0; // shown dimmed
     // The node's part in the collected selection changed (0: that of many): paint it again.
     virtual void Repaint(NodeHandle node) = 0;
     virtual void EditLabel(NodeHandle node) = 0;

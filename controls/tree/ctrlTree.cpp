@@ -86,7 +86,7 @@ void ctrlTree::SetTreeId(std::int32_t id) {
 void ctrlTree::SetDbConnection(data::ConnectionPtr connection) {
     if (connection == lclConnection) return;
     const bool other = lclConnection != nullptr;
-    lclTaken = {};
+    ForgetTaken();
     lclConnection = std::move(connection);
     AskRights();
     if (other) return SetTreeId(0);

@@ -176,6 +176,10 @@ public:
     bool IsCollected(std::int32_t id) const {
         return !lclCollected.empty() && lclCollected.contains(id);
     }
+    // What was cut, until it is pasted or something else is put on the clipboard.
+    bool ShowsCut() const { return !lclShownCut.empty(); }
+    bool IsCut(std::int32_t id) const { return ShowsCut() && lclShownCut.contains(id); }
+    void ShowCut(); // anew, as the clipboard is another
     // What the box `txtSwitch` holds: the name of the child that shows; another name switches.
     static std::string_view ShownChild(bool list) { return list ? "Grid" : "tree1"; }
     void SwitchTyped(std::string_view text);
@@ -319,6 +323,7 @@ private:
     void ToggleOption(const TreeOption& option);
     void ShowItemProperties(const std::vector<std::int32_t>& ids);
     void Take(bool cut);
+    void ForgetTaken();          // what was cut looks as before
     ctrlTree* Taker() const;     // the tree that cut or copied what can be pasted; null: none
     bool TakenElsewhere() const; // in another program, or in a tree that is gone
     bool MayPaste(std::int32_t folder) const;
@@ -370,6 +375,7 @@ private:
     OperationLock* lclLock = &lclOwnLock;
     std::function<std::string()> lclDossierKey;
     Taken lclTaken;
+    std::unordered_set<std::int32_t> lclShownCut;
     std::string lclToken; // of what was taken here last, also when it was pasted since
     static thread_local ctrlTree* lclTaker;      // the tree in which this thread's user took last
     std::int32_t lclSelected = 0, lclAnchor = 0; // where the user's selection began

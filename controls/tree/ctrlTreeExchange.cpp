@@ -38,11 +38,35 @@ void ctrlTree::Take(bool cut) {
         lclWorkstation.clipboard.Write(data);
         lclToken = taken.token;
         lclTaken = std::move(taken);
-        lclTaker = this;
+        auto* before = std::exchange(lclTaker, this);
+        if (before && before != this) before->ShowCut();
+        ShowCut();
         lclState.ManualDragDropMove = cut;
         lclState.ManualDragDropCopy = !cut;
         (cut ? EvItemCut : EvItemCopy).Raise();
     });
+}
+
+void ctrlTree::ShowCut() {
+    std::unordered_set<std::int32_t> cut;
+    try {
+        if (lclTaken.cut && Taker() == this && !TakenElsewhere())
+            cut.insert(lclTaken.ids.begin(), lclTaken.ids.end());
+    } catch (const std::exception& error) { // another program holds the clipboard
+        lclWorkstation.log.Write("ctrlTree", error.what());
+        return;
+    }
+    std::swap(cut, lclShownCut);
+    const auto show = [this](std::int32_t id) {
+        if (lclWindow && HandleOf(id)) lclWindow->SetCut(HandleOf(id), IsCut(id));
+    };
+    for (const auto id : cut) show(id);
+    for (const auto id : lclShownCut) show(id);
+}
+
+void ctrlTree::ForgetTaken() {
+    lclTaken = {};
+    ShowCut();
 }
 
 std::vector<Taken::Item> ctrlTree::ItemsBelow(const std::vector<std::int32_t>& ids) const {
@@ -89,7 +113,7 @@ void ctrlTree::Paste() {
         const auto folder = FolderAt(lclSelected);
         if (taker == this && lclTaken.cut) {
             const auto ids = std::move(lclTaken.ids);
-            lclTaken = {};
+            ForgetTaken();
             lclState.ManualDragDropMove = false;
             MoveItems(ids, folder);
         } else {
@@ -129,7 +153,7 @@ void ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
     if (!taken.cut || !failed->empty() || lclTaker != &source ||
         source.lclTaken.token != taken.token)
         return;
-    source.lclTaken = {};
+    source.ForgetTaken();
     DeleteCopied(source, taken);
 }
 

@@ -41,7 +41,7 @@ void ctrlTree::ForgetTree() {
     ClearSelectedItems();
     lclNodes.clear();
     lclDeletions.clear();
-    if (lclTaken.cut) lclTaken = {}; // a copy is made of what stays where it is
+    if (lclTaken.cut) ForgetTaken(); // a copy is made of what stays where it is
     lclSelected = lclAnchor = 0;
     lclGrid.Forget();
     lclState.DropString.clear();
@@ -209,6 +209,7 @@ void ctrlTree::fncItemToTreeView(const ItemPtr& item, std::int32_t parentId) {
     if (!node.handle)
         throw platform::Error(platform::errors::fail,
                               "The tree refused the item " + std::to_string(item->Id()));
+    if (IsCut(item->Id())) lclWindow->SetCut(node.handle, true);
 }
 
 std::vector<ctrlTree::DrawnRow> ctrlTree::FirstRows(int count) const {

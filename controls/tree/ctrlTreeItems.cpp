@@ -259,7 +259,8 @@ void ctrlTree::CreateInsertItem(int entry) {
         AddItem(item, folder, true);
         if (!here()) return;
         ShowSelected();
-        if (!note && lclSelected == item->Id() && CanEditLabel(item->Id())) EditLabel(item->Id());
+        if (note) return NoteMade.Raise(item->Id());
+        if (lclSelected == item->Id() && CanEditLabel(item->Id())) EditLabel(item->Id());
     });
 }
 

@@ -355,9 +355,11 @@ void ctrlTree::ShowItemProperties(const std::vector<std::int32_t>& ids) {
         std::all_of(ids.begin(), ids.end(), [&](std::int32_t id) { return MayChange(id); }));
     properties.fncFill(items);
     const auto here = SameDossier();
-    if (!ShowForm(properties.Form()) || !here()) return;
-    // As an edited label: blanks are no name.
-    if (items.size() == 1 && properties.Description() != items.front()->Description())
+    const auto accepted = ShowForm(properties.Form());
+    if (!accepted || !here()) return; // the control is gone, or shows another dossier
+    if (properties.MayWriteChanged()) MayWriteChanged.Raise(ids);
+    if (*accepted && here() && items.size() == 1 &&
+        properties.Description() != items.front()->Description())
         LabelEdited(items.front()->Id(), properties.Description());
 }
 

@@ -136,8 +136,7 @@ void frmProperties::Make(const forms::Layout& wanted) {
     form.On("chkReadOnly", What::Changed, changed);
     form.On("btnApply", What::Clicked, [this](auto&) { Apply(); });
     form.On("btnOk", What::Clicked, [this, &form](auto&) {
-        Apply();
-        form.Close(true);
+        if (Apply()) form.Close(true);
     });
     form.On("TabStrip1", What::Clicked, [this](auto&) { ShowPath(); });
 }
@@ -234,17 +233,32 @@ void frmProperties::FillSeveral(std::string_view first) {
     Form()["txtName"].SetVisible(false);
 }
 
-void frmProperties::Apply() {
-    if (lclMode == 1) lclNewDescription = Form()["txtName"].Text();
+// False: the name is to be typed first.
+bool frmProperties::Apply() {
+    if (lclMode == 1) {
+        const auto name = Form()["txtName"].Text();
+        if (platform::TrimView(name).empty() && !platform::TrimView(lclDescription).empty()) {
+            lclWorkstation.messages.Show({Form().Text("Vul een omschrijving in."),
+                                          Form().Text("Eigenschappen"), platform::Buttons::Ok,
+                                          platform::Icon::Exclamation});
+            Form()["txtName"].Focus();
+            return false;
+        }
+        lclNewDescription = name;
+    }
     if (Form()["chkReadOnly"].Enabled()) {
         // The whole set: archive, system and hidden go, whatever their boxes show.
         const auto wanted = Form()["chkReadOnly"].Checked() ? platform::attributes::readOnly
                                                             : platform::attributes::normal;
         ForEachFile(lclPaths, [&](const std::string& path) {
-            lclWorkstation.files.SetAttributes(path, wanted);
+            auto& files = lclWorkstation.files;
+            const auto before = files.Attributes(path);
+            files.SetAttributes(path, wanted);
+            if ((before ^ wanted) & platform::attributes::readOnly) lclMayWriteChanged = true;
         });
     }
     Form()["btnApply"].SetEnabled(false);
+    return true;
 }
 
 void frmProperties::ShowPath() {

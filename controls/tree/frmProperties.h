@@ -30,6 +30,7 @@ public:
 
     // Of a single item: as it was, or as it was last applied. Renaming is the caller's business.
     const std::string& Description() const { return lclNewDescription; }
+    bool MayWriteChanged() const { return lclMayWriteChanged; } // of a file
 
 private:
     void Make(const forms::Layout& wanted);
@@ -38,7 +39,7 @@ private:
     void FillAttributes();
     void FillOne(const model::clsItem& item, const model::DocumentFile& file);
     void FillSeveral(std::string_view first);
-    void Apply();
+    bool Apply();
     void ShowPath();
     std::string TypeOf(const model::clsItem& item) const;
 
@@ -47,6 +48,7 @@ private:
     std::shared_ptr<Translator> lclTranslator;
     std::optional<forms::Form> lclForm;
     bool lclMayChange = true;
+    bool lclMayWriteChanged = false;
     std::string lclDescription, lclNewDescription;     // before and after editing
     int lclDocuments = 0, lclFolders = 0, lclMode = 1; // 1: one item, 2: several
     std::int32_t lclItemId = 0;

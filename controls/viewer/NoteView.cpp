@@ -40,13 +40,13 @@ bool NoteView::Show(const ShownDocument& document) {
                      platform::Icon::Critical);
         return false;
     }
+    lclFileReadOnly = document.readOnly;
+    SurroundingsChanged(); // a new note is headed in the user's language
     if (outcome == DocumentLook::FileMissing)
         lclNote.fncCreateNew(document.Path());
     else if (lclNote.fncLoadMemo(document.Path()) == 0)
         throw ErrorOf(lclNote);
-    lclFileReadOnly = document.readOnly;
-    lclDescription = document.item->Description();
-    SurroundingsChanged();
+    lclItem = document.item;
     return true;
 }
 
@@ -56,9 +56,10 @@ void NoteView::Print() {
     std::string bytes;
     imaging::PdfDocument pages([&bytes](std::string_view part) { bytes += part; });
     pages.AddText(lclNote.Heading(), lclNote.Text());
-    pages.Finish(lclDescription);
+    const auto title = lclItem->Description();
+    pages.Finish(title);
     PdfPages source(std::move(bytes));
-    PrintShown(lclFrame, lclPrinting, lclDescription, source, source.Count());
+    PrintShown(lclFrame, lclPrinting, title, source, source.Count());
 }
 
 bool NoteView::Close() {

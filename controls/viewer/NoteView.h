@@ -27,7 +27,7 @@ private:
     ViewerFrame& lclFrame;
     ctrlNote lclNote;
     OperationLock lclPrinting;
-    std::string lclDescription;
+    std::shared_ptr<model::clsItem> lclItem;
     bool lclFileReadOnly = false;
 };
 

@@ -1,5 +1,6 @@
 #include "controls/viewer/ctlViewer.h"
 
+#include "controls/common/Causes.h"
 #include "controls/forms/FormView.h"
 #include "controls/viewer/ViewerViews.h"
 #include "controls/viewer/ViewerWindow.h"
@@ -22,7 +23,8 @@ using platform::Icon;
 
 namespace {
 
-constexpr std::string_view noteType = "nnt";
+constexpr std::string_view noteType = "nnt",
+                           notHereNotice = "Dit document kan hier niet getoond worden.";
 
 bool Failed(const model::DocumentFile& file) {
     return file.outcome == DocumentLook::ReadFailed || file.outcome == DocumentLook::LookFailed;
@@ -210,9 +212,17 @@ bool ctlViewer::ShowDocument(const ItemPtr& item) {
     } catch (const CannotDraw& refusal) {
         lclWorkstation.log.Write("ShowItem", refusal.what());
         return instead(refusal.notice);
-    } catch (const std::exception&) {
-        if (view == &lclViews->image) instead(damagedNotice);
-        throw;
+    } catch (const std::exception& error) {
+        if (view != &lclViews->image) throw;
+        // The message has the cause as the user knows it, the log as it was found.
+        lclWorkstation.log.Write("ShowItem", error.what());
+        const auto* ours = dynamic_cast<const platform::Error*>(&error);
+        const auto number = ours ? ours->Number() : platform::errors::fail;
+        const bool damaged = number == platform::errors::invalidData;
+        instead(damaged ? damagedNotice : notHereNotice);
+        throw platform::Error(
+            number, damaged ? platform::FileName(document.Path()) + ": " + Text(damagedNotice)
+                            : CauseText(TranslationBy(lclTranslator), document.Path(), error));
     }
 }
 
@@ -341,9 +351,15 @@ std::string ctlViewer::Text(std::string_view text, const std::vector<std::string
                          : platform::FillPlaceholders(text, values);
 }
 
+// Behind a message stands what there is by then, no half of what was shown before.
+void ctlViewer::ShowMeanwhile() const {
+    if (lclWindow && lclSwitching) lclWindow->ContentChanged();
+}
+
 platform::Answer ctlViewer::Ask(std::string_view text, std::string_view caption, Buttons buttons,
                                 Icon icon, const std::vector<std::string>& values) const {
     const Asking asking(lclAsking, lclWindow);
+    ShowMeanwhile();
     return lclWorkstation.messages.Show({Text(text, values), Text(caption), buttons, icon});
 }
 
@@ -363,6 +379,7 @@ void ctlViewer::TellError(std::string_view routine, const std::exception& error)
     const auto number = platform::ShownNumber(ours ? ours->Number() : platform::errors::fail);
     lclWorkstation.log.Write(routine, data::InLog(error));
     const Asking asking(lclAsking, lclWindow);
+    ShowMeanwhile();
     lclWorkstation.messages.Show({std::to_string(number) + " " + error.what(),
                                   Text("Error in $%$", {std::string(routine)}), Buttons::Ok,
                                   Icon::Critical});

@@ -165,6 +165,7 @@ private:
     bool FindDocument(const ItemPtr& item, ShownDocument& document) const;
     bool Stage(StageView& view, const ItemPtr& item);
     void ShowNothing();
+    void ShowMeanwhile() const;
     ImageView* Pages() const { return lclView ? lclView->Pages() : nullptr; }
 
     const platform::Workstation& Machine() const override { return lclWorkstation; }

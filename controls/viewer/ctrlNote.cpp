@@ -125,8 +125,9 @@ std::int16_t ctrlNote::fncCreateNew(std::string_view path) {
     Expect(path);
     SetMemo("");
     const auto now = lclWorkstation.clock.Now();
-    SetHeading("Gemaakt door: '" + lclWorkstation.user.Name() + "' Op: '" +
-               platform::DayFirst(now) + "' om '" + TimeOfDay(now) + "'");
+    SetHeading(lclForm.Text("Gemaakt door:") + " '" + lclWorkstation.user.Name() + "' " +
+               lclForm.Text("Op:") + " '" + platform::DayFirst(now) + "' " + lclForm.Text("om") +
+               " '" + TimeOfDay(now) + "'");
     return 1;
 }
 

@@ -3,6 +3,7 @@
 #include <mutex>
 #include <set>
 
+#include "data/address.h"
 #include "data/clsSettings.h"
 #include "data/logText.h"
 #include "data/modData.h"
@@ -100,19 +101,6 @@ void Bring(const UpgradeContext& context, const Parts& parts) {
         if (part->fill && (!part->converted || IsAccessConnection(context.connection)))
             part->fill(context);
     }
-}
-
-// The server too: databases of two servers may have one name.
-std::string AddressOf(const Connection& connection) {
-    std::string address;
-    for (const char* const name : {"Server Name", "Data Source Name", "Data Source"}) {
-        try {
-            address += ToText(connection.Property(name)) + "\n";
-        } catch (const std::exception&) {
-            address += '\n'; // not every engine has each
-        }
-    }
-    return address + connection.DefaultDatabase();
 }
 
 void TellMissing(const UpgradeContext& context, const Translation& translation,

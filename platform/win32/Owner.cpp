@@ -6,13 +6,25 @@ namespace kavidex::platform::win32 {
 
 namespace {
 
-HWND owner = nullptr;
+HWND owner = nullptr, host = nullptr;
+
+HWND TopOf(HWND window) {
+    return window && IsWindow(window) ? GetAncestor(window, GA_ROOT) : nullptr;
+}
 
 } // namespace
 
+void SetHost(HWND window) { host = window; }
+
 HWND SetOwner(HWND window) { return std::exchange(owner, window); }
 
-HWND Owner() { return owner && IsWindow(owner) ? GetAncestor(owner, GA_ROOT) : nullptr; }
+HWND Owner() {
+    if (const HWND dialog = TopOf(owner)) return dialog;
+    const HWND top = TopOf(host), active = GetActiveWindow();
+    for (HWND window = active; window; window = GetWindow(window, GW_OWNER))
+        if (window == top) return active;
+    return top;
+}
 
 HINSTANCE OwnModule() {
     HMODULE module = nullptr;

@@ -5,8 +5,11 @@
 
 namespace kavidex::platform::win32 {
 
-// A control hands over its window when it is activated, and null when it is destroyed. The top
-// window around it is taken. A dialog of ours takes its place while it is up. Gives what was set.
+// A control hands over its window when it is activated. The top window around it is taken, or the
+// active window where that belongs to it.
+void SetHost(HWND window);
+
+// A dialog of ours takes the host's place while it is up. Gives what was set.
 HWND SetOwner(HWND window);
 
 // Null when there is none, or it is gone.

@@ -73,6 +73,32 @@ public:
     }
 };
 
+// No window of the thread takes input while a box is up: the box itself disables its owner alone.
+class OthersDisabled {
+public:
+    explicit OthersDisabled(HWND owner) : lclOwner(owner) {
+        if (owner) EnumThreadWindows(GetCurrentThreadId(), Disable, reinterpret_cast<LPARAM>(this));
+    }
+    ~OthersDisabled() {
+        for (const HWND window : lclDisabled) EnableWindow(window, TRUE);
+    }
+    OthersDisabled(const OthersDisabled&) = delete;
+    OthersDisabled& operator=(const OthersDisabled&) = delete;
+
+private:
+    static BOOL CALLBACK Disable(HWND window, LPARAM self) {
+        auto& others = *reinterpret_cast<OthersDisabled*>(self);
+        if (window == others.lclOwner || !IsWindowVisible(window) || !IsWindowEnabled(window))
+            return TRUE;
+        EnableWindow(window, FALSE);
+        others.lclDisabled.push_back(window);
+        return TRUE;
+    }
+
+    HWND lclOwner;
+    std::vector<HWND> lclDisabled;
+};
+
 class MessageBoxes : public Messages {
 public:
     Answer Show(const Message& message) override {
@@ -82,6 +108,7 @@ public:
         const HWND owner = Owner();
         const UINT type = buttons[static_cast<int>(message.buttons)] |
                           icons[static_cast<int>(message.icon)] | (owner ? 0 : MB_TASKMODAL);
+        const OthersDisabled others(owner);
         switch (MessageBoxW(owner, ToWide(message.text).c_str(), ToWide(message.caption).c_str(),
                             type)) {
         case IDYES: return Answer::Yes;

@@ -22,6 +22,7 @@ struct FakeBinderWindow : controls::BinderWindow, controls::ScanPlace {
     void AppearanceChanged() override {}
     void Repaint() override {}
     void FocusTree() override {}
+    void FocusViewer() override {}
     std::optional<std::size_t> ShowMenu(const controls::PopupMenu&, std::string_view) override {
         return {};
     }

@@ -22,7 +22,7 @@ public:
         std::int32_t id = 0;
         std::string text;
         int image = -1, expandedImage = -1;
-        bool expanded = false, checked = false;
+        bool expanded = false, checked = false, cut = false;
         std::vector<NodeHandle> children;
     };
     std::map<NodeHandle, Node> nodes{{0, {}}}; // 0 holds the roots
@@ -71,9 +71,15 @@ public:
         if (onAdd) onAdd();
         paintedAdds += redraw;
         const auto handle = ++lclLast;
-        nodes[handle] = {
-            parent, node.id, std::string(node.text), node.image, node.expandedImage, node.expanded,
-            false,  {}};
+        nodes[handle] = {parent,
+                         node.id,
+                         std::string(node.text),
+                         node.image,
+                         node.expandedImage,
+                         node.expanded,
+                         false,
+                         false,
+                         {}};
         nodes.at(parent).children.push_back(handle);
         return handle;
     }
@@ -98,6 +104,7 @@ public:
     bool IsExpanded(NodeHandle node) const override { return nodes.at(node).expanded; }
     void SetCheckBoxes(bool show) override { checkBoxes = show; }
     void SetChecked(NodeHandle node, bool checked) override { nodes.at(node).checked = checked; }
+    void SetCut(NodeHandle node, bool cut) override { nodes.at(node).cut = cut; }
     void Repaint(NodeHandle node) override { nodes.at(node); }
     void EditLabel(NodeHandle node) override { edited = node; }
     void SetDropTarget(NodeHandle) override {}

@@ -101,9 +101,8 @@ class FakeMessages : public platform::Messages {
 public:
     std::vector<platform::Message> shown;
     std::deque<platform::Answer> answers;
-    std::function<void()> meanwhile; // what comes through while a box is up
+    std::function<void()> meanwhile; // what comes through while the next box is up
     const platform::BusyDialog* busy = nullptr;
-    std::function<void()> onShow; // what the host does meanwhile
 
     platform::Answer Show(const platform::Message& message) override {
         using platform::Answer;
@@ -111,8 +110,7 @@ public:
         if (busy && busy->PaintsOnly()) // a box lets the host in
             throw std::logic_error("a message box within a transaction: " + message.text);
         shown.push_back(message);
-        if (meanwhile) meanwhile();
-        if (onShow) std::exchange(onShow, {})();
+        if (meanwhile) std::exchange(meanwhile, {})();
         if (!answers.empty()) {
             const Answer answer = answers.front();
             answers.pop_front();

@@ -61,6 +61,12 @@ HWND BinderWindowWin32::Create(HWND parent, const RECT& place) {
     return lclWindow;
 }
 
+void BinderWindowWin32::ToolbarChanged() {
+    const int before = lclToolbar.Height();
+    lclToolbar.ShowButtons();
+    if (lclToolbar.Height() != before) Layout(); // it has another row, or one less
+}
+
 void BinderWindowWin32::Layout() {
     if (!lclWindow || !lclSplitter.Handle()) return;
     RECT area;
@@ -189,6 +195,10 @@ void BinderWindowWin32::Repaint() {
 
 void BinderWindowWin32::FocusTree() {
     if (HasFocus() && lclTree) lclTree->TakeFocus(); // never from another window
+}
+
+void BinderWindowWin32::FocusViewer() {
+    if (HasFocus()) BesideTree().TakeFocus();
 }
 
 // --- Focus and keys -----------------------------------------------------------------------------

@@ -54,11 +54,12 @@ public:
     bool TranslateKey(const MSG& message) override;
     void Draw(HDC device, const RECT& place) const override;
 
-    void ToolbarChanged() override { lclToolbar.ShowButtons(); }
+    void ToolbarChanged() override;
     void LayoutChanged() override { Layout(); }
     void AppearanceChanged() override;
     void Repaint() override;
     void FocusTree() override;
+    void FocusViewer() override;
     std::optional<std::size_t> ShowMenu(const PopupMenu& menu, std::string_view button) override {
         return lclToolbar.ShowMenu(menu, button);
     }

@@ -3,6 +3,7 @@
 #include <commctrl.h>
 
 #include "controls/common/win32/Look.h"
+#include "controls/common/win32/TrackMenu.h"
 #include "platform/win32/Owner.h"
 
 namespace kavidex::controls::win32 {
@@ -34,6 +35,7 @@ void ItemTip::Create() {
                              WS_POPUP | TTS_ALWAYSTIP | TTS_NOPREFIX, CW_USEDEFAULT, CW_USEDEFAULT,
                              CW_USEDEFAULT, CW_USEDEFAULT, lclWindow, nullptr,
                              platform::win32::OwnModule(), nullptr);
+    HideTipUnderMenus(lclTip);
     auto tool = ToolOf(lclWindow);
     wchar_t none[] = L"";
     tool.lpszText = none;

@@ -51,7 +51,7 @@ HWND ToolbarWindow::Create(HWND parent, int id) {
     lclWindow = CreateWindowExW(
         0, TOOLBARCLASSNAMEW, L"",
         WS_CHILD | WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS | TBSTYLE_FLAT | TBSTYLE_LIST |
-            TBSTYLE_TOOLTIPS | CCS_NODIVIDER | CCS_NORESIZE | CCS_NOPARENTALIGN,
+            TBSTYLE_WRAPABLE | TBSTYLE_TOOLTIPS | CCS_NODIVIDER | CCS_NORESIZE | CCS_NOPARENTALIGN,
         0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<INT_PTR>(id)),
         platform::win32::OwnModule(), nullptr);
     if (!lclWindow) return nullptr;
@@ -81,6 +81,9 @@ void ToolbarWindow::BuildLook(int dpi) {
         images.push_back(image < 0 ? I_IMAGENONE : image);
     }
     SendMessageW(lclWindow, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(lclImages->Handle()));
+    SendMessageW(lclWindow, TB_SETDISABLEDIMAGELIST, 0,
+                 reinterpret_cast<LPARAM>(lclImages->Faint()));
+    SendMessageW(lclWindow, TB_SETINDENT, static_cast<WPARAM>(Scaled(2, dpi)), 0);
     SendMessageW(lclWindow, TB_SETBITMAPSIZE, 0, MAKELPARAM(size, size));
     while (SendMessageW(lclWindow, TB_DELETEBUTTON, 0, 0)) {
     }
@@ -125,12 +128,26 @@ void ToolbarWindow::ShowButtons() {
 
 int ToolbarWindow::Height() const {
     const auto size = static_cast<DWORD>(SendMessageW(lclWindow, TB_GETBUTTONSIZE, 0, 0));
-    return HIWORD(size) + Scaled(4, lclDpi);
+    int bottom = HIWORD(size);
+    for (std::size_t i = 0; i < lclItems.size(); ++i) {
+        RECT place{}; // of a hidden button it is not told
+        if (SendMessageW(lclWindow, TB_GETITEMRECT, i, reinterpret_cast<LPARAM>(&place)))
+            bottom = std::max<int>(bottom, place.bottom);
+    }
+    return bottom + Scaled(4, lclDpi);
 }
 
 void ToolbarWindow::Place(int width) {
+    RECT before{};
+    GetClientRect(lclWindow, &before);
+    if (before.right != width) {
+        // What the width does not hold goes to further rows, and the height follows them.
+        SetWindowPos(lclWindow, nullptr, 0, 0, width, before.bottom,
+                     SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
+        SendMessageW(lclWindow, TB_AUTOSIZE, 0, 0);
+        InvalidateRect(lclWindow, nullptr, TRUE);
+    }
     Put(lclWindow, {0, 0, width, Height()});
-    SendMessageW(lclWindow, TB_SETINDENT, static_cast<WPARAM>(Scaled(2, lclDpi)), 0);
 }
 
 bool ToolbarWindow::CanTakeFocus() const {
@@ -203,12 +220,7 @@ std::optional<std::size_t> ToolbarWindow::ShowMenu(const PopupMenu& menu, std::s
                  reinterpret_cast<LPARAM>(&place));
     MapWindowPoints(lclWindow, nullptr, reinterpret_cast<POINT*>(&place), 2);
     SendMessageW(lclWindow, TB_PRESSBUTTON, static_cast<WPARAM>(command), MAKELPARAM(TRUE, 0));
-    // A tip would cover the menu: the one that is out goes, the one that is due gets no text.
-    lclMenuOpen = true;
-    SendMessageW(reinterpret_cast<HWND>(SendMessageW(lclWindow, TB_GETTOOLTIPS, 0, 0)), TTM_POP, 0,
-                 0);
     const auto chosen = TrackMenu(GetParent(lclWindow), menu, place.left, place.bottom);
-    lclMenuOpen = false;
     if (lclWindow) SendMessageW(lclWindow, TB_PRESSBUTTON, static_cast<WPARAM>(command), 0);
     return chosen;
 }
@@ -224,6 +236,8 @@ LRESULT ToolbarWindow::Notified(NMHDR& header) {
                                                   static_cast<std::size_t>(tip.cchTextMax) - 1);
         lclTooltips[index].copy(tip.pszText, length);
         tip.pszText[length] = L'\0';
+        // Asked before it shows; a toolbar makes its tips as late.
+        HideTipUnderMenus(reinterpret_cast<HWND>(SendMessageW(lclWindow, TB_GETTOOLTIPS, 0, 0)));
         return 0;
     }
     default: return 0;
@@ -244,13 +258,6 @@ LRESULT ToolbarWindow::Handle(UINT message, WPARAM w, LPARAM l) {
     switch (message) {
     case WM_KEYDOWN:
         if (Key(w)) return 0;
-        break;
-    case WM_NOTIFY:
-        if (lclMenuOpen && reinterpret_cast<NMHDR*>(l)->code == TTN_GETDISPINFOW) {
-            reinterpret_cast<NMTTDISPINFOW*>(l)->lpszText = nullptr;
-            reinterpret_cast<NMTTDISPINFOW*>(l)->szText[0] = L'\0';
-            return 0;
-        }
         break;
     case WM_CHAR: return 0; // the keys above are all it knows
     case WM_SETFOCUS:

@@ -58,7 +58,7 @@ private:
     HWND lclWindow = nullptr;
     std::shared_ptr<SharedPictures> lclImages;
     int lclDpi = 96;
-    bool lclFilled = false, lclMenuOpen = false;
+    bool lclFilled = false;
     std::vector<ToolbarItem> lclItems;     // as they were shown last
     std::vector<std::wstring> lclTooltips; // by position
 };

@@ -1,5 +1,7 @@
 #include "controls/common/win32/TrackMenu.h"
 
+#include <commctrl.h>
+
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -26,7 +28,18 @@ std::wstring MenuText(const MenuEntry& entry) {
 
 thread_local HWND tracking = nullptr; // the owner of the menu that is open
 
+constexpr wchar_t ownTip[] = L"KavidexTip";
+
+BOOL CALLBACK LetShow(HWND window, LPARAM show) {
+    if (GetPropW(window, ownTip)) SendMessageW(window, TTM_ACTIVATE, static_cast<WPARAM>(show), 0);
+    return TRUE;
+}
+
+void LetTipsShow(bool show) { EnumThreadWindows(GetCurrentThreadId(), LetShow, show); }
+
 } // namespace
+
+void HideTipUnderMenus(HWND tip) { SetPropW(tip, ownTip, tip); }
 
 void EndMenuOf(HWND window) {
     if (tracking && (tracking == window || IsChild(window, tracking))) EndMenu();
@@ -61,8 +74,10 @@ std::optional<std::size_t> TrackMenu(HWND owner, const PopupMenu& menu, int x, i
     const HMENU top = CreatePopupMenu();
     FillMenu(top, menu);
     const HWND around = std::exchange(tracking, owner);
+    LetTipsShow(false);
     const int chosen = TrackPopupMenuEx(top, TPM_RETURNCMD | TPM_RIGHTBUTTON, x, y, owner, nullptr);
     tracking = around;
+    if (!tracking) LetTipsShow(true);
     DestroyMenu(top); // and the menus below it
     if (chosen <= 0) return std::nullopt;
     return static_cast<std::size_t>(chosen) - 1;

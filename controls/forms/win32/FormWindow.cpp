@@ -137,7 +137,7 @@ void FormWindow::Arrange() {
     for (const auto& control : lclControls) {
         const FieldRow& row = control->Of().Row();
         const Box units = row.box;
-        const Box box = Grown({lclLook.Wide(units.x), lclLook.High(units.y),
+        const Box box = Grown({lclLook.Wide(units.x + RoomBeside(row)), lclLook.High(units.y),
                                lclLook.Wide(units.width), lclLook.High(units.height)},
                               row.anchors, growX, growY);
         RECT place{box.x, box.y, box.x + box.width, box.y + box.height};
@@ -146,6 +146,20 @@ void FormWindow::Arrange() {
         control->MoveTo(place);
     }
     InvalidateRect(lclWindow, nullptr, TRUE);
+}
+
+// What hidden fields on its right leave to it.
+int FormWindow::RoomBeside(const FieldRow& row) const {
+    constexpr int gap = 4;
+    int room = 0;
+    if ((row.anchors & (anchor::left | anchor::right)) != anchor::right) return 0;
+    for (const auto& control : lclControls) {
+        const FieldRow& other = control->Of().Row();
+        if (other.Has(style::givesRoom) && !lclForm.IsShown(control->Of()) &&
+            other.box.y == row.box.y && other.box.x > row.box.x)
+            room += other.box.width + gap;
+    }
+    return room;
 }
 
 SIZE FormWindow::Frame(int width, int height) const {

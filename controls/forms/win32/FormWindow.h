@@ -45,9 +45,11 @@ private:
     void ShowAll(FieldControl& control);
     void ShowStates();
     void Arrange();
+    int RoomBeside(const FieldRow& row) const;
     void LimitSize(MINMAXINFO& info) const;
     SIZE Frame(int width, int height) const; // of the whole window around a client area
     bool FieldKey(const MSG& message);
+    bool PageKey(const MSG& message);
     bool PanelUses(const MSG& message) const;
     bool IsMnemonic(wchar_t letter) const;
     FieldControl* Control(const Field& field) const;

@@ -16,7 +16,7 @@ bool FormWindow::HasButton(unsigned which) const {
 bool FormWindow::TranslateKey(const MSG& message) {
     if (!lclWindow || !(message.hwnd == lclWindow || IsChild(lclWindow, message.hwnd)))
         return false;
-    if (message.message == WM_KEYDOWN && FieldKey(message)) return true;
+    if (message.message == WM_KEYDOWN && (PageKey(message) || FieldKey(message))) return true;
     const bool panel = GetWindowLongPtrW(lclWindow, GWL_STYLE) & WS_CHILD;
     if (panel && !PanelUses(message)) return false;
     MSG copy = message;
@@ -61,6 +61,29 @@ bool FormWindow::IsMnemonic(wchar_t letter) const {
             platform::LowerCase(platform::Replace(caption, "&&", "")).find("&" + wanted);
         return at != std::string::npos;
     });
+}
+
+// Ctrl+Tab goes from page to page, wherever the focus is, and around.
+bool FormWindow::PageKey(const MSG& message) {
+    const auto pressed = [](int key) { return GetKeyState(key) < 0; };
+    if (message.wParam != VK_TAB || !pressed(VK_CONTROL) || pressed(VK_MENU)) return false;
+    const auto strip = std::find_if(lclControls.begin(), lclControls.end(), [&](const auto& one) {
+        return one->Of().Type() == Kind::Tabs && lclForm.IsShown(one->Of()) &&
+               lclForm.IsUsable(one->Of()) && !one->Of().Items().empty();
+    });
+    if (strip == lclControls.end()) return false;
+    Field& tabs = (*strip)->Of();
+    const auto& pages = tabs.Items();
+    const auto at = std::find_if(pages.begin(), pages.end(),
+                                 [&](const Item& page) { return page.id == tabs.Selected(); });
+    const auto count = pages.size();
+    const auto now = static_cast<std::size_t>(at - pages.begin()) % count;
+    const auto next = pages[(now + (pressed(VK_SHIFT) ? count - 1 : 1)) % count].id;
+    for (const auto& control : lclControls) control->EndEdit();
+    SetFocus((*strip)->Window());
+    lclForm.Chosen(tabs, {next});
+    (*strip)->Show(Aspect::Selection);
+    return true;
 }
 
 bool FormWindow::FieldKey(const MSG& message) {

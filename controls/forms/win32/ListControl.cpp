@@ -174,15 +174,25 @@ private:
         int left = area.right, shared = 0;
         if (!(GetWindowLongPtrW(lclWindow, GWL_STYLE) & WS_VSCROLL))
             left -= GetSystemMetrics(SM_CXVSCROLL);
+        std::vector<int> widths;
         for (const Column& column : lclColumns) {
-            left -= lclLook.Wide(column.width);
+            widths.push_back(std::max(lclLook.Wide(column.width), HeadingWidth(column)));
+            if (column.width) left -= widths.back();
             shared += column.width == 0;
         }
         for (std::size_t i = 0; i < lclColumns.size(); ++i) {
-            const int width = lclColumns[i].width ? lclLook.Wide(lclColumns[i].width)
-                                                  : std::max(lclLook.Wide(30), left / shared);
-            SendMessageW(lclWindow, LVM_SETCOLUMNWIDTH, i, MAKELPARAM(width, 0));
+            if (lclColumns[i].width == 0) widths[i] = std::max(widths[i], left / shared);
+            SendMessageW(lclWindow, LVM_SETCOLUMNWIDTH, i, MAKELPARAM(widths[i], 0));
         }
+    }
+
+    // What it needs, whatever the language.
+    int HeadingWidth(const Column& column) const {
+        constexpr int margins = 9;
+        const auto caption = ToWide(lclForm.Text(column.caption));
+        return static_cast<int>(SendMessageW(lclWindow, LVM_GETSTRINGWIDTHW, 0,
+                                             reinterpret_cast<LPARAM>(caption.c_str()))) +
+               lclLook.Wide(margins);
     }
 
     void Fill() {

@@ -10,6 +10,7 @@
 #include "controls/common/win32/CheckImages.h"
 #include "controls/common/win32/Look.h"
 #include "controls/common/win32/OwnWindow.h"
+#include "controls/common/win32/TrackMenu.h"
 #include "platform/win32/OwnCall.h"
 #include "platform/win32/Owner.h"
 #include "platform/win32/Variant.h"
@@ -59,6 +60,7 @@ HWND ListWindowWin32::Create(HWND parent, int id) {
     if (!lclWindow) return nullptr;
     ListView_SetExtendedListViewStyle(lclWindow,
                                       LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER);
+    HideTipUnderMenus(ListView_GetToolTips(lclWindow));
     SetWindowSubclass(lclWindow, Procedure, 1, reinterpret_cast<DWORD_PTR>(this));
     FreeCheckImages(lclWindow);
     lclLogic.AttachWindow(this);

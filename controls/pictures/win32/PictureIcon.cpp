@@ -15,10 +15,15 @@ std::uint32_t RgbOf(int systemColour) {
                                       GetBValue(colour));
 }
 
+// The colours of our own are made for light backgrounds.
+bool IsDark(std::uint32_t colour) {
+    return 3 * (colour >> 16 & 255) + 6 * (colour >> 8 & 255) + (colour & 255) < 10 * 96;
+}
+
 } // namespace
 
 PictureColours SystemColours(int fore, int back) {
-    return {HighContrast(), RgbOf(fore), RgbOf(back)};
+    return {HighContrast() || IsDark(RgbOf(back)), RgbOf(fore), RgbOf(back)};
 }
 
 HICON IconOf(const Picture& picture) {

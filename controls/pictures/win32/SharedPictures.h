@@ -28,14 +28,15 @@ public:
     SharedPictures& operator=(const SharedPictures&) = delete;
 
     HIMAGELIST Handle() const { return lclList; }
-    int Index(std::string_view name); // -1: Windows refuses it
+    HIMAGELIST Faint() const { return lclFaint; } // of Buttons: as they look when disabled
+    int Index(std::string_view name); // the same in both; -1: Windows refuses it
     bool Is(PictureSet set, int size, const PictureColours& colours) const;
 
 private:
     PictureSet lclSet;
     int lclSize;
     PictureColours lclColours;
-    HIMAGELIST lclList;
+    HIMAGELIST lclList, lclFaint = nullptr;
     std::vector<std::string> lclNames;
 };
 

@@ -80,17 +80,29 @@ void TreeWindowWin32::NodeChanged(const NMTREEVIEWW& change) {
         lclLogic.NodeSelected(id);
 }
 
-// Where nodes are collected, they and only they look selected; the current one has a frame.
+// Where nodes are collected, they and only they look selected; the current one has a frame. Not
+// every native tree dims what is cut.
 LRESULT TreeWindowWin32::CustomDraw(NMTVCUSTOMDRAW& draw) const {
-    if (lclCheckBoxes || !lclLogic.HasCollected()) return CDRF_DODEFAULT;
+    const bool collecting = !lclCheckBoxes && lclLogic.HasCollected();
+    if (!collecting && !lclLogic.ShowsCut()) return CDRF_DODEFAULT;
     if (draw.nmcd.dwDrawStage == CDDS_PREPAINT) return CDRF_NOTIFYITEMDRAW;
     if (draw.nmcd.dwDrawStage == CDDS_ITEMPREPAINT) {
+        const auto id = static_cast<std::int32_t>(draw.nmcd.lItemlParam);
         const bool focus = GetFocus() == lclTree, ours = lclOwnColours;
-        if (lclLogic.IsCollected(static_cast<std::int32_t>(draw.nmcd.lItemlParam))) {
+        const bool marked =
+            collecting ? lclLogic.IsCollected(id) : (draw.nmcd.uItemState & CDIS_SELECTED) != 0;
+        const bool dim = !marked && lclLogic.IsCut(id);
+        if (!collecting) {
+            if (dim) draw.clrText = GetSysColor(COLOR_GRAYTEXT);
+            return CDRF_DODEFAULT;
+        }
+        if (marked) {
             draw.clrText = GetSysColor(focus ? COLOR_HIGHLIGHTTEXT : COLOR_BTNTEXT);
             draw.clrTextBk = GetSysColor(focus ? COLOR_HIGHLIGHT : COLOR_BTNFACE);
         } else {
-            draw.clrText = ours ? ColourOf(lclFore) : GetSysColor(COLOR_WINDOWTEXT);
+            draw.clrText = dim    ? GetSysColor(COLOR_GRAYTEXT)
+                           : ours ? ColourOf(lclFore)
+                                  : GetSysColor(COLOR_WINDOWTEXT);
             draw.clrTextBk = ours ? ColourOf(lclBack) : GetSysColor(COLOR_WINDOW);
         }
         return focus ? CDRF_NOTIFYPOSTPAINT : CDRF_DODEFAULT;

@@ -162,6 +162,10 @@ void TreeWindowWin32::SetChecked(NodeHandle node, bool checked) {
     TreeView_SetCheckState(lclTree, ItemOf(node), checked);
 }
 
+void TreeWindowWin32::SetCut(NodeHandle node, bool cut) {
+    TreeView_SetItemState(lclTree, ItemOf(node), cut ? TVIS_CUT : 0, TVIS_CUT);
+}
+
 void TreeWindowWin32::Repaint(NodeHandle node) {
     RECT place{};
     if (!node)

@@ -40,6 +40,7 @@ HWND TreeWindowWin32::Create(HWND parent, const RECT& place) {
         return nullptr;
     }
     BuildLook();
+    AddClipboardFormatListener(lclWindow);
     lclLogic.AttachWindow(this);
     return lclWindow;
 }
@@ -171,6 +172,7 @@ LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         return 0;
     case checkMessage: ReportCheck(reinterpret_cast<HTREEITEM>(l)); return 0;
     case wakeMessage: lclLogic.Woken(); return 0;
+    case WM_CLIPBOARDUPDATE: lclLogic.ShowCut(); return 0;
     case dragMessage:
         TreeView_SelectDropTarget(lclTree, nullptr); // some systems mark what a drag starts from
         lclLogic.Drag(static_cast<std::int32_t>(w));
@@ -186,6 +188,7 @@ LRESULT TreeWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         }
         return 0;
     case WM_DESTROY:
+        RemoveClipboardFormatListener(lclWindow);
         lclLogic.AttachWindow(nullptr);
         StopDragTimers();
         ++lclQuiet; // what the dying tree tells

@@ -49,6 +49,7 @@ public:
     bool IsExpanded(NodeHandle node) const override;
     void SetCheckBoxes(bool show) override;
     void SetChecked(NodeHandle node, bool checked) override;
+    void SetCut(NodeHandle node, bool cut) override;
     void Repaint(NodeHandle node) override;
     void EditLabel(NodeHandle node) override;
     void SetDropTarget(NodeHandle node) override;

@@ -11,17 +11,23 @@ namespace {
 
 constexpr ListColumn columns[] = {
     {.caption = {}, .field = "Id", .hidden = true},
-    {.caption = "Omschrijving", .field = "Omschrijving"},
+    {.caption = "Omschrijving", .field = "Omschrijving", .least = 180},
     {.caption = "Type", .field = "Type"},
     {.caption = "Toegevoegd door", .field = "Toegevoegd door"},
     {.caption = {}, .field = "InsertSort", .hidden = true},
-    {.caption = "Toegevoegd op", .field = "Toegevoegd op", .sortField = "InsertSort"},
+    {.caption = "Toegevoegd op", .field = "Toegevoegd op", .sortField = "InsertSort", .least = 105},
     {.caption = "Verzonden aan", .field = "Verzonden aan"},
     {.caption = "Ontvangen van", .field = "Ontvangen van"},
     {.caption = {}, .field = "Sort Verzonden op", .hidden = true},
-    {.caption = "Verzonden op", .field = "Verzonden op", .sortField = "Sort Verzonden op"},
+    {.caption = "Verzonden op",
+     .field = "Verzonden op",
+     .sortField = "Sort Verzonden op",
+     .least = 120},
     {.caption = {}, .field = "Sort Ontvangen op", .hidden = true},
-    {.caption = "Ontvangen op", .field = "Ontvangen op", .sortField = "Sort Ontvangen op"},
+    {.caption = "Ontvangen op",
+     .field = "Ontvangen op",
+     .sortField = "Sort Ontvangen op",
+     .least = 120},
     {.caption = "Aantal bijlagen", .field = "Aantal bijlagen"},
 };
 

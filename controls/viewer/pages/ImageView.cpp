@@ -3,6 +3,9 @@
 
 #include <algorithm>
 
+#include "controls/common/Causes.h"
+#include "controls/common/Translator.h"
+#include "model/clsItem.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/Shell.h"
@@ -56,7 +59,6 @@ bool ImageView::Show(const ShownDocument& document) {
                               "The document has no pages: " + document.Path());
     lclDocument = std::move(opened);
     lclShown = document;
-    lclDescription = document.file.description;
     lclReadOnly = document.readOnly;
     lclPdf = pdf;
     lclExported = false;
@@ -64,6 +66,10 @@ bool ImageView::Show(const ShownDocument& document) {
     lclCanvas.Fit(lclHost.KeptFit());
     ShowPage(1, true, false);
     return true;
+}
+
+std::string ImageView::Description() const {
+    return lclShown.item ? lclShown.item->Description() : lclShown.file.description;
 }
 
 bool ImageView::Close() {
@@ -97,10 +103,8 @@ void ImageView::ShowPage(int page, bool fit, bool fromItsEnd) {
         lclCanvas.SetPage(lclDocument->Shape(page), fit, fromItsEnd);
         ShowMarks();
     } catch (const platform::Error& error) {
-        lclFrame.Machine().log.Write("ShowPage", error.what());
         lclCanvas.Clear();
-        lclCanvas.SetMessage(lclFrame.Text("Deze pagina kan niet getoond worden") + "\n" +
-                             error.what());
+        PageFailed("ShowPage", error);
     }
     lclThumbs.SetCurrent(page);
     Changed();
@@ -111,6 +115,16 @@ void ImageView::ShowPage(int page, bool fit, bool fromItsEnd) {
 void ImageView::Fit(FitMode mode) {
     lclHost.KeepFit(mode);
     lclCanvas.Fit(mode);
+}
+
+void ImageView::PageFailed(std::string_view routine, const std::exception& error) {
+    lclFrame.Machine().log.Write(routine, error.what());
+    const auto* ours = dynamic_cast<const platform::Error*>(&error);
+    const bool damaged = ours && ours->Number() == platform::errors::invalidData;
+    lclCanvas.SetMessage(
+        lclFrame.Text("Deze pagina kan niet getoond worden") + "\n" +
+        (damaged ? lclFrame.Text("Deze pagina is beschadigd")
+                 : CauseText(TranslationBy(lclFrame.Translate()), lclDocument->Path(), error)));
 }
 
 bool ImageView::NeedsPicture() {
@@ -128,9 +142,7 @@ void ImageView::MakePicture() {
                                  static_cast<std::uint32_t>(room.ShownHeight()), lclDamage));
         if (!lclDamage.empty()) lclFrame.Machine().log.Write("MakePicture", lclDamage);
     } catch (const std::exception& error) {
-        lclFrame.Machine().log.Write("MakePicture", error.what());
-        lclCanvas.SetMessage(lclFrame.Text("Deze pagina kan niet getoond worden") + "\n" +
-                             error.what());
+        PageFailed("MakePicture", error);
     }
     if (!lclDamage.empty()) Changed();
 }
@@ -207,7 +219,8 @@ bool ImageView::TrySave(bool& lost) {
         lost = lclFrame.Ask("De wijzigingen van '$%$' zijn niet opgeslagen: $%$\r\n\r\nWilt u het "
                             "opnieuw proberen? Anders gaan ze verloren.",
                             "Bevestigen opslaan wijzigingen", Buttons::YesNo, Icon::Critical,
-                            {lclDescription, error.what()}) != Answer::Yes;
+                            {Description(), CauseText(TranslationBy(lclFrame.Translate()),
+                                                      lclDocument->Path(), error)}) != Answer::Yes;
         return false;
     }
 }

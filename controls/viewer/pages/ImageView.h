@@ -89,10 +89,12 @@ public:
 
 private:
     bool HasRight(std::string_view right) const { return lclFrame.HasRight(right); }
+    std::string Description() const; // as it is named now
     void Changed();
     void ShowPage(int page, bool fit, bool fromItsEnd);
     bool NeedsPicture();
     void MakePicture();
+    void PageFailed(std::string_view routine, const std::exception& error);
     void MakeThumb(int page);
     void ShowMarks();
     bool Written(std::string_view routine, const std::function<void()>& write);
@@ -121,7 +123,6 @@ private:
     PageHost& lclHost;
     std::unique_ptr<PageDocument> lclDocument; // null: nothing is shown
     ShownDocument lclShown;                    // what it is of
-    std::string lclDescription;
     bool lclReadOnly = false, lclPdf = false;
     int lclPage = 0;
     std::string lclDamage;

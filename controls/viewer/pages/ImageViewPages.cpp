@@ -196,7 +196,7 @@ void ImageView::DragThumbs() {
     DropData data;
     data.hasFiles = true;
     data.files = {platform::JoinPath(MakeCopyFolder(lclFrame.Machine()),
-                                     OutgoingStem(lclDescription + numbers) + ".tif")};
+                                     OutgoingStem(Description() + numbers) + ".tif")};
     lclDocument->Extract(pages, data.files[0]);
     lclDragged.push_back(data.files[0]);
     std::int32_t effect = drop::none;

@@ -21,7 +21,7 @@ void ImageView::PrintSelectedThumbs() {
 }
 
 void ImageView::PrintThese(const std::vector<int>& pages, int choosable) {
-    const auto title = lclDescription;
+    const auto title = Description();
     ShownPages source(*lclDocument, pages,
                       MarksShown() ? imaging::annotations::MakeTextPainter() : nullptr);
     PrintShown(lclFrame, lclPrinting, title, source, choosable);

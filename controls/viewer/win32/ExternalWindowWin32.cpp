@@ -7,6 +7,7 @@
 #include "controls/common/win32/WindowClass.h"
 #include "controls/viewer/win32/MakeViewerWindow.h"
 #include "platform/win32/ActivationScope.h"
+#include "platform/win32/Owner.h"
 #include "platform/win32/Variant.h"
 
 namespace kavidex::controls::win32 {
@@ -140,6 +141,9 @@ LRESULT ExternalWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         if (lclViewer) lclViewer->Place({0, 0, LOWORD(l), HIWORD(l)});
         return 0;
     case WM_SETFOCUS: TakeFocus(); return 0;
+    case WM_ACTIVATE: // messages while it is active belong to it
+        if (LOWORD(w) != WA_INACTIVE) platform::win32::SetHost(lclWindow);
+        return DefWindowProcW(lclWindow, message, w, l);
     case WM_COMMAND:
         if (l == 0 && LOWORD(w) > 0 && LOWORD(w) <= lclMenu.size())
             lclLogic.MenuChosen(lclMenu[LOWORD(w) - 1U]);

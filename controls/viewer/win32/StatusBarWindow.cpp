@@ -5,6 +5,7 @@
 #include <algorithm>
 
 #include "controls/common/win32/Look.h"
+#include "controls/common/win32/TrackMenu.h"
 #include "platform/win32/Owner.h"
 #include "platform/win32/Variant.h"
 
@@ -41,6 +42,7 @@ HWND StatusBarWindow::Create(HWND parent, int id) {
 void StatusBarWindow::CreateTips() {
     lclTips = CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, nullptr, WS_POPUP | TTS_NOPREFIX, 0,
                               0, 0, 0, lclWindow, nullptr, platform::win32::OwnModule(), nullptr);
+    HideTipUnderMenus(lclTips);
     TOOLINFOW tool = HintTool(lclWindow);
     tool.uFlags = TTF_SUBCLASS;
     tool.lpszText = lclTip.data();
@@ -87,12 +89,31 @@ void StatusBarWindow::Place(const RECT& place) {
     Arrange();
 }
 
-// The page has what it needs, the zoom a fixed room, the hint all else.
+int StatusBarWindow::Needed(int panel) const {
+    wchar_t text[512] = L"";
+    if (LOWORD(SendMessageW(lclWindow, SB_GETTEXTLENGTHW, static_cast<WPARAM>(panel), 0)) <
+        std::size(text))
+        SendMessageW(lclWindow, SB_GETTEXTW, static_cast<WPARAM>(panel),
+                     reinterpret_cast<LPARAM>(text));
+    const auto font = reinterpret_cast<HFONT>(SendMessageW(lclWindow, WM_GETFONT, 0, 0));
+    HDC device = GetDC(lclWindow);
+    const HGDIOBJ before = font ? SelectObject(device, font) : nullptr;
+    SIZE size{};
+    GetTextExtentPoint32W(device, text, lstrlenW(text), &size);
+    if (before) SelectObject(device, before);
+    ReleaseDC(lclWindow, device);
+    return size.cx + Scaled(10, lclDpi);
+}
+
+// The zoom has a fixed room, the page one too as long as the hint is whole; in less the page keeps
+// what it needs.
 void StatusBarWindow::Arrange() {
     RECT area{};
     GetClientRect(lclWindow, &area);
-    const int zoom = Scaled(60, lclDpi), page = Scaled(250, lclDpi);
+    const int zoom = Scaled(60, lclDpi);
     const int hintEnd = std::max<int>(0, area.right - zoom);
+    const int page =
+        std::max(std::min(Scaled(250, lclDpi), hintEnd - Needed(hintPanel)), Needed(pagePanel));
     const int ends[panelCount] = {std::min(page, hintEnd), hintEnd, area.right};
     SendMessageW(lclWindow, SB_SETPARTS, panelCount, reinterpret_cast<LPARAM>(ends));
     if (!lclTips) return;

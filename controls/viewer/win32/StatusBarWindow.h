@@ -24,6 +24,7 @@ public:
     bool HintActivated(const NMHDR& header) const;
 
 private:
+    int Needed(int panel) const; // by its text
     void Arrange();
     void CreateTips();
 

@@ -96,6 +96,7 @@ void ViewerWindowWin32::Layout() {
     const int gap = Scaled(6, lclDpi);
     const int top = std::max<int>(area.top, (area.top + area.bottom - 3 * lclLine) / 2);
     Put(lclNothing, {gap, top, std::max<LONG>(gap, area.right - gap), top + 3 * lclLine});
+    InvalidateRect(lclNothing, nullptr, TRUE); // its lines break and centre anew
     const auto shown = lclLogic.Parts();
     for (const auto& row : PartTable()) {
         const auto& part = lclParts[static_cast<std::size_t>(row.part)];

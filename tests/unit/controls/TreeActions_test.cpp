@@ -45,8 +45,11 @@ TEST_F(TreeTest, CreatesANoteAndAFolderFromTheMenu) {
                       "'DocumentPath', '" +
                       machine.Folder() + "\\')");
     tree.NodeSelected(letter); // its folder takes the new item
+    std::int32_t toWrite = 0;
+    const auto made = tree.NoteMade.Subscribe([&](std::int32_t id) { toWrite = id; });
     tree.ChooseMenu({"mnuNew", 1, "", 0, true, true, false});
     ASSERT_EQ(created.size(), 1U);
+    EXPECT_EQ(toWrite, created[0].id);
     EXPECT_EQ(created[0].description, "Nieuwe notitie 15-11-2026 14:05");
     EXPECT_EQ(created[0].nodeFullPath, R"(Dossier\Letters\Nieuwe notitie 15-11-2026 14:05)");
     EXPECT_EQ(selections.back(), created[0].nodeFullPath);

@@ -107,6 +107,27 @@ TEST_F(TreeExchange, WhatIsCutGoesOnlyWhenAllOfItStandsElsewhere) {
     EXPECT_TRUE(tree.GetNode(old));
 }
 
+TEST_F(TreeExchange, WhatIsCutIsDimUntilItIsPastedOrSomethingElseIsTaken) {
+    Take('X', brief);
+    EXPECT_TRUE(window.At(brief).cut);
+    EXPECT_FALSE(window.At(letters).cut);
+    tree.Refresh();
+    EXPECT_TRUE(window.At(brief).cut) << "in a tree that was filled again";
+    Take('C', letters);
+    EXPECT_FALSE(window.At(brief).cut);
+    Take('X', brief);
+    machine.clipboard.content = {};
+    tree.ShowCut(); // as the window hears of it
+    EXPECT_FALSE(window.At(brief).cut);
+    Take('X', brief);
+    other.NodeSelected(inbox);
+    EXPECT_TRUE(other.CommandKey('C', true, false));
+    EXPECT_FALSE(window.At(brief).cut);
+    Take('X', brief);
+    PasteInto(tree, letters);
+    EXPECT_FALSE(window.At(brief).cut);
+}
+
 TEST_F(TreeExchange, ACutNoteWhoseFileIsMissingStays) {
     tree.NodeSelected(mail);
     tree.ChooseMenu({"mnuNew", 1, {}}); // nothing written in it yet, or its file lost

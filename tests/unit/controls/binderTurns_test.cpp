@@ -182,6 +182,7 @@ struct CountingWindow : BinderWindow {
     void AppearanceChanged() override { ++looks; }
     void Repaint() override {}
     void FocusTree() override {}
+    void FocusViewer() override {}
     std::optional<std::size_t> ShowMenu(const PopupMenu&, std::string_view) override { return {}; }
     forms::FormPresenter* Forms() override { return nullptr; }
     std::unique_ptr<forms::PaneContent> MakePane(ctlViewer&) override { return nullptr; }

@@ -140,6 +140,17 @@ TEST_F(FolderEditors, AChecklistIsEditedInItsRowsAndShownInTheBinder) {
     const auto& shown = binder->Checklist().Form()["lstItems"].Items();
     ASSERT_EQ(shown.size(), 1U);
     EXPECT_EQ(shown[0].texts[4], "In 2026") << "the folder that was made of the type's";
+
+    // Its lists outlive a type, and can be emptied then.
+    connection->Execute("delete from tblDossierTypes");
+    const auto left = Open<ctlChecklistEditor>();
+    tests::FormUser his(left->Form());
+    EXPECT_EQ(his.Text("cmbType") + his.Text("cmbTab"), "Zaak 'x'Inkomend");
+    his.Choose("lstLines", 1);
+    his.PressKey("lstLines", 0x2E);
+    EXPECT_TRUE(left->Save());
+    EXPECT_EQ(Count("tblCheckListFields"), 0);
+    EXPECT_TRUE(left->Form()["cmbType"].Items().empty());
 }
 
 } // namespace kavidex::controls

@@ -110,7 +110,11 @@ TEST_F(PropertiesTest, ShowsOneDocumentAndRenamesIt) {
     EXPECT_EQ(tree.GetNode(scan)->Description(), "Paspoort");
     EXPECT_EQ(window.At(scan).text, "Paspoort");
 
-    Show({scan}, [](FormUser& user) {
+    Show({scan}, [&](FormUser& user) {
+        user.Type("txtName", " ");
+        user.Click("btnOk");
+        EXPECT_EQ(machine.messages.shown.back().text, "Vul een omschrijving in.");
+        EXPECT_FALSE(user.Form().IsClosed());
         user.Type("txtName", "Anders");
         user.Click("btnCancel");
     });
@@ -124,6 +128,9 @@ TEST_F(PropertiesTest, ShowsOneDocumentAndRenamesIt) {
 
 TEST_F(PropertiesTest, ApplyingSetsTheWholeAttributesOfEveryFile) {
     machine.files.SetAttributes(paths[scan], attributes::readOnly | attributes::hidden);
+    std::vector<std::int32_t> changed;
+    const auto token = tree.MayWriteChanged.Subscribe(
+        [&](const std::vector<std::int32_t>& ids) { changed = ids; });
     Show({scan, text}, [&](FormUser& user) {
         EXPECT_EQ(user.Caption(), "tif, ... eigenschappen");
         EXPECT_EQ(user.Text("txtType"), "Meerdere typen geselecteerd");
@@ -139,6 +146,10 @@ TEST_F(PropertiesTest, ApplyingSetsTheWholeAttributesOfEveryFile) {
     });
     EXPECT_EQ(AttributesOf(scan), 0U);
     EXPECT_EQ(AttributesOf(text), 0U);
+    EXPECT_EQ(changed.size(), 2U);
+    changed.clear();
+    Show({scan}, [](FormUser& user) { user.Click("btnOk"); });
+    EXPECT_TRUE(changed.empty()) << "as it was";
     EXPECT_TRUE(machine.messages.shown.empty()) << Told();
 }
 

@@ -8,10 +8,10 @@
 #include <thread>
 #include <vector>
 
-#include "data/embedded/EmbeddedDatabase.h"
 #include "model/uniqueNumber.h"
 #include "platform/Error.h"
-#include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/FakeBinderWindow.h"
+#include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
 namespace {
@@ -37,12 +37,18 @@ TEST(UniqueNumber, IsSharedByNobodyHoweverManyRaiseItAtOnce) {
     EXPECT_EQ(*all.rbegin(), 60);
 }
 
+// Of plain letters, in UTF-16 of either order of bytes, without a mark.
+std::string Wide(const std::string& text, bool swapped = false) {
+    std::string bytes;
+    for (const char c : text) {
+        if (swapped) bytes += '\0';
+        bytes += c;
+        if (!swapped) bytes += '\0';
+    }
+    return bytes;
+}
+
 TEST(ValueFile, IsRewrittenInItsOwnEncodingLineEndsAndSeparator) {
-    const auto wide = [](const std::string& text) {
-        std::string bytes = "\xFF\xFE";
-        for (const char c : text) bytes.append({c, '\0'});
-        return bytes;
-    };
     const struct {
         std::string before, after;
     } rows[] = {
@@ -50,9 +56,91 @@ TEST(ValueFile, IsRewrittenInItsOwnEncodingLineEndsAndSeparator) {
         {"\xEF\xBB\xBFnaam=\xC3\xA9\nDOCUMENTID=1\n", "\xEF\xBB\xBFnaam=\xC3\xA9\nDocumentId=5\n"},
         {"naam;\xE9\r\ndocumentid;4\r\nmy documentid", "naam;\xE9\r\nDocumentId;5\r\n"},
         {"a:1\rb:2", "a:1\rb:2\rDocumentId:5\r"},
-        {wide("a=1\r\ndocumentid=2\r\nb=2"), wide("a=1\r\nb=2\r\nDocumentId=5\r\n")},
+        {"\xFF\xFE" + Wide("a=1\r\ndocumentid=2\r\nb=2"),
+         "\xFF\xFE" + Wide("a=1\r\nb=2\r\nDocumentId=5\r\n")},
+        {Wide("a|1\nDocumentId|2"), Wide("a|1\nDocumentId|5\n")},
+        {Wide("a=1\n", true), Wide("a=1\nDocumentId=5\n", true)},
+        {"\xFE\xFF" + Wide("a=1\r", true), "\xFE\xFF" + Wide("a=1\rDocumentId=5\r", true)},
     };
     for (const auto& row : rows) EXPECT_EQ(WithDocumentId(row.before, 5), row.after);
+}
+
+struct LettersOfABinder : Binder {
+    tests::FakeBinderWindow window;
+    int merged = 0;
+
+    struct Generator : LetterGenerator {
+        explicit Generator(int& times) : merged(times) {}
+        Merged fncMergeDocument(const std::string&, const std::string&) override {
+            ++merged;
+            return {};
+        }
+        int& merged;
+    };
+    void SetUp() override {
+        Binder::SetUp();
+        machine.files.CreateDirectories(machine.Path("sjablonen"));
+        File("sjablonen\\Letter.dotx");
+        Setting("Template", "Path", machine.Path("sjablonen"));
+        binder = std::make_unique<ctrlCorrespondence>(
+            machine, nullptr, nullptr,
+            IntakeComponents{nullptr, [this] { return std::make_unique<Generator>(merged); }});
+        binder->SetDbConnection(connection);
+        ASSERT_EQ(Open("key"), 0);
+        binder->treCorr().NodeSelected(Root());
+        binder->AttachWindow(&window);
+    }
+    void TearDown() override { binder->AttachWindow(nullptr); }
+
+    void Make(const std::string& valueFile) {
+        binder->SetValueFile(valueFile);
+        merged = 0;
+        machine.messages.shown.clear();
+        window.forms.users = {[](tests::FormUser& user) {
+            user.Choose("TabStrip1", 2);
+            user.Choose("lstFiles", 1);
+            user.Enter();
+        }};
+        binder->ButtonClicked("New");
+    }
+};
+
+// No letter is made of values that do not hold its number.
+TEST_F(LettersOfABinder, StopAtAValueFileThatCannotBeRewrittenAndLeaveItAsItWas) {
+    const std::string bytes = "a=1\r\ndocumentid=2\r\n";
+    const auto values = File("waarden.txt", bytes);
+    const auto refused = [&](const char* what) {
+        Make(values);
+        EXPECT_EQ(merged, 0) << what;
+        ASSERT_EQ(machine.messages.shown.size(), 1U) << what;
+        EXPECT_EQ(machine.messages.shown[0].caption, "Error in ButttonClick of ctrlCorrespondence");
+        EXPECT_NE(machine.messages.shown[0].text.find("waarden.txt"), std::string::npos) << what;
+        EXPECT_FALSE(machine.busy.open) << what;
+        EXPECT_EQ(platform::TheWorkstation().files.ReadAll(values), bytes) << what;
+    };
+    for (const char* operation : {"ReadAll ", "WriteAll "}) { // as when another program holds it
+        machine.files.refused = operation + values;
+        refused(operation);
+    }
+    machine.files.refused.clear();
+    machine.files.SetAttributes(values, platform::attributes::readOnly);
+    refused("read-only");
+    machine.files.SetAttributes(values, platform::attributes::normal);
+    Make(values);
+    EXPECT_EQ(merged, 1);
+    EXPECT_EQ(machine.files.ReadAll(values), "a=1\r\nDocumentId=4\r\n");
+}
+
+TEST_F(LettersOfABinder, TakeALargeValueFile) {
+    // KAVIDEX_KILLS asks for one of 50 MB, which the sanitizers take long over.
+    const std::size_t size = std::getenv("KAVIDEX_KILLS") ? 50'000'000 : 5'000'000;
+    const std::string line = Wide("naam van de klant=" + std::string(180, 'x') + "\r\n");
+    std::string lines;
+    while (lines.size() < size) lines += line;
+    const auto values = File("waarden.txt", lines + Wide("DocumentId=0\r\nlaatste=1"));
+    Make(values);
+    EXPECT_EQ(merged, 1);
+    EXPECT_TRUE(machine.files.ReadAll(values) == lines + Wide("laatste=1\r\nDocumentId=1\r\n"));
 }
 
 } // namespace

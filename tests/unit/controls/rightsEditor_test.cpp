@@ -162,6 +162,46 @@ TEST_F(RightsEditor, AGroupsRightsReplaceThoseOfItsUsersAfterTheQuestion) {
     EXPECT_EQ(Right("O'Brien 100%_*", "Mail"), "True");
 }
 
+TEST_F(RightsEditor, GroupsHoldGroupsAndNobodyIsLostInThem) {
+    Fill();
+    tests::FormUser user(editor->Form());
+    user.ChooseAll("treUsers", {});
+    const auto drag = [](ctlRights& in, const char* who, const char* into) {
+        return tests::FormUser(in.Form()).Drag("treUsers", {IdOf(in, who)}, "treUsers",
+                                               IdOf(in, into));
+    };
+    Add(user, "btnGroup", "Binnendienst");
+    EXPECT_TRUE(drag(*editor, "Sales", "Binnendienst"));
+    EXPECT_FALSE(drag(*editor, "Binnendienst", "Sales")) << "into what it holds";
+    user.Choose("treUsers", IdOf(*editor, "Binnendienst"));
+    user.TickItem("treRights", right + 17); // Mail
+    user.Click("btnSave");
+    EXPECT_EQ(Right("Sales", "Mail"), "True");
+    EXPECT_EQ(Right("O'Brien 100%_*", "Mail"), "True");
+    const auto& users = editor->Form()["treUsers"];
+    ASSERT_EQ(users.Items().size(), 4U);
+    EXPECT_EQ(users.Find(IdOf(*editor, "Sales"))->parent, IdOf(*editor, "Binnendienst"));
+    EXPECT_EQ(users.Find(IdOf(*editor, "O'Brien 100%_*"))->parent, IdOf(*editor, "Sales"));
+
+    // Two put the groups into each other.
+    EXPECT_TRUE(drag(*editor, "Sales", ""));
+    user.Click("btnSave");
+    const auto other = Make();
+    EXPECT_TRUE(drag(*other, "Sales", "Binnendienst"));
+    EXPECT_TRUE(drag(*editor, "Binnendienst", "Sales"));
+    EXPECT_TRUE(other->Save());
+    EXPECT_FALSE(editor->Save());
+    EXPECT_TRUE(LastTold().starts_with("'Binnendienst' is intussen")) << LastTold();
+    // One deletes the group into which the other puts a user.
+    editor->Undo();
+    user.Choose("treUsers", IdOf(*editor, "Binnendienst"));
+    user.Click("btnDelete");
+    EXPECT_TRUE(drag(*other, "Jansen", "Sales"));
+    EXPECT_TRUE(other->Save());
+    EXPECT_FALSE(editor->Save());
+    EXPECT_EQ(Make()->Form()["treUsers"].Items().size(), 4U);
+}
+
 TEST_F(RightsEditor, TheLastWhoMayChangeRightsIsNotLockedOutUnasked) {
     Fill();
     tests::FormUser user(editor->Form());

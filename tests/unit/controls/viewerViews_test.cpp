@@ -159,6 +159,7 @@ TEST_F(Views, WhatCannotBeDrawnShowsItsFactsAndOpens) {
     const auto empty = DocumentOf("tif", "Leeg", "");
     EXPECT_FALSE(viewer.ShowItem(empty));
     EXPECT_EQ(machine.messages.shown.back().caption, "Error in ShowItem");
+    EXPECT_NE(LastMessage().find("Dit document is beschadigd"), std::string::npos) << LastMessage();
     machine.shell.pdfInBrowser = false;
     for (const auto& document : {empty, DocumentOf("pdf", "Kapot", "geen pdf")}) {
         viewer.ShowItem(document);
@@ -259,7 +260,6 @@ TEST_F(Views, TheExternalWindowIsMadeWhenNeededAndForgottenWhenItCloses) {
     const auto script = DocumentOf("vbs", "Script", "x");
     machine.messages.meanwhile = [&] { external.ShowItem(script); };
     external.Form()->Viewer().OpenDefault(script);
-    machine.messages.meanwhile = nullptr;
     EXPECT_EQ(external.Form()->Caption(), "Document: Script");
     EXPECT_EQ(external.Form()->Id(), script->Id());
     EXPECT_EQ(caption, "Document: Script") << "the window shows it too";

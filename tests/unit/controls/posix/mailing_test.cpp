@@ -202,7 +202,7 @@ TEST_F(Mailing, WhatIsMailedIsOfTheDossierThatWasOpenWhenTheQuestionCame) {
     const auto other = data::EmbeddedDatabase::Open(machine.Path("other.db"));
     other->Execute({"update tblTreeItem set Description = 'geheim' where Type = 'doc'"});
     const auto before = tree.TreeId();
-    machine.messages.onShow = [&] {
+    machine.messages.meanwhile = [&] {
         tree.SetDbConnection(other);
         tree.SetTreeId(before);
         ASSERT_TRUE(tree.GetItem(0, "geheim"));

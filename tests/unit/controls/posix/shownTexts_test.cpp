@@ -163,11 +163,13 @@ TEST_F(Shown, TextsOfTheControlsHaveTranslations) {
     const std::map<std::string, Texts> texts = {
         {"lclLayout.caption", {}}, // of forms: their tables are read above
         {"field.Row().caption", {}},
+        {"column.caption", {}},
         {"lclNotice",
          {"Dit document kan hier niet getoond worden.",
           "Dit bestand kan iets uitvoeren en wordt daarom niet getoond.",
           "Dit document wordt in een eigen venster getoond.",
           "Dit document is in zijn eigen programma geopend."}},
+        {"damagedNotice", {"Dit document is beschadigd en kan hier niet getoond worden."}},
         {"row.caption", {}},
         {"group.caption", groups},
         {"all[i].caption", rights},

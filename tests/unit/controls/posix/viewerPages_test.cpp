@@ -152,7 +152,6 @@ TEST_F(ViewerPages, MarksThatCannotBeKeptAreTold) {
         Pages().Canvas().See(nullptr);
     };
     EXPECT_TRUE(viewer.SaveImage());
-    machine.messages.meanwhile = nullptr;
     EXPECT_NE(Told().find("niet opgeslagen: 1"), std::string::npos);
 }
 

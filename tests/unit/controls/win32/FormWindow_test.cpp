@@ -89,6 +89,18 @@ protected:
             if (WindowOf(field.Name()) == GetFocus()) return std::string(field.Name());
         return "something else";
     }
+    // By Ctrl+Tab, or with Shift.
+    std::int32_t PageByKey(bool back) {
+        BYTE before[256], keys[256]{};
+        GetKeyboardState(before);
+        keys[VK_CONTROL] = 0x80;
+        keys[VK_SHIFT] = back ? 0x80 : 0;
+        SetKeyboardState(keys);
+        EXPECT_TRUE(static_cast<FormWindow*>(form.View())
+                        ->TranslateKey({GetFocus(), WM_KEYDOWN, VK_TAB, 0, 0, {}}));
+        SetKeyboardState(before);
+        return form["TabStrip1"].Selected();
+    }
     HWND WindowOf(std::string_view field) {
         return static_cast<FormWindow*>(form.View())->WindowOf(field);
     }
@@ -107,6 +119,12 @@ TEST_F(FormWindowTest, IsReachedByTabAndMnemonicsAndEndsByEnterAndEscape) {
     form["txtName"].SetText("x");
     EXPECT_TRUE(Show({ExpectFocus("txtName"), Press(VK_TAB), ExpectFocus("txtPath"), Press(VK_TAB),
                       Press(VK_TAB), ExpectFocus("cmbKind"), Alt('o'), ExpectFocus("txtNote"),
+                      [this] {
+                          EXPECT_EQ(PageByKey(false), 2);
+                          EXPECT_EQ(PageByKey(false), 1) << "around";
+                          EXPECT_EQ(PageByKey(true), 2);
+                          EXPECT_EQ(PageByKey(true), 1);
+                      },
                       Alt('n'), ExpectFocus("txtName"),
                       [this] {
                           EXPECT_FALSE(IsWindowEnabled(host));
