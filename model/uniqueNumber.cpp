@@ -41,6 +41,14 @@ Highest HighestOf(data::Recordset& rows) {
     return highest;
 }
 
+bool IsDoubled(data::Recordset& rows, std::int64_t number) {
+    int bearing = 0;
+    for (; !rows.Eof(); rows.MoveNext())
+        bearing +=
+            static_cast<std::int64_t>(platform::Val(data::ToText(rows.Get("Value")))) == number;
+    return bearing > 1;
+}
+
 // Where the engine does not tell whether a statement touched a row: a recordset refuses to write
 // one that is not as it was read. None when another was quicker.
 std::optional<std::int64_t> RaiseByRow(const Store& store, const std::string& where) {
@@ -84,7 +92,10 @@ std::int64_t RaiseUniqueNumber(const data::ConnectionPtr& connection) {
         const auto touched = connection->Execute("update tblSettings set " + column + " = " +
                                                  data::SqlValue(Number(next)) + " where " + where +
                                                  " and " + Unchanged(column, highest.text));
-        if (touched > 0) return next;
+        // A row that another began late may have been raised beside the one that was read.
+        if (touched > 1 ||
+            (touched == 1 && (highest.number > 0 || !IsDoubled(*ReadRows(store, where), next))))
+            return next;
         if (touched < 0)
             if (const auto raised = RaiseByRow(store, where)) return *raised;
     }

@@ -52,6 +52,7 @@ void ctlRights::Write(const model::Store& store) {
     if (lclPlace.tree != 0) model::HoldNode(store, lclPlace.users);
     const auto place = model::MakeUserTree(Machine(), store, Text("Gebruikers en groepen"));
     const auto now = model::LoadHolders(Machine(), store);
+    const bool administered = model::AnAdministratorIsLeft(Machine(), store.Connection());
     const auto stored = [&](std::int32_t id) -> const Holder* {
         const auto found =
             std::find_if(now.begin(), now.end(), [&](const Holder& h) { return h.id == id; });
@@ -75,7 +76,9 @@ void ctlRights::Write(const model::Store& store) {
     for (const auto& there : now) {
         const auto* before = Before(there.id);
         const bool goes = there.group != 0 && Before(there.group) && !Find(there.group);
-        if ((!before && Named(there.name)) || (goes && (!before || before->group != there.group)))
+        const auto* ours = Named(there.name);
+        const bool taken = ours && ours->id != there.id && (!before || before->name != there.name);
+        if (taken || (goes && (!before || before->group != there.group)))
             throw ChangedMeanwhile{there.name};
     }
     // A name may be given to another one at once.
@@ -113,8 +116,8 @@ void ctlRights::Write(const model::Store& store) {
         model::RemoveHolder(store, (*holder)->id);
     }
     // Each of two may have left it to the other.
-    if (lclUse && !lclNobodyAccepted && model::SomebodyAdministers(now) &&
-        !model::SomebodyAdministers(model::LoadHolders(Machine(), store)))
+    if (lclUse && !lclNobodyAccepted && administered &&
+        !model::AnAdministratorIsLeft(Machine(), store.Connection()))
         throw ChangedMeanwhile{Text("Rechten wijzigen")};
     const auto use = model::ReadSetting(Machine(), store.Connection(), "Rights", "Use");
     if ((use && platform::EqualAsciiNoCase(*use, "true")) != lclStoredUse)

@@ -381,6 +381,9 @@ void ctrlCorrespondence::TreeRefreshed() {
         else
             lclViewer->ShowItem(nullptr); // another deleted it
     }
+    if (const auto* form = lclExtViewer->Form();
+        form && form->Id() > 0 && lclTree->Tree() && !lclTree->GetItem(form->Id()))
+        lclExtViewer->CloseForm();
     lclChecklist->SetTree(lclTree->Tree());
     lclChecklist->Refresh();
     if (lclWindow) lclWindow->Repaint();

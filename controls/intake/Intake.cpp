@@ -271,9 +271,9 @@ void Intake::Dropped(const DropEvent& drop) {
     if (files.empty()) return;
     const auto target = [&] {
         const auto tree = lclSite.Tree();
-        auto folder = drop.targetId == 0 ? nullptr : tree->GetItem(drop.targetId, {});
-        if (folder && !folder->AllowChildren()) folder = lclSite.ParentOf(*folder);
-        return folder ? folder : lclSite.SelectedFolder();
+        if (drop.targetId == 0) return lclSite.SelectedFolder();
+        const auto folder = tree->GetItem(drop.targetId, {});
+        return folder && !folder->AllowChildren() ? lclSite.ParentOf(*folder) : folder;
     };
     if (AddByUser(dossier, files, target) == addFiles::done) drop.effect = drop::copy;
 }

@@ -91,7 +91,9 @@ struct ctrlTree::MenuContext {
             tree.FindNext(forward);
     }
     void ShowExternal() const {
-        for (const auto id : ids) tree.EvItemSelectedExternal.Raise(tree.Info(id));
+        const auto here = tree.SameDossier();
+        for (const auto id : ids)
+            if (here()) tree.EvItemSelectedExternal.Raise(tree.Info(id));
     }
     bool ClipboardHasFiles() const { return tree.lclWorkstation.clipboard.HasFiles(); }
     bool MayMail() const { return tree.lclMail && tree.MayUser(UserAction::Mail); }
@@ -325,13 +327,14 @@ PopupMenu ctrlTree::PrepareMenu(std::optional<std::int32_t> id) {
 void ctrlTree::ContextMenu(std::optional<std::int32_t> id, int x, int y) {
     if (!lclWindow) return;
     Guarded("ctrlTree", [&] {
+        const auto here = SameDossier();
         if (id && lclNodes.contains(*id)) {
             if (HandleOf(*id)) lclWindow->Select(HandleOf(*id));
             IsCollected(*id) ? MakeCurrent(*id) : NodeSelected(*id);
             EvItemSelectedRightMouse.Raise(Info(*id));
         }
+        if (!here() || !lclWindow) return;
         const auto menu = VisibleEntries(PrepareMenu(id));
-        const auto here = SameDossier();
         const auto ids = SelectedIds();
         const auto chosen = lclWindow->ShowMenu(menu, x, y);
         // Chosen for what was selected as it opened, not for what the host shows by now.
@@ -355,11 +358,12 @@ void ctrlTree::ShowItemProperties(const std::vector<std::int32_t>& ids) {
         std::all_of(ids.begin(), ids.end(), [&](std::int32_t id) { return MayChange(id); }));
     properties.fncFill(items);
     const auto here = SameDossier();
-    const auto accepted = ShowForm(properties.Form());
-    if (!accepted || !here()) return; // the control is gone, or shows another dossier
+    const auto before = properties.Description();
+    const auto closed = ShowForm(properties.Form());
+    if (!closed || !here()) return; // the control is gone, or shows another dossier
     if (properties.MayWriteChanged()) MayWriteChanged.Raise(ids);
-    if (*accepted && here() && items.size() == 1 &&
-        properties.Description() != items.front()->Description())
+    // What was applied stays, also where the dialog was cancelled then.
+    if (here() && items.size() == 1 && properties.Description() != before)
         LabelEdited(items.front()->Id(), properties.Description());
 }
 

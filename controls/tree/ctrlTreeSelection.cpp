@@ -32,6 +32,8 @@ ItemPtr ctrlTree::GetParent(std::int32_t id) const {
 ItemPtr ctrlTree::SelectedItem() const { return GetNode(lclSelected); }
 
 std::vector<std::int32_t> ctrlTree::SelectedIds() const {
+    // Of the list what has a row: nobody would see the rest go.
+    if (lclListMode && !lclState.SelectItems) return lclGrid.List().Selected();
     if (!lclCollectedOrder.empty()) return lclCollectedOrder;
     if (lclSelected != 0) return {lclSelected};
     return {};
@@ -143,7 +145,9 @@ void ctrlTree::MakeCurrent(std::int32_t id) {
 
 void ctrlTree::NodeActivated(std::int32_t id) {
     const auto item = GetNode(id);
+    const auto here = SameDossier();
     DblClick.Raise();
+    if (!here()) return;
     if (item && lclState.OpenDoubleClick && !item->AllowChildren()) {
         lclSelected = id;
         EvItemSelected.Raise(Info(id));

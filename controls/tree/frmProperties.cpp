@@ -161,9 +161,12 @@ void frmProperties::fncFill(const std::vector<std::shared_ptr<model::clsItem>>& 
             ++(item->AllowChildren() ? lclFolders : lclDocuments);
             if (item->AllowChildren()) continue;
             file = look.Of(*item);
-            if (!file.path.empty()) lclPaths.push_back(file.path);
+            // A new note has no file until something is written in it.
+            const bool unwritten = file.outcome == model::DocumentLook::FileMissing &&
+                                   platform::EqualNoCase(item->ItemType(), "nnt");
+            if (!file.path.empty() && !unwritten) lclPaths.push_back(file.path);
         }
-        Form()["chkReadOnly"].SetEnabled(lclDocuments > 0 && lclMayChange);
+        Form()["chkReadOnly"].SetEnabled(!lclPaths.empty() && lclMayChange);
         if (lclMode == 1)
             FillOne(first, file);
         else

@@ -162,7 +162,8 @@ std::int16_t ctrlNote::fncSaveMemo(bool ask) {
         question.caption = lclForm.Text("Bevestigen opslaan wijzigingen");
         question.buttons = platform::Buttons::YesNo;
         question.icon = platform::Icon::Question;
-        if (lclWorkstation.messages.Show(question) != platform::Answer::Yes) return 1;
+        // A box that goes with its window is no answer: what was typed is kept.
+        if (lclWorkstation.messages.Show(question) == platform::Answer::No) return 1;
     }
     try {
         Write();

@@ -29,7 +29,7 @@ public:
 
     HIMAGELIST Handle() const { return lclList; }
     HIMAGELIST Faint() const { return lclFaint; } // of Buttons: as they look when disabled
-    int Index(std::string_view name); // the same in both; -1: Windows refuses it
+    int Index(std::string_view name);             // the same in both; -1: Windows refuses it
     bool Is(PictureSet set, int size, const PictureColours& colours) const;
 
 private:

@@ -246,6 +246,19 @@ TEST_F(TreeExchange, TheListAsksAgainForWhatCouldNotBeRead) {
     EXPECT_EQ(tree.Grid().Text(0, 2), "jansen");
 }
 
+TEST_F(TreeExchange, TheListDeletesNothingThatItDoesNotShow) {
+    tree.NodeSelected(letters);
+    tree.SetListMode(true);
+    EXPECT_TRUE(tree.SelectedItems().empty()) << "a folder has no row";
+    tree.SetListMode(false);
+    tree.NodeSelected(letters);
+    tree.NodeToggled(brief);
+    ASSERT_EQ(tree.SelectedItems().size(), 2U);
+    tree.SetListMode(true);
+    ASSERT_EQ(tree.SelectedItems().size(), 1U);
+    EXPECT_EQ(tree.SelectedItems().front()->Id(), brief);
+}
+
 TEST_F(TreeExchange, FilesAndLinksGoToOtherPrograms) {
     tree.NodeSelected(mail);
     Choose("mnuCopySpecial");

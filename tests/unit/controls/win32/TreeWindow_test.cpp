@@ -149,6 +149,8 @@ TEST_F(TreeWindowTest, TheListTakesTheTreesPlace) {
     TreeView_SelectItem(view, ItemOf(message));
     selections.clear();
     Press({VK_CONTROL, 'L'});
+    const HWND grid = Grid();
+    ASSERT_TRUE(grid);
     EXPECT_TRUE(IsWindowVisible(grid) && !IsWindowVisible(view) && GetFocus() == grid);
     EXPECT_EQ(Rows(), "a.tif note b.msg c.001");
     EXPECT_EQ(ListView_GetNextItem(grid, -1, LVNI_SELECTED), 2) << "the same item is selected";
