@@ -10,7 +10,8 @@ using forms::What;
 
 namespace {
 
-constexpr int deleteKey = 0x2E, insertKey = 0x2D, left = 0x25, up = 0x26, right = 0x27, down = 0x28;
+constexpr int deleteKey = 0x2E, insertKey = 0x2D, leftKey = 0x25, upKey = 0x26, rightKey = 0x27,
+              downKey = 0x28;
 
 bool Sure(const platform::Workstation& workstation, std::string_view text,
           std::string_view caption) {
@@ -68,10 +69,10 @@ void AdminControl::EditsItemsOf(std::string_view field) {
     static constexpr Row rows[] = {
         {insertKey, false, "btnNew", [](AdminControl& on) { return on.Add(), true; }},
         {deleteKey, false, "btnDelete", [](AdminControl& on) { return on.Remove(), true; }},
-        {up, true, "btnUp", [](AdminControl& on) { return on.MoveBy(-1), true; }},
-        {down, true, "btnDown", [](AdminControl& on) { return on.MoveBy(1), true; }},
-        {left, true, "", [](AdminControl& on) { return on.Indent(false); }},
-        {right, true, "", [](AdminControl& on) { return on.Indent(true); }},
+        {upKey, true, "btnUp", [](AdminControl& on) { return on.MoveBy(-1), true; }},
+        {downKey, true, "btnDown", [](AdminControl& on) { return on.MoveBy(1), true; }},
+        {leftKey, true, "", [](AdminControl& on) { return on.Indent(false); }},
+        {rightKey, true, "", [](AdminControl& on) { return on.Indent(true); }},
     };
     for (const Row& row : rows)
         if (!row.button.empty())
