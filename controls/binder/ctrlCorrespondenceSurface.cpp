@@ -194,7 +194,9 @@ void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
     lclIntake->scan.Close();
     Guarded("EvItemSelected", [&] {
         ShowItem(item);
-        lclIntake->intake.FolderSelected();
+        // What waits asks for a folder: a document that comes to be selected is no answer.
+        const auto chosen = lclTree->GetItem(item.id);
+        if (chosen && chosen->AllowChildren()) lclIntake->intake.FolderSelected();
     });
     ShowInChecklist();
     ToolbarChanged();

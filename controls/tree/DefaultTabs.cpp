@@ -50,30 +50,6 @@ std::vector<std::string> DefaultTabs(std::string_view list, const data::Connecti
     return names;
 }
 
-std::int32_t
-MakeFolders(const std::vector<std::string>& names, std::int32_t top,
-            const std::function<std::int32_t(const std::string& name, std::int32_t parent)>& make) {
-    std::int32_t made = 0;
-    std::map<std::string, std::int32_t> folders; // by their paths
-    for (const auto& name : names) {
-        auto parent = top;
-        std::string path;
-        const auto steps = platform::Split(name, '\\');
-        for (std::size_t i = 0; i < steps.size() && parent != 0; ++i) {
-            path += '\\' + steps[i];
-            const auto known = folders.find(path);
-            if (i + 1 < steps.size() && known != folders.end()) {
-                parent = known->second;
-                continue;
-            }
-            parent = make(steps[i], parent);
-            folders[path] = parent;
-            if (parent != 0) ++made;
-        }
-    }
-    return made;
-}
-
 std::string FillTokens(std::string_view name, const platform::DateTime& now, int number) {
     const std::pair<std::string_view, std::string> tokens[] = {
         {"%YYYY", Digits(now.year, 4)}, {"%DD", Digits(now.day, 2)},

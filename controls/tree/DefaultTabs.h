@@ -22,13 +22,6 @@ namespace kavidex::controls {
 std::vector<std::string> DefaultTabs(std::string_view list, const data::ConnectionPtr& connection,
                                      const platform::Workstation& workstation);
 
-// Makes these folders below `top`, and the folders of their paths once each. `make` gets a name as
-// it is listed and the folder around it, and gives the new folder's id, 0 when it was refused: what
-// lies below that is left out. How many were made.
-std::int32_t
-MakeFolders(const std::vector<std::string>& names, std::int32_t top,
-            const std::function<std::int32_t(const std::string& name, std::int32_t parent)>& make);
-
 // %DD %MM %YYYY %hh %mm %ss by the time, and a percent sign with number signs by `number`, padded
 // with zeros to as many digits.
 std::string FillTokens(std::string_view name, const platform::DateTime& now, int number);

@@ -128,6 +128,7 @@ void ctrlTree::SetFont(std::optional<FontFace> font) {
 void ctrlTree::LoadProperties(PropertyBag& bag) {
     ForgetTree();
     controls::LoadProperties(TreePropertyTable(), lclState, bag);
+    lclState.IntDrag = false; // of the control that was saved: nothing is dragged here
     if (auto font = bag.ReadFont("Font")) lclFont = std::move(font);
     ShowAppearance();
     ShowTree(false);

@@ -312,7 +312,9 @@ private:
     std::vector<ItemPtr> ItemsToFind() const; // what the tree, or the list, shows, in its order
     std::int32_t FindBeside(std::int32_t id, std::string_view text, bool forward) const; // 0: none
     std::int32_t NextSelection(std::int32_t id) const;
-    void MoveItems(const std::vector<std::int32_t>& ids, std::int32_t target);
+    // Those that moved.
+    std::vector<std::int32_t> MoveItems(const std::vector<std::int32_t>& ids, std::int32_t target);
+    bool PasteCut(std::int32_t folder);
     bool MayChange(std::int32_t id) const;
     bool MayMove(std::int32_t id, std::int32_t target) const;
     static std::vector<std::int32_t> DraggedIds(std::string_view text);
@@ -328,7 +330,7 @@ private:
     bool TakenElsewhere() const; // in another program, or in a tree that is gone
     bool MayPaste(std::int32_t folder) const;
     void Paste();
-    void PasteCopies(ctrlTree& source, std::int32_t folder);
+    bool PasteCopies(ctrlTree& source, std::int32_t folder);
     // The items that could not be copied; null: the user stopped it, or left the dossier.
     std::optional<std::vector<std::string>> CopyTaken(const Taken& taken,
                                                       const data::ConnectionPtr& from,

@@ -111,16 +111,28 @@ void ctrlTree::Paste() {
         auto* taker = Taker();
         if (!taker) return;
         const auto folder = FolderAt(lclSelected);
-        if (taker == this && lclTaken.cut) {
-            const auto ids = std::move(lclTaken.ids);
-            ForgetTaken();
-            lclState.ManualDragDropMove = false;
-            MoveItems(ids, folder);
-        } else {
-            PasteCopies(*taker, folder);
-        }
-        EvItemPaste.Raise();
+        const bool moves = taker == this && lclTaken.cut;
+        if (moves ? PasteCut(folder) : PasteCopies(*taker, folder)) EvItemPaste.Raise();
     });
+}
+
+// What does not move can be pasted elsewhere.
+bool ctrlTree::PasteCut(std::int32_t folder) {
+    const auto here = SameDossier();
+    const auto taken = lclTaken; // moving lets the host in
+    lclState.ManualDragDropMove = false;
+    const auto moved = MoveItems(taken.ids, folder);
+    if (!here()) return false;
+    if (lclTaken.token == taken.token) {
+        std::erase_if(lclTaken.ids, [&](std::int32_t id) {
+            return std::find(moved.begin(), moved.end(), id) != moved.end();
+        });
+        if (lclTaken.ids.empty())
+            ForgetTaken();
+        else
+            ShowCut();
+    }
+    return !moved.empty();
 }
 
 bool ctrlTree::MayCopyHere(const model::clsItem& item) const {
@@ -140,21 +152,28 @@ bool ctrlTree::RereadCut() {
 }
 
 // What was cut in another tree goes there once all of it stands here.
-void ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
+bool ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
     const auto here = SameDossier();
-    if (source.lclTaken.cut && (!source.RereadCut() || !here())) return;
+    if (source.lclTaken.cut && (!source.RereadCut() || !here())) return false;
     const auto taken = source.lclTaken; // the message loop may bring another
     std::optional<std::string> key;
     if (lclDossierKey) key = lclDossierKey();
     if (&source == this && key && key->empty()) key.reset();
     const auto failed = CopyTaken(taken, source.lclConnection, std::move(key), folder);
-    if (!failed) return;
-    TellNotCopied(*failed, Text("Plakken"));
-    if (!taken.cut || !failed->empty() || lclTaker != &source ||
-        source.lclTaken.token != taken.token)
-        return;
+    if (!failed && !here()) return false;
+    if (failed) TellNotCopied(*failed, Text("Plakken"));
+    const bool whole = failed && failed->empty();
+    const bool some = !failed || failed->size() < taken.items.size();
+    if (!taken.cut || lclTaker != &source || source.lclTaken.token != taken.token) return some;
+    // Pasted again, all that stands here by now would come twice.
     source.ForgetTaken();
-    DeleteCopied(source, taken);
+    if (whole)
+        DeleteCopied(source, taken);
+    else
+        lclWorkstation.messages.Show(
+            {Text("Niet alles is geplakt. Wat geknipt was, staat ook nog op de oude plaats"),
+             Text("Plakken"), platform::Buttons::Ok, platform::Icon::Exclamation});
+    return some;
 }
 
 std::optional<std::vector<std::string>> ctrlTree::CopyTaken(const Taken& taken,

@@ -183,11 +183,19 @@ bool ctrlTree::IsShown(const model::clsItem& item) const {
 }
 
 void ctrlTree::fncItemToTreeView(const ItemPtr& item, std::int32_t parentId) {
+    const bool shown = IsShown(*item);
+    // Before anything is kept: an icon that fails is told, and a message lets the host in.
+    TreeImages::Pair images{};
+    if (shown && lclWindow) {
+        const auto here = SameDossier();
+        images = lclImages.fncSetIcon(*lclWindow, item->ItemType());
+        if (!here()) return;
+    }
     const auto [entry, added] = lclNodes.try_emplace(item->Id());
     auto& node = entry->second;
     node.item = item;
     node.parent = parentId;
-    node.shown = IsShown(*item);
+    node.shown = shown;
     if (!node.shown || !lclWindow) return;
     if (!added && node.handle) lclWindow->Remove(node.handle);
     // A folder whose type is not shown lends its place to what is below it.
@@ -198,7 +206,6 @@ void ctrlTree::fncItemToTreeView(const ItemPtr& item, std::int32_t parentId) {
         parent = found->second.handle;
         above = found->second.parent;
     }
-    const auto images = lclImages.fncSetIcon(*lclWindow, item->ItemType());
     const auto& children = item->ChildCollection();
     const bool parentOfSome = children && children->Count() > 0;
     const bool plain = !(lclState.ShowNumberOfChildren && item->AllowChildren());

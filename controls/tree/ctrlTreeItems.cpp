@@ -403,9 +403,15 @@ ItemPtr ctrlTree::MoveItem(std::int32_t id, std::int32_t newParentId) {
     return moved;
 }
 
-void ctrlTree::MoveItems(const std::vector<std::int32_t>& ids, std::int32_t target) {
-    for (const auto id : ids)
-        if (MayMove(id, target) && !MoveItem(id, target)) break; // the user was told why
+std::vector<std::int32_t> ctrlTree::MoveItems(const std::vector<std::int32_t>& ids,
+                                              std::int32_t target) {
+    std::vector<std::int32_t> moved;
+    for (const auto id : ids) {
+        if (!MayMove(id, target)) continue;
+        if (!MoveItem(id, target)) break; // the user was told why
+        moved.push_back(id);
+    }
+    return moved;
 }
 
 } // namespace kavidex::controls
