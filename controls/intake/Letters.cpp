@@ -1,6 +1,9 @@
 #include "controls/intake/Letters.h"
 
+#include <map>
+
 #include "controls/intake/TextLines.h"
+#include "mail/MailNames.h"
 #include "model/clsItem.h"
 #include "model/clsTree.h"
 #include "model/uniqueNumber.h"
@@ -31,12 +34,12 @@ std::string WithDocumentId(std::string valueFile, std::int64_t number) {
     lines.RemoveIf([](const std::string& line) {
         return platform::LowerCase(line).find("documentid") != std::string::npos;
     });
-    char separator = '=';
+    std::map<char, std::size_t> shown{{'=', 0}};
     for (std::size_t at = 0; at < lines.Count(); ++at)
-        if (const char own = SeparatorOf(lines.Line(at))) {
-            separator = own;
-            break;
-        }
+        if (const char own = SeparatorOf(lines.Line(at))) ++shown[own];
+    char separator = '=';
+    for (const auto& [own, times] : shown)
+        if (times > shown[separator]) separator = own;
     lines.Append(std::string(documentId) + separator + std::to_string(number));
     return lines.Bytes();
 }
@@ -53,8 +56,19 @@ void Letters::Make(const LetterOrder& order) {
         return tree ? tree->GetItem(folder->Id(), {}) : nullptr;
     };
     std::vector<ItemPtr> filed;
-    lclIntake.AddByUser(dossier, {{.file = document, .description = order.name}}, into, &filed);
+    lclIntake.AddByUser(dossier, {Own(document, order.name)}, into, &filed);
     if (order.open && !filed.empty()) lclSite.OpenDefault(filed.front());
+}
+
+// The generator may call its next letter the same while this one still waits for its folder.
+IntakeFile Letters::Own(const std::string& document, const std::string& name) const {
+    auto& files = lclSite.Machine().files;
+    const auto fileName = platform::FileName(document);
+    const auto bare = platform::WithoutExtension(fileName);
+    const auto copy = mail::FreePath(files, files.TemporaryFolder(), bare,
+                                     std::string_view(fileName).substr(bare.size()));
+    files.Copy(document, copy, true);
+    return {.file = copy, .ours = true, .description = name.empty() ? bare : name};
 }
 
 // Empty, and told why, when no letter was made.

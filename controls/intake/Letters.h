@@ -35,6 +35,7 @@ public:
 
 private:
     std::string Merge(const LetterOrder& order);
+    IntakeFile Own(const std::string& document, const std::string& name) const;
 
     IntakeSite& lclSite;
     Intake& lclIntake;

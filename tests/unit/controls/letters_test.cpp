@@ -8,6 +8,8 @@
 #include <thread>
 #include <vector>
 
+#include "model/clsItemCol.h"
+#include "model/documentFile.h"
 #include "model/uniqueNumber.h"
 #include "platform/Error.h"
 #include "tests/fakes/FakeBinderWindow.h"
@@ -58,6 +60,7 @@ TEST(ValueFile, IsRewrittenInItsOwnEncodingLineEndsAndSeparator) {
         {"a:1\rb:2", "a:1\rb:2\rDocumentId:5\r"},
         {"\xFF\xFE" + Wide("a=1\r\ndocumentid=2\r\nb=2"),
          "\xFF\xFE" + Wide("a=1\r\nb=2\r\nDocumentId=5\r\n")},
+        {"om 12:30\nnaam;A: B\nplaats;C\n", "om 12:30\nnaam;A: B\nplaats;C\nDocumentId;5\n"},
         {Wide("a|1\nDocumentId|2"), Wide("a|1\nDocumentId|5\n")},
         {Wide("a=1\n", true), Wide("a=1\nDocumentId=5\n", true)},
         {"\xFE\xFF" + Wide("a=1\r", true), "\xFE\xFF" + Wide("a=1\rDocumentId=5\r", true)},
@@ -70,13 +73,14 @@ struct LettersOfABinder : Binder {
     int merged = 0;
 
     struct Generator : LetterGenerator {
-        explicit Generator(int& times) : merged(times) {}
+        explicit Generator(LettersOfABinder& users) : test(users) {}
         Merged fncMergeDocument(const std::string&, const std::string&) override {
-            ++merged;
-            return {};
+            ++test.merged;
+            return test.onMerge ? test.onMerge() : Merged{};
         }
-        int& merged;
+        LettersOfABinder& test;
     };
+    std::function<LetterGenerator::Merged()> onMerge;
     void SetUp() override {
         Binder::SetUp();
         machine.files.CreateDirectories(machine.Path("sjablonen"));
@@ -84,7 +88,7 @@ struct LettersOfABinder : Binder {
         Setting("Template", "Path", machine.Path("sjablonen"));
         binder = std::make_unique<ctrlCorrespondence>(
             machine, nullptr, nullptr,
-            IntakeComponents{nullptr, [this] { return std::make_unique<Generator>(merged); }});
+            IntakeComponents{nullptr, [this] { return std::make_unique<Generator>(*this); }});
         binder->SetDbConnection(connection);
         ASSERT_EQ(Open("key"), 0);
         binder->treCorr().NodeSelected(Root());
@@ -129,6 +133,31 @@ TEST_F(LettersOfABinder, StopAtAValueFileThatCannotBeRewrittenAndLeaveItAsItWas)
     Make(values);
     EXPECT_EQ(merged, 1);
     EXPECT_EQ(machine.files.ReadAll(values), "a=1\r\nDocumentId=4\r\n");
+}
+
+// As a generator does that always writes to one place.
+TEST_F(LettersOfABinder, WaitEachByItselfWhereTheStoreIsGone) {
+    int letters = 0;
+    onMerge = [&]() -> LetterGenerator::Merged {
+        return {1, File("brief.docx", "letter " + std::to_string(++letters))};
+    };
+    Setting("Storage", "DocumentPath", machine.Path("weg"));
+    for (int letter = 0; letter < 2; ++letter) {
+        Make("");
+        EXPECT_FALSE(machine.messages.shown.empty());
+    }
+    const auto top = binder->treCorr().Tree()->Item();
+    EXPECT_EQ(top->ChildCollection()->Count(), 0);
+    Setting("Storage", "DocumentPath", machine.Path("store"));
+    ASSERT_EQ(Open("another"), 0);
+    ASSERT_EQ(Open("key"), 0);
+    model::DocumentFiles documents(machine, connection);
+    std::set<std::string> bytes;
+    for (const auto& item : binder->treCorr().Tree()->Item()->ChildCollection()->Items()) {
+        EXPECT_EQ(item->Description(), "brief");
+        bytes.insert(machine.files.ReadAll(documents.Of(*item).path));
+    }
+    EXPECT_EQ(bytes, (std::set<std::string>{"letter 1", "letter 2"}));
 }
 
 TEST_F(LettersOfABinder, TakeALargeValueFile) {
