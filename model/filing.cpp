@@ -181,11 +181,12 @@ private:
         const platform::DateTime now = lclWorkstation.clock.Now();
         const bool named = !lclRequest.description.empty();
         const bool signedBy = !lclRequest.insertedBy.empty();
+        const bool dated = !lclRequest.insertDate.empty();
         lclDocument.SetDbConnection(lclTree.DbConnection());
         lclDocument.SetExternalId(lclRequest.externalId);
         lclDocument.SetInsertedBy(signedBy ? lclRequest.insertedBy : lclWorkstation.user.Name());
-        lclDocument.SetInsertDate(platform::DateNumber(now));
-        lclDocument.SetInsertTime(platform::TimeNumber(now));
+        lclDocument.SetInsertDate(dated ? lclRequest.insertDate : platform::DateNumber(now));
+        lclDocument.SetInsertTime(dated ? lclRequest.insertTime : platform::TimeNumber(now));
         lclDocument.SetDescription(
             ColumnText(named ? lclRequest.description : DescriptionOf(lclRequest.source)));
         lclDocument.SetDocType(DocumentTypeOf(lclRequest.source));

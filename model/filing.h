@@ -26,6 +26,8 @@ struct FilingRequest {
     std::string externalId;        // the host's key of the dossier
     std::string description;       // empty: the file's name without its extension
     std::string insertedBy;        // empty: the workstation's user
+    std::string insertDate;        // yyyymmdd; empty: now, as its time
+    std::string insertTime;        // hhmm
     std::string baseSaveDirectory; // empty: the installation's store
     std::optional<MailInfo> mail;
     bool readOnly = false;

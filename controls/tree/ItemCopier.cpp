@@ -52,13 +52,13 @@ ItemPtr ItemCopier::Copy(const model::clsItem& item, std::int32_t folder, bool m
         copy = AddNote(lclWorkstation, lclTree, lclDossierKey.value_or(document.externalId),
                        item.Description(), folder);
     else
-        copy = CopyDocument(document, item, folder);
+        copy = CopyDocument(document, item, folder, moves);
     if (!copy) throw platform::Error(platform::errors::fail, "The folder did not take it.");
     return copy;
 }
 
 ItemPtr ItemCopier::CopyDocument(const model::DocumentFile& document, const model::clsItem& item,
-                                 std::int32_t folder) {
+                                 std::int32_t folder, bool moves) {
     if (!document.HasFile()) throw platform::Error(document.number, document.error);
     model::FilingRequest request;
     request.source = document.path;
@@ -67,6 +67,11 @@ ItemPtr ItemCopier::CopyDocument(const model::DocumentFile& document, const mode
     request.description = item.Description();
     request.mail = document.extraInfo;
     request.readOnly = document.readOnly;
+    if (moves) { // it is the same document that lies elsewhere then
+        request.insertedBy = document.insertedBy;
+        request.insertDate = document.insertDate;
+        request.insertTime = document.insertTime;
+    }
     const auto filed = model::FileDocument(lclWorkstation, lclTree, request);
     if (!filed) throw platform::Error(filed.number, filed.error);
     return filed.item;

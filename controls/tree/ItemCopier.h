@@ -40,7 +40,8 @@ public:
 
 private:
     std::shared_ptr<model::clsItem> CopyDocument(const model::DocumentFile& document,
-                                                 const model::clsItem& item, std::int32_t folder);
+                                                 const model::clsItem& item, std::int32_t folder,
+                                                 bool moves);
 
     const platform::Workstation& lclWorkstation;
     model::clsTree& lclTree;

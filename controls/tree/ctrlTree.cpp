@@ -125,6 +125,16 @@ void ctrlTree::SetFont(std::optional<FontFace> font) {
     ShowAppearance();
 }
 
+void ctrlTree::ToggleOption(const TreeOption& option) {
+    const bool value = !platform::GetRegFlag(lclWorkstation, option.section, option.key);
+    // First where the model reads it: a changed option may load the tree again.
+    platform::SaveRegFlag(lclWorkstation, option.section, option.key, value);
+    if (lclState.*option.member == value)
+        TakeEffect(Row::Member(option.member)); // the host had set it, not the workstation
+    else
+        Change(option.member, value);
+}
+
 void ctrlTree::LoadProperties(PropertyBag& bag) {
     ForgetTree();
     controls::LoadProperties(TreePropertyTable(), lclState, bag);

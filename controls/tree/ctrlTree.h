@@ -339,7 +339,8 @@ private:
     void DeleteCopied(ctrlTree& source, const Taken& taken);
     std::vector<Taken::Item> ItemsBelow(const std::vector<std::int32_t>& ids) const;
     bool RereadCut(); // what was cut as it stands by now; false: it could not be read
-    void TellNotCopied(const std::vector<std::string>& items, const std::string& caption) const;
+    std::string NotCopied(const std::vector<std::string>& items) const;
+    void TellFailed(const std::string& text, const std::string& caption) const;
     std::string Listed(const std::vector<std::string>& names,
                        std::string_view between = "\r\n") const;
     bool MayCopyHere(const model::clsItem& item) const;

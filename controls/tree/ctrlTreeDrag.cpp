@@ -49,7 +49,7 @@ std::int32_t ctrlTree::Drag(std::int32_t id) {
         if (allowed != drop::none && lclWindow) effect = lclWindow->Drag(data, allowed);
     });
     CompleteDrag(effect);
-    if (failed) TellNotCopied(*failed, Text("Slepen"));
+    if (failed && !failed->empty()) TellFailed(NotCopied(*failed), Text("Slepen"));
     return effect;
 }
 

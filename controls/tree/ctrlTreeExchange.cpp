@@ -120,17 +120,18 @@ void ctrlTree::Paste() {
 bool ctrlTree::PasteCut(std::int32_t folder) {
     const auto here = SameDossier();
     const auto taken = lclTaken; // moving lets the host in
-    lclState.ManualDragDropMove = false;
     const auto moved = MoveItems(taken.ids, folder);
     if (!here()) return false;
     if (lclTaken.token == taken.token) {
         std::erase_if(lclTaken.ids, [&](std::int32_t id) {
             return std::find(moved.begin(), moved.end(), id) != moved.end();
         });
-        if (lclTaken.ids.empty())
+        if (lclTaken.ids.empty()) {
             ForgetTaken();
-        else
+            lclState.ManualDragDropMove = false;
+        } else {
             ShowCut();
+        }
     }
     return !moved.empty();
 }
@@ -161,18 +162,18 @@ bool ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
     if (&source == this && key && key->empty()) key.reset();
     const auto failed = CopyTaken(taken, source.lclConnection, std::move(key), folder);
     if (!failed && !here()) return false;
-    if (failed) TellNotCopied(*failed, Text("Plakken"));
     const bool whole = failed && failed->empty();
     const bool some = !failed || failed->size() < taken.items.size();
-    if (!taken.cut || lclTaker != &source || source.lclTaken.token != taken.token) return some;
     // Pasted again, all that stands here by now would come twice.
-    source.ForgetTaken();
-    if (whole)
-        DeleteCopied(source, taken);
-    else
-        lclWorkstation.messages.Show(
-            {Text("Niet alles is geplakt. Wat geknipt was, staat ook nog op de oude plaats"),
-             Text("Plakken"), platform::Buttons::Ok, platform::Icon::Exclamation});
+    const bool ends =
+        taken.cut && lclTaker == &source && source.lclTaken.token == taken.token && (whole || some);
+    if (ends) source.ForgetTaken();
+    std::string told = failed && !whole ? NotCopied(*failed) : std::string();
+    if (taken.cut && !whole && some)
+        told += (told.empty() ? "" : "\r\n\r\n") +
+                Text("Niet alles is geplakt. Wat geknipt was, staat ook nog op de oude plaats");
+    TellFailed(told, Text("Plakken"));
+    if (ends && whole) DeleteCopied(source, taken);
     return some;
 }
 
@@ -234,14 +235,17 @@ void ctrlTree::DeleteCopied(ctrlTree& source, const Taken& taken) {
             source.DeleteItems({id}, nullptr,
                                [&](std::int32_t one) { return copied.contains(one); });
     }
-    TellNotCopied(added, Text("Plakken"));
+    if (!added.empty()) TellFailed(NotCopied(added), Text("Plakken"));
 }
 
-void ctrlTree::TellNotCopied(const std::vector<std::string>& items,
-                             const std::string& caption) const {
-    if (items.empty()) return;
-    lclWorkstation.messages.Show({Text("Niet gekopieerd: $%$", {"\r\n" + Listed(items)}), caption,
-                                  platform::Buttons::Ok, platform::Icon::Exclamation});
+std::string ctrlTree::NotCopied(const std::vector<std::string>& items) const {
+    return Text("Niet gekopieerd: $%$", {"\r\n" + Listed(items)});
+}
+
+void ctrlTree::TellFailed(const std::string& text, const std::string& caption) const {
+    if (text.empty()) return;
+    lclWorkstation.messages.Show(
+        {text, caption, platform::Buttons::Ok, platform::Icon::Exclamation});
 }
 
 std::vector<ItemPtr> ctrlTree::DocumentsBelow(const std::vector<std::int32_t>& ids) const {

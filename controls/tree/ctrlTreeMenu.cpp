@@ -367,16 +367,6 @@ void ctrlTree::ShowItemProperties(const std::vector<std::int32_t>& ids) {
         LabelEdited(items.front()->Id(), properties.Description());
 }
 
-void ctrlTree::ToggleOption(const TreeOption& option) {
-    const bool value = !platform::GetRegFlag(lclWorkstation, option.section, option.key);
-    // First where the model reads it: a changed option may load the tree again.
-    platform::SaveRegFlag(lclWorkstation, option.section, option.key, value);
-    if (lclState.*option.member == value)
-        TakeEffect(Row::Member(option.member)); // the host had set it, not the workstation
-    else
-        Change(option.member, value);
-}
-
 bool ctrlTree::HasCommand(const Shortcut& key) { return MenuTable().Of(key) != nullptr; }
 
 bool ctrlTree::CommandKey(int key, bool control, bool shift) {

@@ -9,6 +9,7 @@
 
 #include "controls/tree/TreeEvents.h"
 #include "controls/tree/TreeWindow.h"
+#include "platform/Error.h"
 #include "tests/fakes/FakeForms.h"
 
 namespace kavidex::tests {
@@ -29,6 +30,7 @@ public:
     std::vector<std::string> images{"closedtab", "opentab",      "attachtment",
                                     "Users",     "SelectedUser", "unknown"};
     std::set<std::string> withoutIcon; // extensions that the system does not know
+    std::string failingIcon;
     std::vector<std::string> iconsAsked;
     std::string refusedText; // a node of that text is refused
     std::function<void()> onAdd;
@@ -115,6 +117,7 @@ public:
     }
     bool AddFileIcon(std::string_view extension, std::string_view key) override {
         iconsAsked.emplace_back(extension);
+        if (extension == failingIcon) throw platform::Error(platform::errors::fail, "no icon");
         if (withoutIcon.contains(std::string(extension))) return false;
         images.emplace_back(key);
         return true;

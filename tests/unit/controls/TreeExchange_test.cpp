@@ -89,15 +89,21 @@ TEST_F(TreeExchange, WhatIsCutGoesOnlyWhenAllOfItStandsElsewhere) {
     Take('X', mail);
     PasteInto(other, inbox);
     ASSERT_EQ(machine.messages.shown.size(), 1U) << Told();
-    EXPECT_NE(machine.messages.shown[0].text.find("Niet gekopieerd: \r\nbrief"), std::string::npos);
+    EXPECT_NE(machine.messages.shown[0].text.find("Niet gekopieerd: \r\nbrief\r\n\r\nNiet alles"),
+              std::string::npos);
     EXPECT_TRUE(tree.GetNode(brief)) << "nothing is lost";
     EXPECT_FALSE(other.GetItem(0, "brief"));
     machine.files.Rename(away, path);
+    PasteInto(other, inbox);
+    EXPECT_EQ(other.GetItem(inbox)->ChildCollection()->Count(), 1) << "what came does not twice";
+    database->Execute("update tblDocument set InsertedBy = 'piet', InsertTime = 801");
     Take('X', brief);
     PasteInto(other, inbox);
     EXPECT_FALSE(tree.GetNode(brief));
     ASSERT_TRUE(other.GetItem(0, "brief"));
     EXPECT_TRUE(machine.files.SameBytes(Path(other.GetItem(0, "brief")), source));
+    const auto moved = model::FindDocumentFile(machine, database, *other.GetItem(0, "brief"));
+    EXPECT_EQ(moved.insertedBy + moved.insertTime, "piet801") << "it is the same document still";
     PasteInto(other, inbox); // a cut is pasted once
     EXPECT_EQ(other.CountDocuments("txt"), 1);
     tree.SetDeleteEnabled(false);
@@ -123,9 +129,14 @@ TEST_F(TreeExchange, WhatIsCutIsDimUntilItIsPastedOrSomethingElseIsTaken) {
     other.NodeSelected(inbox);
     EXPECT_TRUE(other.CommandKey('C', true, false));
     EXPECT_FALSE(window.At(brief).cut);
-    Take('X', brief);
+    int pasted = 0;
+    const auto token = tree.EvItemPaste.Subscribe([&] { ++pasted; });
+    Take('X', mail);
+    PasteInto(tree, mail);
+    EXPECT_TRUE(window.At(mail).cut) << "a folder does not go into itself";
     PasteInto(tree, letters);
-    EXPECT_FALSE(window.At(brief).cut);
+    EXPECT_FALSE(window.At(mail).cut);
+    EXPECT_EQ(pasted, 1);
 }
 
 TEST_F(TreeExchange, ACutNoteWhoseFileIsMissingStays) {

@@ -81,6 +81,17 @@ TEST_F(TreeTest, PicturesGoByItemType) {
     EXPECT_EQ(window.iconsAsked, (std::vector<std::string>{"tif", "msg", "001", "xyz"}));
 }
 
+TEST_F(TreeTest, AHostMayCloseTheDossierWhenItHearsThatAnIconFailed) {
+    MakeDossier();
+    tree.AttachWindow(&window);
+    window.failingIcon = "xyz";
+    machine.messages.meanwhile = [&] { tree.SetTreeId(0); };
+    Add("xyz", 16, "e.xyz", root);
+    EXPECT_EQ(machine.messages.shown.size(), 1U) << Told();
+    EXPECT_EQ(window.Drawing(), "");
+    EXPECT_FALSE(tree.Tree());
+}
+
 TEST_F(TreeTest, ARefusedNodeIsToldOnceAndTheFillGoesOn) {
     MakeDossier();
     window.refusedText = "Letters";

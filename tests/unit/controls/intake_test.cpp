@@ -300,7 +300,9 @@ TEST_F(Intake, TakesTheScanQueueInOnceTheUserAgrees) {
     machine.messages.shown.clear();
     EXPECT_EQ(binder->fncCheckDocumentQueue({}), 0);
     EXPECT_TRUE(Told("Selecteer een map om het document op te bergen"));
-    EXPECT_TRUE(machine.files.FileExists(scan));
+    Tree().NodeSelected(Tree().Add(0, "doc", nullptr, 7, "Offerte", Root())->Id());
+    EXPECT_TRUE(machine.files.FileExists(scan)) << "a document is no folder that was chosen";
+    Tree().DeleteItem(0);
     Tree().NodeSelected(Root());
     EXPECT_EQ(Outline(), "Gescand document|tif\n");
     EXPECT_FALSE(machine.files.FileExists(scan)) << "its copy is in the store";
