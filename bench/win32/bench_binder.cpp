@@ -1,6 +1,8 @@
 // The binder control made, a dossier of 1,000 documents opened in it and painted, against bare
-// windows of the same kinds that are made, filled with the same rows and pictures and painted.
+// windows of the same kinds that are made, filled with the same rows, buttons and pictures and
+// painted.
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -60,7 +62,19 @@ struct Window {
     DWORD style, more;
     RECT place;
     std::size_t parent;
+    std::vector<TBBUTTON> buttons{}; // of a toolbar
+    int picture = 0;                 // its size
 };
+
+std::vector<TBBUTTON> ButtonsOf(HWND toolbar) {
+    std::vector<TBBUTTON> buttons(
+        static_cast<std::size_t>(SendMessageW(toolbar, TB_BUTTONCOUNT, 0, 0)));
+    for (std::size_t i = 0; i < buttons.size(); ++i) {
+        SendMessageW(toolbar, TB_GETBUTTON, i, reinterpret_cast<LPARAM>(&buttons[i]));
+        buttons[i].iString = -1;
+    }
+    return buttons;
+}
 
 void Collect(HWND window, std::size_t parent, std::vector<Window>& all) {
     wchar_t kind[64]{};
@@ -75,20 +89,41 @@ void Collect(HWND window, std::size_t parent, std::vector<Window>& all) {
         {ours ? L"STATIC" : kind,
          static_cast<DWORD>(GetWindowLongPtrW(window, GWL_STYLE)) & ~(ours ? 0xFFFFu : 0u),
          static_cast<DWORD>(GetWindowLongPtrW(window, GWL_EXSTYLE)), at, parent});
+    if (all.back().kind == TOOLBARCLASSNAMEW) {
+        all.back().buttons = ButtonsOf(window);
+        int height = 0;
+        const auto list = reinterpret_cast<HIMAGELIST>(SendMessageW(window, TB_GETIMAGELIST, 0, 0));
+        ImageList_GetIconSize(list, &all.back().picture, &height);
+    }
     for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
         Collect(child, index, all);
+}
+
+void AddButtons(HWND toolbar, const Window& one, HIMAGELIST pictures) {
+    SendMessageW(toolbar, TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON), 0);
+    SendMessageW(toolbar, TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(pictures));
+    SendMessageW(toolbar, TB_SETBITMAPSIZE, 0, MAKELPARAM(one.picture, one.picture));
+    SendMessageW(toolbar, TB_ADDBUTTONSW, one.buttons.size(),
+                 reinterpret_cast<LPARAM>(one.buttons.data()));
+    SendMessageW(toolbar, TB_AUTOSIZE, 0, 0);
 }
 
 double Bare(HWND host, const std::vector<Window>& plan, std::vector<bench::BareRow>& rows) {
     const auto start = std::chrono::steady_clock::now();
     const auto pictures = controls::win32::PicturesOf(controls::win32::PictureSet::Items, 16);
     std::vector<HWND> made;
+    std::shared_ptr<controls::win32::SharedPictures> ofButtons;
     for (const auto& one : plan) {
         const HWND parent = made.empty() ? host : made[one.parent];
         made.push_back(CreateWindowExW(one.more, one.kind.c_str(), L"", one.style, one.place.left,
                                        one.place.top, one.place.right - one.place.left,
                                        one.place.bottom - one.place.top, parent, nullptr, nullptr,
                                        nullptr));
+        if (!one.buttons.empty()) {
+            ofButtons =
+                controls::win32::PicturesOf(controls::win32::PictureSet::Buttons, one.picture);
+            AddButtons(made.back(), one, ofButtons->Handle());
+        }
         if (one.kind != WC_TREEVIEWW) continue;
         TreeView_SetImageList(made.back(), pictures->Handle(), TVSIL_NORMAL);
         bench::FillBare(made.back(), rows);

@@ -219,8 +219,12 @@ void frmNew::Open(std::int32_t id) {
             const auto below = platform::JoinPath(path, name);
             if (lclWorkstation.files.DirectoryExists(below)) AddFolder(id, below, name);
         }
+        if (lclForm["lblProblem"].Visible() && lclForm["treMap"].Selected() == id) ShowFiles();
     } catch (const std::exception& error) {
         lclWorkstation.log.Write("frmNew", error.what());
+        lclFolders.at(id).read = false; // opened again it is tried again
+        ShowImage(id, false);
+        lclForm["treMap"].Select(id);
         ShowProblem(lclForm.Text("De map '$%$' kan niet gelezen worden", {path}));
     }
 }
@@ -230,6 +234,7 @@ void frmNew::ShowImage(std::int32_t id, bool open) {
     if (!known) return;
     auto item = *known;
     item.icon = open ? "Open" : "Close";
+    item.expanded = open;
     lclForm["treMap"].ChangeItem(std::move(item));
 }
 
@@ -239,7 +244,8 @@ void frmNew::ShowFiles() {
     std::vector<forms::Item> items;
     if (folder != lclFolders.end()) try {
             for (const auto& name : lclWorkstation.files.List(folder->second.path, "*")) {
-                if (!IsTemplate(name)) continue;
+                // What a word processor puts beside a document that it has open is none.
+                if (!IsTemplate(name) || name.starts_with("~$")) continue;
                 lclFiles.push_back(name);
                 const auto extension = platform::Extension(name);
                 forms::Item item;

@@ -142,6 +142,8 @@ TEST_F(Components, AMailProgramThatCannotBeAskedAddsNothingUnlessFilesAreHandedO
 TEST_F(Components, MakesALetterWithANumberOfItsOwn) {
     machine.files.CreateDirectories(machine.Path("sjablonen\\Zaken"));
     File("sjablonen\\Zaken\\Letter.DOTX");
+    File("sjablonen\\Zaken\\~$Letter.DOTX");
+    machine.files.CreateDirectories(machine.Path("sjablonen\\Zaken\\Oud"));
     File("sjablonen\\Letter.rtf");
     Setting("Template", "Path", machine.Path("sjablonen"));
     Setting("Unique", "Number", "41");
@@ -161,7 +163,15 @@ TEST_F(Components, MakesALetterWithANumberOfItsOwn) {
         EXPECT_EQ(user.Form()["treMap"].Selected(), 2) << "the folder of the dossier's status";
         user.Choose("treMap", 1);
         EXPECT_TRUE(user.Form()["lstFiles"].Items().empty()) << "Letter.rtf is no template";
-        user.Choose("treMap", 2);
+        machine.files.refused = "List " + machine.Path("sjablonen\\Zaken");
+        user.Expand("treMap", 2);
+        EXPECT_TRUE(user.Text("lblProblem").find("kan niet gelezen worden") != std::string::npos);
+        EXPECT_EQ(user.Form()["treMap"].Selected(), 2)
+            << "it is that one's files that are not shown";
+        machine.files.refused.clear();
+        user.Expand("treMap", 2);
+        EXPECT_EQ(user.Form()["treMap"].Items().size(), 3U) << "tried again";
+        EXPECT_EQ(user.Form()["lstFiles"].Items().size(), 1U);
         user.Type("txtName", "Brief aan Piet");
         user.Tick("chkOpen");
         EXPECT_EQ(user.Form()["lstFiles"].Find(1)->icon, ".dotx");

@@ -146,14 +146,14 @@ TEST_F(LettersOfABinder, WaitEachByItselfWhereTheStoreIsGone) {
         Make("");
         EXPECT_FALSE(machine.messages.shown.empty());
     }
-    const auto top = binder->treCorr().Tree()->Item();
-    EXPECT_EQ(top->ChildCollection()->Count(), 0);
     Setting("Storage", "DocumentPath", machine.Path("store"));
     ASSERT_EQ(Open("another"), 0);
     ASSERT_EQ(Open("key"), 0);
     model::DocumentFiles documents(machine, connection);
     std::set<std::string> bytes;
-    for (const auto& item : binder->treCorr().Tree()->Item()->ChildCollection()->Items()) {
+    const auto filed = binder->treCorr().Tree()->Item()->ChildCollection();
+    ASSERT_TRUE(filed) << "it goes to the top when its dossier is left";
+    for (const auto& item : filed->Items()) {
         EXPECT_EQ(item->Description(), "brief");
         bytes.insert(machine.files.ReadAll(documents.Of(*item).path));
     }
