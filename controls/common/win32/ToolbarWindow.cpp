@@ -66,6 +66,7 @@ HWND ToolbarWindow::Create(HWND parent, int id) {
 void ToolbarWindow::Forget() {
     lclWindow = nullptr;
     lclFilled = false;
+    lclHeight = 0;
     lclImages.reset();
 }
 
@@ -103,38 +104,50 @@ void ToolbarWindow::BuildLook(int dpi) {
     }
     SendMessageW(lclWindow, TB_ADDBUTTONSW, buttons.size(),
                  reinterpret_cast<LPARAM>(buttons.data()));
-    SendMessageW(lclWindow, TB_AUTOSIZE, 0, 0);
+    Measure();
     lclFilled = true;
 }
 
-// Only those that changed: each of them has the toolbar measured and painted.
+void ToolbarWindow::Measure() {
+    lclHeight = 0;
+    SendMessageW(lclWindow, TB_AUTOSIZE, 0, 0);
+}
+
+// Only what changed: a text or a button that comes has the whole toolbar measured and painted.
 void ToolbarWindow::ShowButtons() {
     if (!lclWindow || !lclFilled) return;
     const auto before = std::exchange(lclItems, lclSource.Toolbar());
-    if (lclItems == before) return;
+    bool measures = false;
     for (std::size_t i = 0; i < lclItems.size(); ++i) {
-        if (lclItems[i] == before[i]) continue;
-        lclTooltips[i] = platform::win32::ToWide(lclItems[i].tooltip);
+        const auto &now = lclItems[i], &old = before[i];
+        if (now == old) continue;
+        measures = measures || now.visible != old.visible;
+        if (StateOf(now) != StateOf(old))
+            SendMessageW(lclWindow, TB_SETSTATE, firstCommand + i, StateOf(now));
+        if (now.tooltip == old.tooltip || now.tooltip.empty()) continue;
+        measures = true;
+        lclTooltips[i] = platform::win32::ToWide(now.tooltip);
         TBBUTTONINFOW info{};
         info.cbSize = sizeof info;
-        info.dwMask = TBIF_STATE | (lclTooltips[i].empty() ? 0U : TBIF_TEXT);
-        info.fsState = StateOf(lclItems[i]);
+        info.dwMask = TBIF_TEXT;
         info.pszText = lclTooltips[i].data();
         SendMessageW(lclWindow, TB_SETBUTTONINFOW, firstCommand + i,
                      reinterpret_cast<LPARAM>(&info));
     }
-    SendMessageW(lclWindow, TB_AUTOSIZE, 0, 0);
+    if (measures) Measure();
 }
 
 int ToolbarWindow::Height() const {
+    if (lclHeight > 0) return lclHeight;
     const auto size = static_cast<DWORD>(SendMessageW(lclWindow, TB_GETBUTTONSIZE, 0, 0));
     int bottom = HIWORD(size);
-    for (std::size_t i = 0; i < lclItems.size(); ++i) {
-        RECT place{}; // of a hidden button it is not told
-        if (SendMessageW(lclWindow, TB_GETITEMRECT, i, reinterpret_cast<LPARAM>(&place)))
+    RECT place{}; // of a hidden button it is not told; no other stands below the last one
+    for (auto i = lclItems.size(); i > 0; --i)
+        if (SendMessageW(lclWindow, TB_GETITEMRECT, i - 1, reinterpret_cast<LPARAM>(&place))) {
             bottom = std::max<int>(bottom, place.bottom);
-    }
-    return bottom + Scaled(4, lclDpi);
+            break;
+        }
+    return lclHeight = bottom + Scaled(4, lclDpi);
 }
 
 void ToolbarWindow::Place(int width) {
@@ -144,7 +157,7 @@ void ToolbarWindow::Place(int width) {
         // What the width does not hold goes to further rows, and the height follows them.
         SetWindowPos(lclWindow, nullptr, 0, 0, width, before.bottom,
                      SWP_NOZORDER | SWP_NOACTIVATE | SWP_NOREDRAW);
-        SendMessageW(lclWindow, TB_AUTOSIZE, 0, 0);
+        Measure();
         InvalidateRect(lclWindow, nullptr, TRUE);
     }
     Put(lclWindow, {0, 0, width, Height()});
@@ -157,11 +170,8 @@ bool ToolbarWindow::CanTakeFocus() const {
 int ToolbarWindow::NextEnabled(int from, int step) const {
     const auto count = static_cast<int>(lclItems.size());
     for (int i = from + step; i >= 0 && i < count; i += step) {
-        const auto state =
-            SendMessageW(lclWindow, TB_GETSTATE, static_cast<WPARAM>(firstCommand + i), 0);
-        if (state != -1 && (state & TBSTATE_ENABLED) && !(state & TBSTATE_HIDDEN) &&
-            lclItems[static_cast<std::size_t>(i)].kind != CommandKind::Separator)
-            return i;
+        const auto& item = lclItems[static_cast<std::size_t>(i)];
+        if (item.enabled && item.visible && item.kind != CommandKind::Separator) return i;
     }
     return -1;
 }
@@ -203,8 +213,11 @@ void ToolbarWindow::Command(int id) {
     if (!item) return;
     const auto clicked = *item; // the items may be others afterwards
     lclSource.ButtonClicked(clicked.name);
+    if (clicked.kind != CommandKind::Toggle || !lclWindow) return;
+    ShowButtons();
     // As its state is, not as the click left it.
-    if (clicked.kind == CommandKind::Toggle) ShowButtons();
+    if (const auto* shown = ItemOf(id))
+        SendMessageW(lclWindow, TB_SETSTATE, static_cast<WPARAM>(id), StateOf(*shown));
 }
 
 void ToolbarWindow::Drop(int id) {

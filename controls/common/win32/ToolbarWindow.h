@@ -47,6 +47,7 @@ private:
                                       DWORD_PTR self);
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
     bool Key(WPARAM key);
+    void Measure();    // after what may change its height
     void Drop(int id); // opens what the button owns
     void MoveHot(int step);
     int NextEnabled(int from, int step) const; // -1: none that way
@@ -59,6 +60,7 @@ private:
     std::shared_ptr<SharedPictures> lclImages;
     int lclDpi = 96;
     bool lclFilled = false;
+    mutable int lclHeight = 0;             // 0: to be measured
     std::vector<ToolbarItem> lclItems;     // as they were shown last
     std::vector<std::wstring> lclTooltips; // by position
 };
