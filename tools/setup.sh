@@ -5,7 +5,6 @@ set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 deps=$here/build/deps
 stateFile=$deps/wine32.state
-mingw=/usr/i686-w64-mingw32
 codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
 
 native=(build-essential cmake ninja-build ccache pkg-config dpkg-dev tcl
@@ -14,9 +13,9 @@ native=(build-essential cmake ninja-build ccache pkg-config dpkg-dev tcl
         unixodbc-dev odbc-mariadb mariadb-server
         libtiff-dev libjpeg62-turbo-dev zlib1g-dev nasm python3-pip
         imagemagick libtiff-tools qpdf poppler-utils ghostscript)
-cross=(g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev libz-mingw-w64-dev nsis)
+cross=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev libz-mingw-w64-dev nsis)
 desktop=(xvfb xauth x11-utils openbox xdotool fonts-wine fonts-liberation)
-wine=(wine wine32:i386)
+wine=(wine wine32:i386 wine64)
 # What Windows programs under Wine reach MariaDB by. Installed, the first would displace the native
 # driver: these are unpacked into a folder, and what they need is installed.
 odbc32=(odbc-mariadb:i386 libmariadb3:i386 libodbc2:i386 libodbcinst2:i386)
@@ -76,7 +75,7 @@ setupPackages() {
   install "${names[@]}"
 }
 
-# Wine for 32-bit programs needs the i386 architecture. Without it the native tests still run.
+# Wine for 32-bit programs needs the i386 architecture; its 64-bit half runs those of 64 bits. Without it the native tests still run.
 setupWine() {
   local names
   mapfile -t names < <(missing "${wine[@]}")
@@ -117,21 +116,29 @@ fetchPackages() {
   ( cd "$dir"; "${fetch[@]}" >"$dir/log" 2>&1 || { update; "${fetch[@]}" >"$dir/log" 2>&1; } || { tail -n 5 "$dir/log" >&2; false; } )
 }
 
+# The static libraries go to build/deps/win32 and win64; `bits` and `triplet` tell for which Windows.
+forWindows() {
+  bits=$1 triplet=$2 mingw=/usr/$2
+  prefix=$deps/win$bits toolchain=$here/cmake/mingw-${triplet%%-*}.cmake
+  buildSqlite
+  buildGoogleTest
+  buildImageLibraries
+}
+
 # SQLite for Windows, from the source package of the release that the native build links against.
 buildSqlite() {
-  local prefix=$deps/win32
   [ -f "$prefix/lib/libsqlite3.a" ] && return 0
-  say "cross-building SQLite"
+  say "cross-building SQLite for $bits bits"
   local work; work=$(mktemp -d)
   fetchSource sqlite3 "$work"
   local tree; tree=$(find "$work" -maxdepth 1 -type d -name 'sqlite3-*' | head -n 1)
   ( cd "$tree" && ./configure >/dev/null && make -s sqlite3.c sqlite3.h >/dev/null ) 2>"$work/log" ||
     { tail -n 20 "$work/log" >&2; return 1; }
   mkdir -p "$prefix/lib" "$prefix/include"
-  ccache i686-w64-mingw32-gcc-posix -O2 -DSQLITE_THREADSAFE=1 -DSQLITE_OMIT_LOAD_EXTENSION \
+  ccache "$triplet-gcc-posix" -O2 -DSQLITE_THREADSAFE=1 -DSQLITE_OMIT_LOAD_EXTENSION \
     -DSQLITE_DEFAULT_MEMSTATUS=0 -DSQLITE_ENABLE_COLUMN_METADATA \
     -c "$tree/sqlite3.c" -o "$work/sqlite3.o"
-  i686-w64-mingw32-ar rcs "$work/libsqlite3.a" "$work/sqlite3.o"
+  "$triplet-ar" rcs "$work/libsqlite3.a" "$work/sqlite3.o"
   cp "$tree/sqlite3.h" "$tree/src/sqlite3ext.h" "$prefix/include/" 2>/dev/null || cp "$tree/sqlite3.h" "$prefix/include/"
   mv "$work/libsqlite3.a" "$prefix/lib/libsqlite3.a"
   rm -rf "$work"
@@ -139,11 +146,10 @@ buildSqlite() {
 
 # GoogleTest for Windows, from the sources that Debian installs.
 buildGoogleTest() {
-  local prefix=$deps/win32
   [ -f "$prefix/lib/libgtest.a" ] && return 0
-  say "cross-building GoogleTest"
+  say "cross-building GoogleTest for $bits bits"
   local work; work=$(mktemp -d)
-  cmake -S /usr/src/googletest -B "$work" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/cmake/mingw-i686.cmake" \
+  cmake -S /usr/src/googletest -B "$work" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
     -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_BUILD_TYPE=Release -DBUILD_GMOCK=OFF \
     -Dgtest_disable_pthreads=ON -DCMAKE_INSTALL_PREFIX="$prefix" >"$work/log"
   cmake --build "$work" --target install >>"$work/log" || { tail -n 20 "$work/log" >&2; return 1; }
@@ -152,15 +158,15 @@ buildGoogleTest() {
 
 # crossBuild SOURCE LIBRARY OPTION...: a static library for Windows from Debian's source package.
 crossBuild() {
-  local source=$1 library=$2 prefix=$deps/win32; shift 2
+  local source=$1 library=$2; shift 2
   [ -f "$prefix/lib/$library" ] && return 0
-  say "cross-building $source"
+  say "cross-building $source for $bits bits"
   local work; work=$(mktemp -d)
   fetchSource "$source" "$work"
   local tree; tree=$(find "$work" -mindepth 1 -maxdepth 1 -type d)
   local ccache=(env CCACHE_BASEDIR="$work" CCACHE_NOHASHDIR=1)
   # The prefix is told by path: a finder would take zlib's import library, which needs a DLL beside ours.
-  { "${ccache[@]}" cmake -S "$tree" -B "$tree/made" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/cmake/mingw-i686.cmake" \
+  { "${ccache[@]}" cmake -S "$tree" -B "$tree/made" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
       -DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_BUILD_TYPE=Release \
       -DCMAKE_INSTALL_PREFIX="$prefix" -DCMAKE_INSTALL_LIBDIR="$prefix/lib" \
       -DZLIB_LIBRARY="$mingw/lib/libz.a" -DZLIB_INCLUDE_DIR="$mingw/include" "$@" &&
@@ -172,7 +178,7 @@ buildImageLibraries() {
   crossBuild libjpeg-turbo libjpeg.a -DENABLE_SHARED=OFF -DWITH_TURBOJPEG=OFF
   crossBuild tiff libtiff.a -DBUILD_SHARED_LIBS=OFF -Dtiff-tools=OFF -Dtiff-tests=OFF -Dtiff-contrib=OFF \
     -Dtiff-docs=OFF -Dcxx=OFF -Dlzma=OFF -Dzstd=OFF -Dwebp=OFF -Djbig=OFF -Dlibdeflate=OFF -Dlerc=OFF \
-    -DJPEG_LIBRARY="$deps/win32/lib/libjpeg.a" -DJPEG_INCLUDE_DIR="$deps/win32/include"
+    -DJPEG_LIBRARY="$prefix/lib/libjpeg.a" -DJPEG_INCLUDE_DIR="$prefix/include"
 }
 
 # PDFium, which draws pages of PDF files, as published for each platform; tools/pdfium.txt pins the
@@ -226,8 +232,7 @@ mkdir -p "$deps"
 setupPackages
 setupWine
 setupOdbc32
-buildSqlite
-buildGoogleTest
-buildImageLibraries
+forWindows 32 i686-w64-mingw32
+forWindows 64 x86_64-w64-mingw32
 fetchPdfium
 say "ready"

@@ -23,6 +23,7 @@ constexpr const wchar_t* controlCategory = L"{40FC6ED4-2438-11CF-A3DB-080036F125
 constexpr const wchar_t* programmableCategory = L"{40FC6ED5-2438-11CF-A3DB-080036F12502}";
 constexpr const wchar_t* dispatchProxy = L"{00020420-0000-0000-C000-000000000046}";
 constexpr const wchar_t* libraryVersion = L"1.0";
+constexpr const wchar_t* platformKey = sizeof(void*) == 8 ? L"win64" : L"win32";
 
 std::wstring GuidText(REFGUID guid) {
     wchar_t text[40];
@@ -76,7 +77,7 @@ void DescribeTypeLib(Registration& plan, const std::wstring& path) {
     const std::wstring library = L"TypeLib\\" + GuidText(LIBID_Kavidex);
     const std::wstring key = library + L"\\" + libraryVersion;
     plan.entries.push_back({key, L"", L"Kavidex electronic dossiers"});
-    plan.entries.push_back({key + L"\\0\\win32", L"", path});
+    plan.entries.push_back({key + L"\\0\\" + platformKey, L"", path});
     plan.entries.push_back({key + L"\\FLAGS", L"", L"0"});
     plan.entries.push_back({key + L"\\HELPDIR", L"", path.substr(0, path.find_last_of(L'\\'))});
     plan.trees.push_back(key);

@@ -74,7 +74,7 @@ void Server::ExpectWritten(HKEY root) const {
         EXPECT_FALSE(Exists(
             root, key + L"\\Implemented Categories\\{7DD95801-9882-11CF-9FA9-00AA006C42C4}"));
     }
-    EXPECT_EQ(_wcsicmp(Value(root, L"TypeLib\\" + Text(LIBID_Kavidex) + L"\\1.0\\0\\win32").c_str(),
+    EXPECT_EQ(_wcsicmp(Value(root, L"TypeLib\\" + Text(LIBID_Kavidex) + L"\\1.0\\0\\win" + std::to_wstring(8 * sizeof(void*))).c_str(),
                        Path().c_str()),
               0);
 }
