@@ -63,7 +63,8 @@ std::string ManifestText() {
                        "manifestVersion=\"1.0\">\n"
                        "  <assemblyIdentity type=\"win32\" name=\"Kavidex\" version=\"1.0.0.0\"/>\n"
                        "  <file name=\"" +
-                       FileStem() + ".ocx\">\n"
+                       FileStem() +
+                       ".ocx\">\n"
                        "    <typelib tlbid=\"" +
                        GuidText(LIBID_Kavidex) + "\" version=\"1.0\" helpdir=\"\"/>\n";
     for (const ClassRow& row : ClassTable()) text += ClassText(row);
