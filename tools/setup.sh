@@ -4,7 +4,6 @@
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 deps=$here/build/deps
-stateFile=$deps/wine32.state
 codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
 
 native=(build-essential cmake ninja-build ccache pkg-config dpkg-dev tcl
@@ -15,7 +14,6 @@ native=(build-essential cmake ninja-build ccache pkg-config dpkg-dev tcl
         imagemagick libtiff-tools qpdf poppler-utils ghostscript)
 cross=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev libz-mingw-w64-dev nsis)
 desktop=(xvfb xauth x11-utils openbox xdotool fonts-wine fonts-liberation)
-wine=(wine wine32:i386 wine64)
 # What Windows programs under Wine reach MariaDB by. Installed, the first would displace the native
 # driver: these are unpacked into a folder, and what they need is installed.
 odbc32=(odbc-mariadb:i386 libmariadb3:i386 libodbc2:i386 libodbcinst2:i386)
@@ -75,25 +73,26 @@ setupPackages() {
   install "${names[@]}"
 }
 
-# Wine for 32-bit programs needs the i386 architecture; its 64-bit half runs those of 64 bits. Without it the native tests still run.
+# setupWine BITS PACKAGE...: Wine for programs of so many bits; for 32 it needs the i386 architecture.
+# Without one the tests of the other, and the native ones, still run.
 setupWine() {
-  local names
-  mapfile -t names < <(missing "${wine[@]}")
+  local bits=$1 names; shift
+  mapfile -t names < <(missing "$@")
   if [ ${#names[@]} -gt 0 ]; then
-    dpkg --print-foreign-architectures | grep -qx i386 || { asRoot dpkg --add-architecture i386; updated=; }
+    [ "$bits" = 64 ] || dpkg --print-foreign-architectures | grep -qx i386 || { asRoot dpkg --add-architecture i386; updated=; }
     if ! install "${names[@]}"; then
-      say "32-bit Wine cannot be installed here: the Windows tests will be counted as skipped"
-      echo "skipped: 32-bit Wine cannot be installed here" >"$stateFile"
+      say "$bits-bit Wine cannot be installed here: the Windows tests of $bits bits will be counted as skipped"
+      echo "skipped: $bits-bit Wine cannot be installed here" >"$deps/wine$bits.state"
       return 0
     fi
   fi
-  echo ready >"$stateFile"
+  echo ready >"$deps/wine$bits.state"
 }
 
 # The 32-bit ODBC driver of MariaDB, unpacked. Without it the tests that need it say so.
 setupOdbc32() {
   local state=$deps/odbc32.state folder=$deps/odbc32 work name names
-  [ "$(cat "$stateFile")" = ready ] || { cp "$stateFile" "$state"; return 0; }
+  [ "$(cat "$deps/wine32.state")" = ready ] || { cp "$deps/wine32.state" "$state"; return 0; }
   [ "$(cat "$state" 2>/dev/null)" = ready ] && [ -d "$folder" ] && return 0
   say "unpacking the 32-bit ODBC driver"
   work=$(mktemp -d)
@@ -230,7 +229,8 @@ sourceLines() {
 
 mkdir -p "$deps"
 setupPackages
-setupWine
+setupWine 32 wine wine32:i386
+setupWine 64 wine wine64
 setupOdbc32
 forWindows 32 i686-w64-mingw32
 forWindows 64 x86_64-w64-mingw32
