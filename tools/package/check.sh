@@ -1,17 +1,19 @@
 #!/usr/bin/env bash
-# The installer as a user meets it: installed, used and taken away again, in a Wine prefix of its own.
-#   tools/package/check.sh BIN WORK    BIN: the folder of Kavidex.ocx; WORK: a folder for all this makes
+# The installer as a user meets it: installed, used and taken away again, in Wine prefixes of its own,
+# one of 32 bits and one of 64, where both libraries belong.
+#   tools/package/check.sh BIN32 BIN64 WORK    the folders of both libraries; WORK: a folder for all this makes
 set -euo pipefail
 here=$(cd "$(dirname "$0")/../.." && pwd)
-bin=$1 work=$(realpath -m "$2")
+bin=$1 bin64=$2 work=$(realpath -m "$3")
 rm -rf "$work"; mkdir -p "$work"
 export KAVIDEX_WINE_HOME=$work/wine KAVIDEX_WINE_SECONDS=120
 wine() { "$here/tools/wine.sh" run "$@"; }
 windows() { printf 'Z:%s' "$(realpath -m "$1" | tr / '\\')"; }
-fail() { echo "failed: $*" >&2; exit 1; }
-trap '"$here/tools/wine.sh" stop' EXIT
+fail() { echo "failed: ${KAVIDEX_BITS:-}: $*" >&2; exit 1; }
+stop() { for bits in 32 64; do KAVIDEX_BITS=$bits "$here/tools/wine.sh" stop; done; }
+trap stop EXIT
 
-"$here/tools/package/package.sh" "$bin" "$work/out" >"$work/package.log" 2>&1 || { cat "$work/package.log"; fail "no package"; }
+"$here/tools/package/package.sh" "$bin" "$bin64" "$work/out" >"$work/package.log" 2>&1 || { cat "$work/package.log"; fail "no package"; }
 setup=$(echo "$work"/out/kavidex-*-setup.exe)
 name=$(basename "${setup%-setup.exe}")
 diff <(cd "$work/out/$name" && find . -type f | sort) \
@@ -23,26 +25,53 @@ keys() {
   local root
   for root in HKCU HKLM; do wine reg query "$root\\Software" /s 2>/dev/null | tr -d '\r' | grep '^HKEY' | grep -i kavidex || true; done | sort
 }
-keys >"$work/before"
-wine "$(windows "$setup")" /S || fail "the installer ended with $?"
-installed=$(find "$work/wine/prefix/drive_c/users" -path '*Programs/Kavidex/Kavidex.ocx' -printf '%h\n')
-[ -n "$installed" ] || fail "nothing was installed"
-keys | grep -qi 'Classes.*Kavidex.ctrlCorrespondence' || fail "the classes were not registered for the user"
 
-# The installed host with the installed library: its manifest names the classes, whoever registered what.
-mkdir "$work/store"; touch "$work/finish"; printf 'a letter\r\n' >"$work/letter.txt"
-wine "$(windows "$installed/kavidex-host.exe")" --database "$(windows "$work/kavidex.kdb")" --store "$(windows "$work/store")" \
-  --key K-1 --description Sample --report "$(windows "$work/report.txt")" --close-when "$(windows "$work/finish")" \
-  "$(windows "$work/letter.txt")" || fail "the installed host ended with $?"
-grep -q '^ready' "$work/report.txt" || fail "the installed host did not open a dossier: $(cat "$work/report.txt")"
-[ "$(find "$work/store" -name '*.txt' | wc -l)" = 1 ] || fail "the letter was not filed"
-wine "$(windows "$installed/kavidex-db.exe")" check "$(windows "$work/kavidex.kdb")" || fail "the installed check found something"
+# host FOLDER: the installed host with the installed library: its manifest names the classes, whoever registered what.
+host() {
+  local folder=$1 own; own=$(mktemp -d -p "$work")
+  mkdir "$own/store"; touch "$own/finish"; printf 'a letter\r\n' >"$own/letter.txt"
+  wine "$(windows "$folder/kavidex-host.exe")" --database "$(windows "$own/kavidex.kdb")" --store "$(windows "$own/store")" \
+    --key K-1 --description Sample --report "$(windows "$own/report.txt")" --close-when "$(windows "$own/finish")" \
+    "$(windows "$own/letter.txt")" || fail "the host in $folder ended with $?"
+  grep -q '^ready' "$own/report.txt" || fail "the host in $folder did not open a dossier: $(cat "$own/report.txt")"
+  [ "$(find "$own/store" -name '*.txt' | wc -l)" = 1 ] || fail "the letter was not filed"
+  wine "$(windows "$installed/kavidex-db.exe")" check "$(windows "$own/kavidex.kdb")" || fail "the installed check found something"
+}
 
-touch "$installed/mine.txt" # what a user put there stays
-wine "$(windows "$installed/uninst.exe")" /S
-for _ in $(seq 50); do [ -e "$installed/Kavidex.ocx" ] || [ -e "$installed/uninst.exe" ] || break; sleep 0.2; done
-sleep 1
-[ "$(ls "$installed")" = mine.txt ] || fail "left behind: $(ls "$installed")"
-keys | { grep -v 'VB and VBA' || true; } >"$work/after"
-diff "$work/before" "$work/after" || fail "the registry is not as it was"
+# A script finds the classes as installed: by their names, in the width of its host.
+cat >"$work/create.vbs" <<'VBS'
+If TypeName(CreateObject("Kavidex.EmbeddedDatabase")) = "" Then WScript.Quit 1
+WScript.Echo "created"
+VBS
+created() { wine "$1" //nologo "$(windows "$work/create.vbs")" 2>&1 | grep -q '^created' || fail "$1 does not find the classes"; }
+
+checkIn() {
+  export KAVIDEX_BITS=$1
+  local prefix=$work/wine/prefix
+  [ "$1" = 32 ] || prefix=$work/wine64/prefix
+  keys >"$work/before"
+  wine "$(windows "$setup")" /S || fail "the installer ended with $?"
+  installed=$(find "$prefix/drive_c/users" -path '*Programs/Kavidex/Kavidex.ocx' -printf '%h\n')
+  [ -n "$installed" ] || fail "nothing was installed"
+  keys | grep -qi 'Classes.*Kavidex.ctrlCorrespondence' || fail "the classes were not registered for the user"
+  host "$installed"
+  if [ "$1" = 32 ]; then
+    created cscript
+    [ ! -e "$installed/x64" ] || fail "the library of 64 bits was installed where it is of no use"
+  else
+    created 'C:\windows\syswow64\cscript.exe'
+    created 'C:\windows\system32\cscript.exe'
+    host "$installed/x64"
+  fi
+
+  touch "$installed/mine.txt" # what a user put there stays
+  wine "$(windows "$installed/uninst.exe")" /S
+  for _ in $(seq 50); do [ -e "$installed/Kavidex.ocx" ] || [ -e "$installed/uninst.exe" ] || break; sleep 0.2; done
+  sleep 1
+  [ "$(ls "$installed")" = mine.txt ] || fail "left behind: $(ls "$installed")"
+  keys | { grep -v 'VB and VBA' || true; } >"$work/after"
+  diff "$work/before" "$work/after" || fail "the registry is not as it was"
+}
+checkIn 32
+checkIn 64
 echo "all checks passed"
