@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# Wine for the project alone: a 32-bit prefix and a virtual screen under the build folder.
+# Wine for the project alone: a prefix and a virtual screen under the build folder.
 #   tools/wine.sh run CMD...   runs a Windows program there (starts what is needed)
 #   tools/wine.sh up           only starts it
 #   tools/wine.sh env          prints the variables for a shell
 #   tools/wine.sh shot FILE    saves a picture of the screen
 #   tools/wine.sh stop         stops what was started here
-# KAVIDEX_BITS=64 takes another prefix, for programs of 64 bits.
+# The prefix is one of 32 bits; KAVIDEX_BITS=64 takes another beside it, for programs of both widths.
 # KAVIDEX_WINE_SECONDS limits one run (default 300). With DISPLAY set and KAVIDEX_USE_DISPLAY=1 the
 # programs appear on that screen.
 set -euo pipefail
@@ -15,7 +15,7 @@ home=${KAVIDEX_WINE_HOME:-$here/build/wine}
 wine=wine
 if [ "$bits" = 64 ]; then
   home+=64
-  wine=/usr/lib/wine/wine64
+  wine=$(command -v wine64 || echo /usr/lib/wine/wine64)
 fi
 mkdir -p "$home"
 export WINEPREFIX=$home/prefix WINEARCH=win$bits WINEDEBUG=${WINEDEBUG:--all}

@@ -5,6 +5,10 @@
 set -euo pipefail
 here=$(cd "$(dirname "$0")/../.." && pwd)
 bin=$1 bin64=$2 work=$(realpath -m "$3")
+if [ ! -e "$bin/Kavidex.ocx" ]; then
+  echo "skipped: the library of 32 bits was not built here"
+  exit 77
+fi
 rm -rf "$work"; mkdir -p "$work"
 export KAVIDEX_WINE_HOME=$work/wine KAVIDEX_WINE_SECONDS=120
 wine() { "$here/tools/wine.sh" run "$@"; }
