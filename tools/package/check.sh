@@ -42,17 +42,34 @@ host() {
   wine "$(windows "$installed/kavidex-db.exe")" check "$(windows "$own/kavidex.kdb")" || fail "the installed check found something"
 }
 
-# A script finds the classes as installed: by their names, in the width of its host.
+# The programs of both widths in the prefix of 64 bits, and whether a script there finds the classes by name.
+system64='C:\windows\system32' system32='C:\windows\syswow64'
 cat >"$work/create.vbs" <<'VBS'
-If TypeName(CreateObject("Kavidex.EmbeddedDatabase")) = "" Then WScript.Quit 1
+Set store = CreateObject("Kavidex.EmbeddedDatabase")
 WScript.Echo "created"
 VBS
-created() { wine "$1" //nologo "$(windows "$work/create.vbs")" 2>&1 | grep -q '^created' || fail "$1 does not find the classes"; }
+created() { wine "$1\\cscript.exe" //nologo "$(windows "$work/create.vbs")" 2>&1 | grep -q '^created'; }
+
+# registerBoth FOLDER: both libraries for the machine, side by side; one goes, and the other stays at work.
+registerBoth() {
+  local narrow wide; narrow=$(windows "$1/Kavidex.ocx") wide=$(windows "$1/x64/Kavidex64.ocx")
+  wine "$system32\\regsvr32.exe" /s "$narrow" && wine "$system64\\regsvr32.exe" /s "$wide" || fail "not both could be registered"
+  created "$system32" && created "$system64" || fail "a script does not find both libraries"
+  wine "$system64\\regsvr32.exe" /s /u "$wide"
+  created "$system32" || fail "the library of 32 bits went with the other"
+  ! created "$system64" || fail "the library of 64 bits is still found"
+  wine "$system64\\regsvr32.exe" /s "$wide"
+  wine "$system32\\regsvr32.exe" /s /u "$narrow"
+  created "$system64" || fail "the library of 64 bits went with the other"
+  wine "$system64\\regsvr32.exe" /s /u "$wide"
+}
 
 checkIn() {
   export KAVIDEX_BITS=$1
   local prefix=$work/wine/prefix
   [ "$1" = 32 ] || prefix=$work/wine64/prefix
+  # Where a user's classes of 32 bits go: Windows has the key from the start.
+  [ "$1" = 32 ] || wine reg add 'HKCU\Software\Classes\Wow6432Node' /f >/dev/null
   keys >"$work/before"
   wine "$(windows "$setup")" /S || fail "the installer ended with $?"
   installed=$(find "$prefix/drive_c/users" -path '*Programs/Kavidex/Kavidex.ocx' -printf '%h\n')
@@ -60,14 +77,13 @@ checkIn() {
   keys | grep -qi 'Classes.*Kavidex.ctrlCorrespondence' || fail "the classes were not registered for the user"
   host "$installed"
   if [ "$1" = 32 ]; then
-    created cscript
     [ ! -e "$installed/x64" ] || fail "the library of 64 bits was installed where it is of no use"
   else
-    created 'C:\windows\syswow64\cscript.exe'
-    created 'C:\windows\system32\cscript.exe'
+    keys | grep -qi 'Wow6432Node.*Kavidex.ctrlCorrespondence' || fail "the classes of 32 bits were not registered for the user"
     host "$installed/x64"
   fi
 
+  [ "$1" = 32 ] || cp -r "$installed" "$work/both"
   touch "$installed/mine.txt" # what a user put there stays
   wine "$(windows "$installed/uninst.exe")" /S
   for _ in $(seq 50); do [ -e "$installed/Kavidex.ocx" ] || [ -e "$installed/uninst.exe" ] || break; sleep 0.2; done
@@ -75,6 +91,9 @@ checkIn() {
   [ "$(ls "$installed")" = mine.txt ] || fail "left behind: $(ls "$installed")"
   keys | { grep -v 'VB and VBA' || true; } >"$work/after"
   diff "$work/before" "$work/after" || fail "the registry is not as it was"
+  [ "$1" = 64 ] || return 0
+  registerBoth "$work/both"
+  keys | { grep -v 'VB and VBA' || true; } | diff "$work/before" - || fail "registration of both left something"
 }
 checkIn 32
 checkIn 64
