@@ -18,4 +18,4 @@ set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 # No runtime DLL beside ours.
 set(CMAKE_EXE_LINKER_FLAGS_INIT "-static")
 set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static")
-set(CMAKE_CROSSCOMPILING_EMULATOR ${CMAKE_COMMAND} -E env KAVIDEX_BITS=${kavidexBits} ${kavidexRoot}/tools/wine-run.sh)
+set(CMAKE_CROSSCOMPILING_EMULATOR ${kavidexRoot}/tools/wine-run.sh)

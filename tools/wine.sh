@@ -44,7 +44,7 @@ screenUp() {
 prefixUp() {
   if [ ! -f "$WINEPREFIX/.ready" ]; then
     rm -rf "$WINEPREFIX"
-    timeout 180 $wine wineboot -i >"$home/wineboot.log" 2>&1 </dev/null 9>&-
+    timeout 400 $wine wineboot -i >"$home/wineboot.log" 2>&1 </dev/null 9>&-
     # A crash ends the program with a trace instead of waiting in a dialog.
     timeout 60 $wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >/dev/null 2>&1 9>&-
     wineserver -w
