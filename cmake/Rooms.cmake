@@ -16,4 +16,14 @@ function(kavidex_room name)
     target_compile_definitions(kavidex_${name} PRIVATE
       UNICODE _UNICODE NOMINMAX WIN32_LEAN_AND_MEAN _WIN32_WINNT=0x0601 STRICT)
   endif()
+  if(KAVIDEX_PRECOMPILE AND name STREQUAL platform)
+    target_precompile_headers(kavidex_platform PRIVATE ${kavidexPrecompiled})
+  elseif(KAVIDEX_PRECOMPILE)
+    target_precompile_headers(kavidex_${name} REUSE_FROM kavidex_platform)
+  endif()
 endfunction()
+
+# What most sources of the Windows builds include: read once, that halves the time to compile them.
+# A source still includes what it uses, or the builds without this would not compile.
+set(kavidexPrecompiled <algorithm> <cstdint> <functional> <map> <memory> <optional> <span> <string>
+    <string_view> <utility> <vector> <windows.h> <ole2.h> <olectl.h> <commctrl.h>)

@@ -31,7 +31,8 @@ void UseLibraryBeside() {
     if (length == 0 || length == MAX_PATH) return;
     std::wstring folder(path, length);
     folder.erase(folder.find_last_of(L'\\') + 1);
-    const std::wstring manifest = folder + L"Kavidex.manifest";
+    const std::wstring manifest =
+        folder + (sizeof(void*) == 8 ? L"Kavidex64" : L"Kavidex") + L".manifest";
     if (GetFileAttributesW(manifest.c_str()) == INVALID_FILE_ATTRIBUTES) return;
     ACTCTXW context{};
     context.cbSize = sizeof context;

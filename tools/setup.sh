@@ -4,8 +4,6 @@
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
 deps=$here/build/deps
-stateFile=$deps/wine32.state
-mingw=/usr/i686-w64-mingw32
 codename=$(. /etc/os-release && echo "$VERSION_CODENAME")
 
 native=(build-essential cmake ninja-build ccache pkg-config dpkg-dev tcl
@@ -14,9 +12,8 @@ native=(build-essential cmake ninja-build ccache pkg-config dpkg-dev tcl
         unixodbc-dev odbc-mariadb mariadb-server
         libtiff-dev libjpeg62-turbo-dev zlib1g-dev nasm python3-pip
         imagemagick libtiff-tools qpdf poppler-utils ghostscript)
-cross=(g++-mingw-w64-i686-posix mingw-w64-tools libwine-dev libz-mingw-w64-dev nsis)
+cross=(g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix mingw-w64-tools libwine-dev libz-mingw-w64-dev nsis)
 desktop=(xvfb xauth x11-utils openbox xdotool fonts-wine fonts-liberation)
-wine=(wine wine32:i386)
 # What Windows programs under Wine reach MariaDB by. Installed, the first would displace the native
 # driver: these are unpacked into a folder, and what they need is installed.
 odbc32=(odbc-mariadb:i386 libmariadb3:i386 libodbc2:i386 libodbcinst2:i386)
@@ -76,25 +73,26 @@ setupPackages() {
   install "${names[@]}"
 }
 
-# Wine for 32-bit programs needs the i386 architecture. Without it the native tests still run.
+# setupWine BITS PACKAGE...: Wine for programs of so many bits; for 32 it needs the i386 architecture.
+# Without one the tests of the other, and the native ones, still run.
 setupWine() {
-  local names
-  mapfile -t names < <(missing "${wine[@]}")
+  local bits=$1 names; shift
+  mapfile -t names < <(missing "$@")
   if [ ${#names[@]} -gt 0 ]; then
-    dpkg --print-foreign-architectures | grep -qx i386 || { asRoot dpkg --add-architecture i386; updated=; }
+    [ "$bits" = 64 ] || dpkg --print-foreign-architectures | grep -qx i386 || { asRoot dpkg --add-architecture i386; updated=; }
     if ! install "${names[@]}"; then
-      say "32-bit Wine cannot be installed here: the Windows tests will be counted as skipped"
-      echo "skipped: 32-bit Wine cannot be installed here" >"$stateFile"
+      say "$bits-bit Wine cannot be installed here: the Windows tests of $bits bits will be counted as skipped"
+      echo "skipped: $bits-bit Wine cannot be installed here" >"$deps/wine$bits.state"
       return 0
     fi
   fi
-  echo ready >"$stateFile"
+  echo ready >"$deps/wine$bits.state"
 }
 
 # The 32-bit ODBC driver of MariaDB, unpacked. Without it the tests that need it say so.
 setupOdbc32() {
   local state=$deps/odbc32.state folder=$deps/odbc32 work name names
-  [ "$(cat "$stateFile")" = ready ] || { cp "$stateFile" "$state"; return 0; }
+  [ "$(cat "$deps/wine32.state")" = ready ] || { cp "$deps/wine32.state" "$state"; return 0; }
   [ "$(cat "$state" 2>/dev/null)" = ready ] && [ -d "$folder" ] && return 0
   say "unpacking the 32-bit ODBC driver"
   work=$(mktemp -d)
@@ -117,21 +115,29 @@ fetchPackages() {
   ( cd "$dir"; "${fetch[@]}" >"$dir/log" 2>&1 || { update; "${fetch[@]}" >"$dir/log" 2>&1; } || { tail -n 5 "$dir/log" >&2; false; } )
 }
 
+# The static libraries go to build/deps/win32 and win64; `bits` and `triplet` tell for which Windows.
+forWindows() {
+  bits=$1 triplet=$2 mingw=/usr/$2
+  prefix=$deps/win$bits toolchain=$here/cmake/mingw-${triplet%%-*}.cmake
+  buildSqlite
+  buildGoogleTest
+  buildImageLibraries
+}
+
 # SQLite for Windows, from the source package of the release that the native build links against.
 buildSqlite() {
-  local prefix=$deps/win32
   [ -f "$prefix/lib/libsqlite3.a" ] && return 0
-  say "cross-building SQLite"
+  say "cross-building SQLite for $bits bits"
   local work; work=$(mktemp -d)
   fetchSource sqlite3 "$work"
   local tree; tree=$(find "$work" -maxdepth 1 -type d -name 'sqlite3-*' | head -n 1)
   ( cd "$tree" && ./configure >/dev/null && make -s sqlite3.c sqlite3.h >/dev/null ) 2>"$work/log" ||
     { tail -n 20 "$work/log" >&2; return 1; }
   mkdir -p "$prefix/lib" "$prefix/include"
-  ccache i686-w64-mingw32-gcc-posix -O2 -DSQLITE_THREADSAFE=1 -DSQLITE_OMIT_LOAD_EXTENSION \
+  ccache "$triplet-gcc-posix" -O2 -DSQLITE_THREADSAFE=1 -DSQLITE_OMIT_LOAD_EXTENSION \
     -DSQLITE_DEFAULT_MEMSTATUS=0 -DSQLITE_ENABLE_COLUMN_METADATA \
     -c "$tree/sqlite3.c" -o "$work/sqlite3.o"
-  i686-w64-mingw32-ar rcs "$work/libsqlite3.a" "$work/sqlite3.o"
+  "$triplet-ar" rcs "$work/libsqlite3.a" "$work/sqlite3.o"
   cp "$tree/sqlite3.h" "$tree/src/sqlite3ext.h" "$prefix/include/" 2>/dev/null || cp "$tree/sqlite3.h" "$prefix/include/"
   mv "$work/libsqlite3.a" "$prefix/lib/libsqlite3.a"
   rm -rf "$work"
@@ -139,11 +145,10 @@ buildSqlite() {
 
 # GoogleTest for Windows, from the sources that Debian installs.
 buildGoogleTest() {
-  local prefix=$deps/win32
   [ -f "$prefix/lib/libgtest.a" ] && return 0
-  say "cross-building GoogleTest"
+  say "cross-building GoogleTest for $bits bits"
   local work; work=$(mktemp -d)
-  cmake -S /usr/src/googletest -B "$work" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/cmake/mingw-i686.cmake" \
+  cmake -S /usr/src/googletest -B "$work" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
     -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_BUILD_TYPE=Release -DBUILD_GMOCK=OFF \
     -Dgtest_disable_pthreads=ON -DCMAKE_INSTALL_PREFIX="$prefix" >"$work/log"
   cmake --build "$work" --target install >>"$work/log" || { tail -n 20 "$work/log" >&2; return 1; }
@@ -152,15 +157,15 @@ buildGoogleTest() {
 
 # crossBuild SOURCE LIBRARY OPTION...: a static library for Windows from Debian's source package.
 crossBuild() {
-  local source=$1 library=$2 prefix=$deps/win32; shift 2
+  local source=$1 library=$2; shift 2
   [ -f "$prefix/lib/$library" ] && return 0
-  say "cross-building $source"
+  say "cross-building $source for $bits bits"
   local work; work=$(mktemp -d)
   fetchSource "$source" "$work"
   local tree; tree=$(find "$work" -mindepth 1 -maxdepth 1 -type d)
   local ccache=(env CCACHE_BASEDIR="$work" CCACHE_NOHASHDIR=1)
   # The prefix is told by path: a finder would take zlib's import library, which needs a DLL beside ours.
-  { "${ccache[@]}" cmake -S "$tree" -B "$tree/made" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$here/cmake/mingw-i686.cmake" \
+  { "${ccache[@]}" cmake -S "$tree" -B "$tree/made" -G Ninja -DCMAKE_TOOLCHAIN_FILE="$toolchain" \
       -DCMAKE_C_COMPILER_LAUNCHER=ccache -DCMAKE_CXX_COMPILER_LAUNCHER=ccache -DCMAKE_BUILD_TYPE=Release \
       -DCMAKE_INSTALL_PREFIX="$prefix" -DCMAKE_INSTALL_LIBDIR="$prefix/lib" \
       -DZLIB_LIBRARY="$mingw/lib/libz.a" -DZLIB_INCLUDE_DIR="$mingw/include" "$@" &&
@@ -172,7 +177,7 @@ buildImageLibraries() {
   crossBuild libjpeg-turbo libjpeg.a -DENABLE_SHARED=OFF -DWITH_TURBOJPEG=OFF
   crossBuild tiff libtiff.a -DBUILD_SHARED_LIBS=OFF -Dtiff-tools=OFF -Dtiff-tests=OFF -Dtiff-contrib=OFF \
     -Dtiff-docs=OFF -Dcxx=OFF -Dlzma=OFF -Dzstd=OFF -Dwebp=OFF -Djbig=OFF -Dlibdeflate=OFF -Dlerc=OFF \
-    -DJPEG_LIBRARY="$deps/win32/lib/libjpeg.a" -DJPEG_INCLUDE_DIR="$deps/win32/include"
+    -DJPEG_LIBRARY="$prefix/lib/libjpeg.a" -DJPEG_INCLUDE_DIR="$prefix/include"
 }
 
 # PDFium, which draws pages of PDF files, as published for each platform; tools/pdfium.txt pins the
@@ -224,10 +229,10 @@ sourceLines() {
 
 mkdir -p "$deps"
 setupPackages
-setupWine
+setupWine 32 wine wine32:i386
+setupWine 64 wine wine64
 setupOdbc32
-buildSqlite
-buildGoogleTest
-buildImageLibraries
+forWindows 32 i686-w64-mingw32
+forWindows 64 x86_64-w64-mingw32
 fetchPdfium
 say "ready"

@@ -21,6 +21,8 @@ struct StatusName {
     const char* name;
 };
 
+std::string FileStem() { return sizeof(void*) == 8 ? "Kavidex64" : "Kavidex"; }
+
 constexpr StatusName statusNames[] = {
     {OLEMISC_RECOMPOSEONRESIZE, "recomposeonresize"},
     {OLEMISC_INVISIBLEATRUNTIME, "invisibleatruntime"},
@@ -60,7 +62,9 @@ std::string ManifestText() {
                        "<assembly xmlns=\"urn:schemas-microsoft-com:asm.v1\" "
                        "manifestVersion=\"1.0\">\n"
                        "  <assemblyIdentity type=\"win32\" name=\"Kavidex\" version=\"1.0.0.0\"/>\n"
-                       "  <file name=\"Kavidex.ocx\">\n"
+                       "  <file name=\"" +
+                       FileStem() +
+                       ".ocx\">\n"
                        "    <typelib tlbid=\"" +
                        GuidText(LIBID_Kavidex) + "\" version=\"1.0\" helpdir=\"\"/>\n";
     for (const ClassRow& row : ClassTable()) text += ClassText(row);
@@ -71,7 +75,7 @@ HRESULT WriteManifest() noexcept {
     return Guard("Kavidex", IID_NULL, [&]() -> HRESULT {
         const std::string path = FromWide(ModulePath());
         platform::win32::WindowsFiles files;
-        files.WriteAll(path.substr(0, path.find_last_of('\\') + 1) + "Kavidex.manifest",
+        files.WriteAll(path.substr(0, path.find_last_of('\\') + 1) + FileStem() + ".manifest",
                        ManifestText());
         return S_OK;
     });

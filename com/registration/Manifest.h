@@ -1,5 +1,5 @@
 // The manifest by which a host uses the library without registration: the file Kavidex.manifest
-// beside Kavidex.ocx, which names its classes.
+// beside Kavidex.ocx (Kavidex64.manifest beside Kavidex64.ocx), which names its classes.
 #pragma once
 
 #include <windows.h>

@@ -23,6 +23,9 @@ constexpr const wchar_t* controlCategory = L"{40FC6ED4-2438-11CF-A3DB-080036F125
 constexpr const wchar_t* programmableCategory = L"{40FC6ED5-2438-11CF-A3DB-080036F12502}";
 constexpr const wchar_t* dispatchProxy = L"{00020420-0000-0000-C000-000000000046}";
 constexpr const wchar_t* libraryVersion = L"1.0";
+constexpr bool wide = sizeof(void*) == 8;
+constexpr const wchar_t *platformKey = wide ? L"win64" : L"win32",
+                        *otherPlatformKey = wide ? L"win32" : L"win64";
 
 std::wstring GuidText(REFGUID guid) {
     wchar_t text[40];
@@ -57,7 +60,8 @@ void DescribeClass(Registration& plan, const ClassRow& row, const std::wstring& 
     list.push_back({progId + L"\\CurVer", L"", versioned});
     list.push_back({versioned, L"", row.description});
     list.push_back({versioned + L"\\CLSID", L"", clsid});
-    plan.trees.insert(plan.trees.end(), {key, progId, versioned});
+    plan.trees.push_back(key);
+    plan.shared.insert(plan.shared.end(), {progId, versioned});
 }
 
 void DescribeInterface(Registration& plan, ITypeInfo& info, const TYPEATTR& attributes) {
@@ -74,13 +78,15 @@ void DescribeInterface(Registration& plan, ITypeInfo& info, const TYPEATTR& attr
 // Written by ourselves rather than by RegisterTypeLib, so that it goes where the classes go.
 void DescribeTypeLib(Registration& plan, const std::wstring& path) {
     const std::wstring library = L"TypeLib\\" + GuidText(LIBID_Kavidex);
-    const std::wstring key = library + L"\\" + libraryVersion;
+    const std::wstring key = library + L"\\" + libraryVersion, platforms = key + L"\\0\\";
     plan.entries.push_back({key, L"", L"Kavidex electronic dossiers"});
-    plan.entries.push_back({key + L"\\0\\win32", L"", path});
+    plan.entries.push_back({platforms + platformKey, L"", path});
     plan.entries.push_back({key + L"\\FLAGS", L"", L"0"});
     plan.entries.push_back({key + L"\\HELPDIR", L"", path.substr(0, path.find_last_of(L'\\'))});
-    plan.trees.push_back(key);
+    plan.trees.push_back(platforms + platformKey);
+    plan.shared.push_back(key);
     plan.shells.push_back(library);
+    plan.otherWidth = platforms + otherPlatformKey;
 
     ComPtr<ITypeLib> types;
     Check(OwnTypeLib(types.Put()), "Kavidex");
@@ -116,6 +122,13 @@ LONG Write(HKEY root, const RegistryEntry& entry) {
 bool Gone(LONG result) {
     return result == ERROR_SUCCESS || result == ERROR_FILE_NOT_FOUND ||
            result == ERROR_PATH_NOT_FOUND;
+}
+
+bool Exists(HKEY root, const std::wstring& path) {
+    HKEY key = nullptr;
+    if (RegOpenKeyExW(root, path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS) return false;
+    RegCloseKey(key);
+    return true;
 }
 
 bool IsEmptyKey(HKEY root, const std::wstring& path) {
@@ -154,8 +167,11 @@ HRESULT Register(Scope scope) noexcept {
 HRESULT Unregister(Scope scope) noexcept {
     return Guard("Kavidex", IID_NULL, [&]() -> HRESULT {
         const Registration plan = DescribeRegistration();
+        std::vector<std::wstring> trees = plan.trees;
+        if (!Exists(RootOf(scope), Rooted(plan.otherWidth)))
+            trees.insert(trees.end(), plan.shared.begin(), plan.shared.end());
         HRESULT result = S_OK;
-        for (const std::wstring& tree : plan.trees)
+        for (const std::wstring& tree : trees)
             if (const LONG removed = RegDeleteTreeW(RootOf(scope), Rooted(tree).c_str());
                 !Gone(removed))
                 result = HRESULT_FROM_WIN32(static_cast<DWORD>(removed));

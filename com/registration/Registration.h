@@ -19,7 +19,9 @@ struct RegistryEntry {
 struct Registration {
     std::vector<RegistryEntry> entries;
     std::vector<std::wstring> trees;  // removed with all below them
+    std::vector<std::wstring> shared; // as trees, but kept for a library of the other width
     std::vector<std::wstring> shells; // removed when nothing is left in them
+    std::wstring otherWidth;          // is there while a library of the other width is registered
 };
 
 Registration DescribeRegistration();

@@ -6,10 +6,10 @@ namespace kavidex::controls::forms {
 
 namespace {
 
-void GrowSide(int& start, int& extent, bool near, bool far, int growth) {
-    if (far && near)
+void GrowSide(int& start, int& extent, bool atStart, bool atEnd, int growth) {
+    if (atEnd && atStart)
         extent = std::max(0, extent + growth);
-    else if (far)
+    else if (atEnd)
         start += growth;
 }
 

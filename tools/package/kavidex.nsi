@@ -7,6 +7,7 @@ OutFile "${OUTFILE}"
 InstallDir "$LOCALAPPDATA\Programs\Kavidex"
 InstallDirRegKey HKCU "Software\Kavidex" "Folder"
 !include "LogicLib.nsh"
+!include "x64.nsh"
 !define UNINSTALL "Software\Microsoft\Windows\CurrentVersion\Uninstall\Kavidex"
 
 Page directory
@@ -14,18 +15,34 @@ Page instfiles
 UninstPage uninstConfirm
 UninstPage instfiles
 
-Section
-  SetOutPath "$INSTDIR"
-  File /r "${STAGE}/*"
+; The library of 64 bits lies in a folder of its own, since both have a pdfium.dll beside them, and is
+; registered by the system's own regsvr32 of 64 bits, which this program of 32 bits sees as Sysnative.
+!define REGSVR32 '"$SYSDIR\regsvr32.exe" /s'
+!define REGSVR64 '"$WINDIR\Sysnative\regsvr32.exe" /s'
+!define USER "/n /i:user"
+
+!macro Register COMMAND FILE
   ClearErrors
-  ExecWait '"$SYSDIR\regsvr32.exe" /s /n /i:user "$INSTDIR\Kavidex.ocx"' $0
+  ExecWait '${COMMAND} ${USER} "$INSTDIR\${FILE}"' $0
   ${If} ${Errors}
     StrCpy $0 1
   ${EndIf}
   ${If} $0 != 0
-    DetailPrint "Kavidex.ocx could not be registered ($0)."
+    DetailPrint "${FILE} could not be registered ($0)."
     SetErrorLevel $0
-    Abort "Kavidex.ocx could not be registered ($0)."
+    Abort "${FILE} could not be registered ($0)."
+  ${EndIf}
+!macroend
+
+Section
+  SetOutPath "$INSTDIR"
+  File /r /x x64 "${STAGE}/*"
+  !insertmacro Register '${REGSVR32}' "Kavidex.ocx"
+  ${If} ${RunningX64}
+    SetOutPath "$INSTDIR\x64"
+    File /r "${STAGE}/x64/*"
+    !insertmacro Register '${REGSVR64}' "x64\Kavidex64.ocx"
+    SetOutPath "$INSTDIR"
   ${EndIf}
   WriteRegStr HKCU "Software\Kavidex" "Folder" "$INSTDIR"
   WriteUninstaller "$INSTDIR\uninst.exe"
@@ -40,7 +57,14 @@ SectionEnd
 
 ; Only what was installed goes: a folder that someone put files into stays.
 Section "Uninstall"
-  ExecWait '"$SYSDIR\regsvr32.exe" /s /u /n /i:user "$INSTDIR\Kavidex.ocx"'
+  ExecWait '${REGSVR32} /u ${USER} "$INSTDIR\Kavidex.ocx"'
+  ${If} ${RunningX64}
+    ExecWait '${REGSVR64} /u ${USER} "$INSTDIR\x64\Kavidex64.ocx"'
+  ${EndIf}
+  Delete "$INSTDIR\x64\Kavidex64.*"
+  Delete "$INSTDIR\x64\pdfium.dll"
+  Delete "$INSTDIR\x64\kavidex-host.exe"
+  RMDir "$INSTDIR\x64"
   Delete "$INSTDIR\Kavidex.ocx"
   Delete "$INSTDIR\Kavidex.tlb"
   Delete "$INSTDIR\Kavidex.manifest"

@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # Makes what is handed out from a built tree: a zip, and an installer for the current user.
-#   tools/package/package.sh BIN OUT    BIN: the folder of Kavidex.ocx; OUT: where the two files go
+#   tools/package/package.sh BIN32 BIN64 OUT    the folders of Kavidex.ocx and Kavidex64.ocx; OUT: where the two files go
 set -euo pipefail
 here=$(cd "$(dirname "$0")/../.." && pwd)
-bin=$(realpath "$1") out=$(realpath -m "$2")
+bin=$(realpath "$1") bin64=$(realpath "$2") out=$(realpath -m "$3")
 version=$(sed -n 's/^project(Kavidex VERSION \([0-9.]*\).*/\1/p' "$here/CMakeLists.txt")
 name=kavidex-$version
 stage=$out/$name
@@ -12,22 +12,28 @@ stage=$out/$name
 rm -rf "$stage" "$out/$name.zip" "$out/$name-setup.exe"
 mkdir -p "$stage/licenses"
 
-# The library and its programs, without what only a debugger wants.
-for file in Kavidex.ocx kavidex-db.exe kavidex-host.exe; do
-  i686-w64-mingw32-strip -o "$stage/$file" "$bin/$file"
-done
-cp "$bin/../com/kavidex.tlb" "$stage/Kavidex.tlb"
-[ ! -f "$bin/pdfium.dll" ] || cp "$bin/pdfium.dll" "$stage/"
 windows() { printf 'Z:%s' "$(realpath -m "$1" | tr / '\\\\')"; }
-"$here/tools/wine.sh" run regsvr32 /s /n /i:manifest "$(windows "$stage/Kavidex.ocx")"
-[ -s "$stage/Kavidex.manifest" ] || { echo "package: the library wrote no manifest" >&2; exit 1; }
+# put BITS BIN TRIPLET LIBRARY FOLDER PROGRAM..: the library of one width, what it is told by, and its
+# programs, without what only a debugger wants.
+put() {
+  local bits=$1 bin=$2 triplet=$3 library=$4 folder=$5 file; shift 5
+  mkdir -p "$folder"
+  for file in "$library.ocx" "$@"; do "$triplet-strip" -o "$folder/$file" "$bin/$file"; done
+  cp "$bin/../com/kavidex.tlb" "$folder/$library.tlb"
+  [ ! -f "$bin/pdfium.dll" ] || cp "$bin/pdfium.dll" "$folder/"
+  KAVIDEX_BITS=$bits "$here/tools/wine.sh" run regsvr32 /s /n /i:manifest "$(windows "$folder/$library.ocx")"
+  [ -s "$folder/$library.manifest" ] || { echo "package: $library.ocx wrote no manifest" >&2; exit 1; }
+}
+put 32 "$bin" i686-w64-mingw32 Kavidex "$stage" kavidex-db.exe kavidex-host.exe
+put 64 "$bin64" x86_64-w64-mingw32 Kavidex64 "$stage/x64" kavidex-host.exe
 cp -r "$here/docs" "$here/examples" "$stage/"
 rm -f "$stage/examples/CMakeLists.txt"
 cp "$here/README.md" "$here/CHANGELOG.md" "$here/NOTICES.md" "$stage/"
 cp "$here/LICENSE" "$stage/LICENSE.txt"
 
 # The notices of what is linked in, as Debian keeps them beside the same sources.
-for package in libsqlite3-dev libtiff-dev libjpeg62-turbo-dev zlib1g-dev g++-mingw-w64-i686-posix mingw-w64-i686-dev; do
+for package in libsqlite3-dev libtiff-dev libjpeg62-turbo-dev zlib1g-dev g++-mingw-w64-i686-posix mingw-w64-i686-dev \
+               g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev; do
   cp "/usr/share/doc/$package/copyright" "$stage/licenses/$package.txt"
 done
 if [ -f "$stage/pdfium.dll" ]; then

@@ -278,10 +278,10 @@ void MarkEditor::Finish(Mark mark) {
     const Box box = mark.bounds.Normal();
     // A click that did not draw.
     const double least = Dots() / 40;
-    const bool small = box.right - box.left < least && box.bottom - box.top < least;
+    const bool tooSmall = box.right - box.left < least && box.bottom - box.top < least;
     const bool takesText = mark.type == MarkType::Text || mark.type == MarkType::Note;
-    if (small && !mark.HasText()) return;
-    if (takesText && !TakeText(mark, !small)) return;
+    if (tooSmall && !mark.HasText()) return;
+    if (takesText && !TakeText(mark, !tooSmall)) return;
     lclOwner.EditMarks([&](Annotations& marks) { marks.Add(mark, lclOwner.MarkTime()); }, true);
 }
 

@@ -4,7 +4,8 @@ namespace kavidex::tests {
 
 void Library::SetUp() {
     ASSERT_TRUE(SUCCEEDED(OleInitialize(nullptr)));
-    lclModule = LoadLibraryW(L"Kavidex.ocx"); // lies beside the test program
+    lclModule =
+        LoadLibraryW(sizeof(void*) == 8 ? L"Kavidex64.ocx" : L"Kavidex.ocx"); // lies beside us
     ASSERT_NE(lclModule, nullptr) << GetLastError();
 }
 

@@ -233,9 +233,9 @@ TEST_F(Hosts, AFormDesignerFindsASizeAVerbAndAPictureForTheToolbox) {
         EXPECT_STREQ(verb.lpszVerbName, L"&Edit");
         CoTaskMemFree(verb.lpszVerbName);
         EXPECT_EQ(verbs->Next(1, &verb, nullptr), S_FALSE);
-        const auto picture = static_cast<HBITMAP>(LoadImageW(GetModuleHandleW(L"Kavidex.ocx"),
-                                                             MAKEINTRESOURCEW(row.toolboxBitmap),
-                                                             IMAGE_BITMAP, 0, 0, 0));
+        const auto picture = static_cast<HBITMAP>(
+            LoadImageW(GetModuleHandleW(Library::Path().c_str()),
+                       MAKEINTRESOURCEW(row.toolboxBitmap), IMAGE_BITMAP, 0, 0, 0));
         BITMAP facts{};
         ASSERT_TRUE(picture && GetObjectW(picture, sizeof facts, &facts));
         EXPECT_EQ(facts.bmWidth, 16);

@@ -39,6 +39,9 @@ protected:
         StringFromGUID2(guid, text, 40);
         return text;
     }
+    static std::wstring PlatformKey(std::size_t bits) {
+        return L"TypeLib\\" + Text(LIBID_Kavidex) + L"\\1.0\\0\\win" + std::to_wstring(bits);
+    }
     // The names of all keys below the root of the classes.
     static void KeysBelow(HKEY root, const std::wstring& path, std::set<std::wstring>& keys) {
         HKEY opened = nullptr;
@@ -74,9 +77,7 @@ void Server::ExpectWritten(HKEY root) const {
         EXPECT_FALSE(Exists(
             root, key + L"\\Implemented Categories\\{7DD95801-9882-11CF-9FA9-00AA006C42C4}"));
     }
-    EXPECT_EQ(_wcsicmp(Value(root, L"TypeLib\\" + Text(LIBID_Kavidex) + L"\\1.0\\0\\win32").c_str(),
-                       Path().c_str()),
-              0);
+    EXPECT_EQ(_wcsicmp(Value(root, PlatformKey(8 * sizeof(void*))).c_str(), Path().c_str()), 0);
 }
 
 void Server::ExpectGone(HKEY root) const {
@@ -167,6 +168,23 @@ TEST_F(Server, RegistersForOneUserWithoutTouchingTheMachine) {
     ASSERT_EQ(Install(false, L"USER"), S_OK);
     ExpectGone(HKEY_CURRENT_USER);
     EXPECT_EQ(Exists(HKEY_LOCAL_MACHINE, L"Kavidex.clsTree"), before);
+}
+
+// The names of the classes and the type library serve the libraries of both widths.
+TEST_F(Server, LeavesToALibraryOfTheOtherWidthWhatBothNeed) {
+    const std::wstring other = PlatformKey(96 - 8 * sizeof(void*));
+    HKEY key = nullptr;
+    ASSERT_EQ(RegCreateKeyW(HKEY_CURRENT_USER, (L"Software\\Classes\\" + other).c_str(), &key), 0);
+    RegCloseKey(key);
+    ASSERT_EQ(Install(true, L"user"), S_OK);
+    ASSERT_EQ(Install(false, L"user"), S_OK);
+    EXPECT_FALSE(Exists(HKEY_CURRENT_USER, L"CLSID\\" + Text(CLSID_clsTree)));
+    EXPECT_EQ(Value(HKEY_CURRENT_USER, L"Kavidex.clsTree\\CLSID"), Text(CLSID_clsTree));
+    EXPECT_TRUE(Exists(HKEY_CURRENT_USER, other));
+    EXPECT_FALSE(Exists(HKEY_CURRENT_USER, PlatformKey(8 * sizeof(void*))));
+    ASSERT_EQ(RegDeleteKeyW(HKEY_CURRENT_USER, (L"Software\\Classes\\" + other).c_str()), 0);
+    ASSERT_EQ(Install(false, L"user"), S_OK);
+    ExpectGone(HKEY_CURRENT_USER);
 }
 
 } // namespace kavidex::tests
