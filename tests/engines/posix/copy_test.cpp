@@ -176,9 +176,16 @@ TEST_F(CopiedInstallation, IsRefusedBeforeAnythingIsWritten) {
     there->Execute("ALTER TABLE tblTree ADD OfTheHost INTEGER");
     there->Execute("ALTER TABLE tblTree MODIFY Description CHAR(255) CHARACTER SET latin1");
     EXPECT_NE(Refusal(source, there), "copied");
-    EXPECT_EQ(transfer::Installation(there).Version(), "copying");
     there->Execute("ALTER TABLE tblTree MODIFY Description CHAR(255) CHARACTER SET utf8mb4");
+    // The last row goes in, and the proof finds another.
+    there->Execute("CREATE TRIGGER Spoils BEFORE INSERT ON tblSettings FOR EACH ROW SET "
+                   "NEW.Value = IF(NEW.SKey = 'Last', 'other', NEW.Value)");
+    source->Execute("insert into tblSettings (Section, SKey, [Value]) values ('Z', 'Last', 'x')");
+    contains(Refusal(source, there), "differs from its source");
+    EXPECT_EQ(transfer::Installation(there).Version(), "copying");
+    there->Execute("DROP TRIGGER Spoils");
     EXPECT_EQ(Refusal(source, there), "copied");
+    EXPECT_EQ(transfer::Installation(there).Version(), currentVersion);
 }
 
 } // namespace
