@@ -157,6 +157,7 @@ void ctlChecklistEditor::Show() {
     form["cmbType"].SetItems(named(types));
     form["cmbTab"].SetItems(named(lclTabTypes));
     form["cmbFrom"].SetItems(named(lclKeys));
+    if (lclType.empty()) form["cmbType"].SetText({});
     for (const auto& item : form["cmbType"].Items())
         if (item.Cell() == lclType) form["cmbType"].Select(item.id);
     form["cmbTab"].SetText(lclTabType);

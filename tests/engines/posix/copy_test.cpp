@@ -144,6 +144,12 @@ TEST_F(CopiedInstallation, ArrivesWholeAfterAnyNumberOfKillsAndComesBackTheSame)
     EXPECT_EQ(BackUp(copy), 0);
     EXPECT_FALSE(machine.files.FileExists(beside));
     EXPECT_EQ(Printout(*EmbeddedDatabase::OpenReadOnly(copy)), Printout(*again));
+    const std::string told = machine.Path("told.txt"), third = machine.Path("d.kdb");
+    EXPECT_EQ(std::system(("'" KAVIDEX_DB_PROGRAM "' copy '" + platform::NativePath(path) + "' '" +
+                           platform::NativePath(third) + "' > '" + platform::NativePath(told) + "'")
+                              .c_str()),
+              0);
+    EXPECT_NE(machine.files.ReadAll(told).find("no view of one moment"), std::string::npos);
     // A deleted row's number is not given to another.
     again->Execute("insert into tblDocument (Description) values ('new')");
     EXPECT_EQ(transfer::Installation(again).Number("select max(Id) from tblDocument"), 42);
