@@ -29,7 +29,7 @@ constexpr int insertKey = 0x2D, deleteKey = 0x2E;
 
 constexpr Column waitingColumns[] = {{"Document", 0}, {"Soort", 34}};
 constexpr Column givenColumns[] = {
-    {"Document", 96}, {"Uitgedeeld", 70}, {"Geopend", 40}, {"Opmerking", 0}};
+    {"Document", 80}, {"Uitgedeeld", 86}, {"Geopend", 40}, {"Opmerking", 0}};
 constexpr std::size_t openedColumn = 2;
 
 constexpr FieldRow fields[] = {
