@@ -160,6 +160,7 @@ bool AdminControl::MayLeave() {
 
 void AdminControl::ShowModal(forms::FormPresenter& forms) {
     presenter = [&forms] { return &forms; };
+    ShowNow(); // what asks for dialogs can be used now
     Form()["btnClose"].SetVisible(true);
     forms.ShowModal(Form());
     Form()["btnClose"].SetVisible(false);

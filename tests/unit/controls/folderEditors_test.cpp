@@ -106,6 +106,11 @@ TEST_F(FolderEditors, WhatIsEditedIsWhatANewDossierBeginsWith) {
     user.Click("btnUndo");
     EXPECT_EQ(Names(*editor), "Post >In %YYYY ");
 
+    ctlDefaultFolders dialog(machine);
+    dialog.SetDbConnection(connection);
+    forms.users = {[](tests::FormUser& sees) { EXPECT_TRUE(sees.CanUse("btnNewType")); }};
+    dialog.ShowModal(forms);
+
     // A folder without a row of its own is made with what it holds, not by itself.
     connection->Execute("delete from tblDossierTabs where TabDescription = 'Post'");
     connection->Execute("update tblDossierTabs set AutoCreate = '0'");
