@@ -32,6 +32,7 @@ std::function<bool(MSG&, DWORD)> TabAround(HWND frame) {
 
 ControlFrame::ControlFrame(HWND owner, const wchar_t* progId, const std::string& title,
                            const platform::win32::ComPtr<IDispatch>& connection,
+                           const platform::win32::ComPtr<IDispatch>& rights,
                            std::string saveQuestion)
     : lclSaveQuestion(std::move(saveQuestion)) {
     const HINSTANCE module = GetModuleHandleW(nullptr);
@@ -46,15 +47,18 @@ ControlFrame::ControlFrame(HWND owner, const wchar_t* progId, const std::string&
     HDC screen = GetDC(nullptr);
     const int dpi = GetDeviceCaps(screen, LOGPIXELSX);
     ReleaseDC(nullptr, screen);
-    lclWindow = CreateWindowExW(
-        0, className, ToWide(title).c_str(), WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT,
-        CW_USEDEFAULT, MulDiv(780, dpi, 96), MulDiv(500, dpi, 96), owner, nullptr, module, this);
+    // To X11's window managers a dialog, which they let take the keyboard from its owner.
+    lclWindow =
+        CreateWindowExW(WS_EX_DLGMODALFRAME, className, ToWide(title).c_str(),
+                        WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, CW_USEDEFAULT, CW_USEDEFAULT,
+                        MulDiv(780, dpi, 96), MulDiv(500, dpi, 96), owner, nullptr, module, this);
     if (!lclWindow) throw platform::Error(platform::errors::fail, "no window", "kavidex-host");
     try {
         lclSite = new platform::win32::ControlSite(lclWindow, {.keyBack = TabAround(lclWindow)});
         RECT client;
         GetClientRect(lclWindow, &client);
         lclSite->Open(progId, client);
+        Control(*lclSite).PutRef(L"UserAuth", {Variant(rights)});
         Control(*lclSite).PutRef(L"DbConnection", {Variant(connection)});
     } catch (...) {
         Close();

@@ -15,9 +15,11 @@ std::function<bool(MSG&, DWORD)> TabAround(HWND frame);
 
 class ControlFrame {
 public:
-    // Shows the control on that connection; throws platform::Error where it cannot be made.
+    // Shows the control to a user with these rights; throws platform::Error where it cannot be
+    // made.
     ControlFrame(HWND owner, const wchar_t* progId, const std::string& title,
-                 const platform::win32::ComPtr<IDispatch>& connection, std::string saveQuestion);
+                 const platform::win32::ComPtr<IDispatch>& connection,
+                 const platform::win32::ComPtr<IDispatch>& rights, std::string saveQuestion);
     ~ControlFrame();
     ControlFrame(const ControlFrame&) = delete;
     ControlFrame& operator=(const ControlFrame&) = delete;

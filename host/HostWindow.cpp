@@ -271,9 +271,9 @@ void HostWindow::ShowAdministration(std::size_t which) {
     std::erase_if(lclFrames, [](const auto& frame) { return !frame->IsOpen(); });
     auto name = Own(administration[which].title);
     std::erase(name, '&');
-    lclFrames.push_back(std::make_unique<ControlFrame>(lclWindow, administration[which].progId,
-                                                       name, lclSession->Connection(),
-                                                       Own("Save the changes?")));
+    lclFrames.push_back(std::make_unique<ControlFrame>(
+        lclWindow, administration[which].progId, name, lclSession->Connection(),
+        lclSession->Rights(), Own("Save the changes?")));
 }
 
 // The panel beside the documents, by the type of the dossier.

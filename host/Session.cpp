@@ -1,6 +1,8 @@
 #include "host/Session.h"
 
 #include "platform/Error.h"
+#include "platform/User.h"
+#include "platform/Workstation.h"
 
 namespace kavidex::host {
 
@@ -28,11 +30,20 @@ void Session::Connect(const std::string& database, const std::string& store) {
     lclConnection = opened.Object();
     lclDatabase = database;
     Binder(lclBinder).PutRef(L"DbConnection", {Variant(lclConnection)});
+    Binder(lclBinder).PutRef(L"UserAuth", {Variant(Rights())});
     lclStore = store;
     if (store.empty()) return;
     const Late settings = Late::Create("Kavidex.clsSettings");
     settings.PutRef(L"DbConnection", {Variant(lclConnection)});
     settings.Call(L"SetSetting", {"Storage", "DocumentPath", Variant(store)});
+}
+
+platform::win32::ComPtr<IDispatch> Session::Rights() const {
+    const Late rights = Late::Create("Kavidex.clsUserAuth");
+    rights.PutRef(L"DbConnection", {Variant(lclConnection)});
+    rights.Put(L"UserId", {Variant(platform::TheWorkstation().user.Name())});
+    rights.Call(L"LoadRights");
+    return rights.Object();
 }
 
 void Session::Disconnect() {

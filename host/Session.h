@@ -32,6 +32,8 @@ public:
     const std::string& Store() const { return lclStore; }
     const platform::win32::ComPtr<IDispatch>& Connection() const { return lclConnection; }
     const std::string& Key() const { return lclKey; }
+    // Of whoever is logged on to Windows, as they are kept now.
+    platform::win32::ComPtr<IDispatch> Rights() const;
 
 private:
     IDispatch* lclBinder;

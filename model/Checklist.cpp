@@ -63,10 +63,6 @@ bool Describes(const clsField& field, std::string_view type, std::string_view de
     return !asked && !own.empty() && Matches(own, description);
 }
 
-std::string TabTypeOf(const DossierTab& tab) {
-    return tab.type.empty() ? std::string(platform::FileName(tab.description)) : tab.type;
-}
-
 bool IsOfTab(const DossierTab& tab, std::string_view folderName) {
     // The last step of a path, with anything for each token.
     std::string pattern;
@@ -99,25 +95,6 @@ ChecklistState ChecklistLine::State() const {
         return ChecklistState::Present;
     if (field->NumberToRecieve() < 1) return ChecklistState::Optional;
     return found > 0 ? ChecklistState::Partly : ChecklistState::Missing;
-}
-
-std::string ChecklistKey(std::string_view dossierType, std::string_view tabType) {
-    return std::string(dossierType) + "^" + std::string(tabType);
-}
-
-std::vector<std::string> ChecklistKeys(const Store& store, std::string_view dossierType) {
-    std::vector<std::string> keys;
-    const auto rows = store.Read("Select distinct TabType from tblCheckListFields");
-    for (; !rows->Eof(); rows->MoveNext()) {
-        auto key = AsTyped(store.Connection(), TrimmedText(rows->Get(0)));
-        const auto type = std::string_view(key).substr(0, key.find('^'));
-        if (key.find('^') != std::string::npos &&
-            (dossierType.empty() || platform::EqualNoCase(type, dossierType)))
-            keys.push_back(std::move(key));
-    }
-    std::sort(keys.begin(), keys.end(),
-              [](const auto& a, const auto& b) { return platform::CompareNoCase(a, b) < 0; });
-    return keys;
 }
 
 std::vector<clsFieldPtr> LoadChecklist(const platform::Workstation& workstation,
@@ -157,6 +134,8 @@ void Checklist::Load(const data::ConnectionPtr& connection, std::string_view typ
             {std::string(AfterKey(key)), LoadChecklist(lclWorkstation, store.Connection(), key)});
     if (const auto found = FindDossierType(lclWorkstation, connection, dossierType); found.id != 0)
         lclTabs = TabsOfType(store, found.id);
+    for (auto& tab : KeptTabs(lclWorkstation, store, dossierType))
+        lclTabs.push_back(std::move(tab));
     lclLists = std::move(lists);
     // The values of every folder that has a list.
     Match(tree);

@@ -56,14 +56,9 @@ TypedField TypedKind(std::string_view fieldType);
 bool Describes(const clsField& field, std::string_view type, std::string_view description);
 // The tab type of the dossier itself.
 inline constexpr std::string_view wholeDossier = "Dossiertype";
-// What a folder made from this row goes by in the keys of checklists.
-std::string TabTypeOf(const DossierTab& tab);
 // Whether a folder of that name was made from this row of its type, whatever its tokens gave.
 bool IsOfTab(const DossierTab& tab, std::string_view folderName);
 
-std::string ChecklistKey(std::string_view dossierType, std::string_view tabType);
-// The keys of all checklists of a type, or of every type when it is empty.
-std::vector<std::string> ChecklistKeys(const Store& store, std::string_view dossierType);
 // The items of one list in their order; throws data::Error when it cannot be read.
 std::vector<clsFieldPtr> LoadChecklist(const platform::Workstation& workstation,
                                        const data::ConnectionPtr& connection, std::string_view key);

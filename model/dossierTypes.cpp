@@ -5,6 +5,7 @@
 #include "data/modData.h"
 #include "data/schema/upgradeSteps.h"
 #include "platform/Error.h"
+#include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
@@ -12,10 +13,22 @@
 namespace kavidex::model {
 namespace {
 
+// What cannot be read because the installation never had the table is nothing.
+template <class Work>
+void OrNone(const platform::Workstation& workstation, const data::ConnectionPtr& connection,
+            const std::string& table, Work read) {
+    try {
+        read();
+    } catch (const platform::Error& error) {
+        workstation.log.Write("DossierTypes", error.what());
+        if (data::UpgradeContext{workstation, connection}.HasTable(table)) throw;
+    }
+}
+
 std::vector<DossierType> Types(const platform::Workstation& workstation,
                                const data::ConnectionPtr& connection, std::string_view where) {
     std::vector<DossierType> types;
-    try {
+    OrNone(workstation, connection, "tblDossierTypes", [&] {
         const auto rows =
             Store(connection)
                 .Read("Select TypeId, DossierType, DossierDescription from tblDossierTypes" +
@@ -24,11 +37,25 @@ std::vector<DossierType> Types(const platform::Workstation& workstation,
             types.push_back({data::ToInt32(rows->Get(0)),
                              AsTyped(connection, TrimmedText(rows->Get(1))),
                              AsTyped(connection, TrimmedText(rows->Get(2)))});
-    } catch (const platform::Error& error) {
-        workstation.log.Write("DossierTypes", error.what());
-        if (data::UpgradeContext{workstation, connection}.HasTable("tblDossierTypes")) throw;
-    }
+    });
     return types;
+}
+
+std::vector<DossierTab> Tabs(const Store& store, const std::string& ofTypes) {
+    std::vector<DossierTab> tabs;
+    const auto rows = store.Read("Select TabId, TabDescription, TabType, IntOrder, AutoCreate from "
+                                 "tblDossierTabs where DossierTypeId " +
+                                 ofTypes + " order by IntOrder, TabId");
+    for (; !rows->Eof(); rows->MoveNext())
+        tabs.push_back({data::ToInt32(rows->Get(0)),
+                        AsTyped(store.Connection(), TrimmedText(rows->Get(1))),
+                        AsTyped(store.Connection(), TrimmedText(rows->Get(2))),
+                        data::ToInt32(rows->Get(3)), IsAutomatic(TrimmedText(rows->Get(4)))});
+    return tabs;
+}
+
+void DeleteTab(const Store& store, std::int32_t id) {
+    store.Write("Delete from tblDossierTabs where TabId = " + Number(id));
 }
 
 } // namespace
@@ -52,16 +79,7 @@ DossierType FindDossierType(const platform::Workstation& workstation,
 }
 
 std::vector<DossierTab> TabsOfType(const Store& store, std::int32_t typeId) {
-    std::vector<DossierTab> tabs;
-    const auto rows = store.Read("Select TabId, TabDescription, TabType, IntOrder, AutoCreate from "
-                                 "tblDossierTabs where DossierTypeId = " +
-                                 Number(typeId) + " order by IntOrder, TabId");
-    for (; !rows->Eof(); rows->MoveNext())
-        tabs.push_back({data::ToInt32(rows->Get(0)),
-                        AsTyped(store.Connection(), TrimmedText(rows->Get(1))),
-                        AsTyped(store.Connection(), TrimmedText(rows->Get(2))),
-                        data::ToInt32(rows->Get(3)), IsAutomatic(TrimmedText(rows->Get(4)))});
-    return tabs;
+    return Tabs(store, "= " + Number(typeId));
 }
 
 bool HoldType(const Store& store, std::int32_t typeId) {
@@ -77,8 +95,7 @@ void SaveTabs(const platform::Workstation& workstation, const Store& store, std:
                             [&](const DossierTab& tab) { return tab.id == id; });
     };
     for (const auto& tab : before)
-        if (in(after, tab.id) == after.end())
-            store.Write("Delete from tblDossierTabs where TabId = " + Number(tab.id));
+        if (in(after, tab.id) == after.end()) DeleteTab(store, tab.id);
     for (const auto& tab : after) {
         const auto known = tab.id ? in(before, tab.id) : before.end();
         if (known != before.end() && *known == tab) continue;
@@ -112,9 +129,61 @@ std::int32_t AddDossierType(const platform::Workstation& workstation, const Stor
                      [](data::Recordset& row, std::int32_t key) { SetNumber(row, "TypeId", key); });
 }
 
-void RemoveDossierType(const Store& store, std::int32_t typeId) {
-    store.Write("Delete from tblDossierTabs where DossierTypeId = " + Number(typeId));
-    store.Write("Delete from tblDossierTypes where TypeId = " + Number(typeId));
+std::string TabTypeOf(const DossierTab& tab) {
+    return tab.type.empty() ? std::string(platform::FileName(tab.description)) : tab.type;
+}
+
+std::string ChecklistKey(std::string_view dossierType, std::string_view tabType) {
+    return std::string(dossierType) + "^" + std::string(tabType);
+}
+
+std::vector<std::string> ChecklistKeys(const Store& store, std::string_view dossierType) {
+    std::vector<std::string> keys;
+    const auto rows = store.Read("Select distinct TabType from tblCheckListFields");
+    for (; !rows->Eof(); rows->MoveNext()) {
+        auto key = AsTyped(store.Connection(), TrimmedText(rows->Get(0)));
+        const auto type = std::string_view(key).substr(0, key.find('^'));
+        if (key.find('^') != std::string::npos &&
+            (dossierType.empty() || platform::EqualNoCase(type, dossierType)))
+            keys.push_back(std::move(key));
+    }
+    std::sort(keys.begin(), keys.end(),
+              [](const auto& a, const auto& b) { return platform::CompareNoCase(a, b) < 0; });
+    return keys;
+}
+
+// A kept folder stands under its type's number with a minus sign and has its list's key for a type.
+void RemoveDossierType(const Store& store, const DossierType& type) {
+    const auto keys = ChecklistKeys(store, type.name);
+    for (const auto& tab : TabsOfType(store, type.id)) {
+        const auto key = ChecklistKey(type.name, TabTypeOf(tab));
+        if (std::any_of(keys.begin(), keys.end(),
+                        [&](const auto& known) { return platform::EqualNoCase(known, key); }))
+            store.Write("Update tblDossierTabs set DossierTypeId = " + Number(-type.id) +
+                        ", TabType = " + data::SqlValue(key) + " where TabId = " + Number(tab.id));
+    }
+    store.Write("Delete from tblDossierTabs where DossierTypeId = " + Number(type.id));
+    store.Write("Delete from tblDossierTypes where TypeId = " + Number(type.id));
+}
+
+std::vector<DossierTab> KeptTabs(const platform::Workstation& workstation, const Store& store,
+                                 std::string_view dossierType) {
+    std::vector<DossierTab> kept;
+    OrNone(workstation, store.Connection(), "tblDossierTabs", [&] {
+        for (auto& tab : Tabs(store, "< 0")) {
+            const auto mark = std::min(tab.type.find('^'), tab.type.size());
+            if (!platform::EqualNoCase(tab.type.substr(0, mark), dossierType)) continue;
+            tab.type.erase(0, mark + 1);
+            kept.push_back(std::move(tab));
+        }
+    });
+    return kept;
+}
+
+void ForgetKeptTabs(const platform::Workstation& workstation, const Store& store,
+                    std::string_view dossierType, std::string_view tabType) {
+    for (const auto& tab : KeptTabs(workstation, store, dossierType))
+        if (platform::EqualNoCase(tab.type, tabType)) DeleteTab(store, tab.id);
 }
 
 } // namespace kavidex::model

@@ -38,7 +38,21 @@ void SaveTabs(const platform::Workstation& workstation, const Store& store, std:
               const std::vector<DossierTab>& before, const std::vector<DossierTab>& after);
 std::int32_t AddDossierType(const platform::Workstation& workstation, const Store& store,
                             std::string_view name, std::string_view description);
-void RemoveDossierType(const Store& store, std::int32_t typeId); // with its folders
+// With its folders; those that have a checklist are kept for its dossiers (KeptTabs).
+void RemoveDossierType(const Store& store, const DossierType& type);
+
+// A type goes by its name and the type of a folder where checklists are kept; neither holds a "^".
+std::string ChecklistKey(std::string_view dossierType, std::string_view tabType);
+// What a folder made from this row goes by there.
+std::string TabTypeOf(const DossierTab& tab);
+// The keys of all checklists of a type, or of every type when it is empty.
+std::vector<std::string> ChecklistKeys(const Store& store, std::string_view dossierType);
+// The folders of types of that name that were deleted, as far as they have a checklist.
+std::vector<DossierTab> KeptTabs(const platform::Workstation& workstation, const Store& store,
+                                 std::string_view dossierType);
+// Once the list is empty.
+void ForgetKeptTabs(const platform::Workstation& workstation, const Store& store,
+                    std::string_view dossierType, std::string_view tabType);
 
 // What a row's column AutoCreate says.
 bool IsAutomatic(std::string_view autoCreate);

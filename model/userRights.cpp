@@ -163,13 +163,30 @@ bool SomebodyAdministers(std::span<const RightsHolder> holders) {
 }
 
 bool AnAdministratorIsLeft(const platform::Workstation& workstation,
-                           const data::ConnectionPtr& connection) {
+                           const data::ConnectionPtr& connection,
+                           const std::vector<std::string>& besides) {
     auto rights = ReadRights(workstation, connection);
+    for (const auto& name : besides) rights.erase(platform::LowerCase(RightsSection(name)));
     // Nobody logs on as a group.
     for (const auto& holder : LoadHolders(workstation, Store(connection)))
         if (holder.isGroup) rights.erase(KeyOf(holder));
     return std::any_of(rights.begin(), rights.end(),
                        [](const auto& one) { return Administers(one.second); });
+}
+
+std::optional<RightSet> KeptRights(const platform::Workstation& workstation, const Store& store,
+                                   std::string_view name) {
+    clsUserAuth rights(workstation);
+    rights.SetDbConnection(store.Connection());
+    rights.SetUserId(name);
+    if (!rights.LoadRights()) Refused("The rights of " + std::string(name) + " were not read.");
+    std::string key, value;
+    if (!rights.GetFirstRight(key, value)) return std::nullopt;
+    RightSet kept;
+    const auto all = Rights();
+    for (std::size_t i = 0; i < all.size(); ++i)
+        kept[i] = platform::EqualNoCase(rights.GetRight(all[i].key), rightGranted);
+    return kept;
 }
 
 bool CanHoldRights(std::string_view name) {
@@ -182,10 +199,9 @@ NodeId AddHolder(const platform::Workstation& workstation, const Store& store,
     clsItemCol(workstation)
         .AddItem(id, holder.isGroup ? itemTypes::userGroup : itemTypes::user, nullptr, 0,
                  holder.name, store.Connection(), holder.group > 0 ? holder.group : place.users);
-    RemoveRights(workstation, store, holder.name); // of a user of that name long ago
-    RightsHolder none = holder;
-    none.rights.reset();
-    SaveRights(workstation, store, none, holder);
+    RightsHolder before = holder;
+    before.rights = KeptRights(workstation, store, holder.name).value_or(RightSet());
+    SaveRights(workstation, store, before, holder);
     return id;
 }
 

@@ -4,6 +4,7 @@
 
 #include <bitset>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -43,14 +44,21 @@ bool IsWithin(std::span<const RightsHolder> holders, NodeId id, NodeId group);
 
 // Whether some user may see rights and change them; otherwise nobody can undo what is changed.
 bool SomebodyAdministers(std::span<const RightsHolder> holders);
-// The same of all that have rights in this database, known to the tree or not.
+// The same of all that have rights in this database, known to the tree or not; `besides` do not
+// count.
 bool AnAdministratorIsLeft(const platform::Workstation& workstation,
-                           const data::ConnectionPtr& connection);
+                           const data::ConnectionPtr& connection,
+                           const std::vector<std::string>& besides = {});
+// The rights kept under a name, known to the tree or not; none: there is no row. Throws
+// data::Error.
+std::optional<RightSet> KeptRights(const platform::Workstation& workstation, const Store& store,
+                                   std::string_view name);
 
 // Whether rights can be kept under the name: not empty, and not too long once it is written.
 bool CanHoldRights(std::string_view name);
 
 // Within a transaction, after HoldNode of the tree. Each throws data::Error when refused.
+// Of the rights kept under the name those that differ are changed.
 NodeId AddHolder(const platform::Workstation& workstation, const Store& store,
                  const UserTree& place, const RightsHolder& holder);
 // Its name, its group, and the rights that differ; rights kept under the old name stay there.

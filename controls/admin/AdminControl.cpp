@@ -44,8 +44,8 @@ bool ConfirmRightsSwitch(const forms::Form& form, const platform::Workstation& w
 }
 
 AdminControl::AdminControl(const forms::Layout& layout, const platform::Workstation& workstation,
-                           std::string_view right)
-    : FormControl(layout, workstation), lclRight(right) {
+                           std::string_view rightToSee, std::string_view rightToChange)
+    : FormControl(layout, workstation), lclRightToSee(rightToSee), lclRightToChange(rightToChange) {
     Form().On("btnSave", What::Clicked, [this](forms::FieldEvent&) { Save(); });
     On("btnUndo", What::Clicked, &AdminControl::Undo);
     Form()["btnSave"].SetEnabled(false);
@@ -104,12 +104,18 @@ bool AdminControl::Save() {
         Tell("U heeft geen bevoegdheid om dit te wijzigen");
         return false;
     }
-    if (!MaySave()) return false;
+    if (!MaySave() || !Written([this](const model::Store& store) { Write(store); })) return false;
+    Undo();
+    EvSaved.Raise();
+    return true;
+}
+
+bool AdminControl::Written(const std::function<void(const model::Store&)>& work) {
     std::string taken, failure;
     try {
         const model::Store store(DbConnection());
         model::Transaction transaction(store, Machine());
-        Write(store);
+        work(store);
         transaction.Commit();
     } catch (const ChangedMeanwhile& conflict) {
         taken = conflict.what;
@@ -125,8 +131,6 @@ bool AdminControl::Save() {
         Tell("Opslaan is niet gelukt: $%$", {failure});
         return false;
     }
-    Undo();
-    EvSaved.Raise();
     return true;
 }
 
@@ -136,12 +140,13 @@ void AdminControl::Refresh() {
     ShowButtons();
 }
 
-// Another user sees other things; what the one before had begun stays until it is saved.
+// Another user sees other things; what the one before had begun stays until it is saved, for who
+// may see it.
 void AdminControl::RightsChanged() {
-    if (lclChanged || !DbConnection())
-        ShowNow();
-    else
+    if (DbConnection() && (!lclChanged || !MaySee()))
         Refresh();
+    else
+        ShowNow();
 }
 
 bool AdminControl::MayLeave() {
@@ -155,6 +160,7 @@ bool AdminControl::MayLeave() {
 
 void AdminControl::ShowModal(forms::FormPresenter& forms) {
     presenter = [&forms] { return &forms; };
+    ShowNow(); // what asks for dialogs can be used now
     Form()["btnClose"].SetVisible(true);
     forms.ShowModal(Form());
     Form()["btnClose"].SetVisible(false);

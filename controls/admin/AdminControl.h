@@ -14,9 +14,10 @@ struct ChangedMeanwhile {
 
 class AdminControl : public FormControl {
 public:
-    // The layout has the buttons btnSave, btnUndo and, hidden, btnClose; `right` is needed to save.
+    // The layout has the buttons btnSave, btnUndo and, hidden, btnClose. Nothing is shown, and no
+    // other right counts, without `rightToSee`.
     AdminControl(const forms::Layout& layout, const platform::Workstation& workstation,
-                 std::string_view right);
+                 std::string_view rightToSee, std::string_view rightToChange);
 
     // Which dossier type it begins with, where it is about types.
     const std::string& DossierType() const { return lclDossierType; }
@@ -37,6 +38,8 @@ protected:
     virtual bool MayWrite() const { return MayChange(); }
     virtual bool MaySave() { return true; }            // asks what has to be asked; false: not now
     virtual void Write(const model::Store& store) = 0; // within one transaction
+    // Does the work in one transaction; false when it was refused, which the user was told.
+    bool Written(const std::function<void(const model::Store&)>& work);
     // Makes the field's items edited by keys (Ins, Del, with Ctrl the arrows) and by the buttons
     // btnNew, btnDelete, btnUp and btnDown.
     void EditsItemsOf(std::string_view field);
@@ -45,14 +48,16 @@ protected:
     virtual void MoveBy(int /*steps*/) {}                  // among those beside it
     virtual bool Indent(bool /*deeper*/) { return false; } // false: there are no levels
     void Changed();
-    bool MayChange() const { return May(lclRight); }
+    bool MaySee() const { return MayRead(lclRightToSee); }
+    bool May(std::string_view right) const { return MaySee() && FormControl::May(right); }
+    bool MayChange() const { return May(lclRightToChange); }
     void ShowButtons();
     bool MayLeave() override;
     void RightsChanged() override;
 
 private:
     std::string lclDossierType;
-    std::string_view lclRight;
+    std::string_view lclRightToSee, lclRightToChange;
     bool lclChanged = false;
 };
 

@@ -60,7 +60,6 @@ void FormControl::SetUserAuth(std::shared_ptr<model::clsUserAuth> rights) {
 
 void FormControl::SetDbConnection(data::ConnectionPtr connection) {
     lclConnection = std::move(connection);
-    lclRights.Set(lclUserAuth, lclConnection);
     if (lclOwnTranslator) {
         lclOwnTranslator->SetDbConnection(lclConnection);
         lclForm.SetTranslate(lclTranslator);
@@ -69,6 +68,7 @@ void FormControl::SetDbConnection(data::ConnectionPtr connection) {
 }
 
 void FormControl::Refresh() {
+    lclRights.Set(lclUserAuth, lclConnection); // rights may be in use by now
     Guarded([this] { Read(); });
     Guarded([this] { Show(); });
 }

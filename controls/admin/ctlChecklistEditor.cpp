@@ -59,10 +59,16 @@ constexpr FieldRow fields[] = {
 };
 constexpr forms::Layout layout = {"ctlChecklistEditor", "Checklists", 440, 210, true, fields};
 
+std::vector<std::string>::const_iterator Named(const std::vector<std::string>& names,
+                                               std::string_view name) {
+    return std::find_if(names.begin(), names.end(),
+                        [&](const auto& one) { return platform::EqualNoCase(one, name); });
+}
+
 } // namespace
 
 ctlChecklistEditor::ctlChecklistEditor(const platform::Workstation& workstation)
-    : AdminControl(layout, workstation, "UpdateDossierType") {
+    : AdminControl(layout, workstation, "ReadDossierType", "UpdateDossierType") {
     On("cmbType", What::Changed, &ctlChecklistEditor::ChooseType);
     On("cmbTab", What::Changed, &ctlChecklistEditor::ChooseList);
     On("btnCopy", What::Clicked, &ctlChecklistEditor::CopyFrom);
@@ -96,7 +102,8 @@ void ctlChecklistEditor::Read() {
     lclKeys.clear();
     lclStored.clear();
     lclLines.clear();
-    if (!MayRead("ReadDossierType")) return;
+    const auto typeBefore = std::exchange(lclType, {});
+    if (!MaySee()) return;
     const model::Store store(DbConnection());
     lclTypes = model::DossierTypes(Machine(), DbConnection());
     lclKeys = model::ChecklistKeys(store, {});
@@ -111,15 +118,13 @@ void ctlChecklistEditor::Read() {
     };
     for (const auto& key : lclKeys) offer(key.substr(0, key.find('^')));
     offer(DossierType());
-    if (lclType.empty()) lclType = DossierType();
-    auto chosen = known(lclType);
+    auto chosen = known(typeBefore.empty() ? DossierType() : typeBefore);
     if (chosen == lclTypes.end()) chosen = lclTypes.begin();
-    lclType = chosen == lclTypes.end() ? std::string() : chosen->name;
+    if (chosen != lclTypes.end()) lclType = chosen->name;
+    if (!platform::EqualNoCase(lclType, typeBefore)) lclTabType.clear();
     const auto add = [&](std::string tab) {
-        const bool there = std::any_of(lclTabTypes.begin(), lclTabTypes.end(), [&](const auto& o) {
-            return platform::EqualNoCase(o, tab);
-        });
-        if (!there && !tab.empty()) lclTabTypes.push_back(std::move(tab));
+        if (!tab.empty() && Named(lclTabTypes, tab) == lclTabTypes.end())
+            lclTabTypes.push_back(std::move(tab));
     };
     if (!lclType.empty()) add(std::string(model::wholeDossier));
     if (chosen != lclTypes.end() && chosen->id != 0)
@@ -130,8 +135,7 @@ void ctlChecklistEditor::Read() {
     if (lclTabType.empty() && !lclTabTypes.empty()) {
         const auto filled =
             std::find_if(lclTabTypes.begin(), lclTabTypes.end(), [&](const auto& tab) {
-                return std::find(lclKeys.begin(), lclKeys.end(),
-                                 model::ChecklistKey(lclType, tab)) != lclKeys.end();
+                return Named(lclKeys, model::ChecklistKey(lclType, tab)) != lclKeys.end();
             });
         lclTabType = filled == lclTabTypes.end() ? lclTabTypes.front() : *filled;
     }
@@ -153,6 +157,7 @@ void ctlChecklistEditor::Show() {
     form["cmbType"].SetItems(named(types));
     form["cmbTab"].SetItems(named(lclTabTypes));
     form["cmbFrom"].SetItems(named(lclKeys));
+    if (lclType.empty()) form["cmbType"].SetText({});
     for (const auto& item : form["cmbType"].Items())
         if (item.Cell() == lclType) form["cmbType"].Select(item.id);
     form["cmbTab"].SetText(lclTabType);
@@ -163,7 +168,8 @@ void ctlChecklistEditor::ShowLines(std::size_t chosen) {
     std::vector<Item> items;
     for (const auto& line : lclLines)
         items.push_back({static_cast<std::int32_t>(items.size()) + 1,
-                         {line.description, line.type, std::to_string(std::max(line.number, 1)),
+                         {line.description, line.type,
+                          line.number > 0 ? std::to_string(line.number) : std::string(),
                           Text(line.number > 0 ? "Ja" : "Nee"), line.toCheck}});
     Form()["lstLines"].SetItems(std::move(items));
     Form()["lstLines"].Select(chosen < lclLines.size() ? static_cast<std::int32_t>(chosen) + 1 : 0);
@@ -197,7 +203,8 @@ void ctlChecklistEditor::ChooseType() {
 }
 
 void ctlChecklistEditor::ChooseList() {
-    const auto text = platform::Trim(Form()["cmbTab"].Text());
+    auto text = platform::Trim(Form()["cmbTab"].Text());
+    if (const auto known = Named(lclTabTypes, text); known != lclTabTypes.end()) text = *known;
     if (text == lclTabType) return;
     if (IsChanged() && !MayLeave()) return Form()["cmbTab"].SetText(lclTabType);
     lclTabType = text;
@@ -266,7 +273,10 @@ void ctlChecklistEditor::Dropped(forms::FieldEvent& event) {
 }
 
 void ctlChecklistEditor::Editing(forms::FieldEvent& event) {
-    event.refused = !MayChange() || static_cast<std::size_t>(event.item) > lclLines.size();
+    const auto line = static_cast<std::size_t>(event.item) - 1;
+    // How many are expected of what is not required is no question.
+    event.refused = !MayChange() || line >= lclLines.size() ||
+                    (event.column == number && lclLines[line].number < 1);
     if (event.refused) return;
     if (event.column == required) event.choices = {Text("Ja"), Text("Nee")};
     // As they are stored, so in the system's own language.
@@ -330,6 +340,7 @@ void ctlChecklistEditor::Write(const model::Store& store) {
         list.CreateField(++order, line.description, static_cast<std::int16_t>(line.number),
                          line.toCheck, line.type);
     list.UpdateCurrentType();
+    if (lclLines.empty()) model::ForgetKeptTabs(Machine(), store, lclType, lclTabType);
 }
 
 } // namespace kavidex::controls

@@ -74,7 +74,7 @@ constexpr forms::Layout nameLayout = {"NewType", "Nieuw dossiertype", 220, 52, t
 } // namespace
 
 ctlDefaultFolders::ctlDefaultFolders(const platform::Workstation& workstation)
-    : AdminControl(layout, workstation, "UpdateDossierType") {
+    : AdminControl(layout, workstation, "ReadDossierType", "UpdateDossierType") {
     On("cmbType", What::Changed, &ctlDefaultFolders::ChooseType);
     On("btnNewType", What::Clicked, &ctlDefaultFolders::AddType);
     On("btnDeleteType", What::Clicked, &ctlDefaultFolders::RemoveType);
@@ -97,7 +97,7 @@ void ctlDefaultFolders::Read() {
     lclTypes.clear();
     lclStored.clear();
     lclFolders.clear();
-    if (!MayRead("ReadDossierType")) return;
+    if (!MaySee()) return;
     lclTypes = model::DossierTypes(Machine(), DbConnection());
     const auto named = [&](std::string_view name) {
         return std::find_if(lclTypes.begin(), lclTypes.end(), [&](const auto& type) {
@@ -122,31 +122,28 @@ void ctlDefaultFolders::ReadFolders() {
 std::vector<ctlDefaultFolders::Folder>
 ctlDefaultFolders::FromTabs(const std::vector<model::DossierTab>& tabs) {
     std::vector<Folder> all;
-    std::vector<std::pair<std::string, std::int32_t>> paths;
-    const auto folderOf = [&](const std::string& path) {
-        for (const auto& [known, id] : paths)
-            if (platform::EqualNoCase(known, path)) return id;
-        return 0;
+    const auto in = [&](std::int32_t parent, const std::string& name) {
+        return std::find_if(all.begin(), all.end(), [&](const Folder& folder) {
+            return folder.parent == parent && platform::EqualNoCase(folder.name, name);
+        });
     };
     for (const auto& tab : tabs) {
         std::int32_t parent = 0;
-        std::string path;
         const auto steps = platform::Split(tab.description, '\\');
         for (std::size_t i = 0; i < steps.size(); ++i) {
-            path += (i == 0 ? "" : "\\") + steps[i];
             const bool last = i + 1 == steps.size();
-            if (const auto known = folderOf(path); known && !last) {
-                parent = known;
-                continue;
-            }
-            Folder folder{lclNext++, parent, last ? tab.id : 0, steps[i], {}};
+            auto folder = in(parent, steps[i]);
+            // One that has no row of its own is made with what it holds.
+            if (folder == all.end() || (last && folder->row != 0))
+                folder = all.insert(all.end(), {lclNext++, parent, 0, steps[i], {}, false});
+            parent = folder->id;
             if (last) {
-                folder.type = tab.type;
-                folder.automatic = tab.automatic;
+                folder->row = tab.id;
+                folder->type = tab.type;
+                folder->automatic = tab.automatic;
+            } else if (folder->row == 0) {
+                folder->automatic |= tab.automatic;
             }
-            paths.emplace_back(path, folder.id);
-            parent = folder.id;
-            all.push_back(std::move(folder));
         }
     }
     // Each before what it holds, whatever the rows' order.
@@ -270,7 +267,7 @@ void ctlDefaultFolders::ChooseType() {
 
 void ctlDefaultFolders::AddType() {
     auto* const dialogs = Presenter();
-    if (!dialogs || !MayLeave()) return;
+    if (!dialogs || !May("CreateDossierType") || !MayLeave()) return;
     forms::Form dialog(nameLayout, Machine(), Translate());
     if (!dialogs->ShowModal(dialog)) return;
     const auto name = platform::Trim(dialog["txtName"].Text());
@@ -280,12 +277,10 @@ void ctlDefaultFolders::AddType() {
     // "^" parts a type from a folder's type in the keys of checklists.
     if (known || name.empty() || name.size() > 255 || name.find('^') != std::string::npos)
         return Tell("'$%$' is geen bruikbare naam", {name});
-    if (!Guarded([&] {
-            const model::Store store(DbConnection());
-            model::Transaction transaction(store, Machine());
+    if (!Written([&](const model::Store& store) {
+            model::HoldSettings(store); // another makes it too
             if (model::FindDossierType(Machine(), DbConnection(), name).id == 0)
                 model::AddDossierType(Machine(), store, name, name);
-            transaction.Commit();
         }))
         return;
     lclType = {0, name, {}};
@@ -299,11 +294,9 @@ void ctlDefaultFolders::RemoveType() {
              "bestaan.",
              "Bevestigen verwijderen", {lclType.name}))
         return;
-    if (!Guarded([&] {
-            const model::Store store(DbConnection());
-            model::Transaction transaction(store, Machine());
-            model::RemoveDossierType(store, lclType.id);
-            transaction.Commit();
+    if (!Written([&](const model::Store& store) {
+            HoldUnchanged(store);
+            model::RemoveDossierType(store, lclType);
         }))
         return;
     lclType = {};
@@ -342,9 +335,13 @@ bool ctlDefaultFolders::MaySave() {
     return false;
 }
 
-void ctlDefaultFolders::Write(const model::Store& store) {
+void ctlDefaultFolders::HoldUnchanged(const model::Store& store) const {
     if (!model::HoldType(store, lclType.id) || model::TabsOfType(store, lclType.id) != lclStored)
         throw ChangedMeanwhile{lclType.name};
+}
+
+void ctlDefaultFolders::Write(const model::Store& store) {
+    HoldUnchanged(store);
     model::SaveTabs(Machine(), store, lclType.id, lclStored, Tabs());
 }
 

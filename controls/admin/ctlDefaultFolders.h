@@ -26,6 +26,7 @@ private:
     bool MaySave() override;
 
     void ReadFolders();
+    void HoldUnchanged(const model::Store& store) const; // throws ChangedMeanwhile
     std::vector<Folder> FromTabs(const std::vector<model::DossierTab>& tabs);
     std::string PathOf(const Folder& folder) const;
     std::vector<model::DossierTab> Tabs() const;

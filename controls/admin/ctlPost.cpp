@@ -29,7 +29,7 @@ constexpr int insertKey = 0x2D, deleteKey = 0x2E;
 
 constexpr Column waitingColumns[] = {{"Document", 0}, {"Soort", 34}};
 constexpr Column givenColumns[] = {
-    {"Document", 96}, {"Uitgedeeld", 70}, {"Geopend", 40}, {"Opmerking", 0}};
+    {"Document", 80}, {"Uitgedeeld", 86}, {"Geopend", 40}, {"Opmerking", 0}};
 constexpr std::size_t openedColumn = 2;
 
 constexpr FieldRow fields[] = {
@@ -77,12 +77,10 @@ constexpr FieldRow fields[] = {
 };
 constexpr forms::Layout layout = {"ctlPost", "Postverdeling", 480, 252, true, fields};
 
-constexpr std::string_view giveRight = "EditDossiers";
-
 } // namespace
 
 ctlPost::ctlPost(const platform::Workstation& workstation)
-    : AdminControl(layout, workstation, giveRight),
+    : AdminControl(layout, workstation, "ReadDossiers", "EditDossiers"),
       lclViewer(std::make_unique<ctlViewer>(workstation)) {
     On("lstWaiting", What::Changed, &ctlPost::ShowDocument);
     On("lstWaiting", What::Key, &ctlPost::WaitingKey);
@@ -113,7 +111,7 @@ void ctlPost::Read() {
     lclGiven.clear();
     lclViewer->ShowItem(nullptr);
     lclViewer->SetDbConnection(DbConnection());
-    if (!MayRead("ReadDossiers")) return;
+    if (!MaySee()) return;
     const model::Store store(DbConnection());
     lclHolders = model::LoadHolders(Machine(), store);
     lclPlace = model::FindUserTree(Machine(), store);

@@ -78,7 +78,7 @@ constexpr forms::Layout targetLayout = {"CopyRights", "Rechten kopiëren", 200, 
 } // namespace
 
 ctlRights::ctlRights(const platform::Workstation& workstation)
-    : AdminControl(layout, workstation, rightToChangeRights) {
+    : AdminControl(layout, workstation, "ReadEditRights", "UpdateEditRights") {
     On("txtFind", What::Changed, &ctlRights::Search);
     On("treUsers", What::Changed, &ctlRights::ShowRights);
     On("btnGroup", What::Clicked, &ctlRights::AddGroup);
@@ -100,10 +100,11 @@ ctlRights::ctlRights(const platform::Workstation& workstation)
 void ctlRights::Read() {
     lclStored.clear();
     lclHolders.clear();
+    lclKept.clear();
     lclStoredUse = lclUse = false;
     lclNobodyAccepted = false;
     lclPlace = {};
-    if (!MayRead("ReadEditRights")) return;
+    if (!MaySee()) return;
     const model::Store store(DbConnection());
     lclPlace = model::FindUserTree(Machine(), store);
     lclStored = model::LoadHolders(Machine(), store);
@@ -204,6 +205,14 @@ const ctlRights::Holder* ctlRights::Before(std::int32_t id) const {
     return found == lclStored.end() ? nullptr : &*found;
 }
 
+std::optional<model::RightSet> ctlRights::KeptUnder(std::string_view name) const {
+    const bool known = std::any_of(lclStored.begin(), lclStored.end(), [&](const Holder& holder) {
+        return platform::EqualNoCase(holder.name, name);
+    });
+    if (known) return std::nullopt;
+    return model::KeptRights(Machine(), model::Store(DbConnection()), name);
+}
+
 void ctlRights::Search() {
     const auto& text = Form()["txtFind"].Text();
     if (text.empty()) return;
@@ -222,6 +231,9 @@ void ctlRights::AddHolder(bool group) {
     const auto base = group ? Text("Nieuwe groep") : Text("Nieuwe gebruiker");
     made.name = base;
     for (int n = 2; Named(made.name); ++n) made.name = base + " " + std::to_string(n);
+    if (!Guarded([&] { lclKept[made.id] = KeptUnder(made.name).value_or(model::RightSet()); }))
+        return;
+    made.rights = lclKept[made.id];
     const auto id = made.id, into = made.group;
     PutInto(into, {std::move(made)});
     Form()["treUsers"].EditItem(id);
@@ -276,6 +288,15 @@ void ctlRights::Rename(forms::FieldEvent& event) {
     if (!model::CanHoldRights(name)) return Tell("'$%$' is geen bruikbare naam", {name});
     if (const auto* other = Named(name); other && other != holder)
         return Tell("Er is al een gebruiker of groep '$%$'", {name});
+    std::optional<model::RightSet> kept;
+    if (!Guarded([&] { kept = KeptUnder(name); })) return;
+    if (const auto known = lclKept.find(holder->id); known == lclKept.end()) {
+        if (kept) return Tell("'$%$' heeft al rechten in deze database", {name});
+    } else {
+        if (kept || holder->rights == known->second)
+            holder->rights = kept.value_or(model::RightSet());
+        known->second = kept.value_or(model::RightSet());
+    }
     holder->name = name;
     event.refused = name != event.text; // shown trimmed
     Changed();

@@ -1,6 +1,9 @@
 // The rights editor: the users and groups of the installation, and what each of them may do.
 #pragma once
 
+#include <map>
+#include <optional>
+
 #include "controls/admin/AdminControl.h"
 #include "model/userRights.h"
 
@@ -12,7 +15,6 @@ public:
 
 private:
     using Holder = model::RightsHolder;
-    static constexpr std::string_view rightToChangeRights = "UpdateEditRights";
 
     void Read() override;
     void Show() override;
@@ -27,6 +29,11 @@ private:
     Holder* Find(std::int32_t id);
     const Holder* Named(std::string_view name) const;
     const Holder* Before(std::int32_t id) const; // as it is stored, null for a new one
+    bool IsRenamed(const Holder& holder) const;  // users log on with the name that it had
+    std::vector<std::string> NewNames() const;
+    bool ConfirmWhoIsLeft(const std::vector<Holder>& after);
+    // Of somebody whom the tree does not know.
+    std::optional<model::RightSet> KeptUnder(std::string_view name) const;
 
     void Search();
     void AddGroup() { AddHolder(true); }
@@ -48,8 +55,11 @@ private:
 
     model::UserTree lclPlace;
     std::vector<Holder> lclStored, lclHolders;
+    std::vector<Holder> lclToWrite; // the holders, with the rights that their groups give them
+    std::map<std::int32_t, model::RightSet> lclKept; // what new ones have under their names already
     bool lclStoredUse = false, lclUse = false;
-    bool lclNobodyAccepted = false; // that nobody may change rights any more
+    bool lclNobodyAccepted = false; // that nobody may change rights, when they were switched on
+    bool lclMayLeaveNobody = false; // the same of what is being written
     std::int32_t lclNext = -1;      // the id of the next new one
 };
 

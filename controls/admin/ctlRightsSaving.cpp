@@ -37,13 +37,39 @@ bool ctlRights::MaySave() {
         for (auto& holder : after) // a changed group within this one follows later, and counts
             if (holder.id == group.id || follows(holder)) holder.rights = group.rights;
     }
-    const bool lockedAlready = lclStoredUse && !model::SomebodyAdministers(lclStored);
-    if (lclUse && !lclNobodyAccepted && !lockedAlready && !model::SomebodyAdministers(after)) {
-        if (!ConfirmNobodyLeft(Form(), Machine())) return false;
-        lclNobodyAccepted = true;
-    }
-    lclHolders = std::move(after);
+    if (!ConfirmWhoIsLeft(after)) return false;
+    lclToWrite = std::move(after);
     return true;
+}
+
+bool ctlRights::IsRenamed(const Holder& holder) const {
+    const auto* before = Before(holder.id);
+    return before && !platform::EqualNoCase(before->name, holder.name);
+}
+
+std::vector<std::string> ctlRights::NewNames() const {
+    std::vector<std::string> names;
+    for (const auto& holder : lclHolders)
+        if (IsRenamed(holder)) names.push_back(holder.name);
+    return names;
+}
+
+// Who got another name may not be able to log on with it.
+bool ctlRights::ConfirmWhoIsLeft(const std::vector<Holder>& after) {
+    const bool lockedAlready = lclStoredUse && !model::SomebodyAdministers(lclStored);
+    lclMayLeaveNobody = lclNobodyAccepted;
+    if (!lclUse || lclNobodyAccepted || lockedAlready) return true;
+    auto known = after;
+    std::erase_if(known, [&](const Holder& holder) { return IsRenamed(holder); });
+    if (model::SomebodyAdministers(known)) return true;
+    lclMayLeaveNobody =
+        model::SomebodyAdministers(after)
+            ? Ask("Alleen wie een andere naam krijgt mag dan nog rechten wijzigen. Wie zich met "
+                  "die "
+                  "naam niet kan aanmelden, kan dit niet meer terugdraaien. Wilt u echt doorgaan?",
+                  "Bevestigen opslaan wijzigingen")
+            : ConfirmNobodyLeft(Form(), Machine());
+    return lclMayLeaveNobody;
 }
 
 void ctlRights::Write(const model::Store& store) {
@@ -58,13 +84,17 @@ void ctlRights::Write(const model::Store& store) {
             std::find_if(now.begin(), now.end(), [&](const Holder& h) { return h.id == id; });
         return found == now.end() ? nullptr : &*found;
     };
+    const auto written = [&](std::int32_t id) -> const Holder* {
+        const auto* holder = Find(id);
+        return holder ? &lclToWrite[static_cast<std::size_t>(holder - lclHolders.data())] : nullptr;
+    };
     const auto unchanged = [&](const Holder& before) {
         const auto* there = stored(before.id);
         if (!there || *there != before) throw ChangedMeanwhile{before.name};
     };
     std::vector<const Holder*> gone, renamed;
     for (const auto& before : lclStored) {
-        const auto* after = Find(before.id);
+        const auto* after = written(before.id);
         if (after && *after == before) continue;
         unchanged(before);
         if (!after)
@@ -86,11 +116,19 @@ void ctlRights::Write(const model::Store& store) {
     const auto aside = [](const Holder& holder) { return "~" + std::to_string(holder.id); };
     for (const auto* holder : renamed)
         model::MoveRights(Machine(), store, holder->name, aside(*holder));
-    for (const auto* holder : renamed)
-        model::MoveRights(Machine(), store, aside(*holder), Find(holder->id)->name);
+    for (const auto* holder : renamed) {
+        const auto& name = Find(holder->id)->name;
+        if (model::KeptRights(Machine(), store, name)) throw ChangedMeanwhile{name};
+        model::MoveRights(Machine(), store, aside(*holder), name);
+    }
+    for (const auto& [id, kept] : lclKept)
+        if (const auto* made = Find(id);
+            made &&
+            model::KeptRights(Machine(), store, made->name).value_or(model::RightSet()) != kept)
+            throw ChangedMeanwhile{made->name};
     std::map<std::int32_t, std::int32_t> given; // ids of the new groups
     for (const bool groups : {true, false})
-        for (auto holder : lclHolders) {
+        for (auto holder : lclToWrite) {
             const auto* before = Before(holder.id);
             if (holder.isGroup != groups || (before && *before == holder)) continue;
             if (given.contains(holder.group)) holder.group = given[holder.group];
@@ -116,8 +154,8 @@ void ctlRights::Write(const model::Store& store) {
         model::RemoveHolder(store, (*holder)->id);
     }
     // Each of two may have left it to the other.
-    if (lclUse && !lclNobodyAccepted && administered &&
-        !model::AnAdministratorIsLeft(Machine(), store.Connection()))
+    if (lclUse && !lclMayLeaveNobody && administered &&
+        !model::AnAdministratorIsLeft(Machine(), store.Connection(), NewNames()))
         throw ChangedMeanwhile{Text("Rechten wijzigen")};
     const auto use = model::ReadSetting(Machine(), store.Connection(), "Rights", "Use");
     if ((use && platform::EqualAsciiNoCase(*use, "true")) != lclStoredUse)

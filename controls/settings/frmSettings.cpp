@@ -99,7 +99,7 @@ void frmSettings::Fill() {
     ReadSettings();
     for (const auto& row : settingRows::Paths()) lclForm[row.field].SetText(lclRead[row.field]);
     lclForm["chkUseRights"].SetChecked(platform::EqualAsciiNoCase(lclUse, "true"));
-    lclForm["chkUseRights"].SetEnabled(May("UpdateEditRights"));
+    lclForm["chkUseRights"].SetEnabled(May("ReadEditRights") && May("UpdateEditRights"));
     for (const auto& editor : editors) lclForm[editor.button].SetEnabled(May(editor.right));
     ShowRights();
     FillOptions();

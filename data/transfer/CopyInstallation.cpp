@@ -19,12 +19,14 @@ namespace kavidex::data::transfer {
 namespace {
 
 // What the target's row says of the copy: its tables are being made, or hold nothing but what is
-// copied.
-constexpr std::string_view making = "making", copying = "copying";
+// copied, or are proved and belong to whoever uses them.
+constexpr std::string_view making = "making", copying = "copying", proved = "proved";
 
-// While the settings are not copied yet the target has this for its version, which no upgrade
-// knows: a host that opens it by mistake changes nothing.
-const std::string guard = "Section = 'Build' and SKey = 'DbVersion' and %1 = 'copying'";
+// Until all is proved the target has for its version what no upgrade knows: a host that opens it by
+// mistake changes nothing.
+constexpr std::string_view settingsTable = "tblSettings", guard = "copying";
+constexpr const char* everyRow = "1 = 1";
+const std::string whereVersion = " where Section = 'Build' and SKey = 'DbVersion'";
 
 schema::Table TransferTable() {
     using enum schema::ColumnType;
@@ -63,6 +65,7 @@ public:
         ReadShapes();
         std::string differs;
         for (int attempt = 0; attempt < 2; ++attempt) { // the source may change meanwhile
+            GuardVersion();
             for (const RowShape& shape : lclShapes) CopyTable(shape);
             differs = Prove();
             if (differs.empty()) break;
@@ -72,7 +75,7 @@ public:
                    "the target cannot: " +
                    differs + ". Copy again when nobody works with the source.");
         for (const RowShape& shape : lclShapes) RaiseCounter(shape);
-        lclTo.Connection()->Execute("DROP TABLE " + std::string(transferTable));
+        Release();
         lclResult.foreign = lclFrom.Foreign();
         return std::move(lclResult);
     }
@@ -91,6 +94,10 @@ private:
         const std::string phase = ReadPhase();
         lclResult.resumed = !phase.empty();
         if (phase == copying) return;
+        if (phase == proved) {
+            DropTransfer();
+            Refuse("This copy was finished before: nothing is left to do.");
+        }
         // Also of one that was broken off while it was being made: it may have been taken into use.
         if (const auto filled = lclTo.Filled(); !filled.empty())
             Refuse("The target is not empty: " + Listed(filled));
@@ -105,15 +112,19 @@ private:
         if (!lclTo.HasTransferTable()) WritePhase(making);
         RefuseItself();
         InTransaction([&] {
-            lclTo.Connection()->Execute("update tblTransfer set Phase = '" + std::string(copying) +
-                                        "'");
+            SetPhase(copying);
             for (const InstalledTable& table : lclTo.Tables())
                 lclTo.Connection()->Execute("Delete from " + std::string(table.name));
-            lclTo.Connection()->Execute("Insert into tblSettings (Section, SKey, " +
-                                        lclTo.Quoted("Value") +
-                                        ") values ('Build', 'DbVersion', 'copying')");
+            lclTo.Connection()->Execute(
+                "Insert into tblSettings (Section, SKey, " + lclTo.Quoted("Value") +
+                ") values ('Build', 'DbVersion', '" + std::string(guard) + "')");
         });
     }
+
+    void SetPhase(std::string_view phase) {
+        lclTo.Connection()->Execute("update tblTransfer set Phase = '" + std::string(phase) + "'");
+    }
+    void DropTransfer() { lclTo.Connection()->Execute("DROP TABLE " + std::string(transferTable)); }
 
     // Empty: no copy is under way.
     std::string ReadPhase() {
@@ -121,7 +132,7 @@ private:
         const RecordsetPtr row = lclTo.Connection()->Open({"Select * from tblTransfer"});
         if (row->Eof()) { // killed right after the table was made
             row->Close();
-            lclTo.Connection()->Execute("DROP TABLE " + std::string(transferTable));
+            DropTransfer();
             lclTo.Refresh();
             return {};
         }
@@ -142,7 +153,7 @@ private:
     void RefuseItself() {
         lclFrom.Refresh();
         if (!lclFrom.HasTransferTable()) return;
-        lclTo.Connection()->Execute("DROP TABLE " + std::string(transferTable));
+        DropTransfer();
         Refuse("Source and target are the same database.");
     }
 
@@ -194,6 +205,50 @@ private:
                    Listed(lacking));
     }
 
+    // --- The version ----------------------------------------------------------------------------
+
+    bool IsVersion(const RowShape& shape, const OrderedRows& rows) const {
+        return shape.table == settingsTable && rows.Key() == lclVersionKey;
+    }
+    // The rows beside that of the version.
+    std::string OtherRows(const RowShape& shape) const {
+        return shape.table == settingsTable ? KeyOf(shape) + " <> " + std::to_string(lclVersionKey)
+                                            : std::string(everyRow);
+    }
+
+    // The source's row stands in the target from the beginning, with the guard for its value.
+    void GuardVersion() {
+        for (const RowShape& shape : lclShapes) {
+            if (shape.table != settingsTable) continue;
+            lclVersionKey = lclFrom.Number("Select " + lclFrom.Quoted(shape.columns.front()) +
+                                           " from tblSettings" + whereVersion);
+            OrderedRows source(lclFrom, shape, 1, lclVersionKey - 1);
+            source.Next();
+            auto row = source.Row();
+            for (std::size_t i = 0; i < row.size(); ++i)
+                if (platform::EqualAsciiNoCase(shape.columns[i], "Value")) {
+                    lclVersion = ToText(row[i]);
+                    row[i] = std::string(guard);
+                }
+            InTransaction([&] {
+                lclTo.Connection()->Execute("Delete from tblSettings" + whereVersion);
+                RowWriter writer(lclTo, shape);
+                writer.Add(row);
+                writer.Flush();
+            });
+        }
+    }
+
+    void Release() {
+        CheckSource();
+        InTransaction([&] {
+            lclTo.Connection()->Execute("update tblSettings set " + lclTo.Quoted("Value") + " = " +
+                                        SqlValue(lclVersion) + whereVersion);
+            SetPhase(proved);
+        });
+        DropTransfer();
+    }
+
     // --- The rows -------------------------------------------------------------------------------
 
     template <class Work>
@@ -220,29 +275,25 @@ private:
     std::string KeyOf(const RowShape& shape) const { return lclTo.Quoted(shape.columns.front()); }
 
     // The last key that is there; nothing in an empty table.
-    std::optional<std::int64_t> LastKey(const RowShape& shape) const {
-        const RecordsetPtr row = lclTo.Connection()->Open(
-            {"Select max(" + KeyOf(shape) + ") as HighKey from " + lclTo.Quoted(shape.table)});
+    std::optional<std::int64_t> LastKey(const RowShape& shape, const std::string& among) const {
+        const RecordsetPtr row =
+            lclTo.Connection()->Open({"Select max(" + KeyOf(shape) + ") as HighKey from " +
+                                      lclTo.Quoted(shape.table) + " where " + among});
         if (row->Eof() || IsNull(row->Get(std::size_t{0}))) return std::nullopt;
         return ToInt64(row->Get(std::size_t{0}));
     }
 
     void CopyTable(const RowShape& shape) {
-        const std::string guarded = platform::Replace(guard, "%1", lclTo.Quoted("Value"));
-        bool guardStands = shape.table == "tblSettings" && lclTo.Count(shape.table, guarded) > 0;
-        const auto after = guardStands ? std::nullopt : LastKey(shape);
         const std::int64_t total = lclFrom.Count(shape.table);
-        std::int64_t done = guardStands ? 0 : lclTo.Count(shape.table);
-        OrderedRows rows(lclFrom, shape, lclOptions.block, after);
-        bool more = rows.Next();
+        std::int64_t done = lclTo.Count(shape.table);
+        OrderedRows rows(lclFrom, shape, lclOptions.block, LastKey(shape, OtherRows(shape)));
+        const auto next = [&] { return rows.Next() && (!IsVersion(shape, rows) || rows.Next()); };
+        bool more = next();
         if (!more) return;
         while (more) {
             InTransaction([&] {
-                if (guardStands)
-                    lclTo.Connection()->Execute("Delete from tblSettings where " + guarded);
-                guardStands = false;
                 RowWriter writer(lclTo, shape);
-                for (int i = 0; more && i < lclOptions.block; ++i, ++done, more = rows.Next())
+                for (int i = 0; more && i < lclOptions.block; ++i, ++done, more = next())
                     writer.Add(rows.Row());
                 writer.Flush();
             });
@@ -270,7 +321,8 @@ private:
             differs.push_back(shape.table + " from " + shape.columns.front() + " " +
                               std::to_string(*first));
             lclTo.Connection()->Execute("Delete from " + lclTo.Quoted(shape.table) + " where " +
-                                        KeyOf(shape) + " >= " + std::to_string(*first));
+                                        KeyOf(shape) + " >= " + std::to_string(*first) + " and " +
+                                        OtherRows(shape));
         }
         return Listed(differs);
     }
@@ -282,7 +334,7 @@ private:
             if (!hasLeft && !hasRight) return std::nullopt;
             if (hasLeft != hasRight) return hasLeft ? left.Key() : right.Key();
             const std::uint64_t sum = left.Sum();
-            if (left.Key() != right.Key() || sum != right.Sum())
+            if (left.Key() != right.Key() || (sum != right.Sum() && !IsVersion(shape, left)))
                 return std::min(left.Key(), right.Key());
             copied.sum = (copied.sum ^ sum) * 0x100000001b3;
             ++copied.rows;
@@ -303,7 +355,7 @@ private:
             highest = std::max(
                 {highest, -ToInt64(row->Get(std::size_t{0})), ToInt64(row->Get(std::size_t{1}))});
         }
-        if (highest <= LastKey(shape).value_or(0)) return;
+        if (highest <= LastKey(shape, everyRow).value_or(0)) return;
         InTransaction([&] {
             RowShape key{shape.table, {shape.columns.front()}, {false}, {shape.types.front()}};
             RowWriter writer(lclTo, key);
@@ -319,6 +371,8 @@ private:
     Installation lclFrom, lclTo;
     std::string lclSource;
     std::vector<RowShape> lclShapes;
+    std::int64_t lclVersionKey = 0; // of its row in the settings
+    std::string lclVersion;
     CopyResult lclResult;
 };
 

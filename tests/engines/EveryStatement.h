@@ -208,8 +208,11 @@ private:
         list.Say(0, said);
         said.present = false;
         list.Say(0, said);
-        model::SaveTabs(machine, store, type, changed, {});
-        model::RemoveDossierType(store, type);
+        model::SaveTabs(machine, store, type, changed,
+                        {changed.front(), {0, "Polis", "", 2, true}});
+        model::SaveTabs(machine, store, type, model::TabsOfType(store, type), changed);
+        model::RemoveDossierType(store, {type, "Schade", {}});
+        model::ForgetKeptTabs(machine, store, "Schade", "B");
         model::DossierTypes(machine, connection);
 
         const auto place = model::MakeUserTree(machine, store, "Gebruikers");

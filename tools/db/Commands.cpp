@@ -135,7 +135,11 @@ int CopyInto(Console& console, const data::ConnectionPtr& from, const data::Conn
     options.progress = ProgressLines();
     // A MySQL server lets a transaction read all as it stood at the first look.
     const bool snapshot = data::IsMySqlConnection(from);
-    if (snapshot) from->BeginTrans();
+    if (snapshot)
+        from->BeginTrans();
+    else
+        std::printf("This engine gives no view of one moment: all is read twice, and what others "
+                    "change meanwhile ends it.\n");
     const auto result = data::transfer::CopyInstallation(console.workstation, from, to, options);
     if (snapshot) from->RollbackTrans();
     std::printf("%sequal on both sides, read again:\n",
@@ -205,8 +209,7 @@ constexpr Command commands[] = {
     {"upgrade", "DATABASE", "to the current version", 1, 1, &Upgrade},
     {"check", "DATABASE [STORE]", "does it agree with itself and with its documents?", 1, 2,
      &Check},
-    {"backup", "DATABASE FILE", "into a file of the embedded engine, while others work", 2, 2,
-     &Backup},
+    {"backup", "DATABASE FILE", "into a file of the embedded engine", 2, 2, &Backup},
     {"copy", "FROM TO", "moves an installation; goes on where it was broken off", 2, 2, &Copy},
     {"indexes", "DATABASE", "makes the indexes that big installations need", 1, 1, &Indexes},
 };

@@ -146,6 +146,36 @@ TEST_P(AdministrationOverEngines, TwoProgramsChangeTheSameRightsAndLoseNone) {
     EXPECT_EQ(Number("select count(*) from tblTree"), 1);
 }
 
+TEST_P(AdministrationOverEngines, TwoProgramsMakeTheSameTypesOnce) {
+    constexpr int types = 8;
+    InProcesses(2, [&](int number, const data::ConnectionPtr& own) {
+        FakeForms asks;
+        controls::ctlDefaultFolders editor(machine);
+        editor.presenter = [&] { return &asks; };
+        editor.SetDbConnection(own);
+        FormUser user(editor.Form());
+        std::string name;
+        const auto known = [&] {
+            for (const auto& item : editor.Form()["cmbType"].Items())
+                if (item.Cell() == name) return true;
+            return false;
+        };
+        for (int type = 0; type < types; ++type) {
+            name = "Zaak " + std::to_string(type);
+            for (int tries = 0; tries < 50 && !known(); ++tries) {
+                asks.users = {[&](FormUser& named) {
+                    named.Type("txtName", name.c_str());
+                    named.Click("btnOk");
+                }};
+                user.Click("btnNewType");
+                editor.Refresh();
+            }
+            EXPECT_TRUE(known()) << number << ": " << Told();
+        }
+    });
+    EXPECT_EQ(Number("select count(*) from tblDossierTypes"), types);
+}
+
 // Three hand out the same post, each to a user of its own, and take some of it back.
 TEST_P(AdministrationOverEngines, PostIsInOneFolderWhoeverHandsItOut) {
     constexpr int programs = 3, letters = 12;

@@ -144,6 +144,12 @@ TEST_F(CopiedInstallation, ArrivesWholeAfterAnyNumberOfKillsAndComesBackTheSame)
     EXPECT_EQ(BackUp(copy), 0);
     EXPECT_FALSE(machine.files.FileExists(beside));
     EXPECT_EQ(Printout(*EmbeddedDatabase::OpenReadOnly(copy)), Printout(*again));
+    const std::string told = machine.Path("told.txt"), third = machine.Path("d.kdb");
+    EXPECT_EQ(std::system(("'" KAVIDEX_DB_PROGRAM "' copy '" + platform::NativePath(path) + "' '" +
+                           platform::NativePath(third) + "' > '" + platform::NativePath(told) + "'")
+                              .c_str()),
+              0);
+    EXPECT_NE(machine.files.ReadAll(told).find("no view of one moment"), std::string::npos);
     // A deleted row's number is not given to another.
     again->Execute("insert into tblDocument (Description) values ('new')");
     EXPECT_EQ(transfer::Installation(again).Number("select max(Id) from tblDocument"), 42);
@@ -176,9 +182,16 @@ TEST_F(CopiedInstallation, IsRefusedBeforeAnythingIsWritten) {
     there->Execute("ALTER TABLE tblTree ADD OfTheHost INTEGER");
     there->Execute("ALTER TABLE tblTree MODIFY Description CHAR(255) CHARACTER SET latin1");
     EXPECT_NE(Refusal(source, there), "copied");
-    EXPECT_EQ(transfer::Installation(there).Version(), "copying");
     there->Execute("ALTER TABLE tblTree MODIFY Description CHAR(255) CHARACTER SET utf8mb4");
+    // The last row goes in, and the proof finds another.
+    there->Execute("CREATE TRIGGER Spoils BEFORE INSERT ON tblSettings FOR EACH ROW SET "
+                   "NEW.Value = IF(NEW.SKey = 'Last', 'other', NEW.Value)");
+    source->Execute("insert into tblSettings (Section, SKey, [Value]) values ('Z', 'Last', 'x')");
+    contains(Refusal(source, there), "differs from its source");
+    EXPECT_EQ(transfer::Installation(there).Version(), "copying");
+    there->Execute("DROP TRIGGER Spoils");
     EXPECT_EQ(Refusal(source, there), "copied");
+    EXPECT_EQ(transfer::Installation(there).Version(), currentVersion);
 }
 
 } // namespace

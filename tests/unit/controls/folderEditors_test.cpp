@@ -99,9 +99,25 @@ TEST_F(FolderEditors, WhatIsEditedIsWhatANewDossierBeginsWith) {
     user.EditItem("treFolders", id("Polis"), "Polissen");
     EXPECT_FALSE(editor->Save());
     EXPECT_TRUE(Told("'Zaak 'x'' is intussen door iemand anders gewijzigd"));
+    const auto told = machine.messages.shown.size();
+    user.Click("btnDeleteType");
+    EXPECT_EQ(machine.messages.shown.size(), told + 2);
     EXPECT_EQ(Rows(), "Post= Post\\In %YYYY=Inkomend ");
     user.Click("btnUndo");
     EXPECT_EQ(Names(*editor), "Post >In %YYYY ");
+
+    ctlDefaultFolders dialog(machine);
+    dialog.SetDbConnection(connection);
+    forms.users = {[](tests::FormUser& sees) { EXPECT_TRUE(sees.CanUse("btnNewType")); }};
+    dialog.ShowModal(forms);
+
+    // A folder without a row of its own is made with what it holds, not by itself.
+    connection->Execute("delete from tblDossierTabs where TabDescription = 'Post'");
+    connection->Execute("update tblDossierTabs set AutoCreate = '0'");
+    editor->Refresh();
+    user.Click("btnNew");
+    EXPECT_TRUE(editor->Save());
+    EXPECT_EQ(Rows(), "Post=- Post\\In %YYYY=Inkomend- Nieuwe map= ");
 }
 
 TEST_F(FolderEditors, AChecklistIsEditedInItsRowsAndShownInTheBinder) {
@@ -121,6 +137,8 @@ TEST_F(FolderEditors, AChecklistIsEditedInItsRowsAndShownInTheBinder) {
     EXPECT_TRUE(Told("'brief' staat er tweemaal in"));
     user.EditItem("lstLines", 2, "Polis 100%_*");
     user.EditItem("lstLines", 2, "Nee", 3);
+    EXPECT_FALSE(user.EditItem("lstLines", 2, "3", 2)) << "of what nobody has to have";
+    EXPECT_EQ(editor->Form()["lstLines"].Items()[1].texts[2], "");
     user.PressKey("lstLines", 0x26, true); // up
     EXPECT_TRUE(editor->Save());
     std::string stored;
@@ -141,16 +159,23 @@ TEST_F(FolderEditors, AChecklistIsEditedInItsRowsAndShownInTheBinder) {
     ASSERT_EQ(shown.size(), 1U);
     EXPECT_EQ(shown[0].texts[4], "In 2026") << "the folder that was made of the type's";
 
-    // Its lists outlive a type, and can be emptied then.
-    connection->Execute("delete from tblDossierTypes");
+    // Its lists outlive a type, with the folders that they are for, and can be emptied then.
+    connection->Execute("update tblCheckListFields set TabType = 'zaak ''X''^inkomend'");
     const auto left = Open<ctlChecklistEditor>();
     tests::FormUser his(left->Form());
-    EXPECT_EQ(his.Text("cmbType") + his.Text("cmbTab"), "Zaak 'x'Inkomend");
+    EXPECT_EQ(his.Text("cmbTab"), "Inkomend") << "the one that is filled";
+    tests::FormUser(folders->Form()).Click("btnDeleteType");
+    EXPECT_EQ(Count("tblDossierTypes"), 0);
+    left->Refresh();
+    EXPECT_EQ(his.Text("cmbTab"), "Inkomend");
+    binder->Checklist().Refresh();
+    EXPECT_EQ(shown[0].texts[4], "In 2026");
     his.Choose("lstLines", 1);
     his.PressKey("lstLines", 0x2E);
     EXPECT_TRUE(left->Save());
-    EXPECT_EQ(Count("tblCheckListFields"), 0);
+    EXPECT_EQ(Count("tblCheckListFields") + Count("tblDossierTabs"), 0);
     EXPECT_TRUE(left->Form()["cmbType"].Items().empty());
+    EXPECT_EQ(his.Text("cmbType") + his.Text("cmbTab"), "");
 }
 
 } // namespace kavidex::controls

@@ -144,6 +144,15 @@ TEST_F(RightsEditor, AGroupsRightsReplaceThoseOfItsUsersAfterTheQuestion) {
               "Hiermee vervangt u alle instellingen voor gebruikers van deze groep. Weet "
               "u zeker dat u dit wilt?");
     EXPECT_EQ(Right("O'Brien 100%_*", "Print"), "True");
+    // Agreed to, and refused by the database: what is shown then is what holds.
+    connection->refuse = [](const std::string& statement) {
+        return statement.starts_with("Insert");
+    };
+    user.Click("btnSave");
+    connection->refuse = nullptr;
+    EXPECT_TRUE(LastTold().starts_with("Opslaan is niet gelukt")) << LastTold();
+    user.Choose("treUsers", IdOf(*editor, "O'Brien 100%_*"));
+    EXPECT_TRUE(editor->Form()["treRights"].Find(print)->checked);
     user.Click("btnSave");
     EXPECT_EQ(Right("O'Brien 100%_*", "Print"), "False");
     EXPECT_EQ(Right("O'Brien 100%_*", "Mail"), "True");
@@ -217,6 +226,13 @@ TEST_F(RightsEditor, TheLastWhoMayChangeRightsIsNotLockedOutUnasked) {
     user.Click("btnSave");
     EXPECT_NE(LastTold().find("Geen enkele gebruiker mag rechten wijzigen"), std::string::npos);
     EXPECT_EQ(Right("Jansen", "UpdateEditRights"), "True");
+    // He may not be able to log on under another name.
+    editor->Undo();
+    user.EditItem("treUsers", IdOf(*editor, "Jansen"), "Jansen-2");
+    machine.messages.answers = {platform::Answer::No};
+    user.Click("btnSave");
+    EXPECT_TRUE(LastTold().starts_with("Alleen wie een andere naam krijgt")) << LastTold();
+    EXPECT_EQ(Right("Jansen", "UpdateEditRights"), "True");
     // What he cannot see he cannot change back either.
     editor->Undo();
     user.TickItem("treRights", readEditRights, false);
@@ -235,14 +251,57 @@ TEST_F(RightsEditor, TheLastWhoMayChangeRightsIsNotLockedOutUnasked) {
     user.Click("btnSave");
     EXPECT_EQ(machine.messages.shown.size(), asked + 2);
     EXPECT_EQ(Right("Jansen", "UpdateEditRights"), "True");
-    // Without the right nothing is seen or changed at all.
+    // Without the right nothing is seen or changed at all, from the moment that rights are used.
     editor->Undo();
     user.Tick("chkUseRights");
+    const auto nobody = Make();
+    EXPECT_FALSE(nobody->Form()["treUsers"].Items().empty());
     user.Click("btnSave");
-    editor->SetUserAuth(std::make_shared<model::clsUserAuth>(machine));
-    EXPECT_FALSE(user.CanUse("treRights"));
-    EXPECT_FALSE(user.CanUse("btnUser"));
+    nobody->Refresh();
+    EXPECT_TRUE(nobody->Form()["treUsers"].Items().empty());
+    user.EditItem("treUsers", IdOf(*editor, "Jansen"), "Piet");
+    const auto half = std::make_shared<model::clsUserAuth>(machine);
+    for (const char* key : {"UpdateEditRights", "CreateEditRights"}) half->SetRight(key, "True");
+    editor->SetUserAuth(half);
+    for (const char* field : {"treRights", "btnUser", "chkUseRights", "btnSave"})
+        EXPECT_FALSE(user.CanUse(field)) << field;
     EXPECT_TRUE(editor->Form()["treUsers"].Items().empty());
+}
+
+TEST_F(RightsEditor, RightsThatANameHasAlreadyAreShownAndStay) {
+    const auto give = [&](const char* name, const char* right) {
+        model::clsUserAuth rights(machine);
+        rights.SetDbConnection(database);
+        rights.SetUserId(name);
+        rights.SetRight(right, "True");
+        EXPECT_TRUE(rights.SaveRights());
+    };
+    Fill();
+    give("Oud", "Print");
+    tests::FormUser user(editor->Form());
+    EXPECT_FALSE(user.EditItem("treUsers", IdOf(*editor, "Jansen"), "Oud"));
+    EXPECT_EQ(LastTold(), "'Oud' heeft al rechten in deze database");
+    user.ChooseAll("treUsers", {});
+    Add(user, "btnUser", "oud");
+    EXPECT_TRUE(editor->Form()["treRights"].Find(print)->checked);
+    user.TickItem("treRights", right + 17);
+    EXPECT_TRUE(editor->Save()) << LastTold();
+    EXPECT_EQ(Right("Oud", "Print") + Right("Oud", "Mail"), "TrueTrue");
+
+    // Given, or the user made, after the name was typed here.
+    const auto made = Add(user, "btnUser", "Later");
+    give("Later", "Print");
+    EXPECT_FALSE(editor->Save());
+    EXPECT_TRUE(LastTold().starts_with("'Later' is intussen")) << LastTold();
+    EXPECT_TRUE(user.EditItem("treUsers", made, "Piet"));
+    const auto other = Make();
+    tests::FormUser theirs(other->Form());
+    theirs.Click("btnUser");
+    theirs.EditItem("treUsers", theirs.edited, "Piet");
+    theirs.TickItem("treRights", print);
+    EXPECT_TRUE(other->Save()) << LastTold();
+    EXPECT_FALSE(editor->Save());
+    EXPECT_EQ(Right("Later", "Print") + Right("Piet", "Print"), "TrueTrue");
 }
 
 TEST_F(RightsEditor, TwoAdministratorsDoNotTakeTheRightFromEachOther) {

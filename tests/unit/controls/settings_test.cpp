@@ -98,6 +98,12 @@ TEST_F(Settings, TheRightsAreSwitchedAfterTheirQuestionOnly) {
     rights.SetDbConnection(connection);
     rights.SetUserId("O'Brien");
     rights.SetRight("UpdateEditRights", "True");
+    frmSettings blind(machine, connection, nullptr, std::make_shared<model::clsUserAuth>(rights));
+    forms.users = {[](tests::FormUser& user) {
+        user.Choose("TabStrip1", 3);
+        EXPECT_FALSE(user.CanUse("chkUseRights")) << "of what he cannot see";
+    }};
+    blind.Show(forms);
     rights.SetRight("ReadEditRights", "True");
     ASSERT_TRUE(rights.SaveRights());
     frmSettings dialog(machine, connection, nullptr, std::make_shared<model::clsUserAuth>(rights));
