@@ -36,13 +36,17 @@ TEST_F(Drops, FilesAndFoldersAndFilesOfOtherProgramsAreFiled) {
 
     controls::DropData offered;
     offered.virtualFiles = {{"Foto.jpg", [] { return std::string(70000, 'f'); }},
-                            {"Kaart.txt", [] { return std::string("kaart"); }}};
+                            {"map\\Kaart.txt", [] { return std::string("kaart"); }},
+                            {"weg.txt", []() -> std::string {
+                                 throw platform::Error(platform::errors::fail, "gone");
+                             }}};
     EXPECT_EQ(Drop(Tree(), offered,
                    Middle(TreeView_GetNextSibling(
                        Tree(), TreeView_GetChild(Tree(), TreeView_GetRoot(Tree()))))),
               DWORD{DROPEFFECT_COPY});
     EXPECT_EQ(Outline(),
               "Brief é|txt\nPost|tab\n.a|txt\n.Oud|tab\n..b|pdf\n.Foto|jpg\n.Kaart|txt\n");
+    EXPECT_TRUE(Told("weg.txt: niet opgeslagen"));
     EXPECT_EQ(machine.files.ReadAll(Stored("Foto")), std::string(70000, 'f'));
     EXPECT_TRUE(machine.files.List(machine.Path("temp"), "*", false).empty())
         << "no copy is left behind";

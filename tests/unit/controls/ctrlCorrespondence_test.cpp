@@ -90,15 +90,6 @@ TEST_F(Binder, OneNewKeyGetsOneDossierThoughTwoAskAtOnce) {
     EXPECT_TRUE(machine.messages.shown.empty());
 }
 
-TEST_F(Binder, TellsWhichStepOfOpeningFailed) {
-    connection->Execute("drop table tblDossierRelations");
-    EXPECT_EQ(Open("key"), -4);
-    EXPECT_EQ(binder->Id(), 0) << "a dossier that could not be made is not shown";
-    EXPECT_EQ(Open("key"), -6);
-    connection->Execute("drop table tblDossierDbRelation");
-    EXPECT_EQ(Open("key"), -1);
-}
-
 TEST_F(Binder, FilesDocumentsUnderTheirNamesWhateverTheyHold) {
     ASSERT_EQ(Open("key"), 0);
     const auto result = binder->AddFiles(

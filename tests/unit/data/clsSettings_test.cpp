@@ -169,14 +169,3 @@ TEST_F(clsSettingsTest, ReadsAnIdOfZeroOnceMore) {
     connection->Execute("update tblSettings set Id = 7");
     EXPECT_EQ(settings.Id(), 7);
 }
-
-TEST_F(clsSettingsTest, ADeletionThatWasRefusedIsNone) {
-    settings.SetSetting("A", "B", "c");
-    connection->refuse = [](const std::string& s) { return s.starts_with("Delete"); };
-    EXPECT_FALSE(settings.DeleteSetting("A", "B"));
-    ASSERT_TRUE(settings.GetSetting("A", "B", value));
-    EXPECT_FALSE(settings.DeleteCurrentSetting());
-    connection->refuse = nullptr;
-    EXPECT_EQ(Rows("Section = 'A'"), 1);
-    EXPECT_TRUE(settings.DeleteSetting("A", "B"));
-}

@@ -302,25 +302,6 @@ TEST_F(Documents, WithoutAStoreSayWhatIsMissingAndBuildAPathFromNothing) {
     EXPECT_EQ(machine.messages.shown.size(), 3u) << "told once";
 }
 
-TEST_F(Documents, EveryFailingStepOfAnInsertLeavesNoRow) {
-    for (int step = 1;; ++step) {
-        ASSERT_LT(step, 30);
-        Letter document(*this);
-        document.SetSendTo("piet");
-        connection->FailStep(step);
-        const bool saved = document.SaveNewRow();
-        const bool reached = connection->steps >= step;
-        connection->onStep = nullptr;
-        if (!reached) break;
-        // The settings ask a second time, so that a failed look is not taken for an absent store.
-        EXPECT_NE(saved, Rows("select Id from tblDocument where Id > 0").empty()) << step;
-        EXPECT_NE(saved, machine.messages.shown.size() == 1) << step;
-        machine.messages.shown.clear();
-        Sql("Delete from tblDocument");
-        Sql("Delete from tblDocExtraInfo");
-    }
-}
-
 TEST_F(Documents, ErrorsOfEveryKindAreReportedInOneForm) {
     clsDocument document(machine); // without a connection
     EXPECT_FALSE(document.OpenDataSource() || document.SaveNewRow());
