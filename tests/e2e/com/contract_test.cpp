@@ -305,7 +305,7 @@ TEST_F(Contract, EveryCoclassCanBeMadeAndNamesItsInterfaces) {
     for (const com::ClassRow& row : com::ClassTable()) {
         const auto name = platform::win32::FromWide(row.name);
         made.insert(name);
-        EXPECT_TRUE(Make(*row.clsid)) << name;
+        EXPECT_TRUE(As<IDispatch>(Make(*row.clsid), *row.iid)) << name;
         const auto info = Find(*row.clsid);
         ASSERT_TRUE(info);
         int interfaces = 0;
