@@ -34,31 +34,6 @@ struct NewDialog : HostWindow {
 
 } // namespace
 
-TEST_F(NewDialog, MakesTheKindsOfItemsThatAreAllowed) {
-    {
-        const User user({{L"Nieuw", [](HWND dialog) {
-                              const HWND list = PartSearch::Find(dialog, WC_LISTVIEWW);
-                              EXPECT_EQ(ListView_GetItemCount(list), 2);
-                              Mark(list, 1);
-                              User::Press(dialog, IDOK);
-                          }}});
-        binder.ButtonClicked("New");
-    }
-    EXPECT_EQ(Outline(), "Nieuwe notitie 15-11-2026 14:05|nnt\n");
-    binder.treCorr().SetAllowCreateFolders(false);
-    const User user({{L"Nieuw", [](HWND dialog) {
-                          EXPECT_EQ(ListView_GetItemCount(PartSearch::Find(dialog, WC_LISTVIEWW)),
-                                    1);
-                          ShowTemplates(dialog);
-                          EXPECT_TRUE(PartSearch::Find(dialog, L"Static",
-                                                       L"De sjablonenmap is niet ingesteld"));
-                          EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
-                          User::Press(dialog, IDCANCEL);
-                      }}});
-    binder.ButtonClicked("New");
-    EXPECT_EQ(Outline(), "Nieuwe notitie 15-11-2026 14:05|nnt\n");
-}
-
 TEST_F(NewDialog, TakesFilesThroughTheSystemsChooser) {
     File("import\\een.pdf");
     File("import\\twee.txt");
