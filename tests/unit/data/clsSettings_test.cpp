@@ -27,21 +27,6 @@ struct clsSettingsTest : testing::Test {
 
 } // namespace
 
-TEST_F(clsSettingsTest, InsertsThenUpdatesOneRow) {
-    settings.SetSetting("Storage", "DocumentPath", "C:\\docs");
-    settings.SetSetting("Storage", "DocumentPath", "D:\\docs");
-    EXPECT_TRUE(settings.GetSetting("storage", "documentpath", value));
-    EXPECT_EQ(value, "D:\\docs");
-    EXPECT_GT(settings.Id(), 0);
-    EXPECT_EQ(Rows("Section = 'Storage'"), 1);
-    EXPECT_TRUE(connection->Issued("Select * from tblSettings where Section = 'Storage' and sKey = "
-                                   "'DocumentPath'"));
-    EXPECT_TRUE(connection->Issued("Insert into tblSettings (Section,sKey,[Value]) "
-                                   "Values('Storage','DocumentPath','C:\\docs')"));
-    EXPECT_TRUE(connection->Issued("update tblSettings set [Value] = 'D:\\docs' WHERE  Section = "
-                                   "'Storage' and sKey = 'DocumentPath'"));
-}
-
 TEST_F(clsSettingsTest, SendsNoTextThatEndsItsQuotes) {
     settings.SetSetting("O'Neil", "Key", "kept");
     settings.SetSetting("Rights", "Use", "True");
