@@ -86,6 +86,9 @@ TEST_P(AdoEngine, ATableHandsOutTheObjectItselfAndEachReadAnother) {
         return of.Child(L"Fields").Child(L"Item", {"Name"}).Get(L"Value").ToText();
     };
     EXPECT_EQ(name(rows), "name 2") << "it stands where the table stands";
+    EXPECT_EQ(face.Call(L"GetFieldLength", {"Name"}).Type(), VT_I4);
+    EXPECT_EQ(face.Call(L"GetField", {"Done"}).Type(), VT_BOOL);
+    EXPECT_EQ(face.Call(L"GetField", {"Words"}).Type(), VT_BSTR) << "null by its type";
     if (GetParam() != Road::ExecuteOnly) {
         EXPECT_EQ(face.Child(L"RecordSet").Object(), rows.Object()) << "no wrapper, made anew";
         rows.Call(L"MoveFirst");

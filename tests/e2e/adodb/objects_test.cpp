@@ -196,28 +196,6 @@ TEST_F(Objects, OneObjectHasOneFaceWhileItLives) {
     EXPECT_FALSE(item.ToDispatch()); // the caller's reference is cleared
 }
 
-TEST_F(Objects, ATableShowsItsRecordsetAsItStands) {
-    Fill(2);
-    const Late table(com::NewTable());
-    EXPECT_FALSE(table.Get(L"RecordSet").ToDispatch());
-    table.PutRef(L"DbConnection", {connection.Object()});
-    table.Put(L"TableName", {"tblThing"});
-    ASSERT_TRUE(table.Call(L"OpenDbConnection").ToBool());
-    const Late rows = table.Child(L"RecordSet");
-    table.Call(L"MoveNext");
-    EXPECT_EQ(Default(rows, {"Name"}).ToText(), "name 2");
-    EXPECT_EQ(table.Call(L"GetField", {"Price"}).ToText(), "2.5");
-    EXPECT_EQ(table.Call(L"GetFieldLength", {"Name"}).Type(), VT_I4);
-    rows.Child(L"Fields").Child(L"Item", {"Amount"}).Put(L"Value", {Variant::Null()});
-    EXPECT_EQ(table.Call(L"GetField", {"Amount"}).Type(), VT_I2);
-    EXPECT_EQ(table.Call(L"GetField", {"Words"}).Type(), VT_BSTR);
-    table.Call(L"MoveNext");
-    EXPECT_TRUE(table.Call(L"GetField", {"Amount"}).IsEmpty());
-    EXPECT_EQ(table.Call(L"GetFieldLength", {"Name"}).Type(), VT_I2);
-    table.Call(L"CloseDataSource");
-    EXPECT_EQ(rows.Get(L"State").ToInt32(), 0);
-}
-
 TEST(Values, CrossTheBorderUnharmed) {
     using data::AdoType;
     const std::pair<Value, AdoType> values[] = {

@@ -120,7 +120,7 @@ TEST_F(Scans, WithoutTheControlTheFolderIsAskedForAndTheQueueFiledFromHere) {
     }
     EXPECT_TRUE(machine.files.FileExists(scan));
     const User user({{L"Map kiezen", [](HWND dialog) {
-                          const HWND tree = PartSearch::Find(dialog, WC_TREEVIEWW);
+                          const HWND tree = Visible(dialog, WC_TREEVIEWW);
                           TreeView_SelectItem(tree,
                                               TreeView_GetChild(tree, TreeView_GetRoot(tree)));
                           User::Press(dialog, IDOK);
