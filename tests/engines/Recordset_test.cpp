@@ -209,7 +209,9 @@ TEST_P(RecordsetOverEngines, RefusesARowThatSomeoneElseChangedOrRemoved) {
 }
 
 TEST_P(RecordsetOverEngines, ManyRowsAreWalkedInBlocks) {
+    connection->BeginTrans();
     Fill(600); // more than two of what the ways to an engine fetch at once
+    connection->CommitTrans();
     const RecordsetPtr rows = All(*connection);
     const auto number = [&] { return ToInt64(rows->Get("Getal")) / 10; };
     rows->Move(299);

@@ -101,31 +101,6 @@ TEST_F(clsSettingsTest, WalksToTheEndOfWhatMatchesUnlessItIsClosed) {
     EXPECT_EQ(Rows("Section = 'Fax'"), 2);
 }
 
-TEST_F(clsSettingsTest, WritesInTheFormOfItsServer) {
-    for (const auto& [name, statement] :
-         {std::pair{"MySQL", "Insert into tblSettings (Section,sKey,Value) Values('S','K','V')"},
-          std::pair{"Microsoft SQL Server", "AddToSettings"}}) {
-        const auto server = std::make_shared<RecordingConnection>(name);
-        bool exists = false;
-        server->answer = [&](const Command& command) {
-            if (command.type == CommandType::StoredProcedure) return MakeClosedRecordset();
-            std::vector<std::vector<Value>> rows;
-            if (exists) rows = {{std::string("V")}};
-            return MemoryRows({"Value"}, rows);
-        };
-        settings.SetDbConnection(server);
-        settings.SetSetting("S", "K", "O'B");
-        EXPECT_NE(settings.Failure(), "") << "no later update would take it";
-        EXPECT_EQ(server->Count("nsert into") + server->Count("AddTo"), 0u) << name;
-        settings.SetSetting("S", "K", "V");
-        EXPECT_TRUE(server->Issued(statement)) << name;
-        exists = true;
-        settings.SetSetting("S", "K", "V2");
-        EXPECT_TRUE(server->Issued(
-            "update tblSettings set Value = 'V2' WHERE  Section = 'S' and sKey = 'K'"));
-    }
-}
-
 TEST_F(clsSettingsTest, ConvertsTheKeyColumnOfAnOldTable) {
     for (const bool byPattern : {false, true}) {
         const auto old = std::make_shared<RecordingConnection>("", OldDatabase(false));

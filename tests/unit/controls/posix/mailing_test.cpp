@@ -98,7 +98,7 @@ protected:
         tree.ChooseMenu(*found);
     }
     void LookAtAttachments() {
-        for (const auto& path : program.attached) {
+        for (const auto& path : std::exchange(program.attached, {})) {
             names.push_back(platform::FileName(path));
             const auto native = "'" + tests::FakeWorkstation::Native(path).string() + "'";
             const bool pdf = platform::Extension(path) == "pdf";
@@ -152,7 +152,6 @@ TEST_F(Mailing, PagesAndNotesGoAsPdfAllElseAsItIsUnderNamesThatTheReaderKnows) {
     EXPECT_EQ(texts[2], "bytes");
 
     names.clear();
-    program.attached.clear();
     Choose({photo}, "mnuMailPdf");
     EXPECT_EQ(names, std::vector<std::string>{"foto.pdf"});
 }
@@ -242,13 +241,14 @@ TEST_F(Mailing, AsksWhatGoesAlongAndKeepsTheMailWhereItIsWanted) {
         const auto filed = tree.GetItem(0, subject);
         return filed ? tree.GetParent(filed->Id())->Description() : "nowhere";
     };
+    program.subject = "Eerste";
     Choose({letters}, "mnuMailPdf");
     ASSERT_EQ(machine.messages.shown.size(), 2U) << Told();
     EXPECT_EQ(machine.messages.shown[0].text,
               "Wilt u de inhoud van deze map toevoegen aan deze e-mail?");
     EXPECT_EQ(machine.messages.shown[0].caption, "Bevestigen toevoegen items aan e-mail");
     EXPECT_EQ(machine.messages.shown[1].caption, "Bevestigen opslaan verzonden mail");
-    EXPECT_EQ(folderOf("Emailing"), "Post") << "no folder is set: the selected one";
+    EXPECT_EQ(folderOf("Eerste"), "Post") << "no folder is set: the selected one";
     platform::SaveRegSetting(machine, platform::applicationName, "Mail", "Folder", "Elders");
     program.subject = "Tweede";
     Choose({memo}, "mnuMail");
