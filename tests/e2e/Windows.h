@@ -26,9 +26,16 @@ inline std::vector<HWND> AllVisible(HWND parent, const std::wstring& type) {
     EnumChildWindows(parent, Search::Look, reinterpret_cast<LPARAM>(&search));
     return search.found;
 }
-inline HWND Visible(HWND parent, const std::wstring& type) {
-    const auto all = AllVisible(parent, type);
-    return all.empty() ? nullptr : all.front();
+// The first of them; where a text is given the one that shows it, mnemonics aside.
+inline HWND Visible(HWND parent, const std::wstring& type, const wchar_t* text = nullptr) {
+    for (const HWND window : AllVisible(parent, type)) {
+        wchar_t shown[200] = L"";
+        GetWindowTextW(window, shown, 200);
+        std::wstring plain(shown);
+        std::erase(plain, L'&');
+        if (!text || plain == text) return window;
+    }
+    return nullptr;
 }
 
 inline std::string TextOf(HWND window) {

@@ -9,6 +9,7 @@
 #include "data/schema/modDataBase.h"
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"
+#include "model/filing.h"
 #include "platform/text.h"
 #include "tests/engines/Engine.h"
 
@@ -46,6 +47,15 @@ protected:
         tree->SetNewEnabled(true);
         EXPECT_TRUE(tree->CreateNew());
         return tree;
+    }
+    // A file of that name, which goes once it is filed.
+    FilingResult FileText(clsTree& tree, const std::string& name, NodeId folder) {
+        FilingRequest request;
+        request.source = machine.Path(name);
+        request.folderId = folder;
+        request.deleteSource = true;
+        machine.files.WriteAll(request.source, "inhoud");
+        return FileDocument(machine, tree, request);
     }
     // The names below a node, depth first.
     static std::string Names(const clsItemPtr& item) {

@@ -10,7 +10,6 @@
 #include "model/clsDossierDbRelations.h"
 #include "model/clsTree.h"
 #include "model/clsUserAuth.h"
-#include "model/filing.h"
 #include "model/uniqueNumber.h"
 #include "platform/Error.h"
 #include "platform/General.h"
@@ -161,15 +160,10 @@ TEST_P(ModelOverEngines, DocumentsKeepEveryTextAndAreFiledWhole) {
     EXPECT_EQ(Number("select count(*) from tblDocument where Id > 0"), 0);
 
     const auto tree = NewTree();
-    machine.files.WriteAll(machine.Path("O'Brien 100%.txt"), "inhoud");
-    FilingRequest request;
-    request.source = machine.Path("O'Brien 100%.txt");
-    request.folderId = tree->Item()->Id();
-    request.deleteSource = true;
-    const auto filed = FileDocument(machine, *tree, request);
+    const auto filed = FileText(*tree, "O'Brien 100%.txt", tree->Item()->Id());
     ASSERT_TRUE(filed) << filed.error;
     EXPECT_EQ(machine.files.ReadAll(filed.path), "inhoud");
-    EXPECT_FALSE(machine.files.FileExists(request.source));
+    EXPECT_FALSE(machine.files.FileExists(machine.Path("O'Brien 100%.txt")));
     EXPECT_EQ(Names(Tree(tree->TreeId())->Item()), "O'Brien 100%()");
     std::string found;
     for (const Finding& finding : CheckIntegrity(machine, connection))
@@ -347,13 +341,8 @@ TEST_P(ModelOverEngines, WhatAnotherDidWhileWeWaitedCounts) {
             waiting.join();
         };
         const auto filing = [&] {
-            machine.files.WriteAll(machine.Path("a.txt"), "inhoud");
-            FilingRequest request;
-            request.source = machine.Path("a.txt");
-            request.folderId = gone->Id();
-            request.deleteSource = true;
-            EXPECT_FALSE(FileDocument(machine, *mine, request));
-            EXPECT_TRUE(machine.files.FileExists(request.source));
+            EXPECT_FALSE(FileText(*mine, "a.txt", gone->Id()));
+            EXPECT_TRUE(machine.files.FileExists(machine.Path("a.txt")));
         };
         const auto adding = [&] {
             connection->BeginTrans(); // the host's own, which has read before

@@ -201,6 +201,32 @@ TEST_P(RecordsetOverEngines, RefusesARowThatSomeoneElseChangedOrRemoved) {
     mine->MoveNext();
     mine->Delete();
     EXPECT_EQ(ToInt64(One("select count(*) from tblProbe")), 1);
+    EXPECT_EQ(NumberOf([&] { mine->Get("Naam"); }), errors::badEof) << "no row is current";
+    mine->CancelUpdate();
+    EXPECT_FALSE(mine->Eof());
+    mine->MoveNext();
+    EXPECT_TRUE(mine->Eof());
+}
+
+TEST_P(RecordsetOverEngines, ManyRowsAreWalkedInBlocks) {
+    connection->BeginTrans();
+    Fill(600); // more than two of what the ways to an engine fetch at once
+    connection->CommitTrans();
+    const RecordsetPtr rows = All(*connection);
+    const auto number = [&] { return ToInt64(rows->Get("Getal")) / 10; };
+    rows->Move(299);
+    EXPECT_EQ(number(), 300);
+    rows->MoveLast();
+    rows->Move(-250);
+    EXPECT_EQ(number(), 350);
+    rows->SetAbsolutePosition(257);
+    EXPECT_EQ(number(), 257);
+    rows->Move(-1000);
+    EXPECT_TRUE(rows->Bof());
+    rows->MoveFirst();
+    rows->Move(5000);
+    EXPECT_TRUE(rows->Eof());
+    EXPECT_EQ(Names(*rows).size(), 9U + 2 * 90 + 3 * 501);
 }
 
 TEST_P(RecordsetOverEngines, AddsRowsWithTheirAutoNumber) {

@@ -1,8 +1,6 @@
 // Hosts of every manner: several controls at once, odd containers, form designers.
 #include "Dossier.h"
 #include "com/class_table.h"
-#include "platform/Files.h"
-#include "platform/Workstation.h"
 
 namespace kavidex::tests {
 
@@ -21,23 +19,6 @@ protected:
         std::size_t count = 0;
         for (const auto& [id, arguments] : host.events) count += id == event;
         return count;
-    }
-    // In a process of its own; it ends with 7 when all of it was done.
-    void RunScript(const std::string& text) const {
-        const auto file = platform::win32::ToWide(Path("other.vbs"));
-        platform::TheWorkstation().files.WriteAll(Path("other.vbs"), text);
-        std::wstring command = L"cscript.exe //nologo \"" + file + L"\"";
-        STARTUPINFOW start{};
-        start.cb = sizeof start;
-        PROCESS_INFORMATION process{};
-        ASSERT_TRUE(CreateProcessW(nullptr, command.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                                   nullptr, &start, &process));
-        DWORD code = 0;
-        EXPECT_EQ(WaitForSingleObject(process.hProcess, 120000), WAIT_OBJECT_0);
-        GetExitCodeProcess(process.hProcess, &code);
-        CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
-        EXPECT_EQ(code, 7U);
     }
     static DISPID Id(const ComPtr<IDispatch>& object, const wchar_t* name) {
         DISPID id = DISPID_UNKNOWN;
@@ -77,72 +58,6 @@ TEST_F(Hosts, TwoBindersOnOneDatabaseDoNotDisturbEachOtherAndSeeTheOthersWorkAtR
     left.Drop();
     two.Call(L"Refresh");
     EXPECT_EQ(Folders(right).size(), 4U) << "the connection is the host's, and still open";
-}
-
-TEST_F(Hosts, WhatAnotherProcessAddedShowsAtF5AndTheSelectionStays) {
-    Container host;
-    Open(host, Make(CLSID_ctrlCorrespondence), lclConnection, "K1");
-    const HWND tree = TreeOf(host);
-    Select(tree, Node(tree, TVGN_NEXT, FirstFolder(tree)));
-    host.events.clear();
-    RunScript("Set cn = CreateObject(\"Kavidex.EmbeddedDatabase\").Open(\"" + Path("a.kdb") +
-              "\")\r\n"
-              "Set binder = CreateObject(\"Kavidex.ctrlCorrespondence\")\r\n"
-              "Set binder.DbConnection = cn\r\n"
-              "If binder.OpenOrCreate(\"K1\") <> 0 Then WScript.Quit 2\r\n"
-              "If binder.AddItem(0, \"tab\", Nothing, 0, \"Van elders\", 0) Is Nothing Then "
-              "WScript.Quit 3\r\n"
-              "binder.CloseObject\r\nSet binder = Nothing\r\ncn.Close\r\nWScript.Quit 7\r\n");
-    EXPECT_EQ(Folders(host).size(), 3U);
-    SetForegroundWindow(host.window);
-    SetFocus(tree);
-    MSG key{};
-    key.hwnd = tree;
-    key.message = WM_KEYDOWN;
-    key.wParam = VK_F5;
-    const auto active = host.As<IOleInPlaceActiveObject>(IID_IOleInPlaceActiveObject);
-    ASSERT_TRUE(active);
-    if (active->TranslateAccelerator(&key) != S_OK) SendMessageW(tree, WM_KEYDOWN, VK_F5, 1);
-    const auto folders = Folders(host);
-    ASSERT_EQ(folders.size(), 4U);
-    EXPECT_EQ(folders.back(), "Van elders");
-    EXPECT_EQ(Selected(host), "Archief");
-    EXPECT_EQ(Heard(host, Event(DIID__ctrlCorrespondenceEvents, L"EvItemSelected")), 0U);
-}
-
-TEST_F(Hosts, TwoBindersOnTwoDatabasesKeepApart) {
-    Variant other = Connect("b.kdb");
-    {
-        Container left, right;
-        const Late one = Open(left, Make(CLSID_ctrlCorrespondence), lclConnection, "K1"),
-                   two = Open(right, Make(CLSID_ctrlCorrespondence), other, "K1");
-        ASSERT_TRUE(AddFolder(two, "Alleen hier").IsObject());
-        one.Call(L"Refresh");
-        two.Call(L"Refresh");
-        EXPECT_EQ(Folders(left).size(), 3U);
-        EXPECT_EQ(Folders(right).size(), 4U);
-        EXPECT_EQ(one.Call(L"CloseObject").ToInt32(), 0);
-        EXPECT_EQ(Folders(right).size(), 4U);
-        EXPECT_NE(two.Get(L"Id").ToInt32(), 0);
-    }
-    Close(other);
-}
-
-TEST_F(Hosts, AnotherDossierMayBeOpenedFromASelection) {
-    Container host;
-    const Late binder = Open(host, Make(CLSID_ctrlCorrespondence), lclConnection, "K1");
-    const DISPID selected = Event(DIID__ctrlCorrespondenceEvents, L"EvItemSelected");
-    int opened = 0;
-    std::int32_t result = 1;
-    host.onEvent = [&](DISPID event, DISPPARAMS&) {
-        if (event != selected || opened++ > 0) return;
-        result = binder.Call(L"OpenOrCreate", {"K2", "Tweede", "X"}).ToInt32();
-    };
-    Select(TreeOf(host), FirstFolder(TreeOf(host)));
-    EXPECT_EQ(opened, 1);
-    EXPECT_EQ(result, 0);
-    EXPECT_EQ(Folders(host), std::vector<std::string>{"X"});
-    EXPECT_EQ(binder.Get(L"ExternalId").ToText(), "K2");
 }
 
 TEST_F(Hosts, AHandlerThatFailsEndsNothing) {

@@ -6,13 +6,12 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "com/dispatch/Automation.h"
 #include "platform/Error.h"
 #include "platform/text.h"
+#include "tests/e2e/doubles/Played.h"
 #include "tests/e2e/doubles/Recorded.h"
 
 namespace kavidex::tests {
@@ -54,122 +53,57 @@ inline void WriteBytes(const std::string& path, const std::string& bytes) {
     platform::TheWorkstation().files.WriteAll(path, bytes);
 }
 
-class SelectedAttachment final : public com::Automation {
-public:
-    explicit SelectedAttachment(std::string file) : lclFile(std::move(file)) {}
-    const com::Table& Members() const override {
-        using Self = SelectedAttachment;
-        using Row = com::Rows<Self>;
-        static constexpr com::Member rows[] = {
-            Row::Get<[](Self& self) { return "Bijlage " + self.lclFile; }>(L"DisplayName", 1),
-            Row::Get<[](Self& self) { return self.lclFile; }>(L"FileName", 2),
-            Row::Method<[](Self& self, std::string path) {
-                RecordMailCall("Attachment.SaveAsFile " + platform::FileName(path));
-                WriteBytes(path, "inhoud van " + self.lclFile);
-            }>(L"SaveAsFile", 3, L"Path"),
-        };
-        static constexpr com::Table table{"Attachment", &IID_IDispatch, rows};
-        return table;
-    }
-
-private:
-    std::string lclFile;
-};
-
-// Of the objects that Make gives for its elements, counted from 1.
-template <class Element, class Made>
-class ListDouble final : public com::Automation {
-public:
-    explicit ListDouble(std::vector<Element> elements) : lclElements(std::move(elements)) {}
-    const com::Table& Members() const override {
-        using Self = ListDouble;
-        using Row = com::Rows<Self>;
-        static constexpr com::Member rows[] = {
-            Row::template Get<[](Self& self) {
-                return static_cast<std::int32_t>(self.lclElements.size());
-            }>(L"Count", 1),
-            Row::template Method<[](Self& self, std::int32_t at) {
-                return com::Make<Made>(self.lclElements.at(static_cast<std::size_t>(at - 1)));
-            }>(L"Item", 2, L"Index"),
-        };
-        static constexpr com::Table table{"List", &IID_IDispatch, rows};
-        return table;
-    }
-
-private:
-    std::vector<Element> lclElements;
-};
-
-class SelectedItem final : public com::Automation {
-public:
-    explicit SelectedItem(SelectedMail mail) : lclMail(std::move(mail)) {}
-    const com::Table& Members() const override {
-        using Self = SelectedItem;
-        using Row = com::Rows<Self>;
-        static constexpr com::Member rows[] = {
-            Row::Get<[](Self& self) { return self.lclMail.kind == "other" ? 26 : 43; }>(L"Class",
-                                                                                        1),
-            Row::Get<[](Self& self) { return self.lclMail.subject; }>(L"Subject", 2),
-            Row::Method<[](Self& self, std::string path, std::int32_t form) {
-                RecordMailCall("MailItem.SaveAs " + platform::FileName(path) + " as " +
-                               std::to_string(form));
-                if (self.lclMail.kind == "dies")
-                    throw platform::Error(platform::errors::fail, "The mail program has ended.");
-                WriteBytes(path, "mail " + self.lclMail.subject);
-            }>(L"SaveAs", 3, L"Path,Type"),
-            Row::Get<[](Self& self) {
-                using Files = ListDouble<std::string, SelectedAttachment>;
-                return com::Make<Files>(self.lclMail.attachments);
-            }>(L"Attachments", 4),
-        };
-        static constexpr com::Table table{"MailItem", &IID_IDispatch, rows};
-        return table;
-    }
-
-private:
-    SelectedMail lclMail;
-};
-
-// An explorer or an inspector.
-class MailWindow final : public com::Automation {
-public:
-    MailWindow(std::int32_t kind, MailSelection selection)
-        : lclKind(kind), lclSelection(std::move(selection)) {}
-    static constexpr std::int32_t explorer = 34, inspector = 35;
-
-    const com::Table& Members() const override {
-        using Self = MailWindow;
-        using Row = com::Rows<Self>;
-        static constexpr com::Member rows[] = {
-            Row::Get<[](Self& self) { return std::int32_t{self.lclKind}; }>(L"Class", 1),
-            Row::Get<[](Self& self) {
-                using Mails = ListDouble<SelectedMail, SelectedItem>;
-                return com::Make<Mails>(self.lclSelection.items);
-            }>(L"Selection", 2),
-            Row::Get<[](Self& self) {
-                return com::Make<SelectedItem>(self.lclSelection.items.at(0));
-            }>(L"CurrentItem", 3),
-        };
-        static constexpr com::Table table{"MailWindow", &IID_IDispatch, rows};
-        return table;
-    }
-
-private:
-    std::int32_t lclKind;
-    MailSelection lclSelection;
-};
-
-inline com::ComPtr<IDispatch> ActiveMailExplorer() {
-    auto selection = MailSelection::Read();
-    RecordMailCall("Application.ActiveExplorer");
-    if (!selection.explorer) return {};
-    return com::Make<MailWindow>(MailWindow::explorer, std::move(selection));
+// Counted from 1.
+inline com::ComPtr<IDispatch> PlayList(std::vector<Variant> elements) {
+    return Play({{L"Count", static_cast<std::int32_t>(elements.size())},
+                 {L"Item", [elements](const Arguments& at) {
+                      return elements.at(static_cast<std::size_t>(at[0].ToInt32() - 1));
+                  }}});
 }
 
-inline com::ComPtr<IDispatch> ActiveMailWindow() {
-    auto selection = MailSelection::Read();
-    const auto kind = selection.inspector ? MailWindow::inspector : MailWindow::explorer;
-    return com::Make<MailWindow>(kind, std::move(selection));
+inline com::ComPtr<IDispatch> PlaySelected(const SelectedMail& mail) {
+    std::vector<Variant> attachments;
+    for (const std::string& file : mail.attachments)
+        attachments.emplace_back(Play({{L"DisplayName", "Bijlage " + file},
+                                       {L"FileName", file},
+                                       {L"SaveAsFile", [file](const Arguments& path) {
+                                            RecordMailCall("Attachment.SaveAsFile " +
+                                                           platform::FileName(path[0].ToText()));
+                                            WriteBytes(path[0].ToText(), "inhoud van " + file);
+                                            return Variant();
+                                        }}}));
+    const auto save = [mail](const Arguments& given) {
+        const auto path = given[0].ToText();
+        RecordMailCall("MailItem.SaveAs " + platform::FileName(path) + " as " + given[1].ToText());
+        if (mail.kind == "dies")
+            throw platform::Error(platform::errors::fail, "The mail program has ended.");
+        WriteBytes(path, "mail " + mail.subject);
+        return Variant();
+    };
+    return Play({{L"Class", mail.kind == "other" ? 26 : 43},
+                 {L"Subject", mail.subject},
+                 {L"SaveAs", save},
+                 {L"Attachments", PlayList(attachments)}});
+}
+
+// An explorer or an inspector.
+inline com::ComPtr<IDispatch> PlayMailWindow(std::int32_t kind, const MailSelection& selection) {
+    std::vector<Variant> items;
+    for (const auto& mail : selection.items) items.emplace_back(PlaySelected(mail));
+    return Play({{L"Class", kind},
+                 {L"Selection", PlayList(items)},
+                 {L"CurrentItem", items.empty() ? Nothing() : items[0]}});
+}
+
+inline Variant ActiveMailExplorer(const Arguments&) {
+    const auto selection = MailSelection::Read();
+    RecordMailCall("Application.ActiveExplorer");
+    return selection.explorer ? Variant(PlayMailWindow(34, selection)) : Nothing();
+}
+
+inline Variant ActiveMailWindow(const Arguments&) {
+    const auto selection = MailSelection::Read();
+    return PlayMailWindow(selection.inspector ? 35 : 34, selection);
 }
 
 } // namespace kavidex::tests

@@ -28,6 +28,7 @@
 #include "model/documentFile.h"
 #include "platform/win32/DataObject.h"
 #include "platform/win32/Variant.h"
+#include "tests/e2e/Windows.h"
 #include "tests/fakes/FakeWorkstation.h"
 #include "tests/fakes/SmallTiff.h"
 
@@ -36,34 +37,6 @@ namespace kavidex::tests {
 using platform::win32::ComPtr;
 using platform::win32::FromWide;
 using platform::win32::ToWide;
-
-// A window of that class, and where a text is given with it, mnemonics aside, anywhere below
-// `parent`.
-class PartSearch {
-public:
-    static HWND Find(HWND parent, const wchar_t* type, const wchar_t* text = nullptr) {
-        PartSearch search(type, text);
-        EnumChildWindows(parent, Compare, reinterpret_cast<LPARAM>(&search));
-        return search.lclFound;
-    }
-
-private:
-    PartSearch(const wchar_t* type, const wchar_t* text) : lclType(type), lclText(text) {}
-    static BOOL CALLBACK Compare(HWND window, LPARAM self) {
-        auto& search = *reinterpret_cast<PartSearch*>(self);
-        wchar_t type[100] = L"", text[200] = L"";
-        GetClassNameW(window, type, 100);
-        GetWindowTextW(window, text, 200);
-        std::wstring plain(text);
-        std::erase(plain, L'&');
-        const bool found = wcscmp(type, search.lclType) == 0 && IsWindowVisible(window) &&
-                           (!search.lclText || plain == search.lclText);
-        if (found) search.lclFound = window;
-        return found ? FALSE : TRUE;
-    }
-    const wchar_t *lclType, *lclText;
-    HWND lclFound = nullptr;
-};
 
 // Acts in each dialog once it is up, in their order. A dialog that nobody waits for, or that stays,
 // is closed after a minute, and the test fails.
@@ -208,7 +181,7 @@ protected:
         return false;
     }
     HWND Part(const wchar_t* type, const wchar_t* text = nullptr) const {
-        return PartSearch::Find(control->Handle(), type, text);
+        return Visible(control->Handle(), type, text);
     }
     HWND Tree() const { return Part(WC_TREEVIEWW); }
 

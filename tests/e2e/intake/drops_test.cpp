@@ -36,13 +36,17 @@ TEST_F(Drops, FilesAndFoldersAndFilesOfOtherProgramsAreFiled) {
 
     controls::DropData offered;
     offered.virtualFiles = {{"Foto.jpg", [] { return std::string(70000, 'f'); }},
-                            {"Kaart.txt", [] { return std::string("kaart"); }}};
+                            {"map\\Kaart.txt", [] { return std::string("kaart"); }},
+                            {"weg.txt", []() -> std::string {
+                                 throw platform::Error(platform::errors::fail, "gone");
+                             }}};
     EXPECT_EQ(Drop(Tree(), offered,
                    Middle(TreeView_GetNextSibling(
                        Tree(), TreeView_GetChild(Tree(), TreeView_GetRoot(Tree()))))),
               DWORD{DROPEFFECT_COPY});
     EXPECT_EQ(Outline(),
               "Brief é|txt\nPost|tab\n.a|txt\n.Oud|tab\n..b|pdf\n.Foto|jpg\n.Kaart|txt\n");
+    EXPECT_TRUE(Told("weg.txt: niet opgeslagen"));
     EXPECT_EQ(machine.files.ReadAll(Stored("Foto")), std::string(70000, 'f'));
     EXPECT_TRUE(machine.files.List(machine.Path("temp"), "*", false).empty())
         << "no copy is left behind";
@@ -53,13 +57,13 @@ TEST_F(Drops, TheListOfDocumentsTakesThemAsTheTreeDoes) {
     ASSERT_TRUE(binder.AddItem(0, "tab", nullptr, 0, "Map", 0));
     TreeView_SelectItem(Tree(), TreeView_GetNextSibling(
                                     Tree(), TreeView_GetChild(Tree(), TreeView_GetRoot(Tree()))));
-    const HWND list = PartSearch::Find(Part(L"KavidexViewer"), WC_LISTVIEWW);
+    const HWND list = Visible(Part(L"KavidexViewer"), WC_LISTVIEWW);
     ASSERT_TRUE(list);
     POINT middle{40, 60};
     ClientToScreen(list, &middle);
     EXPECT_EQ(Drop(list, Files({File("b.txt")}), middle), DWORD{DROPEFFECT_COPY});
     EXPECT_EQ(Outline(), "a|txt\nMap|tab\n.b|txt\n");
-    EXPECT_EQ(ListView_GetItemCount(PartSearch::Find(Part(L"KavidexViewer"), WC_LISTVIEWW)), 1);
+    EXPECT_EQ(ListView_GetItemCount(Visible(Part(L"KavidexViewer"), WC_LISTVIEWW)), 1);
     TreeView_SelectItem(Tree(), TreeView_GetChild(Tree(), TreeView_GetRoot(Tree())));
     EXPECT_EQ(Drop(Part(L"KavidexViewer"), Files({File("c.txt")}), middle), DWORD{DROPEFFECT_NONE})
         << "a document that is shown takes nothing";

@@ -15,7 +15,7 @@ struct NewDialog : HostWindow {
                               LVIS_SELECTED | LVIS_FOCUSED);
     }
     static void ShowTemplates(HWND dialog) {
-        const HWND tabs = PartSearch::Find(dialog, WC_TABCONTROLW);
+        const HWND tabs = Visible(dialog, WC_TABCONTROLW);
         RECT page{};
         TabCtrl_GetItemRect(tabs, 1, &page);
         const LPARAM place = MAKELPARAM((page.left + page.right) / 2, (page.top + page.bottom) / 2);
@@ -26,7 +26,7 @@ struct NewDialog : HostWindow {
     static User::Act Template(int row) {
         return {L"Nieuw", [row](HWND dialog) {
                     ShowTemplates(dialog);
-                    Mark(PartSearch::Find(dialog, WC_LISTVIEWW), row);
+                    Mark(Visible(dialog, WC_LISTVIEWW), row);
                     User::Press(dialog, IDOK);
                 }};
     }
@@ -34,42 +34,17 @@ struct NewDialog : HostWindow {
 
 } // namespace
 
-TEST_F(NewDialog, MakesTheKindsOfItemsThatAreAllowed) {
-    {
-        const User user({{L"Nieuw", [](HWND dialog) {
-                              const HWND list = PartSearch::Find(dialog, WC_LISTVIEWW);
-                              EXPECT_EQ(ListView_GetItemCount(list), 2);
-                              Mark(list, 1);
-                              User::Press(dialog, IDOK);
-                          }}});
-        binder.ButtonClicked("New");
-    }
-    EXPECT_EQ(Outline(), "Nieuwe notitie 15-11-2026 14:05|nnt\n");
-    binder.treCorr().SetAllowCreateFolders(false);
-    const User user({{L"Nieuw", [](HWND dialog) {
-                          EXPECT_EQ(ListView_GetItemCount(PartSearch::Find(dialog, WC_LISTVIEWW)),
-                                    1);
-                          ShowTemplates(dialog);
-                          EXPECT_TRUE(PartSearch::Find(dialog, L"Static",
-                                                       L"De sjablonenmap is niet ingesteld"));
-                          EXPECT_FALSE(IsWindowEnabled(GetDlgItem(dialog, IDOK)));
-                          User::Press(dialog, IDCANCEL);
-                      }}});
-    binder.ButtonClicked("New");
-    EXPECT_EQ(Outline(), "Nieuwe notitie 15-11-2026 14:05|nnt\n");
-}
-
 TEST_F(NewDialog, TakesFilesThroughTheSystemsChooser) {
     File("import\\een.pdf");
     File("import\\twee.txt");
     Setting("DossierSettings", "ImportDocumentsPath", machine.Path("import"));
     const User user({{L"Nieuw",
                       [](HWND dialog) {
-                          const HWND button = PartSearch::Find(dialog, L"Button", L"Bestand...");
+                          const HWND button = Visible(dialog, L"Button", L"Bestand...");
                           PostMessageW(button, BM_CLICK, 0, 0);
                       }},
                      {L"Documenten toevoegen", [](HWND dialog) {
-                          SendMessageW(PartSearch::Find(dialog, L"Edit"), WM_SETTEXT, 0,
+                          SendMessageW(Visible(dialog, L"Edit"), WM_SETTEXT, 0,
                                        reinterpret_cast<LPARAM>(L"\"een.pdf\" \"twee.txt\""));
                           User::Press(dialog, IDOK);
                       }}});

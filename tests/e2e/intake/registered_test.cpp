@@ -71,7 +71,7 @@ struct Registered : testing::Test {
 } // namespace
 
 TEST_F(Registered, TakesADropAndAScanQueue) {
-    const HWND tree = PartSearch::Find(host, WC_TREEVIEWW);
+    const HWND tree = Visible(host, WC_TREEVIEWW);
     ASSERT_TRUE(tree);
     auto* const target = static_cast<IDropTarget*>(GetPropW(tree, L"OleDropTargetInterface"));
     ASSERT_TRUE(target);
@@ -98,7 +98,7 @@ TEST_F(Registered, TakesADropAndAScanQueue) {
             {{L"Controle op bestaande documenten", [](HWND box) { User::Press(box, IDYES); }}});
         EXPECT_EQ(Binder().Call(L"fncCheckDocumentQueue", {Variant("")}).ToInt32(), 0);
     }
-    const HWND import = PartSearch::Find(host, L"Button", L"Importeren");
+    const HWND import = Visible(host, L"Button", L"Importeren");
     ASSERT_TRUE(import) << "the scanning control stands in the viewer's place";
     SendMessageW(import, BM_CLICK, 0, 0);
     EXPECT_EQ(Documents(), 3);

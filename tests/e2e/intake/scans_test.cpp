@@ -1,5 +1,4 @@
 // The scanning control in the viewer's place, and what waits in the folders of devices.
-#include "imaging/PageOperations.h"
 #include "tests/e2e/intake/HostWindow.h"
 
 namespace kavidex::tests {
@@ -29,17 +28,6 @@ struct Scans : HostWindow {
         const HWND window = Part(L"Button", button);
         ASSERT_TRUE(window) << FromWide(button);
         SendMessageW(window, BM_CLICK, 0, 0);
-    }
-    void Select(const std::vector<std::string>& names) {
-        binder.treCorr().ClearSelectedItems();
-        for (const auto& name : names) binder.treCorr().NodeChecked(Item(name)->Id(), true);
-    }
-    void Choose(const char* entry) {
-        machine.messages.shown.clear();
-        binder.MenuChosen({entry, 0, {}});
-    }
-    int PagesOf(const std::string& name) {
-        return imaging::CountPages(machine.files, Stored(name));
     }
 };
 
@@ -72,16 +60,6 @@ TEST_F(Scans, TheControlTakesTheViewersPlaceAndItsDocumentsAreFiled) {
     EXPECT_FALSE(Part(L"ScanControlDouble"));
     EXPECT_TRUE(Part(L"KavidexViewer"));
     EXPECT_EQ(ScanTooltip(), "Open de scanmodule");
-}
-
-TEST_F(Scans, WhatIsNotFiledWhenTheDossierClosesGoesToTheTop) {
-    binder.ButtonClicked("Scan");
-    File("scanned.txt", File("1.tif", SmallTiff("a")) + "\n");
-    Press(L"Scannen");
-    EXPECT_EQ(binder.CloseObject(), 0);
-    EXPECT_TRUE(Told("deze zijn op het hoogste niveau toegevoegd"));
-    ASSERT_EQ(Open("key"), 0);
-    EXPECT_EQ(Outline(), "Gescand document|tif\n");
 }
 
 TEST_F(Scans, WithoutTheControlTheButtonTellsWhatIsMissing) {
@@ -142,7 +120,7 @@ TEST_F(Scans, WithoutTheControlTheFolderIsAskedForAndTheQueueFiledFromHere) {
     }
     EXPECT_TRUE(machine.files.FileExists(scan));
     const User user({{L"Map kiezen", [](HWND dialog) {
-                          const HWND tree = PartSearch::Find(dialog, WC_TREEVIEWW);
+                          const HWND tree = Visible(dialog, WC_TREEVIEWW);
                           TreeView_SelectItem(tree,
                                               TreeView_GetChild(tree, TreeView_GetRoot(tree)));
                           User::Press(dialog, IDOK);
@@ -153,38 +131,6 @@ TEST_F(Scans, WithoutTheControlTheFolderIsAskedForAndTheQueueFiledFromHere) {
     EXPECT_FALSE(machine.files.FileExists(scan));
     EXPECT_TRUE(Told(written + ": in gebruik bij een ander programma"));
     EXPECT_TRUE(machine.files.FileExists(written)) << "the next look takes it in whole";
-}
-
-TEST_F(Scans, ABacklogIsTakenInOnceWithTheNamesOfItsIndex) {
-    Setting("BackLogSettings", "Path", machine.Path("backlog"));
-    File("backlog\\000000004711\\001.TIF", SmallTiff("a"));
-    File("backlog\\000000004711\\002.tif", SmallTiff("b"));
-    File("backlog\\000000004711\\index.ini", "[Doc]\r\n1 Name=Brief\r\n");
-    const std::string whole = "Conversie tab 15-11-2026|tab\n.Brief|tif\n.002|tif\n";
-    ASSERT_EQ(Open("4711"), 0);
-    EXPECT_EQ(Outline(), whole);
-    binder.SetId(binder.Id());
-    ASSERT_EQ(Open("4711"), 0);
-    EXPECT_EQ(Outline(), whole);
-    EXPECT_EQ(machine.files.ReadAll(machine.Path("backlog\\000000004711\\index.ini")),
-              "[Doc]\r\n1 Name=Brief\r\n001 Handled=True\r\n002 Handled=True\r\n");
-}
-
-TEST_F(Scans, PagesAreSplitAndStapledThroughTheMenus) {
-    ASSERT_EQ(
-        DropOnTop(Files({File("twee.tif", SmallTiff("ab")), File("een.tif", SmallTiff("c"))})),
-        DWORD{DROPEFFECT_COPY});
-    Select({"een"});
-    Choose("unpackwithdel");
-    EXPECT_TRUE(Told("Document kan niet gesplits worden omdat het maar 1 pagina bevat"));
-    Select({"twee"});
-    Choose("unpackwithdel");
-    EXPECT_EQ(Outline(), "een|tif\ntwee (pagina 1)|tif\ntwee (pagina 2)|tif\n");
-    Select({"twee (pagina 2)", "een"});
-    Choose("withdel");
-    EXPECT_EQ(Outline(), "twee (pagina 1)|tif\neen|tif\n");
-    EXPECT_EQ(PagesOf("een"), 2);
-    EXPECT_EQ(TreeView_GetCount(Tree()), 3U);
 }
 
 } // namespace kavidex::tests

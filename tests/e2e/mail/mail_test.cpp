@@ -291,6 +291,8 @@ TEST_F(SentMails, GoThroughTheSystemsFunctionWhereThereAreNoControls) {
     EXPECT_TRUE(Told().starts_with("Error sending mail: ") &&
                 Told().ends_with("The mail program answered 2\n"))
         << Told();
+    EXPECT_EQ(sent(L"26"), "wide" + rest);
+    EXPECT_NE(Told().find("geen e-mailprogramma"), std::string::npos) << Told();
     EXPECT_EQ(sent(L"27"), "wide" + rest + "narrow" + rest) << "a program without wide letters";
     platform::win32::SetOwner(nullptr);
     DestroyWindow(host);

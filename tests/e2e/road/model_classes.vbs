@@ -24,16 +24,14 @@ Set binder = Nothing
 Made("clsSettings").SetSetting "Storage", "DocumentPath", folder & "\store"
 
 ' Texts
-Dim texts(5), text, tree, again, child, doc, key, dossier, auth, list, field, number
+Dim texts(5), text, tree, again, child, doc, key, list, number
 texts(0) = "O'Br''ien"
 texts(1) = "a""b\c\\d\"
 texts(2) = "50% [x] * ? _ {y} -- /* ; #"
 texts(3) = "tab" & Chr(9) & "cr" & vbCrLf & Chr(1) & "end"
 texts(4) = fso.OpenTextFile(folder & "\emoji.txt", 1, False, -1).ReadAll
 texts(5) = "nul" & Chr(0) & "end"
-number = 0
 For Each text In texts
-    number = number + 1
     Set tree = Made("clsTree")
     tree.Description = text
     tree.CreateNew
@@ -69,33 +67,6 @@ For Each text In texts
     again.DbKey = text
     Same again.OpenDataSource() And Not again.EOF, True, "finding the key"
     Same again.DossierId, key.DossierId, "the dossier number"
-    Set dossier = Made("clsDossier")
-    dossier.DossierId = key.DossierId
-    dossier.DossierType = text
-    dossier.ChildType = text
-    dossier.TreeId = tree.TreeId
-    Same dossier.SaveNewRow(), True, "the relation"
-    Set again = Made("clsDossier")
-    again.DossierId = key.DossierId
-    Same again.OpenDataSource() And Not again.EOF, True, "finding the relation"
-    Same again.DossierType & again.ChildType, text & text, "the types"
-    Set auth = Made("clsUserAuth")
-    auth.UserId = text
-    auth.SetRight text, text
-    Same auth.SaveRights(), True, "saving rights"
-    Set again = Made("clsUserAuth")
-    again.UserId = text
-    Same again.LoadRights(), True, "loading rights"
-    Same again.GetRight(text), text, "the right"
-    Set list = Made("clsCheckListType")
-    list.CheckListTabType = "A^" & number
-    list.CreateField 1, text, 2, text, text
-    list.UpdateCurrentType
-    Set again = Made("clsCheckListType")
-    Same again.GetType("A", CStr(number)), 0, "GetType"
-    For Each field In again.CheckListFields
-        Same field.FieldDescription & field.DescriptionsToCheck & field.FieldType, text & text & text, "the field"
-    Next
 Next
 
 ' Objects that outlive their owners

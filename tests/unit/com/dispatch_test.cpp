@@ -65,9 +65,6 @@ struct Shelf : Automation {
         return a + "|" + b.value_or("-") + "|" + (loud ? (*loud ? "loud" : "soft") : "none");
     }
     std::int32_t Length(std::string_view text) { return static_cast<std::int32_t>(text.size()); }
-    void Swap(com::ByRef<std::string>& a, com::ByRef<std::string>& b) {
-        std::swap(a.value, b.value);
-    }
 
     const com::Table& Members() const override {
         using Row = com::Rows<Shelf>;
@@ -75,7 +72,6 @@ struct Shelf : Automation {
             Row::Get<&Shelf::Item>(L"Item", DISPID_VALUE, L"place"),
             Row::Method<&Shelf::Joined>(L"Joined", 1, L"a,b,loud"),
             Row::Method<&Shelf::Length>(L"Length", 2, L"text"),
-            Row::Method<&Shelf::Swap>(L"Swap", 3, L"a,b"),
             Row::Get<[](Shelf& s) { return ComPtr<IDispatch>(&s); }>(L"Self", 4),
             Row::Get<[](Shelf& s, std::string key) { return s.marks[key]; }>(L"Mark", 5, L"key"),
             Row::Put<[](Shelf& s, std::string key, std::int16_t v) { s.marks[key] = v; }>(
@@ -151,20 +147,6 @@ TEST_F(Dispatch, LeavesOptionalArgumentsOutAndTakesThemByName) {
 
     names[1] = const_cast<wchar_t*>(L"volume");
     EXPECT_EQ(shelf.Object()->GetIDsOfNames(IID_NULL, names, 2, 0, ids), DISP_E_UNKNOWNNAME);
-}
-
-TEST_F(Dispatch, UnwrapsVariablesAndWritesThemBack) {
-    Variant a("left"), b("right");
-    VARIANT references[2];
-    for (auto& r : references) r.vt = VT_BYREF | VT_VARIANT;
-    references[0].pvarVal = b.Address();
-    references[1].pvarVal = a.Address();
-    DISPPARAMS parameters{references, nullptr, 2, 0};
-    ASSERT_EQ(shelf.Object()->Invoke(3, IID_NULL, 0, DISPATCH_METHOD, &parameters, nullptr, nullptr,
-                                     nullptr),
-              S_OK);
-    EXPECT_EQ(a.ToText(), "right");
-    EXPECT_EQ(b.ToText(), "left");
 }
 
 TEST_F(Dispatch, PassesSpareArgumentsToTheDefaultMemberOfWhatAPropertyGives) {

@@ -1,77 +1,28 @@
-// Printing and mailing from the tree.
-#include "controls/tree/MailSender.h"
+// Printing from the tree.
 #include "data/clsSettings.h"
+#include "imaging/PageOperations.h"
 #include "model/documentFile.h"
 #include "model/filing.h"
+#include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/TreeFixture.h"
 
 namespace kavidex::controls {
 
 namespace {
 
-struct Page {
-    std::uint32_t width, height, dpi; // 0: it does not say
-};
-
-// Grey pages, stored plainly.
-std::string Tiff(const std::vector<Page>& pages) {
-    std::string bytes = "II*";
-    bytes += '\0';
-    const auto put = [&](std::uint32_t value, int size) {
-        for (int i = 0; i < size; ++i) bytes += static_cast<char>(value >> (8 * i));
-    };
-    put(8, 4);
-    for (const auto& page : pages) {
-        const std::uint32_t entries = page.dpi ? 11 : 8;
-        const auto after = static_cast<std::uint32_t>(bytes.size()) + 2 + 12 * entries + 4;
-        const std::uint32_t size = page.width * page.height;
-        const auto number = [&](std::uint32_t tag, std::uint32_t type, std::uint32_t value) {
-            put(tag, 2);
-            put(type, 2);
-            put(1, 4);
-            put(value, 4);
-        };
-        put(entries, 2);
-        number(256, 4, page.width);
-        number(257, 4, page.height);
-        number(258, 4, 8);
-        number(259, 4, 1);
-        number(262, 4, 1);
-        number(273, 4, after + 8);
-        if (page.dpi) number(277, 4, 1);
-        number(278, 4, page.height);
-        number(279, 4, size);
-        if (page.dpi) {
-            number(282, 5, after);
-            number(283, 5, after);
-        }
-        put(&page == &pages.back() ? 0 : after + 8 + size, 4);
-        put(page.dpi, 4);
-        put(1, 4);
-        bytes.append(size, '\x7F');
-    }
-    return bytes;
+// A grey page, stored plainly; without `dpi` it does not tell its size.
+std::string Page(std::uint32_t width, std::uint32_t height, std::uint32_t dpi) {
+    const std::uint32_t resolution = 8 + 2 + 12 * (dpi ? 11 : 9) + 4, size = width * height;
+    std::vector<std::array<std::uint32_t, 4>> entries = {
+        {256, 4, 1, width}, {257, 4, 1, height}, {258, 4, 1, 8},
+        {259, 4, 1, 1},     {262, 4, 1, 1},      {273, 4, 1, resolution + 8},
+        {277, 4, 1, 1},     {278, 4, 1, height}, {279, 4, 1, size}};
+    if (dpi)
+        for (const std::uint32_t tag : {282U, 283U}) entries.push_back({tag, 5, 1, resolution});
+    std::string rest;
+    tests::PutNumber(rest, dpi, 4), tests::PutNumber(rest, 1, 4);
+    return tests::TiffOf(entries, rest + std::string(size, '\x7F'));
 }
-
-struct FakeSender : MailSender {
-    std::vector<std::string> sent, filed;
-    std::vector<std::int32_t> folders;
-    MailResult result{MailOutcome::Sent, "C:\\mail.msg"};
-    bool fails = false;
-    std::function<void()> onSend;
-    MailResult Send(const MailOrder& order) override {
-        if (onSend) onSend();
-        if (fails) throw platform::Error(platform::errors::fail, "The program died");
-        std::string names = order.asPdf ? "pdf:" : "";
-        for (const auto& item : order.documents) names += item->Description() + ";";
-        sent.push_back(names + order.address);
-        return result;
-    }
-    void File(const SentMail& mail) override {
-        filed.push_back(mail.path);
-        folders.push_back(mail.folder);
-    }
-};
 
 class OutputTest : public TreeTest {
 protected:
@@ -85,8 +36,12 @@ protected:
         root = tree.Tree()->Item()->Id();
         letters = Id("Post");
         // A whole page of A4 and a small one on its side; one that does not tell its size.
-        scan = File("scan.tif", Tiff({{620, 877, 75}, {300, 150, 150}}));
-        fax = File("fax.tif", Tiff({{100, 50, 0}}));
+        machine.files.WriteAll(machine.Path("1.tif"), Page(620, 877, 75));
+        machine.files.WriteAll(machine.Path("2.tif"), Page(300, 150, 150));
+        imaging::StapleFiles(machine.files, {machine.Path("1.tif"), machine.Path("2.tif")},
+                             machine.Path("both.tif"));
+        scan = File("scan.tif", machine.files.ReadAll(machine.Path("both.tif")));
+        fax = File("fax.tif", Page(100, 50, 0));
         memo = File("memo.doc", "text");
         tree.AttachWindow(&window);
     }
@@ -185,56 +140,6 @@ TEST_F(OutputTest, WithoutPrinterOrRightNothingIsPrinted) {
     EXPECT_FALSE(Choose({scan}, "mnuPrint"));
     tree.CommandKey('P', true, false);
     EXPECT_TRUE(machine.shell.printers.jobs.empty());
-}
-
-TEST_F(OutputTest, MailsTheSelectionAndFilesWhatWasSent) {
-    EXPECT_FALSE(Choose({scan}, "mnuMail")) << "nobody sends it";
-    FakeSender sender;
-    tree.SetMailSender(&sender);
-    tree.SetEmailAddress("jan@example.nl");
-    EXPECT_TRUE(Choose({letters}, "mnuMailPdf"));
-    ASSERT_EQ(machine.messages.shown.size(), 2U) << Told();
-    EXPECT_EQ(machine.messages.shown[0].text,
-              "Wilt u de inhoud van deze map toevoegen aan deze e-mail?");
-    EXPECT_EQ(machine.messages.shown[0].caption, "Bevestigen toevoegen items aan e-mail");
-    EXPECT_EQ(machine.messages.shown[1].text, "Wilt u de verzonden mail opslaan?");
-    EXPECT_EQ(machine.messages.shown[1].caption, "Bevestigen opslaan verzonden mail");
-    EXPECT_EQ(sender.sent, std::vector<std::string>{"pdf:scan;fax;memo;jan@example.nl"});
-    EXPECT_EQ(sender.folders, std::vector{letters}) << "no folder is set: the selected one";
-    platform::SaveRegSetting(machine, platform::applicationName, "Mail", "Folder", "leeg");
-    Choose({scan}, "mnuMail");
-    EXPECT_EQ(sender.folders.back(), Id("Leeg"));
-    platform::SaveRegSetting(machine, platform::applicationName, "Mail", "Folder", "Elders");
-    Choose({scan}, "mnuMail");
-    EXPECT_EQ(sender.folders.back(), letters);
-    EXPECT_TRUE(machine.log.Has("Mail", "Elders"));
-
-    const auto id = tree.TreeId();
-    sender.folders.clear();
-    sender.onSend = [&] { tree.SetTreeId(0); };
-    Choose({scan}, "mnuMail");
-    EXPECT_EQ(sender.folders, std::vector{letters}) << "of the dossier that it was sent from";
-    sender.onSend = nullptr;
-    tree.SetTreeId(id);
-    const auto filed = sender.filed.size();
-    machine.messages.answers = {platform::Answer::No};
-    Choose({scan}, "mnuMail");
-    sender.result.outcome = MailOutcome::LogonFailed;
-    Choose({scan}, "mnuMail");
-    EXPECT_EQ(LastTold(), "Aanmelden voor email mislukt!");
-    sender.fails = true;
-    Choose({scan}, "mnuMail");
-    EXPECT_EQ(machine.messages.shown.back().caption, "Error sending mail");
-    machine.messages.answers = {platform::Answer::No};
-    const auto sent = sender.sent.size();
-    Choose({letters}, "mnuMail");
-    EXPECT_EQ(sender.sent.size(), sent) << "a folder without its contents is nothing to send";
-    sender.fails = false;
-    EXPECT_TRUE(Choose({root}, "mnuMail")) << "the whole dossier";
-    EXPECT_EQ(sender.sent.back(), "scan;fax;memo;jan@example.nl");
-    tree.SetShowMail(false);
-    EXPECT_FALSE(Choose({scan}, "mnuMail"));
-    EXPECT_EQ(sender.filed.size(), filed);
 }
 
 } // namespace kavidex::controls

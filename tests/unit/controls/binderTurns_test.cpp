@@ -1,8 +1,7 @@
 // What a host does inside the binder's own events and long operations; what a change of a property
 // costs; what the bag holds.
-#include "controls/binder/BinderWindow.h"
-#include "controls/forms/Field.h"
 #include "data/clsSettings.h"
+#include "tests/fakes/FakeBinderWindow.h"
 #include "tests/fakes/RecordingConnection.h"
 #include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/BinderFixture.h"
@@ -175,26 +174,18 @@ TEST_F(Turns, OpeningAKnownDossierReadsEachTableOnceAndTheItemsOncePerFolder) {
 
 // --- Properties ---------------------------------------------------------------------------------
 
-struct CountingWindow : BinderWindow {
+struct CountingWindow : tests::FakeBinderWindow {
     int toolbar = 0, layout = 0, looks = 0;
     void ToolbarChanged() override { ++toolbar; }
     void LayoutChanged() override { ++layout; }
     void AppearanceChanged() override { ++looks; }
-    void Repaint() override {}
-    void FocusTree() override {}
-    void FocusViewer() override {}
-    std::optional<std::size_t> ShowMenu(const PopupMenu&, std::string_view) override { return {}; }
-    forms::FormPresenter* Forms() override { return nullptr; }
-    std::unique_ptr<forms::PaneContent> MakePane(ctlViewer&) override { return nullptr; }
-    ScanPlace* Scanner() override { return nullptr; }
-    void Forget() { toolbar = layout = looks = 0; }
 };
 
 TEST_F(Turns, AChangeOfAPropertyArrangesOnlyWhatItTouches) {
     CountingWindow window;
     binder->AttachWindow(&window);
     const auto cost = [&](const std::function<void()>& change) {
-        window.Forget();
+        window.toolbar = window.layout = window.looks = 0;
         change();
         return std::to_string(window.layout) + std::to_string(window.toolbar) +
                std::to_string(window.looks);

@@ -90,33 +90,6 @@ TEST_F(Binder, OneNewKeyGetsOneDossierThoughTwoAskAtOnce) {
     EXPECT_TRUE(machine.messages.shown.empty());
 }
 
-TEST_F(Binder, TellsWhichStepOfOpeningFailed) {
-    connection->Execute("drop table tblDossierRelations");
-    EXPECT_EQ(Open("key"), -4);
-    EXPECT_EQ(binder->Id(), 0) << "a dossier that could not be made is not shown";
-    EXPECT_EQ(Open("key"), -6);
-    connection->Execute("drop table tblDossierDbRelation");
-    EXPECT_EQ(Open("key"), -1);
-}
-
-TEST_F(Binder, FilesDocumentsUnderTheirNamesWhateverTheyHold) {
-    ASSERT_EQ(Open("key"), 0);
-    const auto result = binder->AddFiles(
-        {File("O'Brien (100%) déjà.txt"), File("met & teken.PDF"), File("zonder extensie")}, "", 0,
-        false, true);
-    EXPECT_EQ(result, addFiles::done);
-    EXPECT_EQ(binder->ContainsDocuments(""), 3);
-    EXPECT_EQ(binder->ContainsDocuments("txt"), 1);
-    const auto item = binder->treCorr().Tree()->GetItem(0, "O'Brien (100%) déjà");
-    ASSERT_NE(item, nullptr);
-    EXPECT_TRUE(model::FindDocumentFile(machine, connection, *item).HasFile());
-    EXPECT_FALSE(machine.busy.open);
-    EXPECT_FALSE(machine.busy.progress.empty());
-    binder = Make();
-    ASSERT_EQ(Open("key"), 0);
-    EXPECT_EQ(binder->ContainsDocuments(""), 3);
-}
-
 TEST_F(Binder, FilesIntoTheFolderOfAnIdOrANameAndRefusesUnknownOnes) {
     ASSERT_EQ(Open("key"), 0);
     const auto folder = binder->treCorr().AddTab("Post", Root());
@@ -291,27 +264,6 @@ TEST_F(Binder, ListsWhatWasPastedIntoTheShownFolder) {
     EXPECT_TRUE(tree.CommandKey('V', true, false));
     ASSERT_EQ(list.Count(), 1U);
     EXPECT_EQ(list.Text(0, 0), "brief");
-}
-
-TEST_F(Binder, DroppedFilesGoIntoTheTargetFolderOrWaitForOne) {
-    ASSERT_EQ(Open("key"), 0);
-    DropData data;
-    data.hasFiles = true;
-    data.files = {File("los.txt")};
-    std::int32_t effect = drop::none, told = 0;
-    const auto token = binder->ItemDropped.Subscribe([&] { ++told; });
-    EXPECT_EQ(binder->treCorr().Dropped(data, Root()), drop::copy);
-    EXPECT_EQ(told, 1);
-    EXPECT_EQ(binder->ContainsDocuments(""), 1);
-    binder->SetId(binder->Id()); // nothing is selected now
-    if (!binder->treCorr().SelectedItem()) {
-        binder->treCorr().EvItemDropped.Raise({data, effect, 0, false});
-        EXPECT_TRUE(Told("Selecteer een map om het document op te bergen"));
-        EXPECT_EQ(binder->CloseObject(), 0);
-        EXPECT_TRUE(Told("Er waren nog documenten om op te bergen"));
-        ASSERT_EQ(Open("key"), 0);
-        EXPECT_EQ(binder->ContainsDocuments(""), 2);
-    }
 }
 
 TEST_F(Binder, ExportsUnderNamesThatWindowsTakes) {

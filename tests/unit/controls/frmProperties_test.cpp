@@ -7,6 +7,7 @@
 #include "model/clsDocument.h"
 #include "model/documentFile.h"
 #include "tests/fakes/FakeForms.h"
+#include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/TreeFixture.h"
 
 namespace kavidex::controls {
@@ -18,19 +19,13 @@ namespace {
 
 // One page directory with the maker's and the model's name.
 std::string Scan(const std::string& maker, const std::string& model) {
-    const auto number = [](std::uint32_t value, int size) {
-        std::string bytes;
-        for (int i = 0; i < size; ++i) bytes += static_cast<char>(value >> (8 * i));
-        return bytes;
-    };
     const auto length = [](const std::string& text) {
         return static_cast<std::uint32_t>(text.size() + 1);
     };
     const std::uint32_t texts = 8 + 2 + 24 + 4;
-    return "II" + number(42, 2) + number(8, 4) + number(2, 2) + number(271, 2) + number(2, 2) +
-           number(length(maker), 4) + number(texts, 4) + number(272, 2) + number(2, 2) +
-           number(length(model), 4) + number(texts + length(maker), 4) + number(0, 4) + maker +
-           '\0' + model + '\0';
+    return tests::TiffOf(
+        {{271, 2, length(maker), texts}, {272, 2, length(model), texts + length(maker)}},
+        maker + '\0' + model + '\0');
 }
 
 } // namespace

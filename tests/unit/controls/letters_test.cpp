@@ -5,39 +5,14 @@
 
 #include <set>
 #include <string>
-#include <thread>
-#include <vector>
 
 #include "model/clsItemCol.h"
 #include "model/documentFile.h"
-#include "model/uniqueNumber.h"
-#include "platform/Error.h"
 #include "tests/fakes/FakeBinderWindow.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
 namespace {
-
-TEST(UniqueNumber, IsSharedByNobodyHoweverManyRaiseItAtOnce) {
-    tests::FakeWorkstation machine;
-    const auto path = machine.Path("letters.kdb");
-    data::EmbeddedDatabase::Create(path)->Close();
-    std::vector<std::int64_t> numbers[3];
-    std::vector<std::thread> users;
-    for (auto& own : numbers)
-        users.emplace_back([&] {
-            const auto connection = data::EmbeddedDatabase::Open(path);
-            while (own.size() < 20) try {
-                    own.push_back(model::RaiseUniqueNumber(connection));
-                } catch (const platform::Error&) { // busy: told to the user, who tries again
-                }
-        });
-    for (auto& user : users) user.join();
-    std::set<std::int64_t> all;
-    for (const auto& own : numbers) all.insert(own.begin(), own.end());
-    EXPECT_EQ(all.size(), 60U);
-    EXPECT_LE(*all.rbegin(), 63) << "where all begin at once the first may be left out";
-}
 
 // Of plain letters, in UTF-16 of either order of bytes, without a mark.
 std::string Wide(const std::string& text, bool swapped = false) {

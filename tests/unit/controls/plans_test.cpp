@@ -4,16 +4,10 @@
 
 #include <algorithm>
 
-#include "controls/binder/ctrlCorrespondence.h"
-#include "controls/tree/ctrlTree.h"
 #include "data/clsSettings.h"
 #include "data/embedded/EmbeddedConnection.h"
 #include "data/embedded/EmbeddedDatabase.h"
-#include "data/modData.h"
 #include "data/schema/clsUpdateDb.h"
-#include "model/clsItem.h"
-#include "model/clsItemCol.h"
-#include "model/clsTree.h"
 #include "platform/General.h"
 #include "platform/text.h"
 #include "tests/engines/EveryStatement.h"
@@ -63,36 +57,10 @@ struct Plans : testing::Test {
         settings.DeleteSetting("A", "B");
         machine.files.CreateDirectories(machine.Path("store"));
     }
-
-    void UseDossiers() {
-        platform::SaveRegFlag(machine, "TreeSettings", "ShowDeleted", true);
-        ctrlCorrespondence binder(machine);
-        binder.SetDbConnection(connection);
-        ASSERT_EQ(binder.OpenOrCreate("old", "Dossier", "", "", ""), 0);
-        ASSERT_EQ(binder.OpenOrCreate("new", "Dossier", "", "old", "Post;Archief"), 0);
-        machine.files.WriteAll(machine.Path("a.txt"), "text");
-        EXPECT_GE(binder.AddFiles({machine.Path("a.txt")}, "", 0, false, true), 0);
-        binder.ExportFiles(machine.Path("out"));
-        binder.Refresh();
-        const auto tree = binder.treCorr().Tree();
-        const std::int32_t top = tree->Item()->Id();
-        const auto from = tree->AddChildTab("from", top), to = tree->AddChildTab("to", top);
-        auto item = tree->AddChildItem(0, "tif", nullptr, 4711, "Brief", from->Id());
-        tree->MoveItem(item->Id(), to->Id(), from->Id());
-        item->SetDescription("Brief 2");
-        tree->SetDescription("Dossier 2");
-        model::clsItemPtr doomed = to;
-        tree->DeleteItem(doomed, 0);
-        data::GetRelIdOfTree(machine, data::GetTreeIdOfTopItem(machine, top, connection),
-                             connection);
-        model::clsTree again(machine);
-        again.SetDbConnection(connection);
-        again.SetTreeId(binder.Id());
-    }
 };
 
 TEST_F(Plans, ReadNoGrowingTableFromEndToEnd) {
-    UseDossiers();
+    platform::SaveRegFlag(machine, "TreeSettings", "ShowDeleted", true);
     auto statements = tests::EveryStatement(machine, "ACCESS").Run();
     statements.insert(statements.end(), connection->statements.begin(),
                       connection->statements.end());

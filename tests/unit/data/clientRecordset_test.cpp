@@ -1,9 +1,8 @@
-// Recordsets in memory over the real engine: moves, writing, conflicts, sort and filter.
+// Recordsets in memory over the real engine: refusals, sort and filter.
 #include <gtest/gtest.h>
 
 #include "data/Error.h"
 #include "data/embedded/EmbeddedDatabase.h"
-#include "data/rows/RowSearch.h"
 #include "tests/fakes/Failures.h"
 #include "tests/fakes/FakeWorkstation.h"
 
@@ -35,20 +34,6 @@ protected:
         return text;
     }
 };
-
-TEST_F(ClientRecordsets, WriteWithTheMoveAndStandOnADeletedRowUntilTheNext) {
-    const RecordsetPtr rows = Open();
-    rows->Set("TopItemId", std::string("17"));
-    EXPECT_EQ(rows->Get("TopItemId"), Value(std::int64_t{17}));
-    rows->MoveNext();
-    rows->SetAbsolutePosition(3);
-    rows->Delete();
-    EXPECT_EQ(NumberOf([&] { rows->Get("Id"); }), errors::badEof);
-    EXPECT_FALSE(rows->Eof());
-    rows->MoveNext();
-    EXPECT_EQ(rows->Get("Id"), Value(std::int64_t{4}));
-    EXPECT_EQ(Shown(*other->Open({"Select * from tblTree order by Id"})), "17145");
-}
 
 TEST_F(ClientRecordsets, LeavesALoopWhoseRowsAreRefused) {
     other->Execute("CREATE UNIQUE INDEX indOnce on tblTree (TreeId)");
@@ -114,73 +99,6 @@ TEST_F(ClientRecordsets, SortsStablyAndFilters) {
     EXPECT_EQ(rows->Filter(), "TopItemId = 99");
     rows->SetFilter("");
     EXPECT_EQ(rows->RecordCount(), 5);
-}
-
-TEST_F(ClientRecordsets, AreSearchedForwardAndBackFromTheCurrentRow) {
-    const RecordsetPtr rows = Open();
-    FindRow(*rows, "Description like 'a*'");
-    EXPECT_EQ(rows->AbsolutePosition(), 2);
-    FindRow(*rows, "[Description] like 'a*'"); // the current row counts
-    EXPECT_EQ(rows->AbsolutePosition(), 2);
-    FindRow(*rows, "Description like 'a*'", 1);
-    EXPECT_EQ(rows->AbsolutePosition(), 4);
-    FindRow(*rows, "TopItemId <= 2", 0, Direction::Backward);
-    EXPECT_EQ(rows->AbsolutePosition(), 2);
-    FindRow(*rows, "TopItemId = 9", 1, Direction::Backward);
-    EXPECT_TRUE(rows->Bof());
-    EXPECT_EQ(NumberOf([&] { FindRow(*rows, "TopItemId = 1"); }), errors::badEof);
-    rows->MoveFirst();
-    EXPECT_EQ(NumberOf([&] { FindRow(*rows, "TopItemId"); }), errors::invalidArgument);
-    EXPECT_EQ(NumberOf([&] { FindRow(*rows, "None = 1"); }), errors::itemNotFound);
-    EXPECT_EQ(rows->AbsolutePosition(), 1);
-    FindRow(*rows, "Description = null");
-    EXPECT_EQ(rows->AbsolutePosition(), 5);
-    FindRow(*rows, "Description = 'none'");
-    EXPECT_TRUE(rows->Eof());
-}
-
-TEST_F(ClientRecordsets, ArePrintedFromTheCurrentRowOn) {
-    const RecordsetPtr rows = Open("Select Description, TopItemId from tblTree");
-    EXPECT_EQ(RowsAsText(*rows, 2), "beta\t2\rAlpha\t1\r");
-    EXPECT_EQ(RowsAsText(*rows, -1, {.column = ",", .row = ";", .null = "-"}),
-              "gamma,3;alpha,4;-,5;");
-    EXPECT_TRUE(rows->Eof());
-    EXPECT_EQ(NumberOf([&] { RowsAsText(*rows); }), errors::badEof);
-}
-
-TEST_F(ClientRecordsets, AreCopiedWithAPlaceOfTheirOwn) {
-    const RecordsetPtr rows = Open();
-    rows->SetAbsolutePosition(2);
-    rows->Delete();
-    rows->SetFilter("TopItemId > 3");
-    const RecordsetPtr copy = rows->Clone();
-    EXPECT_EQ(copy->RecordCount(), 4);
-    EXPECT_EQ(copy->AbsolutePosition(), 1);
-    rows->Set("Description", std::string("later"));
-    rows->Update();
-    copy->MoveLast();
-    EXPECT_EQ(rows->AbsolutePosition(), 1);
-    rows->Close();
-    EXPECT_EQ(Shown(*copy), "2345");
-    copy->MoveFirst();
-    copy->Set("Description", std::string("x"));
-    EXPECT_EQ(NumberOf([&] { copy->Update(); }), errors::featureNotAvailable);
-    EXPECT_EQ(NumberOf([&] { rows->Clone(); }), errors::objectClosed);
-}
-
-TEST_F(ClientRecordsets, StayReadableAfterCloseAndRefuseToWrite) {
-    const RecordsetPtr rows = Open();
-    connection->Close();
-    rows->MoveLast();
-    EXPECT_EQ(rows->Get("TopItemId"), Value(std::int64_t{5}));
-    rows->SetSort("TopItemId desc");
-    EXPECT_EQ(Shown(*rows), "54321");
-    rows->MoveFirst();
-    rows->Set("Description", std::string("x"));
-    EXPECT_EQ(NumberOf([&] { rows->Update(); }), errors::objectClosed);
-    EXPECT_EQ(NumberOf([&] { rows->Requery(); }), errors::objectClosed);
-    EXPECT_EQ(NumberOf([&] { connection->Execute("Delete from tblTree"); }), errors::objectClosed);
-    EXPECT_EQ(NumberOf([&] { connection->Close(); }), errors::objectClosed);
 }
 
 } // namespace

@@ -27,21 +27,6 @@ struct clsSettingsTest : testing::Test {
 
 } // namespace
 
-TEST_F(clsSettingsTest, InsertsThenUpdatesOneRow) {
-    settings.SetSetting("Storage", "DocumentPath", "C:\\docs");
-    settings.SetSetting("Storage", "DocumentPath", "D:\\docs");
-    EXPECT_TRUE(settings.GetSetting("storage", "documentpath", value));
-    EXPECT_EQ(value, "D:\\docs");
-    EXPECT_GT(settings.Id(), 0);
-    EXPECT_EQ(Rows("Section = 'Storage'"), 1);
-    EXPECT_TRUE(connection->Issued("Select * from tblSettings where Section = 'Storage' and sKey = "
-                                   "'DocumentPath'"));
-    EXPECT_TRUE(connection->Issued("Insert into tblSettings (Section,sKey,[Value]) "
-                                   "Values('Storage','DocumentPath','C:\\docs')"));
-    EXPECT_TRUE(connection->Issued("update tblSettings set [Value] = 'D:\\docs' WHERE  Section = "
-                                   "'Storage' and sKey = 'DocumentPath'"));
-}
-
 TEST_F(clsSettingsTest, SendsNoTextThatEndsItsQuotes) {
     settings.SetSetting("O'Neil", "Key", "kept");
     settings.SetSetting("Rights", "Use", "True");
@@ -116,31 +101,6 @@ TEST_F(clsSettingsTest, WalksToTheEndOfWhatMatchesUnlessItIsClosed) {
     EXPECT_EQ(Rows("Section = 'Fax'"), 2);
 }
 
-TEST_F(clsSettingsTest, WritesInTheFormOfItsServer) {
-    for (const auto& [name, statement] :
-         {std::pair{"MySQL", "Insert into tblSettings (Section,sKey,Value) Values('S','K','V')"},
-          std::pair{"Microsoft SQL Server", "AddToSettings"}}) {
-        const auto server = std::make_shared<RecordingConnection>(name);
-        bool exists = false;
-        server->answer = [&](const Command& command) {
-            if (command.type == CommandType::StoredProcedure) return MakeClosedRecordset();
-            std::vector<std::vector<Value>> rows;
-            if (exists) rows = {{std::string("V")}};
-            return MemoryRows({"Value"}, rows);
-        };
-        settings.SetDbConnection(server);
-        settings.SetSetting("S", "K", "O'B");
-        EXPECT_NE(settings.Failure(), "") << "no later update would take it";
-        EXPECT_EQ(server->Count("nsert into") + server->Count("AddTo"), 0u) << name;
-        settings.SetSetting("S", "K", "V");
-        EXPECT_TRUE(server->Issued(statement)) << name;
-        exists = true;
-        settings.SetSetting("S", "K", "V2");
-        EXPECT_TRUE(server->Issued(
-            "update tblSettings set Value = 'V2' WHERE  Section = 'S' and sKey = 'K'"));
-    }
-}
-
 TEST_F(clsSettingsTest, ConvertsTheKeyColumnOfAnOldTable) {
     for (const bool byPattern : {false, true}) {
         const auto old = std::make_shared<RecordingConnection>("", OldDatabase(false));
@@ -168,15 +128,4 @@ TEST_F(clsSettingsTest, ReadsAnIdOfZeroOnceMore) {
     EXPECT_EQ(settings.Id(), 0);
     connection->Execute("update tblSettings set Id = 7");
     EXPECT_EQ(settings.Id(), 7);
-}
-
-TEST_F(clsSettingsTest, ADeletionThatWasRefusedIsNone) {
-    settings.SetSetting("A", "B", "c");
-    connection->refuse = [](const std::string& s) { return s.starts_with("Delete"); };
-    EXPECT_FALSE(settings.DeleteSetting("A", "B"));
-    ASSERT_TRUE(settings.GetSetting("A", "B", value));
-    EXPECT_FALSE(settings.DeleteCurrentSetting());
-    connection->refuse = nullptr;
-    EXPECT_EQ(Rows("Section = 'A'"), 1);
-    EXPECT_TRUE(settings.DeleteSetting("A", "B"));
 }

@@ -3,7 +3,6 @@
 #include "data/clsTable.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "tests/fakes/FakeWorkstation.h"
-#include "tests/fakes/FaultyConnection.h"
 #include "tests/fakes/MemoryRows.h"
 #include "tests/fakes/On.h"
 #include "tests/fakes/RecordingConnection.h"
@@ -108,26 +107,6 @@ TEST_F(clsTableTest, FollowsTheTypeRulesOfFields) {
     EXPECT_EQ(table.GetFieldLength("Name"), Value(std::int64_t{0}));
 }
 
-TEST_F(clsTableTest, FindsANewRowAgainByItsGuid) {
-    table.SetTableName("tblDocument");
-    std::int32_t id = 0;
-    ASSERT_TRUE(table.SaveNewRow("Id", "DocGuid", id, "DocId"));
-    const std::string guid = FakeGuids::TextOf(1);
-    EXPECT_EQ(
-        connection->statements,
-        (std::vector<std::string>{"Insert into tblDocument (DocGuid) Values ('" + guid + "')",
-                                  "Select * from tblDocument where DocGuid = '" + guid + "'"}));
-    EXPECT_GT(id, 0);
-    EXPECT_EQ(ToInt32(table.RecordSet()->Get("DocId")), id);
-
-    const RecordsetPtr row = connection->inner->Open({"select * from tblDocument where DocId > 0"});
-    EXPECT_EQ(row->RecordCount(), 1);
-    std::int32_t second = 0;
-    EXPECT_TRUE(table.SaveNewRow("Id", "DocGuid", second, ""));
-    EXPECT_EQ(second, id + 1);
-    EXPECT_TRUE(IsNull(table.RecordSet()->Get("DocId")));
-}
-
 TEST_F(clsTableTest, TellsRowsThatCouldNotBeReadAndRowsThatWereNotMade) {
     table.SetTableName("tblDocument");
     std::int32_t id = -5;
@@ -169,24 +148,4 @@ TEST_F(clsTableTest, DeletesARowAndWhatPointsAtItsReference) {
     EXPECT_TRUE(tabs.DeleteCurrentRow()); // there is no companion table yet
     EXPECT_TRUE(connection->Issued("Delete from TblDossierRefTabsuplink where serverrefid = 32"));
     EXPECT_EQ(connection->inner->Open({"select * from tblDossierRefTabs"})->RecordCount(), 0);
-
-    connection->Execute("CREATE TABLE tblDossierRefTabsUpLink (Id COUNTER, ServerRefId LONG)");
-    connection->Execute("insert into tblDossierRefTabs (RefTabId) values (33)");
-    connection->Execute("insert into tblDossierRefTabsUpLink (ServerRefId) values (33)");
-    const auto faulty = std::make_shared<FaultyConnection>(connection->inner);
-    faulty->countsAll = true;
-    tabs.SetDbConnection(faulty);
-    ASSERT_TRUE(tabs.OpenDbConnection());
-    faulty->FailStep(3); // the row's own deletion, after its begin and that of what points at it
-    EXPECT_FALSE(tabs.DeleteCurrentRow());
-    faulty->onStep = nullptr;
-    EXPECT_EQ(faulty->statements.back(),
-              "Delete from TblDossierRefTabsuplink where serverrefid = 33");
-    const auto links = [&] {
-        return connection->inner->Open({"select * from tblDossierRefTabsUpLink"})->RecordCount();
-    };
-    EXPECT_EQ(links(), 1) << "the row stayed, and so does what points at it";
-    ASSERT_TRUE(tabs.OpenDbConnection());
-    EXPECT_TRUE(tabs.DeleteCurrentRow());
-    EXPECT_EQ(links(), 0);
 }

@@ -143,17 +143,6 @@ TEST(MailNames, MakeAnyNameOneThatTheFileSystemTakes) {
     EXPECT_TRUE(longName.starts_with(safe));
 }
 
-TEST(MailNames, NumberThoseThatAreTaken) {
-    tests::FakeWorkstation workstation;
-    const auto free = [&] {
-        return FreePath(workstation.files, workstation.Folder(), "X", ".msg");
-    };
-    for (const char* name : {"X.msg", "X (1).msg", "X (2).msg"}) {
-        EXPECT_EQ(free(), workstation.Path(name));
-        workstation.files.WriteAll(free(), "mail");
-    }
-}
-
 TEST(MailNames, WriteMomentsWithBareMinutesAndSeconds) {
     EXPECT_EQ(MomentNumber({2026, 11, 15, 14, 5, 9, 0}), "202611151459");
     EXPECT_EQ(MomentNumber({2026, 1, 2, 3, 40, 50, 0}), "20260102034050");

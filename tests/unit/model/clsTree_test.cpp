@@ -12,61 +12,6 @@ using model::clsTree;
 
 class Tree : public ModelDatabase {};
 
-TEST_F(Tree, IsWrittenAndReadWithTheExactStatements) {
-    machine.guids.real = false;
-    On<clsTree> tree(machine, connection);
-    tree.SetDescription("O'Brien");
-    tree.SetNewEnabled(true);
-    ASSERT_TRUE(tree.CreateNew() && !tree.CreateNew());
-    const auto root = tree.Item();
-    const std::string id = std::to_string(root->Id()), treeId = std::to_string(tree.TreeId());
-    const std::string guid1 = FakeGuids::TextOf(1), guid2 = FakeGuids::TextOf(2);
-    const std::vector<std::string> created = {
-        "Insert into tblTree (TreeGuid,Description, NewEnabled, DeleteEnabled, UpdateEnabled) "
-        "Values ('" +
-            guid1 + "','O''Brien', True, False, False)",
-        "Select * from tblTree where treeguid= '" + guid1 + "'",
-        "Insert into tblTreeItem (Type, ItemId, ParentId ,Description, TreeItemGuid) Values "
-        "('tab', 0, 0, 'O''Brien','" +
-            guid2 + "')",
-        "Select * from tblTreeItem where TreeItemGuid = '" + guid2 + "'"};
-    EXPECT_EQ(connection->statements, created);
-    EXPECT_EQ(One("select TopItemId from tblTree where TreeId = " + treeId), id);
-
-    connection->statements.clear();
-    tree.SetDeleteEnabled(true);
-    tree.SetDeleteEnabled(true);
-    root->SetDescription("Post");
-    const auto folder = tree.AddChildTab("Map", root->Id());
-    const auto inner = tree.AddChildTab("Binnen", folder->Id());
-    ASSERT_TRUE(tree.MoveItem(inner->Id(), root->Id(), folder->Id()));
-    clsItemPtr doomed = folder;
-    const std::string doomedId = std::to_string(folder->Id()),
-                      innerId = std::to_string(inner->Id());
-    EXPECT_TRUE(tree.DeleteItem(doomed, 0) && !doomed);
-    const std::vector<std::string> changes = {
-        "update tblTree  set Description = 'O''Brien', NewEnabled = True, DeleteEnabled = True, "
-        "Updateenabled = False WHERE TreeId = " +
-            treeId,
-        "Update tblTreeItem set Description = 'Post' where TreeItemId = " + id,
-        "Update tbltreeitem set ParentId = " + id + " Where TreeItemId = " + innerId,
-        "update tbltreeitem set TreeItemId = -" + doomedId +
-            ", ParentId = -Parentid where TreeItemId = " + doomedId,
-        "Delete from tbltreeitemuplink where serverrefId = " + doomedId};
-    for (const auto& statement : changes) EXPECT_TRUE(connection->Issued(statement)) << statement;
-
-    connection->statements.clear();
-    const auto loaded = Load(tree.TreeId());
-    EXPECT_EQ(Outline(*loaded->Item()), "Post\n Binnen\n");
-    EXPECT_TRUE(loaded->NewEnabled() && loaded->DeleteEnabled() && !loaded->UpdateEnabled());
-    const std::vector<std::string> reads = {
-        "Select * from tblTree where TreeId = " + treeId,
-        "Select * from tblTreeItem where TreeItemId = " + id,
-        "Select * from tblTreeItem where ParentId = " + id + " ORDER BY TreeItemId",
-        "Select * from tblTreeItem where ParentId = " + innerId + " ORDER BY TreeItemId"};
-    EXPECT_EQ(connection->statements, reads);
-}
-
 TEST_F(Tree, ShowsDeletedNodesOnlyWhenAskedAndInEitherOrder) {
     const auto tree = NewTree();
     const auto zebra = tree->AddChildTab("zebra", tree->Item()->Id());

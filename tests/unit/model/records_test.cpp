@@ -31,64 +31,6 @@ protected:
     }
 };
 
-TEST_F(Documents, AreInsertedReadChangedAndDeletedWithTheExactStatements) {
-    machine.guids.real = false;
-    Letter document(*this);
-    document.SetReadOnly(true);
-    document.SetSendTo("piet");
-    document.SetNumberOfAttatchements(2);
-    ASSERT_TRUE(document.SaveNewRow());
-    const std::string id = std::to_string(document.DocId()), guid = FakeGuids::TextOf(1);
-    const std::vector<std::string> inserted = {
-        "Insert into tblDocument (ExternalId,insertedby,InsertDate,InsertTime,Description,readOnly,"
-        "Type, DocGuid) Values ('O''B','jan',20060315,0905,'Brief',1,'tif','" +
-            guid + "')",
-        "Select * from tblDocument where DocGuid = '" + guid + "'",
-        "Select * from tblSettings where Section = 'Storage' and sKey = 'DocumentPath'",
-        "Insert into tblDocExtraInfo (DocId,SendTo,SendFrom,RecievedOn,SendOn,NrOfAttatchements) "
-        "Values (" +
-            id + ",'piet',null,null,null,2)"};
-    EXPECT_EQ(connection->statements, inserted);
-    EXPECT_TRUE(machine.files.DirectoryExists(Store() + "\\20060315\\tif"));
-
-    connection->statements.clear();
-    On<clsDocument> loaded(machine, connection);
-    loaded.SetId(document.Id());
-    loaded.SetOrdering("Id");
-    ASSERT_TRUE(loaded.OpenDataSource());
-    EXPECT_TRUE(connection->statements[0].ends_with(
-        " FROM tblDocument WHERE tbldocument.Docid = " + id + " order by Id"));
-    ASSERT_TRUE(loaded.LoadData());
-    EXPECT_EQ(loaded.ExternalId() + loaded.InsertedBy() + loaded.InsertDate() + loaded.DocType(),
-              "O'Bjan20060315tif");
-    EXPECT_TRUE(loaded.ReadOnly());
-    EXPECT_EQ(loaded.SendTo() + std::to_string(loaded.NumberOfAttatchements()), "piet2");
-    EXPECT_EQ(loaded.Description_Size(), 255);
-    EXPECT_EQ(loaded.SendTo_Size(), 255);
-
-    connection->statements.clear();
-    loaded.SetDescription("");
-    loaded.SetRecievedFrom("mie");
-    ASSERT_TRUE(loaded.UpdateCurrentRow());
-    const std::string extra = One("select Id from tblDocExtraInfo");
-    ASSERT_TRUE(loaded.DeleteCurrentRow());
-    const std::vector<std::string> changed = {
-        "update tblDocument set ExternalId = 'O''B', InsertedBy = 'jan', InsertDate = 20060315, "
-        "InsertTime = '905', Description = null, ReadOnly = 1, Type = 'tif' where DocId = " +
-            id,
-        "Select Id from tblDocument where DocId = " + id + " and Id > 0",
-        "update tblDocExtraInfo set SendTo = 'piet', Sendfrom = 'mie', SendOn = null, RecievedOn= "
-        "null, NrOfattatchements = 2 WHERE Id = " +
-            extra,
-        "update tblDocument set Id = -" + id + " where Id = " + id,
-        "Select Id, DocId from tblDocument where Id = " + id,
-        "delete from tblDocumentuplink where serverrefId = " + id,
-        "delete from tblDocExtraInfo WHERE Id = " + extra};
-    EXPECT_EQ(connection->statements, changed);
-    EXPECT_EQ(One("select Id from tblDocument"), "-" + id);
-    EXPECT_TRUE(Rows("select Id from tblDocExtraInfo").empty());
-}
-
 // As SQL Server and Access answer: their automatic numbers cannot be written.
 TEST_F(Documents, AreTakenOutByTheirWorkingIdWhereTheKeyCannotBeWritten) {
     SavedLetter document(*this);
@@ -300,25 +242,6 @@ TEST_F(Documents, WithoutAStoreSayWhatIsMissingAndBuildAPathFromNothing) {
     EXPECT_FALSE(document.AddDocument(source, true, true)); // not into the host's folder
     EXPECT_TRUE(machine.files.FileExists(source));
     EXPECT_EQ(machine.messages.shown.size(), 3u) << "told once";
-}
-
-TEST_F(Documents, EveryFailingStepOfAnInsertLeavesNoRow) {
-    for (int step = 1;; ++step) {
-        ASSERT_LT(step, 30);
-        Letter document(*this);
-        document.SetSendTo("piet");
-        connection->FailStep(step);
-        const bool saved = document.SaveNewRow();
-        const bool reached = connection->steps >= step;
-        connection->onStep = nullptr;
-        if (!reached) break;
-        // The settings ask a second time, so that a failed look is not taken for an absent store.
-        EXPECT_NE(saved, Rows("select Id from tblDocument where Id > 0").empty()) << step;
-        EXPECT_NE(saved, machine.messages.shown.size() == 1) << step;
-        machine.messages.shown.clear();
-        Sql("Delete from tblDocument");
-        Sql("Delete from tblDocExtraInfo");
-    }
 }
 
 TEST_F(Documents, ErrorsOfEveryKindAreReportedInOneForm) {

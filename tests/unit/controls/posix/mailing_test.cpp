@@ -9,7 +9,6 @@
 #include "data/clsSettings.h"
 #include "imaging/PageOperations.h"
 #include "imaging/annotations/Annotations.h"
-#include "mail/SimpleMail.h"
 #include "model/documentFile.h"
 #include "model/filing.h"
 #include "tests/fakes/PlayedMailProgram.h"
@@ -21,23 +20,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-struct PlayedSimpleMail : mail::SimpleMail {
-    std::vector<mail::OutgoingMail> sent;
-    mail::SimpleOutcome outcome = mail::SimpleOutcome::Sent;
-    std::function<void()> whileShown = [] {};
-    mail::SimpleOutcome Send(const mail::OutgoingMail& mail) override {
-        sent.push_back(mail);
-        whileShown();
-        return outcome;
-    }
-};
-
 class Mailing : public TreeTest {
 protected:
     const std::string temporary = machine.Path("temp");
     OwnTemporaryFolder own{temporary};
     tests::PlayedMailProgram program;
-    std::shared_ptr<PlayedSimpleMail> simple = std::make_shared<PlayedSimpleMail>();
     std::unique_ptr<DossierMail> sender;
     std::vector<std::string> names, texts; // of the attachments, while the mail is shown
 
@@ -51,9 +38,8 @@ protected:
         tree.SetDbConnection(database);
         ASSERT_TRUE(tree.CreateNew("Dossier", "Post;Mail")) << Told();
         letters = Id("Post");
-        program.simple = simple;
         program.save = [&](const std::string& path) { machine.files.WriteAll(path, "mail"); };
-        program.whileShown = simple->whileShown = [this] { LookAtAttachments(); };
+        program.whileShown = [this] { LookAtAttachments(); };
         sender =
             std::make_unique<DossierMail>(machine, program.Roads(), [this](const SentMail& sent) {
                 FileInTree(machine, tree, sent);
@@ -112,12 +98,7 @@ protected:
         tree.ChooseMenu(*found);
     }
     void LookAtAttachments() {
-        if (!simple->sent.empty()) {
-            program.attached.clear();
-            for (const auto& one : simple->sent.back().attachments)
-                program.attached.push_back(one.path);
-        }
-        for (const auto& path : program.attached) {
+        for (const auto& path : std::exchange(program.attached, {})) {
             names.push_back(platform::FileName(path));
             const auto native = "'" + tests::FakeWorkstation::Native(path).string() + "'";
             const bool pdf = platform::Extension(path) == "pdf";
@@ -171,7 +152,6 @@ TEST_F(Mailing, PagesAndNotesGoAsPdfAllElseAsItIsUnderNamesThatTheReaderKnows) {
     EXPECT_EQ(texts[2], "bytes");
 
     names.clear();
-    program.attached.clear();
     Choose({photo}, "mnuMailPdf");
     EXPECT_EQ(names, std::vector<std::string>{"foto.pdf"});
 }
@@ -255,29 +235,45 @@ TEST_F(Mailing, ManyAttachmentsShowHowFarTheyAreAndCanBeStopped) {
     EXPECT_NE(names[98], names[99]);
 }
 
-TEST_F(Mailing, AnotherMailProgramGetsItBySimpleMail) {
-    machine.shell.mailClient = "Lotus Notes";
-    platform::SaveRegSetting(machine, platform::applicationName, "Mail", "Body", "Groet");
-    const auto memo = File("m.doc", "x", "memo"), again = File("n.doc", "x", "memo"),
-               path = File("p.doc", "x", "..\\uit: 1/2?");
-    Choose({memo, again, path}, "mnuMail");
-    ASSERT_EQ(simple->sent.size(), 1u);
-    EXPECT_EQ(simple->sent[0].address, "jan@example.nl");
-    EXPECT_EQ(simple->sent[0].subject, "Emailing:");
-    EXPECT_EQ(simple->sent[0].body, "Groet");
-    EXPECT_EQ(names, (std::vector<std::string>{"memo.doc", "memo (1).doc", ".. uit  1 2.doc"}));
-    for (std::size_t i = 0; i < names.size(); ++i)
-        EXPECT_EQ(simple->sent[0].attachments[i].name, names[i]);
-    EXPECT_TRUE(program.calls.empty());
-    EXPECT_TRUE(machine.messages.shown.empty()) << "what was sent so is not retrieved";
-    simple->outcome = mail::SimpleOutcome::LogonFailed;
+TEST_F(Mailing, AsksWhatGoesAlongAndKeepsTheMailWhereItIsWanted) {
+    const auto memo = File("m.doc", "x", "memo");
+    const auto folderOf = [&](const char* subject) {
+        const auto filed = tree.GetItem(0, subject);
+        return filed ? tree.GetParent(filed->Id())->Description() : "nowhere";
+    };
+    program.subject = "Eerste";
+    Choose({letters}, "mnuMailPdf");
+    ASSERT_EQ(machine.messages.shown.size(), 2U) << Told();
+    EXPECT_EQ(machine.messages.shown[0].text,
+              "Wilt u de inhoud van deze map toevoegen aan deze e-mail?");
+    EXPECT_EQ(machine.messages.shown[0].caption, "Bevestigen toevoegen items aan e-mail");
+    EXPECT_EQ(machine.messages.shown[1].caption, "Bevestigen opslaan verzonden mail");
+    EXPECT_EQ(folderOf("Eerste"), "Post") << "no folder is set: the selected one";
+    platform::SaveRegSetting(machine, platform::applicationName, "Mail", "Folder", "Elders");
+    program.subject = "Tweede";
     Choose({memo}, "mnuMail");
-    EXPECT_EQ(LastTold(), "Aanmelden voor email mislukt!");
-    EXPECT_EQ(machine.messages.shown.back().icon, platform::Icon::Information);
-    simple->outcome = mail::SimpleOutcome::NoProgram;
+    EXPECT_EQ(folderOf("Tweede"), "Post");
+    EXPECT_TRUE(machine.log.Has("Mail", "Elders"));
+    program.subject = "Derde";
+    machine.messages.answers = {platform::Answer::No};
     Choose({memo}, "mnuMail");
-    EXPECT_EQ(machine.messages.shown.back().caption, "Error sending mail");
-    EXPECT_NE(LastTold().find("geen e-mailprogramma"), std::string::npos) << LastTold();
+    EXPECT_EQ(folderOf("Derde"), "nowhere");
+    names.clear();
+    machine.messages.answers = {platform::Answer::No};
+    Choose({letters}, "mnuMail");
+    EXPECT_TRUE(names.empty()) << "a folder without its contents is nothing to send";
+    Choose({tree.Tree()->Item()->Id()}, "mnuMail");
+    EXPECT_EQ(names.size(), 3U) << "the whole dossier";
+    const auto offered = [&] {
+        auto menu = tree.PrepareMenu(memo);
+        return FindEntry(menu, "mnuMail")->visible;
+    };
+    tree.SetShowMail(false);
+    EXPECT_FALSE(offered());
+    tree.SetShowMail(true);
+    EXPECT_TRUE(offered());
+    tree.SetMailSender(nullptr);
+    EXPECT_FALSE(offered()) << "nobody sends it";
 }
 
 TEST(MailingFromTheBinder, FilesTheSentMailAsItsIntakeDoes) {

@@ -44,15 +44,6 @@ TEST_F(TreeWindowTest, ReportsASelectionOnceAndNotItsOwn) {
     EXPECT_FALSE(Read(ItemOf(old)).state & TVIS_EXPANDED);
 }
 
-TEST_F(TreeWindowTest, AClickSelectsWhatItHitsAndNothingBefore) {
-    ASSERT_EQ(SelectedId(), 0);
-    selections.clear();
-    Click(mail);
-    EXPECT_EQ(SelectedId(), mail);
-    EXPECT_EQ(selections, (std::vector<std::string>{R"(Dossier\Mail)"}));
-    EXPECT_TRUE(GetWindowLongPtrW(view, GWL_STYLE) & TVS_SHOWSELALWAYS);
-}
-
 TEST_F(TreeWindowTest, CtrlAndShiftCollectAsInTheFileManager) {
     tree.SetFullExpand(true); // Dossier, Letters, a.tif, note, Mail, Old, b.msg, c.001
     Click(letter);
@@ -276,15 +267,6 @@ TEST_F(TreeWindowTest, TheMouseDragsDocumentsOutAndMovesItemsWithin) {
     EXPECT_TRUE(scrolled()) << "by the edge";
 }
 
-TEST_F(TreeWindowTest, CheckBoxesCollectItems) {
-    tree.SetSelectItems(true);
-    EXPECT_TRUE(GetWindowLongPtrW(view, GWL_STYLE) & TVS_CHECKBOXES);
-    tree.NodeChecked(letter, true);
-    EXPECT_TRUE(TreeView_GetCheckState(view, ItemOf(letter)));
-    tree.ClearSelectedItems();
-    EXPECT_FALSE(TreeView_GetCheckState(view, ItemOf(letter)));
-}
-
 TEST_F(TreeWindowTest, EverythingGoesWithTheWindow) {
     EXPECT_EQ(IconStore::ListsAlive(), 1);
     const HWND shown = control->Handle();
@@ -296,28 +278,6 @@ TEST_F(TreeWindowTest, EverythingGoesWithTheWindow) {
     tree.NodeSelected(letter); // the logic lives on without it
     EXPECT_EQ(tree.SelectedItem()->Id(), letter);
     EXPECT_FALSE(tree.DeleteItem(root));
-}
-
-TEST_F(TreeWindowTest, DrawsItselfWithoutAWindow) {
-    control->Destroy();
-    HDC screen = GetDC(nullptr), memory = CreateCompatibleDC(screen);
-    HBITMAP bitmap = CreateCompatibleBitmap(screen, 200, 120);
-    const HGDIOBJ before = SelectObject(memory, bitmap);
-    const HGDIOBJ fontBefore = GetCurrentObject(memory, OBJ_FONT);
-    control->Draw(memory, {0, 0, 200, 120});
-    EXPECT_EQ(GetCurrentObject(memory, OBJ_FONT), fontBefore) << "the device comes back as it was";
-    int coloured = 0;
-    for (int x = 0; x < 200; ++x)
-        for (int y = 0; y < 120; ++y) {
-            const auto pixel = GetPixel(memory, x, y);
-            coloured += GetRValue(pixel) > GetBValue(pixel) + 60; // the folders' yellow
-        }
-    EXPECT_GT(coloured, 100);
-    SelectObject(memory, before);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
-    ReleaseDC(nullptr, screen);
-    EXPECT_EQ(IconStore::ListsAlive(), 0);
 }
 
 } // namespace kavidex::controls::win32
