@@ -269,11 +269,11 @@ TEST_F(RightsEditor, TheLastWhoMayChangeRightsIsNotLockedOutUnasked) {
 }
 
 TEST_F(RightsEditor, RightsThatANameHasAlreadyAreShownAndStay) {
-    const auto give = [&](const char* name, const char* right) {
+    const auto give = [&](const char* name, const char* key) {
         model::clsUserAuth rights(machine);
         rights.SetDbConnection(database);
         rights.SetUserId(name);
-        rights.SetRight(right, "True");
+        rights.SetRight(key, "True");
         EXPECT_TRUE(rights.SaveRights());
     };
     Fill();
