@@ -35,7 +35,7 @@ std::wstring AddDriver(const char* ppd) {
     const std::wstring data = std::wstring(folder) + L"\\3\\kavidex.ppd";
     Need(CopyFileW(Wide(ppd).c_str(), data.c_str(), FALSE), "the driver's data");
     std::wstring name = L"PS Driver", file = L"wineps.drv", path = data,
-                 environment = L"Windows NT x86";
+                 environment = sizeof(void*) == 8 ? L"Windows x64" : L"Windows NT x86";
     DRIVER_INFO_3W driver{};
     driver.cVersion = 3;
     driver.pName = name.data();
