@@ -271,6 +271,7 @@ private:
     void ShowItem(const TreeItemInfo& item);
     // A document in its own program, or in the external window; false: it is for the viewer.
     bool ShowElsewhere(const std::shared_ptr<model::clsItem>& document, bool asked);
+    void FollowExternalWindow();
     void EmptyViewers();
     void RefreshList();
     void TreeRefreshed(); // the viewer's, when a folder is shown

@@ -381,9 +381,12 @@ void ctrlCorrespondence::TreeRefreshed() {
         else
             lclViewer->ShowItem(nullptr); // another deleted it
     }
-    if (const auto* form = lclExtViewer->Form();
-        form && form->Id() > 0 && lclTree->Tree() && !lclTree->GetItem(form->Id()))
-        lclExtViewer->CloseForm();
+    if (auto* form = lclExtViewer->Form(); form && form->Id() > 0 && lclTree->Tree()) {
+        if (const auto now = lclTree->GetItem(form->Id()))
+            form->Viewer().Renamed(now);
+        else
+            lclExtViewer->CloseForm();
+    }
     lclChecklist->SetTree(lclTree->Tree());
     lclChecklist->Refresh();
     if (lclWindow) lclWindow->Repaint();

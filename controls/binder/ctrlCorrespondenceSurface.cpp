@@ -21,6 +21,7 @@ namespace kavidex::controls {
 
 namespace {
 
+constexpr std::string_view inWindow = "Dit document wordt in een eigen venster getoond.";
 constexpr std::string_view correspSetting = "CorrespSetting", splitterKey = "SPPos",
                            viewerSetting = "ViewerSetting";
 
@@ -116,7 +117,10 @@ void ctrlCorrespondence::SubscribeToChildren() {
         RefreshList();
         ShowInChecklist();
     }));
-    keep(tree.EvItemRenamed.Subscribe([this](const TreeItemInfo&, const std::string&) {
+    keep(tree.EvItemRenamed.Subscribe([this](const TreeItemInfo& item, const std::string&) {
+        const auto renamed = lclTree->GetItem(item.id);
+        lclViewer->Renamed(renamed);
+        if (auto* form = lclExtViewer->Form()) form->Viewer().Renamed(renamed);
         RefreshList();
         ShowInChecklist();
     }));
@@ -156,6 +160,7 @@ void ctrlCorrespondence::SubscribeToViewers() {
                auto* const form = lclExtViewer->Form();
                return form ? form->Viewer().Item() : nullptr;
            }));
+    follow(lclExtViewer->Shown, [this] { FollowExternalWindow(); });
     const auto accepts = [this](std::string_view type) { return lclTree->AcceptsType(type); };
     lclViewer->SetAcceptsType(accepts);
     lclExtViewer->SetAcceptsType(accepts);
@@ -231,9 +236,16 @@ bool ctrlCorrespondence::ShowElsewhere(const std::shared_ptr<model::clsItem>& do
                         (lclExtViewer->Form() && option("AlwaysExternal"));
     if (!window) return false;
     // First what is shown here is left: it may be the same document.
-    if (lclViewer->ShowElsewhere(document, "Dit document wordt in een eigen venster getoond."))
-        lclExtViewer->ShowItem(document);
+    lclViewer->ShowElsewhere(document, inWindow,
+                             [this, document] { return lclExtViewer->ShowItem(document); });
     return true;
+}
+
+// The notice stands here for as long as the window shows the document.
+void ctrlCorrespondence::FollowExternalWindow() {
+    const auto* form = lclExtViewer->Form();
+    if (lclViewer->Elsewhere() == inWindow && (!form || form->Id() != lclViewer->Item()->Id()))
+        lclViewer->ShowItem(nullptr);
 }
 
 // --- Layout -------------------------------------------------------------------------------------

@@ -90,8 +90,8 @@ private:
 
     mail::AttachmentRules Rules() const {
         return {lclOrder.asPdf, lclOrder.marks, [](std::string_view bytes) {
-                    auto note = ReadNote(bytes);
-                    return mail::NoteTexts{std::move(note.heading), std::move(note.memo)};
+                    const auto note = ReadNote(bytes);
+                    return mail::NoteTexts{note.heading.value_or(""), note.memo.value_or("")};
                 }};
     }
 

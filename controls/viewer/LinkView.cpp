@@ -15,21 +15,23 @@ constexpr std::uint64_t largest = std::uint64_t{1} << 20;
 
 } // namespace
 
-std::pair<std::string, std::string> ReadLink(std::string_view bytes) {
+std::optional<Link> ReadLink(std::string_view bytes) {
     const auto input = platform::IniEntry(bytes, "Param", "Input");
-    if (!input || platform::Trim(*input).empty())
-        throw platform::Error(platform::errors::invalidData,
-                              "The link names nothing: [Param] Input is missing.");
+    if (!input || platform::Trim(*input).empty()) return std::nullopt;
     const auto values = platform::Split(*input, ';');
-    return {platform::Trim(values[0]), values.size() > 1 ? platform::Trim(values[1]) : ""};
+    return Link{platform::Trim(values[0]), values.size() > 1 ? platform::Trim(values[1]) : ""};
 }
 
 bool LinkView::Show(const ShownDocument& document) {
     auto& files = lclFrame.Machine().files;
-    if (files.Size(document.Path()) > largest)
-        throw platform::Error(platform::errors::invalidData, document.Path() + " is no link.");
-    const auto [key, type] = ReadLink(files.ReadAll(document.Path()));
-    lclFrame.OpenDossier(key, type);
+    const auto link = files.Size(document.Path()) > largest
+                          ? std::nullopt
+                          : ReadLink(files.ReadAll(document.Path()));
+    if (!link)
+        throw platform::Error(platform::errors::invalidData,
+                              lclFrame.Text("$%$: verwijst niet naar een dossier",
+                                            {platform::FileName(document.Path())}));
+    lclFrame.OpenDossier(link->first, link->second);
     return true;
 }
 

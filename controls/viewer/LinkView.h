@@ -2,6 +2,7 @@
 // name; the viewer itself shows nothing.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -23,7 +24,8 @@ private:
 };
 
 // The two values of a link file: the entry "Input" of its section "Param", parted at the semicolon.
-// Throws platform::Error where there is none.
-std::pair<std::string, std::string> ReadLink(std::string_view bytes);
+// Null where there is none.
+using Link = std::pair<std::string, std::string>;
+std::optional<Link> ReadLink(std::string_view bytes);
 
 } // namespace kavidex::controls

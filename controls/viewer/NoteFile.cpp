@@ -64,7 +64,7 @@ NoteRecords ReadNote(std::string_view bytes) {
     text = platform::Replace(text, std::string_view("\0", 1), "\xEF\xBF\xBD");
     const auto records = Records(text, marked);
     if (records.empty()) {
-        note.memo = text;
+        if (!text.empty()) note.memo = text;
         return note;
     }
     note.heading = records.front();

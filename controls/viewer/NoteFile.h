@@ -2,13 +2,14 @@
 // quotes and closed by a line end. A double quote within a text stands as it is.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace kavidex::controls {
 
 struct NoteRecords {
-    std::string heading, memo;
+    std::optional<std::string> heading, memo; // null: the file has no such record
     // False where the file holds more than these two: further records, or bytes that are no text.
     bool whole = true;
 };

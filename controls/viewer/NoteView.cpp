@@ -16,7 +16,7 @@ using model::DocumentLook;
 
 namespace {
 
-platform::Error ErrorOf(const ctrlNote& note) { return {platform::errors::fail, note.LastError()}; }
+platform::Error ErrorOf(const ctrlNote& note) { return {note.LastErrorNumber(), note.LastError()}; }
 
 } // namespace
 
@@ -42,6 +42,9 @@ bool NoteView::Show(const ShownDocument& document) {
     }
     lclFileReadOnly = document.readOnly;
     SurroundingsChanged(); // a new note is headed in the user's language
+    // What a file does not have is not that of the note before.
+    lclNote.SetHeading("");
+    lclNote.SetMemo("");
     if (outcome == DocumentLook::FileMissing)
         lclNote.fncCreateNew(document.Path());
     else if (lclNote.fncLoadMemo(document.Path()) == 0)

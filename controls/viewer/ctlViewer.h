@@ -86,14 +86,18 @@ public:
     // --------------------------
 
     // What is shown is left first: changes are saved. Nothing empties the viewer. False when the
-    // document cannot be shown (the user was told, and nothing is shown), or when what was shown
-    // could not be left.
+    // document cannot be shown (the user was told, and nothing is shown), when what was shown could
+    // not be left, or when something is under way that it waits for.
     bool ShowItem(const ItemPtr& item);
     bool ShowList(const ItemPtr& folder);
     // In place of a document that is shown elsewhere; `notice` says so, a key of the translations.
-    bool ShowElsewhere(const ItemPtr& item, std::string_view notice);
+    // `show` has it shown there once what stands here is left; false: it is not.
+    bool ShowElsewhere(const ItemPtr& item, std::string_view notice,
+                       const std::function<bool()>& show = {});
+    std::string_view Elsewhere() const;           // that notice while it stands here
     bool Refresh() { return RefreshAs(nullptr); } // reads again what is shown
     bool RefreshAs(const ItemPtr& now);           // which has become that; null: the same
+    void Renamed(const ItemPtr& item);            // is what is shown, if it is that
     // Any document in its default program; false when it was not opened, and the user was told.
     bool OpenDefault(const ItemPtr& item);
 
@@ -103,7 +107,9 @@ public:
     bool CloseImage();
     bool DeleteSelectedThumbs();
 
-    const ItemPtr& Item() const { return lclItem; } // what is shown; null: nothing
+    const ItemPtr& Item() const { return lclItem; }   // what is shown; null: nothing
+    bool Waits() const { return lclNext != nullptr; } // something is to be shown, or left
+    bool Busy() const { return lclWorking > 0 || lclAsking > 0 || lclSwitching; }
 
     // --- Events ---------------------------------------------------------------------------------
 
@@ -117,6 +123,7 @@ public:
     Event<std::int32_t> EvImageSelected;                         // the number of the page shown
     Event<std::int32_t> DocumentChosen; // in the list, by the id of its tree item
 
+    Event<> Shown;                           // what is shown, or its name, may be another now
     Event<std::string_view> PropertyChanged; // the saved item's name, for the container
 
     // --- The window and what it reports ----------------------------------------------------------
@@ -157,6 +164,7 @@ private:
     // Runs one public operation; an error is told under its name.
     bool Guarded(std::string_view routine, const std::function<bool()>& work);
     void ShowWhatWaits();
+    void TellPage();
     bool CanPrint() const;
     bool Switch(const std::function<bool()>& show);
     bool Leave();
@@ -190,7 +198,7 @@ private:
     bool ToolboxQuestionAsked() const override { return lclState.AnnotationsPopupShown; }
     void SetToolboxQuestionAsked() override { SetAnnotationsPopupShown(true); }
     void StepPage(int step) override { step > 0 ? SetNextPage() : SetPreviousPage(); }
-    void PageShown(int page) override { EvImageSelected.Raise(page); }
+    void PageShown(int page) override;
     void PageMovedUp() override { EvMoveUp.Raise(); }
     bool MayDragPages() const override { return lclState.DragPossible; }
     bool ExportPagesOf(const std::string& path, const std::vector<std::int32_t>& pages) override;
@@ -211,6 +219,7 @@ private:
     // Questions let the message loop run: what is asked for meanwhile is shown afterwards.
     bool lclSwitching = false;
     mutable int lclAsking = 0;
+    int lclWorking = 0, lclPageToTell = 0; // 0: none
     std::function<bool()> lclNext;
     ViewerWindow* lclWindow = nullptr;
 };

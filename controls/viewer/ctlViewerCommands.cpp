@@ -193,7 +193,6 @@ const Commands<ctlViewer::CommandContext>& ctlViewer::CommandTable() {
         {.name = "Print",
          .picture = "Print",
          .tooltip = "Afdrukken",
-         .right = "Print",
          .rule = printable,
          .action = [](Context& context, const Id&) { context.viewer.lclView->Print(); }},
         // The popup menu of pages and thumbnails.
@@ -201,13 +200,11 @@ const Commands<ctlViewer::CommandContext>& ctlViewer::CommandTable() {
         {.name = "mnuPrint",
          .caption = "Afdrukken",
          .depth = 1,
-         .right = "Print",
          .rule = printable,
          .action = [](Context& context, const Id&) { context.viewer.lclView->Print(); }},
         {.name = "mnuPrintThumbs",
          .caption = "Miniaturen afdrukken",
          .depth = 1,
-         .right = "Print",
          .rule = [](const Context& context, const Id&) -> CommandState {
              return {context.pages && context.pages->ThumbsShown(),
                      context.viewer.CanPrint() && context.pages->HasThumbsSelected()};

@@ -2,6 +2,7 @@
 
 #include <cstdio>
 
+#include "controls/common/Causes.h"
 #include "controls/viewer/NoteFile.h"
 #include "mail/MailNames.h"
 #include "platform/Clock.h"
@@ -139,13 +140,16 @@ std::int16_t ctrlNote::fncLoadMemo(std::string_view path) {
         if (!files.FileExists(lclKey)) return 0;
         lclUnread = true;
         if (files.Size(lclKey) > largest)
-            throw platform::Error(platform::errors::invalidData, lclKey + " is too large a note.");
+            throw platform::Error(
+                platform::errors::invalidData,
+                lclForm.Text("$%$: te groot voor een notitie", {platform::FileName(lclKey)}));
         lclInFile = files.ReadAll(lclKey);
         const auto note = ReadNote(lclInFile);
         lclUnread = false;
         lclWhole = note.whole;
-        SetHeading(note.heading);
-        SetMemo(note.memo);
+        if (note.heading) SetHeading(*note.heading);
+        if (note.memo) lclMemo = *note.memo;
+        ShowMemo();
         return 1;
     } catch (const std::exception& error) {
         Failed("fncLoadMemo", error);
@@ -176,10 +180,12 @@ std::int16_t ctrlNote::fncSaveMemo(bool ask) {
 
 void ctrlNote::Write() {
     if (lclKey.empty())
-        throw platform::Error(platform::errors::invalidArgument, "The note has no file.");
+        throw platform::Error(platform::errors::invalidArgument,
+                              lclForm.Text("De notitie heeft geen bestand"));
     if (lclUnread)
         throw platform::Error(platform::errors::invalidData,
-                              lclKey + " could not be read and is not overwritten.");
+                              lclForm.Text("$%$: niet gelezen en daarom niet overschreven",
+                                           {platform::FileName(lclKey)}));
     auto& files = lclWorkstation.files;
     if (files.FileExists(lclKey) && (!lclWhole || files.ReadAll(lclKey) != lclInFile))
         files.Copy(lclKey, OldPath(files, lclKey), true);
@@ -191,8 +197,10 @@ void ctrlNote::Write() {
 }
 
 void ctrlNote::Failed(std::string_view routine, const std::exception& error) {
-    lclError = error.what();
-    lclWorkstation.log.Write(routine, lclError);
+    const auto* ours = dynamic_cast<const platform::Error*>(&error);
+    lclErrorNumber = ours ? ours->Number() : platform::errors::fail;
+    lclError = CauseText(TranslationBy(lclTranslator), platform::FileName(lclKey), error);
+    lclWorkstation.log.Write(routine, error.what());
 }
 
 } // namespace kavidex::controls

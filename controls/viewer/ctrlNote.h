@@ -64,6 +64,7 @@ public:
     std::int16_t fncSaveMemo(bool ask);
     // Of the last operation, empty when it succeeded: the control itself shows no errors.
     const std::string& LastError() const { return lclError; }
+    std::int32_t LastErrorNumber() const { return lclErrorNumber; }
 
     Event<> EvMemoChanged; // the user typed
     Event<std::string_view> PropertyChanged;
@@ -85,6 +86,7 @@ private:
     forms::Form lclForm;
     forms::Field &lclHeading, &lclText;
     std::string lclKey, lclMemo, lclError;
+    std::int32_t lclErrorNumber = 0;
     std::string lclInFile;  // its bytes as they were read or written; empty: there was no file
     bool lclUnread = false; // the file is there, what it holds is not known
     bool lclWhole = true;   // heading and text are all that it holds

@@ -1,12 +1,14 @@
 #include "platform/win32/Owner.h"
 
 #include <utility>
+#include <vector>
 
 namespace kavidex::platform::win32 {
 
 namespace {
 
-HWND owner = nullptr, host = nullptr;
+HWND owner = nullptr;
+std::vector<HWND> hosts; // the latest last
 
 HWND TopOf(HWND window) {
     return window && IsWindow(window) ? GetAncestor(window, GA_ROOT) : nullptr;
@@ -14,13 +16,21 @@ HWND TopOf(HWND window) {
 
 } // namespace
 
-void SetHost(HWND window) { host = window; }
+void SetHost(HWND window) {
+    DropHost(window);
+    hosts.push_back(window);
+}
+
+void DropHost(HWND window) {
+    std::erase_if(hosts, [=](HWND host) { return host == window || !IsWindow(host); });
+}
 
 HWND SetOwner(HWND window) { return std::exchange(owner, window); }
 
 HWND Owner() {
     if (const HWND dialog = TopOf(owner)) return dialog;
-    const HWND top = TopOf(host), active = GetActiveWindow();
+    DropHost(nullptr);
+    const HWND top = hosts.empty() ? nullptr : TopOf(hosts.back()), active = GetActiveWindow();
     for (HWND window = active; window; window = GetWindow(window, GW_OWNER))
         if (window == top) return active;
     return top;

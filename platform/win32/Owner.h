@@ -6,8 +6,9 @@
 namespace kavidex::platform::win32 {
 
 // A control hands over its window when it is activated. The top window around it is taken, or the
-// active window where that belongs to it.
+// active window where that belongs to it. When it goes the one before has its place again.
 void SetHost(HWND window);
+void DropHost(HWND window); // it is going
 
 // A dialog of ours takes the host's place while it is up. Gives what was set.
 HWND SetOwner(HWND window);

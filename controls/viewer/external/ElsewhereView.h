@@ -15,6 +15,7 @@ public:
     explicit ElsewhereView(ViewerFrame& frame);
 
     void Show(std::string_view notice); // a key of the translations
+    const std::string& Notice() const { return lclNotice; }
     bool Close() override { return true; }
     PartSet Parts() const override { return {Part::Elsewhere}; }
     void SurroundingsChanged() override;

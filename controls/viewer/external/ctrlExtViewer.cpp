@@ -4,11 +4,12 @@
 
 #include "model/Store.h"
 #include "model/clsItem.h"
+#include "platform/Error.h"
+#include "platform/ErrorNumber.h"
 #include "platform/General.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
 #include "platform/Workstation.h"
-#include "platform/text.h"
 
 namespace kavidex::controls {
 
@@ -75,10 +76,13 @@ void ctrlExtViewer::SaveProperties(PropertyBag& bag) const {
 
 // --- The window ---------------------------------------------------------------------------------
 
-frmViewer& ctrlExtViewer::Needed() {
-    if (lclViewerForm) return *lclViewerForm;
+// False: it was closed while it opened.
+bool ctrlExtViewer::Need() {
+    if (lclViewerForm) return true;
+    ForgetGone();
     lclViewerForm = std::make_shared<frmViewer>(lclWorkstation);
-    auto& form = *lclViewerForm;
+    const auto made = lclViewerForm;
+    auto& form = *made;
     form.SetTranslate(lclTranslator);
     form.SetDbConnection(lclConnection);
     form.Viewer().SetUserAuth(lclUserAuth);
@@ -86,7 +90,11 @@ frmViewer& ctrlExtViewer::Needed() {
     form.SetAllowMultipleDocScroll(lclState.AllowMultipleDocScroll);
     Subscribe();
     form.Open(lclMaker);
-    return form;
+    return lclViewerForm == made;
+}
+
+void ctrlExtViewer::ForgetGone() {
+    std::erase_if(lclGone, [](const auto& form) { return !form->Viewer().Busy(); });
 }
 
 void ctrlExtViewer::Subscribe() {
@@ -105,13 +113,16 @@ void ctrlExtViewer::Subscribe() {
         }));
     keep(form.EvNextDocumentRequest.Subscribe([this] { EvNextDocumentRequest.Raise(); }));
     keep(form.EvPreviousDocumentRequest.Subscribe([this] { EvPreviousDocumentRequest.Raise(); }));
+    keep(form.Viewer().Shown.Subscribe([this] { Shown.Raise(); }));
     keep(form.EvUnload.Subscribe([this] { Unloaded(); }));
 }
 
 // Where the workstation wants it so, all these windows close together.
 void ctrlExtViewer::Unloaded() {
-    lclGone = std::move(lclViewerForm); // it is its own event, and the end of its window
+    ForgetGone();
+    lclGone.push_back(std::move(lclViewerForm)); // it is its own event, and the end of its window
     EvUnload.Raise();
+    Shown.Raise();
     if (!platform::GetRegFlag(lclWorkstation, "ViewerSettings", "CloseAll")) return;
     const auto others = lclAll;
     for (auto* other : others)
@@ -119,11 +130,12 @@ void ctrlExtViewer::Unloaded() {
 }
 
 bool ctrlExtViewer::ShowItem(const ItemPtr& item) {
-    if (!item) return false;
-    const bool shown = Needed().ShowItem(item);
+    if (!item || !Need()) return false;
+    const auto form = lclViewerForm;
+    const bool shown = form->ShowItem(item);
     Change(item->Id());
     if (lclViewerForm && lclViewerForm->Window()) lclViewerForm->Window()->Show();
-    return shown;
+    return shown && lclViewerForm == form;
 }
 
 bool ctrlExtViewer::ShowItemFromId(std::int32_t id) {
@@ -138,12 +150,12 @@ bool ctrlExtViewer::ShowItemFromId(std::int32_t id) {
             model::TrimmedText(row->Get("Description")), lclConnection));
     } catch (const std::exception& error) {
         lclWorkstation.log.Write("ShowItemFromId", error.what());
-        const auto& texts = lclTranslator;
-        const std::vector<std::string> routine{"ShowItemFromId"};
-        lclWorkstation.messages.Show({error.what(),
-                                      texts ? texts->Translate("Error in $%$", routine)
-                                            : platform::FillPlaceholders("Error in $%$", routine),
-                                      platform::Buttons::Ok, platform::Icon::Critical});
+        const auto* ours = dynamic_cast<const platform::Error*>(&error);
+        const auto number = platform::ShownNumber(ours ? ours->Number() : platform::errors::fail);
+        lclWorkstation.messages.Show(
+            {std::to_string(number) + " " + error.what(),
+             data::Translated(TranslationBy(lclTranslator), "Error in $%$", {"ShowItemFromId"}),
+             platform::Buttons::Ok, platform::Icon::Critical});
         return false;
     }
 }
@@ -153,8 +165,7 @@ void ctrlExtViewer::SetFocus() {
 }
 
 void ctrlExtViewer::Show() {
-    auto& form = Needed();
-    if (form.Window()) form.Window()->Show();
+    if (Need() && lclViewerForm->Window()) lclViewerForm->Window()->Show();
 }
 
 bool ctrlExtViewer::DeleteSelectedThumbs() {

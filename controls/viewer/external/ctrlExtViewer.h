@@ -53,7 +53,9 @@ public:
     void SetFocus();
     void Show(); // the window, with what it shows
     bool DeleteSelectedThumbs();
-    bool CloseForm(); // false: what is shown could not be saved, and the window stays
+    // False: the window stays, as what is shown could not be saved, or until a question in it is
+    // answered.
+    bool CloseForm();
     frmViewer* Form() const { return lclViewerForm.get(); } // null: there is no window
 
     Event<const std::string&, const std::string&> EvOpenDossier;
@@ -61,10 +63,12 @@ public:
     Event<const std::string&, const std::vector<std::int32_t>&, bool&> EvExportPages;
     Event<> EvNextDocumentRequest, EvPreviousDocumentRequest;
     Event<> EvUnload;
+    Event<> Shown; // what the window shows, or its name, may be another now
     Event<std::string_view> PropertyChanged;
 
 private:
-    frmViewer& Needed();
+    bool Need();
+    void ForgetGone();
     void Subscribe();
     void Unloaded();
     void Change(std::int32_t id);
@@ -76,7 +80,8 @@ private:
     std::shared_ptr<model::clsUserAuth> lclUserAuth;
     ViewerFormMaker lclMaker;
     std::function<bool(std::string_view)> lclAcceptsType;
-    std::shared_ptr<frmViewer> lclViewerForm, lclGone;
+    std::shared_ptr<frmViewer> lclViewerForm;
+    std::vector<std::shared_ptr<frmViewer>> lclGone; // closed, perhaps within work of their own
     std::vector<std::shared_ptr<void>> lclSubscriptions;
 
     static thread_local std::vector<ctrlExtViewer*> lclAll;

@@ -1,5 +1,7 @@
 #include "controls/viewer/external/frmViewer.h"
 
+#include <utility>
+
 #include "controls/common/Commands.h"
 #include "model/clsItem.h"
 #include "platform/General.h"
@@ -15,8 +17,7 @@ constexpr std::string_view section = "ViewerSetting", alwaysExternal = "AlwaysEx
 } // namespace
 
 struct frmViewer::MenuContext {
-    const platform::Workstation& workstation;
-    frmViewer* form; // null: only looked at
+    frmViewer& form;
 
     static const Commands<MenuContext>& Table();
 };
@@ -31,21 +32,23 @@ const Commands<frmViewer::MenuContext>& frmViewer::MenuContext::Table() {
          .kind = CommandKind::Toggle,
          .depth = 1,
          .rule = [](const Context& context, const Id&) -> CommandState {
-             return {.checked = platform::GetRegFlag(context.workstation, section, alwaysExternal)};
+             return {.checked = context.form.lclAlwaysExternal};
          },
          .action =
              [](Context& context, const Id&) {
-                 const auto& machine = context.workstation;
-                 platform::SaveRegFlag(machine, section, alwaysExternal,
-                                       !platform::GetRegFlag(machine, section, alwaysExternal));
+                 bool& ticked = context.form.lclAlwaysExternal;
+                 ticked = !ticked;
+                 platform::SaveRegFlag(context.form.lclWorkstation, section, alwaysExternal,
+                                       ticked);
              }},
         {.name = "mnuSaveScreen",
          .caption = "Schermpositie opslaan",
          .depth = 1,
          .action =
              [](Context& context, const Id&) {
-                 if (context.form->lclWindow)
-                     SaveViewerPlace(context.workstation, context.form->lclWindow->Place());
+                 const auto& owner = context.form;
+                 if (owner.lclWindow)
+                     SaveViewerPlace(owner.lclWorkstation, owner.lclWindow->Place());
              }},
     };
     static constexpr Commands<Context> table{std::span<const Command<Context>>(rows)};
@@ -68,10 +71,7 @@ frmViewer::frmViewer(const platform::Workstation& workstation)
     keep(viewer.ExternalViewerOpened.Subscribe([this] { ExternalViewerOpened.Raise(); }));
     keep(viewer.NextDocumentRequest.Subscribe([this] { EvNextDocumentRequest.Raise(); }));
     keep(viewer.PreviousDocumentRequest.Subscribe([this] { EvPreviousDocumentRequest.Raise(); }));
-    // What was asked for within a question is shown later.
-    keep(viewer.PropertyChanged.Subscribe([this](std::string_view name) {
-        if (name == "Description" && lclWindow) lclWindow->CaptionChanged();
-    }));
+    keep(viewer.Shown.Subscribe([this] { ShownChanged(); }));
 }
 
 frmViewer::~frmViewer() = default;
@@ -86,15 +86,26 @@ void frmViewer::SetDbConnection(data::ConnectionPtr connection) {
 }
 
 void frmViewer::Open(const ViewerFormMaker& maker) {
+    lclAlwaysExternal = platform::GetRegFlag(lclWorkstation, section, alwaysExternal);
     if (!lclWindow && maker) lclWindow = maker(*this);
     if (lclWindow) lclWindow->Show();
     lclViewer.ExternalViewerOpened.Raise();
 }
 
 bool frmViewer::ShowItem(const ItemPtr& item) {
-    const bool shown = lclViewer.ShowItem(item);
+    lclCloseDue = false;
+    return lclViewer.ShowItem(item);
+}
+
+void frmViewer::ShownChanged() {
     if (lclWindow) lclWindow->CaptionChanged();
-    return shown;
+    if (!lclCloseDue || lclViewer.Waits()) return;
+    if (lclViewer.Item())
+        lclCloseDue = false; // it could not be left
+    else if (lclWindow)
+        lclWindow->CloseWhenDue();
+    else
+        CloseIfDue();
 }
 
 std::int32_t frmViewer::Id() const { return lclViewer.Item() ? lclViewer.Item()->Id() : 0; }
@@ -110,18 +121,30 @@ ViewerPlace frmViewer::StartPlace(std::span<const ScreenArea> monitors) const {
     return OnScreen(ReadViewerPlace(lclWorkstation), monitors);
 }
 
-PopupMenu frmViewer::Menu() const {
-    return VisibleEntries(
-        MenuContext::Table().Menu({lclWorkstation, nullptr}, TranslationBy(Translate())));
+PopupMenu frmViewer::Menu() {
+    return VisibleEntries(MenuContext::Table().Menu({*this}, TranslationBy(Translate())));
 }
 
 void frmViewer::MenuChosen(const MenuEntry& entry) {
-    MenuContext context{lclWorkstation, this};
+    MenuContext context{*this};
     MenuContext::Table().Run(context, {entry.name, entry.index});
     if (lclWindow) lclWindow->CaptionChanged();
 }
 
-bool frmViewer::MayClose() { return lclViewer.CloseImage(); }
+bool frmViewer::MayClose() {
+    lclCloseDue = false;
+    const bool left = lclViewer.CloseImage();
+    lclCloseDue = !left && lclViewer.Waits();
+    return left;
+}
+
+void frmViewer::CloseIfDue() {
+    if (!std::exchange(lclCloseDue, false)) return;
+    if (lclWindow)
+        lclWindow->Close();
+    else
+        Closed();
+}
 
 void frmViewer::Closed() {
     const auto alive = weak_from_this().lock();

@@ -24,7 +24,8 @@ public:
     virtual void SetFocus() = 0;
     virtual void CaptionChanged() = 0; // and the marks of the menu
     virtual ViewerPlace Place() const = 0;
-    virtual void Close() = 0; // as the user would: frmViewer::MayClose is asked
+    virtual void Close() = 0;        // as the user would: frmViewer::MayClose is asked
+    virtual void CloseWhenDue() = 0; // frmViewer::CloseIfDue, when none of its calls runs any more
 };
 
 // Null where no window can be made: the form then works without.
@@ -66,17 +67,23 @@ public:
     // --- For the window ------------------------------------------------------------------------
     std::string Caption() const; // "Document: " and the description
     ViewerPlace StartPlace(std::span<const ScreenArea> monitors) const;
-    PopupMenu Menu() const; // mnuOptions with its entries
+    PopupMenu Menu(); // mnuOptions with its entries
     void MenuChosen(const MenuEntry& entry);
-    bool MayClose(); // what is shown is left: false when it could not be saved
+    // What is shown is left. False when it could not be saved, or is in a question now: then the
+    // window closes when that is answered.
+    bool MayClose();
+    void CloseIfDue();
     void Closed();
 
 private:
     struct MenuContext;
 
+    void ShownChanged();
+
     const platform::Workstation& lclWorkstation;
     ctlViewer lclViewer;
     std::unique_ptr<ViewerFormWindow> lclWindow;
+    bool lclAlwaysExternal = false, lclCloseDue = false;
     std::vector<std::shared_ptr<void>> lclSubscriptions;
 };
 

@@ -73,10 +73,8 @@ std::string ImageView::Description() const {
 }
 
 bool ImageView::Close() {
-    bool lost = false;
     // What cannot be saved stays, unless the user lets it go.
-    while (lclDocument && lclDocument->Changed() && !TrySave(lost) && !lost) {
-    }
+    if (lclDocument && lclDocument->Changed() && Save() == Saving::Unsaved) return false;
     lclDocument.reset();
     lclShown = {};
     RemoveDragged();
@@ -202,36 +200,40 @@ void ImageView::HintActivated() {
 // --- Saving
 // ---------------------------------------------------------------------------------------
 
-// False when nothing was saved; `lost`: the user lets the changes go.
-bool ImageView::TrySave(bool& lost) {
-    try {
-        const auto missed = lclDocument->Save();
-        if (missed.empty()) return true;
-        lclCanvas.Clear(); // the pages and their marks are others now
-        std::string pages;
-        for (const int page : missed) pages += (pages.empty() ? "" : ", ") + std::to_string(page);
-        lclFrame.Ask("Een ander heeft het document intussen gewijzigd. Uw wijzigingen van deze "
-                     "pagina's zijn niet opgeslagen: $%$",
-                     "Melding viewer", Buttons::Ok, Icon::Exclamation, {pages});
-        return true;
-    } catch (const std::exception& error) {
-        lclFrame.Machine().log.Write("SaveImage", error.what());
-        lost = lclFrame.Ask("De wijzigingen van '$%$' zijn niet opgeslagen: $%$\r\n\r\nWilt u het "
-                            "opnieuw proberen? Anders gaan ze verloren.",
-                            "Bevestigen opslaan wijzigingen", Buttons::YesNo, Icon::Critical,
-                            {Description(), CauseText(TranslationBy(lclFrame.Translate()),
-                                                      lclDocument->Path(), error)}) != Answer::Yes;
-        return false;
-    }
+// As often as the user wants it tried. A box that goes with its window is no answer.
+ImageView::Saving ImageView::Save() {
+    for (;;) try {
+            TellMissed(lclDocument->Save());
+            return Saving::Saved;
+        } catch (const std::exception& error) {
+            lclFrame.Machine().log.Write("SaveImage", error.what());
+            const auto answer =
+                lclFrame.Ask("De wijzigingen van '$%$' zijn niet opgeslagen: $%$\r\n\r\nWilt u het "
+                             "opnieuw proberen? Anders gaan ze verloren.",
+                             "Bevestigen opslaan wijzigingen", Buttons::YesNo, Icon::Critical,
+                             {Description(), CauseText(TranslationBy(lclFrame.Translate()),
+                                                       lclDocument->Path(), error)});
+            if (answer != Answer::Yes)
+                return answer == Answer::No ? Saving::GivenUp : Saving::Unsaved;
+        }
+}
+
+void ImageView::TellMissed(const std::vector<int>& missed) {
+    if (missed.empty()) return;
+    lclCanvas.Clear(); // the pages and their marks are others now
+    std::string pages;
+    for (const int page : missed) pages += (pages.empty() ? "" : ", ") + std::to_string(page);
+    lclFrame.Ask("Een ander heeft het document intussen gewijzigd. Uw wijzigingen van deze "
+                 "pagina's zijn niet opgeslagen: $%$",
+                 "Melding viewer", Buttons::Ok, Icon::Exclamation, {pages});
 }
 
 bool ImageView::SaveImage() {
     if (!lclDocument) return false;
     if (!lclDocument->Changed()) return true;
     const auto ids = Ids().GetIds();
-    bool lost = false, saved = false;
     const int left = lclCanvas.Geometry().Left(), top = lclCanvas.Geometry().Top();
-    while (!saved && !lost) saved = TrySave(lost);
+    const bool saved = Save() == Saving::Saved;
     const bool same = Ids().GetIds() == ids;
     if (!same) lclThumbs.SetCount(Count()); // they are what another made of it
     Again(lclPage);
@@ -255,7 +257,7 @@ bool ImageView::Written(std::string_view routine, const std::function<void()>& w
         lclFrame.Ask("Een ander heeft het document intussen gewijzigd. Er is niets veranderd; het "
                      "document wordt opnieuw getoond.",
                      "Melding viewer", Buttons::Ok, Icon::Exclamation);
-        if (lclDocument->Changed()) SaveImage();
+        if (lclDocument->Changed() && Save() == Saving::Unsaved) return false;
         lclDocument->ReadAgain();
         lclThumbs.SetCount(Count());
         Again(lclPage);

@@ -76,9 +76,10 @@ public:
     bool MayViewMarks() const;
     bool MarksShown() const { return lclMarksShown && MayViewMarks(); }
     void SetMarksShown(bool shown);
-    bool MayUseToolbox() const { return MayEdit() && MayViewMarks(); }
+    bool MayUseToolbox() const { return MayEdit(); }
     bool ToolboxShown() const { return lclToolboxShown && MayUseToolbox(); }
-    void SetToolboxShown(bool shown); // marks are shown with it
+    // Marks are shown with it. Who may not view them can add some, and sees none.
+    void SetToolboxShown(bool shown);
     MarkEditor& Editor() { return lclCanvas.Editor(); }
     MarkToolbar& Toolbox() { return lclToolbox; }
     void ToolboxChanged() { Changed(); }
@@ -99,7 +100,9 @@ private:
     void ShowMarks();
     bool Written(std::string_view routine, const std::function<void()>& write);
     bool DeletePages(const std::vector<int>& pages);
-    bool TrySave(bool& lost);
+    enum class Saving { Saved, GivenUp, Unsaved }; // Unsaved: nobody said what is to become of it
+    Saving Save();
+    void TellMissed(const std::vector<int>& pages);
     void Again(int page); // the file is another now
     std::vector<int> SelectedPages() const;
     std::vector<int> PagesToExport();
@@ -112,7 +115,7 @@ private:
 
     imaging::annotations::Annotations* EditableMarks() override;
     bool AskMarkText(std::string& text) override;
-    void EditMarks(const MarkEdit& edit, bool adds) override;
+    bool EditMarks(const MarkEdit& edit, bool adds) override;
     void MarksEdited(bool added);
     void MarksRepaint() override;
     void MarkSelected() override;

@@ -235,7 +235,7 @@ void ImageView::SetMarksShown(bool shown) {
 void ImageView::SetToolboxShown(bool shown) {
     lclToolboxShown = shown && MayUseToolbox();
     if (lclToolboxShown) lclMarksShown = true;
-    Editor().SetTool(lclToolboxShown ? MarkTool::Select : MarkTool::None);
+    Editor().SetTool(lclToolboxShown && MarksShown() ? MarkTool::Select : MarkTool::None);
     ShowMarks();
     Changed();
 }
@@ -253,8 +253,7 @@ void ImageView::ShowMarks() {
 }
 
 imaging::annotations::Annotations* ImageView::EditableMarks() {
-    return ToolboxShown() && MarksShown() && lclCanvas.HasPage() ? &lclDocument->Marks(lclPage)
-                                                                 : nullptr;
+    return ToolboxShown() && lclCanvas.HasPage() ? &lclDocument->Marks(lclPage) : nullptr;
 }
 
 bool ImageView::AskMarkText(std::string& text) {
@@ -265,16 +264,17 @@ bool ImageView::AskMarkText(std::string& text) {
     return true;
 }
 
-void ImageView::EditMarks(const MarkEdit& edit, bool adds) {
+bool ImageView::EditMarks(const MarkEdit& edit, bool adds) {
     try {
         auto* marks = EditableMarks();
-        if (!marks) return;
+        if (!marks) return true;
         edit(*marks);
     } catch (const std::exception& error) {
         lclFrame.TellError("EditAnnotation", error);
-        return;
+        return false;
     }
     MarksEdited(adds);
+    return true;
 }
 
 void ImageView::MarksEdited(bool added) {

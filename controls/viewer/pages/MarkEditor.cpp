@@ -281,8 +281,12 @@ void MarkEditor::Finish(Mark mark) {
     const bool tooSmall = box.right - box.left < least && box.bottom - box.top < least;
     const bool takesText = mark.type == MarkType::Text || mark.type == MarkType::Note;
     if (tooSmall && !mark.HasText()) return;
-    if (takesText && !TakeText(mark, !tooSmall)) return;
-    lclOwner.EditMarks([&](Annotations& marks) { marks.Add(mark, lclOwner.MarkTime()); }, true);
+    // A text that was refused stands in the question again.
+    do {
+        if (takesText && !TakeText(mark, !tooSmall)) return;
+    } while (!lclOwner.EditMarks([&](Annotations& marks) { marks.Add(mark, lclOwner.MarkTime()); },
+                                 true) &&
+             takesText);
 }
 
 bool MarkEditor::AskText(std::string& text) {
@@ -356,10 +360,11 @@ Mark MarkEditor::Dragged(PagePlace to) const {
     return mark;
 }
 
-void MarkEditor::Change(const Mark& mark) {
-    if (!lclSelected) return;
-    lclOwner.EditMarks(
-        [&](Annotations& marks) { marks.Change(*lclSelected, mark, lclOwner.MarkTime()); }, false);
+bool MarkEditor::Change(const Mark& mark) {
+    return !lclSelected ||
+           lclOwner.EditMarks(
+               [&](Annotations& marks) { marks.Change(*lclSelected, mark, lclOwner.MarkTime()); },
+               false);
 }
 
 bool MarkEditor::CanEditText() const {
@@ -371,9 +376,11 @@ void MarkEditor::EditText() {
     auto mark = SelectedMark();
     if (!mark || !mark->HasText()) return;
     std::string text = mark->text;
-    if (!AskText(text) || WithLineEnds(text) == mark->text) return;
-    mark->text = WithLineEnds(text);
-    Change(*mark);
+    const std::string before = mark->text;
+    do {
+        if (!AskText(text) || WithLineEnds(text) == before) return;
+        mark->text = WithLineEnds(text);
+    } while (!Change(*mark));
 }
 
 void MarkEditor::DeleteSelected() {

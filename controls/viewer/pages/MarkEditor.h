@@ -26,8 +26,9 @@ public:
     // Puts the text before the user; false: it was cancelled.
     virtual bool AskMarkText(std::string& text) = 0;
     using MarkEdit = std::function<void(imaging::annotations::Annotations&)>;
-    // Changes the marks of the page shown, where they may be changed; what cannot be done is told.
-    virtual void EditMarks(const MarkEdit& edit, bool adds) = 0;
+    // Changes the marks of the page shown, where they may be changed. False: it was refused, and
+    // the user was told.
+    virtual bool EditMarks(const MarkEdit& edit, bool adds) = 0;
     virtual void MarksRepaint() = 0;
     virtual void MarkSelected() = 0;                        // another one, or none
     virtual std::uint32_t MarkTime() = 0;                   // seconds since 1970 in UTC
@@ -90,7 +91,7 @@ private:
     bool AskText(std::string& text);
     bool TakeText(Mark& mark, bool sized);
     void SizeForText(Mark& mark) const;
-    void Change(const Mark& mark);
+    bool Change(const Mark& mark); // false: it was refused
     Mark Dragged(PagePlace to) const;
     double Dots() const; // an inch
     std::uint32_t PixelWidth() const;

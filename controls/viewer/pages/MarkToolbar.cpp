@@ -47,7 +47,11 @@ const Commands<MarkToolbar::Context>& MarkToolbar::Table() {
                         .kind = Kind::Toggle,
                         .picture = "Select",
                         .tooltip = "Selecteren",
-                        .rule = tool,
+                        .rule = [](const Context& context, const Id& id) -> CommandState {
+                            auto state = tool(context, id);
+                            state.enabled = state.enabled && context.pages.MarksShown();
+                            return state;
+                        },
                         .action = take});
         for (const auto& row : MarkToolTable()) {
             if (row.tool == MarkTool::Stamp) continue;

@@ -39,6 +39,16 @@ void PageDocument::Open() {
     lclSize = lclFiles.Size(lclPath);
 }
 
+// Where that fails whoever looks at a page next tries it again, and is told.
+void PageDocument::OpenAgain() {
+    lclAsRead = false;
+    try {
+        Open();
+    } catch (const platform::Error&) {
+        lclSource.reset();
+    }
+}
+
 void PageDocument::Read() {
     Open();
     lclAsRead = true;
@@ -67,10 +77,13 @@ PageDocument::Page& PageDocument::At(int page) {
 PageDocument::Page& PageDocument::See(int page) {
     Page& seen = At(page);
     if (!seen.seen) seen.seen = Source().Fingerprint(seen.number);
+    if (!seen.shape) seen.shape = Source().Shape(seen.number);
     return seen;
 }
 
-PageShape PageDocument::StoredShape(const Page& page) { return Source().Shape(page.number); }
+PageShape PageDocument::StoredShape(const Page& page) {
+    return page.shape ? *page.shape : Source().Shape(page.number);
+}
 
 PageShape PageDocument::Shape(int page) {
     const Page& shown = At(page);
@@ -175,16 +188,21 @@ PlannedPage PageDocument::PlanOf(Page& page, int number) {
     return plan;
 }
 
-// `now`: what the file holds, and still has to hold when it is replaced. What is open of it is
-// closed before: once it is written, nothing can fail that would have it written twice.
-void PageDocument::Write(const std::vector<PlannedPage>& plan, const Prints& now) {
+// `now`: what the file holds, and still has to hold when it is replaced. `asRead`: those are the
+// pages shown. Then the open file is closed before, so that it can simply be replaced, and opened
+// again where that failed; a file that another replaced already stays open until then.
+void PageDocument::Write(const std::vector<PlannedPage>& plan, const Prints& now, bool asRead) {
     imaging::WriteOptions options;
     options.check = [&] {
         if (PrintsInFile() != now) throw ChangedByAnother(lclPath);
     };
-    lclSource.reset();
-    lclAsRead = false;
-    imaging::WritePages(lclFiles, plan, lclPath, options);
+    if (asRead) lclSource.reset();
+    try {
+        imaging::WritePages(lclFiles, plan, lclPath, options);
+    } catch (const std::exception&) {
+        if (!lclSource) OpenAgain();
+        throw;
+    }
     Renumber(static_cast<int>(plan.size()));
     Learn(plan, now);
 }
@@ -194,12 +212,12 @@ void PageDocument::Learn(const std::vector<PlannedPage>& plan, const Prints& bef
     for (std::size_t i = 0; i < plan.size(); ++i)
         if (plan[i].turn == Turn::None && !plan[i].marks)
             lclPages[i].seen = before[static_cast<std::size_t>(plan[i].page - 1)];
+    OpenAgain();
     try {
-        Open();
         for (Page& page : lclPages)
-            if (!page.seen) page.seen = lclSource->Fingerprint(page.number);
+            if (!page.seen) page.seen = Source().Fingerprint(page.number);
     } catch (const platform::Error&) {
-        lclSource.reset(); // whoever looks at a page next opens it again, and is told
+        lclSource.reset();
     }
 }
 
@@ -210,9 +228,9 @@ std::vector<int> PageDocument::Save() {
     if (AreThoseRead(now)) {
         std::vector<PlannedPage> plan;
         for (Page& page : lclPages) plan.push_back(PlanOf(page, page.number));
-        Write(plan, now);
+        Write(plan, now, true);
     } else {
-        Write(Merged(now, lost), now);
+        Write(Merged(now, lost), now, false);
         lclIds.SetIds(Count()); // whatever is there now
     }
     return lost;
@@ -256,7 +274,7 @@ void PageDocument::Rewrite(const std::vector<int>& order) {
     const auto now = Confirmed();
     std::vector<PlannedPage> plan;
     for (const int page : order) plan.push_back(PlanOf(At(page), At(page).number));
-    Write(plan, now);
+    Write(plan, now, true);
 }
 
 void PageDocument::Delete(const std::vector<int>& pages) {

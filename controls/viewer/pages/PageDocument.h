@@ -78,6 +78,7 @@ private:
         std::optional<imaging::annotations::Annotations> marks; // as shown; read on first use
         bool marksChanged = false;
         std::optional<std::uint64_t> seen; // its fingerprint as it was read or written
+        std::optional<PageShape> shape;    // as stored, of a page that may have changes
 
         bool Changed() const { return turn != imaging::Turn::None || marksChanged; }
     };
@@ -89,6 +90,7 @@ private:
     using Prints = std::vector<std::uint64_t>; // of a file's pages, in its order
 
     void Open();
+    void OpenAgain();
     void Read();
     void Renumber(int count);
     Prints PrintsInFile() const;
@@ -96,7 +98,7 @@ private:
     Prints Confirmed();
     imaging::PlannedPage PlanOf(Page& page, int number);
     std::vector<imaging::PlannedPage> Merged(const Prints& now, std::vector<int>& lost);
-    void Write(const std::vector<imaging::PlannedPage>& plan, const Prints& now);
+    void Write(const std::vector<imaging::PlannedPage>& plan, const Prints& now, bool asRead);
     void Learn(const std::vector<imaging::PlannedPage>& plan, const Prints& before);
     void Rewrite(const std::vector<int>& order);
 

@@ -7,6 +7,7 @@
 #include "controls/common/win32/WindowClass.h"
 #include "controls/viewer/win32/MakeViewerWindow.h"
 #include "platform/win32/ActivationScope.h"
+#include "platform/win32/OwnCall.h"
 #include "platform/win32/Owner.h"
 #include "platform/win32/Variant.h"
 
@@ -126,6 +127,12 @@ void ExternalWindowWin32::Close() {
     if (lclWindow) SendMessageW(lclWindow, WM_CLOSE, 0, 0);
 }
 
+void ExternalWindowWin32::CloseWhenDue() {
+    platform::win32::AfterOwnCalls([form = lclLogic.weak_from_this()] {
+        if (const auto alive = form.lock()) alive->CloseIfDue();
+    });
+}
+
 bool ExternalWindowWin32::TranslateKey(const MSG& message) {
     if (!HasFocus() || !lclViewer) return false;
     if (lclViewer->TranslateKey(message)) return true;
@@ -155,6 +162,7 @@ LRESULT ExternalWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
         return 0;
     }
     case WM_DESTROY:
+        platform::win32::DropHost(lclWindow);
         lclViewer.reset();
         lclLogic.Closed();
         return 0;

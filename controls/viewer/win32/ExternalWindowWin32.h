@@ -26,6 +26,7 @@ public:
     void CaptionChanged() override;
     ViewerPlace Place() const override;
     void Close() override;
+    void CloseWhenDue() override;
 
     using OwnWindow::Handle;
     using OwnWindow::Place;

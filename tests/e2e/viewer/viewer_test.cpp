@@ -162,8 +162,13 @@ TEST_F(ViewerWindows, TheExternalWindowStandsWhereItWasLeft) {
     SendMessageW(frame, WM_COMMAND, GetMenuItemID(options(), 0), 0);
     EXPECT_TRUE(GetMenuState(options(), 0, MF_BYPOSITION) & MF_CHECKED);
 
-    SendMessageW(frame, WM_CLOSE, 0, 0);
-    EXPECT_FALSE(IsWindow(frame));
+    machine.messages.meanwhile = [&] {
+        SendMessageW(frame, WM_CLOSE, 0, 0);
+        EXPECT_TRUE(IsWindow(frame)) << "not under its own question";
+    };
+    external.Form()->Viewer().OpenDefault(archive.Document("vbs", "Script", "x"));
+    EXPECT_FALSE(machine.messages.shown.empty());
+    EXPECT_FALSE(IsWindow(frame)) << "but when that was answered";
     EXPECT_EQ(unloads, 1);
     EXPECT_FALSE(external.Form());
 }

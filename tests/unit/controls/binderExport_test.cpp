@@ -1,4 +1,6 @@
-// Documents that the host has copied out of the dossier: as they are, merged, and described.
+// Documents that the host has copied out of the dossier, as they are, merged, and described; pages
+// that become a document.
+#include "controls/viewer/external/ctrlExtViewer.h"
 #include "imaging/pdf/PdfDocument.h"
 #include "imaging/pdfium/Pdfium.h"
 #include "model/documentFile.h"
@@ -150,6 +152,38 @@ TEST_F(Export, AStopKeepsWhatWasCopiedAndMergesNothing) {
     machine.busy.onProgress = [&](int done) { machine.busy.stopAsked = done == 2; };
     const auto names = Out(true, false);
     EXPECT_EQ(names, (Names{"a.tif", "b.tif"}));
+}
+
+TEST_F(Binder, FilesPagesBesideTheDocumentThatTheyComeFrom) {
+    ASSERT_EQ(Open("key"), 0);
+    auto& tree = binder->treCorr();
+    const auto post = tree.AddTab("Post", Root());
+    ASSERT_EQ(binder->AddFiles({File("polis.tif", tests::SmallTiff("abc"))}, "", post->Id(), false,
+                               false),
+              0);
+    binder->SetShowExternalViewer(true);
+    tree.NodeSelected(post->ChildCollection()->Item(1)->Id());
+    tree.NodeSelected(Root()); // the window stays
+    bool done = false;
+    binder->ExtViewer().EvExportPages.Raise(machine.Path("polis.tif"), {2, 3}, done);
+    EXPECT_TRUE(done);
+    ASSERT_EQ(post->ChildCollection()->Count(), 2);
+    EXPECT_EQ(post->ChildCollection()->Item(2)->Description(), "polis (2, 3)");
+    EXPECT_EQ(tree.Tree()->Item()->ChildCollection()->Count(), 1) << "nothing lies beside it";
+}
+
+TEST_F(Binder, ExportsUnderNamesThatWindowsTakes) {
+    ASSERT_EQ(Open("key"), 0);
+    for (const char* const name : {"CON", "com1.oud", "brief. . ", "nulmeting"}) {
+        ASSERT_EQ(binder->AddFiles({File("a.txt")}, "", 0, false, true), 0);
+        binder->treCorr().Tree()->Item()->ChildCollection()->Items().back()->SetDescription(name);
+    }
+    machine.files.CreateDirectories(machine.Path("export\\brief.txt"));
+    EXPECT_EQ(binder->ExportFiles(machine.Path("export")), 4);
+    const auto names = machine.files.List(machine.Path("export"), "*", false);
+    EXPECT_EQ(names, (std::vector<std::string>{"brief (1).txt", "com1_.oud.txt", "CON_.txt",
+                                               "nulmeting.txt"}));
+    EXPECT_EQ(machine.files.ReadAll(machine.Path("export\\brief (1).txt")), "text");
 }
 
 } // namespace

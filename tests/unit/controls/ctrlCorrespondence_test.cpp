@@ -209,6 +209,16 @@ TEST_F(Binder, ShowsDocumentsElsewhereWhereTheWorkstationWantsThemThere) {
     EXPECT_EQ(binder->Viewer().Parts(), PartSet{Part::Elsewhere});
     external.EvNextDocumentRequest.Raise();
     EXPECT_EQ(external.Form()->Id(), documents[1]->Id()) << "the tree moved on";
+    ASSERT_TRUE(tree.RenameItem(documents[1]->Id(), "Nota"));
+    EXPECT_EQ(external.Form()->Viewer().Description(), "Nota");
+    EXPECT_EQ(binder->Viewer().Parts(), PartSet{Part::Elsewhere});
+    EXPECT_TRUE(external.CloseForm());
+    EXPECT_TRUE(binder->Viewer().Parts().Empty()) << "it is shown nowhere now";
+    const auto file = model::FindDocumentFile(machine, connection, *documents[0]).path;
+    machine.files.Rename(file, file + ".away");
+    tree.NodeSelected(documents[0]->Id());
+    EXPECT_TRUE(binder->Viewer().Parts().Empty()) << "nor there";
+    machine.files.Rename(file + ".away", file);
     tree.NodeSelected(Root());
     EXPECT_TRUE(external.Form()) << "it stays";
     option("ViewerSettings", "CloseViewerAfterSelect", true);
@@ -229,24 +239,6 @@ TEST_F(Binder, ShowsDocumentsElsewhereWhereTheWorkstationWantsThemThere) {
     EXPECT_TRUE(external.Form());
     EXPECT_EQ(binder->CloseObject(), 0);
     EXPECT_FALSE(external.Form());
-}
-
-TEST_F(Binder, FilesPagesBesideTheDocumentThatTheyComeFrom) {
-    ASSERT_EQ(Open("key"), 0);
-    auto& tree = binder->treCorr();
-    const auto post = tree.AddTab("Post", Root());
-    ASSERT_EQ(binder->AddFiles({File("polis.tif", tests::SmallTiff("abc"))}, "", post->Id(), false,
-                               false),
-              0);
-    binder->SetShowExternalViewer(true);
-    tree.NodeSelected(post->ChildCollection()->Item(1)->Id());
-    tree.NodeSelected(Root()); // the window stays
-    bool done = false;
-    binder->ExtViewer().EvExportPages.Raise(machine.Path("polis.tif"), {2, 3}, done);
-    EXPECT_TRUE(done);
-    ASSERT_EQ(post->ChildCollection()->Count(), 2);
-    EXPECT_EQ(post->ChildCollection()->Item(2)->Description(), "polis (2, 3)");
-    EXPECT_EQ(tree.Tree()->Item()->ChildCollection()->Count(), 1) << "nothing lies beside it";
 }
 
 TEST_F(Binder, ListsWhatWasPastedIntoTheShownFolder) {

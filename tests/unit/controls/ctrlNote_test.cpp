@@ -78,6 +78,17 @@ TEST_F(Note, OfThreeRecordsTheLastIsTheTextAndTheFileIsKeptBesideTheNewOne) {
     EXPECT_EQ(ReadNote(machine.files.ReadAll(path + " (1).old")).memo, "van een ander");
 }
 
+TEST_F(Note, WhatAFileDoesNotHoldStaysAsItWas) {
+    std::string headings;
+    for (const char* bytes : {"\"een\"\r\n\"tekst\"\r\n", "", "\"twee\"\r\n"}) {
+        File(bytes);
+        EXPECT_EQ(note.fncLoadMemo(path), 1);
+        EXPECT_EQ(note.Text(), "tekst");
+        headings += note.Heading() + " ";
+    }
+    EXPECT_EQ(headings, "een een twee ");
+}
+
 TEST_F(Note, AsksAndKeepsWhatItCannotReadOrWrite) {
     File("\"kop\"\r\n\"oud\"\r\n");
     note.fncLoadMemo(path);
@@ -94,7 +105,8 @@ TEST_F(Note, AsksAndKeepsWhatItCannotReadOrWrite) {
     EXPECT_TRUE(note.IsChanged()) << "it can be saved yet";
     EXPECT_EQ(note.fncLoadMemo(path), 0);
     machine.files.FailAt(0);
-    EXPECT_EQ(note.fncSaveMemo(false), -1) << "what was not read is not overwritten";
+    EXPECT_EQ(note.fncSaveMemo(false), -1);
+    EXPECT_EQ(note.LastError(), "12.nnt: niet gelezen en daarom niet overschreven");
     EXPECT_EQ(ReadNote(File()).memo, "oud");
     note.SetReadOnly(true);
     EXPECT_THROW(user.Type("txtMemo", "x"), std::logic_error);

@@ -90,8 +90,11 @@ TEST_F(Lists, ANoteIsSavedWhenItIsLeft) {
     EXPECT_FALSE(viewer.ShowList(folder)) << "it could not be saved, and stays";
     EXPECT_EQ(viewer.Item(), note);
     machine.files.FailAt(0);
+    EXPECT_EQ(LastMessage(), "-2147024784 " + platform::FileName(path) + ": de schijf is vol");
     EXPECT_TRUE(viewer.ShowList(folder));
     EXPECT_EQ(ReadNote(machine.files.ReadAll(path)).memo, "terugbellen");
+    EXPECT_TRUE(viewer.ShowItem(DocumentOf("nnt", "Kop", "\"kop\"\r\n")));
+    EXPECT_EQ(shown.Heading() + shown.Text(), "kop") << "nothing of the note before";
 
     database->Execute("update tblSettings set [Value] = 'X:\\weg\\' where SKey = 'DocumentPath'");
     machine.messages.shown.clear();

@@ -234,6 +234,7 @@ struct FakeFormWindow : ViewerFormWindow {
     void Close() override {
         if (form.MayClose()) form.Closed();
     }
+    void CloseWhenDue() override { form.CloseIfDue(); }
 };
 
 } // namespace
@@ -264,16 +265,33 @@ TEST_F(Views, TheExternalWindowIsMadeWhenNeededAndForgottenWhenItCloses) {
     EXPECT_EQ(external.Form()->Id(), script->Id());
     EXPECT_EQ(caption, "Document: Script") << "the window shows it too";
 
-    const auto menu = external.Form()->Menu();
     const auto option = [&] {
         return platform::GetRegSetting(machine, "Kavidex", "ViewerSetting", "AlwaysExternal", "-");
     };
-    for (const char* kept : {"True", "False"}) {
-        external.Form()->MenuChosen(menu[1]);
-        EXPECT_EQ(option(), kept);
+    for (const bool kept : {true, false}) {
+        platform::SaveRegFlag(machine, "ViewerSetting", "AlwaysExternal", kept); // by another
+        external.Form()->MenuChosen(external.Form()->Menu()[1]);
+        EXPECT_EQ(option(), kept ? "True" : "False") << "the mark of this window counts";
+        EXPECT_EQ(external.Form()->Menu()[1].checked, kept);
     }
-    external.Form()->MenuChosen(menu[2]);
+    external.Form()->MenuChosen(external.Form()->Menu()[2]);
     EXPECT_EQ(ReadViewerPlace(machine), (ViewerPlace{100, 200, 300, 400}));
+    bool closed = true;
+    machine.messages.meanwhile = [&] { closed = external.CloseForm(); };
+    external.Form()->Viewer().OpenDefault(script);
+    EXPECT_FALSE(closed) << "not within its question";
+    EXPECT_FALSE(external.Form()) << "but when that was answered";
+    EXPECT_EQ(unloads, 1);
+    external.Show();
+    machine.messages.meanwhile = [&] { // windows that were destroyed ask nobody
+        for (int i = 0; i < 2; ++i) {
+            external.Show();
+            external.Form()->Closed();
+        }
+    };
+    external.Form()->Viewer().OpenDefault(script);
+    EXPECT_EQ(unloads, 3);
+    ASSERT_TRUE(external.ShowItem(script));
 
     ctrlExtViewer second(machine);
     second.SetDbConnection(database);
@@ -281,7 +299,7 @@ TEST_F(Views, TheExternalWindowIsMadeWhenNeededAndForgottenWhenItCloses) {
     platform::SaveRegFlag(machine, "ViewerSettings", "CloseAll", true);
     EXPECT_TRUE(external.CloseForm());
     EXPECT_FALSE(external.Form() || second.Form()) << "all close together";
-    EXPECT_EQ(unloads, 1);
+    EXPECT_EQ(unloads, 4);
     external.Show();
     EXPECT_TRUE(there);
 }

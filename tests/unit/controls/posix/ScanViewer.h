@@ -85,6 +85,14 @@ protected:
         canvas.PointerMoved(toX, toY);
         canvas.PointerUp(toX, toY);
     }
+    void Mark() { // a rectangle on the page shown
+        viewer.SetAnnotationsPopupShown(true);
+        Pages().SetToolboxShown(true);
+        window.Settle();
+        Pages().Toolbox().ButtonClicked("HollowRectangle");
+        const auto& room = Pages().Canvas().Geometry();
+        Drag(room.OriginX() + 20, room.OriginY() + 20, room.OriginX() + 90, room.OriginY() + 60);
+    }
 
     std::shared_ptr<model::clsTree> tree = NewTree();
     ctlViewer viewer{machine};

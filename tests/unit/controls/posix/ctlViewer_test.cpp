@@ -213,20 +213,27 @@ TEST_F(Viewer, OverwritesNothingThatAnotherWroteMeanwhile) {
 
 TEST_F(Viewer, LosesNoChangeToAFailingDisk) {
     Show(2);
-    viewer.ButtonClicked("Rotate180");
+    viewer.SetNextPage();
+    Mark();
     const auto before = machine.files.ReadAll(path);
-    for (int n = 1; n < 80; ++n) {
+    bool last = false;
+    for (int n = 1; !last; ++n) {
         machine.files.FailAt(n, platform::errors::diskFull, true);
-        machine.messages.answers = {Answer::No};
-        const bool saved = viewer.SaveImage();
+        machine.messages.answers = {n % 2 ? Answer::No : Answer::Cancel};
+        // A question that went with its window is not answered.
+        EXPECT_FALSE(n % 2 ? viewer.SaveImage() : viewer.CloseImage()) << n;
+        ASSERT_GE(machine.files.calls.size(), static_cast<std::size_t>(n));
+        last = machine.files.calls[static_cast<std::size_t>(n - 1)].starts_with("PutInPlace");
         machine.files.FailAt(0);
-        if (saved) break;
-        ASSERT_LT(n, 79);
         EXPECT_TRUE(machine.files.ReadAll(path) == before) << n;
         EXPECT_NE(Told().find("niet opgeslagen"), std::string::npos) << n;
-        machine.messages.answers.clear();
+        ASSERT_TRUE(viewer.Item());
     }
-    EXPECT_GT(FirstBlackRow(1), 700U) << "tried again it is there";
+    imaging::DeletePages(machine.files, path, {1});
+    machine.messages.answers = {Answer::No};
+    EXPECT_TRUE(viewer.SaveImage()) << Told() << "its page has another place now";
+    EXPECT_EQ(Stored().Count(), 1);
+    EXPECT_TRUE(Stored().Facts(1).hasMarks);
 }
 
 TEST_F(Viewer, OffersWhatTheRightsAllow) {
@@ -250,7 +257,13 @@ TEST_F(Viewer, OffersWhatTheRightsAllow) {
     viewer.SetUserAuth(editor);
     EXPECT_TRUE(window.Button("Rotate90L").enabled);
     EXPECT_FALSE(window.Button("Annotations").enabled);
-    EXPECT_FALSE(window.Button("Annotations").pressed);
+    EXPECT_TRUE(window.Button("Print").enabled) << "it takes a printer only";
+    Mark();
+    EXPECT_FALSE(window.Button("Annotations").pressed) << "made, and not seen";
+    for (const auto& item : Pages().Toolbox().Toolbar())
+        EXPECT_FALSE(item.name == "Select" && item.enabled);
+    EXPECT_TRUE(viewer.SaveImage());
+    EXPECT_TRUE(Stored().Facts(1).hasMarks);
 }
 
 } // namespace

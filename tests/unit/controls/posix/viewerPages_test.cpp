@@ -78,12 +78,35 @@ TEST_F(ViewerPages, ExportedPagesLeaveTheirOwnDocumentAlone) {
     Pages().SetThumbsShown(true);
     Pages().Thumbs().Clicked(2, false, false);
     const auto token = viewer.ExportPages.Subscribe([&](const std::string&, const auto&, bool&) {
-        EXPECT_TRUE(viewer.ShowItem(other)) << "the new document of the pages is selected";
+        EXPECT_FALSE(viewer.ShowItem(other)) << "the new document of the pages has to wait";
     });
     viewer.MenuChosen({"mnuExportPages", 0, {}});
     EXPECT_EQ(Numbers(), "134");
     EXPECT_EQ(viewer.Item(), other) << "shown when it was settled";
     EXPECT_EQ(imaging::CountPages(machine.files, otherPath), 4);
+}
+
+TEST_F(ViewerPages, WhatAHostShowsOnHearingOfAPageIsNotTakenForTheDocumentBefore) {
+    const auto source = Scan("scan", 3);
+    const auto other = File(source);
+    const auto otherPath = path, untouched = machine.files.ReadAll(path);
+    for (const char* command : {"mnuMoveUp", "mnuExportPages", "mnuDeletePages"}) {
+        ASSERT_TRUE(viewer.ShowItem(File(source)));
+        Pages().SetThumbsShown(true);
+        viewer.ButtonClicked("Rotate180");
+        Pages().Thumbs().Clicked(3, false, false);
+        bool heard = false;
+        auto token = viewer.EvImageSelected.Subscribe([&](std::int32_t) {
+            if (!std::exchange(heard, true)) viewer.ShowItem(other);
+        });
+        viewer.MenuChosen({command, 0, {}});
+        token.reset();
+        EXPECT_EQ(viewer.Item(), other);
+        EXPECT_EQ(Pages().Thumbs().Selected(), std::set<int>{1}) << command;
+        EXPECT_TRUE(machine.files.ReadAll(otherPath) == untouched) << command;
+        EXPECT_EQ(Stored().Count(), command == std::string("mnuMoveUp") ? 3 : 2) << command;
+    }
+    EXPECT_EQ(exported, std::vector<int>{3});
 }
 
 TEST_F(ViewerPages, NothingBeginsOnPagesThatAreBeingExported) {
@@ -133,13 +156,17 @@ TEST_F(ViewerPages, MarksThatCannotBeKeptAreTold) {
     viewer.ButtonClicked("Toolbox");
     window.Settle();
     Pages().Toolbox().ButtonClicked("Text");
-    window.forms.users = {[](FormUser& user) {
-        user.Type("txtText", "\xE6\xBC\xA2 \xD0\xB6 \xD7\xA9");
-        user.Click("btnOk");
-    }};
+    const char* const mixed = "\xE6\xBC\xA2 \xD0\xB6 \xD7\xA9";
+    std::string again;
+    window.forms.users = {[&](FormUser& user) {
+                              user.Type("txtText", mixed);
+                              user.Click("btnOk");
+                          },
+                          [&](FormUser& user) { again = user.Text("txtText"); }};
     const auto& room = Pages().Canvas().Geometry();
     Drag(room.OriginX() + 20, room.OriginY() + 20, room.OriginX() + 90, room.OriginY() + 60);
     EXPECT_NE(Told().find("mixes scripts"), std::string::npos);
+    EXPECT_EQ(again, mixed) << "nothing that was typed is lost";
     EXPECT_TRUE(viewer.SaveImage());
     EXPECT_FALSE(Stored().Facts(1).hasMarks);
 

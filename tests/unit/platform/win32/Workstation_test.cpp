@@ -165,6 +165,24 @@ TEST(BusyDialog, PumpingHandlesWhatIsPostedAndLeavesTheEndOfTheHostToTheHost) {
     SetOwner(nullptr);
 }
 
+TEST(Owner, IsTheHostBeforeWhereTheLastOneIsGone) {
+    const auto make = [] {
+        return CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPED, 0, 0, 100, 100, nullptr,
+                               nullptr, OwnModule(), nullptr);
+    };
+    const HWND one = make(), two = make();
+    SetHost(one);
+    SetHost(two);
+    EXPECT_EQ(Owner(), two);
+    DropHost(two);
+    EXPECT_EQ(Owner(), one);
+    SetHost(two);
+    DestroyWindow(two);
+    EXPECT_EQ(Owner(), one);
+    DestroyWindow(one);
+    EXPECT_EQ(Owner(), nullptr);
+}
+
 TEST(Shell, AFileThatIsNotThereIsAClearError) {
     EXPECT_THROW(TheWorkstation().shell.OpenDefault("C:\\nergens\\niets.kvx"), Error);
     EXPECT_THROW(TheWorkstation().shell.PrintDefault("C:\\nergens\\niets.kvx"), Error);
