@@ -258,20 +258,6 @@ TEST_F(Binder, ListsWhatWasPastedIntoTheShownFolder) {
     EXPECT_EQ(list.Text(0, 0), "brief");
 }
 
-TEST_F(Binder, ExportsUnderNamesThatWindowsTakes) {
-    ASSERT_EQ(Open("key"), 0);
-    for (const char* const name : {"CON", "com1.oud", "brief. . ", "nulmeting"}) {
-        ASSERT_EQ(binder->AddFiles({File("a.txt")}, "", 0, false, true), 0);
-        binder->treCorr().Tree()->Item()->ChildCollection()->Items().back()->SetDescription(name);
-    }
-    machine.files.CreateDirectories(machine.Path("export\\brief.txt"));
-    EXPECT_EQ(binder->ExportFiles(machine.Path("export")), 4);
-    const auto names = machine.files.List(machine.Path("export"), "*", false);
-    EXPECT_EQ(names, (std::vector<std::string>{"brief (1).txt", "com1_.oud.txt", "CON_.txt",
-                                               "nulmeting.txt"}));
-    EXPECT_EQ(machine.files.ReadAll(machine.Path("export\\brief (1).txt")), "text");
-}
-
 TEST_F(Binder, SavesAndRestoresItsStateWithTheSpellingsOfOldHosts) {
     binder->SetExternalId("abc");
     EXPECT_EQ(tests::NumberOf([&] { binder->SetExternalId(std::string(256, 'k')); }),
