@@ -33,7 +33,8 @@ void CALLBACK NextStep(HWND, UINT, UINT_PTR, DWORD) {
 
 std::string NameOf(HWND window) {
     platform::win32::ComPtr<IAccessible> object;
-    if (FAILED(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible,
+    if (FAILED(AccessibleObjectFromWindow(window, static_cast<DWORD>(OBJID_CLIENT),
+                                          __uuidof(IAccessible),
                                           reinterpret_cast<void**>(object.Put()))))
         return "no object";
     VARIANT self{};
