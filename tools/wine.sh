@@ -6,7 +6,7 @@
 #   tools/wine.sh shot FILE    saves a picture of the screen
 #   tools/wine.sh stop         stops what was started here
 # The prefix is one of 32 bits; KAVIDEX_BITS=64 takes another beside it, for programs of both widths.
-# KAVIDEX_WINE_SECONDS limits one run (default 300). With DISPLAY set and KAVIDEX_USE_DISPLAY=1 the
+# KAVIDEX_WINE_SECONDS limits one run (default 600). With DISPLAY set and KAVIDEX_USE_DISPLAY=1 the
 # programs appear on that screen.
 set -euo pipefail
 here=$(cd "$(dirname "$0")/.." && pwd)
@@ -66,7 +66,7 @@ case ${1:-} in
   up) up ;;
   env) up; printf 'export LC_CTYPE=C.UTF-8 DISPLAY=%q WINEPREFIX=%q WINEARCH=%q WINEDEBUG=%q WINEDLLOVERRIDES=%q LD_LIBRARY_PATH=%q\n' \
          "$DISPLAY" "$WINEPREFIX" "$WINEARCH" "$WINEDEBUG" "$WINEDLLOVERRIDES" "$LD_LIBRARY_PATH" ;;
-  run) shift; up; exec timeout --kill-after=10 "${KAVIDEX_WINE_SECONDS:-300}" $wine "$@" 9>&- ;;
+  run) shift; up; exec timeout --kill-after=10 "${KAVIDEX_WINE_SECONDS:-600}" $wine "$@" 9>&- ;;
   shot) up; import-im6 -window root "$2" ;;
   stop)
     if [ -d "$WINEPREFIX" ]; then wineserver -k 2>/dev/null || true; fi
