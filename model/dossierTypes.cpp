@@ -152,13 +152,17 @@ std::vector<std::string> ChecklistKeys(const Store& store, std::string_view doss
     return keys;
 }
 
+// What the narrowest column of an upgraded database holds.
+constexpr std::size_t keptKey = 50;
+
 // A kept folder stands under its type's number with a minus sign and has its list's key for a type.
 void RemoveDossierType(const Store& store, const DossierType& type) {
     const auto keys = ChecklistKeys(store, type.name);
     for (const auto& tab : TabsOfType(store, type.id)) {
         const auto key = ChecklistKey(type.name, TabTypeOf(tab));
-        if (std::any_of(keys.begin(), keys.end(),
-                        [&](const auto& known) { return platform::EqualNoCase(known, key); }))
+        if (key.size() <= keptKey && std::any_of(keys.begin(), keys.end(), [&](const auto& known) {
+                return platform::EqualNoCase(known, key);
+            }))
             store.Write("Update tblDossierTabs set DossierTypeId = " + Number(-type.id) +
                         ", TabType = " + data::SqlValue(key) + " where TabId = " + Number(tab.id));
     }

@@ -104,7 +104,9 @@ bool AdminControl::Save() {
         Tell("U heeft geen bevoegdheid om dit te wijzigen");
         return false;
     }
-    if (!MaySave() || !Written([this](const model::Store& store) { Write(store); })) return false;
+    // The host may have had it read again while that was asked.
+    if (!MaySave() || !lclChanged || !Written([this](const model::Store& store) { Write(store); }))
+        return false;
     Undo();
     EvSaved.Raise();
     return true;

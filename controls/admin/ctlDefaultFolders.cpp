@@ -297,8 +297,10 @@ void ctlDefaultFolders::RemoveType() {
     if (!Written([&](const model::Store& store) {
             HoldUnchanged(store);
             model::RemoveDossierType(store, lclType);
-        }))
+        })) {
+        if (!IsChanged()) Undo(); // as it is by now, it may be deleted
         return;
+    }
     lclType = {};
     Undo();
     EvSaved.Raise();

@@ -85,8 +85,9 @@ void ctlRights::Write(const model::Store& store) {
         return found == now.end() ? nullptr : &*found;
     };
     const auto written = [&](std::int32_t id) -> const Holder* {
-        const auto* holder = Find(id);
-        return holder ? &lclToWrite[static_cast<std::size_t>(holder - lclHolders.data())] : nullptr;
+        const auto found = std::find_if(lclToWrite.begin(), lclToWrite.end(),
+                                        [&](const Holder& h) { return h.id == id; });
+        return found == lclToWrite.end() ? nullptr : &*found;
     };
     const auto unchanged = [&](const Holder& before) {
         const auto* there = stored(before.id);

@@ -236,8 +236,11 @@ bool ctrlCorrespondence::ShowElsewhere(const std::shared_ptr<model::clsItem>& do
                         (lclExtViewer->Form() && option("AlwaysExternal"));
     if (!window) return false;
     // First what is shown here is left: it may be the same document.
-    lclViewer->ShowElsewhere(document, inWindow,
-                             [this, document] { return lclExtViewer->ShowItem(document); });
+    lclViewer->ShowElsewhere(document, inWindow, [this, document] {
+        const bool shown = lclExtViewer->ShowItem(document);
+        auto* const form = lclExtViewer->Form(); // it may have a question up, and show it then
+        return shown || (form && form->Viewer().Waits());
+    });
     return true;
 }
 

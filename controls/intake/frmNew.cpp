@@ -215,10 +215,11 @@ void frmNew::Open(std::int32_t id) {
     folder.read = true;
     const auto path = folder.path;
     try {
-        for (const auto& name : lclWorkstation.files.List(path, "*", true)) {
-            const auto below = platform::JoinPath(path, name);
-            if (lclWorkstation.files.DirectoryExists(below)) AddFolder(id, below, name);
-        }
+        auto names = lclWorkstation.files.List(path, "*", true);
+        std::erase_if(names, [&](const std::string& name) {
+            return !lclWorkstation.files.DirectoryExists(platform::JoinPath(path, name));
+        });
+        for (const auto& name : names) AddFolder(id, platform::JoinPath(path, name), name);
         if (lclForm["lblProblem"].Visible() && lclForm["treMap"].Selected() == id) ShowFiles();
     } catch (const std::exception& error) {
         lclWorkstation.log.Write("frmNew", error.what());

@@ -331,11 +331,13 @@ private:
     bool MayPaste(std::int32_t folder) const;
     void Paste();
     bool PasteCopies(ctrlTree& source, std::int32_t folder);
-    // The items that could not be copied; null: the user stopped it, or left the dossier.
-    std::optional<std::vector<std::string>> CopyTaken(const Taken& taken,
-                                                      const data::ConnectionPtr& from,
-                                                      std::optional<std::string> key,
-                                                      std::int32_t folder);
+    struct Copied {
+        int made = 0;
+        std::vector<std::string> failed; // the items that could not be copied
+        bool ended = false;              // the user stopped it, or left the dossier
+    };
+    Copied CopyTaken(const Taken& taken, const data::ConnectionPtr& from,
+                     std::optional<std::string> key, std::int32_t folder);
     void DeleteCopied(ctrlTree& source, const Taken& taken);
     std::vector<Taken::Item> ItemsBelow(const std::vector<std::int32_t>& ids) const;
     bool RereadCut(); // what was cut as it stands by now; false: it could not be read

@@ -160,15 +160,14 @@ bool ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
     std::optional<std::string> key;
     if (lclDossierKey) key = lclDossierKey();
     if (&source == this && key && key->empty()) key.reset();
-    const auto failed = CopyTaken(taken, source.lclConnection, std::move(key), folder);
-    if (!failed && !here()) return false;
-    const bool whole = failed && failed->empty();
-    const bool some = !failed || failed->size() < taken.items.size();
-    // Pasted again, all that stands here by now would come twice.
+    const auto copied = CopyTaken(taken, source.lclConnection, std::move(key), folder);
+    const bool some = copied.made > 0, whole = !copied.ended && copied.failed.empty();
+    // Pasted again, all that stands there by now would come twice.
     const bool ends =
         taken.cut && lclTaker == &source && source.lclTaken.token == taken.token && (whole || some);
     if (ends) source.ForgetTaken();
-    std::string told = failed && !whole ? NotCopied(*failed) : std::string();
+    if (!here()) return false;
+    std::string told = copied.failed.empty() ? std::string() : NotCopied(copied.failed);
     if (taken.cut && !whole && some)
         told += (told.empty() ? "" : "\r\n\r\n") +
                 Text("Niet alles is geplakt. Wat geknipt was, staat ook nog op de oude plaats");
@@ -177,10 +176,8 @@ bool ctrlTree::PasteCopies(ctrlTree& source, std::int32_t folder) {
     return some;
 }
 
-std::optional<std::vector<std::string>> ctrlTree::CopyTaken(const Taken& taken,
-                                                            const data::ConnectionPtr& from,
-                                                            std::optional<std::string> key,
-                                                            std::int32_t folder) {
+ctrlTree::Copied ctrlTree::CopyTaken(const Taken& taken, const data::ConnectionPtr& from,
+                                     std::optional<std::string> key, std::int32_t folder) {
     Operation operation(*lclLock);
     if (!operation)
         throw platform::Error(platform::errors::fail, Text("Er loopt nog een andere bewerking"));
@@ -191,11 +188,12 @@ std::optional<std::vector<std::string>> ctrlTree::CopyTaken(const Taken& taken,
     std::shared_ptr<model::clsTree> tree; // a host that hears of a copy may load it again
     std::optional<ItemCopier> copier;
     std::unordered_map<std::int32_t, std::int32_t> folders{{0, folder}};
-    std::vector<std::string> failed;
+    Copied copied;
     int done = 0;
     for (const auto& [item, parent] : taken.items) {
-        if (!operation.Step(done++, static_cast<int>(taken.items.size())) || !here() || !lclTree)
-            return std::nullopt;
+        copied.ended =
+            !operation.Step(done++, static_cast<int>(taken.items.size())) || !here() || !lclTree;
+        if (copied.ended) return copied;
         if (tree != lclTree) copier.emplace(lclWorkstation, from, *(tree = lclTree), key);
         const auto into = folders.find(parent);
         if (into == folders.end()) continue; // below a folder that was not copied
@@ -203,14 +201,16 @@ std::optional<std::vector<std::string>> ctrlTree::CopyTaken(const Taken& taken,
             if (!MayCopyHere(*item))
                 throw platform::Error(platform::errors::accessDenied, "It may not be made here.");
             const auto copy = copier->Copy(*item, into->second, taken.cut);
+            ++copied.made;
             if (item->AllowChildren()) folders.emplace(item->Id(), copy->Id());
             AddItem(copy, into->second, false);
         } catch (const std::exception& error) {
             lclWorkstation.log.Write("ctrlTree", item->Description() + ": " + error.what());
-            failed.push_back(item->Description());
+            copied.failed.push_back(item->Description());
         }
     }
-    return here() ? std::optional(std::move(failed)) : std::nullopt;
+    copied.ended = !here();
+    return copied;
 }
 
 // Deletes what was cut in the other tree. What someone put there since was not copied: it stays,

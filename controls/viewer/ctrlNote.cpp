@@ -123,6 +123,7 @@ void ctrlNote::Expect(std::string_view path) {
 
 std::int16_t ctrlNote::fncCreateNew(std::string_view path) {
     lclError.clear();
+    lclErrorNumber = platform::errors::fail;
     Expect(path);
     SetMemo("");
     const auto now = lclWorkstation.clock.Now();
@@ -134,6 +135,7 @@ std::int16_t ctrlNote::fncCreateNew(std::string_view path) {
 
 std::int16_t ctrlNote::fncLoadMemo(std::string_view path) {
     lclError.clear();
+    lclErrorNumber = platform::errors::fail;
     Expect(path);
     try {
         auto& files = lclWorkstation.files;
@@ -159,6 +161,7 @@ std::int16_t ctrlNote::fncLoadMemo(std::string_view path) {
 
 std::int16_t ctrlNote::fncSaveMemo(bool ask) {
     lclError.clear();
+    lclErrorNumber = platform::errors::fail;
     if (!IsChanged()) return 0;
     if (ask) {
         platform::Message question;

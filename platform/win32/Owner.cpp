@@ -7,8 +7,10 @@ namespace kavidex::platform::win32 {
 
 namespace {
 
-HWND owner = nullptr;
-std::vector<HWND> hosts; // the latest last
+// Of this thread's controls: a host may have some on each of several.
+thread_local HWND owner = nullptr;
+thread_local std::vector<HWND> hosts; // the latest last
+const int inThisModule = 0;
 
 HWND TopOf(HWND window) {
     return window && IsWindow(window) ? GetAncestor(window, GA_ROOT) : nullptr;
@@ -40,7 +42,7 @@ HINSTANCE OwnModule() {
     HMODULE module = nullptr;
     GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS |
                            GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCWSTR>(&owner), &module);
+                       reinterpret_cast<LPCWSTR>(&inThisModule), &module);
     return module;
 }
 

@@ -122,8 +122,7 @@ void ToolbarWindow::ShowButtons() {
         const auto &now = lclItems[i], &old = before[i];
         if (now == old) continue;
         measures = measures || now.visible != old.visible;
-        if (StateOf(now) != StateOf(old))
-            SendMessageW(lclWindow, TB_SETSTATE, firstCommand + i, StateOf(now));
+        if (StateOf(now) != StateOf(old)) WriteState(firstCommand + static_cast<int>(i), now);
         if (now.tooltip == old.tooltip || now.tooltip.empty()) continue;
         measures = true;
         lclTooltips[i] = platform::win32::ToWide(now.tooltip);
@@ -135,6 +134,13 @@ void ToolbarWindow::ShowButtons() {
                      reinterpret_cast<LPARAM>(&info));
     }
     if (measures) Measure();
+}
+
+// That it ends a row is the toolbar's own.
+void ToolbarWindow::WriteState(int command, const ToolbarItem& item) {
+    const auto id = static_cast<WPARAM>(command);
+    const auto ends = SendMessageW(lclWindow, TB_GETSTATE, id, 0) & TBSTATE_WRAP;
+    SendMessageW(lclWindow, TB_SETSTATE, id, StateOf(item) | ends);
 }
 
 int ToolbarWindow::Height() const {
@@ -216,8 +222,7 @@ void ToolbarWindow::Command(int id) {
     if (clicked.kind != CommandKind::Toggle || !lclWindow) return;
     ShowButtons();
     // As its state is, not as the click left it.
-    if (const auto* shown = ItemOf(id))
-        SendMessageW(lclWindow, TB_SETSTATE, static_cast<WPARAM>(id), StateOf(*shown));
+    if (const auto* shown = ItemOf(id)) WriteState(id, *shown);
 }
 
 void ToolbarWindow::Drop(int id) {

@@ -47,6 +47,7 @@ private:
                                       DWORD_PTR self);
     LRESULT Handle(UINT message, WPARAM w, LPARAM l);
     bool Key(WPARAM key);
+    void WriteState(int command, const ToolbarItem& item);
     void Measure();    // after what may change its height
     void Drop(int id); // opens what the button owns
     void MoveHot(int step);

@@ -242,7 +242,9 @@ void ImageView::SetToolboxShown(bool shown) {
 
 void ImageView::ShowMarks() {
     if (!lclDocument || !lclCanvas.HasPage()) return;
-    if (!MayUseToolbox()) Editor().SetTool(MarkTool::None);
+    // Marks that may not be seen are not chosen among either.
+    const bool chooses = Editor().Tool() == MarkTool::Select;
+    if (!MayUseToolbox() || (chooses && !MarksShown())) Editor().SetTool(MarkTool::None);
     const imaging::annotations::Annotations* marks = nullptr;
     try {
         if (MarksShown()) marks = &lclDocument->Marks(lclPage);

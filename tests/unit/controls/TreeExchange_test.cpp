@@ -139,6 +139,23 @@ TEST_F(TreeExchange, WhatIsCutIsDimUntilItIsPastedOrSomethingElseIsTaken) {
     EXPECT_EQ(pasted, 1);
 }
 
+TEST_F(TreeExchange, WhatNoneOfWasPastedIsStillCut) {
+    int pasted = 0;
+    const auto token = other.EvItemPaste.Subscribe([&] { ++pasted; });
+    other.SetAllowCreateFolders(false);
+    Take('X', mail);
+    PasteInto(other, inbox);
+    EXPECT_EQ(pasted, 0);
+    EXPECT_EQ(Told().find("Niet alles is geplakt"), std::string::npos);
+    EXPECT_TRUE(window.At(mail).cut);
+    other.SetAllowCreateFolders(true);
+    const auto left =
+        other.EvItemCreated.Subscribe([&](const TreeItemInfo&) { other.SetTreeId(0); });
+    PasteInto(other, inbox);
+    EXPECT_FALSE(window.At(mail).cut) << "some of it stands there by now";
+    EXPECT_TRUE(tree.GetNode(mail));
+}
+
 TEST_F(TreeExchange, ACutNoteWhoseFileIsMissingStays) {
     tree.NodeSelected(mail);
     tree.ChooseMenu({"mnuNew", 1, {}}); // nothing written in it yet, or its file lost
