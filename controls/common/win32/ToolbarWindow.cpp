@@ -59,7 +59,10 @@ HWND ToolbarWindow::Create(HWND parent, int id) {
     // The texts of the buttons stay unseen; screen readers read them.
     SendMessageW(lclWindow, TB_SETEXTENDEDSTYLE, 0,
                  TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DRAWDDARROWS | TBSTYLE_EX_DOUBLEBUFFER);
-    SetWindowSubclass(lclWindow, Procedure, 1, reinterpret_cast<DWORD_PTR>(this));
+    // Not by SetWindowSubclass, which looks its list up twice for each of a toolbar's many messages.
+    SetWindowLongPtrW(lclWindow, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
+    lclOwnProcedure = reinterpret_cast<WNDPROC>(
+        SetWindowLongPtrW(lclWindow, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Procedure)));
     return lclWindow;
 }
 
@@ -262,31 +265,30 @@ LRESULT ToolbarWindow::Notified(NMHDR& header) {
     }
 }
 
-LRESULT CALLBACK ToolbarWindow::Procedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR,
-                                          DWORD_PTR self) {
+LRESULT CALLBACK ToolbarWindow::Procedure(HWND window, UINT message, WPARAM w, LPARAM l) {
     const platform::win32::OwnCall call;
-    if (message == WM_NCDESTROY)
-        RemoveWindowSubclass(window, Procedure, 1);
-    else
-        return reinterpret_cast<ToolbarWindow*>(self)->Handle(message, w, l);
-    return DefSubclassProc(window, message, w, l);
+    auto* const self = reinterpret_cast<ToolbarWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (message != WM_NCDESTROY) return self->Handle(window, message, w, l);
+    const auto own = self->lclOwnProcedure;
+    SetWindowLongPtrW(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(own));
+    return CallWindowProcW(own, window, message, w, l);
 }
 
-LRESULT ToolbarWindow::Handle(UINT message, WPARAM w, LPARAM l) {
+LRESULT ToolbarWindow::Handle(HWND window, UINT message, WPARAM w, LPARAM l) {
     switch (message) {
     case WM_KEYDOWN:
         if (Key(w)) return 0;
         break;
     case WM_CHAR: return 0; // the keys above are all it knows
     case WM_SETFOCUS:
-        DefSubclassProc(lclWindow, message, w, l);
+        CallWindowProcW(lclOwnProcedure, window, message, w, l);
         SendMessageW(lclWindow, TB_SETHOTITEM, static_cast<WPARAM>(NextEnabled(-1, 1)), 0);
         return 0;
     case WM_KILLFOCUS: SendMessageW(lclWindow, TB_SETHOTITEM, static_cast<WPARAM>(-1), 0); break;
     case WM_GETDLGCODE: return DLGC_WANTARROWS;
     default: break;
     }
-    return DefSubclassProc(lclWindow, message, w, l);
+    return CallWindowProcW(lclOwnProcedure, window, message, w, l);
 }
 
 void ToolbarWindow::Draw(HDC device, const RECT& place, int dpi,

@@ -43,9 +43,8 @@ public:
     static void Draw(HDC device, const RECT& place, int dpi, const std::vector<ToolbarItem>& items);
 
 private:
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l, UINT_PTR id,
-                                      DWORD_PTR self);
-    LRESULT Handle(UINT message, WPARAM w, LPARAM l);
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM w, LPARAM l);
+    LRESULT Handle(HWND window, UINT message, WPARAM w, LPARAM l);
     bool Key(WPARAM key);
     void WriteState(int command, const ToolbarItem& item);
     void Measure();    // after what may change its height
@@ -58,6 +57,7 @@ private:
 
     ToolbarSource& lclSource;
     HWND lclWindow = nullptr;
+    WNDPROC lclOwnProcedure = nullptr; // the toolbar's, below ours
     std::shared_ptr<SharedPictures> lclImages;
     int lclDpi = 96;
     bool lclFilled = false;
