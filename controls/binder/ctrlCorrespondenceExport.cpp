@@ -11,6 +11,7 @@
 #include "platform/Clock.h"
 #include "platform/Files.h"
 #include "platform/Messages.h"
+#include "platform/TemporaryFolder.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
 
@@ -55,8 +56,8 @@ std::int32_t ctrlCorrespondence::ExportFiles(std::string_view prmDirectory) {
         const auto copied =
             CopyOut(lclWorkstation, DbConnection(), lclLock, TranslationBy(lclTranslator),
                     lclTree->AllItems(), prmDirectory);
-        result = copied.failed.empty() ? static_cast<std::int32_t>(copied.files.size())
-                                       : -static_cast<std::int32_t>(copied.failed.size());
+        const auto missing = static_cast<std::int32_t>(copied.failed.size() + copied.left);
+        result = missing == 0 ? static_cast<std::int32_t>(copied.files.size()) : -missing;
         TellNotExported(copied.failed);
     });
     return result;
@@ -87,6 +88,7 @@ std::vector<std::string> ctrlCorrespondence::ExportSelectedFiles(bool Merge,
                                            TranslationBy(lclTranslator), order, folder)
                                 : CopyOut(lclWorkstation, DbConnection(), lclLock,
                                           TranslationBy(lclTranslator), order.documents, folder);
+        if (copied.left > 0) return platform::RemoveTemporaryFolder(lclWorkstation, folder);
         copies = copied.files;
         TellNotExported(copied.failed);
     });

@@ -7,8 +7,8 @@
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
+#include "platform/TemporaryFolder.h"
 #include "platform/Workstation.h"
-#include "platform/modCreateGuid.h"
 #include "platform/text.h"
 
 namespace kavidex::controls {
@@ -83,9 +83,14 @@ CopyOut(const platform::Workstation& workstation, const data::ConnectionPtr& con
     const auto caption = data::Translated(translation, "Documenten exporteren");
     const auto stop = data::Translated(translation, "Annuleren");
     operation.Show(caption, "", stop);
-    int done = 0;
-    for (const auto& item : items) {
-        if (!operation.Step(done++, static_cast<int>(items.size()))) break; // the user stops it
+    for (std::size_t done = 0; done < items.size(); ++done) {
+        const auto& item = items[done];
+        if (!operation.Step(static_cast<int>(done), static_cast<int>(items.size()))) {
+            copied.left = static_cast<std::size_t>(
+                std::count_if(items.begin() + static_cast<std::ptrdiff_t>(done), items.end(),
+                              [](const auto& one) { return !one->AllowChildren(); }));
+            break;
+        }
         if (!item->AllowChildren()) operation.Show(caption, item->Description());
         try {
             const auto target = documents.CopyInto(folder, *item);
@@ -97,18 +102,12 @@ CopyOut(const platform::Workstation& workstation, const data::ConnectionPtr& con
             copied.failed.push_back(item->Description());
         }
     }
-    copied.stopped = operation.Stopped();
     return copied;
 }
 
 std::string MakeCopyFolder(const platform::Workstation& workstation) {
-    std::string guid;
-    if (platform::CreateGuid(workstation, guid) != 0)
-        throw platform::Error(platform::errors::fail, "No name for the folder of the export");
-    const auto folder =
-        workstation.files.TemporaryFolder() + "Kavidex-" + guid.substr(1, guid.size() - 2);
-    workstation.files.CreateDirectories(folder);
-    return folder;
+    constexpr int days = 7; // that whoever asked for the copies may take
+    return platform::MakeTemporaryFolder(workstation, "Export", days);
 }
 
 } // namespace kavidex::controls

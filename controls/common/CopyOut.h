@@ -47,7 +47,7 @@ private:
 struct CopiedOut {
     std::vector<std::string> files;  // full paths of the copies
     std::vector<std::string> failed; // descriptions of those left out; the log tells why
-    bool stopped = false;            // by the user
+    std::size_t left = 0;            // documents that were not tried, since the user stopped it
 };
 
 // Folders and notes in which nothing was written have no file. The busy dialog lets the user stop:
@@ -59,7 +59,8 @@ CopyOut(const platform::Workstation& workstation, const data::ConnectionPtr& con
         std::span<const std::shared_ptr<model::clsItem>> items, std::string_view folder,
         const std::function<void(const model::clsItem&, const std::string& path)>& copied = {});
 
-// A fresh folder for such copies among the user's temporary files. Throws platform::Error.
+// A fresh folder for such copies among the user's temporary files, where those of more than a week
+// ago are removed. Throws platform::Error.
 std::string MakeCopyFolder(const platform::Workstation& workstation);
 
 } // namespace kavidex::controls

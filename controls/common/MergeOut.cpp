@@ -231,7 +231,7 @@ CopiedOut MergeOut(const platform::Workstation& workstation, const data::Connect
     auto copied = CopyOut(
         workstation, connection, lock, translation, order.documents, folder,
         [&](const model::clsItem& item, const std::string& path) { merging.Take(item, path); });
-    if (copied.files.empty() || copied.stopped) return copied;
+    if (copied.files.empty() || copied.left > 0) return copied;
     try {
         Operation operation(lock);
         operation.Show(data::Translated(translation, "Documenten exporteren"), order.title);

@@ -9,7 +9,6 @@
 #include "controls/viewer/NoteFile.h"
 #include "mail/Attachments.h"
 #include "mail/MailClient.h"
-#include "mail/MailFolder.h"
 #include "mail/MailSettings.h"
 #include "mail/SendByAutomation.h"
 #include "mail/SimpleMail.h"
@@ -21,6 +20,7 @@
 #include "platform/Log.h"
 #include "platform/Messages.h"
 #include "platform/Shell.h"
+#include "platform/TemporaryFolder.h"
 #include "platform/Workstation.h"
 
 namespace kavidex::controls {
@@ -33,7 +33,7 @@ public:
     Mailing(const platform::Workstation& workstation, mail::MailRoads roads, MailOrder order)
         : lclWorkstation(workstation), lclRoads(std::move(roads)), lclOrder(std::move(order)),
           lclTranslation(TranslationBy(lclOrder.translator)),
-          lclFolder(std::make_shared<mail::MailFolder>(workstation)) {}
+          lclFolder(std::make_shared<platform::TemporaryFolder>(workstation, "Mail")) {}
 
     MailResult Run() {
         const auto settings = mail::ReadMailSettings(lclWorkstation, lclTranslation);
@@ -137,7 +137,7 @@ private:
     const mail::MailRoads lclRoads;
     const MailOrder lclOrder;
     const data::Translation lclTranslation;
-    const std::shared_ptr<mail::MailFolder> lclFolder;
+    const std::shared_ptr<platform::TemporaryFolder> lclFolder;
     mail::OutgoingMail lclMail;
     std::vector<std::string> lclLeftOut; // lines for the user
 };

@@ -12,6 +12,7 @@
 #include "platform/Exchange.h"
 #include "platform/Log.h"
 #include "platform/Messages.h"
+#include "platform/TemporaryFolder.h"
 #include "platform/Workstation.h"
 #include "platform/modCreateGuid.h"
 #include "platform/text.h"
@@ -262,10 +263,11 @@ std::vector<ItemPtr> ctrlTree::DocumentsBelow(const std::vector<std::int32_t>& i
 
 void ctrlTree::CopySpecial() {
     try {
+        const auto folder = MakeCopyFolder(lclWorkstation);
         const auto copied =
             CopyOut(lclWorkstation, lclConnection, *lclLock, TranslationBy(lclTranslator),
-                    DocumentsBelow(SelectedIds()), MakeCopyFolder(lclWorkstation));
-        if (copied.stopped) return;
+                    DocumentsBelow(SelectedIds()), folder);
+        if (copied.left > 0) return platform::RemoveTemporaryFolder(lclWorkstation, folder);
         if (copied.files.empty())
             throw platform::Error(platform::errors::notFound, "There is no file to copy.");
         platform::ExchangeData data;

@@ -145,13 +145,15 @@ TEST_F(Export, NothingIsLostWhateverTheDiskRefuses) {
     EXPECT_EQ(Out(true, true), whole);
 }
 
-TEST_F(Export, AStopKeepsWhatWasCopiedAndMergesNothing) {
+TEST_F(Export, AStopLooksLikeNoWholeExport) {
     for (const char* const name : {"a.tif", "b.tif", "c.tif"})
         Add(name, SmallTiff("x"), folder->Id());
     Tick({folder->Id()});
     machine.busy.onProgress = [&](int done) { machine.busy.stopAsked = done == 2; };
-    const auto names = Out(true, false);
-    EXPECT_EQ(names, (Names{"a.tif", "b.tif"}));
+    for (const bool merge : {true, false}) EXPECT_EQ(Out(merge, false), Names{});
+    EXPECT_EQ(machine.files.List(temporary, "*", true), Names{}) << "the copies went with it";
+    EXPECT_EQ(binder->ExportFiles(machine.Path("uit")), -2) << "two were left";
+    EXPECT_EQ(machine.files.List(machine.Path("uit"), "*", false), Names{"a.tif"});
 }
 
 TEST_F(Binder, FilesPagesBesideTheDocumentThatTheyComeFrom) {

@@ -5,7 +5,6 @@
 #include <numeric>
 
 #include "mail/MailClient.h"
-#include "mail/MailFolder.h"
 #include "mail/SendByAutomation.h"
 #include "platform/General.h"
 #include "tests/fakes/FakeWorkstation.h"
@@ -262,34 +261,6 @@ TEST(PromptTool, IsKnownByTheTitleOfItsWindow) {
     EXPECT_TRUE(IsPromptTool("ClickYes"));
     EXPECT_FALSE(IsPromptTool("Click here"));
     EXPECT_FALSE(IsPromptTool(""));
-}
-
-TEST(MailFolder, GoesWithAllThatIsInItAndTakesOldOnesAlong) {
-    FakeWorkstation machine;
-    machine.guids.real = true;
-    const auto temporary = machine.files.TemporaryFolder();
-    const auto guid = platform::GuidText(*machine.guids.New()).substr(1, 36);
-    const auto old = temporary + "Kavidex-Mail-20261113-" + guid,
-               yesterday = temporary + "Kavidex-Mail-20261114-" + guid;
-    for (const auto& left : {old, yesterday}) {
-        machine.files.CreateDirectories(left);
-        machine.files.WriteAll(platform::JoinPath(left, "a.pdf"), "x");
-    }
-    std::string path;
-    {
-        const MailFolder folder(machine);
-        path = folder.Path();
-        const auto file = platform::JoinPath(path, "vast.doc");
-        machine.files.WriteAll(file, "x");
-        machine.files.SetAttributes(file, platform::attributes::readOnly);
-        EXPECT_FALSE(machine.files.DirectoryExists(old));
-        EXPECT_TRUE(machine.files.DirectoryExists(yesterday)) << "it may be open over midnight";
-    }
-    EXPECT_FALSE(machine.files.DirectoryExists(path));
-    machine.clock.now.day = 16;
-    { const MailFolder later(machine); }
-    EXPECT_FALSE(machine.files.DirectoryExists(yesterday));
-    EXPECT_FALSE(machine.log.Has("Mail", path));
 }
 
 } // namespace
