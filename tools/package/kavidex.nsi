@@ -34,16 +34,9 @@ UninstPage instfiles
   ${EndIf}
 !macroend
 
+; What takes all away is there before anything that may end the installation half-way.
 Section
   SetOutPath "$INSTDIR"
-  File /r /x x64 "${STAGE}/*"
-  !insertmacro Register '${REGSVR32}' "Kavidex.ocx"
-  ${If} ${RunningX64}
-    SetOutPath "$INSTDIR\x64"
-    File /r "${STAGE}/x64/*"
-    !insertmacro Register '${REGSVR64}' "x64\Kavidex64.ocx"
-    SetOutPath "$INSTDIR"
-  ${EndIf}
   WriteRegStr HKCU "Software\Kavidex" "Folder" "$INSTDIR"
   WriteUninstaller "$INSTDIR\uninst.exe"
   WriteRegStr HKCU "${UNINSTALL}" "DisplayName" "Kavidex"
@@ -53,30 +46,23 @@ Section
   WriteRegStr HKCU "${UNINSTALL}" "QuietUninstallString" '"$INSTDIR\uninst.exe" /S'
   WriteRegDWORD HKCU "${UNINSTALL}" "NoModify" 1
   WriteRegDWORD HKCU "${UNINSTALL}" "NoRepair" 1
+  File /r /x x64 "${STAGE}/*"
+  !insertmacro Register '${REGSVR32}' "Kavidex.ocx"
+  ${If} ${RunningX64}
+    SetOutPath "$INSTDIR\x64"
+    File /r "${STAGE}/x64/*"
+    !insertmacro Register '${REGSVR64}' "x64\Kavidex64.ocx"
+    SetOutPath "$INSTDIR"
+  ${EndIf}
 SectionEnd
 
-; Only what was installed goes: a folder that someone put files into stays.
+; Only what was installed goes, file by file: what someone put into its folders stays.
 Section "Uninstall"
   ExecWait '${REGSVR32} /u ${USER} "$INSTDIR\Kavidex.ocx"'
   ${If} ${RunningX64}
     ExecWait '${REGSVR64} /u ${USER} "$INSTDIR\x64\Kavidex64.ocx"'
   ${EndIf}
-  Delete "$INSTDIR\x64\Kavidex64.*"
-  Delete "$INSTDIR\x64\pdfium.dll"
-  Delete "$INSTDIR\x64\kavidex-host.exe"
-  RMDir "$INSTDIR\x64"
-  Delete "$INSTDIR\Kavidex.ocx"
-  Delete "$INSTDIR\Kavidex.tlb"
-  Delete "$INSTDIR\Kavidex.manifest"
-  Delete "$INSTDIR\pdfium.dll"
-  Delete "$INSTDIR\kavidex-*.exe"
-  Delete "$INSTDIR\README.md"
-  Delete "$INSTDIR\CHANGELOG.md"
-  Delete "$INSTDIR\NOTICES.md"
-  Delete "$INSTDIR\LICENSE.txt"
-  RMDir /r "$INSTDIR\docs"
-  RMDir /r "$INSTDIR\examples"
-  RMDir /r "$INSTDIR\licenses"
+  !include "${FILES}"
   Delete "$INSTDIR\uninst.exe"
   RMDir "$INSTDIR"
   DeleteRegKey HKCU "${UNINSTALL}"

@@ -42,6 +42,9 @@ if [ -f "$stage/pdfium.dll" ]; then
 fi
 
 ( cd "$out" && python3 -m zipfile -c "$name.zip" "$name" )
-makensis -V2 -INPUTCHARSET UTF8 -DVERSION="$version" -DSTAGE="$stage" -DOUTFILE="$out/$name-setup.exe" \
+# What the uninstaller takes away: each file, then each folder where that left it empty.
+( cd "$stage" && find . -type f -printf '  Delete "$INSTDIR\\%P"\n' && find . -mindepth 1 -depth -type d -printf '  RMDir "$INSTDIR\\%P"\n' ) |
+  tr / '\\' >"$out/files.nsh"
+makensis -V2 -INPUTCHARSET UTF8 -DVERSION="$version" -DSTAGE="$stage" -DFILES="$out/files.nsh" -DOUTFILE="$out/$name-setup.exe" \
   "$here/tools/package/kavidex.nsi"
 ls -l "$out/$name.zip" "$out/$name-setup.exe"
