@@ -144,7 +144,7 @@ constexpr FieldRow fields[] = {
     {"chkFoldersAndDocs",
      Kind::Check,
      {16, 95, 150, 10},
-     "Mappen voor documenten",
+     "Mappen en documenten door elkaar",
      anchor::leftTop,
      0,
      tabs,
