@@ -40,6 +40,8 @@ class Connection {
 public:
     virtual ~Connection() = default;
 
+    // Whether both work through one object: closing one closes the other.
+    virtual bool SameAs(const Connection& other) const { return this == &other; }
     virtual bool IsOpen() const = 0;
     virtual void Close() = 0;
 

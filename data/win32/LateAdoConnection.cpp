@@ -60,6 +60,11 @@ Value DialectName(Value dbmsName) {
 
 } // namespace
 
+bool LateAdoConnection::SameAs(const Connection& other) const {
+    const auto* const late = dynamic_cast<const LateAdoConnection*>(&other);
+    return late && platform::win32::SameObject(Object().Get(), late->Object().Get());
+}
+
 bool LateAdoConnection::IsOpen() const {
     return Guarded({}, [&] { return (lclConnection.Get(L"State").ToInt32() & 1) != 0; });
 }

@@ -27,6 +27,7 @@ public:
     // The object that was handed over, for giving it back.
     const platform::win32::ComPtr<IDispatch>& Object() const { return lclConnection.Object(); }
 
+    bool SameAs(const Connection& other) const override;
     bool IsOpen() const override;
     void Close() override;
     RecordsetPtr Open(const Command& command) override;
