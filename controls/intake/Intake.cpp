@@ -12,6 +12,7 @@
 #include "model/documentFile.h"
 #include "model/filing.h"
 #include "model/storePath.h"
+#include "model/walk.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -29,6 +30,23 @@ std::int32_t Intake::NoFilesGiven() const {
     return Refuse(addFiles::noFile, lclSite.Text("Geen bestanden opgegeven"));
 }
 
+namespace {
+
+// The first one of that name; the dossier itself only where no folder bears it.
+ItemPtr FolderNamed(model::clsTree& tree, std::string_view name) {
+    const auto top = tree.Item();
+    const auto named = [&](const model::clsItem& item) {
+        return item.AllowChildren() && item.Id() > 0 &&
+               platform::EqualNoCase(name, item.DescriptionText());
+    };
+    const auto* below = model::FirstDepthFirst(
+        *top, [&](const model::clsItem& item) { return &item != top.get() && named(item); });
+    if (below) return tree.GetItem(below->Id(), {});
+    return named(*top) ? top : nullptr;
+}
+
+} // namespace
+
 ItemPtr Intake::FolderFor(std::int32_t id, std::string_view description, bool top) const {
     const auto tree = lclSite.Tree();
     ItemPtr folder;
@@ -37,7 +55,7 @@ ItemPtr Intake::FolderFor(std::int32_t id, std::string_view description, bool to
     else if (id != 0)
         folder = tree->GetItem(id, {});
     else if (!platform::TrimView(description).empty())
-        folder = tree->GetItem(0, description);
+        folder = FolderNamed(*tree, description);
     else
         folder = lclSite.SelectedFolder() ? lclSite.SelectedFolder() : tree->Item();
     return folder && folder->AllowChildren() ? folder : nullptr;

@@ -344,5 +344,19 @@ TEST_F(Binder, EnablesItsButtonsByDossierAndRights) {
     EXPECT_TRUE(machine.messages.shown.empty()) << "what the toolbar refuses, its menu refuses";
 }
 
+TEST_F(Binder, AFolderByItsNameIsAFolder) {
+    ASSERT_EQ(Open("key"), 0); // the dossier itself is called "Dossier"
+    auto& tree = binder->treCorr();
+    const auto post = tree.AddTab("Post", Root());
+    tree.Add(0, "nnt", nullptr, 0, "Brieven", post->Id());
+    const auto folders = {std::pair("Brieven", tree.AddTab("Brieven", Root())),
+                          std::pair("Dossier", tree.AddTab("Dossier", post->Id()))};
+    for (const auto& [name, folder] : folders) {
+        EXPECT_EQ(binder->AddFiles({File("brief.txt")}, name, 0, false, false), addFiles::done);
+        EXPECT_EQ(folder->ChildCollection()->Count(), 1) << name;
+    }
+    EXPECT_EQ(binder->AddFiles({File("brief.txt")}, "brief", 0, false, false), addFiles::noFolder);
+}
+
 } // namespace
 } // namespace kavidex::controls
