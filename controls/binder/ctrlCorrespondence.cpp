@@ -85,8 +85,8 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
     lclTree->Serve(lclLock, [this] { return DossierKey(); });
     data::ConnectionListeners listeners;
     listeners.leaving = [this] {
-        Begin();
-        Guarded("DbConnection", [&] { EndDossier(); });
+        const auto turn = Begin();
+        Guarded("DbConnection", [&] { EndDossier(turn); });
     };
     listeners.changed = [this] { PropertyChanged.Raise("DbConnection"); };
     listeners.handOver = [this](const data::ConnectionPtr& given) { ConnectionHandedOver(given); };
@@ -98,7 +98,8 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
         }
         HandDownRights();
         LookUpKey(Id());
-        RestoreSelection();
+        TreeShown();
+        TakeWaiting(); // of a dossier that was set before its connection
     };
     lclAssignment = std::make_unique<data::ConnectionAssignment>(
         workstation, std::move(listeners),
@@ -218,20 +219,26 @@ void ctrlCorrespondence::SetExternalId(const std::string& key) {
 }
 
 void ctrlCorrespondence::LoadProperties(PropertyBag& bag) {
-    Begin();
-    if (Id() != 0) EndDossier();
-    const bool owned = lclState.DbOpened;
+    const auto turn = Begin();
+    if (Id() != 0) EndDossier(turn);
+    const auto before = lclState;
     controls::LoadProperties(BinderPropertyTable(), lclState, bag);
-    if (DbConnection()) lclState.DbOpened = owned; // the bag speaks of the connection of then
+    // The bag speaks of the connection of then, and not of a dossier that a host opened meanwhile.
+    if (DbConnection()) lclState.DbOpened = before.DbOpened;
+    if (Overtaken(turn)) {
+        lclState.Id = before.Id;
+        lclState.ExternalId = before.ExternalId;
+    }
     lclAssignment->SetTemplatePath(lclState.TemplatePath);
     lclState.ShowCheckList = platform::Trim(lclState.ShowCheckList);
     lclChecklistOpen = !lclState.ShowCheckList.empty();
     TakeEffect();
+    if (Overtaken(turn)) return;
     LookUpKey(lclState.Id);
+    lclBacklogDue = lclState.Id != 0;
     lclTree->SetTreeId(lclState.Id);
-    RestoreSelection();
-    ShowInChecklist();
-    ToolbarChanged();
+    if (!Overtaken(turn)) TreeShown();
+    TakeWaiting();
 }
 
 void ctrlCorrespondence::SaveProperties(PropertyBag& bag) const {

@@ -145,7 +145,7 @@ public:
     // The key under which documents waiting in the scan queue and the backlog are looked for.
     // This one stays from dossier to dossier, that of OpenOrCreate ends with its dossier; without
     // either it is the key of the open dossier.
-    void SetCheckDocumentQueueId(std::string_view id) { lclQueueExternalId = id; }
+    void SetCheckDocumentQueueId(std::string_view id);
 
     void LoadProperties(PropertyBag& bag);
     void SaveProperties(PropertyBag& bag) const;
@@ -286,17 +286,18 @@ private:
                    const std::vector<std::int32_t>& pages);
 
     void MakeOwnTranslator();
-    // What is pending goes to the top of the open dossier, and its key is forgotten; 0 or an
-    // addFiles result.
-    std::int32_t LeaveDossier();
-    std::int32_t EndDossier(); // the same, and nothing is open afterwards
-    void ShowTree(std::int32_t id);
-    void ShowMade(const std::shared_ptr<model::clsTree>& tree);
     void OpenWhereTold(); // provider and path are there, and somebody works with the control
     // Opening and leaving a dossier lets the host in, which may open or close another one
     // meanwhile: the last call counts, and those before end where they are.
     std::uint32_t Begin() { return ++lclTurn; }
     bool Overtaken(std::uint32_t turn) const { return turn != lclTurn; }
+    // What is pending goes to the top of the open dossier, and its key is forgotten; 0 or an
+    // addFiles result.
+    std::int32_t LeaveDossier(std::uint32_t turn);
+    std::int32_t EndDossier(std::uint32_t turn); // the same, and nothing is open afterwards
+    void ShowTree(std::int32_t id, std::uint32_t turn);
+    void ShowMade(const std::shared_ptr<model::clsTree>& tree, std::uint32_t turn);
+    void TreeShown(); // what stands beside it follows
     void TakeKey(std::string_view key);
     void LookUpKey(std::int32_t tree); // what cannot be read is asked again when it is needed
     void ReadKey(std::int32_t tree);
@@ -315,10 +316,10 @@ private:
 
     std::int32_t FindOrCreate(std::string_view externalId, std::string_view description,
                               std::string_view tabs, std::string_view oldExternalId,
-                              std::int32_t& step);
+                              std::int32_t& step, std::uint32_t turn);
     std::int32_t WasOvertaken(std::string_view key) const;
     std::int32_t CreateDossier(std::int32_t dossierId, std::string_view description,
-                               std::string_view tabs, std::int32_t& step);
+                               std::string_view tabs, std::int32_t& step, std::uint32_t turn);
     std::string DefaultTabs(std::string_view listOfTabs) const;
     void RestoreSelection();
     const std::string& QueueKey() const; // empty: the open dossier's own

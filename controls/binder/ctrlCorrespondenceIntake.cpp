@@ -56,13 +56,18 @@ std::int32_t ctrlCorrespondence::fncCheckDocumentQueue(std::string_view prmExter
     return 0;
 }
 
+void ctrlCorrespondence::SetCheckDocumentQueueId(std::string_view id) {
+    lclQueueExternalId = id;
+    lclDossierQueueId.clear(); // the last one counts
+}
+
 const std::string& ctrlCorrespondence::QueueKey() const {
     return lclDossierQueueId.empty() ? lclQueueExternalId : lclDossierQueueId;
 }
 
 // A dossier that is opened during another operation takes in what waits once that one is done.
 void ctrlCorrespondence::TakeWaiting() {
-    if (lclLock.Held()) return;
+    if (lclLock.Held() || !Usable()) return;
     if (std::exchange(lclBacklogDue, false)) ImportBacklog(); // which may open another one
     if (!lclLock.Held() && std::exchange(lclQueueDue, false)) fncCheckDocumentQueue({});
 }

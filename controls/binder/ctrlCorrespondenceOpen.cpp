@@ -62,11 +62,13 @@ void ctrlCorrespondence::SetDbConnection(const data::ConnectionPtr& connection) 
     const bool owned = lclState.DbOpened;
     if (!lclAssignment->SetDbConnection(connection)) return;
     lclState.DbOpened = false;
-    if (owned && before && before->IsOpen()) before->Close();
+    // What the control opened itself is the host's once the host hands it over.
+    const bool theirs = before && connection && before->SameAs(*connection);
+    if (owned && before && !theirs && before->IsOpen()) before->Close();
 }
 
 void ctrlCorrespondence::ConnectionHandedOver(const data::ConnectionPtr& connection) {
-    if (!connection) ShowTree(0);
+    if (!connection) ShowTree(0, lclTurn);
     if (lclOwnTranslator) lclOwnTranslator->SetDbConnection(connection);
     lclTree->SetDbConnection(connection);
     lclViewer->SetDbConnection(connection);
@@ -120,26 +122,30 @@ std::int32_t ctrlCorrespondence::Id() const { return lclTree->TreeId(); }
 void ctrlCorrespondence::SetId(std::int32_t id) {
     const auto turn = Begin();
     if (id != Id()) {
-        LeaveDossier();
+        LeaveDossier(turn);
         if (Overtaken(turn)) return;
         LookUpKey(id);
     }
-    ShowTree(id);
+    ShowTree(id, turn);
     if (id != 0 && !Overtaken(turn)) lclBacklogDue = true;
     TakeWaiting();
 }
 
-void ctrlCorrespondence::ShowTree(std::int32_t id) {
-    const auto turn = lclTurn;
-    EmptyViewers();
+void ctrlCorrespondence::ShowTree(std::int32_t id, std::uint32_t turn) {
+    EmptyViewers(); // which may ask, as every step of leaving may
+    if (Overtaken(turn)) return;
     lclTree->SetTreeId(id);
     if (Overtaken(turn)) return;
     lclState.Id = id;
     PropertyChanged.Raise("Id");
-    if (id != 0) RestoreSelection();
+    TreeShown();
+}
+
+void ctrlCorrespondence::TreeShown() {
+    if (Id() != 0) RestoreSelection();
     ShowInChecklist();
     ToolbarChanged();
-    if (id != 0) lclIntake->intake.DossierShown();
+    if (Id() != 0) lclIntake->intake.DossierShown();
 }
 
 // --- Whose documents these are ------------------------------------------------------------------
@@ -190,25 +196,22 @@ bool ctrlCorrespondence::Usable() const { return Id() != 0 && DbConnection() != 
 bool ctrlCorrespondence::CreateNew(std::string_view prmDescription,
                                    std::string_view prmListOfDefaultTabs) {
     const auto turn = Begin();
-    const std::string key = lclState.ExternalId;
-    const bool known = lclKeyKnown;
-    LeaveDossier();
+    // Made before the open dossier is left, which stays as it is when that fails.
+    const auto tree = lclTree->CreateTree(prmDescription, prmListOfDefaultTabs);
+    if (!tree || Overtaken(turn)) return false;
+    LeaveDossier(turn);
     if (Overtaken(turn)) return false;
     lclKeyKnown = true; // nobody has given the new tree a key but the host
     EmptyViewers();
-    if (const auto tree = lclTree->CreateTree(prmDescription, prmListOfDefaultTabs)) {
-        ShowMade(tree);
-        if (!Overtaken(turn)) lclBacklogDue = true;
-        TakeWaiting();
-        return true;
-    }
-    TakeKey(key); // of the dossier that is still open
-    lclKeyKnown = known;
-    return false;
+    if (Overtaken(turn)) return false;
+    ShowMade(tree, turn);
+    if (!Overtaken(turn)) lclBacklogDue = true;
+    TakeWaiting();
+    return true;
 }
 
-void ctrlCorrespondence::ShowMade(const std::shared_ptr<model::clsTree>& tree) {
-    const auto turn = lclTurn;
+void ctrlCorrespondence::ShowMade(const std::shared_ptr<model::clsTree>& tree, std::uint32_t turn) {
+    if (Overtaken(turn)) return;
     lclTree->ShowNew(tree);
     if (Overtaken(turn)) return;
     lclState.Id = Id();
@@ -229,7 +232,7 @@ std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
                                               std::string_view prmOldExternalId,
                                               std::string_view prmExIdForBacklogAndQueue) {
     const auto turn = Begin();
-    EndDossier();
+    EndDossier(turn);
     if (!Overtaken(turn)) lclDossierQueueId = prmExIdForBacklogAndQueue;
     const auto tabs = DefaultTabs(prmListOfDefaultTabs);
     if (!Overtaken(turn) && !DbConnection() && !lclState.DbProvider.empty() &&
@@ -239,7 +242,8 @@ std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
     std::int32_t result = -1, step = -1;
     try {
         if (!Overtaken(turn))
-            result = FindOrCreate(prmExternalId, prmDescription, tabs, prmOldExternalId, step);
+            result =
+                FindOrCreate(prmExternalId, prmDescription, tabs, prmOldExternalId, step, turn);
     } catch (const std::exception& error) {
         ReportError("OpenOrCreate", error);
         result = step;
@@ -249,8 +253,8 @@ std::int32_t ctrlCorrespondence::OpenOrCreate(std::string_view prmExternalId,
         return WasOvertaken(prmExternalId);
     }
     if (result != 0) {
-        if (Id() != 0) EndDossier();
-        TakeKey({});
+        if (Id() != 0) EndDossier(turn);
+        if (!Overtaken(turn)) TakeKey({});
         return result;
     }
     ApplyLayout();
@@ -269,11 +273,13 @@ std::int32_t ctrlCorrespondence::WasOvertaken(std::string_view key) const {
 // `step` is the result that an error at this point stands for.
 std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
                                               std::string_view description, std::string_view tabs,
-                                              std::string_view oldExternalId, std::int32_t& step) {
+                                              std::string_view oldExternalId, std::int32_t& step,
+                                              std::uint32_t turn) {
     step = -1;
+    const auto connection = DbConnection();
     // Without a key the look-up would find whichever dossier comes first.
-    if (!DbConnection() || platform::TrimView(externalId).empty()) {
-        lclWorkstation.log.Write("OpenOrCreate", DbConnection() ? "no key" : "no connection");
+    if (!connection || platform::TrimView(externalId).empty()) {
+        lclWorkstation.log.Write("OpenOrCreate", connection ? "no key" : "no connection");
         return -1;
     }
     // Cut to the column it could be another dossier's.
@@ -282,10 +288,10 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
         return -1;
     }
     TakeKey(externalId); // from here on a host's handler may file into this dossier
-    lclViewer->SetDbConnection(DbConnection());
+    lclViewer->SetDbConnection(connection);
     model::clsDossierDbRelations relation(lclWorkstation);
     relation.SetTranslation(TranslationBy(lclTranslator));
-    relation.SetDbConnection(DbConnection());
+    relation.SetDbConnection(connection);
     if (!relation.OpenKey(externalId)) return -1;
     bool found = !relation.Eof();
     if (!found && !platform::TrimView(oldExternalId).empty()) {
@@ -297,34 +303,36 @@ std::int32_t ctrlCorrespondence::FindOrCreate(std::string_view externalId,
         step = -2;
         model::clsDossierDbRelations fresh(lclWorkstation);
         fresh.SetTranslation(TranslationBy(lclTranslator));
-        fresh.SetDbConnection(DbConnection());
+        fresh.SetDbConnection(connection);
         fresh.SetDbKey(externalId);
         bool anothers = false;
         if (!fresh.SaveNewKey(anothers)) return -2;
-        if (!anothers) return CreateDossier(fresh.DossierId(), description, tabs, step);
+        if (!anothers) return CreateDossier(fresh.DossierId(), description, tabs, step, turn);
         relation.SetDossierId(fresh.DossierId());
     }
     step = -6;
     model::clsDossier dossier(lclWorkstation);
     dossier.SetTranslation(TranslationBy(lclTranslator));
-    dossier.SetDbConnection(DbConnection());
+    dossier.SetDbConnection(connection);
     dossier.SetDossierId(relation.DossierId());
     if (!dossier.OpenDataSource()) return -6;
     // An earlier run may have ended between the key row and the dossier row.
-    if (dossier.Eof()) return CreateDossier(relation.DossierId(), description, tabs, step);
-    ShowTree(dossier.TreeId());
+    if (dossier.Eof()) return CreateDossier(relation.DossierId(), description, tabs, step, turn);
+    ShowTree(dossier.TreeId(), turn);
     return WhetherShown(*lclTree);
 }
 
 std::int32_t ctrlCorrespondence::CreateDossier(std::int32_t dossierId, std::string_view description,
-                                               std::string_view tabs, std::int32_t& step) {
+                                               std::string_view tabs, std::int32_t& step,
+                                               std::uint32_t turn) {
     step = -3;
+    const auto connection = DbConnection(); // a host may hand over another one meanwhile
     const auto tree = lclTree->CreateTree(platform::Trim(description), platform::Trim(tabs));
     if (!tree) return -3;
     step = -4;
     model::clsDossier dossier(lclWorkstation);
     dossier.SetTranslation(TranslationBy(lclTranslator));
-    dossier.SetDbConnection(DbConnection());
+    dossier.SetDbConnection(connection);
     dossier.SetDossierId(dossierId);
     if (!dossier.OpenDataSource()) return -4;
     step = -5;
@@ -332,39 +340,39 @@ std::int32_t ctrlCorrespondence::CreateDossier(std::int32_t dossierId, std::stri
     dossier.SetTreeId(tree->TreeId());
     if (!dossier.SaveFirstRow()) return -5;
     if (dossier.TreeId() != tree->TreeId()) { // somebody else has made the dossier meanwhile
-        ShowTree(dossier.TreeId());
+        ShowTree(dossier.TreeId(), turn);
         return WhetherShown(*lclTree);
     }
-    ShowMade(tree); // what the host does on hearing of it finds a whole dossier
+    ShowMade(tree, turn); // what the host does on hearing of it finds a whole dossier
     return 0;
 }
 
 std::int32_t ctrlCorrespondence::CloseObject() {
     std::int32_t result = addFiles::done;
-    Begin();
+    const auto turn = Begin();
     Guarded("CloseObject", [&] {
-        result = EndDossier();
+        result = EndDossier(turn);
+        if (Overtaken(turn)) return;
         TakeKey({});
-        lclQueueExternalId.clear();
         if (lclState.DbOpened) SetDbConnection(nullptr);
     });
     return result;
 }
 
-std::int32_t ctrlCorrespondence::LeaveDossier() {
+std::int32_t ctrlCorrespondence::LeaveDossier(std::uint32_t turn) {
     lclDossierQueueId.clear();
     lclBacklogDue = lclQueueDue = false;
-    if (Id() == 0) return addFiles::done;
     lclIntake->scan.Close(); // what it scanned belongs to this dossier
+    if (Id() == 0 || Overtaken(turn)) return addFiles::done;
     const auto result = lclIntake->intake.FilePendingAtTop();
-    TakeKey({});
+    if (!Overtaken(turn)) TakeKey({});
     return result;
 }
 
-std::int32_t ctrlCorrespondence::EndDossier() {
-    const auto result = LeaveDossier();
-    if (Id() != 0) ShowTree(0);
-    EmptyViewers();
+std::int32_t ctrlCorrespondence::EndDossier(std::uint32_t turn) {
+    const auto result = LeaveDossier(turn);
+    if (!Overtaken(turn) && Id() != 0) ShowTree(0, turn);
+    if (!Overtaken(turn)) EmptyViewers();
     return result;
 }
 

@@ -22,6 +22,8 @@ constexpr std::string_view images = "*.tif";
 
 void ScanQueue::Check(const std::string& key, std::int32_t treeId) {
     if (!lclSite.DbConnection()) return;
+    if (!lclSite.Tree()) // nobody would ever be asked again for what came in without one
+        return lclSite.Machine().log.Write("fncCheckDocumentQueue", "no dossier is open");
     // Every box lets the host in, which may open another dossier: these documents are not its.
     const auto dossier = lclSite.OpenDossier();
     for (const auto name : roots) {

@@ -5,6 +5,7 @@
 #include "data/ConnectionAssignment.h"
 #include "tests/fakes/FakeTreeWindow.h"
 #include "tests/fakes/FaultyConnection.h"
+#include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
@@ -213,7 +214,49 @@ TEST_F(TwoDatabases, AConnectionThatItsOwnerOpenedElsewhereIsAnotherOne) {
     EXPECT_TRUE(Told("wacht.txt: niet opgeslagen"));
 }
 
+// Leaving a dossier asks about its note and tells of what waited, and lets the host in.
+TEST_F(TwoDatabases, ADossierOpenedWhileAnotherIsLeftStaysWithItsKey) {
+    const auto loose = TreeWithoutDossier();
+    MapBag bag;
+    binder->SaveProperties(bag);
+    using Step = std::function<void()>;
+    const Step boxes[] = {[&] { BringToWait("wacht.txt"); },
+                          [&] {
+                              binder->treCorr().NodeSelected(Root());
+                              binder->treCorr().ChooseMenu({"mnuNew", 1, {}});
+                              ASSERT_TRUE(binder->Viewer().Item());
+                              binder->Viewer().Views().note.Note().SetText("nieuw");
+                          }};
+    const Step leaving[] = {[&] { binder->SetId(loose); }, [&] { EXPECT_EQ(Open("C"), -6); },
+                            [&] { EXPECT_FALSE(binder->CreateNew("x", "")); },
+                            [&] { binder->CloseObject(); }, [&] { binder->LoadProperties(bag); }};
+    for (const auto& box : boxes)
+        for (const auto& leave : leaving) {
+            ASSERT_EQ(Open("A"), 0);
+            box();
+            int nested = 1;
+            machine.messages.answers = {platform::Answer::No};
+            machine.messages.meanwhile = [&] { nested = Open("D"); };
+            leave();
+            const auto at = std::to_string(&box - boxes) + "." + std::to_string(&leave - leaving);
+            EXPECT_EQ(nested, 0) << at;
+            EXPECT_EQ(binder->ExternalId(), "D") << at;
+            ASSERT_TRUE(binder->Usable()) << at;
+            EXPECT_EQ(KeyOfFiled(), "D") << at;
+            EXPECT_EQ(First(connection, "Select count(*) from tblTreeItem where Description = "
+                                        "'wacht' and ParentId = " +
+                                            std::to_string(Root())),
+                      "0")
+                << at << ": it is the other dossier's";
+            machine.messages.answers.clear();
+        }
+}
+
 TEST_F(TwoDatabases, AnIdFromTheBagIsLoadedFromTheFirstConnectionWithItsFolder) {
+    const auto backlog = machine.Path("backlog\\00000000000A");
+    machine.files.CreateDirectories(backlog);
+    machine.files.WriteAll(backlog + "\\1.tif", tests::SmallTiff("s"));
+    Setting("BackLogSettings", "Path", machine.Path("backlog"));
     MapBag bag;
     binder->treCorr().NodeSelected(binder->treCorr().Tree()->GetItem(0, "Post")->Id());
     binder->SaveProperties(bag);
@@ -223,6 +266,8 @@ TEST_F(TwoDatabases, AnIdFromTheBagIsLoadedFromTheFirstConnectionWithItsFolder) 
     EXPECT_EQ(restored.Id(), binder->Id());
     ASSERT_NE(restored.treCorr().SelectedItem(), nullptr);
     EXPECT_EQ(restored.treCorr().SelectedItem()->Description(), "Post");
+    EXPECT_EQ(restored.ContainsDocuments("tif"), 1) << "its backlog came once it could";
+    EXPECT_TRUE(machine.messages.shown.empty());
 }
 
 TEST_F(Binder, TheQueueOfTheFirstDossierIsNotTheSecondOnes) {
@@ -238,6 +283,17 @@ TEST_F(Binder, TheQueueOfTheFirstDossierIsNotTheSecondOnes) {
     binder->SetCheckDocumentQueueId("A");
     ASSERT_EQ(Open("B"), 0);
     EXPECT_TRUE(machine.log.Has("fncCheckDocumentQueue", "queue\\A")) << "the host's key stays";
+    binder->CloseObject();
+    File("queue\\A\\a.tif");
+    machine.messages.shown.clear();
+    EXPECT_EQ(binder->fncCheckDocumentQueue("A"), 0);
+    EXPECT_TRUE(machine.messages.shown.empty()) << "without a dossier there is no place for it";
+    machine.log.lines.clear();
+    ASSERT_EQ(binder->OpenOrCreate("B", "", "", "", "X"), 0);
+    EXPECT_FALSE(machine.log.Has("fncCheckDocumentQueue", "queue\\A"));
+    binder->SetCheckDocumentQueueId("A");
+    EXPECT_EQ(binder->fncCheckDocumentQueue(""), 0);
+    EXPECT_TRUE(machine.log.Has("fncCheckDocumentQueue", "queue\\A")) << "the last one counts";
     binder->SetCheckDocumentQueueId("");
     ASSERT_EQ(binder->OpenOrCreate("C", "", "", "", "A"), 0);
     machine.log.lines.clear();
