@@ -272,6 +272,7 @@ private:
     // A document in its own program, or in the external window; false: it is for the viewer.
     bool ShowElsewhere(const std::shared_ptr<model::clsItem>& document, bool asked);
     void FollowExternalWindow();
+    void StepInWindow(bool (ctrlTree::*step)());
     void EmptyViewers();
     void RefreshList();
     void TreeRefreshed(); // the viewer's, when a folder is shown
@@ -347,6 +348,7 @@ private:
     GrantedRights lclRights;
     bool lclKeyKnown = true; // else the database could not be asked yet for the open tree's key
     std::function<bool()> lclDesigning;
+    bool lclStepsInWindow = false; // what comes to be selected is shown in the external window
     bool lclBacklogDue = false, lclQueueDue = false; // looked at once no operation runs
     std::uint32_t lclTurn = 0; // counts the calls that open or leave a dossier
     std::string lclQueueExternalId, lclDossierQueueId; // the host's for all, and for the open one

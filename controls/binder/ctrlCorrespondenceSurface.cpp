@@ -55,7 +55,9 @@ void ctrlCorrespondence::SubscribeToChildren() {
     keep(tree.EvItemSelectedExternal.Subscribe([this](const TreeItemInfo& item) {
         const auto found = lclTree->GetItem(item.id);
         if (found && !found->AllowChildren())
-            Guarded("EvItemSelectedExternal", [&] { ShowElsewhere(found, true); });
+            Guarded("EvItemSelectedExternal", [&] {
+                if (!ShowElsewhere(found, true)) lclViewer->ShowItem(found);
+            });
     }));
     keep(tree.EvItemDropped.Subscribe([this](const DropEvent& drop) {
         Guarded("EvItemDropped", [&] {
@@ -138,6 +140,9 @@ void ctrlCorrespondence::SubscribeToViewers() {
     };
     const auto next = [this] { lclTree->SetNextChildItem(); };
     const auto previous = [this] { lclTree->SetPreviousChildItem(); };
+    const auto inWindow = [this](bool (ctrlTree::*step)()) {
+        return [this, step] { StepInWindow(step); };
+    };
     const auto open = [this](const std::string& key, const std::string& type) {
         EvOpenDossier.Raise(key, type);
     };
@@ -153,8 +158,8 @@ void ctrlCorrespondence::SubscribeToViewers() {
     follow(lclViewer->ExportPages, exportedFrom([this] { return lclViewer->Item(); }));
     follow(lclViewer->DocumentChosen,
            [this](std::int32_t id) { Guarded("DocumentChosen", [&] { SelectItem(id); }); });
-    follow(lclExtViewer->EvNextDocumentRequest, next);
-    follow(lclExtViewer->EvPreviousDocumentRequest, previous);
+    follow(lclExtViewer->EvNextDocumentRequest, inWindow(&ctrlTree::SetNextChildItem));
+    follow(lclExtViewer->EvPreviousDocumentRequest, inWindow(&ctrlTree::SetPreviousChildItem));
     follow(lclExtViewer->EvOpenDossier, open);
     follow(lclExtViewer->EvExportPages, exportedFrom([this] {
                auto* const form = lclExtViewer->Form();
@@ -166,6 +171,18 @@ void ctrlCorrespondence::SubscribeToViewers() {
     lclExtViewer->SetAcceptsType(accepts);
     lclViewer->SetAllowMultipleDocScroll(true);
     lclExtViewer->SetAllowMultipleDocScroll(true);
+}
+
+// From the document that the window shows, whichever is selected, to one that the window shows too.
+void ctrlCorrespondence::StepInWindow(bool (ctrlTree::*step)()) {
+    const auto* form = lclExtViewer->Form();
+    if (!form) return;
+    const auto selected = lclTree->SelectedItem();
+    lclTree->SetHighLightToItem(form->Id());
+    lclStepsInWindow = true;
+    const bool stepped = (lclTree.get()->*step)();
+    lclStepsInWindow = false;
+    if (!stepped && selected) lclTree->SetHighLightToItem(selected->Id());
 }
 
 void ctrlCorrespondence::EmptyViewers() {
@@ -212,7 +229,7 @@ void ctrlCorrespondence::ShowItem(const TreeItemInfo& item) {
     const auto found = lclTree->GetItem(item.id);
     const bool shown = found && std::find(std::begin(administrative), std::end(administrative),
                                           type) == std::end(administrative);
-    if (shown && !found->AllowChildren() && ShowElsewhere(found, false)) return;
+    if (shown && !found->AllowChildren() && ShowElsewhere(found, lclStepsInWindow)) return;
     if (platform::GetRegFlag(lclWorkstation, "ViewerSettings", "CloseViewerAfterSelect"))
         lclExtViewer->CloseForm();
     if (shown && found->AllowChildren())
@@ -226,11 +243,15 @@ bool ctrlCorrespondence::ShowElsewhere(const std::shared_ptr<model::clsItem>& do
     const auto option = [&](std::string_view key) {
         return platform::GetRegFlag(lclWorkstation, viewerSetting, key);
     };
+    const auto type = platform::LowerCase(platform::TrimView(document->ItemType()));
+    if (type == "edf") return false; // nothing is shown of a link: the host opens its dossier
     // A note has no program of its own.
-    const bool note = platform::EqualNoCase(platform::Trim(document->ItemType()), "nnt");
-    if (option("AllwaysShowOrg") && !note && lclViewer->OpenDefault(document)) {
-        lclViewer->ShowElsewhere(document, "Dit document is in zijn eigen programma geopend.");
-        return true;
+    if (option("AllwaysShowOrg") && type != "nnt") {
+        const auto opening = lclViewer->OpenDefault(document);
+        if (opening == Opening::Opened)
+            lclViewer->ShowElsewhere(document, "Dit document is in zijn eigen programma geopend.");
+        if (opening == Opening::NotFound) lclViewer->ShowItem(nullptr); // the user was told
+        if (opening != Opening::Refused) return true;
     }
     const bool window = asked || lclState.ShowExternalViewer || option("AllwaysExternal") ||
                         (lclExtViewer->Form() && option("AlwaysExternal"));

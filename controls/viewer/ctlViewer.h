@@ -33,6 +33,8 @@ struct ViewerViews;
 template <class Context>
 class Commands;
 
+enum class Opening { Opened, Refused, NotFound };
+
 class ctlViewer final : public ToolbarSource, private ViewerFrame, private PageHost {
 public:
     using ItemPtr = std::shared_ptr<model::clsItem>;
@@ -98,8 +100,8 @@ public:
     bool Refresh() { return RefreshAs(nullptr); } // reads again what is shown
     bool RefreshAs(const ItemPtr& now);           // which has become that; null: the same
     void Renamed(const ItemPtr& item);            // is what is shown, if it is that
-    // Any document in its default program; false when it was not opened, and the user was told.
-    bool OpenDefault(const ItemPtr& item);
+    // Any document in its default program; where it was not opened the user was told.
+    Opening OpenDefault(const ItemPtr& item);
 
     bool SetNextPage(); // past the last page the next document is asked for, where that is allowed
     bool SetPreviousPage();

@@ -190,11 +190,15 @@ void ctlViewer::Renamed(const ItemPtr& item) {
     Shown.Raise();
 }
 
-bool ctlViewer::OpenDefault(const ItemPtr& item) {
-    return Guarded("OpenDefault", [&] {
+Opening ctlViewer::OpenDefault(const ItemPtr& item) {
+    auto opening = Opening::NotFound;
+    Guarded("OpenDefault", [&] {
         ShownDocument document;
-        return item && FindDocument(item, document) && lclViews->facts.OpenDefault(document);
+        if (!item || !FindDocument(item, document)) return false;
+        opening = lclViews->facts.OpenDefault(document) ? Opening::Opened : Opening::Refused;
+        return true;
     });
+    return opening;
 }
 
 bool ctlViewer::SetNextPage() {

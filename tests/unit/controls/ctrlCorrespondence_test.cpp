@@ -231,6 +231,13 @@ TEST_F(Binder, ShowsDocumentsElsewhereWhereTheWorkstationWantsThemThere) {
     tree.NodeSelected(documents[0]->Id());
     EXPECT_EQ(machine.shell.opened.size(), 1U) << "in its own program";
     EXPECT_FALSE(external.Form());
+    machine.files.Rename(file, file + ".away");
+    tree.NodeSelected(Root());
+    machine.messages.shown.clear();
+    tree.NodeSelected(documents[0]->Id());
+    EXPECT_EQ(machine.messages.shown.size(), 1U) << "told once";
+    EXPECT_TRUE(binder->Viewer().Parts().Empty());
+    machine.files.Rename(file + ".away", file);
     option("ViewerSetting", "AllwaysShowOrg", false);
     tree.NodeSelected(documents[1]->Id());
     EXPECT_EQ(binder->Viewer().Parts(), PartSet{Part::Browser});
@@ -239,6 +246,37 @@ TEST_F(Binder, ShowsDocumentsElsewhereWhereTheWorkstationWantsThemThere) {
     EXPECT_TRUE(external.Form());
     EXPECT_EQ(binder->CloseObject(), 0);
     EXPECT_FALSE(external.Form());
+}
+
+TEST_F(Binder, StepsFromTheDocumentInTheWindowAndOpensNoWindowForALink) {
+    ASSERT_EQ(Open("key"), 0);
+    ASSERT_EQ(binder->AddFiles({File("a.txt"), File("b.txt"), File("c.txt"),
+                                File("d.edf", "[param]\r\ninput=K2\r\nType=x\r\n")},
+                               "", 0, false, true),
+              0);
+    auto& tree = binder->treCorr();
+    const auto documents = tree.Tree()->Item()->ChildCollection()->Items();
+    auto& external = binder->ExtViewer();
+    platform::SaveRegFlag(machine, "ViewerSettings", "CloseViewerAfterSelect", true);
+    tree.NodeSelected(documents[2]->Id());
+    ASSERT_TRUE(external.ShowItem(documents[0]));
+    external.EvNextDocumentRequest.Raise();
+    EXPECT_EQ(external.Form()->Id(), documents[1]->Id());
+    EXPECT_EQ(tree.SelectedItem()->Id(), documents[1]->Id());
+    external.EvPreviousDocumentRequest.Raise();
+    external.EvPreviousDocumentRequest.Raise(); // there is none
+    EXPECT_EQ(external.Form()->Id(), documents[0]->Id());
+    EXPECT_EQ(tree.SelectedItem()->Id(), documents[0]->Id());
+
+    std::string opened;
+    const auto token = binder->EvOpenDossier.Subscribe(
+        [&](const std::string& key, const std::string&) { opened += key; });
+    for (const char* const key : {"AllwaysExternal", "AllwaysShowOrg"})
+        platform::SaveRegFlag(machine, "ViewerSetting", key, true);
+    tree.NodeSelected(documents[3]->Id());
+    EXPECT_EQ(opened, "K2");
+    EXPECT_FALSE(external.Form());
+    EXPECT_TRUE(machine.shell.opened.empty());
 }
 
 TEST_F(Binder, ListsWhatWasPastedIntoTheShownFolder) {

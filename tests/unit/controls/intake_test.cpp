@@ -102,11 +102,11 @@ TEST_F(Intake, StartsNoProgramThatTheDossierDoesNotTake) {
     Add("start.vbs", "MsgBox 1");
     const auto program = Item("start");
     machine.messages.answers = {platform::Answer::No};
-    EXPECT_FALSE(binder->Viewer().OpenDefault(program));
-    EXPECT_TRUE(binder->Viewer().OpenDefault(program)) << "the user insists";
+    EXPECT_EQ(binder->Viewer().OpenDefault(program), Opening::Refused);
+    EXPECT_EQ(binder->Viewer().OpenDefault(program), Opening::Opened) << "he insists";
     Tree().SetAllowedTypes("tif;tab");
     machine.messages.shown.clear();
-    EXPECT_FALSE(binder->Viewer().OpenDefault(program));
+    EXPECT_EQ(binder->Viewer().OpenDefault(program), Opening::Refused);
     EXPECT_TRUE(Told("Bestanden van dit type worden hier niet opgenomen"));
     EXPECT_EQ(machine.shell.opened.size(), 1U);
     EXPECT_EQ(binder->AddFiles({machine.Path("store")}, "", 0, false, true), addFiles::noFile);
