@@ -115,15 +115,6 @@ TEST_F(OpenerTest, SetsThePasswordOnAnOpenFileThenOpensWithIt) {
     EXPECT_TRUE(assigned[0]->IsOpen());
 }
 
-TEST_F(OpenerTest, GoesStraightToThePasswordOnAProtectedFile) {
-    ado.refuse = [](const std::string& text) {
-        return text.find("Password") == std::string::npos ? errors::authentication : 0;
-    };
-    EXPECT_EQ(Open("msaccess", path), 0);
-    EXPECT_EQ(ado.calls,
-              (std::vector<std::string>{"1 " + Plain(), "1 " + Plain() + ";Password=Kw72p5n9"}));
-}
-
 TEST_F(OpenerTest, SwallowsARefusalToCloseAndNeverLeavesTheExclusiveConnectionOpen) {
     ado.refuseClose = ado.refuseExecute = true;
     EXPECT_EQ(Open("msaccess", path), 0);

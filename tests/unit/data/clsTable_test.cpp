@@ -49,25 +49,6 @@ TEST_F(clsTableTest, DoesNothingBeforeItIsOpened) {
     EXPECT_TRUE(connection->statements.empty());
 }
 
-TEST_F(clsTableTest, BuildsItsStatementFromNameCriteriaAndOrdering) {
-    EXPECT_TRUE(table.OpenDbConnection());
-    table.SetCriteria("Units = 1");
-    EXPECT_TRUE(table.OpenDbConnection());
-    table.SetOrdering("Name");
-    EXPECT_TRUE(table.OpenDbConnection());
-    EXPECT_EQ(connection->statements,
-              (std::vector<std::string>{"select * from tblSample",
-                                        "select * from tblSample where Units = 1",
-                                        "select * from tblSample where Units = 1 order by Name"}));
-    EXPECT_TRUE(table.Eof());
-    table.MoveFirst(); // an empty recordset is left alone
-    table.SetTableName("tblNowhere");
-    EXPECT_FALSE(table.OpenDbConnection());
-    EXPECT_FALSE(table.Connected());
-    EXPECT_TRUE(table.Eof());
-    EXPECT_TRUE(machine.log.Has("OpenRecordset", "tblNowhere"));
-}
-
 TEST_F(clsTableTest, FollowsTheTypeRulesOfFields) {
     connection->Execute("insert into tblSample (Name) values (null)");
     connection->Execute("insert into tblSample (Name,Amount,Units) values ('  padded  ',1.5,7)");

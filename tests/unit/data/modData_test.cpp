@@ -62,20 +62,3 @@ TEST(modData, SwallowsAFailingStatementWithATraceInTheLog) {
     EXPECT_EQ(ExecuteSql(machine, "update x", nullptr), -1);
     EXPECT_FALSE(OpenRecordset(machine, "select 1", nullptr)->IsOpen());
 }
-
-TEST(modData, LooksUpIdsWithItsOwnStatements) {
-    FakeWorkstation machine;
-    auto connection = std::make_shared<RecordingConnection>();
-    connection->answer = [](const Command& command) {
-        const bool tree = command.text.find("tblTree ") != std::string::npos;
-        return MemoryRows({tree ? "TreeId" : "RelId"}, {{std::int64_t{tree ? 1004 : 1007}}});
-    };
-    EXPECT_EQ(GetTreeIdOfTopItem(machine, 12, connection), 1004);
-    EXPECT_EQ(GetRelIdOfTree(machine, 1004, connection), 1007);
-    EXPECT_EQ(
-        connection->statements,
-        (std::vector<std::string>{"Select TreeId from tblTree where TopItemId = 12",
-                                  "Select RelId from tblDossierRelations where TreeId =  1004"}));
-    connection->answer = nullptr;
-    EXPECT_EQ(GetTreeIdOfTopItem(machine, 12, connection), 0);
-}
