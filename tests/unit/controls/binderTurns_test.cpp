@@ -87,7 +87,7 @@ TEST_F(Turns, TheLastDossierAskedForDuringALongLoadStays) {
         opened = 0;
         machine.busy.onPump = [&] {
             if (opened++ > 0) return;
-            EXPECT_EQ(other.AddFiles({file}, "", 0, false, true), addFiles::notFiled);
+            EXPECT_NE(other.AddFiles({file}, "", 0, false, true), addFiles::done);
             EXPECT_TRUE(Told("Er loopt nog een andere bewerking"));
             result = other.OpenOrCreate(key, "", "A;B", "", "");
             EXPECT_EQ(binder->OpenOrCreate("large", "", "", "", ""), 0) << "nor another control";

@@ -3,7 +3,6 @@
 #include "data/clsSettings.h"
 #include "tests/fakes/Databases.h"
 #include "tests/fakes/FakeWorkstation.h"
-#include "tests/fakes/MemoryRows.h"
 #include "tests/fakes/RecordingConnection.h"
 
 using namespace kavidex;

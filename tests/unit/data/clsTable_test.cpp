@@ -3,7 +3,6 @@
 #include "data/clsTable.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "tests/fakes/FakeWorkstation.h"
-#include "tests/fakes/MemoryRows.h"
 #include "tests/fakes/On.h"
 #include "tests/fakes/RecordingConnection.h"
 

@@ -22,7 +22,6 @@ struct Sending : testing::Test {
     tests::PlayedMailProgram program;
     OutgoingMail mail{"jan@example.nl", "Onderwerp", "", {}};
     MailSettings settings;
-    bool busyAtResume = false;
     const std::string folder = machine.Path("mail");
 
     void SetUp() override {
