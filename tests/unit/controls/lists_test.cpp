@@ -3,9 +3,11 @@
 
 #include <stdexcept>
 
+#include "controls/common/OperationLock.h"
 #include "controls/lists/VirtualList.h"
 #include "controls/pictures/IconKeys.h"
 #include "data/embedded/EmbeddedDatabase.h"
+#include "tests/fakes/FakeWorkstation.h"
 
 namespace kavidex::controls {
 
@@ -128,6 +130,33 @@ TEST(IconKeys, KnowTheFamiliesOfFileTypes) {
     EXPECT_EQ(FamilyOf(""), "");
     EXPECT_EQ(FamilyOf("doc xls"), "");
     EXPECT_EQ(ItemIconKey("NNT"), "attachtment");
+}
+
+TEST(OperationLock, KeepsASecondOperationOutUntilTheFirstEnds) {
+    tests::FakeWorkstation machine;
+    OperationLock lock(machine);
+    bool second = true, asked = false;
+    machine.busy.onPump = [&] {
+        Operation inside(lock);
+        second = static_cast<bool>(inside);
+        inside.Show("never", "shown");
+        asked = inside.Step(1, 2);
+    };
+    {
+        Operation operation(lock);
+        ASSERT_TRUE(operation);
+        operation.Show("Export", "a", "Annuleren");
+        EXPECT_TRUE(operation.Step(0, 3));
+        machine.busy.stopAsked = true;
+        EXPECT_FALSE(operation.Step(1, 3));
+        EXPECT_TRUE(operation.Stopped());
+        EXPECT_TRUE(lock.Held()) << "until it has ended";
+    }
+    EXPECT_FALSE(second || asked);
+    EXPECT_FALSE(lock.Held());
+    EXPECT_FALSE(machine.busy.open);
+    EXPECT_EQ(machine.busy.shown.size(), 1U);
+    EXPECT_EQ(machine.busy.progress.size(), 2U);
 }
 
 TEST_F(List, AnEditedRowIsTheOneThatWasOpenedWhateverTheRowsDidMeanwhile) {
