@@ -4,6 +4,7 @@
 
 #include <deque>
 #include <functional>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -60,10 +61,6 @@ public:
         if (lclForm.Handles(begins.field, What::Editing) && !lclForm.Raise(&begins)) return false;
         return lclForm.ItemEdited(begins.field, id, column, text);
     }
-    bool Activate(const char* name, std::int32_t id) {
-        Choose(name, id);
-        return lclForm.Raise({.field = Usable(name), .what = What::Activated, .item = id});
-    }
     // Whether the target took what was dragged.
     bool Drag(const char* from, std::vector<std::int32_t> ids, const char* to, std::int32_t item,
               controls::forms::Place place = controls::forms::Place::On) {
@@ -93,13 +90,12 @@ public:
     void Escape() { lclForm.Cancelled(); }
 
     // What the logic asked to be shown.
-    const Field* focused = nullptr;
     std::int32_t edited = 0;
     void Show(const Field&, Aspect) override {}
     void ShowItem(const Field&, std::int32_t) override {}
     void ShowCaption() override {}
     void EditItem(const Field&, std::int32_t id, int) override { edited = id; }
-    void Focus(const Field& field) override { focused = &field; }
+    void Focus(const Field&) override {}
     void Close() override {}
 
 private:
@@ -119,12 +115,19 @@ private:
 class FakeForms : public controls::forms::FormPresenter {
 public:
     std::deque<std::function<void(FormUser&)>> users;
-    std::vector<std::string> shown;                // captions at the start
     std::deque<std::optional<std::string>> chosen; // answers of the choosers
 
+    // An editor on that connection, whose dialogs come here.
+    template <class Editor, class Connection>
+    std::unique_ptr<Editor> EditorOn(const platform::Workstation& machine,
+                                     const Connection& connection) {
+        auto made = std::make_unique<Editor>(machine);
+        made->presenter = [this] { return this; };
+        made->SetDbConnection(connection);
+        return made;
+    }
     bool ShowModal(controls::forms::Form& form) override {
         FormUser user(form);
-        shown.push_back(form.Caption());
         if (!users.empty()) {
             const auto acts = users.front();
             users.pop_front();
@@ -133,10 +136,7 @@ public:
         if (!form.IsClosed()) form.Close(false);
         return form.Result();
     }
-    bool ShowModeless(controls::forms::Form& form) override {
-        shown.push_back(form.Caption());
-        return true;
-    }
+    bool ShowModeless(controls::forms::Form&) override { return true; }
     std::optional<std::string> ChooseFolder(std::string_view, std::string_view) override {
         return Next();
     }

@@ -36,7 +36,7 @@ public:
     std::function<void()> onAdd;
     NodeHandle selected = 0, edited = 0;
     std::string status;
-    bool statusBar = true, redraw = true, checkBoxes = false;
+    bool redraw = true;
     int fills = 0, paintedAdds = 0; // paintedAdds: nodes added while redraw was on
     std::string topWindow;
     controls::DropData dragged;
@@ -104,7 +104,7 @@ public:
     void EnsureVisible(NodeHandle) override {}
     void Expand(NodeHandle node, bool expand) override { nodes.at(node).expanded = expand; }
     bool IsExpanded(NodeHandle node) const override { return nodes.at(node).expanded; }
-    void SetCheckBoxes(bool show) override { checkBoxes = show; }
+    void SetCheckBoxes(bool) override {}
     void SetChecked(NodeHandle node, bool checked) override { nodes.at(node).checked = checked; }
     void SetCut(NodeHandle node, bool cut) override { nodes.at(node).cut = cut; }
     void Repaint(NodeHandle node) override { nodes.at(node); }
@@ -122,12 +122,10 @@ public:
         images.emplace_back(key);
         return true;
     }
-    bool list = false;
-    int wakes = 0;
-    void ShowList(bool show) override { list = show; }
-    void WakeSoon() override { ++wakes; }
+    void ShowList(bool) override {}
+    void WakeSoon() override {}
     void SetStatusText(std::string_view text) override { status = text; }
-    void ShowStatusBar(bool show) override { statusBar = show; }
+    void ShowStatusBar(bool) override {}
     void SetColours(std::uint32_t, std::uint32_t, bool) override {}
     void SetFont(const std::optional<controls::FontFace>&) override {}
     void SetEnabled(bool) override {}

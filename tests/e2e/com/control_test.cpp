@@ -1,7 +1,5 @@
 // The controls in a container: activation, size, focus, keys, drawing, events, and all of it
 // undone.
-#include <cstdlib>
-
 #include "Container.h"
 #include "com/class_table.h"
 #include "kavidex_idl.h"

@@ -1,10 +1,6 @@
 // Hosts that bind to the type library rather than to names at run time: C++ with its ids and types,
 // Visual Basic and .NET alike.
-#include <map>
-#include <set>
-
 #include "Dossier.h"
-#include "TypeInfos.h"
 
 namespace kavidex::tests {
 
@@ -46,11 +42,6 @@ protected:
     ComPtr<ITypeLib> lclTypes;
 };
 
-VARTYPE TypeOf(ITypeInfo& info, const TYPEDESC& type) {
-    if (type.vt == VT_PTR) return static_cast<VARTYPE>(VT_BYREF | TypeOf(info, *type.lptdesc));
-    return type.vt;
-}
-
 } // namespace
 
 TEST_F(EarlyBound, AProgramWorksThroughTheTypesAndIdsOfTheLibrary) {
@@ -78,56 +69,6 @@ TEST_F(EarlyBound, AProgramWorksThroughTheTypesAndIdsOfTheLibrary) {
     EXPECT_EQ(call(L"AddFiles", {Variant(Path("absent.txt")), "", 0, false, true}).ToInt32(),
               kdxNoFile);
     EXPECT_EQ(call(L"CloseObject", {}).ToInt32(), kdxFiled);
-}
-
-// Every event that a session raises has the arguments, in number and type, that are declared.
-TEST_F(EarlyBound, EventsArriveAsTheLibraryDeclaresThem) {
-    struct Declared {
-        std::string name;
-        std::vector<VARTYPE> types;
-    };
-    const auto type = Type(DIID__ctrlCorrespondenceEvents);
-    std::map<DISPID, Declared> declared;
-    ForEachMember(*type.Get(), [&](const FUNCDESC& function) {
-        auto& one = declared[function.memid];
-        one.name = WordsOf(*type.Get(), function.memid).name;
-        for (SHORT p = 0; p < function.cParams; ++p)
-            one.types.push_back(TypeOf(*type.Get(), function.lprgelemdescParam[p].tdesc));
-    });
-
-    Container host;
-    std::set<std::string> heard;
-    host.onEvent = [&](DISPID id, DISPPARAMS& given) {
-        const auto& one = declared[id];
-        heard.insert(one.name);
-        ASSERT_EQ(given.cArgs, one.types.size()) << one.name;
-        for (UINT i = 0; i < given.cArgs; ++i) {
-            const VARTYPE told = given.rgvarg[given.cArgs - 1 - i].vt;
-            // What is declared as a VARIANT comes as whatever it holds.
-            if (one.types[i] != VT_VARIANT) {
-                EXPECT_EQ(told, one.types[i]) << one.name << " " << i;
-            }
-        }
-    };
-    const Late binder = Open(host, Make(CLSID_ctrlCorrespondence), lclConnection, "K1");
-    const HWND tree = TreeOf(host);
-    SetForegroundWindow(host.window);
-    SetFocus(tree);
-    Select(tree, FirstFolder(tree));
-    AddFolder(binder, "Nieuw");
-    SendMessageW(tree, WM_KEYDOWN, VK_F9, 1);
-    SendMessageW(tree, WM_CHAR, L'q', 1);
-    SendMessageW(tree, WM_KEYUP, VK_F9, 1);
-    SendMessageW(tree, WM_MOUSEMOVE, 0, MAKELPARAM(90, 90));
-    SendMessageW(tree, WM_MBUTTONDOWN, MK_MBUTTON, MAKELPARAM(90, 90));
-    SendMessageW(tree, WM_MBUTTONUP, 0, MAKELPARAM(90, 90));
-    binder.Call(L"OLEDrag");
-    SendMessageW(tree, WM_KEYDOWN, VK_DELETE, 1); // nobody answers the question: nothing goes
-    for (const char* const name :
-         {"EvItemSelected", "EvItemCreated", "KeyDown", "KeyPress", "KeyUp", "MouseMove",
-          "MouseDown", "MouseUp", "OLEStartDrag", "OLECompleteDrag"})
-        EXPECT_TRUE(heard.contains(name)) << name;
-    EXPECT_FALSE(heard.contains("ItemSelected"));
 }
 
 } // namespace kavidex::tests

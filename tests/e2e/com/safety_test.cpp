@@ -25,7 +25,6 @@ public:
         KillTimer(nullptr, lclTimer);
         current = nullptr;
     }
-    int Ticks() const { return lclTicks; }
 
 private:
     static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD) {

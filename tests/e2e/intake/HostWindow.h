@@ -7,30 +7,15 @@
 #include <commctrl.h>
 #include <ole2.h>
 
-#include <gtest/gtest.h>
-
-#include <cstdlib>
 #include <deque>
 #include <functional>
-#include <memory>
-#include <string>
-#include <vector>
 
-#include "controls/binder/ctrlCorrespondence.h"
 #include "controls/binder/win32/MakeBinderWindow.h"
 #include "controls/intake/win32/WordGenerator.h"
-#include "controls/tree/ctrlTree.h"
-#include "data/clsSettings.h"
-#include "data/embedded/EmbeddedDatabase.h"
 #include "mail/win32/OutlookSource.h"
-#include "model/clsItem.h"
-#include "model/clsTree.h"
-#include "model/documentFile.h"
 #include "platform/win32/DataObject.h"
-#include "platform/win32/Variant.h"
 #include "tests/e2e/Windows.h"
-#include "tests/fakes/FakeWorkstation.h"
-#include "tests/fakes/SmallTiff.h"
+#include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::tests {
 
@@ -103,50 +88,35 @@ private:
     int lclWaited = 0;
 };
 
-class HostWindow : public testing::Test {
+class HostWindow : public controls::BinderWithTemporaryFolder {
 protected:
     void SetUp() override {
         OleInitialize(nullptr);
-        lclTemporary = std::getenv("TMP") ? std::getenv("TMP") : "";
-        machine.files.CreateDirectories(machine.Path("temp"));
-        Variable("TMP", machine.Path("temp"));
+        BinderWithTemporaryFolder::SetUp();
         Variable("KAVIDEX_MAIL_RECORD", machine.Path("mail.txt"));
         Variable("KAVIDEX_MAIL_SELECTION", machine.Path("selection.txt"));
         Variable("KAVIDEX_SCAN_RECORD", machine.Path("scan.txt"));
         Variable("KAVIDEX_SCANNED", machine.Path("scanned.txt"));
         Variable("KAVIDEX_LETTER_RECORD", machine.Path("letter.txt"));
         machine.shell.mailClient = "Microsoft Outlook ";
-        binder.SetDbConnection(data::EmbeddedDatabase::CreateInMemory());
-        machine.files.CreateDirectories(machine.Path("store"));
-        Setting("Storage", "DocumentPath", machine.Path("store"));
+        binder = std::make_unique<controls::ctrlCorrespondence>(
+            machine, nullptr, nullptr,
+            controls::IntakeComponents{mail::win32::MakeMailSource(),
+                                       controls::win32::MakeLetterGenerator});
+        binder->SetDbConnection(connection);
         host = CreateWindowExW(0, L"#32770", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20,
                                1000, 700, nullptr, nullptr, nullptr, nullptr);
-        control = controls::win32::MakeBinderWindow(binder, machine);
+        control = controls::win32::MakeBinderWindow(*binder, machine);
         ASSERT_TRUE(control->Create(host, {0, 0, 960, 640}));
         ASSERT_EQ(Open("key"), 0);
     }
     void TearDown() override {
         control.reset();
         DestroyWindow(host);
-        Variable("TMP", lclTemporary);
         OleUninitialize();
     }
     static void Variable(const char* name, const std::string& value) {
         _putenv_s(name, value.c_str());
-    }
-    std::int32_t Open(std::string_view key) {
-        return binder.OpenOrCreate(key, "Dossier", "", "", "");
-    }
-    void Setting(std::string_view section, std::string_view key, std::string_view value) {
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(binder.DbConnection());
-        settings.SetSetting(section, key, value);
-    }
-    std::string File(std::string_view name, std::string_view bytes = "inhoud") {
-        const auto path = machine.Path(name);
-        machine.files.CreateDirectories(platform::FolderOf(path));
-        machine.files.WriteAll(path, bytes);
-        return path;
     }
     std::string Recorded(std::string_view name) {
         const auto path = machine.Path(name);
@@ -155,31 +125,14 @@ protected:
         machine.files.Remove(path);
         return all;
     }
-    std::string Outline() { // the dossier, a level deeper one more dot
-        std::string lines;
-        for (const auto& item : binder.treCorr().AllItems()) {
-            for (auto up = binder.treCorr().GetParent(item->Id()); up && up->Id() != Root();
-                 up = binder.treCorr().GetParent(up->Id()))
-                lines += '.';
-            lines += item->Description() + "|" + item->ItemType() + "\n";
-        }
-        return lines;
-    }
-    std::int32_t Root() { return binder.treCorr().Tree()->Item()->Id(); }
     std::shared_ptr<model::clsItem> Item(std::string_view name) {
-        return binder.treCorr().GetItem(0, name);
+        return binder->treCorr().GetItem(0, name);
     }
-    std::string Stored(std::string_view name) { // where the store keeps it
+    std::string Stored(std::string_view name) {
         const auto item = Item(name);
-        return item ? model::FindDocumentFile(machine, binder.DbConnection(), *item).path
-                    : std::string();
+        return item ? FileOf(item) : std::string();
     }
     void SelectRoot() { TreeView_SelectItem(Tree(), TreeView_GetRoot(Tree())); }
-    bool Told(std::string_view part) const {
-        for (const auto& message : machine.messages.shown)
-            if (message.text.find(part) != std::string::npos) return true;
-        return false;
-    }
     HWND Part(const wchar_t* type, const wchar_t* text = nullptr) const {
         return Visible(control->Handle(), type, text);
     }
@@ -224,17 +177,8 @@ protected:
         return data;
     }
 
-    FakeWorkstation machine;
-    controls::ctrlCorrespondence binder{
-        machine,
-        nullptr,
-        nullptr,
-        {mail::win32::MakeMailSource(), controls::win32::MakeLetterGenerator}};
     HWND host = nullptr;
     std::unique_ptr<controls::win32::ControlWindow> control;
-
-private:
-    std::string lclTemporary;
 };
 
 } // namespace kavidex::tests

@@ -13,7 +13,7 @@ struct Drops : HostWindow {
         return data;
     }
     std::vector<std::string> Row(const std::string& of) {
-        const auto rows = binder.DbConnection()->Open(
+        const auto rows = binder->DbConnection()->Open(
             {"select SendTo, SendFrom, SendOn, RecievedOn, NrOfAttatchements from "
              "tblDocExtraInfo where DocId = " +
              std::to_string(Item(of)->ItemId())});
@@ -54,7 +54,7 @@ TEST_F(Drops, FilesAndFoldersAndFilesOfOtherProgramsAreFiled) {
 
 TEST_F(Drops, TheListOfDocumentsTakesThemAsTheTreeDoes) {
     ASSERT_EQ(DropOnTop(Files({File("Post\\a.txt")})), DWORD{DROPEFFECT_COPY});
-    ASSERT_TRUE(binder.AddItem(0, "tab", nullptr, 0, "Map", 0));
+    ASSERT_TRUE(binder->AddItem(0, "tab", nullptr, 0, "Map", 0));
     TreeView_SelectItem(Tree(), TreeView_GetNextSibling(
                                     Tree(), TreeView_GetChild(Tree(), TreeView_GetRoot(Tree()))));
     const HWND list = Visible(Part(L"KavidexViewer"), WC_LISTVIEWW);

@@ -20,8 +20,7 @@ struct Registered : testing::Test {
             controls::ctrlCorrespondence maker(machine);
             const auto made = data::EmbeddedDatabase::Create(path);
             maker.SetDbConnection(made);
-            data::clsSettings settings(machine);
-            settings.SetDbConnection(made);
+            On<data::clsSettings> settings(machine, made);
             settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
             settings.SetSetting("DossierSettings", "ScanQueue", machine.Path("queue"));
             machine.files.CreateDirectories(machine.Path("store"));

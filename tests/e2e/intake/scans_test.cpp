@@ -20,7 +20,7 @@ private:
 
 struct Scans : HostWindow {
     std::string ScanTooltip() {
-        for (const auto& item : binder.Toolbar())
+        for (const auto& item : binder->Toolbar())
             if (item.name == "Scan") return item.tooltip;
         return {};
     }
@@ -34,8 +34,8 @@ struct Scans : HostWindow {
 } // namespace
 
 TEST_F(Scans, TheControlTakesTheViewersPlaceAndItsDocumentsAreFiled) {
-    binder.SetAlternateScanSetting("Kleur");
-    binder.ButtonClicked("Scan");
+    binder->SetAlternateScanSetting("Kleur");
+    binder->ButtonClicked("Scan");
     EXPECT_TRUE(Part(L"ScanControlDouble"));
     EXPECT_FALSE(Part(L"KavidexViewer"));
     EXPECT_EQ(ScanTooltip(), "Sluit de scanmodule");
@@ -64,21 +64,21 @@ TEST_F(Scans, TheControlTakesTheViewersPlaceAndItsDocumentsAreFiled) {
 
 TEST_F(Scans, WithoutTheControlTheButtonTellsWhatIsMissing) {
     const NoScanner without;
-    binder.ButtonClicked("Scan");
+    binder->ButtonClicked("Scan");
     EXPECT_TRUE(Told("De scanmodule (Tessaro.ctrlScan) kan niet geopend worden"));
     EXPECT_TRUE(Part(L"KavidexViewer"));
     EXPECT_EQ(ScanTooltip(), "Open de scanmodule");
 }
 
 TEST_F(Scans, TheControlGoesWithTheHostsWindow) {
-    binder.ButtonClicked("Scan");
+    binder->ButtonClicked("Scan");
     DestroyWindow(host);
     EXPECT_EQ(ScanTooltip(), "Open de scanmodule");
     host = CreateWindowExW(0, L"#32770", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 20, 20, 1000,
                            700, nullptr, nullptr, nullptr, nullptr);
     ASSERT_TRUE(control->Create(host, {0, 0, 960, 640}));
     EXPECT_TRUE(Part(L"KavidexViewer"));
-    binder.ButtonClicked("Scan");
+    binder->ButtonClicked("Scan");
     EXPECT_TRUE(Part(L"ScanControlDouble"));
 }
 
@@ -88,17 +88,17 @@ TEST_F(Scans, TheQueueGoesThroughTheControlOneFolderAtATime) {
     const auto first = File("queue\\key\\a.tif", SmallTiff("a"));
     const auto second = File("import\\key\\b.tif", SmallTiff("b"));
     machine.messages.shown.clear();
-    EXPECT_EQ(binder.fncCheckDocumentQueue({}), 0);
+    EXPECT_EQ(binder->fncCheckDocumentQueue({}), 0);
     ASSERT_EQ(machine.messages.shown.size(), 1U);
     EXPECT_EQ(machine.messages.shown[0].caption, "Controle op bestaande documenten");
     EXPECT_NE(Recorded("scan.txt").find("ImportFolder key\n"), std::string::npos);
     SelectRoot(); // that closes the control
-    EXPECT_EQ(binder.fncCheckDocumentQueue({}), 0);
+    EXPECT_EQ(binder->fncCheckDocumentQueue({}), 0);
     Press(L"Importeren");
     EXPECT_EQ(Outline(), "Gescand document|tif\n");
     EXPECT_FALSE(machine.files.FileExists(first));
     EXPECT_TRUE(machine.files.FileExists(second));
-    EXPECT_EQ(binder.fncCheckDocumentQueue({}), 0);
+    EXPECT_EQ(binder->fncCheckDocumentQueue({}), 0);
     Press(L"Importeren");
     EXPECT_FALSE(machine.files.FileExists(second));
     EXPECT_EQ(Outline(), "Gescand document|tif\nGescand document|tif\n");
@@ -113,10 +113,10 @@ TEST_F(Scans, WithoutTheControlTheFolderIsAskedForAndTheQueueFiledFromHere) {
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
     ASSERT_NE(device, INVALID_HANDLE_VALUE);
-    ASSERT_TRUE(binder.AddItem(0, "tab", nullptr, 0, "Scans", 0));
+    ASSERT_TRUE(binder->AddItem(0, "tab", nullptr, 0, "Scans", 0));
     {
         const User user({{L"Map kiezen", [](HWND dialog) { User::Press(dialog, IDCANCEL); }}});
-        EXPECT_EQ(binder.fncCheckDocumentQueue({}), 0);
+        EXPECT_EQ(binder->fncCheckDocumentQueue({}), 0);
     }
     EXPECT_TRUE(machine.files.FileExists(scan));
     const User user({{L"Map kiezen", [](HWND dialog) {
@@ -125,7 +125,7 @@ TEST_F(Scans, WithoutTheControlTheFolderIsAskedForAndTheQueueFiledFromHere) {
                                               TreeView_GetChild(tree, TreeView_GetRoot(tree)));
                           User::Press(dialog, IDOK);
                       }}});
-    EXPECT_EQ(binder.fncCheckDocumentQueue({}), 0);
+    EXPECT_EQ(binder->fncCheckDocumentQueue({}), 0);
     CloseHandle(device);
     EXPECT_EQ(Outline(), "Scans|tab\n.Gescand document|tif\n");
     EXPECT_FALSE(machine.files.FileExists(scan));

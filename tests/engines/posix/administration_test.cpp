@@ -28,10 +28,7 @@ class AdministrationOverEngines : public ModelOverEngines {
 protected:
     template <class Editor>
     std::unique_ptr<Editor> Open(const data::ConnectionPtr& on) {
-        auto editor = std::make_unique<Editor>(machine);
-        editor->presenter = [this] { return &forms; };
-        editor->SetDbConnection(on);
-        return editor;
+        return forms.EditorOn<Editor>(machine, on);
     }
     std::string Told() {
         return machine.messages.shown.empty() ? "" : machine.messages.shown.back().text;
@@ -150,13 +147,11 @@ TEST_P(AdministrationOverEngines, TwoProgramsMakeTheSameTypesOnce) {
     constexpr int types = 8;
     InProcesses(2, [&](int number, const data::ConnectionPtr& own) {
         FakeForms asks;
-        controls::ctlDefaultFolders editor(machine);
-        editor.presenter = [&] { return &asks; };
-        editor.SetDbConnection(own);
-        FormUser user(editor.Form());
+        const auto editor = asks.EditorOn<controls::ctlDefaultFolders>(machine, own);
+        FormUser user(editor->Form());
         std::string name;
         const auto known = [&] {
-            for (const auto& item : editor.Form()["cmbType"].Items())
+            for (const auto& item : editor->Form()["cmbType"].Items())
                 if (item.Cell() == name) return true;
             return false;
         };
@@ -168,7 +163,7 @@ TEST_P(AdministrationOverEngines, TwoProgramsMakeTheSameTypesOnce) {
                     named.Click("btnOk");
                 }};
                 user.Click("btnNewType");
-                editor.Refresh();
+                editor->Refresh();
             }
             EXPECT_TRUE(known()) << number << ": " << Told();
         }
@@ -245,9 +240,7 @@ TEST(Administration, ADatabaseThatOnlyReadsIsTold) {
     FakeWorkstation machine;
     FakeForms forms;
     const auto connection = data::EmbeddedDatabase::Create(machine.Path("a.kdb"));
-    data::clsUpdateDb update(machine);
-    update.SetDbConnection(connection);
-    update.fncUpdateDb();
+    On<data::clsUpdateDb>(machine, connection).fncUpdateDb();
     const auto told = [&] { return machine.messages.shown.back().text; };
     const Store store(connection);
     AddDossierType(machine, store, "Zaak", "Zaak");
@@ -255,20 +248,17 @@ TEST(Administration, ADatabaseThatOnlyReadsIsTold) {
     AddHolder(machine, store, place, {0, 0, false, "Jan", {}});
     const auto closed = data::EmbeddedDatabase::OpenReadOnly(machine.Path("a.kdb"));
 
-    controls::ctlRights rights(machine);
-    rights.SetDbConnection(closed);
+    On<controls::ctlRights> rights(machine, closed);
     FormUser user(rights.Form());
     user.Choose("treUsers", rights.Form()["treUsers"].Items().front().id);
     user.TickItem("treRights", 1);
     EXPECT_FALSE(rights.Save());
     EXPECT_NE(told().find("Opslaan is niet gelukt: "), std::string::npos) << told();
     EXPECT_TRUE(rights.IsChanged());
-    controls::ctlDefaultFolders folders(machine);
-    folders.presenter = [&] { return &forms; };
-    folders.SetDbConnection(closed);
-    FormUser edits(folders.Form());
+    const auto folders = forms.EditorOn<controls::ctlDefaultFolders>(machine, closed);
+    FormUser edits(folders->Form());
     edits.Click("btnNew");
-    EXPECT_FALSE(folders.Save());
+    EXPECT_FALSE(folders->Save());
     forms.users = {[](FormUser& named) {
         named.Type("txtName", "Polis");
         named.Click("btnOk");
@@ -277,7 +267,7 @@ TEST(Administration, ADatabaseThatOnlyReadsIsTold) {
     const auto before = machine.messages.shown.size();
     edits.Click("btnNewType");
     EXPECT_EQ(machine.messages.shown.size(), before + 2);
-    EXPECT_EQ(folders.Form()["cmbType"].Items().size(), 1U);
+    EXPECT_EQ(folders->Form()["cmbType"].Items().size(), 1U);
     forms.users = {[&](FormUser& changes) {
         changes.Type("txtDocumentPath", "C:\\x");
         changes.Click("btnOk");

@@ -17,9 +17,14 @@
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"
 #include "model/clsUserAuth.h"
+#include "model/documentFile.h"
 #include "platform/General.h"
+#include "tests/fakes/FakeForms.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/FaultyConnection.h"
 #include "tests/fakes/MapBag.h"
+#include "tests/fakes/On.h"
+#include "tests/fakes/SmallTiff.h"
 
 namespace kavidex::controls {
 
@@ -59,28 +64,51 @@ struct Binder : testing::Test {
         Setting("Storage", "DocumentPath", machine.Path("store"));
     }
     void Setting(std::string_view section, std::string_view key, std::string_view value) {
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(connection);
-        settings.SetSetting(section, key, value);
+        tests::On<data::clsSettings>(machine, connection).SetSetting(section, key, value);
     }
     std::int32_t Open(std::string_view key, std::string_view oldKey = "") {
         return binder->OpenOrCreate(key, " Dossier ", "", oldKey, "");
     }
     std::string File(std::string_view name, std::string_view bytes = "text") {
         const auto path = machine.Path(name);
+        machine.files.CreateDirectories(platform::FolderOf(path));
         machine.files.WriteAll(path, bytes);
         return path;
     }
     std::int64_t Count(const std::string& table) {
-        data::Command command;
-        command.text = "select * from " + table;
-        return connection->Open(command)->RecordCount();
+        return connection->Open({"select * from " + table})->RecordCount();
     }
     std::int32_t Root() { return binder->treCorr().Tree()->Item()->Id(); }
-    bool Told(std::string_view part) {
+    bool Told(std::string_view part) const {
         for (const auto& message : machine.messages.shown)
             if (message.text.find(part) != std::string::npos) return true;
         return false;
+    }
+    // The dossier, a level deeper one more dot.
+    std::string Outline() {
+        std::string lines;
+        auto& tree = binder->treCorr();
+        for (const auto& item : tree.AllItems()) {
+            for (auto up = tree.GetParent(item->Id()); up && up->Id() != Root();
+                 up = tree.GetParent(up->Id()))
+                lines += '.';
+            lines += item->Description() + "|" + item->ItemType() + "\n";
+        }
+        return lines;
+    }
+    // Where the store keeps it.
+    std::string FileOf(const ItemPtr& item) {
+        return model::FindDocumentFile(machine, binder->DbConnection(), *item).path;
+    }
+};
+
+struct BinderWithTemporaryFolder : Binder {
+    const std::string temporary = machine.Path("temp");
+    const OwnTemporaryFolder own{temporary};
+
+    void SetUp() override {
+        Binder::SetUp();
+        machine.files.CreateDirectories(temporary);
     }
 };
 

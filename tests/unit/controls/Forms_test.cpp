@@ -14,20 +14,7 @@ class FormTest : public testing::Test {
 protected:
     tests::FakeWorkstation machine;
     Form form{tests::sample::layout, machine};
-    tests::FakeForms forms;
 };
-
-TEST_F(FormTest, ClosesByItsButtonsAndKeys) {
-    forms.users = {[](auto& user) { user.Click("btnOk"); }, [](auto& user) { user.Enter(); },
-                   [](auto& user) { user.Escape(); }, [](auto& user) { user.Click("btnCancel"); }};
-    EXPECT_TRUE(forms.ShowModal(form));
-    EXPECT_TRUE(forms.ShowModal(form));
-    EXPECT_FALSE(forms.ShowModal(form));
-    EXPECT_FALSE(forms.ShowModal(form));
-    form["btnOk"].SetEnabled(false);
-    forms.users = {[](auto& user) { user.Enter(); }};
-    EXPECT_FALSE(forms.ShowModal(form)) << "a disabled button has no Enter";
-}
 
 TEST_F(FormTest, FieldsAreReachedOnTheirPageAndFrameOnly) {
     tests::FormUser user(form);
@@ -96,23 +83,6 @@ TEST_F(FormTest, ItemsKeepTheirSelectionAreSortedFoundEditedAndRemovedWithAllBel
     });
     user.Expand("treTypes", 1);
     EXPECT_EQ(tree.Find(9)->parent, 1);
-}
-
-TEST_F(FormTest, DragsAreAskedForAndTold) {
-    form["lstFiles"].SetItems({{7, {"file"}}});
-    form["treTypes"].SetItems({{1, {"takes"}}, {2, {"refuses"}}});
-    std::string told;
-    form.On("treTypes", What::DragOver, [](FieldEvent& event) { event.refused = event.item == 2; });
-    form.On("treTypes", What::Dropped, [&](FieldEvent& event) {
-        told = std::string(event.source->Name()) + std::to_string(event.dragged.at(0)) + ">" +
-               std::to_string(event.item);
-    });
-    tests::FormUser user(form);
-    user.Choose("TabStrip1", 2);
-    EXPECT_FALSE(user.Drag("lstFiles", {7}, "treTypes", 2));
-    EXPECT_TRUE(user.Drag("lstFiles", {7}, "treTypes", 1));
-    EXPECT_EQ(told, "lstFiles7>1");
-    EXPECT_FALSE(user.Drag("treTypes", {1}, "lstFiles", 7)) << "it takes nothing";
 }
 
 TEST_F(FormTest, MnemonicsAreDistinctAndLeadToInputs) {

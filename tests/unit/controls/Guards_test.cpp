@@ -1,11 +1,8 @@
 // What must not happen however the control is used: an action without its right, an answer that
 // could not be read taken for a yes, and bad values kept.
-#include <functional>
-
 #include "controls/common/GrantedRights.h"
-#include "data/ConnectionAssignment.h"
+#include "tests/fakes/Failures.h"
 #include "tests/fakes/FakeTreeWindow.h"
-#include "tests/fakes/FaultyConnection.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
@@ -165,12 +162,7 @@ TEST_F(Binder, ADragStartedByTheHostIsWholeAndTellsWhatItCarriesAndBrings) {
 
 TEST_F(Binder, RefusesValuesThatAPropertyCannotHaveAndKeepsTheOldOnes) {
     const auto refused = [&](auto change) {
-        try {
-            change();
-        } catch (const platform::Error& error) {
-            return error.Number() == platform::errors::invalidPropertyValue;
-        }
-        return false;
+        return tests::NumberOf(change) == platform::errors::invalidPropertyValue;
     };
     EXPECT_TRUE(refused([&] { binder->SetBorderStyle(77); }));
     EXPECT_TRUE(refused([&] { binder->SetLanguage(99); }));

@@ -41,9 +41,7 @@ TEST_F(TreeTest, CreatesANoteAndAFolderFromTheMenu) {
     std::vector<TreeItemInfo> created;
     const auto token =
         tree.EvItemCreated.Subscribe([&](const TreeItemInfo& info) { created.push_back(info); });
-    database->Execute("Insert into tblSettings (Section, SKey, [Value]) values ('Storage', "
-                      "'DocumentPath', '" +
-                      machine.Folder() + "\\')");
+    MakeStore();
     tree.NodeSelected(letter); // its folder takes the new item
     std::int32_t toWrite = 0;
     const auto made = tree.NoteMade.Subscribe([&](std::int32_t id) { toWrite = id; });
@@ -61,19 +59,6 @@ TEST_F(TreeTest, CreatesANoteAndAFolderFromTheMenu) {
     ASSERT_EQ(created.size(), 2U);
     EXPECT_EQ(created[1].nodeFullPath, R"(Dossier\Mail\Nieuwe map)");
     EXPECT_EQ(window.edited, window.Find(created[1].id)) << "a new folder is named at once";
-}
-
-TEST_F(TreeTest, ANoteThatNoFolderTakesLeavesNoDocument) {
-    MakeDossier();
-    tree.NodeSelected(letters);
-    const auto create = [&] {
-        tree.ChooseMenu({"mnuNew", 1, "", 0, true, true, false});
-        return Stored("Select count(*) from tblDocument where DocId > 0");
-    };
-    EXPECT_EQ(create(), "1");
-    database->Execute("drop table tblTreeItem");
-    EXPECT_EQ(create(), "1");
-    EXPECT_NE(Told().find("Error in ctrlTree"), std::string::npos) << Told();
 }
 
 TEST_F(TreeTest, RenamesInTheDatabaseUnlessRefused) {
@@ -243,6 +228,10 @@ TEST_F(TreeTest, TheMenuFollowsTheNodeTheRightsAndTheOptions) {
     menu = tree.PrepareMenu(letters);
     EXPECT_TRUE(FindEntry(menu, "mnuShowChildCount")->checked);
     EXPECT_EQ(window.At(letters).text, "Letters (2)");
+    EXPECT_EQ(window.At(letter).text, "a.tif");
+    Add("tif", 20, "new.tif", letters);
+    EXPECT_EQ(window.At(letters).text, "Letters (3)");
+    EXPECT_EQ(tree.EditText(letters), "Letters");
     EXPECT_TRUE(tree.CommandKey(0x2E, false, false));
     EXPECT_NE(tree.GetNode(letters), nullptr) << "the key asks the menu";
 }

@@ -33,20 +33,6 @@ TEST_F(TreeTest, ALongFillShowsTheBusyDialogAndLetsTheHostIn) {
     EXPECT_EQ(window.Drawing(), "Dossier\n.Letters\n.Mail\n..Old\n");
 }
 
-TEST_F(TreeTest, AnotherControlReadsTheSameTreeFromTheDatabase) {
-    MakeDossier();
-    ctrlTree second(machine);
-    second.AttachWindow(&window);
-    second.SetTreeId(tree.TreeId());
-    EXPECT_EQ(window.Drawing(), "") << "nothing without a connection";
-    second.SetDbConnection(database);
-    EXPECT_EQ(window.nodes.size(), 9U);
-    EXPECT_EQ(second.Description(), "Dossier");
-    second.SetTreeId(0);
-    EXPECT_EQ(window.Drawing(), "");
-    second.AttachWindow(nullptr);
-}
-
 TEST_F(TreeTest, ShowsFoldersOnlyByTheirTypes) {
     MakeDossier();
     ASSERT_NE(Add("usergroup", 0, "Group", root), 0);
@@ -147,18 +133,6 @@ TEST_F(TreeTest, StepsThroughTheDocumentsInTreeOrder) {
     EXPECT_EQ(selections.size(), 5U) << "highlighting raises nothing";
 }
 
-TEST_F(TreeTest, CountsAndLooksUp) {
-    MakeDossier();
-    EXPECT_TRUE(tree.ContainsDocuments());
-    EXPECT_EQ(tree.CountDocuments("TIF"), 1);
-    EXPECT_EQ(tree.CountDocuments(""), 4);
-    EXPECT_EQ(tree.AllItems().size(), 7U);
-    EXPECT_EQ(tree.GetParent(message)->Id(), old);
-    EXPECT_EQ(tree.GetItem(0, "OLD")->Id(), old);
-    EXPECT_EQ(tree.GetItemWithinTree(tree.GetNode(letters), 0, "old"), nullptr);
-    EXPECT_EQ(tree.GetNode(999), nullptr);
-}
-
 TEST_F(TreeTest, RefreshKeepsSelectionAndOpenFolders) {
     MakeDossier();
     tree.AttachWindow(&window);
@@ -176,17 +150,6 @@ TEST_F(TreeTest, RefreshKeepsSelectionAndOpenFolders) {
     EXPECT_TRUE(window.At(letters).expanded);
 }
 
-TEST_F(TreeTest, CountsOfChildrenFollowTheFolders) {
-    MakeDossier();
-    tree.AttachWindow(&window);
-    tree.SetShowNumberOfChildren(true);
-    EXPECT_EQ(window.At(letters).text, "Letters (2)");
-    EXPECT_EQ(window.At(letter).text, "a.tif");
-    Add("tif", 20, "new.tif", letters);
-    EXPECT_EQ(window.At(letters).text, "Letters (3)");
-    EXPECT_EQ(tree.EditText(letters), "Letters");
-}
-
 TEST_F(TreeTest, FoldersComeFirstOnlyWhenSortedByNameAndKeptApart) {
     MakeDossier();
     Add("tif", 21, "0.tif", root);
@@ -197,21 +160,6 @@ TEST_F(TreeTest, FoldersComeFirstOnlyWhenSortedByNameAndKeptApart) {
     tree.SetFoldersAndDocs(true);
     EXPECT_EQ(window.Drawing(), "Dossier\n.0.tif\n.c.001\n.Letters\n..a.tif\n..note\n.Mail\n..Old\n"
                                 "...b.msg\n");
-}
-
-TEST_F(TreeTest, AStoreThatFailsIsToldAndLeavesTheTreeAsItWas) {
-    MakeDossier();
-    tree.AttachWindow(&window);
-    const auto before = window.Drawing();
-    database->Execute("Drop table tblTreeItem");
-    tree.NodeSelected(letter);
-    EXPECT_FALSE(tree.RenameItem(letter, "x"));
-    EXPECT_FALSE(tree.DeleteItem(letter));
-    EXPECT_EQ(tree.MoveItem(letter, mail), nullptr);
-    EXPECT_EQ(tree.AddTab("y", root), nullptr);
-    EXPECT_EQ(window.Drawing(), before);
-    EXPECT_EQ(machine.messages.shown.size(), 4U);
-    EXPECT_EQ(machine.messages.shown[1].caption, "Error fncDeleteSingleItem");
 }
 
 } // namespace kavidex::controls

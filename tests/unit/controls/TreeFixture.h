@@ -1,20 +1,21 @@
 // A small dossier in an embedded database, shown by the tree control.
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include <gtest/gtest.h>
 
 #include "controls/tree/ctrlTree.h"
+#include "data/clsSettings.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "data/schema/clsUpdateDb.h"
 #include "model/clsItem.h"
 #include "model/clsItemCol.h"
 #include "model/clsTree.h"
+#include "model/documentFile.h"
+#include "model/filing.h"
 #include "platform/General.h"
 #include "tests/fakes/FakeTreeWindow.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/On.h"
 
 namespace kavidex::controls {
 
@@ -22,9 +23,7 @@ namespace kavidex::controls {
 inline data::ConnectionPtr CurrentDatabase(tests::FakeWorkstation& machine) {
     static const auto current = [&] {
         auto made = data::EmbeddedDatabase::CreateInMemory();
-        data::clsUpdateDb update(machine);
-        update.SetDbConnection(made);
-        update.fncUpdateDb();
+        tests::On<data::clsUpdateDb>(machine, made).fncUpdateDb();
         return made;
     }();
     data::EmbeddedDatabase::BackupTo(*current, machine.Path("dossier.db"));
@@ -57,6 +56,45 @@ protected:
         const auto item = tree.Add(0, type, nullptr, itemId, name, parent);
         return item ? item->Id() : 0;
     }
+    void MakeStore() {
+        const auto store = machine.Path("store");
+        machine.files.CreateDirectories(store);
+        tests::On<data::clsSettings>(machine, database)
+            .SetSetting("Storage", "DocumentPath", store);
+    }
+    // A document with a file in the store.
+    std::int32_t File(const std::string& file, const std::string& bytes, std::int32_t folder,
+                      const std::string& name = {}) {
+        machine.files.WriteAll(machine.Path(file), bytes);
+        model::FilingRequest request;
+        request.source = machine.Path(file);
+        request.folderId = folder;
+        request.description = name;
+        const auto filed = model::FileDocument(machine, *tree.Tree(), request);
+        EXPECT_TRUE(filed) << filed.error;
+        tree.AddItem(filed.item, folder, false);
+        return filed.item->Id();
+    }
+    std::string PathOf(const ItemPtr& item) {
+        return model::FindDocumentFile(machine, database, *item).path;
+    }
+    // From the menu over these items: whether it was offered.
+    bool ChooseFor(const std::vector<std::int32_t>& ids, const char* entry) {
+        tree.ClearSelectedItems();
+        tree.SetHighLightToItem(ids.front());
+        if (ids.size() > 1)
+            for (const auto id : ids) tree.NodeChecked(id, true);
+        auto menu = tree.PrepareMenu(ids.front());
+        const auto* found = FindEntry(menu, entry);
+        tree.ChooseMenu(*found);
+        return found->visible && found->enabled;
+    }
+    // The tree as another user has it.
+    std::shared_ptr<model::clsTree> Elsewhere() {
+        auto other = std::make_shared<tests::On<model::clsTree>>(machine, database);
+        other->SetTreeId(tree.TreeId());
+        return other;
+    }
     std::string Told() const {
         std::string texts;
         for (const auto& shown : machine.messages.shown)
@@ -64,11 +102,12 @@ protected:
         for (const auto& line : machine.log.lines) texts += line.where + ": " + line.what + "\n";
         return texts;
     }
+    std::string LastTold() const {
+        return machine.messages.shown.empty() ? "" : machine.messages.shown.back().text;
+    }
     std::int32_t Id(const char* description) { return tree.GetItem(0, description)->Id(); }
     std::string Stored(const std::string& statement) {
-        data::Command command;
-        command.text = statement;
-        const auto rows = database->Open(command);
+        const auto rows = database->Open({statement});
         return rows->Eof() ? "none" : data::ToText(rows->Get(std::size_t{0}));
     }
 

@@ -1,8 +1,5 @@
 // Printing from the tree.
-#include "data/clsSettings.h"
 #include "imaging/PageOperations.h"
-#include "model/documentFile.h"
-#include "model/filing.h"
 #include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/TreeFixture.h"
 
@@ -27,10 +24,7 @@ std::string Page(std::uint32_t width, std::uint32_t height, std::uint32_t dpi) {
 class OutputTest : public TreeTest {
 protected:
     void SetUp() override {
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(database);
-        settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
-        machine.files.CreateDirectories(machine.Path("store"));
+        MakeStore();
         tree.SetDbConnection(database);
         ASSERT_TRUE(tree.CreateNew("Dossier", "Post;Leeg")) << Told();
         root = tree.Tree()->Item()->Id();
@@ -40,35 +34,12 @@ protected:
         machine.files.WriteAll(machine.Path("2.tif"), Page(300, 150, 150));
         imaging::StapleFiles(machine.files, {machine.Path("1.tif"), machine.Path("2.tif")},
                              machine.Path("both.tif"));
-        scan = File("scan.tif", machine.files.ReadAll(machine.Path("both.tif")));
-        fax = File("fax.tif", Page(100, 50, 0));
-        memo = File("memo.doc", "text");
+        scan = File("scan.tif", machine.files.ReadAll(machine.Path("both.tif")), letters);
+        fax = File("fax.tif", Page(100, 50, 0), letters);
+        memo = File("memo.doc", "text", letters);
         tree.AttachWindow(&window);
     }
-    std::int32_t File(const char* name, const std::string& bytes) {
-        machine.files.WriteAll(machine.Path(name), bytes);
-        model::FilingRequest request;
-        request.source = machine.Path(name);
-        request.folderId = letters;
-        const auto filed = model::FileDocument(machine, *tree.Tree(), request);
-        EXPECT_TRUE(filed) << filed.error;
-        tree.AddItem(filed.item, letters, false);
-        return filed.item->Id();
-    }
-    // Chosen from the menu over these items: whether it was offered.
-    bool Choose(const std::vector<std::int32_t>& ids, const char* entry) {
-        tree.ClearSelectedItems();
-        tree.SetHighLightToItem(ids.front());
-        if (ids.size() > 1)
-            for (const auto id : ids) tree.NodeChecked(id, true);
-        auto menu = tree.PrepareMenu(ids.front());
-        const auto* found = FindEntry(menu, entry);
-        tree.ChooseMenu(*found);
-        return found->visible && found->enabled;
-    }
-    std::string LastTold() const {
-        return machine.messages.shown.empty() ? "" : machine.messages.shown.back().text;
-    }
+    bool Print(const std::vector<std::int32_t>& ids) { return ChooseFor(ids, "mnuPrint"); }
     std::int32_t scan = 0, fax = 0, memo = 0;
 };
 
@@ -77,15 +48,15 @@ protected:
 TEST_F(OutputTest, PrintsImagesPageByPageInTheirOwnSizeAndOthersByTheirProgram) {
     const std::string a4 = " high 8bit 620x877 at 0,0 2480x3508;",
                       small = " wide 8bit 300x150 at 940,1604 600x300;";
-    EXPECT_TRUE(Choose({scan}, "mnuPrint"));
+    EXPECT_TRUE(Print({scan}));
     EXPECT_EQ(machine.shell.printers.asked, 2) << "pages to choose from";
     ASSERT_EQ(machine.shell.printers.jobs.size(), 1U) << Told();
     EXPECT_EQ(machine.shell.printers.jobs[0], "scan:" + a4 + small);
     machine.shell.printers.choice = {"Laser", 2, 9, 2, true, {}};
-    Choose({scan}, "mnuPrint");
+    Print({scan});
     EXPECT_EQ(machine.shell.printers.jobs.back(), "scan:" + small + small);
     machine.shell.printers.choice = {"Laser", 0, 0, 2, false, {}};
-    Choose({scan, memo, fax}, "mnuPrint");
+    Print({scan, memo, fax});
     EXPECT_EQ(machine.shell.printers.asked, 0) << "of several documents there is no range";
     ASSERT_EQ(machine.shell.printers.jobs.size(), 4U);
     EXPECT_EQ(machine.shell.printers.jobs[2], "scan:" + a4 + a4 + small + small);
@@ -96,23 +67,20 @@ TEST_F(OutputTest, PrintsImagesPageByPageInTheirOwnSizeAndOthersByTheirProgram) 
     EXPECT_TRUE(machine.messages.shown.empty()) << Told();
 
     machine.messages.answers = {platform::Answer::No};
-    EXPECT_TRUE(Choose({letters}, "mnuPrint"));
+    EXPECT_TRUE(Print({letters}));
     EXPECT_EQ(LastTold(), "Wilt u de inhoud van deze map afdrukken?");
     EXPECT_EQ(machine.shell.printers.jobs.size(), 4U);
     machine.shell.printers.choice.reset(); // cancelled in the dialog
-    Choose({letters}, "mnuPrint");
+    Print({letters});
     EXPECT_EQ(machine.shell.printers.jobs.size(), 4U);
     EXPECT_EQ(machine.shell.printed.size(), 1U);
-    EXPECT_FALSE(Choose({Id("Leeg")}, "mnuPrint")) << "nothing is in it";
+    EXPECT_FALSE(Print({Id("Leeg")})) << "nothing is in it";
 }
 
 TEST_F(OutputTest, WhatIsNotPrintedIsToldAndTheRestIsPrinted) {
-    std::filesystem::resize_file(
-        tests::FakeWorkstation::Native(
-            model::FindDocumentFile(machine, database, *tree.GetNode(scan)).path),
-        200);
+    std::filesystem::resize_file(tests::FakeWorkstation::Native(PathOf(tree.GetNode(scan))), 200);
     machine.shell.refuse = true;
-    Choose({scan, memo, fax}, "mnuPrint");
+    Print({scan, memo, fax});
     ASSERT_EQ(machine.shell.printers.jobs.size(), 1U) << Told();
     EXPECT_EQ(machine.shell.printers.jobs[0].find("fax:"), 0U);
     ASSERT_EQ(machine.messages.shown.size(), 1U) << Told();
@@ -121,23 +89,23 @@ TEST_F(OutputTest, WhatIsNotPrintedIsToldAndTheRestIsPrinted) {
     EXPECT_NE(LastTold().find("\r\nmemo: No program opens this file"), std::string::npos);
 
     machine.shell.printers.refusePage = 0; // the job is taken back
-    Choose({fax}, "mnuPrint");
+    Print({fax});
     EXPECT_EQ(LastTold(), "Niet afgedrukt: \r\nfax: The paper is out");
     machine.shell.printers.refusePage = -1;
     machine.busy.onProgress = [&](int) { machine.busy.stopAsked = true; };
-    Choose({fax}, "mnuPrint");
+    Print({fax});
     EXPECT_EQ(machine.shell.printers.jobs.size(), 1U) << "stopped before its only page";
     EXPECT_EQ(machine.messages.shown.size(), 2U);
 }
 
 TEST_F(OutputTest, WithoutPrinterOrRightNothingIsPrinted) {
     machine.shell.hasPrinters = false;
-    EXPECT_FALSE(Choose({scan}, "mnuPrint")) << "it is not in the menu";
+    EXPECT_FALSE(Print({scan})) << "it is not in the menu";
     EXPECT_TRUE(tree.CommandKey('P', true, false));
     EXPECT_EQ(LastTold(), "Er zijn geen printers geïnstalleerd op deze machine.");
     machine.shell.hasPrinters = true;
     tree.SetShowPrint(false);
-    EXPECT_FALSE(Choose({scan}, "mnuPrint"));
+    EXPECT_FALSE(Print({scan}));
     tree.CommandKey('P', true, false);
     EXPECT_TRUE(machine.shell.printers.jobs.empty());
 }

@@ -1,5 +1,4 @@
 // Finding items, and putting deleted ones back.
-#include "model/clsUserAuth.h"
 #include "tests/unit/controls/TreeFixture.h"
 
 namespace kavidex::controls {
@@ -16,10 +15,10 @@ protected:
         whole = Nodes();
     }
     std::string Nodes() {
-        data::Command command;
-        command.text = "select TreeItemId, ParentId from tblTreeItem order by Id";
         std::string all;
-        for (const auto rows = database->Open(command); !rows->Eof(); rows->MoveNext())
+        for (const auto rows =
+                 database->Open({"select TreeItemId, ParentId from tblTreeItem order by Id"});
+             !rows->Eof(); rows->MoveNext())
             all += data::ToText(rows->Get(std::size_t{0})) + "<" +
                    data::ToText(rows->Get(std::size_t{1})) + " ";
         return all;
@@ -119,30 +118,29 @@ TEST_F(RestoreTest, ADeletedItemThatIsShownIsPutBackWithAllBelowIt) {
 }
 
 TEST_F(RestoreTest, WhatAnotherDeletedUnderMenuOrEditorIsTold) {
-    model::clsTree other(machine);
-    other.SetDbConnection(database);
-    other.SetTreeId(tree.TreeId());
-    const auto gone = [&](std::int32_t id) {
-        model::clsItemPtr none;
-        EXPECT_TRUE(other.DeleteItem(none, id));
-    };
+    MakeStore();
     const auto before = window.Drawing();
     tree.NodeSelected(letters);
     const auto menu = tree.PrepareMenu(letters);
     tree.ChooseMenu({"mnuRename", 0, {}}); // the editor is open
-    gone(letters);
+    model::clsItemPtr none;
+    EXPECT_TRUE(Elsewhere()->DeleteItem(none, letters));
     EXPECT_FALSE(tree.LabelEdited(letters, "Brieven"));
-    tree.ChooseMenu({"mnuNew", 0, {}});
+    for (const int entry : {0, 1}) tree.ChooseMenu({"mnuNew", entry, {}});
+    EXPECT_EQ(Stored("Select count(*) from tblDocument where DocId > 0"), "0") << "no stray note";
     window.forms.users = {[](tests::FormUser& user) {
         user.Type("txtName", "Brieven");
         user.Click("btnOk");
     }};
     tree.ChooseMenu({"mnuProperties", 0, {}});
     EXPECT_EQ(tree.MoveItem(numbered, letters), nullptr);
-    EXPECT_EQ(machine.messages.shown.size(), 4U) << Told();
+    EXPECT_EQ(tree.MoveItem(letters, mail), nullptr);
+    ASSERT_EQ(machine.messages.shown.size(), 6U) << Told();
+    for (const auto& shown : machine.messages.shown)
+        EXPECT_NE(shown.text.find("intussen door een andere gebruiker"), std::string::npos);
     EXPECT_EQ(window.Drawing(), before);
     tree.ChooseMenu({"mnuDelete", 0, {}}); // as the user wants it
-    EXPECT_EQ(machine.messages.shown.size(), 4U) << Told();
+    EXPECT_EQ(machine.messages.shown.size(), 6U) << Told();
     EXPECT_EQ(window.Find(letters), 0U);
     Press('Z', control);
     EXPECT_NE(window.Find(letters), 0U) << Told();

@@ -1,10 +1,7 @@
 // Two databases, whose same ids stand for other dossiers: one dossier's work must never end up in
 // another.
-#include <functional>
-
 #include "data/ConnectionAssignment.h"
 #include "tests/fakes/FakeTreeWindow.h"
-#include "tests/fakes/FaultyConnection.h"
 #include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/BinderFixture.h"
 
@@ -20,10 +17,9 @@ struct TwoDatabases : Binder {
         Binder::SetUp();
         auto second = std::make_unique<ctrlCorrespondence>(machine);
         second->SetDbConnection(other);
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(other);
         machine.files.CreateDirectories(machine.Path("theirs"));
-        settings.SetSetting("Storage", "DocumentPath", machine.Path("theirs"));
+        tests::On<data::clsSettings>(machine, other)
+            .SetSetting("Storage", "DocumentPath", machine.Path("theirs"));
         for (const auto& [one, key] :
              {std::pair(second.get(), "B"), std::pair(binder.get(), "A")}) {
             ASSERT_EQ(one->OpenOrCreate(key, "Dossier", "Post", "", ""), 0);
@@ -39,9 +35,7 @@ struct TwoDatabases : Binder {
     }
     std::string Theirs(const std::string& statement) { return First(other, statement); }
     static std::string First(const data::ConnectionPtr& database, const std::string& statement) {
-        data::Command command;
-        command.text = statement;
-        const auto rows = database->Open(command);
+        const auto rows = database->Open({statement});
         return rows->Eof() ? "none" : data::ToText(rows->Get(std::size_t{0}));
     }
     // The key that the last document carries.
@@ -271,7 +265,6 @@ TEST_F(TwoDatabases, AnIdFromTheBagIsLoadedFromTheFirstConnectionWithItsFolder) 
 }
 
 TEST_F(Binder, TheQueueOfTheFirstDossierIsNotTheSecondOnes) {
-    machine.files.CreateDirectories(machine.Path("queue\\A"));
     File("queue\\A\\a.tif");
     Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
     machine.messages.answers = {platform::Answer::No};

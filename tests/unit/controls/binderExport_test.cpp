@@ -3,8 +3,6 @@
 #include "controls/viewer/external/ctrlExtViewer.h"
 #include "imaging/pdf/PdfDocument.h"
 #include "imaging/pdfium/Pdfium.h"
-#include "model/documentFile.h"
-#include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
@@ -12,14 +10,11 @@ namespace {
 
 using tests::SmallTiff;
 
-struct Export : Binder {
-    const std::string temporary = machine.Path("temp");
-    OwnTemporaryFolder own{temporary};
+struct Export : BinderWithTemporaryFolder {
     ItemPtr folder;
 
     void SetUp() override {
-        Binder::SetUp();
-        machine.files.CreateDirectories(temporary);
+        BinderWithTemporaryFolder::SetUp();
         ASSERT_EQ(binder->OpenOrCreate("K1", "Dossier 7/8", "", "", ""), 0);
         folder = binder->treCorr().AddTab("Post", Root());
         ASSERT_TRUE(folder);
@@ -112,8 +107,7 @@ TEST_F(Export, WhatCannotBeReadGoesBesideAndTakesNothingWithIt) {
 TEST_F(Export, ADocumentWithoutItsFileIsNamedToTheUser) {
     Add("een.tif", SmallTiff("a"), folder->Id());
     const auto lost = Add("weg.tif", SmallTiff("b"), folder->Id());
-    const auto file = model::FindDocumentFile(machine, connection, *lost);
-    machine.files.Remove(file.path);
+    machine.files.Remove(FileOf(lost));
     Tick({folder->Id()});
     EXPECT_EQ(Out(true, false), Names{"Dossier 7 8.pdf"});
     EXPECT_EQ(Pages(paths[0]), 1);

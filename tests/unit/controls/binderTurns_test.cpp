@@ -1,9 +1,6 @@
 // What a host does inside the binder's own events and long operations; what a change of a property
 // costs; what the bag holds.
-#include "data/clsSettings.h"
 #include "tests/fakes/FakeBinderWindow.h"
-#include "tests/fakes/RecordingConnection.h"
-#include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
@@ -81,17 +78,17 @@ TEST_F(Turns, TheLastDossierAskedForDuringALongLoadStays) {
         machine.clock.now.millisecond += 40;
         return false;
     };
-    ctrlCorrespondence other(machine);
-    other.SetDbConnection(slow);
-    const auto backlog = machine.Path("backlog\\0000000small");
-    machine.files.CreateDirectories(backlog);
-    machine.files.WriteAll(backlog + "\\1.tif", tests::SmallTiff("s"));
+    tests::On<ctrlCorrespondence> other(machine, slow);
+    File("backlog\\0000000small\\1.tif", tests::SmallTiff("s"));
     Setting("BackLogSettings", "Path", machine.Path("backlog"));
+    const auto file = File("a.txt");
     int opened = 0, result = 1;
     for (const std::string key : {"small", "new", "large"}) {
         opened = 0;
         machine.busy.onPump = [&] {
             if (opened++ > 0) return;
+            EXPECT_NE(other.AddFiles({file}, "", 0, false, true), addFiles::done);
+            EXPECT_TRUE(Told("Er loopt nog een andere bewerking"));
             result = other.OpenOrCreate(key, "", "A;B", "", "");
             EXPECT_EQ(binder->OpenOrCreate("large", "", "", "", ""), 0) << "nor another control";
             if (key == "large") other.treCorr().AddTab("Later", 0);
@@ -157,8 +154,7 @@ TEST_F(Turns, OpeningAKnownDossierReadsEachTableOnceAndTheItemsOncePerFolder) {
     ASSERT_EQ(binder->OpenOrCreate("key", "Dossier", "A;B;C", "", ""), 0);
     ASSERT_EQ(binder->AddFiles({File("a.txt"), File("b.txt")}, "", 0, false, true), 0);
     const auto recorded = std::make_shared<tests::RecordingConnection>("", connection);
-    ctrlCorrespondence other(machine);
-    other.SetDbConnection(recorded);
+    tests::On<ctrlCorrespondence> other(machine, recorded);
     recorded->statements.clear();
     ASSERT_EQ(other.OpenOrCreate("key", "", "", "", ""), 0);
     std::string all;

@@ -4,8 +4,6 @@
 
 #include "controls/checklist/ctlChecklist.h"
 #include "model/clsCheckListType.h"
-#include "model/clsTree.h"
-#include "tests/fakes/FakeForms.h"
 
 namespace kavidex::controls {
 
@@ -36,8 +34,7 @@ struct Checklists : Binder {
         const char *descriptions, *type;
     };
     void Define(const char* key, const std::vector<Wanted>& items) {
-        model::clsCheckListType list(machine);
-        list.SetDbConnection(connection);
+        tests::On<model::clsCheckListType> list(machine, connection);
         list.SetCheckListTabType(key);
         std::int16_t order = 0;
         for (const auto& item : items)
@@ -99,8 +96,7 @@ TEST_F(Checklists, KeepWhatUsersSayAndRefuseWhatAnotherHasSaidMeanwhile) {
     EXPECT_EQ(binder->Checklist().Form()["lstItems"].Find(1)->texts[5], "15-11-2026 jansen");
 
     // Another user's control of the same dossier sees it, and changes it.
-    ctlChecklist other(machine);
-    other.SetDbConnection(connection);
+    tests::On<ctlChecklist> other(machine, connection);
     other.SetCheckListType("Za'ak^Bewijs");
     other.SetTreeId(binder->Id());
     machine.user.name = "piet";

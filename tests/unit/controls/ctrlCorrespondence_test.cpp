@@ -1,12 +1,7 @@
 // The binder control's logic over the embedded engine: no window, real files.
-#include <utility>
-
 #include "controls/viewer/external/ctrlExtViewer.h"
-#include "model/documentFile.h"
 #include "platform/ErrorNumber.h"
 #include "tests/fakes/Failures.h"
-#include "tests/fakes/RecordingConnection.h"
-#include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
@@ -108,19 +103,6 @@ TEST_F(Binder, FilesIntoTheFolderOfAnIdOrANameAndRefusesUnknownOnes) {
     EXPECT_EQ(Count("tblDocument"), 2);
 }
 
-TEST_F(Binder, KeepsWhatWasFiledWhenAnotherFileFails) {
-    ASSERT_EQ(Open("key"), 0);
-    EXPECT_EQ(binder->AddFiles({File("een.txt"), machine.Path("weg.txt"), File("twee.txt")}, "", 0,
-                               false, true),
-              addFiles::noFile);
-    EXPECT_TRUE(Told("weg.txt"));
-    EXPECT_EQ(binder->ContainsDocuments(""), 2);
-    Setting("Storage", "DocumentPath", "");
-    EXPECT_EQ(binder->AddFiles({File("drie.txt")}, "", 0, false, true), addFiles::noStore);
-    binder->CloseObject();
-    EXPECT_EQ(binder->AddFiles({File("vier.txt")}, "", 0, false, true), addFiles::noDossier);
-}
-
 TEST_F(Binder, ABreakInTheMiddleIsToldForEveryFileThatWasNotReached) {
     ASSERT_EQ(Open("key"), 0);
     machine.busy.onProgress = [](int done) {
@@ -139,26 +121,6 @@ TEST_F(Binder, ABreakInTheMiddleIsToldForEveryFileThatWasNotReached) {
     machine.busy.onProgress = nullptr;
     EXPECT_EQ(add(), addFiles::done); // and the control goes on
     EXPECT_EQ(binder->ContainsDocuments(""), 4);
-}
-
-TEST_F(Binder, BeginsNothingElseWhileADossierOpens) {
-    ASSERT_EQ(Open("K1"), 0);
-    for (int i = 0; i < 40; ++i) binder->treCorr().AddTab("Map", Root());
-    const auto slow = std::make_shared<tests::RecordingConnection>("", connection);
-    slow->refuse = [&](const std::string&) {
-        machine.clock.now.millisecond += 40;
-        return false;
-    };
-    ctrlCorrespondence other(machine);
-    other.SetDbConnection(slow);
-    const auto file = File("a.txt");
-    int refused = 0;
-    machine.busy.onPump = [&] { refused += other.AddFiles({file}, "", 0, false, true) != 0; };
-    other.SetId(binder->Id());
-    machine.busy.onPump = nullptr;
-    EXPECT_GT(refused, 0);
-    EXPECT_TRUE(Told("Er loopt nog een andere bewerking"));
-    EXPECT_EQ(Count("tblDocument"), 0);
 }
 
 TEST_F(Binder, ShowsWhatIsSelectedAndTellsTheHostFirst) {
@@ -214,7 +176,7 @@ TEST_F(Binder, ShowsDocumentsElsewhereWhereTheWorkstationWantsThemThere) {
     EXPECT_EQ(binder->Viewer().Parts(), PartSet{Part::Elsewhere});
     EXPECT_TRUE(external.CloseForm());
     EXPECT_TRUE(binder->Viewer().Parts().Empty()) << "it is shown nowhere now";
-    const auto file = model::FindDocumentFile(machine, connection, *documents[0]).path;
+    const auto file = FileOf(documents[0]);
     machine.files.Rename(file, file + ".away");
     tree.NodeSelected(documents[0]->Id());
     EXPECT_TRUE(binder->Viewer().Parts().Empty()) << "nor there";
@@ -380,6 +342,26 @@ TEST_F(Binder, EnablesItsButtonsByDossierAndRights) {
     binder->ButtonClicked("New");
     binder->MenuChosen({"withdel", 0, {}});
     EXPECT_TRUE(machine.messages.shown.empty()) << "what the toolbar refuses, its menu refuses";
+}
+
+TEST_F(Binder, BeginsNothingElseWhileADossierOpens) {
+    ASSERT_EQ(Open("K1"), 0);
+    for (int i = 0; i < 40; ++i) binder->treCorr().AddTab("Map", Root());
+    const auto slow = std::make_shared<tests::RecordingConnection>("", connection);
+    slow->refuse = [&](const std::string&) {
+        machine.clock.now.millisecond += 40;
+        return false;
+    };
+    ctrlCorrespondence other(machine);
+    other.SetDbConnection(slow);
+    const auto file = File("a.txt");
+    int refused = 0;
+    machine.busy.onPump = [&] { refused += other.AddFiles({file}, "", 0, false, true) != 0; };
+    other.SetId(binder->Id());
+    machine.busy.onPump = nullptr;
+    EXPECT_GT(refused, 0);
+    EXPECT_TRUE(Told("Er loopt nog een andere bewerking"));
+    EXPECT_EQ(Count("tblDocument"), 0);
 }
 
 TEST_F(Binder, AFolderByItsNameIsAFolder) {

@@ -5,7 +5,6 @@
 #include "controls/admin/ctlDefaultFolders.h"
 #include "controls/checklist/ctlChecklist.h"
 #include "model/Checklist.h"
-#include "tests/fakes/FakeForms.h"
 
 namespace kavidex::controls {
 
@@ -16,10 +15,7 @@ struct FolderEditors : Binder {
 
     template <class Editor>
     std::unique_ptr<Editor> Open() {
-        auto made = std::make_unique<Editor>(machine);
-        made->presenter = [this] { return &forms; };
-        made->SetDbConnection(connection);
-        return made;
+        return forms.EditorOn<Editor>(machine, connection);
     }
     static std::int32_t IdOf(AdminControl& editor, const char* field, std::string_view text) {
         for (const auto& item : editor.Form()[field].Items())
@@ -106,8 +102,7 @@ TEST_F(FolderEditors, WhatIsEditedIsWhatANewDossierBeginsWith) {
     user.Click("btnUndo");
     EXPECT_EQ(Names(*editor), "Post >In %YYYY ");
 
-    ctlDefaultFolders dialog(machine);
-    dialog.SetDbConnection(connection);
+    tests::On<ctlDefaultFolders> dialog(machine, connection);
     forms.users = {[](tests::FormUser& sees) { EXPECT_TRUE(sees.CanUse("btnNewType")); }};
     dialog.ShowModal(forms);
 

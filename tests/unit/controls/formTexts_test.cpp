@@ -15,6 +15,7 @@
 #include "data/schema/clsUpdateDb.h"
 #include "platform/text.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/On.h"
 
 namespace kavidex::controls {
 
@@ -55,9 +56,7 @@ void ExpectRoom(const forms::Form& form) {
 TEST(FormTexts, HaveRoomInEveryLanguage) {
     tests::FakeWorkstation machine;
     const auto database = data::EmbeddedDatabase::CreateInMemory();
-    data::clsUpdateDb update(machine);
-    update.SetDbConnection(database);
-    update.fncUpdateDb();
+    tests::On<data::clsUpdateDb>(machine, database).fncUpdateDb();
     ctlRights rights(machine);
     ctlDefaultFolders folders(machine);
     ctlChecklistEditor lists(machine);

@@ -1,12 +1,9 @@
 // The properties dialog over a real database and real files, used as a user would.
 #include "controls/tree/frmProperties.h"
 
-#include "data/clsSettings.h"
 #include "imaging/MemoryReader.h"
 #include "imaging/scanSource.h"
 #include "model/clsDocument.h"
-#include "model/documentFile.h"
-#include "tests/fakes/FakeForms.h"
 #include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/TreeFixture.h"
 
@@ -33,10 +30,7 @@ std::string Scan(const std::string& maker, const std::string& model) {
 class PropertiesTest : public TreeTest {
 protected:
     void SetUp() override {
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(database);
-        settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
-        machine.files.CreateDirectories(machine.Path("store"));
+        MakeStore();
         MakeDossier();
         scan = File("tif", Scan("Scanners", "DS 100"));
         text = File("txt", "text");
@@ -56,7 +50,7 @@ protected:
         EXPECT_TRUE(document.SaveNewRow()) << Told();
         EXPECT_TRUE(document.AddDocument(path, false, true)) << Told();
         const auto id = Add(type, document.DocId(), type, letters);
-        paths[id] = model::FindDocumentFile(machine, database, *tree.GetNode(id)).path;
+        paths[id] = PathOf(tree.GetNode(id));
         return id;
     }
     // "Eigenschappen" of these items.

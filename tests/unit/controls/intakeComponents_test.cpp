@@ -1,78 +1,13 @@
 // What comes in through separate components, played here: the mail program, the letter generator,
 // the scanning control, and the dialog that leads to letters and files.
-#include "controls/intake/Letters.h"
-#include "controls/intake/ScanPanel.h"
-#include "mail/MailSource.h"
-#include "platform/utf8.h"
-#include "tests/fakes/FakeBinderWindow.h"
-#include "tests/fakes/FakeTreeWindow.h"
-#include "tests/unit/controls/BinderFixture.h"
+#include "tests/unit/controls/PlayedComponents.h"
 
 namespace kavidex::controls {
 namespace {
 
 using tests::FormUser;
 
-struct PlayedMail : mail::MailSource {
-    mail::Dragged dragged;
-
-    mail::Dragged WhatIsDragged() override { return dragged; }
-    mail::MailFacts FactsOf(std::string_view) override { return {}; }
-};
-
-struct PlayedLetters : LetterGenerator {
-    std::function<Merged(const std::string&, const std::string&)> merge;
-    Merged fncMergeDocument(const std::string& values, const std::string& letter) override {
-        return merge(values, letter);
-    }
-};
-
-struct Components : Binder {
-    std::shared_ptr<PlayedMail> program = std::make_shared<PlayedMail>();
-    std::function<LetterGenerator::Merged(const std::string&, const std::string&)> merge;
-    tests::FakeBinderWindow window;
-    const std::string temporary = machine.Path("temp");
-    OwnTemporaryFolder own{temporary};
-
-    void SetUp() override {
-        Binder::SetUp();
-        machine.files.CreateDirectories(temporary);
-        binder = std::make_unique<ctrlCorrespondence>(
-            machine, nullptr, nullptr, IntakeComponents{program, [this] {
-                                                            auto made =
-                                                                std::make_unique<PlayedLetters>();
-                                                            made->merge = merge;
-                                                            return made;
-                                                        }});
-        binder->SetDbConnection(connection);
-        machine.shell.mailClient = "Microsoft Outlook ";
-        ASSERT_EQ(Open("key"), 0);
-        binder->AttachWindow(&window);
-    }
-    void TearDown() override { binder->AttachWindow(nullptr); }
-
-    std::string Documents() {
-        std::string lines;
-        for (const auto& item : binder->treCorr().AllItems()) lines += item->Description() + "\n";
-        return lines;
-    }
-    // A mail that is selected; its file says which.
-    mail::DraggedItem Item(const std::string& subject) {
-        return {"MailItem", subject, [this, subject](std::string_view path) {
-                    machine.files.WriteAll(path, "mail " + subject);
-                }};
-    }
-    std::int32_t DropMail() {
-        DropData data;
-        data.hasText = true;
-        data.text = "mail";
-        machine.messages.shown.clear();
-        return binder->treCorr().Dropped(data, Root());
-    }
-};
-
 TEST_F(Components, MakesALetterWithANumberOfItsOwn) {
-    machine.files.CreateDirectories(machine.Path("sjablonen\\Zaken"));
     File("sjablonen\\Zaken\\Letter.DOTX");
     File("sjablonen\\Zaken\\~$Letter.DOTX");
     machine.files.CreateDirectories(machine.Path("sjablonen\\Zaken\\Oud"));
@@ -132,7 +67,6 @@ TEST_F(Components, WhatTheUserStopsDoesNotComeInLater) {
     EXPECT_TRUE(Told("twee.msg: niet toegevoegd"));
     EXPECT_TRUE(machine.files.List(temporary, "*.msg", false).empty()) << "the mails are elsewhere";
 
-    machine.files.CreateDirectories(machine.Path("queue\\key"));
     for (const char* name : {"queue\\key\\a.tif", "queue\\key\\b.tif"}) File(name, name);
     Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
     window.scannerInstalled = false;
@@ -196,7 +130,6 @@ TEST_F(Components, WhatCameForADossierNeverGoesIntoTheOneThatIsOpenedMeanwhile) 
     EXPECT_TRUE(Told("Mail.msg: het dossier is gesloten"));
     comesBack("Mail\nb\n");
 
-    machine.files.CreateDirectories(machine.Path("sjablonen"));
     File("sjablonen\\Letter.dotx");
     Setting("Template", "Path", machine.Path("sjablonen"));
     binder->SetDbConnection(nullptr);
@@ -223,7 +156,6 @@ TEST_F(Components, WhatCameForADossierNeverGoesIntoTheOneThatIsOpenedMeanwhile) 
     binder->ButtonClicked("New");
     EXPECT_EQ(Documents(), "");
 
-    machine.files.CreateDirectories(machine.Path("queue\\key"));
     const auto waiting = File("queue\\key\\a.tif");
     Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
     box->text = "Er zijn nog documenten aanwezig";

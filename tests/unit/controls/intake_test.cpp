@@ -2,33 +2,17 @@
 #include "imaging/PageFile.h"
 #include "imaging/PageOperations.h"
 #include "model/IntegrityCheck.h"
-#include "tests/fakes/FaultyConnection.h"
-#include "tests/fakes/SmallTiff.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
 namespace {
 
-struct Intake : Binder {
-    const std::string temporary = machine.Path("temp");
-    OwnTemporaryFolder own{temporary};
-
+struct Intake : BinderWithTemporaryFolder {
     void SetUp() override {
-        Binder::SetUp();
-        machine.files.CreateDirectories(temporary);
+        BinderWithTemporaryFolder::SetUp();
         ASSERT_EQ(Open("key"), 0);
     }
     ctrlTree& Tree() { return binder->treCorr(); }
-    std::string Outline() { // the dossier, a level deeper one more dot
-        std::string lines;
-        for (const auto& item : Tree().AllItems()) {
-            for (auto up = Tree().GetParent(item->Id()); up && up->Id() != Root();
-                 up = Tree().GetParent(up->Id()))
-                lines += '.';
-            lines += item->Description() + "|" + item->ItemType() + "\n";
-        }
-        return lines;
-    }
     std::int32_t Drop(const std::vector<std::string>& names) {
         DropData data;
         data.hasFiles = true;
@@ -48,13 +32,9 @@ struct Intake : Binder {
         machine.messages.shown.clear();
         binder->MenuChosen({entry, 0, {}});
     }
-    std::string FileOf(const ItemPtr& item) {
-        return model::FindDocumentFile(machine, binder->DbConnection(), *item).path;
-    }
     std::string Stored(const ItemPtr& item) { return machine.files.ReadAll(FileOf(item)); }
     std::vector<ItemPtr> Reloaded() { // as the database has it
-        ctrlCorrespondence other(machine);
-        other.SetDbConnection(connection);
+        tests::On<ctrlCorrespondence> other(machine, connection);
         other.OpenOrCreate(binder->ExternalId(), "Dossier", "", "", "");
         auto items = other.treCorr().AllItems();
         other.SetDbConnection(nullptr);
@@ -254,8 +234,9 @@ TEST_F(Intake, TellsAStoreThatIsGoneFromASourceThatIs) {
     EXPECT_EQ(binder->AddFiles({file}, "", 0, false, true), addFiles::notFiled);
     EXPECT_TRUE(Told(file + ": de map van de documentopslag is niet bereikbaar"));
     Setting("Storage", "DocumentPath", machine.Path("store"));
-    EXPECT_EQ(binder->AddFiles({file + "x"}, "", 0, false, true), addFiles::noFile);
+    EXPECT_EQ(binder->AddFiles({file, file + "x", file}, "", 0, false, true), addFiles::noFile);
     EXPECT_TRUE(Told("Bestand niet gevonden: " + file + "x"));
+    EXPECT_EQ(binder->ContainsDocuments(""), 2) << "the others are there";
     machine.files.FailAt(1, static_cast<std::int32_t>(0x80070040)); // a network name is gone
     EXPECT_EQ(binder->AddFiles({file}, "", 0, false, true), addFiles::noFile);
     EXPECT_TRUE(Told(file + ": niet bereikbaar"));
@@ -263,6 +244,9 @@ TEST_F(Intake, TellsAStoreThatIsGoneFromASourceThatIs) {
     machine.files.refused = "CopyAside";
     EXPECT_EQ(binder->AddFiles({file}, "", 0, false, true), addFiles::notFiled);
     EXPECT_TRUE(Told(file + ": geen toegang tot de documentopslag"));
+    machine.files.refused.clear();
+    Setting("Storage", "DocumentPath", "");
+    EXPECT_EQ(binder->AddFiles({file}, "", 0, false, true), addFiles::noStore);
 }
 
 TEST_F(Intake, FilesWhatWasRefusedAndIsGivenAgainOnce) {
@@ -280,7 +264,6 @@ TEST_F(Intake, FilesWhatWasRefusedAndIsGivenAgainOnce) {
 }
 
 TEST_F(Intake, TakesTheScanQueueInOnceTheUserAgrees) {
-    machine.files.CreateDirectories(machine.Path("queue\\key"));
     const auto scan = File("queue\\key\\a.tif", tests::SmallTiff("q"));
     Setting("DossierSettings", "ScanQueue", machine.Path("queue"));
     platform::SaveRegSetting(machine, "Kavidex", "CorrespSetting", "ShowExtId", "1");
@@ -311,7 +294,6 @@ TEST_F(Intake, TakesTheScanQueueInOnceTheUserAgrees) {
 
 TEST_F(Intake, TakesABacklogInOnceAndGoesOnWhereItWasCutOff) {
     const auto folder = machine.Path("backlog\\000000004711");
-    machine.files.CreateDirectories(folder);
     Setting("BackLogSettings", "Path", machine.Path("backlog"));
     File("backlog\\000000004711\\001.tif", tests::SmallTiff("a"));
     File("backlog\\000000004711\\2.tif", tests::SmallTiff("b"));

@@ -1,15 +1,7 @@
 // The number of a letter, and the file of its values.
-#include "controls/intake/Letters.h"
-
-#include <gtest/gtest.h>
-
 #include <set>
-#include <string>
 
-#include "model/clsItemCol.h"
-#include "model/documentFile.h"
-#include "tests/fakes/FakeBinderWindow.h"
-#include "tests/unit/controls/BinderFixture.h"
+#include "tests/unit/controls/PlayedComponents.h"
 
 namespace kavidex::controls {
 namespace {
@@ -43,34 +35,20 @@ TEST(ValueFile, IsRewrittenInItsOwnEncodingLineEndsAndSeparator) {
     for (const auto& row : rows) EXPECT_EQ(WithDocumentId(row.before, 5), row.after);
 }
 
-struct LettersOfABinder : Binder {
-    tests::FakeBinderWindow window;
+struct LettersOfABinder : Components {
     int merged = 0;
 
-    struct Generator : LetterGenerator {
-        explicit Generator(LettersOfABinder& users) : test(users) {}
-        Merged fncMergeDocument(const std::string&, const std::string&) override {
-            ++test.merged;
-            return test.onMerge ? test.onMerge() : Merged{};
-        }
-        LettersOfABinder& test;
-    };
-    std::function<LetterGenerator::Merged()> onMerge;
     void SetUp() override {
-        Binder::SetUp();
-        machine.files.CreateDirectories(machine.Path("sjablonen"));
+        Components::SetUp();
         File("sjablonen\\Letter.dotx");
         Setting("Template", "Path", machine.Path("sjablonen"));
-        binder = std::make_unique<ctrlCorrespondence>(
-            machine, nullptr, nullptr,
-            IntakeComponents{nullptr, [this] { return std::make_unique<Generator>(*this); }});
-        binder->SetDbConnection(connection);
         ASSERT_EQ(Open("key"), 0);
         binder->treCorr().NodeSelected(Root());
-        binder->AttachWindow(&window);
+        merge = [this](const std::string&, const std::string&) {
+            ++merged;
+            return LetterGenerator::Merged{};
+        };
     }
-    void TearDown() override { binder->AttachWindow(nullptr); }
-
     void Make(const std::string& valueFile) {
         binder->SetValueFile(valueFile);
         merged = 0;
@@ -113,8 +91,9 @@ TEST_F(LettersOfABinder, StopAtAValueFileThatCannotBeRewrittenAndLeaveItAsItWas)
 // As a generator does that always writes to one place.
 TEST_F(LettersOfABinder, WaitEachByItselfWhereTheStoreIsGone) {
     int letters = 0;
-    onMerge = [&]() -> LetterGenerator::Merged {
-        return {1, File("brief.docx", "letter " + std::to_string(++letters))};
+    merge = [&](const std::string&, const std::string&) {
+        return LetterGenerator::Merged{1,
+                                       File("brief.docx", "letter " + std::to_string(++letters))};
     };
     Setting("Storage", "DocumentPath", machine.Path("weg"));
     for (int letter = 0; letter < 2; ++letter) {

@@ -45,11 +45,8 @@ struct Plans : testing::Test {
     void SetUp() override {
         machine.guids.real = true;
         // The steps of the upgrade read what they convert, once.
-        data::clsUpdateDb update(machine);
-        update.SetDbConnection(database);
-        update.fncUpdateDb();
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(connection);
+        tests::On<data::clsUpdateDb>(machine, database).fncUpdateDb();
+        tests::On<data::clsSettings> settings(machine, connection);
         std::string value, section, key;
         settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
         settings.GetSettingLike("Stor%", "%", value, section, key, true);

@@ -10,6 +10,7 @@
 #include "model/treeRows.h"
 #include "tests/fakes/FakeForms.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/On.h"
 #include "tests/fakes/RecordingConnection.h"
 
 namespace kavidex::controls {
@@ -26,13 +27,10 @@ struct Post : testing::Test {
     std::unique_ptr<ctlPost> post;
 
     void SetUp() override {
-        data::clsUpdateDb update(machine);
-        update.SetDbConnection(database);
-        update.fncUpdateDb();
+        tests::On<data::clsUpdateDb>(machine, database).fncUpdateDb();
         machine.files.CreateDirectories(machine.Path("store"));
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(database);
-        settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
+        tests::On<data::clsSettings>(machine, database)
+            .SetSetting("Storage", "DocumentPath", machine.Path("store"));
         const model::Store store(database);
         const auto place = model::MakeUserTree(machine, store, "Gebruikers");
         piet = model::AddHolder(machine, store, place, {0, 0, false, "Piet", {}});
@@ -45,12 +43,7 @@ struct Post : testing::Test {
         tests::FormUser(post->Form()).Click("btnAdd");
         ASSERT_EQ(Waiting(*post).size(), 3U) << Told();
     }
-    std::unique_ptr<ctlPost> Make() {
-        auto made = std::make_unique<ctlPost>(machine);
-        made->presenter = [this] { return &forms; };
-        made->SetDbConnection(connection);
-        return made;
-    }
+    std::unique_ptr<ctlPost> Make() { return forms.EditorOn<ctlPost>(machine, connection); }
     static std::vector<std::int32_t> Ids(ctlPost& of, const char* field) {
         std::vector<std::int32_t> ids;
         for (const auto& item : of.Form()[field].Items()) ids.push_back(item.id);
@@ -141,8 +134,7 @@ TEST_F(Post, IsNeitherCopiedNorLostBetweenTwo) {
     // A user that somebody deletes leaves his post to be handed out again, and takes none.
     other->Refresh();
     {
-        ctlRights editor(machine);
-        editor.SetDbConnection(connection);
+        tests::On<ctlRights> editor(machine, connection);
         tests::FormUser administrator(editor.Form());
         administrator.EditItem("treUsers", jan, "Jansens");
         administrator.Choose("treUsers", piet);
@@ -201,9 +193,7 @@ TEST_F(Post, OfAGroupIsOpenedByAnyOfItsUsers) {
     EXPECT_EQ(Given(*post, sales), std::vector{ids[0]});
 
     // Where rights are used, nothing is seen without them.
-    data::clsSettings settings(machine);
-    settings.SetDbConnection(database);
-    settings.SetSetting("Rights", "Use", "True");
+    tests::On<data::clsSettings>(machine, database).SetSetting("Rights", "Use", "True");
     EXPECT_TRUE(Waiting(*Make()).empty());
     rights->SetRight("ReadDossiers", "True");
     const auto his = Make();

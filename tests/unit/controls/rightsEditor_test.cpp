@@ -3,12 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "controls/admin/ctlRights.h"
-#include "data/clsSettings.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "data/schema/clsUpdateDb.h"
 #include "model/clsUserAuth.h"
 #include "tests/fakes/FakeForms.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/On.h"
 #include "tests/fakes/RecordingConnection.h"
 
 namespace kavidex::controls {
@@ -28,22 +28,17 @@ struct RightsEditor : testing::Test {
     std::unique_ptr<ctlRights> editor;
 
     void SetUp() override {
-        data::clsUpdateDb update(machine);
-        update.SetDbConnection(database);
-        update.fncUpdateDb();
+        tests::On<data::clsUpdateDb>(machine, database).fncUpdateDb();
         editor = Make();
     }
     std::unique_ptr<ctlRights> Make(const std::shared_ptr<model::clsUserAuth>& rights = {}) {
-        auto made = std::make_unique<ctlRights>(machine);
-        made->presenter = [this] { return &forms; };
-        made->SetDbConnection(connection);
+        auto made = forms.EditorOn<ctlRights>(machine, connection);
         if (rights) made->SetUserAuth(rights);
         return made;
     }
     std::shared_ptr<model::clsUserAuth> As(const char* name) {
-        const auto rights = std::make_shared<model::clsUserAuth>(machine);
+        const auto rights = std::make_shared<tests::On<model::clsUserAuth>>(machine, connection);
         rights->SetUserId(name);
-        rights->SetDbConnection(connection);
         EXPECT_TRUE(rights->LoadRights());
         return rights;
     }
@@ -61,8 +56,7 @@ struct RightsEditor : testing::Test {
         return id;
     }
     std::string Right(std::string_view who, std::string_view key) {
-        model::clsUserAuth rights(machine);
-        rights.SetDbConnection(database);
+        tests::On<model::clsUserAuth> rights(machine, database);
         rights.SetUserId(who);
         EXPECT_TRUE(rights.LoadRights());
         return rights.GetRight(key);
@@ -270,8 +264,7 @@ TEST_F(RightsEditor, TheLastWhoMayChangeRightsIsNotLockedOutUnasked) {
 
 TEST_F(RightsEditor, RightsThatANameHasAlreadyAreShownAndStay) {
     const auto give = [&](const char* name, const char* key) {
-        model::clsUserAuth rights(machine);
-        rights.SetDbConnection(database);
+        tests::On<model::clsUserAuth> rights(machine, database);
         rights.SetUserId(name);
         rights.SetRight(key, "True");
         EXPECT_TRUE(rights.SaveRights());

@@ -2,9 +2,6 @@
 #include "tests/unit/controls/BinderFixture.h"
 
 #include "controls/settings/frmSettings.h"
-#include "platform/Error.h"
-#include "tests/fakes/FakeForms.h"
-#include "tests/fakes/RecordingConnection.h"
 
 namespace kavidex::controls {
 
@@ -14,8 +11,7 @@ struct Settings : Binder {
     tests::FakeForms forms;
 
     std::string Kept(std::string_view section, std::string_view key) {
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(connection);
+        tests::On<data::clsSettings> settings(machine, connection);
         std::string value;
         return settings.GetSetting(section, key, value) ? value : "(none)";
     }
@@ -94,8 +90,7 @@ TEST_F(Settings, TheRightsAreSwitchedAfterTheirQuestionOnly) {
         user.Choose("TabStrip1", 3);
         EXPECT_FALSE(user.CanUse("chkUseRights")) << "no rights object, and rights count";
     });
-    model::clsUserAuth rights(machine);
-    rights.SetDbConnection(connection);
+    tests::On<model::clsUserAuth> rights(machine, connection);
     rights.SetUserId("O'Brien");
     rights.SetRight("UpdateEditRights", "True");
     frmSettings blind(machine, connection, nullptr, std::make_shared<model::clsUserAuth>(rights));

@@ -3,7 +3,6 @@
 #include "data/clsTable.h"
 #include "data/embedded/EmbeddedDatabase.h"
 #include "tests/fakes/FakeWorkstation.h"
-#include "tests/fakes/MemoryRows.h"
 #include "tests/fakes/On.h"
 #include "tests/fakes/RecordingConnection.h"
 
@@ -47,25 +46,6 @@ TEST_F(clsTableTest, DoesNothingBeforeItIsOpened) {
     EXPECT_TRUE(IsNull(table.GetField("Name")));
     EXPECT_FALSE(table.UpdateCurrentRow() || table.DeleteCurrentRow());
     EXPECT_TRUE(connection->statements.empty());
-}
-
-TEST_F(clsTableTest, BuildsItsStatementFromNameCriteriaAndOrdering) {
-    EXPECT_TRUE(table.OpenDbConnection());
-    table.SetCriteria("Units = 1");
-    EXPECT_TRUE(table.OpenDbConnection());
-    table.SetOrdering("Name");
-    EXPECT_TRUE(table.OpenDbConnection());
-    EXPECT_EQ(connection->statements,
-              (std::vector<std::string>{"select * from tblSample",
-                                        "select * from tblSample where Units = 1",
-                                        "select * from tblSample where Units = 1 order by Name"}));
-    EXPECT_TRUE(table.Eof());
-    table.MoveFirst(); // an empty recordset is left alone
-    table.SetTableName("tblNowhere");
-    EXPECT_FALSE(table.OpenDbConnection());
-    EXPECT_FALSE(table.Connected());
-    EXPECT_TRUE(table.Eof());
-    EXPECT_TRUE(machine.log.Has("OpenRecordset", "tblNowhere"));
 }
 
 TEST_F(clsTableTest, FollowsTheTypeRulesOfFields) {

@@ -21,7 +21,6 @@ struct Sending : testing::Test {
     tests::PlayedMailProgram program;
     OutgoingMail mail{"jan@example.nl", "Onderwerp", "", {}};
     MailSettings settings;
-    bool busyAtResume = false;
     const std::string folder = machine.Path("mail");
 
     void SetUp() override {
@@ -242,25 +241,6 @@ TEST(MailClient, IsKnownByItsNameInAnyCase) {
                                                 {"Thunderbird", 4},        {"", 4}};
     for (const auto& [name, code] : rows)
         EXPECT_EQ(static_cast<int>(MailClientOf(name)), code) << name;
-}
-
-TEST(SimpleMail, PutsAttachmentsBehindTheTextAndKnowsTheAnswers) {
-    const auto text = WithPlaces("Één", 2);
-    EXPECT_EQ(text.body, "Één\r\n  ");
-    EXPECT_EQ(text.first, 5u);
-    EXPECT_EQ(WithPlaces("", 1).body, " ");
-    EXPECT_EQ(WithPlaces("x", 0).body, "x");
-    EXPECT_EQ(SimpleOutcomeOf(0), SimpleOutcome::Sent);
-    EXPECT_EQ(SimpleOutcomeOf(1), SimpleOutcome::NotSent);
-    EXPECT_EQ(SimpleOutcomeOf(3), SimpleOutcome::LogonFailed);
-    EXPECT_EQ(SimpleOutcomeOf(26), SimpleOutcome::NoProgram);
-    EXPECT_THROW(SimpleOutcomeOf(2), platform::Error);
-}
-
-TEST(PromptTool, IsKnownByTheTitleOfItsWindow) {
-    EXPECT_TRUE(IsPromptTool("ClickYes"));
-    EXPECT_FALSE(IsPromptTool("Click here"));
-    EXPECT_FALSE(IsPromptTool(""));
 }
 
 } // namespace

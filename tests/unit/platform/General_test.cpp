@@ -59,18 +59,6 @@ TEST(CreateGuid, GivesTheBracedUpperCaseFormOrLeavesTheTextAlone) {
     EXPECT_EQ(first, UpperCase(first));
 }
 
-TEST(Clock, NumberAndTextForms) {
-    const DateTime when{2026, 1, 5, 7, 3, 0, 0};
-    EXPECT_EQ(DateNumber(when), "20260105");
-    EXPECT_EQ(TimeNumber(when), "0703");
-    EXPECT_EQ(DayFirst(when), "05-01-2026");
-    const DateTime now = TheWorkstation().clock.Now();
-    EXPECT_GE(now.year, 2026);
-    EXPECT_GE(now.day, 1);
-}
-
-TEST(User, TheRealUserHasAName) { EXPECT_FALSE(TheWorkstation().user.Name().empty()); }
-
 TEST(BusyScope, NestedScopesCloseWithTheOutermost) {
     FakeWorkstation machine;
     {

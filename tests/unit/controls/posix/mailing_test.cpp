@@ -1,16 +1,10 @@
 // Documents chosen in the tree on their way out by mail, with a played mail program: what it is
 // given is looked through by other people's programs.
-#include <cstdlib>
-#include <fstream>
-
 #include "controls/mailing/DossierMail.h"
 #include "controls/mailing/FileInTree.h"
 #include "controls/viewer/NoteFile.h"
-#include "data/clsSettings.h"
 #include "imaging/PageOperations.h"
 #include "imaging/annotations/Annotations.h"
-#include "model/documentFile.h"
-#include "model/filing.h"
 #include "tests/fakes/PlayedMailProgram.h"
 #include "tests/unit/controls/BinderFixture.h"
 #include "tests/unit/controls/TreeFixture.h"
@@ -30,11 +24,8 @@ protected:
 
     void SetUp() override {
         machine.files.CreateDirectories(temporary);
-        machine.files.CreateDirectories(machine.Path("store"));
         machine.shell.mailClient = "Microsoft Outlook";
-        data::clsSettings settings(machine);
-        settings.SetDbConnection(database);
-        settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
+        MakeStore();
         tree.SetDbConnection(database);
         ASSERT_TRUE(tree.CreateNew("Dossier", "Post;Mail")) << Told();
         letters = Id("Post");
@@ -74,28 +65,11 @@ protected:
     }
     std::int32_t File(const std::string& file, const std::string& bytes,
                       const std::string& name = {}) {
-        machine.files.WriteAll(machine.Path(file), bytes);
-        model::FilingRequest request;
-        request.source = machine.Path(file);
-        request.folderId = letters;
-        request.description = name;
-        const auto filed = model::FileDocument(machine, *tree.Tree(), request);
-        EXPECT_TRUE(filed) << filed.error;
-        tree.AddItem(filed.item, letters, false);
-        return filed.item->Id();
+        return TreeTest::File(file, bytes, letters, name);
     }
-    std::string PathOf(std::int32_t id) {
-        return model::FindDocumentFile(machine, database, *tree.GetNode(id)).path;
-    }
+    std::string PathOf(std::int32_t id) { return TreeTest::PathOf(tree.GetNode(id)); }
     void Choose(const std::vector<std::int32_t>& ids, const char* entry) {
-        tree.ClearSelectedItems();
-        tree.SetHighLightToItem(ids.front());
-        if (ids.size() > 1)
-            for (const auto id : ids) tree.NodeChecked(id, true);
-        auto menu = tree.PrepareMenu(ids.front());
-        const auto* found = FindEntry(menu, entry);
-        ASSERT_TRUE(found->visible && found->enabled);
-        tree.ChooseMenu(*found);
+        EXPECT_TRUE(ChooseFor(ids, entry));
     }
     void LookAtAttachments() {
         for (const auto& path : std::exchange(program.attached, {})) {
@@ -107,9 +81,6 @@ protected:
                                       Run("pdftotext -layout " + native + " -")
                                 : machine.files.ReadAll(path));
         }
-    }
-    std::string LastTold() const {
-        return machine.messages.shown.empty() ? "" : machine.messages.shown.back().text;
     }
     static std::size_t Times(const std::string& part, const std::string& text) {
         std::size_t count = 0;
@@ -276,29 +247,21 @@ TEST_F(Mailing, AsksWhatGoesAlongAndKeepsTheMailWhereItIsWanted) {
     EXPECT_FALSE(offered()) << "nobody sends it";
 }
 
-TEST(MailingFromTheBinder, FilesTheSentMailAsItsIntakeDoes) {
-    tests::FakeWorkstation machine;
-    const auto temporary = machine.Path("temp");
-    machine.files.CreateDirectories(temporary);
-    machine.files.CreateDirectories(machine.Path("store"));
-    const OwnTemporaryFolder own(temporary);
+class MailingFromTheBinder : public BinderWithTemporaryFolder {};
+
+TEST_F(MailingFromTheBinder, FilesTheSentMailAsItsIntakeDoes) {
     machine.shell.mailClient = "Microsoft Outlook";
     tests::PlayedMailProgram program;
     program.subject = "Antwoord";
     program.save = [&](const std::string& path) { machine.files.WriteAll(path, "mail"); };
     IntakeComponents components;
     components.sending = std::make_shared<mail::MailRoads>(program.Roads());
-    ctrlCorrespondence binder(machine, nullptr, nullptr, components);
-    const auto database = data::EmbeddedDatabase::CreateInMemory();
-    binder.SetDbConnection(database);
-    data::clsSettings settings(machine);
-    settings.SetDbConnection(database);
-    settings.SetSetting("Storage", "DocumentPath", machine.Path("store"));
-    ASSERT_EQ(binder.OpenOrCreate("sleutel", "Dossier", "Post;Mail", "", ""), 0);
-    auto& tree = binder.treCorr();
+    binder = std::make_unique<ctrlCorrespondence>(machine, nullptr, nullptr, components);
+    binder->SetDbConnection(connection);
+    ASSERT_EQ(binder->OpenOrCreate("sleutel", "Dossier", "Post;Mail", "", ""), 0);
+    auto& tree = binder->treCorr();
     const auto post = tree.GetItem(0, "Post")->Id();
-    machine.files.WriteAll(machine.Path("memo.doc"), "x");
-    ASSERT_EQ(binder.AddFiles({machine.Path("memo.doc")}, "", post, false, false), 0);
+    ASSERT_EQ(binder->AddFiles({File("memo.doc")}, "", post, false, false), 0);
     tree.SetHighLightToItem(tree.GetItem(0, "memo")->Id());
     auto menu = tree.PrepareMenu(tree.GetItem(0, "memo")->Id());
     const auto* entry = FindEntry(menu, "mnuMail");
@@ -307,24 +270,24 @@ TEST(MailingFromTheBinder, FilesTheSentMailAsItsIntakeDoes) {
     const auto filed = tree.GetItem(0, "Antwoord");
     ASSERT_TRUE(filed);
     EXPECT_EQ(tree.GetParent(filed->Id())->Id(), post) << "the selected one, as none is named";
-    const auto rows = database->Open({"select ExternalId from tblDocument where Type = 'msg'"});
+    const auto rows = connection->Open({"select ExternalId from tblDocument where Type = 'msg'"});
     EXPECT_EQ(platform::Trim(data::ToText(rows->Get(std::size_t{0}))), "sleutel");
 
-    const auto dossier = binder.Id();
+    const auto dossier = binder->Id();
     program.whileShown = [&] {
-        ASSERT_EQ(binder.OpenOrCreate("ander", "Dossier", "Post;Mail", "", ""), 0);
+        ASSERT_EQ(binder->OpenOrCreate("ander", "Dossier", "Post;Mail", "", ""), 0);
     };
     platform::SaveRegSetting(machine, platform::applicationName, "Mail", "Folder", " mail ");
     program.subject = "Vervolg";
     tree.SetHighLightToItem(tree.GetItem(0, "memo")->Id());
     tree.ChooseMenu(*entry);
     EXPECT_FALSE(tree.GetItem(0, "Vervolg")) << "another dossier is open";
-    ASSERT_NE(binder.Id(), dossier);
-    ASSERT_EQ(binder.OpenOrCreate("sleutel", "Dossier", "", "", ""), 0);
+    ASSERT_NE(binder->Id(), dossier);
+    ASSERT_EQ(binder->OpenOrCreate("sleutel", "Dossier", "", "", ""), 0);
     const auto late = tree.GetItem(0, "Vervolg");
     ASSERT_TRUE(late);
     EXPECT_EQ(tree.GetParent(late->Id())->Description(), "Mail");
-    const auto others = database->Open(
+    const auto others = connection->Open(
         {"select count(*) from tblDocument where Type = 'msg' and ExternalId = 'sleutel'"});
     EXPECT_EQ(data::ToInt32(others->Get(std::size_t{0})), 2);
     EXPECT_TRUE(fs::is_empty(tests::FakeWorkstation::Native(temporary)));

@@ -11,14 +11,14 @@
 #include "data/embedded/EmbeddedDatabase.h"
 #include "tests/e2e/Windows.h"
 #include "tests/fakes/FakeWorkstation.h"
+#include "tests/fakes/On.h"
 
 namespace kavidex::controls::win32 {
 
 TEST(BinderWindow, ArrangesItsPartsByTheLayoutAndLeavesNothing) {
     OleInitialize(nullptr);
     tests::FakeWorkstation machine;
-    ctrlCorrespondence binder{machine};
-    binder.SetDbConnection(data::EmbeddedDatabase::CreateInMemory());
+    tests::On<ctrlCorrespondence> binder(machine, data::EmbeddedDatabase::CreateInMemory());
     const HWND host = CreateWindowExW(0, L"STATIC", L"host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0,
                                       900, 700, nullptr, nullptr, nullptr, nullptr);
     auto control = MakeBinderWindow(binder, machine);

@@ -1,8 +1,6 @@
 // The native window of the tree, with real keys and clicks.
 #include "controls/exchange/win32/DropTarget.h"
 #include "controls/pictures/win32/IconStore.h"
-#include "model/filing.h"
-#include "platform/Files.h"
 #include "tests/unit/controls/win32/TreeWindowFixture.h"
 
 namespace kavidex::controls::win32 {
@@ -207,17 +205,8 @@ struct Outside : DropReceiver {
 };
 
 TEST_F(TreeWindowTest, TheMouseDragsDocumentsOutAndMovesItemsWithin) {
-    database->Execute("Insert into tblSettings (Section, SKey, [Value]) values ('Storage', "
-                      "'DocumentPath', '" +
-                      machine.Folder() + "\\')");
-    model::FilingRequest request;
-    request.source = machine.Path("brief.txt");
-    machine.files.WriteAll(request.source, "five!");
-    request.folderId = letters;
-    const auto filed = model::FileDocument(machine, *tree.Tree(), request);
-    ASSERT_TRUE(filed) << filed.error;
-    tree.AddItem(filed.item, letters, false);
-    const auto brief = filed.item->Id();
+    MakeStore();
+    const auto brief = File("brief.txt", "five!", letters);
     tree.SetHighLightToItem(brief);
     std::string told;
     const auto one = tree.EvItemDroppedAndHandled.Subscribe([&] { told += "handled "; });
@@ -235,7 +224,7 @@ TEST_F(TreeWindowTest, TheMouseDragsDocumentsOutAndMovesItemsWithin) {
     EXPECT_EQ(told, "1 complete ");
     ASSERT_EQ(outside.got.files.size(), 1U) << Told();
     EXPECT_EQ(platform::FileName(outside.got.files[0]), "brief.txt");
-    EXPECT_TRUE(machine.files.SameBytes(outside.got.files[0], request.source));
+    EXPECT_TRUE(machine.files.SameBytes(outside.got.files[0], machine.Path("brief.txt")));
     ASSERT_EQ(outside.got.virtualFiles.size(), 1U);
     EXPECT_EQ(outside.got.virtualFiles[0].name, "brief.txt");
     EXPECT_EQ(outside.got.virtualFiles[0].read(), "five!");

@@ -1,6 +1,4 @@
 // PDF files made of scanned pages, notes and texts, as other people's programs read them.
-#include <sstream>
-
 #include <gtest/gtest.h>
 
 #include "imaging/PageOperations.h"
