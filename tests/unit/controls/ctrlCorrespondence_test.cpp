@@ -2,6 +2,7 @@
 #include "controls/viewer/external/ctrlExtViewer.h"
 #include "platform/ErrorNumber.h"
 #include "tests/fakes/Failures.h"
+#include "tests/fakes/RecordingConnection.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
