@@ -272,6 +272,7 @@ private:
     // A document in its own program, or in the external window; false: it is for the viewer.
     bool ShowElsewhere(const std::shared_ptr<model::clsItem>& document, bool asked);
     void FollowExternalWindow();
+    bool OnChosenAgain(const TreeItemInfo& item);
     void EmptyViewers();
     void RefreshList();
     void TreeRefreshed(); // the viewer's, when a folder is shown
@@ -347,7 +348,8 @@ private:
     bool lclKeyKnown = true; // else the database could not be asked yet for the open tree's key
     std::function<bool()> lclDesigning;
     bool lclBacklogDue = false, lclQueueDue = false; // looked at once no operation runs
-    std::uint32_t lclTurn = 0; // counts the calls that open or leave a dossier
+    std::uint32_t lclTurn = 0;         // counts the calls that open or leave a dossier
+    std::int32_t lclClosedOutside = 0; // the document whose window closed since it was chosen
     std::string lclQueueExternalId, lclDossierQueueId; // the host's for all, and for the open one
     OperationLock lclLock;
 

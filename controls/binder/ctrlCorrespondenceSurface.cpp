@@ -52,6 +52,8 @@ void ctrlCorrespondence::SubscribeToChildren() {
     keep(tree.MouseUp.Subscribe(mouse(MouseUp)));
     keep(tree.Refreshed.Subscribe([this] { TreeRefreshed(); }));
     keep(tree.EvItemSelected.Subscribe([this](const TreeItemInfo& item) { OnItemSelected(item); }));
+    keep(tree.ChosenAgain.Subscribe(
+        [this](const TreeItemInfo& item, bool& shown) { shown = OnChosenAgain(item); }));
     keep(tree.EvItemSelectedExternal.Subscribe([this](const TreeItemInfo& item) {
         const auto found = lclTree->GetItem(item.id);
         if (found && !found->AllowChildren())
@@ -208,6 +210,7 @@ void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
 }
 
 void ctrlCorrespondence::ShowItem(const TreeItemInfo& item) {
+    lclClosedOutside = 0;
     const auto type = platform::LowerCase(platform::TrimView(item.type));
     const auto found = lclTree->GetItem(item.id);
     const bool shown = found && std::find(std::begin(administrative), std::end(administrative),
@@ -247,8 +250,18 @@ bool ctrlCorrespondence::ShowElsewhere(const std::shared_ptr<model::clsItem>& do
 // The notice stands here for as long as the window shows the document.
 void ctrlCorrespondence::FollowExternalWindow() {
     const auto* form = lclExtViewer->Form();
-    if (lclViewer->Elsewhere() == inWindow && (!form || form->Id() != lclViewer->Item()->Id()))
-        lclViewer->ShowItem(nullptr);
+    if (lclViewer->Elsewhere() != inWindow || (form && form->Id() == lclViewer->Item()->Id()))
+        return;
+    lclClosedOutside = lclViewer->Item()->Id();
+    lclViewer->ShowItem(nullptr);
+}
+
+// Who closed its window has done with the document, and may want it again; the selection, of which
+// the host is told, is the same.
+bool ctrlCorrespondence::OnChosenAgain(const TreeItemInfo& item) {
+    if (item.id != lclClosedOutside) return false;
+    Guarded("EvItemSelected", [&] { ShowItem(item); });
+    return true;
 }
 
 // --- Layout -------------------------------------------------------------------------------------
