@@ -113,9 +113,14 @@ void ctrlCorrespondence::SubscribeToChildren() {
     keep(tree.EvItemDelete.Subscribe([this](const TreeItemInfo& item) {
         EvItemDelete.Raise(item);
         // With a folder all below it went.
-        const auto gone = [&](std::int32_t id) { return id <= 0 || !lclTree->GetItem(id); };
-        if (lclViewer->Item() && gone(lclViewer->Item()->Id())) lclViewer->ShowItem(nullptr);
-        if (lclExtViewer->Form() && gone(lclExtViewer->Form()->Id())) lclExtViewer->CloseForm();
+        const auto gone = [&](std::int32_t id) {
+            return id <= 0 || lclTree->IsWithin(id, item.id);
+        };
+        if (lclViewer->Item() && gone(lclViewer->Item()->Id())) lclViewer->LeaveDeleted();
+        if (lclExtViewer->Form() && gone(lclExtViewer->Form()->Id())) {
+            lclExtViewer->Form()->Viewer().LeaveDeleted();
+            lclExtViewer->CloseForm();
+        }
         RefreshList();
         ShowInChecklist();
     }));
