@@ -273,6 +273,7 @@ private:
     bool ShowElsewhere(const std::shared_ptr<model::clsItem>& document, bool asked);
     void FollowExternalWindow();
     void StepInWindow(bool (ctrlTree::*step)());
+    bool OnChosenAgain(const TreeItemInfo& item);
     void EmptyViewers();
     void RefreshList();
     void TreeRefreshed(); // the viewer's, when a folder is shown
@@ -350,7 +351,8 @@ private:
     std::function<bool()> lclDesigning;
     bool lclStepsInWindow = false; // what comes to be selected is shown in the external window
     bool lclBacklogDue = false, lclQueueDue = false; // looked at once no operation runs
-    std::uint32_t lclTurn = 0; // counts the calls that open or leave a dossier
+    std::uint32_t lclTurn = 0;         // counts the calls that open or leave a dossier
+    std::int32_t lclClosedOutside = 0; // the document whose window closed since it was chosen
     std::string lclQueueExternalId, lclDossierQueueId; // the host's for all, and for the open one
     OperationLock lclLock;
 

@@ -52,6 +52,8 @@ void ctrlCorrespondence::SubscribeToChildren() {
     keep(tree.MouseUp.Subscribe(mouse(MouseUp)));
     keep(tree.Refreshed.Subscribe([this] { TreeRefreshed(); }));
     keep(tree.EvItemSelected.Subscribe([this](const TreeItemInfo& item) { OnItemSelected(item); }));
+    keep(tree.ChosenAgain.Subscribe(
+        [this](const TreeItemInfo& item, bool& shown) { shown = OnChosenAgain(item); }));
     keep(tree.EvItemSelectedExternal.Subscribe([this](const TreeItemInfo& item) {
         const auto found = lclTree->GetItem(item.id);
         if (found && !found->AllowChildren())
@@ -113,9 +115,14 @@ void ctrlCorrespondence::SubscribeToChildren() {
     keep(tree.EvItemDelete.Subscribe([this](const TreeItemInfo& item) {
         EvItemDelete.Raise(item);
         // With a folder all below it went.
-        const auto gone = [&](std::int32_t id) { return id <= 0 || !lclTree->GetItem(id); };
-        if (lclViewer->Item() && gone(lclViewer->Item()->Id())) lclViewer->ShowItem(nullptr);
-        if (lclExtViewer->Form() && gone(lclExtViewer->Form()->Id())) lclExtViewer->CloseForm();
+        const auto gone = [&](std::int32_t id) {
+            return id <= 0 || lclTree->IsWithin(id, item.id);
+        };
+        if (lclViewer->Item() && gone(lclViewer->Item()->Id())) lclViewer->LeaveDeleted();
+        if (lclExtViewer->Form() && gone(lclExtViewer->Form()->Id())) {
+            lclExtViewer->Form()->Viewer().LeaveDeleted();
+            lclExtViewer->CloseForm();
+        }
         RefreshList();
         ShowInChecklist();
     }));
@@ -225,6 +232,7 @@ void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
 }
 
 void ctrlCorrespondence::ShowItem(const TreeItemInfo& item) {
+    lclClosedOutside = 0;
     const auto type = platform::LowerCase(platform::TrimView(item.type));
     const auto found = lclTree->GetItem(item.id);
     const bool shown = found && std::find(std::begin(administrative), std::end(administrative),
@@ -268,8 +276,18 @@ bool ctrlCorrespondence::ShowElsewhere(const std::shared_ptr<model::clsItem>& do
 // The notice stands here for as long as the window shows the document.
 void ctrlCorrespondence::FollowExternalWindow() {
     const auto* form = lclExtViewer->Form();
-    if (lclViewer->Elsewhere() == inWindow && (!form || form->Id() != lclViewer->Item()->Id()))
-        lclViewer->ShowItem(nullptr);
+    if (lclViewer->Elsewhere() != inWindow || (form && form->Id() == lclViewer->Item()->Id()))
+        return;
+    lclClosedOutside = lclViewer->Item()->Id();
+    lclViewer->ShowItem(nullptr);
+}
+
+// Who closed its window has done with the document, and may want it again; the selection, of which
+// the host is told, is the same.
+bool ctrlCorrespondence::OnChosenAgain(const TreeItemInfo& item) {
+    if (item.id != lclClosedOutside) return false;
+    Guarded("EvItemSelected", [&] { ShowItem(item); });
+    return true;
 }
 
 // --- Layout -------------------------------------------------------------------------------------

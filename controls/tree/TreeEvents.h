@@ -33,6 +33,7 @@ struct TreeSignals {
     Event<std::int16_t, std::int16_t, float, float> MouseDown, MouseMove, MouseUp; // twips
 
     Event<const TreeItemInfo&> EvItemSelected, EvItemSelectedExternal, EvItemSelectedRightMouse;
+    Event<const TreeItemInfo&, bool&> ChosenAgain; // the document that is selected; true: shown
     Event<const DropEvent&> EvItemDropped;
     Event<> EvItemDroppedAndHandled;
     Event<const std::vector<std::string>&, std::int32_t> EvItemPastedSpecial;

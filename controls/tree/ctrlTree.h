@@ -140,6 +140,7 @@ public:
     // Selects the next or previous document in the order of the tree; false at the end.
     bool SetNextChildItem();
     bool SetPreviousChildItem();
+    bool IsWithin(std::int32_t id, std::int32_t ancestor) const;
     bool SetHighLightToItem(std::int32_t id);
     void fncShowStatusBar(bool show);
     bool StatusBarVisible() const { return lclShowStatusBar; }
@@ -162,6 +163,7 @@ public:
     void AttachWindow(TreeWindow* window);
 
     void NodeSelected(std::int32_t id);  // it alone
+    bool NodeClicked(std::int32_t id);   // that is selected already; true: this showed it again
     void NodeActivated(std::int32_t id); // double click or Enter
     void NodeChecked(std::int32_t id, bool checked);
     bool HasCollected() const { return !lclCollected.empty(); }
@@ -173,9 +175,7 @@ public:
     void CurrentMoved(std::int32_t id);
     void CurrentStepped(int step, bool extend); // the current node to the one below or above it
     void NodeCollapsed(std::int32_t id);        // what it hides is no longer collected
-    bool IsCollected(std::int32_t id) const {
-        return !lclCollected.empty() && lclCollected.contains(id);
-    }
+    bool IsCollected(std::int32_t id) const { return lclCollected.contains(id); }
     // What was cut, until it is pasted or something else is put on the clipboard.
     bool ShowsCut() const { return !lclShownCut.empty(); }
     bool IsCut(std::int32_t id) const { return ShowsCut() && lclShownCut.contains(id); }
@@ -287,7 +287,6 @@ private:
     bool SelectAlone(std::int32_t id, bool raise); // the collected selection ends
     bool StepToDocument(int step);
     std::int32_t FolderAt(std::int32_t id) const; // itself, or the folder around it; the root for 0
-    bool IsWithin(std::int32_t id, std::int32_t ancestor) const;
     std::vector<std::int32_t> SelectedIds() const;
 
     std::int32_t MakeTabs(const std::vector<std::string>& names, std::int32_t parentId);

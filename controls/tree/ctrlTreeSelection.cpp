@@ -151,7 +151,17 @@ void ctrlTree::NodeActivated(std::int32_t id) {
     if (item && lclState.OpenDoubleClick && !item->AllowChildren()) {
         lclSelected = id;
         EvItemSelected.Raise(Info(id));
+    } else {
+        NodeClicked(id);
     }
+}
+
+bool ctrlTree::NodeClicked(std::int32_t id) {
+    const auto item = GetNode(id);
+    bool shown = false;
+    if (item && id == lclSelected && !item->AllowChildren() && !lclState.OpenDoubleClick)
+        ChosenAgain.Raise(Info(id), shown);
+    return shown;
 }
 
 void ctrlTree::NodeChecked(std::int32_t id, bool checked) {

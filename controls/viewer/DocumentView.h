@@ -74,6 +74,8 @@ public:
     virtual const std::shared_ptr<Translator>& Translate() const = 0; // may be null
     // Under "Error in " and the routine's name; the log gets it too.
     virtual void TellError(std::string_view routine, const std::exception& error) const = 0;
+    // Throws platform::Error, in words, where another user has deleted the item since it was shown.
+    virtual void NeedItem(const model::clsItem& item) const = 0;
     // Raises EvOpenDossier.
     virtual void OpenDossier(const std::string& key, const std::string& type) = 0;
 

@@ -21,7 +21,11 @@ platform::Error ErrorOf(const ctrlNote& note) { return {note.LastErrorNumber(), 
 } // namespace
 
 NoteView::NoteView(ViewerFrame& frame)
-    : lclFrame(frame), lclNote(frame.Machine()), lclPrinting(frame.Machine()) {}
+    : lclFrame(frame), lclNote(frame.Machine()), lclPrinting(frame.Machine()) {
+    lclNote.SetBeforeWrite([this] {
+        if (lclItem) lclFrame.NeedItem(*lclItem);
+    });
+}
 
 void NoteView::Lock() {
     lclNote.SetReadOnly(lclFileReadOnly || !lclFrame.HasRight("EditDossiers"));

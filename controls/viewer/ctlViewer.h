@@ -107,6 +107,7 @@ public:
     bool SetPreviousPage();
     bool SaveImage();
     bool CloseImage();
+    bool LeaveDeleted(); // what is shown was deleted here: its changes stay in its file
     bool DeleteSelectedThumbs();
 
     const ItemPtr& Item() const { return lclItem; }   // what is shown; null: nothing
@@ -193,6 +194,7 @@ private:
     bool ShowForm(forms::Form& form) const override;
     void Undisturbed(const std::function<void()>& work) const override;
     void TellError(std::string_view routine, const std::exception& error) const override;
+    void NeedItem(const model::clsItem& item) const override;
     void OpenDossier(const std::string& key, const std::string& type) override;
 
     FitMode KeptFit() const override { return FitModeOf(lclState.LastFit); }
@@ -218,6 +220,7 @@ private:
     std::shared_ptr<void> lclChosen; // in the list
     StageView* lclView = nullptr;    // one of the views; null: nothing is shown
     ItemPtr lclItem;                 // what it shows
+    bool lclDeletedHere = false;     // since it is shown
     // Questions let the message loop run: what is asked for meanwhile is shown afterwards.
     bool lclSwitching = false;
     mutable int lclAsking = 0;

@@ -7,6 +7,7 @@
 #include "controls/viewer/ctlViewer.h"
 #include "controls/viewer/pages/PageSource.h"
 #include "model/clsItem.h"
+#include "model/treeRows.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
@@ -168,6 +169,7 @@ std::string_view ctlViewer::Elsewhere() const {
 bool ctlViewer::Stage(StageView& view, const ItemPtr& item) {
     lclView = &view;
     lclItem = item;
+    lclDeletedHere = false;
     SetDescription(item->Description());
     return true;
 }
@@ -223,6 +225,27 @@ bool ctlViewer::SaveImage() {
 
 bool ctlViewer::CloseImage() {
     return Switch([] { return true; });
+}
+
+bool ctlViewer::LeaveDeleted() {
+    lclDeletedHere = true;
+    return CloseImage();
+}
+
+// A deleted item keeps its row under the negated id. One that was shown as deleted has such an id
+// itself; what the database does not say now is no reason to keep changes from the file.
+void ctlViewer::NeedItem(const model::clsItem& item) const {
+    if (item.Id() <= 0 || lclDeletedHere) return;
+    bool deleted = false;
+    try {
+        deleted = model::HasRow(model::Store(lclConnection), -item.Id());
+    } catch (const std::exception& error) {
+        lclWorkstation.log.Write("NeedItem", error.what());
+    }
+    if (deleted)
+        throw platform::Error(platform::errors::fail,
+                              Text("Dit is intussen door een andere gebruiker verwijderd. Met F5 "
+                                   "wordt het dossier opnieuw gelezen."));
 }
 
 bool ctlViewer::DeleteSelectedThumbs() {

@@ -173,6 +173,7 @@ std::int16_t ctrlNote::fncSaveMemo(bool ask) {
         if (lclWorkstation.messages.Show(question) == platform::Answer::No) return 1;
     }
     try {
+        if (lclBeforeWrite) lclBeforeWrite();
         Write();
         return 1;
     } catch (const std::exception& error) {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -66,6 +67,9 @@ public:
     const std::string& LastError() const { return lclError; }
     std::int32_t LastErrorNumber() const { return lclErrorNumber; }
 
+    // Asked before a change is written, which it keeps from the file by throwing.
+    void SetBeforeWrite(std::function<void()> ask) { lclBeforeWrite = std::move(ask); }
+
     Event<> EvMemoChanged; // the user typed
     Event<std::string_view> PropertyChanged;
 
@@ -87,7 +91,8 @@ private:
     forms::Field &lclHeading, &lclText;
     std::string lclKey, lclMemo, lclError;
     std::int32_t lclErrorNumber = 0;
-    std::string lclInFile;  // its bytes as they were read or written; empty: there was no file
+    std::string lclInFile; // its bytes as they were read or written; empty: there was no file
+    std::function<void()> lclBeforeWrite;
     bool lclUnread = false; // the file is there, what it holds is not known
     bool lclWhole = true;   // heading and text are all that it holds
 };

@@ -27,7 +27,11 @@ std::int16_t ShiftState() {
 
 LRESULT TreeWindowWin32::Notified(NMHDR& header) {
     if (const auto answer = lclGrid.Notified(header)) {
-        if (header.code == NM_CLICK) lclLogic.Click.Raise();
+        if (header.code == NM_CLICK) {
+            const auto rows = lclLogic.Grid().Selected();
+            if (rows.size() == 1) lclLogic.NodeClicked(rows.front());
+            lclLogic.Click.Raise();
+        }
         return *answer;
     }
     return header.hwndFrom == lclTree && header.idFrom != 0 ? TreeNotified(header) : 0;
@@ -143,6 +147,7 @@ bool TreeWindowWin32::ClickedAt(bool doubleClick) {
     const bool control = lclClickKeys & MK_CONTROL, shift = lclClickKeys & MK_SHIFT;
     const bool label = item && (flags & (TVHT_ONITEMICON | TVHT_ONITEMLABEL));
     const bool many = label && !lclCheckBoxes && (control || shift);
+    bool shown = false;
     // The box is ticked only after this notification.
     if (item && (flags & TVHT_ONITEMSTATEICON))
         PostMessageW(lclWindow, WM_APP, 0, reinterpret_cast<LPARAM>(item));
@@ -150,12 +155,13 @@ bool TreeWindowWin32::ClickedAt(bool doubleClick) {
         lclLogic.SelectedUpTo(IdOf(item), control);
     else if (many)
         lclLogic.NodeToggled(IdOf(item));
-    else if (label && item == TreeView_GetSelection(lclTree))
-        lclLogic.NodeSelected(IdOf(item)); // the native tree sees no change
-    else if (!lclCheckBoxes && !(flags & TVHT_ONITEMBUTTON))
+    else if (label && item == TreeView_GetSelection(lclTree)) {
+        lclLogic.NodeSelected(IdOf(item));        // the native tree sees no change
+        shown = lclLogic.NodeClicked(IdOf(item)); // its name is not edited then
+    } else if (!lclCheckBoxes && !(flags & TVHT_ONITEMBUTTON))
         lclLogic.ClearSelectedItems();
     lclLogic.Click.Raise();
-    return many;
+    return many || shown;
 }
 
 void TreeWindowWin32::ReportCheck(HTREEITEM item) {

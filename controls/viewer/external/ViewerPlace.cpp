@@ -13,16 +13,17 @@ namespace {
 
 constexpr std::string_view section = "ViewerSetting";
 constexpr std::int32_t captionHeight = 400, farthest = 1000000;
+constexpr ViewerSize least{4800, 3600}; // 320 by 240 pixels at 96 dots an inch
 
 struct Row {
     std::string_view key;
     std::int32_t ViewerPlace::*member;
-    bool size = false;
+    std::int32_t least = 0; // of a size
 };
 constexpr Row rows[] = {{"Top", &ViewerPlace::top},
                         {"Left", &ViewerPlace::left},
-                        {"Height", &ViewerPlace::height, true},
-                        {"Width", &ViewerPlace::width, true}};
+                        {"Height", &ViewerPlace::height, least.height},
+                        {"Width", &ViewerPlace::width, ViewerPlace{}.width}};
 
 bool Touches(const ViewerPlace& place, const ScreenArea& area) {
     return place.left < area.right && place.left + place.width > area.left &&
@@ -60,9 +61,9 @@ ViewerPlace ReadViewerPlace(const platform::Workstation& workstation) {
         const auto text =
             platform::GetRegSetting(workstation, platform::applicationName, section, row.key, "");
         const double number = platform::Val(text);
-        if (platform::Trim(text).empty() || (row.size && number < 1)) continue;
-        place.*row.member =
-            static_cast<std::int32_t>(std::clamp<double>(number, -farthest, farthest));
+        if (platform::Trim(text).empty() || (row.least > 0 && number < 1)) continue;
+        place.*row.member = static_cast<std::int32_t>(
+            std::clamp<double>(number, row.least > 0 ? row.least : -farthest, farthest));
     }
     return place;
 }
@@ -82,6 +83,10 @@ ViewerPlace OnScreen(ViewerPlace place, std::span<const ScreenArea> monitors) {
     PullBack(place.top, place.height, area.top, area.bottom);
     PullBack(place.left, place.width, area.left, area.right);
     return place;
+}
+
+ViewerSize LeastSize(const ViewerPlace& opened) {
+    return {std::min(least.width, opened.width), std::min(least.height, opened.height)};
 }
 
 } // namespace kavidex::controls

@@ -20,7 +20,8 @@ struct ScreenArea {
     std::int32_t left = 0, top = 0, right = 0, bottom = 0;
 };
 
-// What is missing, or is no size, has its default.
+// What is missing, or is no size, has its default; a size that is too small to see a document in is
+// made larger.
 ViewerPlace ReadViewerPlace(const platform::Workstation& workstation);
 void SaveViewerPlace(const platform::Workstation& workstation, const ViewerPlace& place);
 
@@ -28,5 +29,13 @@ void SaveViewerPlace(const platform::Workstation& workstation, const ViewerPlace
 // of it touches, else the first. A window beyond the right or the bottom edge ends at it, one
 // beyond the left or the top begins there, and what then still reaches out is cut off.
 ViewerPlace OnScreen(ViewerPlace place, std::span<const ScreenArea> monitors);
+
+// The least that the user can make a window of that opened so: the viewer with its toolbar and
+// status bar, or what it opened with where that is less.
+struct ViewerSize {
+    std::int32_t width = 0, height = 0;
+    bool operator==(const ViewerSize&) const = default;
+};
+ViewerSize LeastSize(const ViewerPlace& opened);
 
 } // namespace kavidex::controls

@@ -203,6 +203,7 @@ void ImageView::HintActivated() {
 // As often as the user wants it tried. A box that goes with its window is no answer.
 ImageView::Saving ImageView::Save() {
     for (;;) try {
+            lclFrame.NeedItem(*lclShown.item);
             TellMissed(lclDocument->Save());
             return Saving::Saved;
         } catch (const std::exception& error) {

@@ -89,7 +89,11 @@ bool ImageView::DeleteSelectedThumbs() {
 
 bool ImageView::DeletePages(const std::vector<int>& pages) {
     const auto shown = lclDocument->Ids().GetPageId(lclPage);
-    if (!Written("DeleteSelectedThumbs", [&] { lclDocument->Delete(pages); })) return false;
+    const auto remove = [&] {
+        lclFrame.NeedItem(*lclShown.item);
+        lclDocument->Delete(pages);
+    };
+    if (!Written("DeleteSelectedThumbs", remove)) return false;
     const int still = lclDocument->Ids().PageNumberOf(shown);
     lclThumbs.SetCount(Count());
     Again(still != 0 ? still : pages.front());
@@ -118,7 +122,11 @@ bool ImageView::MoveUp() {
         free = to + 1;
     }
     const auto shown = lclDocument->Ids().GetPageId(lclPage);
-    if (!Written("MoveUp", [&] { lclDocument->Reorder(order); })) return false;
+    const auto move = [&] {
+        lclFrame.NeedItem(*lclShown.item);
+        lclDocument->Reorder(order);
+    };
+    if (!Written("MoveUp", move)) return false;
     const int top = lclThumbs.Top();
     lclThumbs.SetCount(Count());
     Again(lclDocument->Ids().PageNumberOf(shown));

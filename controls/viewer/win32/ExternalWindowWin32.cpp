@@ -1,5 +1,6 @@
 #include "controls/viewer/win32/ExternalWindowWin32.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "controls/common/win32/Look.h"
@@ -46,10 +47,12 @@ BOOL CALLBACK AddMonitor(HMONITOR monitor, HDC, RECT*, LPARAM list) {
 
 ViewerFormMaker ExternalWindows(const platform::Workstation& workstation) {
     return [&workstation](frmViewer& form) -> std::unique_ptr<ViewerFormWindow> {
-        auto window = std::make_unique<ExternalWindowWin32>(form, workstation);
         std::vector<ScreenArea> monitors;
         EnumDisplayMonitors(nullptr, nullptr, AddMonitor, reinterpret_cast<LPARAM>(&monitors));
         const auto place = form.StartPlace(monitors);
+        const auto least = LeastSize(place);
+        auto window = std::make_unique<ExternalWindowWin32>(
+            form, workstation, SIZE{ToPixels(least.width), ToPixels(least.height)});
         const RECT pixels{ToPixels(place.left), ToPixels(place.top),
                           ToPixels(place.left + place.width), ToPixels(place.top + place.height)};
         if (!window->Create(nullptr, pixels)) return nullptr;
@@ -57,8 +60,10 @@ ViewerFormMaker ExternalWindows(const platform::Workstation& workstation) {
     };
 }
 
-ExternalWindowWin32::ExternalWindowWin32(frmViewer& logic, const platform::Workstation& workstation)
-    : lclLogic(logic), lclWorkstation(workstation), lclHook([this](const MSG& message) {
+ExternalWindowWin32::ExternalWindowWin32(frmViewer& logic, const platform::Workstation& workstation,
+                                         SIZE least)
+    : lclLogic(logic), lclWorkstation(workstation), lclLeast(least),
+      lclHook([this](const MSG& message) {
           return message.message >= WM_KEYFIRST && message.message <= WM_KEYLAST &&
                  TranslateKey(message);
       }) {}
@@ -147,6 +152,13 @@ LRESULT ExternalWindowWin32::Handle(UINT message, WPARAM w, LPARAM l) {
     case WM_SIZE:
         if (lclViewer) lclViewer->Place({0, 0, LOWORD(l), HIWORD(l)});
         return 0;
+    case WM_GETMINMAXINFO: {
+        const LRESULT result = DefWindowProcW(lclWindow, message, w, l);
+        auto& limits = *reinterpret_cast<MINMAXINFO*>(l);
+        limits.ptMinTrackSize.x = std::max(limits.ptMinTrackSize.x, lclLeast.cx);
+        limits.ptMinTrackSize.y = std::max(limits.ptMinTrackSize.y, lclLeast.cy);
+        return result;
+    }
     case WM_SETFOCUS: TakeFocus(); return 0;
     case WM_ACTIVATE: // messages while it is active belong to it
         if (LOWORD(w) != WA_INACTIVE) platform::win32::SetHost(lclWindow);

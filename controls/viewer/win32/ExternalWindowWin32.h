@@ -13,7 +13,7 @@ namespace kavidex::controls::win32 {
 
 class ExternalWindowWin32 final : public OwnWindow, public ViewerFormWindow {
 public:
-    ExternalWindowWin32(frmViewer& logic, const platform::Workstation& workstation);
+    ExternalWindowWin32(frmViewer& logic, const platform::Workstation& workstation, SIZE least);
     ~ExternalWindowWin32() override { Destroy(); }
 
     HWND Create(HWND parent, const RECT& place) override;
@@ -37,6 +37,7 @@ private:
 
     frmViewer& lclLogic;
     const platform::Workstation& lclWorkstation;
+    const SIZE lclLeast; // that the user can make of it
     std::unique_ptr<ControlWindow> lclViewer;
     PopupMenu lclMenu; // as its bar shows it
     MessageHook lclHook;

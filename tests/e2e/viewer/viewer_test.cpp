@@ -162,6 +162,11 @@ TEST_F(ViewerWindows, TheExternalWindowStandsWhereItWasLeft) {
     SendMessageW(frame, WM_COMMAND, GetMenuItemID(options(), 0), 0);
     EXPECT_TRUE(GetMenuState(options(), 0, MF_BYPOSITION) & MF_CHECKED);
 
+    SetWindowPos(frame, nullptr, 0, 0, 20, 20, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    GetWindowRect(frame, &place);
+    EXPECT_EQ(place.right - place.left, 320) << "no smaller";
+    EXPECT_EQ(place.bottom - place.top, 240);
+
     machine.messages.meanwhile = [&] {
         SendMessageW(frame, WM_CLOSE, 0, 0);
         EXPECT_TRUE(IsWindow(frame)) << "not under its own question";

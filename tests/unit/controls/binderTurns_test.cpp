@@ -1,5 +1,8 @@
 // What a host does inside the binder's own events and long operations; what a change of a property
 // costs; what the bag holds.
+#include "controls/viewer/external/ctrlExtViewer.h"
+#include "data/clsSettings.h"
+#include "model/documentFile.h"
 #include "tests/fakes/FakeBinderWindow.h"
 #include "tests/unit/controls/BinderFixture.h"
 
@@ -67,6 +70,46 @@ TEST_F(Turns, ADocumentThatAnotherDeletedLeavesTheViewerAtRefresh) {
     binder->Refresh();
     EXPECT_FALSE(binder->Viewer().Item());
     EXPECT_EQ(binder->treCorr().AllItems().size(), 1U);
+}
+
+TEST_F(Turns, WhatIsWrittenInANoteIsKeptFromTheFileOfADeletedOne) {
+    ASSERT_EQ(Open("key"), 0);
+    ASSERT_EQ(binder->AddFiles({File("een.nnt"), File("twee.nnt")}, "", 0, false, true), 0);
+    auto& tree = binder->treCorr();
+    const auto items = tree.Tree()->Item()->ChildCollection()->Items();
+    const std::vector<model::clsItemPtr> notes(items.begin(), items.end());
+    const auto fileOf = [&](std::size_t which) {
+        return machine.files.ReadAll(
+            model::FindDocumentFile(machine, connection, *notes[which]).path);
+    };
+    const auto written = [&](ctlViewer& viewer) {
+        viewer.Views().note.Note().SetText("typed");
+        machine.messages.shown.clear();
+    };
+    tree.NodeSelected(notes[0]->Id());
+    written(binder->Viewer());
+    model::clsTree other(machine); // of another user
+    other.SetDbConnection(connection);
+    other.SetTreeId(tree.Tree()->TreeId());
+    model::clsItemPtr none;
+    ASSERT_TRUE(other.DeleteItem(none, notes[0]->Id()));
+    EXPECT_FALSE(binder->Viewer().CloseImage());
+    EXPECT_NE(machine.messages.shown.back().text.find("andere gebruiker verwijderd"),
+              std::string::npos);
+    EXPECT_EQ(fileOf(0).find("typed"), std::string::npos);
+    machine.messages.answers = {platform::Answer::No};
+    tree.Refresh();
+    binder->Refresh();
+    EXPECT_FALSE(binder->Viewer().Item()) << "the user let it go";
+
+    platform::SaveRegFlag(machine, "ViewerSetting", "AllwaysExternal", true);
+    tree.NodeSelected(notes[1]->Id());
+    ASSERT_TRUE(binder->ExtViewer().Form());
+    written(binder->ExtViewer().Form()->Viewer());
+    EXPECT_TRUE(tree.DeleteItem(notes[1]->Id()));
+    EXPECT_FALSE(binder->ExtViewer().Form()) << "its window went with it";
+    EXPECT_EQ(machine.messages.shown.size(), 1U) << "asked whether to save, and no more";
+    EXPECT_NE(fileOf(1).find("typed"), std::string::npos) << "an undo brings it back whole";
 }
 
 TEST_F(Turns, TheLastDossierAskedForDuringALongLoadStays) {

@@ -177,6 +177,23 @@ TEST_F(Binder, ShowsDocumentsElsewhereWhereTheWorkstationWantsThemThere) {
     EXPECT_EQ(binder->Viewer().Parts(), PartSet{Part::Elsewhere});
     EXPECT_TRUE(external.CloseForm());
     EXPECT_TRUE(binder->Viewer().Parts().Empty()) << "it is shown nowhere now";
+    int told = 0;
+    const auto selected = binder->EvItemSelected.Subscribe([&](const TreeItemInfo&) { ++told; });
+    tree.NodeClicked(documents[0]->Id());
+    EXPECT_FALSE(external.Form()) << "that is not the selected one";
+    tree.NodeActivated(documents[1]->Id());
+    ASSERT_TRUE(external.Form()) << "it is chosen again";
+    EXPECT_EQ(external.Form()->Id(), documents[1]->Id());
+    EXPECT_EQ(binder->Viewer().Parts(), PartSet{Part::Elsewhere});
+    option("ViewerSetting", "AllwaysExternal", false);
+    EXPECT_TRUE(external.CloseForm());
+    tree.NodeClicked(documents[1]->Id());
+    EXPECT_EQ(binder->Viewer().Parts(), PartSet{Part::Browser}) << "where it belongs now";
+    EXPECT_TRUE(binder->Viewer().CloseImage()); // by a host
+    tree.NodeClicked(documents[1]->Id());
+    EXPECT_TRUE(binder->Viewer().Parts().Empty()) << "no window of it was closed since";
+    EXPECT_EQ(told, 0) << "the selection is the same";
+    option("ViewerSetting", "AllwaysExternal", true);
     const auto file = FileOf(documents[0]);
     machine.files.Rename(file, file + ".away");
     tree.NodeSelected(documents[0]->Id());

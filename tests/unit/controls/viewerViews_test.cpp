@@ -230,7 +230,7 @@ struct FakeFormWindow : ViewerFormWindow {
     void Show() override {}
     void SetFocus() override {}
     void CaptionChanged() override { caption = form.Caption(); }
-    ViewerPlace Place() const override { return {100, 200, 300, 400}; }
+    ViewerPlace Place() const override { return {100, 200, 6000, 7000}; }
     void Close() override {
         if (form.MayClose()) form.Closed();
     }
@@ -275,7 +275,7 @@ TEST_F(Views, TheExternalWindowIsMadeWhenNeededAndForgottenWhenItCloses) {
         EXPECT_EQ(external.Form()->Menu()[1].checked, kept);
     }
     external.Form()->MenuChosen(external.Form()->Menu()[2]);
-    EXPECT_EQ(ReadViewerPlace(machine), (ViewerPlace{100, 200, 300, 400}));
+    EXPECT_EQ(ReadViewerPlace(machine), (ViewerPlace{100, 200, 6000, 7000}));
     bool closed = true;
     machine.messages.meanwhile = [&] { closed = external.CloseForm(); };
     external.Form()->Viewer().OpenDefault(script);
@@ -324,6 +324,11 @@ TEST_F(Views, TheExternalWindowIsPulledBackOntoTheScreen) {
         {{100, -30000, 4000, 2000}, two, {100, 0, 4000, 2000}},        // on none of them
     };
     for (const auto& each : cases) EXPECT_EQ(OnScreen(each.stored, each.monitors), each.shown);
+
+    SaveViewerPlace(machine, {100, 200, 60, 15}); // nothing could be seen in it
+    EXPECT_EQ(ReadViewerPlace(machine), (ViewerPlace{100, 200, 3600, 2000}));
+    EXPECT_EQ(LeastSize({0, 0, 9000, 9000}), (ViewerSize{4800, 3600}));
+    EXPECT_EQ(LeastSize({0, 512, 4000, 2000}), (ViewerSize{2000, 3600})) << "as it opened";
 }
 
 } // namespace kavidex::controls

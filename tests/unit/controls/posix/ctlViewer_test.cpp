@@ -236,6 +236,48 @@ TEST_F(Viewer, LosesNoChangeToAFailingDisk) {
     EXPECT_TRUE(Stored().Facts(1).hasMarks);
 }
 
+TEST_F(Viewer, WhatAnotherUserDeletedIsToldBeforeItsFileIsWritten) {
+    Show(2);
+    const auto id = viewer.Item()->Id();
+    const auto deleted = [&] { // by another
+        model::clsItemPtr none;
+        EXPECT_TRUE(Load(tree->TreeId())->DeleteItem(none, id));
+    };
+    const char gone[] = "door een andere gebruiker verwijderd";
+    viewer.ButtonClicked("Rotate90L");
+    deleted();
+    machine.messages.answers = {Answer::Cancel};
+    EXPECT_FALSE(viewer.CloseImage());
+    EXPECT_NE(Told().find(gone), std::string::npos);
+    EXPECT_TRUE(viewer.Item()) << "with its change, as nobody let it go";
+    Pages().SetThumbsShown(true);
+    Pages().Thumbs().Clicked(2, false, false);
+    EXPECT_FALSE(viewer.DeleteSelectedThumbs());
+    EXPECT_NE(Told().find(gone), std::string::npos);
+    viewer.MenuChosen({"Move up", 0, {}});
+    EXPECT_NE(Told().find(gone), std::string::npos);
+    EXPECT_EQ(Numbers(), "12");
+
+    machine.messages.meanwhile = [&] { // while it is asked it is put back
+        Sql("update tblTreeItem set TreeItemId = " + std::to_string(id) +
+            ", ParentId = -ParentId where TreeItemId = -" + std::to_string(id));
+    };
+    machine.messages.answers = {Answer::Yes};
+    EXPECT_TRUE(viewer.SaveImage()) << "it was tried again";
+    EXPECT_EQ(Stored().Facts(1).height, 1728U);
+    Told();
+
+    deleted();
+    viewer.ButtonClicked("Rotate90R");
+    connection->Failing(1, [&] { EXPECT_TRUE(viewer.SaveImage()); });
+    EXPECT_EQ(Told(), "") << "what could not be asked is not taken for deleted";
+    EXPECT_EQ(Stored().Facts(2).height, 1728U);
+    viewer.ButtonClicked("Rotate90L");
+    EXPECT_TRUE(viewer.LeaveDeleted());
+    EXPECT_EQ(Told(), "") << "who deletes it himself knows";
+    EXPECT_EQ(Stored().Facts(2).width, 1728U);
+}
+
 TEST_F(Viewer, OffersWhatTheRightsAllow) {
     Show(2);
     auto rights = std::make_shared<model::clsUserAuth>(machine);

@@ -45,6 +45,14 @@ TEST_F(TreeWindowTest, ReportsASelectionOnceAndNotItsOwn) {
 TEST_F(TreeWindowTest, CtrlAndShiftCollectAsInTheFileManager) {
     tree.SetFullExpand(true); // Dossier, Letters, a.tif, note, Mail, Old, b.msg, c.001
     Click(letter);
+    int again = 0;
+    const auto token = tree.ChosenAgain.Subscribe([&](const TreeItemInfo&, bool& shown) {
+        ++again;
+        shown = true;
+    });
+    Press({VK_RETURN});
+    Click(letter);
+    EXPECT_EQ(again, 2) << "by its key and by a click";
     Click(message, VK_CONTROL);
     EXPECT_EQ(Chosen(), "a.tif b.msg");
     Click(old, VK_SHIFT);
