@@ -26,6 +26,7 @@ struct IntakeFile {
     bool ours = false;         // a copy that was made for the intake: gone once it is filed
     std::string description{}; // empty: by its name, or of a scan
     bool comesBack = false;    // the folder that it waits in is looked at again by itself
+    bool perhapsFiled = false; // by a run that was cut off; it could not be found out
 };
 
 // In the order of filing: a folder of the disk stands before what goes into it.
