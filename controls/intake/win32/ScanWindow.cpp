@@ -48,7 +48,12 @@ void ScanWindow::Open(const ScanSetup& setup) {
     RECT area{};
     GetClientRect(lclWindow, &area);
     lclSite = platform::win32::ComPtr<ControlSite>::Attach(new ControlSite(lclWindow, hooks));
-    lclSite->Open(progId, area);
+    const auto site = lclSite; // what it reports meanwhile may close the window
+    site->Open(progId, area);
+    if (!lclSite) {
+        site->Close();
+        throw platform::Error(platform::errors::fail, "The window has gone.");
+    }
     Configure(setup);
 }
 
