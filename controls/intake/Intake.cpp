@@ -260,10 +260,10 @@ void Intake::Wait(const Dossier& dossier, std::vector<IntakeEntry> entries) {
     lclSite.Tell("Selecteer een map om het document op te bergen");
 }
 
-void Intake::Dropped(const DropEvent& drop) {
+void Intake::Dropped(const Dossier& dossier, const DropEvent& drop) {
     drop.effect = drop::none;
-    if (!lclSite.Tree()) return lclSite.Tell("Er is geen dossier geopend");
-    const auto dossier = lclSite.OpenDossier();
+    if (!lclSite.Tree() && dossier == lclSite.OpenDossier())
+        return lclSite.Tell("Er is geen dossier geopend");
     const auto files = FilesOfDrop(drop); // asks
     if (files.empty()) return;
     const auto target = [&] {

@@ -40,7 +40,7 @@ public:
                            std::vector<ItemPtr>* filed = nullptr);
     // Asks for a folder to be selected.
     void AddWaiting(const Dossier& dossier, const std::vector<IntakeFile>& files);
-    void Dropped(const DropEvent& drop);
+    void Dropped(const Dossier& dossier, const DropEvent& drop); // `dossier`: as AddByUser
     void Pasted(const std::vector<std::string>& files); // into the selected folder, else the top
 
     // What waits belongs to the dossier that it was brought to: it is filed there, or goes on

@@ -346,5 +346,22 @@ TEST_F(Components, WhatIsScannedWhileTheControlOpensStaysWithItsDossier) {
     EXPECT_TRUE(window.scanner.scanned);
 }
 
+TEST_F(Components, ADropBelongsToTheDossierOfItsMomentWhateverTheHostDoesOnHearingOfIt) {
+    const auto file = File("brief.txt");
+    const auto token = binder->OLEDragDrop.Subscribe([&](const DropData&, std::int32_t&) {
+        ASSERT_EQ(Open("other"), 0);
+        binder->treCorr().NodeSelected(Root());
+    });
+    DropData data;
+    data.hasFiles = true;
+    data.files = {file};
+    EXPECT_EQ(binder->treCorr().Dropped(data, Root()), drop::none);
+    EXPECT_EQ(Documents(), "");
+    EXPECT_TRUE(Told(file + ": het dossier is gesloten"));
+    ASSERT_EQ(Open("key"), 0);
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(Documents(), "brief\n");
+}
+
 } // namespace
 } // namespace kavidex::controls
