@@ -28,11 +28,6 @@ int DepthOf(const std::vector<IntakeEntry>& entries, std::size_t at) {
     return depth;
 }
 
-std::int32_t NumberOf(const std::exception& error) {
-    const auto* ours = dynamic_cast<const platform::Error*>(&error);
-    return ours ? ours->Number() : platform::errors::fail;
-}
-
 } // namespace
 
 std::vector<IntakeEntry> EntriesOf(const std::vector<IntakeFile>& files) {

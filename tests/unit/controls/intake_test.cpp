@@ -129,6 +129,8 @@ TEST_F(Intake, SplitsADocumentAndDeletesItOnlyAfterItsPagesAreFiled) {
         Select({row.selected});
         Choose("unpackwithdel");
         EXPECT_TRUE(Told(row.told));
+        EXPECT_EQ(Told("Het bestand is beschadigd of geen TIFF-bestand"),
+                  std::string_view(row.selected) == "stuk");
         EXPECT_EQ(binder->ContainsDocuments(""), 4);
     }
     Select({"scan"});
@@ -152,6 +154,7 @@ TEST_F(Intake, StaplesInTheOrderOfTheTreeAndLeavesOutWhatIsNoImage) {
     Select({"twee", "brief"});
     Choose("withdel");
     EXPECT_TRUE(Told("Selecteer minstens twee TIFF-documenten om te nieten"));
+    EXPECT_TRUE(Told("Niet geniet: \r\nbrief"));
     EXPECT_EQ(binder->ContainsDocuments(""), 4) << "as it was";
 
     Select({"twee", "brief", "een"});
