@@ -20,7 +20,7 @@ namespace kavidex::controls {
 namespace {
 
 constexpr std::size_t together = 16; // documents with one commit
-constexpr int deepest = 64;          // folders in folders; a link that leads back up ends here
+constexpr int deepest = 64;          // folders in folders
 
 int DepthOf(const std::vector<IntakeEntry>& entries, std::size_t at) {
     int depth = 0;
@@ -54,7 +54,8 @@ struct Filer::Run {
     void Failed(std::size_t at, std::int32_t number, std::string cause) {
         report.Failed(number, std::move(cause));
         report.left.push_back(at);
-        if (at < settled.size()) settled[at] = true;
+        if (at >= settled.size()) settled.resize(at + 1);
+        settled[at] = true;
     }
 };
 
@@ -116,7 +117,7 @@ void Filer::FileEntries(const std::vector<IntakeEntry>& entries, Run& run,
                                   : lclSite.Text("$%$ ($%$ van $%$)", {name, std::to_string(at + 1),
                                                                        std::to_string(total)}));
         if (!operation.Step(static_cast<int>(at), total)) return;
-        FileEntry(entries, at, run);
+        if (!run.settled[at]) FileEntry(entries, at, run); // a folder that could not be read
     }
     operation.Step(total, total);
 }
@@ -162,6 +163,17 @@ void Filer::OpenFolders(std::vector<IntakeEntry>& entries, Run& run, Operation& 
     }
 }
 
+// It may lead back up: what it holds would come in over and over.
+bool Filer::IsLink(const std::string& folder) const {
+    try {
+        const auto found = lclSite.Machine().files.Attributes(folder);
+        return (found & platform::attributes::link) != 0;
+    } catch (const std::exception& error) { // it cannot be read either, which is told
+        lclSite.Machine().log.Write("AddFiles", error.what());
+        return false;
+    }
+}
+
 void Filer::OpenFolder(std::vector<IntakeEntry>& entries, std::size_t at, Run& run) const {
     auto& files = lclSite.Machine().files;
     const auto folder = entries[at].what.file;
@@ -172,7 +184,12 @@ void Filer::OpenFolder(std::vector<IntakeEntry>& entries, std::size_t at, Run& r
         for (const auto& name : files.List(folder, "*", true)) {
             const auto path = platform::JoinPath(folder, name);
             const bool within = files.DirectoryExists(path);
-            if (!within && !lclSite.AcceptsType(model::DocumentTypeOf(name)))
+            if (within && IsLink(path))
+                run.report.Failed(
+                    addFiles::noFile,
+                    lclSite.Text("$%$: een koppeling naar een andere map, die niet gevolgd wordt",
+                                 {path}));
+            else if (!within && !lclSite.AcceptsType(model::DocumentTypeOf(name)))
                 run.report.Failed(
                     addFiles::noFile,
                     lclSite.Text("Bestanden van dit type worden hier niet opgenomen: $%$", {path}));

@@ -58,6 +58,7 @@ private:
     void FileEntries(const Entries& entries, Run& run, Operation& operation) const;
     void OpenFolders(Entries& entries, Run& run, Operation& operation) const;
     void OpenFolder(Entries& entries, std::size_t at, Run& run) const;
+    bool IsLink(const std::string& folder) const;
     void FileEntry(const Entries& entries, std::size_t at, Run& run) const;
     void MakeFolder(const Entries& entries, std::size_t at, const ItemPtr& into, Run& run) const;
     void FileDocument(const Entries& entries, std::size_t at, const ItemPtr& into, Run& run) const;
