@@ -80,7 +80,7 @@ void ScanWindow::Configure(const ScanSetup& setup) const {
 void ScanWindow::CloseSite() {
     if (!lclSite) return;
     const auto site = std::move(lclSite);
-    site->Close();
+    site->Close(true); // it may hand over what it still holds
 }
 
 void ScanWindow::TakeFocus() {
