@@ -1,6 +1,8 @@
-// Folders of the disk that cannot be taken in as they are.
+// Folders and saved mails of the disk that lack something, or hold too much.
 #include <filesystem>
 
+#include "controls/intake/MailDrop.h"
+#include "tests/fakes/CompoundFile.h"
 #include "tests/unit/controls/BinderFixture.h"
 
 namespace kavidex::controls {
@@ -23,6 +25,22 @@ TEST_F(Binder, ADroppedFolderIsTakenInWithoutLinksAndWithoutWhatCannotBeRead) {
     EXPECT_EQ(names, "Post Oud a ");
     EXPECT_TRUE(Told(machine.Path("Post\\Oud\\Terug") + ": een koppeling naar een andere map"));
     EXPECT_TRUE(Told(machine.Path("Post\\Dicht") + ": geen toegang"));
+}
+
+TEST_F(Binder, ASavedMailWithoutNamesSaysThatTheyWereNotRetrieved) {
+    const auto info = [&](const tests::MailPart& mail) {
+        const auto path =
+            File("mail.msg", tests::CompoundFileWriter::Write(tests::MailPart(mail).Whole()));
+        return MailInfoOf(machine.workstation, nullptr, path);
+    };
+    tests::MailPart mail(32);
+    mail.Wide("0037", "Offerte");
+    EXPECT_EQ(info(mail).sendTo, "Not retrieved");
+    EXPECT_EQ(info(mail).recievedFrom, "Not retrieved");
+    EXPECT_TRUE(machine.log.Has("MailInfo", "Error retrieving RecievedFrom"));
+    mail.Wide("0C1A", "Piet").Wide("0E04", "An; Bo");
+    EXPECT_EQ(info(mail).sendTo, "An; Bo");
+    EXPECT_EQ(info(mail).recievedFrom, "Piet");
 }
 
 } // namespace kavidex::controls
