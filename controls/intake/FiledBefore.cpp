@@ -8,6 +8,7 @@
 #include "model/documentFile.h"
 #include "model/filing.h"
 #include "model/storePath.h"
+#include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -20,6 +21,19 @@ namespace {
 constexpr std::size_t many = 64; // documents from which on the user sees that it takes a while
 
 } // namespace
+
+bool IsGone(const platform::Workstation& machine, const std::string& file) {
+    try {
+        const auto found = model::AttributesOf(machine, file);
+        return !found || (*found & platform::attributes::directory) != 0;
+    } catch (const platform::Error& error) {
+        machine.log.Write("Intake", error.what());
+        return error.Number() == platform::errors::invalidArgument; // no file has such a name
+    } catch (const std::exception& error) {
+        machine.log.Write("Intake", error.what());
+        return false;
+    }
+}
 
 FiledBefore::FiledBefore(IntakeSite& site)
     : lclSite(site), lclCaption(site.Text("Documenten toevoegen")) {}

@@ -11,6 +11,9 @@
 
 namespace kavidex::controls {
 
+// What cannot be looked at, on a share that is away, is still there.
+bool IsGone(const platform::Workstation& machine, const std::string& file);
+
 // For one look at any number of files: the documents of a type are found once.
 class FiledBefore {
 public:

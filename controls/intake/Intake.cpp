@@ -10,7 +10,6 @@
 #include "controls/tree/ctrlTree.h"
 #include "model/clsItem.h"
 #include "model/clsTree.h"
-#include "model/storePath.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
@@ -18,21 +17,6 @@
 #include "platform/text.h"
 
 namespace kavidex::controls {
-
-namespace {
-
-// What cannot be looked at, on a share that is away, is still there.
-bool IsGone(const platform::Workstation& machine, const std::string& file) {
-    try {
-        const auto found = model::AttributesOf(machine, file);
-        return !found || (*found & platform::attributes::directory) != 0;
-    } catch (const std::exception& error) {
-        machine.log.Write("Intake", error.what());
-        return false;
-    }
-}
-
-} // namespace
 
 std::int32_t Intake::Refuse(std::int32_t number, std::string cause) const {
     FilingReport report;
@@ -193,7 +177,13 @@ std::vector<IntakeFile> Intake::WithoutFiled(const Dossier& dossier,
 }
 
 void Intake::FailUnsure(const std::string& file, FilingReport& report) const {
-    report.Failed(addFiles::notFiled, CauseInStore(lclSite, file, platform::errors::pathNotFound));
+    try {
+        lclSite.Machine().files.Attributes(file);
+        report.Failed(addFiles::notFiled,
+                      CauseInStore(lclSite, file, platform::errors::pathNotFound));
+    } catch (const std::exception& error) {
+        report.Failed(addFiles::noFile, CauseInSource(lclSite, file, NumberOf(error)));
+    }
 }
 
 std::vector<IntakeEntry> Intake::AskForFolders(const std::vector<IntakeFile>& files) const {

@@ -150,7 +150,8 @@ TEST_P(KilledWaiting, IsNotForgottenWhileItsShareIsAway) {
         TakeIn(own.binder, [] {});
         EXPECT_TRUE(own.binder.treCorr().AllItems().empty());
         ASSERT_FALSE(machine.messages.shown.empty());
-        EXPECT_NE(machine.messages.shown.back().text.find("niet bereikbaar"), std::string::npos);
+        EXPECT_NE(machine.messages.shown.back().text.find("1.tif: niet bereikbaar"),
+                  std::string::npos);
     }
     machine.files.away.clear();
     ExpectWholeTheNextTime("the share is back");
