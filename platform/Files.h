@@ -16,7 +16,6 @@ namespace kavidex::platform {
 namespace attributes {
 constexpr std::uint32_t readOnly = 1, hidden = 2, system = 4, directory = 16, archive = 32;
 constexpr std::uint32_t normal = 128;
-constexpr std::uint32_t link = 1024; // a folder that leads to another one
 } // namespace attributes
 
 // Keeps others out, in this process or another one, on this machine or another, for as long as it

@@ -11,6 +11,7 @@
 #include "model/storePath.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
+#include "platform/Links.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"

@@ -11,6 +11,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/Links.h"
 #include "platform/SameBytes.h"
 #include "platform/posix/NewFile.h"
 #include "platform/posix/OpenFile.h"
