@@ -63,8 +63,9 @@ void ctrlCorrespondence::SubscribeToChildren() {
     }));
     keep(tree.EvItemDropped.Subscribe([this](const DropEvent& drop) {
         Guarded("EvItemDropped", [&] {
+            const auto dossier = OpenDossier(); // the host may go on to another one
             OLEDragDrop.Raise(drop.data, drop.effect);
-            lclIntake->intake.Dropped(drop);
+            lclIntake->intake.Dropped(dossier, drop);
             TakeWaiting();
         }); // the tree tells when all of it is done
     }));

@@ -23,7 +23,12 @@ namespace kavidex::controls {
 namespace {
 
 constexpr std::size_t keyLength = 12, savedEvery = 64;
-constexpr std::string_view name = "Name", handled = "Handled";
+constexpr std::string_view name = "Name", handled = "Handled", section = "[Doc]";
+
+// What the name of the folder begins with: it is data, whatever the user's language. Earlier
+// versions made it in that.
+constexpr std::string_view folderNames[] = {"Conversie tab", "Conversion tab",
+                                            "Konvertierungsregister", "Onglet de conversion"};
 
 // "0012" and "12" are one number; null for what is none.
 std::optional<std::string> NumberOf(std::string_view text) {
@@ -38,11 +43,22 @@ std::string LookUpKey(std::string_view key, std::string_view what) {
            platform::LowerCase(what);
 }
 
+bool HasSection(const TextLines& text) {
+    for (std::size_t at = 0; at < text.Count(); ++at)
+        if (platform::EqualNoCase(platform::Trim(text.Line(at)), section)) return true;
+    return false;
+}
+
 std::string IndexOf(platform::Files& files, std::string_view folder) {
-    const auto found = files.List(folder, "*.ini");
-    for (const auto& file : found)
-        if (platform::EqualNoCase(file, "index.ini")) return platform::JoinPath(folder, file);
-    return platform::JoinPath(folder, found.empty() ? "index.ini" : found.front());
+    std::vector<std::string> found;
+    for (const auto& file : files.List(folder, "*.ini")) {
+        const auto path = platform::JoinPath(folder, file);
+        if (platform::EqualNoCase(file, "index.ini")) return path;
+        if (!platform::EqualNoCase(file, "desktop.ini")) found.push_back(path); // the system's
+    }
+    for (const auto& path : found)
+        if (HasSection(TextLines(files.ReadAll(path)))) return path;
+    return found.empty() ? platform::JoinPath(folder, "index.ini") : found.front();
 }
 
 } // namespace
@@ -58,19 +74,19 @@ BacklogIndex::BacklogIndex(platform::Files& files, std::string_view folder,
     bool found = false, within = false;
     for (std::size_t at = 0; at < lclText.Count(); ++at) {
         const auto line = platform::Trim(lclText.Line(at));
-        if (line.starts_with("[")) within = platform::EqualNoCase(line, "[Doc]");
+        if (line.starts_with("[")) within = platform::EqualNoCase(line, section);
         found = found || within;
         if (!within) continue;
         if (!line.empty()) lclEnd = at + 1;
         const auto sign = line.find('=');
         const auto space = line.substr(0, sign).find(' ');
         if (sign == std::string::npos || space == std::string::npos) continue;
-        lclValues[LookUpKey(line.substr(0, space),
-                            platform::Trim(line.substr(space, sign - space)))] =
-            platform::Trim(line.substr(sign + 1));
+        lclEntries[LookUpKey(line.substr(0, space),
+                             platform::Trim(line.substr(space, sign - space)))] = {
+            platform::Trim(line.substr(sign + 1)), at};
     }
     if (found) return;
-    lclText.Append("[Doc]");
+    lclText.Append(section);
     lclEnd = lclText.Count();
 }
 
@@ -82,15 +98,15 @@ std::string BacklogIndex::KeyOf(const std::string& image) const {
     return count != lclImagesOf.end() && count->second > 1 ? image : stem;
 }
 
-std::optional<std::string> BacklogIndex::Value(const std::string& key,
-                                               std::string_view what) const {
-    const auto found = lclValues.find(LookUpKey(key, what));
-    if (found == lclValues.end()) return {};
-    return found->second;
+const BacklogIndex::Entry* BacklogIndex::Find(const std::string& key, std::string_view what) const {
+    const auto found = lclEntries.find(LookUpKey(key, what));
+    return found == lclEntries.end() ? nullptr : &found->second;
 }
 
 bool BacklogIndex::IsHandled(const std::string& image) const {
-    return Value(KeyOf(image), handled).has_value();
+    const auto* const mark = Find(KeyOf(image), handled);
+    return mark && !mark->value.empty() && mark->value != "0" &&
+           !platform::EqualNoCase(mark->value, "False");
 }
 
 std::vector<std::string> BacklogIndex::LeftOf(const std::vector<std::string>& images) const {
@@ -102,14 +118,20 @@ std::vector<std::string> BacklogIndex::LeftOf(const std::vector<std::string>& im
 
 std::string BacklogIndex::NameOf(const std::string& image) const {
     const auto stem = platform::WithoutExtension(image);
-    const auto named = Value(stem, name);
-    return named && !named->empty() ? *named : stem;
+    const auto* const named = Find(stem, name);
+    return named && !named->value.empty() ? named->value : stem;
 }
 
 void BacklogIndex::MarkHandled(const std::string& image) {
     const auto key = KeyOf(image);
-    lclText.Insert(lclEnd++, key + " " + std::string(handled) + "=True");
-    lclValues[LookUpKey(key, handled)] = "True";
+    const auto* const mark = Find(key, handled);
+    const auto line = mark ? mark->line : lclEnd;
+    const auto text = key + " " + std::string(handled) + "=True";
+    if (mark)
+        lclText.Set(line, text);
+    else
+        lclText.Insert(lclEnd++, text);
+    lclEntries[LookUpKey(key, handled)] = {"True", line};
 }
 
 void BacklogIndex::Save() { lclFiles.WriteAll(lclPath, lclText.Bytes()); }
@@ -126,14 +148,15 @@ std::string Backlog::FolderName(std::string_view key) {
 ItemPtr Backlog::Folder() const {
     const auto tree = lclSite.Tree();
     const auto root = tree->Item();
-    const auto begin = lclSite.Text("Conversie tab");
-    if (const auto children = root->ChildCollection())
-        for (const auto& child : children->Items())
-            if (child->Id() > 0 && child->AllowChildren() &&
-                platform::EqualNoCase(child->Description().substr(0, begin.size()), begin))
-                return child;
-    const auto made = tree->AddChildTab(
-        begin + " " + platform::DayFirst(lclSite.Machine().clock.Now()), root->Id());
+    for (const auto begin : folderNames)
+        if (const auto children = root->ChildCollection())
+            for (const auto& child : children->Items())
+                if (child->Id() > 0 && child->AllowChildren() &&
+                    platform::EqualNoCase(child->Description().substr(0, begin.size()), begin))
+                    return child;
+    const auto made = tree->AddChildTab(std::string(folderNames[0]) + " " +
+                                            platform::DayFirst(lclSite.Machine().clock.Now()),
+                                        root->Id());
     if (made) lclSite.Show(made, root->Id(), false);
     return made;
 }
@@ -154,6 +177,7 @@ bool Backlog::IsFiled(const ItemPtr& folder, const std::string& path,
 void Backlog::Import(std::string_view key) {
     const auto& machine = lclSite.Machine();
     const auto tree = lclSite.Tree();
+    const auto dossier = lclSite.OpenDossier();
     // Without a key it would be the folder of whoever comes first.
     if (!tree || !tree->Item() || platform::TrimView(key).empty() || lclSite.Lock().Held()) return;
     const auto root = platform::Trim(
@@ -165,6 +189,7 @@ void Backlog::Import(std::string_view key) {
                                                       "DebugFlags", "ShowExtId", ""),
                               "true"))
         machine.messages.Show({folder, lclSite.Text("BacklogPath for Backlog")});
+    if (dossier != lclSite.OpenDossier()) return;
     if (!platform::IsFileName(FolderName(key))) return;
     const auto images = machine.files.List(folder, "*.tif");
     if (images.empty()) return;
@@ -177,7 +202,6 @@ void Backlog::Import(std::string_view key) {
     const auto left = index.LeftOf(images);
     if (left.empty()) return;
     index.Save(); // what cannot be marked would come in twice
-    const auto dossier = lclSite.OpenDossier();
     const auto target = Folder();
     if (dossier != lclSite.OpenDossier()) return; // the host left it on hearing of the folder
     if (!target) throw platform::Error(platform::errors::fail, "The folder was not taken.");
@@ -201,7 +225,7 @@ void Backlog::Import(std::string_view key) {
             index.MarkHandled(image);
             continue;
         }
-        files.push_back({path, true, false, text});
+        files.push_back({path, true, false, text, true});
         names.push_back(image);
     }
     std::size_t marked = 0;

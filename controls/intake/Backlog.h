@@ -33,14 +33,18 @@ public:
 
 private:
     std::string KeyOf(const std::string& image) const;
-    std::optional<std::string> Value(const std::string& key, std::string_view what) const;
+    struct Entry {
+        std::string value;
+        std::size_t line;
+    };
+    const Entry* Find(const std::string& key, std::string_view what) const;
 
     platform::Files& lclFiles;
     std::string lclPath;
     TextLines lclText;
-    std::map<std::string, std::string> lclValues; // "12 name", in lower case
-    std::map<std::string, int> lclImagesOf;       // how many bear that number
-    std::size_t lclEnd = 0;                       // of the section, where new entries go
+    std::map<std::string, Entry> lclEntries; // "12 name", in lower case
+    std::map<std::string, int> lclImagesOf;  // how many bear that number
+    std::size_t lclEnd = 0;                  // of the section, where new entries go
 };
 
 class Backlog {

@@ -11,6 +11,7 @@
 #include "model/storePath.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
+#include "platform/Links.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
 #include "platform/text.h"
@@ -20,17 +21,12 @@ namespace kavidex::controls {
 namespace {
 
 constexpr std::size_t together = 16; // documents with one commit
-constexpr int deepest = 64;          // folders in folders; a link that leads back up ends here
+constexpr int deepest = 64;          // folders in folders
 
 int DepthOf(const std::vector<IntakeEntry>& entries, std::size_t at) {
     int depth = 0;
     for (; entries[at].into != IntakeEntry::target; at = entries[at].into) ++depth;
     return depth;
-}
-
-std::int32_t NumberOf(const std::exception& error) {
-    const auto* ours = dynamic_cast<const platform::Error*>(&error);
-    return ours ? ours->Number() : platform::errors::fail;
 }
 
 } // namespace
@@ -59,7 +55,8 @@ struct Filer::Run {
     void Failed(std::size_t at, std::int32_t number, std::string cause) {
         report.Failed(number, std::move(cause));
         report.left.push_back(at);
-        if (at < settled.size()) settled[at] = true;
+        if (at >= settled.size()) settled.resize(at + 1);
+        settled[at] = true;
     }
 };
 
@@ -121,7 +118,7 @@ void Filer::FileEntries(const std::vector<IntakeEntry>& entries, Run& run,
                                   : lclSite.Text("$%$ ($%$ van $%$)", {name, std::to_string(at + 1),
                                                                        std::to_string(total)}));
         if (!operation.Step(static_cast<int>(at), total)) return;
-        FileEntry(entries, at, run);
+        if (!run.settled[at]) FileEntry(entries, at, run); // a folder that could not be read
     }
     operation.Step(total, total);
 }
@@ -167,6 +164,17 @@ void Filer::OpenFolders(std::vector<IntakeEntry>& entries, Run& run, Operation& 
     }
 }
 
+// It may lead back up: what it holds would come in over and over.
+bool Filer::IsLink(const std::string& folder) const {
+    try {
+        const auto found = lclSite.Machine().files.Attributes(folder);
+        return (found & platform::attributes::link) != 0;
+    } catch (const std::exception& error) { // it cannot be read either, which is told
+        lclSite.Machine().log.Write("AddFiles", error.what());
+        return false;
+    }
+}
+
 void Filer::OpenFolder(std::vector<IntakeEntry>& entries, std::size_t at, Run& run) const {
     auto& files = lclSite.Machine().files;
     const auto folder = entries[at].what.file;
@@ -177,7 +185,12 @@ void Filer::OpenFolder(std::vector<IntakeEntry>& entries, std::size_t at, Run& r
         for (const auto& name : files.List(folder, "*", true)) {
             const auto path = platform::JoinPath(folder, name);
             const bool within = files.DirectoryExists(path);
-            if (!within && !lclSite.AcceptsType(model::DocumentTypeOf(name)))
+            if (within && IsLink(path))
+                run.report.Failed(
+                    addFiles::noFile,
+                    lclSite.Text("$%$: een koppeling naar een andere map, die niet gevolgd wordt",
+                                 {path}));
+            else if (!within && !lclSite.AcceptsType(model::DocumentTypeOf(name)))
                 run.report.Failed(
                     addFiles::noFile,
                     lclSite.Text("Bestanden van dit type worden hier niet opgenomen: $%$", {path}));

@@ -26,6 +26,7 @@ struct IntakeFile {
     bool ours = false;         // a copy that was made for the intake: gone once it is filed
     std::string description{}; // empty: by its name, or of a scan
     bool comesBack = false;    // the folder that it waits in is looked at again by itself
+    bool perhapsFiled = false; // by a run that was cut off; it could not be found out
 };
 
 // In the order of filing: a folder of the disk stands before what goes into it.
@@ -57,6 +58,7 @@ private:
     void FileEntries(const Entries& entries, Run& run, Operation& operation) const;
     void OpenFolders(Entries& entries, Run& run, Operation& operation) const;
     void OpenFolder(Entries& entries, std::size_t at, Run& run) const;
+    bool IsLink(const std::string& folder) const;
     void FileEntry(const Entries& entries, std::size_t at, Run& run) const;
     void MakeFolder(const Entries& entries, std::size_t at, const ItemPtr& into, Run& run) const;
     void FileDocument(const Entries& entries, std::size_t at, const ItemPtr& into, Run& run) const;

@@ -32,21 +32,33 @@ std::string CauseOf(const IntakeSite& site, const std::string& file, std::int32_
         .value_or(site.Text("$%$: niet opgeslagen", {file}));
 }
 
-std::string CauseInSource(const IntakeSite& site, const std::string& file, std::int32_t number) {
-    namespace errors = platform::errors;
-    constexpr auto nameTooLong = static_cast<std::int32_t>(0x800700CE);
+std::int32_t NumberOf(const std::exception& error) {
+    const auto* ours = dynamic_cast<const platform::Error*>(&error);
+    return ours ? ours->Number() : platform::errors::fail;
+}
+
+std::optional<std::string> CauseOfReading(const IntakeSite& site, const std::string& file,
+                                          std::int32_t number) {
     // Of a drive that is not ready, and of shares and networks that are not there (any more).
     constexpr std::uint32_t away[] = {0x80070015, 0x80070033, 0x80070035, 0x80070037, 0x8007003B,
                                       0x80070040, 0x80070043, 0x800704CF, 0x800704D0};
     if (std::find(std::begin(away), std::end(away), static_cast<std::uint32_t>(number)) !=
         std::end(away))
         return site.Text("$%$: niet bereikbaar", {file});
+    return CauseOf(TranslationBy(site.Translate()), file, number);
+}
+
+std::string CauseInSource(const IntakeSite& site, const std::string& file, std::int32_t number) {
+    namespace errors = platform::errors;
+    constexpr auto nameTooLong = static_cast<std::int32_t>(0x800700CE);
     switch (number) {
     case errors::notFound:
     case errors::pathNotFound:
     case errors::invalidArgument:
     case nameTooLong: return site.Text("Bestand niet gevonden: $%$", {file});
-    default: return CauseOf(site, file, number);
+    default:
+        return CauseOfReading(site, file, number)
+            .value_or(site.Text("$%$: niet opgeslagen", {file}));
     }
 }
 

@@ -4,7 +4,9 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -41,9 +43,14 @@ struct FilingReport {
 // Logs every cause and shows them in one box, or nothing where all was filed; the result.
 std::int32_t TellNotAdded(const IntakeSite& site, const FilingReport& report);
 
+std::int32_t NumberOf(const std::exception& error);
+
 // What the box says of a file that was refused with that number; the log has the words of whatever
 // refused it.
 std::string CauseOf(const IntakeSite& site, const std::string& file, std::int32_t number);
+// Of one that cannot be read; null where the number says nothing to a user.
+std::optional<std::string> CauseOfReading(const IntakeSite& site, const std::string& file,
+                                          std::int32_t number);
 // The same of one whose source cannot be read, and of one that the store or the database refused.
 std::string CauseInSource(const IntakeSite& site, const std::string& file, std::int32_t number);
 std::string CauseInStore(const IntakeSite& site, const std::string& file, std::int32_t number);

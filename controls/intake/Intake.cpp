@@ -1,18 +1,17 @@
 #include "controls/intake/Intake.h"
 
 #include <algorithm>
+#include <iterator>
 #include <set>
 #include <utility>
 
+#include "controls/intake/FiledBefore.h"
 #include "controls/intake/MailDrop.h"
 #include "controls/tree/ctrlTree.h"
 #include "model/clsItem.h"
-#include "model/clsItemCol.h"
 #include "model/clsTree.h"
-#include "model/documentFile.h"
-#include "model/filing.h"
-#include "model/storePath.h"
 #include "model/walk.h"
+#include "platform/Error.h"
 #include "platform/Files.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -92,7 +91,7 @@ FilingReport Intake::FileInto(const Dossier& dossier, const ItemPtr& folder,
         std::erase_if(lclPending, [&](const Waiting& one) {
             return one.dossier == dossier && one.entry.what.file == what.file;
         });
-        if (what.ours && lclSite.Machine().files.FileExists(what.file))
+        if (what.ours && !IsGone(lclSite.Machine(), what.file))
             lclFiled.push_back({entries[at], dossier});
     }
     KeepLeft(report, entries, dossier, waited);
@@ -109,7 +108,7 @@ void Intake::KeepLeft(const FilingReport& report, const std::vector<IntakeEntry>
         if (at >= entries.size()) continue; // within a folder of the disk
         const auto& what = entries[at].what;
         const bool kept = waited || what.scanned || what.ours;
-        if (!kept || !lclSite.Machine().files.FileExists(what.file)) continue;
+        if (!kept || IsGone(lclSite.Machine(), what.file)) continue;
         const bool stopped = untried.contains(at) && report.stopped;
         if (!waited && what.comesBack) continue;
         if (!waited && stopped && !what.scanned)
@@ -142,79 +141,67 @@ void Intake::Remember(const Dossier& dossier) {
     lclJournal.Note(dossier, ours);
 }
 
-// A run that was cut off may have filed it, and not come to deleting it.
-Intake::Known Intake::WasFiled(const IntakeFile& file) const {
-    const auto& machine = lclSite.Machine();
-    model::DocumentFiles documents(machine, lclSite.DbConnection());
-    const auto type = model::DocumentTypeOf(file.file);
-    const auto tree = lclSite.Tree();
-    if (!tree) return Known::No;
-    std::vector<ItemPtr> items{tree->Item()};
-    for (std::size_t at = 0; at < items.size(); ++at) {
-        const auto item = items[at];
-        if (!item || item->Id() <= 0) continue;
-        if (const auto children = item->ChildCollection())
-            items.insert(items.end(), children->Items().begin(), children->Items().end());
-        if (item->AllowChildren() || !platform::EqualNoCase(item->ItemType(), type)) continue;
-        const auto stored = documents.Of(*item);
-        if (!stored.HasFile() || !machine.files.SameBytes(file.file, stored.path)) continue;
-        try {
-            model::RemoveCopied(machine, file.file, stored.path);
-            return Known::Filed;
-        } catch (const std::exception& error) {
-            machine.log.Write("Intake", error.what());
-            return Known::FiledButThere;
-        }
-    }
-    return Known::No;
-}
-
 void Intake::TakeLeftOver() {
+    using Answer = FiledBefore::Answer;
     const auto dossier = lclSite.OpenDossier();
+    FiledBefore before(lclSite);
+    LookAtFiled(dossier, before);
     for (auto& file : lclJournal.LeftFor(dossier)) {
-        auto known = Known::No;
-        try {
-            if (!lclSite.Machine().files.FileExists(file.file)) continue;
-            known = WasFiled(file);
-        } catch (const std::exception& error) {
-            lclSite.Machine().log.Write("Intake", error.what());
-        }
-        if (known == Known::FiledButThere)
+        if (IsGone(lclSite.Machine(), file.file)) continue;
+        const auto answer = before.Look(file.file);
+        file.perhapsFiled = answer == Answer::Unknown;
+        if (answer == Answer::FiledButThere || (file.perhapsFiled && file.comesBack))
             lclFiled.push_back({{std::move(file)}, dossier});
-        else if (known == Known::No && !file.comesBack)
+        else if (answer != Answer::Filed && !file.comesBack)
             Keep({std::move(file)}, dossier, false);
     }
-    WithoutFiled(dossier, {});
     Remember(dossier);
 }
 
-// What is in the dossier already does not come in again; its file goes as soon as it can.
+// What is in the dossier already goes as soon as it can.
+Intake::Answers Intake::LookAtFiled(const Dossier& dossier, FiledBefore& before) {
+    using Answer = FiledBefore::Answer;
+    Answers answers;
+    std::erase_if(lclFiled, [&](const Waiting& one) {
+        if (one.dossier != dossier) return false;
+        const auto& file = one.entry.what.file;
+        const auto answer = IsGone(lclSite.Machine(), file) ? Answer::Filed : before.Look(file);
+        answers[file] = answer;
+        return answer == Answer::Filed || answer == Answer::No; // No: it is another one by now
+    });
+    return answers;
+}
+
+// And does not come in again.
 std::vector<IntakeFile> Intake::WithoutFiled(const Dossier& dossier,
                                              const std::vector<IntakeFile>& files) {
+    using Answer = FiledBefore::Answer;
     if (dossier != lclSite.OpenDossier()) return files;
-    std::set<std::string> filed;
-    for (const auto& one : lclFiled)
-        if (one.dossier == dossier) filed.insert(one.entry.what.file);
-    std::erase_if(lclFiled, [&](const Waiting& one) {
-        const auto& what = one.entry.what;
-        if (one.dossier != dossier) return false;
-        try {
-            const bool there = lclSite.Machine().files.FileExists(what.file);
-            const auto known = there ? WasFiled(what) : Known::Filed;
-            if (known == Known::No) filed.erase(what.file); // another one by now
-            return known != Known::FiledButThere;
-        } catch (const std::exception& error) {
-            lclSite.Machine().log.Write("Intake", error.what());
-            return false;
-        }
-    });
+    FiledBefore before(lclSite);
+    auto answers = LookAtFiled(dossier, before);
+    FilingReport unsure;
     std::vector<IntakeFile> fresh;
-    for (const auto& file : files)
-        if (!filed.contains(file.file)) {
+    for (const auto& file : files) {
+        const auto known = answers.find(file.file);
+        if (known == answers.end() || known->second == Answer::No) {
             fresh.push_back(file);
-            if (file.ours) filed.insert(file.file); // it may be told twice
+            if (file.ours) answers[file.file] = Answer::Filed; // it may be told twice
+        } else if (known->second == Answer::Unknown) {
+            FailUnsure(file.file, unsure);
         }
+    }
+    TellNotAdded(lclSite, unsure);
     return fresh;
+}
+
+void Intake::FailUnsure(const std::string& file, FilingReport& report) const {
+    try {
+        lclSite.Machine().files.Attributes(file);
+        report.Failed(addFiles::notFiled,
+                      CauseInStore(lclSite, file, platform::errors::pathNotFound));
+    } catch (const std::exception& error) {
+        report.Failed(addFiles::noFile, CauseInSource(lclSite, file, NumberOf(error)));
+    }
 }
 
 std::vector<IntakeEntry> Intake::AskForFolders(const std::vector<IntakeFile>& files) const {
@@ -281,10 +268,10 @@ void Intake::Wait(const Dossier& dossier, std::vector<IntakeEntry> entries) {
     lclSite.Tell("Selecteer een map om het document op te bergen");
 }
 
-void Intake::Dropped(const DropEvent& drop) {
+void Intake::Dropped(const Dossier& dossier, const DropEvent& drop) {
     drop.effect = drop::none;
-    if (!lclSite.Tree()) return lclSite.Tell("Er is geen dossier geopend");
-    const auto dossier = lclSite.OpenDossier();
+    if (!lclSite.Tree() && dossier == lclSite.OpenDossier())
+        return lclSite.Tell("Er is geen dossier geopend");
     const auto files = FilesOfDrop(drop); // asks
     if (files.empty()) return;
     const auto target = [&] {
@@ -334,21 +321,51 @@ bool Intake::HasScannedPending() const {
                        [](const Waiting& one) { return one.entry.what.scanned; });
 }
 
-std::vector<IntakeEntry> Intake::TakePending(bool refused) {
+// Those to be filed now. What may stand in the dossier already is looked at once more.
+std::vector<IntakeEntry> Intake::TakePending(bool refused, FilingReport& unsure) {
+    using Answer = FiledBefore::Answer;
     std::vector<IntakeEntry> taken;
-    std::vector<Waiting> kept;
     const auto dossier = lclSite.OpenDossier();
-    for (auto& one : lclPending) {
-        const auto& what = one.entry.what;
-        if (one.dossier != dossier || (!refused && one.refused))
+    FiledBefore before(lclSite);
+    std::vector<Waiting> kept;
+    for (auto& one : std::exchange(lclPending, {})) {
+        auto& what = one.entry.what;
+        if (one.dossier != dossier || (!refused && one.refused)) {
             kept.push_back(std::move(one));
-        else if (what.ours && !lclSite.Machine().files.FileExists(what.file)) // filed elsewhere
+            continue;
+        }
+        if (what.ours && IsGone(lclSite.Machine(), what.file)) { // filed elsewhere
             lclSite.Machine().log.Write("Intake", what.file + " is gone");
-        else
+            continue;
+        }
+        const auto answer = what.perhapsFiled ? before.Look(what.file) : Answer::No;
+        what.perhapsFiled = answer == Answer::Unknown;
+        if (answer == Answer::No) {
             taken.push_back(std::move(one.entry));
+        } else if (answer == Answer::FiledButThere) {
+            lclFiled.push_back(std::move(one));
+        } else if (answer == Answer::Unknown) {
+            FailUnsure(what.file, unsure);
+            one.refused = true;
+            kept.push_back(std::move(one));
+        }
     }
-    lclPending = std::move(kept);
+    lclPending.insert(lclPending.begin(), std::make_move_iterator(kept.begin()),
+                      std::make_move_iterator(kept.end()));
     return taken;
+}
+
+FilingReport Intake::FilePending(const ItemPtr& folder, bool refused) {
+    const auto dossier = lclSite.OpenDossier();
+    FilingReport unsure;
+    const auto entries = TakePending(refused, unsure);
+    if (entries.empty()) {
+        Remember(dossier);
+        return unsure;
+    }
+    auto report = FileInto(dossier, folder, entries, true);
+    for (auto& cause : unsure.causes) report.Failed(unsure.result, std::move(cause));
+    return report;
 }
 
 void Intake::DossierShown() {
@@ -363,17 +380,13 @@ void Intake::DossierShown() {
 void Intake::FolderSelected() {
     if (lclSite.Lock().Held() || !lclSite.Tree() || !HasPending()) return;
     if (const auto folder = lclSite.SelectedFolder())
-        if (const auto entries = TakePending(false); !entries.empty())
-            TellNotAdded(lclSite, FileInto(lclSite.OpenDossier(), folder, entries, true));
+        TellNotAdded(lclSite, FilePending(folder, false));
 }
 
 std::int32_t Intake::FilePendingAtTop() {
     if (!HasPending()) return addFiles::done;
     const auto tree = lclSite.Tree();
-    const auto entries = TakePending(true);
-    if (entries.empty()) return addFiles::done;
-    const auto report =
-        FileInto(lclSite.OpenDossier(), tree ? tree->Item() : nullptr, entries, true);
+    const auto report = FilePending(tree ? tree->Item() : nullptr, true);
     if (!report.filed.empty())
         lclSite.Tell(
             "Er waren nog documenten om op te bergen, deze zijn op het hoogste niveau toegevoegd");

@@ -4,10 +4,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "controls/intake/FiledBefore.h"
 #include "controls/intake/Filer.h"
 #include "controls/intake/Journal.h"
 #include "controls/tree/TreeEvents.h"
@@ -38,7 +40,7 @@ public:
                            std::vector<ItemPtr>* filed = nullptr);
     // Asks for a folder to be selected.
     void AddWaiting(const Dossier& dossier, const std::vector<IntakeFile>& files);
-    void Dropped(const DropEvent& drop);
+    void Dropped(const Dossier& dossier, const DropEvent& drop); // `dossier`: as AddByUser
     void Pasted(const std::vector<std::string>& files); // into the selected folder, else the top
 
     // What waits belongs to the dossier that it was brought to: it is filed there, or goes on
@@ -59,7 +61,7 @@ private:
     // `waited`: what could not be filed goes on waiting for its dossier.
     FilingReport FileInto(const Dossier& dossier, const ItemPtr& folder,
                           const std::vector<IntakeEntry>& entries, bool waited = false);
-    enum class Known { No, Filed, FiledButThere }; // of a file: its source could not be deleted
+    using Answers = std::map<std::string, FiledBefore::Answer>; // by the file's name
     void Wait(const Dossier& dossier, std::vector<IntakeEntry> entries);
     void Keep(IntakeEntry entry, const Dossier& dossier, bool refused);
     void KeepLeft(const FilingReport& report, const std::vector<IntakeEntry>& entries,
@@ -69,9 +71,11 @@ private:
     void TakeLeftOver();
     std::vector<IntakeFile> WithoutFiled(const Dossier& dossier,
                                          const std::vector<IntakeFile>& files);
-    Known WasFiled(const IntakeFile& file) const;
+    Answers LookAtFiled(const Dossier& dossier, FiledBefore& before);
+    void FailUnsure(const std::string& file, FilingReport& report) const;
     void Remember(const Dossier& dossier);
-    std::vector<IntakeEntry> TakePending(bool refused);
+    std::vector<IntakeEntry> TakePending(bool refused, FilingReport& unsure);
+    FilingReport FilePending(const ItemPtr& folder, bool refused);
     ItemPtr FolderFor(std::int32_t id, std::string_view description, bool top) const;
     std::vector<IntakeEntry> AskForFolders(const std::vector<IntakeFile>& files) const;
     std::vector<IntakeFile> FilesOfDrop(const DropEvent& drop) const;

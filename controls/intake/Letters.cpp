@@ -6,6 +6,7 @@
 #include "mail/MailNames.h"
 #include "model/clsItem.h"
 #include "model/clsTree.h"
+#include "model/storePath.h"
 #include "model/uniqueNumber.h"
 #include "platform/Error.h"
 #include "platform/Files.h"
@@ -71,6 +72,41 @@ IntakeFile Letters::Own(const std::string& document, const std::string& name) co
     return {.file = copy, .ours = true, .description = name.empty() ? bare : name};
 }
 
+std::unique_ptr<LetterGenerator> Letters::Generator() const {
+    try {
+        return lclSite.MakeLetterGenerator();
+    } catch (const std::exception& error) {
+        lclSite.Machine().log.Write("Letters", error.what());
+        throw platform::Error(
+            NumberOf(error),
+            lclSite.Text("De briefgenerator (LumaformWordGen.clsWord) kan niet gestart worden. Is "
+                         "deze op dit werkstation geïnstalleerd?"));
+    }
+}
+
+// Writes the letter's number into its values, where there are any: what cannot be looked at is no
+// file that is absent.
+void Letters::Number(const std::string& valueFile) const {
+    auto& files = lclSite.Machine().files;
+    const auto named = [&](auto work) {
+        try {
+            return work();
+        } catch (const platform::Error& error) {
+            lclSite.Machine().log.Write("Letters", error.what());
+            throw platform::Error(error.Number(),
+                                  CauseInSource(lclSite, valueFile, error.Number()));
+        }
+    };
+    const bool there = !valueFile.empty() && named([&] {
+        const auto found = model::AttributesOf(lclSite.Machine(), valueFile);
+        return found && !(*found & platform::attributes::directory);
+    });
+    if (!there) return;
+    // Raised before anything else: no two letters share a number, whatever becomes of this one.
+    const auto number = model::RaiseUniqueNumber(lclSite.DbConnection());
+    named([&] { files.WriteAll(valueFile, WithDocumentId(files.ReadAll(valueFile), number)); });
+}
+
 // Empty, and told why, when no letter was made.
 std::string Letters::Merge(const LetterOrder& order) {
     auto& files = lclSite.Machine().files;
@@ -81,13 +117,9 @@ std::string Letters::Merge(const LetterOrder& order) {
     operation.Show(lclSite.Text("Aanmaken correspondentie"),
                    lclSite.Text("Bezig met aanmaken correspondentie"));
     operation.Step(0, 0);
-    const auto generator = lclSite.MakeLetterGenerator();
+    const auto generator = Generator();
     const auto& valueFile = order.valueFile;
-    if (!valueFile.empty() && files.FileExists(valueFile)) {
-        // Raised before anything else: no two letters share a number, whatever becomes of this one.
-        const auto number = model::RaiseUniqueNumber(lclSite.DbConnection());
-        files.WriteAll(valueFile, WithDocumentId(files.ReadAll(valueFile), number));
-    }
+    Number(valueFile);
     const auto merged = generator->fncMergeDocument(valueFile, order.letterTemplate);
     if (merged.result == 1 && !merged.document.empty() && files.FileExists(merged.document))
         return merged.document;

@@ -35,6 +35,8 @@ public:
 
 private:
     std::string Merge(const LetterOrder& order);
+    std::unique_ptr<LetterGenerator> Generator() const;
+    void Number(const std::string& valueFile) const;
     IntakeFile Own(const std::string& document, const std::string& name) const;
 
     IntakeSite& lclSite;

@@ -148,9 +148,12 @@ model::MailInfo MailInfoOf(const platform::Workstation& machine, mail::MailSourc
     if (!whole)
         noted([&] {
             const auto file = mail::ReadSavedMail(path);
-            if (!facts.receivedByName)
-                facts.receivedByName = file.receivedByName.empty() ? file.to : file.receivedByName;
-            if (!facts.senderName) facts.senderName = file.senderName;
+            const auto take = [](auto& fact, const std::string& text) {
+                if (!fact && !text.empty()) fact = text;
+            };
+            take(facts.receivedByName, file.receivedByName);
+            take(facts.receivedByName, file.to);
+            take(facts.senderName, file.senderName);
             if (!facts.sentOn) facts.sentOn = file.sentOn;
             if (!facts.receivedTime) facts.receivedTime = file.receivedOn;
             if (!facts.attachments) facts.attachments = static_cast<int>(file.attachmentCount);

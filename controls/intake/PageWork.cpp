@@ -46,10 +46,32 @@ void RemoveQuietly(const platform::Workstation& machine, const std::string& path
 
 } // namespace
 
-void PageWork::TellUnusable(const std::string& description, std::string_view words) const {
+// The words are for the log.
+void PageWork::TellUnusable(const std::string& description, const std::string& cause,
+                            std::string_view words) const {
     lclSite.Machine().log.Write("PageWork", description + ": " + std::string(words));
     lclSite.TellReady(lclSite.Text("Document '$%$' kan niet gelezen worden", {description}) +
-                      "\r\n\r\n" + std::string(words));
+                      (cause.empty() ? "" : "\r\n\r\n" + cause));
+}
+
+void PageWork::TellUnreadable(const Source& source, std::int32_t number,
+                              std::string_view words) const {
+    const auto cause = number == platform::errors::invalidData
+                           ? lclSite.Text("Het bestand is beschadigd of geen TIFF-bestand")
+                           : CauseOfReading(lclSite, source.path, number).value_or(std::string());
+    TellUnusable(source.item->Description(), cause, words);
+}
+
+// All that is done to a document lets the user and the host in, and its id may be another one's in
+// the dossier that they go on to.
+bool PageWork::IsOpen(const Dossier& dossier, const model::clsItem& item) const {
+    if (lclSite.OpenDossier() == dossier) return true;
+    lclSite.Tell("$%$: het dossier is gesloten", {item.Description()});
+    return false;
+}
+
+void PageWork::TakeAway(const std::vector<IntakeFile>& made) const {
+    for (const auto& file : made) RemoveQuietly(lclSite.Machine(), file.file);
 }
 
 // False, and told why, when its pages cannot be counted.
@@ -58,14 +80,16 @@ bool PageWork::Open(const ItemPtr& item, Source& source) const {
     const auto document = model::FindDocumentFile(lclSite.Machine(), lclSite.DbConnection(), *item);
     source = {item, document.path};
     if (!document.HasFile()) {
-        TellUnusable(item->Description(), document.error);
+        const bool missing = document.outcome == model::DocumentLook::FileMissing;
+        TellUnreadable(source, missing ? platform::errors::notFound : document.number,
+                       document.error);
         return false;
     }
     try {
         source.pages = imaging::CountPages(lclSite.Machine().files, document.path);
         return true;
     } catch (const std::exception& error) {
-        TellUnusable(item->Description(), error.what());
+        TellUnreadable(source, NumberOf(error), error.what());
         return false;
     }
 }
@@ -82,6 +106,7 @@ std::string PageWork::NewPath(std::string_view rest) const {
 // --- Splitting ----------------------------------------------------------------------------------
 
 void PageWork::Split(bool deleteSource) {
+    const auto dossier = lclSite.OpenDossier();
     const auto selected = lclSite.SelectedItems();
     if (selected.size() != 1 || selected[0]->AllowChildren() || !IsTiff(*selected[0]))
         return lclSite.Tell("Selecteer een TIFF-document om te splitsen");
@@ -97,7 +122,10 @@ void PageWork::Split(bool deleteSource) {
         made.push_back({pages[i], false, true,
                         With(source.item->Description(),
                              " (" + lclSite.Text("pagina") + " " + std::to_string(i + 1) + ")")});
-    if (!made.empty() && FileAll(folder, made, 1) && deleteSource) lclSite.Delete(*source.item);
+    if (made.empty()) return;
+    if (!IsOpen(dossier, *source.item)) return TakeAway(made);
+    if (FileAll(folder, made, 1) && deleteSource && IsOpen(dossier, *source.item))
+        lclSite.Delete(*source.item);
 }
 
 // A file for each page, or none at all.
@@ -119,7 +147,7 @@ std::vector<std::string> PageWork::WritePages(const Source& source) const {
     } catch (const std::exception& error) {
         const bool stopped = operation.Stopped();
         operation.End();
-        if (!stopped) TellUnusable(source.item->Description(), error.what());
+        if (!stopped) TellUnreadable(source, NumberOf(error), error.what());
         return {};
     }
 }
@@ -144,12 +172,19 @@ std::vector<PageWork::Source> PageWork::OpenSelected(std::string& leftOut, bool&
 }
 
 void PageWork::Staple(bool deleteSources) {
+    const auto dossier = lclSite.OpenDossier();
     std::string leftOut;
     bool broken = false;
     const auto sources = OpenSelected(leftOut, broken);
     if (broken) return;
+    const auto others =
+        leftOut.empty()
+            ? std::string()
+            : lclSite.Text("Alleen TIFF-documenten worden geniet. Niet geniet: $%$", {leftOut});
     if (sources.size() < 2)
-        return lclSite.Tell("Selecteer minstens twee TIFF-documenten om te nieten");
+        return lclSite.TellReady(
+            lclSite.Text("Selecteer minstens twee TIFF-documenten om te nieten") +
+            (others.empty() ? "" : "\r\n\r\n" + others));
     const auto& first = *sources.front().item;
     const auto folder = lclSite.ParentOf(first);
     const auto target = NewPath(" " + std::to_string(first.ItemId()));
@@ -159,12 +194,13 @@ void PageWork::Staple(bool deleteSources) {
     const auto description = deleteSources
                                  ? first.Description()
                                  : With(first.Description(), " (" + lclSite.Text("geniet") + ")");
-    if (!FileAll(folder, {{target, false, true, description}}, pages)) return;
+    const std::vector<IntakeFile> made{{target, false, true, description}};
+    if (!IsOpen(dossier, first)) return TakeAway(made);
+    if (!FileAll(folder, made, pages)) return;
     if (deleteSources)
-        for (const auto& source : sources)
-            if (!lclSite.Delete(*source.item)) break; // told; the others would hardly fare better
-    if (!leftOut.empty())
-        lclSite.Tell("Alleen TIFF-documenten worden geniet. Niet geniet: $%$", {leftOut});
+        for (const auto& source : sources) // told; the others would hardly fare better
+            if (!IsOpen(dossier, *source.item) || !lclSite.Delete(*source.item)) break;
+    if (!others.empty()) lclSite.TellReady(others);
 }
 
 bool PageWork::WriteStapled(const std::vector<Source>& sources, const std::string& target) const {
@@ -186,8 +222,7 @@ bool PageWork::WriteStapled(const std::vector<Source>& sources, const std::strin
         const auto named = std::find_if(sources.begin(), sources.end(), [&](const Source& source) {
             return words.find(source.path) != std::string::npos;
         });
-        TellUnusable((named == sources.end() ? sources.front() : *named).item->Description(),
-                     words);
+        TellUnreadable(named == sources.end() ? sources.front() : *named, NumberOf(error), words);
         return false;
     }
 }
@@ -203,9 +238,10 @@ bool PageWork::FileAll(const ItemPtr& folder, const std::vector<IntakeFile>& mad
         if (!IsStored(report.filed[i], made[i].file, pagesEach)) {
             whole = false;
             TellUnusable(report.filed[i]->Description(),
-                         lclSite.Text("De originelen blijven daarom bewaard."));
+                         lclSite.Text("De originelen blijven daarom bewaard."),
+                         "What is stored is not what was made.");
         }
-    for (const auto& file : made) RemoveQuietly(lclSite.Machine(), file.file);
+    TakeAway(made);
     TellNotAdded(lclSite, report);
     return whole;
 }

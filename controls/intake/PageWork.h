@@ -1,8 +1,10 @@
 // Splitting a scanned document into its pages, and stapling several documents into one.
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "controls/intake/Filer.h"
@@ -32,7 +34,11 @@ private:
     bool WriteStapled(const std::vector<Source>& sources, const std::string& target) const;
     bool FileAll(const ItemPtr& folder, const std::vector<IntakeFile>& made, int pagesEach);
     bool IsStored(const ItemPtr& item, const std::string& made, int pages) const;
-    void TellUnusable(const std::string& description, std::string_view words) const;
+    bool IsOpen(const Dossier& dossier, const model::clsItem& item) const;
+    void TakeAway(const std::vector<IntakeFile>& made) const;
+    void TellUnusable(const std::string& description, const std::string& cause,
+                      std::string_view words) const;
+    void TellUnreadable(const Source& source, std::int32_t number, std::string_view words) const;
 
     IntakeSite& lclSite;
     Filer lclFiler;

@@ -22,12 +22,24 @@ ScanSetup ScanPanel::Setup() const {
 
 void ScanPanel::Open(const std::string& importFolder) {
     auto* const place = lclSite.Scanner();
+    if (lclOpening) throw platform::Error(platform::errors::fail, "The control is being opened.");
     if (!place) throw platform::Error(platform::errors::fail, "The control has no window.");
     auto setup = Setup();
     if (!importFolder.empty()) setup.texts.emplace_back(L"ImportFolder", importFolder);
-    setup.scanned = [this](const std::vector<std::string>& files) { Scanned(files); };
-    place->OpenScanner(setup);
-    lclOpen = true;
+    setup.scanned = [this, dossier = lclSite.OpenDossier()](const std::vector<std::string>& files) {
+        Scanned(dossier, files);
+    };
+    // It may report at once, and the panel be closed on that.
+    lclOpen = lclOpening = true;
+    try {
+        place->OpenScanner(setup);
+    } catch (...) {
+        lclOpen = lclOpening = false;
+        throw;
+    }
+    lclOpening = false;
+    auto* const now = lclSite.Scanner();
+    if (!lclOpen && now) now->CloseScanner();
     if (changed) changed();
 }
 
@@ -39,8 +51,7 @@ void ScanPanel::Toggle() {
         lclSite.Machine().log.Write("ScanPanel", error.what());
         lclSite.TellReady(
             lclSite.Text("De scanmodule (Tessaro.ctrlScan) kan niet geopend worden. Is deze op dit "
-                         "werkstation geïnstalleerd?") +
-            "\r\n\r\n" + error.what());
+                         "werkstation geïnstalleerd?"));
         if (changed) changed(); // the button comes up again
     }
 }
@@ -68,10 +79,11 @@ void ScanPanel::SetupChanged() {
     if (place) place->TellScanner(Setup());
 }
 
-void ScanPanel::Scanned(const std::vector<std::string>& names) {
+void ScanPanel::Scanned(const Dossier& dossier, const std::vector<std::string>& names) {
     std::vector<IntakeFile> files;
     for (const auto& name : names) files.push_back({name, true, true});
-    if (!files.empty()) lclIntake.AddByUser(lclSite.OpenDossier(), files, lclSite.SelectedFolder());
+    if (!files.empty())
+        lclIntake.AddByUser(dossier, files, [this] { return lclSite.SelectedFolder(); });
 }
 
 } // namespace kavidex::controls

@@ -48,11 +48,11 @@ public:
 private:
     void Open(const std::string& importFolder);
     ScanSetup Setup() const;
-    void Scanned(const std::vector<std::string>& files);
+    void Scanned(const Dossier& dossier, const std::vector<std::string>& files);
 
     IntakeSite& lclSite;
     Intake& lclIntake;
-    bool lclOpen = false;
+    bool lclOpen = false, lclOpening = false;
 };
 
 } // namespace kavidex::controls

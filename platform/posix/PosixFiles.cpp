@@ -11,6 +11,7 @@
 #include <memory>
 #include <utility>
 
+#include "platform/Links.h"
 #include "platform/SameBytes.h"
 #include "platform/posix/NewFile.h"
 #include "platform/posix/OpenFile.h"
@@ -271,7 +272,12 @@ bool PosixFiles::SameFile(std::string_view path, std::string_view other) {
 std::uint32_t PosixFiles::Attributes(std::string_view path) {
     const FileInfo info = InfoOf(path, "find the attributes of");
     std::uint32_t bits = 0;
-    if (S_ISDIR(info.st_mode)) bits |= attributes::directory;
+    FileInfo own{};
+    if (S_ISDIR(info.st_mode)) {
+        bits |= attributes::directory;
+        if (::lstat(ToNative(path).c_str(), &own) == 0 && S_ISLNK(own.st_mode))
+            bits |= attributes::link;
+    }
     if (!(info.st_mode & S_IWUSR)) bits |= attributes::readOnly;
     return bits ? bits : attributes::normal;
 }

@@ -2,9 +2,11 @@
 // control in it reports what a test has it report.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "controls/binder/BinderWindow.h"
 #include "controls/intake/ScanPanel.h"
@@ -17,6 +19,7 @@ struct FakeBinderWindow : controls::BinderWindow, controls::ScanPlace {
     FakeForms forms;
     bool scannerInstalled = true;
     controls::ScanSetup scanner;
+    std::function<void()> onOpen; // while the control is being opened
     void ToolbarChanged() override {}
     void LayoutChanged() override {}
     void AppearanceChanged() override {}
@@ -34,6 +37,7 @@ struct FakeBinderWindow : controls::BinderWindow, controls::ScanPlace {
     void OpenScanner(const controls::ScanSetup& setup) override {
         if (!scannerInstalled) throw platform::Error(platform::errors::notFound, "no class");
         scanner = setup;
+        if (onOpen) std::exchange(onOpen, nullptr)();
     }
     void TellScanner(const controls::ScanSetup& setup) override { scanner.flags = setup.flags; }
     void CloseScanner() override { scanner = {}; }

@@ -20,6 +20,7 @@ public:
     int operations = 0;             // since the last FailAt
     std::vector<std::string> calls; // "Copy a b", in order
     std::string refused;            // calls that begin so fail, if any
+    std::string away;               // a share that is not there: all paths that begin so
 
     // n from 1; 0 fails none. `andAllAfter`: the disk stays gone.
     void FailAt(int n, std::int32_t error = platform::errors::diskFull, bool andAllAfter = false) {
@@ -30,8 +31,12 @@ public:
         calls.clear();
     }
 
-    bool FileExists(std::string_view path) override { return lclReal.FileExists(path); }
-    bool DirectoryExists(std::string_view path) override { return lclReal.DirectoryExists(path); }
+    bool FileExists(std::string_view path) override {
+        return !IsAway(path) && lclReal.FileExists(path);
+    }
+    bool DirectoryExists(std::string_view path) override {
+        return !IsAway(path) && lclReal.DirectoryExists(path);
+    }
     void CreateDirectories(std::string_view path) override {
         Count("CreateDirectories", path);
         lclReal.CreateDirectories(path);
@@ -121,12 +126,15 @@ private:
         std::unique_ptr<FileWriter> real;
     };
 
+    bool IsAway(std::string_view path) const { return !away.empty() && path.starts_with(away); }
     void Count(std::string_view name, std::string_view path, std::string_view target = {}) {
         std::string call(name);
         call.append(" ").append(path);
         if (!target.empty()) call.append(" ").append(target);
         calls.push_back(call);
         ++operations;
+        if (IsAway(path) || IsAway(target))
+            throw platform::Error(static_cast<std::int32_t>(0x80070035), "Away: " + call);
         if (!refused.empty() && call.starts_with(refused))
             throw platform::Error(platform::errors::accessDenied, "Refused: " + call);
         if (operations == lclFailAt || (lclAllAfter && lclFailAt > 0 && operations > lclFailAt))

@@ -48,7 +48,12 @@ void ScanWindow::Open(const ScanSetup& setup) {
     RECT area{};
     GetClientRect(lclWindow, &area);
     lclSite = platform::win32::ComPtr<ControlSite>::Attach(new ControlSite(lclWindow, hooks));
-    lclSite->Open(progId, area);
+    const auto site = lclSite; // what it reports meanwhile may close the window
+    site->Open(progId, area);
+    if (!lclSite) {
+        site->Close();
+        throw platform::Error(platform::errors::fail, "The window has gone.");
+    }
     Configure(setup);
 }
 
@@ -75,7 +80,7 @@ void ScanWindow::Configure(const ScanSetup& setup) const {
 void ScanWindow::CloseSite() {
     if (!lclSite) return;
     const auto site = std::move(lclSite);
-    site->Close();
+    site->Close(true); // it may hand over what it still holds
 }
 
 void ScanWindow::TakeFocus() {

@@ -55,6 +55,7 @@ void ControlSite::Open(const wchar_t* progId, const RECT& place) {
 
 void ControlSite::Take(const ComPtr<IUnknown>& object, const RECT& place, bool activate) {
     lclPlace = place;
+    lclDeaf = false;
     lclObject = object.Query<IOleObject>(IID_IOleObject);
     if (!lclObject) Demand(E_NOINTERFACE, "The object cannot be embedded.");
     Demand(lclObject->SetClientSite(this), "The control refuses its site.");
@@ -71,23 +72,25 @@ void ControlSite::Take(const ComPtr<IUnknown>& object, const RECT& place, bool a
     Place(place);
 }
 
-void ControlSite::Close() {
+void ControlSite::Close(bool hearing) {
     const ComPtr<IOleClientSite> alive(this); // the last of the control's references may go here
-    if (lclEvents) lclEvents->Unadvise(lclEventsCookie);
-    if (lclChanges) lclChanges->Unadvise(lclChangesCookie);
-    lclEvents.Reset();
-    lclChanges.Reset();
-    if (lclInPlace) {
-        lclInPlace->UIDeactivate();
-        lclInPlace->InPlaceDeactivate();
+    if (!hearing) Disconnect();
+    if (const auto window = std::exchange(lclInPlace, {})) {
+        window->UIDeactivate();
+        window->InPlaceDeactivate();
     }
-    lclInPlace.Reset();
     lclActive.Reset();
     lclControl.Reset();
-    if (const auto object = std::exchange(lclObject, {})) {
-        object->Close(OLECLOSE_NOSAVE);
-        object->SetClientSite(nullptr);
-    }
+    const auto object = std::exchange(lclObject, {});
+    if (object) object->Close(OLECLOSE_NOSAVE);
+    Disconnect();
+    if (object) object->SetClientSite(nullptr);
+}
+
+void ControlSite::Disconnect() {
+    lclDeaf = true;
+    if (const auto events = std::exchange(lclEvents, {})) events->Unadvise(lclEventsCookie);
+    if (const auto changes = std::exchange(lclChanges, {})) changes->Unadvise(lclChangesCookie);
 }
 
 HWND ControlSite::ControlWindow() const {
@@ -197,7 +200,7 @@ HRESULT ControlSite::OnPosRectChange(LPCRECT place) {
 }
 
 HRESULT ControlSite::OnChanged(DISPID id) {
-    if (lclHooks.propertyChanged) lclHooks.propertyChanged(id);
+    if (!lclDeaf && lclHooks.propertyChanged) lclHooks.propertyChanged(id);
     return S_OK;
 }
 
@@ -264,6 +267,7 @@ HRESULT ControlSite::Invoke(DISPID member, REFIID, LCID, WORD flags, DISPPARAMS*
                             VARIANT* result, EXCEPINFO*, UINT*) {
     if ((flags & DISPATCH_PROPERTYGET) && member < 0 && result) return Ambient(member, result);
     if (!(flags & DISPATCH_METHOD)) return DISP_E_MEMBERNOTFOUND;
+    if (lclDeaf) return S_OK;
     const auto name = lclEventNames.find(member);
     const ComPtr<IDispatch> alive(this); // whatever the owner does on the event
     const OwnCall call;

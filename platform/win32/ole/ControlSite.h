@@ -58,7 +58,9 @@ public:
     void Open(const wchar_t* progId, const RECT& place);
     // The same for an object that is there; without `activate` it stays without a window.
     void Take(const ComPtr<IUnknown>& object, const RECT& place, bool activate = true);
-    void Close();
+    // `hearing`: what the control tells on being closed still reaches the owner. Nothing does so
+    // once this is back.
+    void Close(bool hearing = false);
 
     IDispatch* Control() const { return lclControl.Get(); }
     HWND ControlWindow() const; // null while it has none
@@ -147,6 +149,7 @@ private:
     ~ControlSite() = default;
     HRESULT Note(const char* call) const;
     void ConnectEvents();
+    void Disconnect();
     bool FindEvents();
     ComPtr<IConnectionPoint> Connect(REFIID iid, IUnknown* sink, DWORD& cookie) const;
     HRESULT Ambient(DISPID member, VARIANT* result) const;
@@ -161,6 +164,7 @@ private:
     ComPtr<IOleInPlaceActiveObject> lclActive;
     ComPtr<IConnectionPoint> lclEvents, lclChanges;
     DWORD lclEventsCookie = 0, lclChangesCookie = 0;
+    bool lclDeaf = false; // a control may call a sink that it was told to let go of
     IID lclEventInterface{};
     std::map<DISPID, std::string> lclEventNames;
 };

@@ -133,4 +133,44 @@ TEST_F(Scans, WithoutTheControlTheFolderIsAskedForAndTheQueueFiledFromHere) {
     EXPECT_TRUE(machine.files.FileExists(written)) << "the next look takes it in whole";
 }
 
+TEST_F(Scans, WhatTheControlHandsOverOnBeingClosedIsFiledInItsDossier) {
+    SelectRoot();
+    const auto open = [&](const char* name) {
+        binder.ButtonClicked("Scan");
+        ASSERT_TRUE(Part(L"ScanControlDouble"));
+        File("scanned.txt.late", File(name, SmallTiff(name)) + "\n");
+    };
+    open("1.tif");
+    binder.ButtonClicked("Scan");
+    EXPECT_EQ(Outline(), "Gescand document|tif\n");
+    open("2.tif");
+    ASSERT_EQ(Open("other"), 0);
+    EXPECT_EQ(Outline(), "");
+    ASSERT_EQ(Open("key"), 0);
+    SelectRoot();
+    EXPECT_EQ(Outline(), "Gescand document|tif\nGescand document|tif\n");
+    open("3.tif");
+    DestroyWindow(host);
+    EXPECT_EQ(Outline(), "Gescand document|tif\nGescand document|tif\nGescand document|tif\n");
+    for (const char* name : {"1.tif", "2.tif", "3.tif"})
+        EXPECT_FALSE(machine.files.FileExists(machine.Path(name))) << name;
+}
+
+TEST_F(Scans, ABacklogLeavesAnImageThatADeviceStillWrites) {
+    Setting("BackLogSettings", "Path", machine.Path("backlog"));
+    File("backlog\\000000004711\\1.tif", SmallTiff("a"));
+    const auto written = File("backlog\\000000004711\\2.tif", SmallTiff("b"));
+    const HANDLE device = CreateFileW(ToWide(written).c_str(), GENERIC_WRITE,
+                                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                                      nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+    ASSERT_NE(device, INVALID_HANDLE_VALUE);
+    ASSERT_EQ(Open("4711"), 0);
+    CloseHandle(device);
+    EXPECT_TRUE(Told(written + ": in gebruik bij een ander programma"));
+    const auto folder = Outline().substr(0, Outline().find('|'));
+    EXPECT_EQ(Outline(), folder + "|tab\n.1|tif\n");
+    ASSERT_EQ(Open("4711"), 0);
+    EXPECT_EQ(Outline(), folder + "|tab\n.1|tif\n.2|tif\n");
+}
+
 } // namespace kavidex::tests

@@ -214,6 +214,7 @@ TEST_F(Components, ScansIntoTheSelectedFolderAndLosesNothingAtClosing) {
     window.scannerInstalled = false;
     binder->ButtonClicked("Scan");
     EXPECT_TRUE(Told("De scanmodule (Tessaro.ctrlScan) kan niet geopend worden"));
+    EXPECT_FALSE(Told("no class")) << "words of the system are for the log";
     EXPECT_EQ(tooltip(), "Open de scanmodule");
     window.scannerInstalled = true;
     binder->SetAlternateScanSetting("kleur");
@@ -250,6 +251,48 @@ TEST_F(Components, ScansIntoTheSelectedFolderAndLosesNothingAtClosing) {
     EXPECT_TRUE(Told("deze zijn op het hoogste niveau toegevoegd"));
     ASSERT_EQ(Open("key"), 0);
     EXPECT_EQ(Documents(), "Gescand document\nGescand document\n");
+}
+
+// A control that hands over what a feeder holds as soon as it is there.
+TEST_F(Components, WhatIsScannedWhileTheControlOpensStaysWithItsDossier) {
+    const auto first = File("1.tif"), second = File("2.tif");
+    window.onOpen = [&] {
+        const auto scanned = window.scanner.scanned;
+        scanned({first});
+        binder->treCorr().NodeSelected(Root()); // closes the panel that is not quite open
+        ASSERT_EQ(Open("other"), 0);
+        binder->treCorr().NodeSelected(Root());
+        scanned({second});
+    };
+    binder->ButtonClicked("Scan");
+    EXPECT_FALSE(window.scanner.scanned) << "it does not stay open beside the other dossier";
+    EXPECT_EQ(Documents(), "");
+    EXPECT_TRUE(Told(second + ": het dossier is gesloten"));
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(Documents(), "");
+    ASSERT_EQ(Open("key"), 0);
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(Documents(), "Gescand document\nGescand document\n");
+    EXPECT_FALSE(machine.files.FileExists(second));
+    binder->ButtonClicked("Scan");
+    EXPECT_TRUE(window.scanner.scanned);
+}
+
+TEST_F(Components, ADropBelongsToTheDossierOfItsMomentWhateverTheHostDoesOnHearingOfIt) {
+    const auto file = File("brief.txt");
+    const auto token = binder->OLEDragDrop.Subscribe([&](const DropData&, std::int32_t&) {
+        ASSERT_EQ(Open("other"), 0);
+        binder->treCorr().NodeSelected(Root());
+    });
+    DropData data;
+    data.hasFiles = true;
+    data.files = {file};
+    EXPECT_EQ(binder->treCorr().Dropped(data, Root()), drop::none);
+    EXPECT_EQ(Documents(), "");
+    EXPECT_TRUE(Told(file + ": het dossier is gesloten"));
+    ASSERT_EQ(Open("key"), 0);
+    binder->treCorr().NodeSelected(Root());
+    EXPECT_EQ(Documents(), "brief\n");
 }
 
 } // namespace

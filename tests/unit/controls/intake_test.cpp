@@ -109,6 +109,8 @@ TEST_F(Intake, SplitsADocumentAndDeletesItOnlyAfterItsPagesAreFiled) {
         Select({row.selected});
         Choose("unpackwithdel");
         EXPECT_TRUE(Told(row.told));
+        EXPECT_EQ(Told("Het bestand is beschadigd of geen TIFF-bestand"),
+                  std::string_view(row.selected) == "stuk");
         EXPECT_EQ(binder->ContainsDocuments(""), 4);
     }
     Select({"scan"});
@@ -132,6 +134,7 @@ TEST_F(Intake, StaplesInTheOrderOfTheTreeAndLeavesOutWhatIsNoImage) {
     Select({"twee", "brief"});
     Choose("withdel");
     EXPECT_TRUE(Told("Selecteer minstens twee TIFF-documenten om te nieten"));
+    EXPECT_TRUE(Told("Niet geniet: \r\nbrief"));
     EXPECT_EQ(binder->ContainsDocuments(""), 4) << "as it was";
 
     Select({"twee", "brief", "een"});
@@ -326,6 +329,40 @@ TEST_F(Intake, TakesABacklogInOnceAndGoesOnWhereItWasCutOff) {
                                                    "2 Handled=True\nlos Handled=True");
     ASSERT_EQ(Open("4711"), 0);
     EXPECT_EQ(Outline(), whole + ".Brief|tif\n");
+}
+
+TEST_F(Intake, FindsABacklogsIndexAmongOtherFilesAndItsFolderInAnyLanguage) {
+    const std::string folder = "backlog\\000000004711";
+    machine.files.CreateDirectories(machine.Path(folder));
+    Setting("BackLogSettings", "Path", machine.Path("backlog"));
+    for (const char* name : {"1.tif", "2.tif", "3.tif", "4.tif"})
+        File(folder + "\\" + name, tests::SmallTiff("a") + name);
+    File(folder + "\\a.ini", "[Scanner]\r\n1 Handled=True\r\n");
+    File(folder + "\\desktop.ini", "[Doc]\r\n2 Handled=True\r\n");
+    const auto index = File(folder + "\\taken.ini", "[Doc]\r\n1 handled=False\r\n2 Handled=\r\n"
+                                                    "3 Handled=0\r\n4 Handled=True\r\n");
+    platform::SaveRegSetting(machine, "Kavidex", "DebugFlags", "ShowExtId", "true");
+    machine.messages.meanwhile = [&] { ASSERT_EQ(Open("other"), 0); };
+    EXPECT_NE(Open("4711"), 0);
+    EXPECT_EQ(Outline(), "") << "not the dossier that was opened while the path was shown";
+    EXPECT_TRUE(Told(machine.Path(folder)));
+
+    struct English : Translator {
+        std::string Translate(std::string_view text, const std::vector<std::string>& v) override {
+            return platform::FillPlaceholders(text == "Conversie tab" ? "Conversion tab" : text, v);
+        }
+    };
+    binder->SetTranslate(std::make_shared<English>());
+    ASSERT_EQ(Open("4711"), 0);
+    EXPECT_EQ(Outline(), "Conversie tab 15-11-2026|tab\n.1|tif\n.2|tif\n.3|tif\n");
+    EXPECT_EQ(machine.files.ReadAll(index), "[Doc]\r\n1 Handled=True\r\n2 Handled=True\r\n"
+                                            "3 Handled=True\r\n4 Handled=True\r\n");
+    // As an earlier version named it, whose marks are lost.
+    ASSERT_TRUE(binder->treCorr().RenameItem(Item("Conversie tab 15-11-2026")->Id(),
+                                             "Onglet de conversion 1-2-2020"));
+    machine.files.WriteAll(index, "[Doc]\r\n4 Handled=True\r\n");
+    ASSERT_EQ(Open("4711"), 0);
+    EXPECT_EQ(Outline(), "Onglet de conversion 1-2-2020|tab\n.1|tif\n.2|tif\n.3|tif\n");
 }
 
 } // namespace

@@ -80,6 +80,9 @@ TEST_F(LettersOfABinder, StopAtAValueFileThatCannotBeRewrittenAndLeaveItAsItWas)
         refused(operation);
     }
     machine.files.refused.clear();
+    machine.files.away = values;
+    refused("away");
+    machine.files.away.clear();
     machine.files.SetAttributes(values, platform::attributes::readOnly);
     refused("read-only");
     machine.files.SetAttributes(values, platform::attributes::normal);

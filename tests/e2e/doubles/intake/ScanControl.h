@@ -1,5 +1,6 @@
 // A scanning control for tests: its two buttons report what a scanner made (the files that the text
-// file of KAVIDEX_SCANNED names, one a line) and what lies in its import folder.
+// file of KAVIDEX_SCANNED names, one a line) and what lies in its import folder. On being closed it
+// reports those of a second list, with ".late" behind the name.
 #pragma once
 
 #include <algorithm>
@@ -59,6 +60,7 @@ public:
 
     using OwnWindow::Handle;
     LRESULT Handle(UINT message, WPARAM w, LPARAM l) {
+        if (message == WM_DESTROY) lclPressed(0);
         if (message != WM_COMMAND || HIWORD(w) != BN_CLICKED)
             return DefWindowProcW(lclWindow, message, w, l);
         lclPressed(LOWORD(w));
@@ -105,8 +107,13 @@ public:
     }
 
     std::unique_ptr<controls::win32::ControlWindow> MakeWindow() override {
-        return std::make_unique<ScanControlWindow>(
-            [this](int button) { Report(button == 1 ? Scanned() : Waiting()); });
+        return std::make_unique<ScanControlWindow>([this](int button) {
+            const auto late = Scanned(".late");
+            if (button != 0)
+                Report(button == 1 ? Scanned("") : Waiting());
+            else if (!late.empty())
+                Report(late);
+        });
     }
     void LoadProperties(controls::PropertyBag&) override {}
     void SaveProperties(controls::PropertyBag&) const override {}
@@ -118,10 +125,10 @@ private:
     static void Record(const std::string& line) {
         RecordCall("KAVIDEX_SCAN_RECORD", "kavidex-scan.txt", line);
     }
-    static std::vector<std::string> Scanned() {
+    static std::vector<std::string> Scanned(const std::string& behind) {
         std::vector<std::string> files;
         const char* const list = std::getenv("KAVIDEX_SCANNED");
-        std::ifstream lines(list ? list : "");
+        std::ifstream lines(list ? list + behind : "");
         for (std::string line; std::getline(lines, line);) {
             while (!line.empty() && line.back() == '\r') line.pop_back();
             if (!line.empty()) files.push_back(line);

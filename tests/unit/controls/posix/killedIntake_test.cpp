@@ -132,6 +132,59 @@ TEST_P(UndeletableSources, ComeInOnce) {
     ExpectWholeTheNextTime("not deleted");
 }
 
+// A share that is away says nothing of the files on it.
+TEST_P(KilledWaiting, IsNotForgottenWhileItsShareIsAway) {
+    Prepare();
+    EXPECT_TRUE(InProcess([&] {
+        const Opened own(*this, machine);
+        own.binder.OpenOrCreate(key, "Dossier", "", "", "");
+        std::vector<std::string> files;
+        for (const auto& [path, bytes] : sources) files.push_back(path);
+        Scan(own.binder, files);
+        Die();
+    }));
+    machine.files.away = machine.Path("in");
+    for (int run = 0; run < 2; ++run) {
+        machine.messages.shown.clear();
+        const Opened own(*this, machine);
+        TakeIn(own.binder, [] {});
+        EXPECT_TRUE(own.binder.treCorr().AllItems().empty());
+        ASSERT_FALSE(machine.messages.shown.empty());
+        EXPECT_NE(machine.messages.shown.back().text.find("1.tif: niet bereikbaar"),
+                  std::string::npos);
+    }
+    machine.files.away.clear();
+    ExpectWholeTheNextTime("the share is back");
+}
+
+// What is filed may still lie at its source: without the store nobody can tell.
+TEST_P(UndeletableSources, AreNeitherFiledAgainNorForgottenWhileTheStoreIsAway) {
+    Prepare();
+    machine.files.refused = "Remove " + platform::FolderOf(sources.begin()->first);
+    {
+        const Opened own(*this, machine);
+        TakeIn(own.binder, [] {});
+    }
+    machine.files.refused.clear();
+    machine.files.away = machine.Path("store");
+    for (int run = 0; run < 2; ++run) {
+        machine.messages.shown.clear();
+        const Opened own(*this, machine);
+        TakeIn(own.binder, [] {});
+        ASSERT_FALSE(machine.messages.shown.empty());
+        EXPECT_NE(machine.messages.shown.back().text.find("de map van de documentopslag"),
+                  std::string::npos);
+    }
+    machine.files.away.clear();
+    machine.files.FailAt(0);
+    ExpectWholeTheNextTime("the store is back");
+    const auto& calls = machine.files.calls;
+    const auto looked = std::count_if(calls.begin(), calls.end(), [&](const std::string& call) {
+        return call.starts_with("Size " + machine.Path("store"));
+    });
+    EXPECT_EQ(looked, documents) << "at each stored document once, for all that were left";
+}
+
 INSTANTIATE_TEST_SUITE_P(Ways, KilledIntake,
                          testing::Values(Way::Drop, Way::Backlog, Way::Queue, Way::Scan),
                          [](const auto& way) { return NameOf(way.param); });
