@@ -150,6 +150,41 @@ TEST_F(ViewerPages, PagesThatWereDraggedAwayStaySomewhere) {
     }
 }
 
+TEST_F(ViewerPages, APageOfWhichATagIsLostIsShownAndCanGo) {
+    const auto source = Scan("cut", 3);
+    // Written last by another program, and then the file was cut short.
+    const auto native = FakeWorkstation::Native(source).string();
+    ASSERT_EQ(std::system(("tiffset -d 1 -s 33432 'of somebody, all rights reserved' '" + native +
+                           "' 2>/dev/null")
+                              .c_str()),
+              0);
+    auto bytes = machine.files.ReadAll(source);
+    const auto tag = bytes.find(std::string("\x98\x82\2\0", 4));
+    ASSERT_NE(tag, std::string::npos);
+    bytes.replace(tag, 2, "\xA4\x80"); // the annotations
+    machine.files.WriteAll(source, bytes.substr(0, bytes.size() - 9));
+    ASSERT_TRUE(viewer.ShowItem(File(source))) << Told();
+    Pages().Canvas().SetRoom(800, 600, 16, 0);
+    Pages().Thumbs().SetRoom(160, 900, 96);
+    Pages().SetThumbsShown(true);
+    viewer.SetNextPage();
+    window.Settle();
+    EXPECT_EQ(Pages().Canvas().Message() + viewer.Status().hint, "");
+    EXPECT_TRUE(Pages().Canvas().HasPicture());
+    EXPECT_NE(Pages().Thumbs().Picture(2), nullptr);
+
+    // What the tag held is in no file: no other is made that would seem to have it.
+    const auto before = machine.files.ReadAll(path);
+    Pages().Thumbs().Clicked(3, false, false);
+    Told();
+    EXPECT_FALSE(viewer.DeleteSelectedThumbs());
+    EXPECT_NE(Told().find("points past its end"), std::string::npos);
+    EXPECT_TRUE(machine.files.ReadAll(path) == before);
+    Pages().Thumbs().Clicked(2, false, false);
+    EXPECT_TRUE(viewer.DeleteSelectedThumbs()) << Told();
+    EXPECT_EQ(Numbers(), "13");
+}
+
 TEST_F(ViewerPages, MarksThatCannotBeKeptAreTold) {
     Show(1);
     viewer.SetAnnotationsPopupShown(true);
