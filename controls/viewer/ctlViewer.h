@@ -203,6 +203,8 @@ private:
     bool MayDragPages() const override { return lclState.DragPossible; }
     bool ExportPagesOf(const std::string& path, const std::vector<std::int32_t>& pages) override;
     void ShowPageMenu(int x, int y) override;
+    using MenuShower = std::function<std::optional<std::size_t>(const PopupMenu&)>;
+    void TakeFromMenu(std::string_view owner, const MenuShower& show);
     void Run(std::string_view routine, const std::function<void()>& work) override;
 
     const platform::Workstation& lclWorkstation;

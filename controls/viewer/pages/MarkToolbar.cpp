@@ -1,6 +1,6 @@
 #include "controls/viewer/pages/MarkToolbar.h"
 
-#include <array>
+#include <optional>
 
 #include "controls/common/Translator.h"
 #include "controls/viewer/pages/ImageView.h"
@@ -158,7 +158,8 @@ void MarkToolbar::ButtonClicked(std::string_view name) {
         if (row->kind == CommandKind::Owner) {
             const auto menu = ButtonMenu(name);
             auto* window = lclPages.Window();
-            const auto chosen = window ? window->ShowMenu(menu, row->name) : std::nullopt;
+            std::optional<std::size_t> chosen;
+            if (window) lclFrame.Undisturbed([&] { chosen = window->ShowMenu(menu, row->name); });
             if (chosen && *chosen < menu.size()) MenuChosen(menu[*chosen]);
         } else {
             Table().Run(context, {row->name});

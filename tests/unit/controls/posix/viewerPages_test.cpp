@@ -121,6 +121,42 @@ TEST_F(ViewerPages, NothingBeginsOnPagesThatAreBeingExported) {
     EXPECT_EQ(Numbers(), "134") << "that page, and no other";
 }
 
+TEST_F(ViewerPages, WhatIsChosenInAMenuIsDoneToTheDocumentItWasOpenedOn) {
+    const auto source = machine.Path("letters.tif"), text = machine.Path("letter.txt");
+    machine.files.WriteAll(text, "Geachte heer");
+    const auto other = File(text);
+    machine.files.WriteAll(source, SmallTiff("abc", 16, 8));
+    ASSERT_TRUE(viewer.ShowItem(File(source)));
+    Pages().SetThumbsShown(true);
+    Pages().Thumbs().Clicked(2, false, false);
+    window.choose = "mnuDeletePages";
+    window.meanwhile = [&] { EXPECT_FALSE(viewer.ShowItem(other)) << "it waits"; };
+    Pages().Thumbs().ContextMenu.Raise(0, 0);
+    EXPECT_EQ(Stored().Count(), 2) << Told();
+    EXPECT_EQ(viewer.Item(), other);
+    ASSERT_TRUE(window.Button("Print").enabled);
+    EXPECT_FALSE(window.Shows("mnuPrintThumbs"));
+
+    // The toolbox has menus of its own.
+    struct : controls::ImageWindow {
+        std::function<void()> meanwhile;
+        void ContentChanged() override {}
+        std::optional<std::size_t> ShowMenu(const controls::PopupMenu&, std::string_view) override {
+            meanwhile();
+            return 1;
+        }
+    } image;
+    ASSERT_TRUE(viewer.ShowItem(File(source)));
+    viewer.ButtonClicked("Toolbox");
+    image.meanwhile = [&] { EXPECT_FALSE(viewer.ShowItem(other)); };
+    Pages().AttachWindow(&image);
+    Pages().Toolbox().ButtonClicked("Stamp");
+    Pages().AttachWindow(nullptr);
+    EXPECT_EQ(Pages().Editor().Tool(), controls::MarkTool::Stamp);
+    window.Settle();
+    EXPECT_EQ(viewer.Item(), other);
+}
+
 TEST_F(ViewerPages, PagesThatWereDraggedAwayStaySomewhere) {
     struct Thumbs final : controls::ThumbsWindow {
         controls::DropData dragged;
