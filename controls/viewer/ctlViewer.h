@@ -95,7 +95,7 @@ public:
     bool ShowElsewhere(const ItemPtr& item, std::string_view notice,
                        const std::function<bool()>& show = {});
     std::string_view Elsewhere() const;           // that notice while it stands here
-    bool Refresh() { return RefreshAs(nullptr); } // reads again what is shown
+    bool Refresh() { return RefreshAs(nullptr); } // reads again what is shown, or could not be
     bool RefreshAs(const ItemPtr& now);           // which has become that; null: the same
     void Renamed(const ItemPtr& item);            // is what is shown, if it is that
     // Any document in its default program; false when it was not opened, and the user was told.
@@ -108,6 +108,7 @@ public:
     bool DeleteSelectedThumbs();
 
     const ItemPtr& Item() const { return lclItem; }   // what is shown; null: nothing
+    const ItemPtr& Asked() const { return lclAsked; } // the same, also if it could not be shown
     bool Waits() const { return lclNext != nullptr; } // something is to be shown, or left
     bool Busy() const { return lclWorking > 0 || lclAsking > 0 || lclSwitching; }
 
@@ -218,6 +219,7 @@ private:
     std::shared_ptr<void> lclChosen; // in the list
     StageView* lclView = nullptr;    // one of the views; null: nothing is shown
     ItemPtr lclItem;                 // what it shows
+    ItemPtr lclAsked;                // that, or what could not be shown
     // Questions let the message loop run: what is asked for meanwhile is shown afterwards.
     bool lclSwitching = false;
     mutable int lclAsking = 0;

@@ -32,7 +32,7 @@ const Commands<ctlViewer::CommandContext>& ctlViewer::CommandTable() {
         return {true, context.pages && context.pages->MayEdit()};
     };
     static constexpr auto manyDocuments = [](const Context& context, const Id&) -> CommandState {
-        return {context.viewer.AllowMultipleDocScroll(), context.viewer.lclView != nullptr};
+        return {context.viewer.AllowMultipleDocScroll(), true};
     };
     static constexpr auto printable = [](const Context& context, const Id&) -> CommandState {
         return {true, context.viewer.CanPrint()};
