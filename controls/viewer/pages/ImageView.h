@@ -93,6 +93,7 @@ private:
     std::string Description() const; // as it is named now
     void Changed();
     void ShowPage(int page, bool fit, bool fromItsEnd);
+    std::string PageText() const;    // its number and the count
     bool NeedsPicture();
     void MakePicture();
     void PageFailed(std::string_view routine, const std::exception& error);
@@ -101,7 +102,7 @@ private:
     bool Written(std::string_view routine, const std::function<void()>& write);
     bool DeletePages(const std::vector<int>& pages);
     enum class Saving { Saved, GivenUp, Unsaved }; // Unsaved: nobody said what is to become of it
-    Saving Save();
+    Saving Save(bool orLost); // what the question says: without an answer they go, or stay
     void TellMissed(const std::vector<int>& pages);
     void Again(int page); // the file is another now
     std::vector<int> SelectedPages() const;

@@ -216,7 +216,7 @@ void ImageView::ShowProperties() {
     if (!HasProperties()) return;
     const auto document = lclShown;
     frmScanProperties properties(lclFrame, document);
-    properties.fncFill(lclPage, Count());
+    properties.fncFill(lclPage, PageText());
     lclFrame.ShowForm(properties.Form());
 }
 

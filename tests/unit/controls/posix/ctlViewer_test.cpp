@@ -226,7 +226,9 @@ TEST_F(Viewer, LosesNoChangeToAFailingDisk) {
         last = machine.files.calls[static_cast<std::size_t>(n - 1)].starts_with("PutInPlace");
         machine.files.FailAt(0);
         EXPECT_TRUE(machine.files.ReadAll(path) == before) << n;
-        EXPECT_NE(Told().find("niet opgeslagen"), std::string::npos) << n;
+        const auto told = Told();
+        EXPECT_NE(told.find("niet opgeslagen"), std::string::npos) << n;
+        EXPECT_EQ(told.find("gaan ze verloren") == std::string::npos, n % 2 == 1) << n;
         ASSERT_TRUE(viewer.Item());
     }
     imaging::DeletePages(machine.files, path, {1});

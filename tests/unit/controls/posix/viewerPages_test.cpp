@@ -314,3 +314,10 @@ TEST_F(ViewerPages, TellsWhatAScanIs) {
 
 } // namespace
 } // namespace kavidex::tests
+
+    const auto single = machine.Path("single.tif");
+    machine.files.WriteAll(single, SmallTiff("a"));
+    ASSERT_TRUE(viewer.ShowItem(File(single)));
+    window.forms.users = {[&](FormUser& user) { told = user.Text("frmPage"); }};
+    viewer.MenuChosen({"mnuProperties", 0, {}});
+    EXPECT_EQ(told, "Pagina 1 van  1 pagina");
