@@ -30,10 +30,10 @@ const Commands<MarkToolbar::Context>& MarkToolbar::Table() {
         return MarkTool::Select;
     };
     static constexpr auto usable = [](const Context& context, const Id&) -> CommandState {
-        return {true, context.pages.ToolboxShown()};
+        return {true, context.pages.ToolboxShown() && context.pages.MarksEditable()};
     };
     static constexpr auto tool = [](const Context& context, const Id& id) -> CommandState {
-        return {true, context.pages.ToolboxShown(), context.Editor().Tool() == toolOf(id)};
+        return {true, usable(context, id).enabled, context.Editor().Tool() == toolOf(id)};
     };
     static constexpr auto take = [](Context& context, const Id& id) {
         context.Editor().SetTool(toolOf(id));

@@ -7,7 +7,27 @@ namespace kavidex::tests {
 namespace {
 
 using imaging::Turn;
-using ViewerPages = ScanViewer;
+class ViewerPages : public ScanViewer {
+protected:
+    bool MayDraw() {
+        const auto bar = Pages().Toolbox().Toolbar();
+        return std::any_of(bar.begin(), bar.end(), [](const auto& item) {
+            return item.enabled && item.kind != controls::CommandKind::Separator;
+        });
+    }
+    // Told when the toolbox opens, and no pointer on the page draws or throws.
+    bool TellsThatNothingCanBeMarked() {
+        viewer.ButtonClicked("Toolbox");
+        const bool told = Told().find("geen annotaties") != std::string::npos;
+        Pages().Editor().SetTool(controls::MarkTool::Line);
+        const auto& room = Pages().Canvas().Geometry();
+        const int x = room.OriginX() + 2, y = room.OriginY() + 2;
+        EXPECT_EQ(Pages().Canvas().PointerAt(x, y), controls::MarkEditor::Pointer::Page);
+        Drag(x, y, x + 40, y + 40);
+        EXPECT_EQ(Told(), "");
+        return told && !MayDraw();
+    }
+};
 
 TEST_F(ViewerPages, NoPageGoesThatNobodyLookedAt) {
     // Read, and saved once: neither way the fourth page was ever on the screen.
@@ -208,6 +228,10 @@ TEST_F(ViewerPages, APageOfWhichATagIsLostIsShownAndCanGo) {
     EXPECT_EQ(Pages().Canvas().Message() + viewer.Status().hint, "");
     EXPECT_TRUE(Pages().Canvas().HasPicture());
     EXPECT_NE(Pages().Thumbs().Picture(2), nullptr);
+    EXPECT_TRUE(TellsThatNothingCanBeMarked());
+    viewer.SetNextPage();
+    EXPECT_TRUE(MayDraw()) << "on another page";
+    viewer.ButtonClicked("Toolbox");
 
     // What the tag held is in no file: no other is made that would seem to have it.
     const auto before = machine.files.ReadAll(path);
@@ -219,6 +243,17 @@ TEST_F(ViewerPages, APageOfWhichATagIsLostIsShownAndCanGo) {
     Pages().Thumbs().Clicked(2, false, false);
     EXPECT_TRUE(viewer.DeleteSelectedThumbs()) << Told();
     EXPECT_EQ(Numbers(), "13");
+
+    // Of marks in numbers of another size the rest can be read, and kept.
+    const std::string kept = std::string(8, '\0') + "whatever 16-bit numbers say";
+    machine.files.WriteAll(source, SmallTiff("a", 16, 8));
+    imaging::WritePages(machine.files, {{source, 1, Turn::None, kept}}, source);
+    ASSERT_TRUE(viewer.ShowItem(File(source)));
+    Told();
+    EXPECT_TRUE(TellsThatNothingCanBeMarked());
+    viewer.ButtonClicked("Rotate180");
+    EXPECT_TRUE(viewer.SaveImage());
+    EXPECT_EQ(Stored().Marks(1).value(), kept);
 }
 
 TEST_F(ViewerPages, MarksThatCannotBeKeptAreTold) {
@@ -310,10 +345,6 @@ TEST_F(ViewerPages, TellsWhatAScanIs) {
                         std::to_string(viewer.Item()->ItemId()) +
                         "|Pagina 2 van 2 pagina's|1728 x 1100 (215 x 285 mm)|204 x 98 dpi|"
                         "Zwart-wit|CCITT G4");
-}
-
-} // namespace
-} // namespace kavidex::tests
 
     const auto single = machine.Path("single.tif");
     machine.files.WriteAll(single, SmallTiff("a"));
@@ -321,3 +352,7 @@ TEST_F(ViewerPages, TellsWhatAScanIs) {
     window.forms.users = {[&](FormUser& user) { told = user.Text("frmPage"); }};
     viewer.MenuChosen({"mnuProperties", 0, {}});
     EXPECT_EQ(told, "Pagina 1 van  1 pagina");
+}
+
+} // namespace
+} // namespace kavidex::tests
