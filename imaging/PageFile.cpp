@@ -43,6 +43,20 @@ PageFacts FactsOf(Source& source, const Directory& page, const Samples& samples)
     return facts;
 }
 
+// What lies past the file's end is known by what the directory says of it, and what is too large by
+// its begin.
+template <class Add>
+void AddValue(Source& source, const tiff::Entry& entry, Add add) {
+    if (!source.Holds(entry)) {
+        add({reinterpret_cast<const char*>(entry.field.data()), source.Form().OffsetSize()});
+    } else if (source.IsInline(entry) || entry.Size() <= tiff::mostValueBytes) {
+        add(source.Value(entry));
+    } else {
+        std::array<char, 4096> begin{};
+        add({begin.data(), source.ReadSome(source.ValueOffset(entry), begin.data(), begin.size())});
+    }
+}
+
 // Some of a page's data from all over it: pages of one size that are not compressed differ in
 // nothing else. What a damaged page claims beyond the file's end is passed over.
 template <class Add>
@@ -167,9 +181,14 @@ std::uint64_t PageFile::Fingerprint(int page) {
         if (std::find(std::begin(places), std::end(places), entry.tag) != std::end(places))
             continue;
         add(std::to_string(entry.tag) + ":" + std::to_string(entry.count) + ":");
-        if (entry.Size() > 0) add(lclSource->Value(entry));
+        AddValue(*lclSource, entry, add);
     }
-    SampleData(*lclSource, directory, add);
+    try {
+        SampleData(*lclSource, directory, add);
+    } catch (const platform::Error& error) {
+        // Where its data lies cannot be told of a damaged page.
+        if (error.Number() != platform::errors::invalidData) throw;
+    }
     return hash;
 }
 

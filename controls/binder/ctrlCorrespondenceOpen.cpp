@@ -382,8 +382,8 @@ void ctrlCorrespondence::Refresh() {
 }
 
 void ctrlCorrespondence::TreeRefreshed() {
-    if (const auto shown = lclViewer->Item()) {
-        const auto now = lclTree->GetItem(shown->Id());
+    if (const auto asked = lclViewer->Asked()) {
+        const auto now = lclTree->GetItem(asked->Id());
         if (now)
             lclViewer->RefreshAs(now);
         else

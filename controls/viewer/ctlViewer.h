@@ -97,7 +97,7 @@ public:
     bool ShowElsewhere(const ItemPtr& item, std::string_view notice,
                        const std::function<bool()>& show = {});
     std::string_view Elsewhere() const;           // that notice while it stands here
-    bool Refresh() { return RefreshAs(nullptr); } // reads again what is shown
+    bool Refresh() { return RefreshAs(nullptr); } // reads again what is shown, or could not be
     bool RefreshAs(const ItemPtr& now);           // which has become that; null: the same
     void Renamed(const ItemPtr& item);            // is what is shown, if it is that
     // Any document in its default program; where it was not opened the user was told.
@@ -111,6 +111,7 @@ public:
     bool DeleteSelectedThumbs();
 
     const ItemPtr& Item() const { return lclItem; }   // what is shown; null: nothing
+    const ItemPtr& Asked() const { return lclAsked; } // the same, also if it could not be shown
     bool Waits() const { return lclNext != nullptr; } // something is to be shown, or left
     bool Busy() const { return lclWorking > 0 || lclAsking > 0 || lclSwitching; }
 
@@ -207,6 +208,8 @@ private:
     bool MayDragPages() const override { return lclState.DragPossible; }
     bool ExportPagesOf(const std::string& path, const std::vector<std::int32_t>& pages) override;
     void ShowPageMenu(int x, int y) override;
+    using MenuShower = std::function<std::optional<std::size_t>(const PopupMenu&)>;
+    void TakeFromMenu(std::string_view owner, const MenuShower& show);
     void Run(std::string_view routine, const std::function<void()>& work) override;
 
     const platform::Workstation& lclWorkstation;
@@ -221,6 +224,7 @@ private:
     StageView* lclView = nullptr;    // one of the views; null: nothing is shown
     ItemPtr lclItem;                 // what it shows
     bool lclDeletedHere = false;     // since it is shown
+    ItemPtr lclAsked;                // that, or what could not be shown
     // Questions let the message loop run: what is asked for meanwhile is shown afterwards.
     bool lclSwitching = false;
     mutable int lclAsking = 0;

@@ -32,7 +32,7 @@ const Commands<ctlViewer::CommandContext>& ctlViewer::CommandTable() {
         return {true, context.pages && context.pages->MayEdit()};
     };
     static constexpr auto manyDocuments = [](const Context& context, const Id&) -> CommandState {
-        return {context.viewer.AllowMultipleDocScroll(), context.viewer.lclView != nullptr};
+        return {context.viewer.AllowMultipleDocScroll(), true};
     };
     static constexpr auto printable = [](const Context& context, const Id&) -> CommandState {
         return {true, context.viewer.CanPrint()};
@@ -207,7 +207,8 @@ const Commands<ctlViewer::CommandContext>& ctlViewer::CommandTable() {
          .depth = 1,
          .rule = [](const Context& context, const Id&) -> CommandState {
              return {context.pages && context.pages->ThumbsShown(),
-                     context.viewer.CanPrint() && context.pages->HasThumbsSelected()};
+                     context.pages && context.viewer.CanPrint() &&
+                         context.pages->HasThumbsSelected()};
          },
          .action = [](Context& context, const Id&) { context.pages->PrintSelectedThumbs(); }},
         {.name = "mnuPagesSep", .kind = Kind::Separator, .depth = 1, .rule = thumbs},
@@ -271,21 +272,28 @@ void ctlViewer::ButtonDropped(std::string_view key) {
     Guarded("Toolbar_ButtonMenuClick", [&] {
         const auto* row = CommandTable().Find(key);
         if (!row || !lclWindow || !CommandTable().Allowed({*this, Pages()}, *row)) return false;
-        const auto menu = ButtonMenu(key);
-        const auto chosen = lclWindow->ShowMenu(menu, row->name);
-        if (chosen && *chosen < menu.size()) MenuChosen(menu[*chosen]);
+        TakeFromMenu(key,
+                     [&](const PopupMenu& menu) { return lclWindow->ShowMenu(menu, row->name); });
         return true;
     });
 }
 
 void ctlViewer::ShowPageMenu(int x, int y) {
     Guarded("ShowPageMenu", [&] {
-        const auto menu = ButtonMenu("mnuPages");
-        if (!lclWindow || menu.empty()) return false;
-        const auto chosen = lclWindow->ShowMenuAt(menu, x, y);
-        if (chosen && *chosen < menu.size()) MenuChosen(menu[*chosen]);
+        if (!lclWindow) return false;
+        TakeFromMenu("mnuPages",
+                     [&](const PopupMenu& menu) { return lclWindow->ShowMenuAt(menu, x, y); });
         return true;
     });
+}
+
+// What is chosen is about what stood there when the menu was opened: until then no other is shown.
+void ctlViewer::TakeFromMenu(std::string_view owner, const MenuShower& show) {
+    const auto menu = ButtonMenu(owner);
+    if (menu.empty()) return;
+    std::optional<std::size_t> chosen;
+    Undisturbed([&] { chosen = show(menu); });
+    if (chosen && *chosen < menu.size()) MenuChosen(menu[*chosen]);
 }
 
 void ctlViewer::MenuChosen(const MenuEntry& entry) {

@@ -92,6 +92,7 @@ bool ctlViewer::Leave() {
 void ctlViewer::ShowNothing() {
     lclView = nullptr;
     lclItem.reset();
+    lclAsked.reset();
     lclPageToTell = 0;
 }
 
@@ -116,6 +117,7 @@ bool ctlViewer::FindDocument(const ItemPtr& item, ShownDocument& document) const
 
 bool ctlViewer::ShowDocument(const ItemPtr& item) {
     ShownDocument document;
+    lclAsked = item;
     if (!FindDocument(item, document)) return false;
     auto* view = lclViews->For(document);
     const auto instead = [&](std::string_view notice) {
@@ -168,15 +170,20 @@ std::string_view ctlViewer::Elsewhere() const {
 
 bool ctlViewer::Stage(StageView& view, const ItemPtr& item) {
     lclView = &view;
-    lclItem = item;
+    lclItem = lclAsked = item;
     lclDeletedHere = false;
     SetDescription(item->Description());
     return true;
 }
 
 bool ctlViewer::RefreshAs(const ItemPtr& now) {
-    const auto item = now ? now : lclItem;
+    const auto item = now ? now : lclAsked;
     if (!item || lclView == &lclViews->elsewhere) return false;
+    // A link asks the host for its dossier when it is chosen, and then only.
+    if (lclView == &lclViews->link) {
+        Renamed(item);
+        return true;
+    }
     if (lclView == &lclViews->list) return ShowList(item);
     return Switch([this, item, page = Pages() ? Pages()->Page() : 1] {
         if (!ShowDocument(item)) return false;
@@ -186,7 +193,9 @@ bool ctlViewer::RefreshAs(const ItemPtr& now) {
 }
 
 void ctlViewer::Renamed(const ItemPtr& item) {
-    if (!item || !lclItem || lclItem->Id() != item->Id()) return;
+    if (!item || !lclAsked || lclAsked->Id() != item->Id()) return;
+    lclAsked = item;
+    if (!lclItem) return;
     lclItem = item;
     SetDescription(item->Description());
     Shown.Raise();
@@ -206,7 +215,7 @@ Opening ctlViewer::OpenDefault(const ItemPtr& item) {
 bool ctlViewer::SetNextPage() {
     return Guarded("SetNextPage", [this] {
         if (Pages() && Pages()->SetNextPage()) return true;
-        if (lclState.AllowMultipleDocScroll && lclView) NextDocumentRequest.Raise();
+        if (lclState.AllowMultipleDocScroll) NextDocumentRequest.Raise();
         return false;
     });
 }
@@ -214,7 +223,7 @@ bool ctlViewer::SetNextPage() {
 bool ctlViewer::SetPreviousPage() {
     return Guarded("SetPreviousPage", [this] {
         if (Pages() && Pages()->SetPreviousPage()) return true;
-        if (lclState.AllowMultipleDocScroll && lclView) PreviousDocumentRequest.Raise();
+        if (lclState.AllowMultipleDocScroll) PreviousDocumentRequest.Raise();
         return false;
     });
 }

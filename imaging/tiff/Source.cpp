@@ -13,7 +13,6 @@ namespace {
 constexpr std::size_t windowSize = std::size_t{64} * 1024;
 constexpr std::size_t mostPages = 65535;
 constexpr std::uint64_t mostEntries = 4096;
-constexpr std::uint64_t mostValueBytes = 64 << 20;
 
 } // namespace
 
@@ -42,9 +41,12 @@ void Source::Damaged(const std::string& what) const {
                           "Cannot read \"" + lclName + "\": " + what);
 }
 
+bool Source::IsInside(std::uint64_t offset, std::uint64_t size) const {
+    return offset <= lclSize && size <= lclSize - offset;
+}
+
 void Source::CheckInside(std::uint64_t offset, std::uint64_t size) const {
-    if (offset > lclSize || size > lclSize - offset)
-        Damaged("it is damaged: it points past its end");
+    if (!IsInside(offset, size)) Damaged("it is damaged: it points past its end");
 }
 
 std::size_t Source::ReadSome(std::uint64_t offset, void* room, std::size_t size) {
@@ -155,8 +157,16 @@ void Source::Take(std::uint64_t size) {
         Damaged("its pages claim more data than it holds");
 }
 
+std::uint64_t Source::PlaceOf(const Entry& entry) const {
+    return GetNumber(entry.field.data(), lclForm.OffsetSize(), lclForm.order);
+}
+
+bool Source::Holds(const Entry& entry) const {
+    return IsInline(entry) || IsInside(PlaceOf(entry), entry.Size());
+}
+
 std::uint64_t Source::ValueOffset(const Entry& entry) {
-    const std::uint64_t offset = GetNumber(entry.field.data(), lclForm.OffsetSize(), lclForm.order);
+    const std::uint64_t offset = PlaceOf(entry);
     CheckInside(offset, entry.Size());
     return offset;
 }

@@ -20,6 +20,9 @@ class Files;
 
 namespace kavidex::imaging::tiff {
 
+// Larger values are copied, and not read into memory.
+constexpr std::uint64_t mostValueBytes = 64 << 20;
+
 struct Entry {
     std::uint16_t tag = 0, type = 0;
     std::uint64_t count = 0;
@@ -56,6 +59,7 @@ public:
     // Where the entry's value lies; the size is told to be inside the file.
     std::uint64_t ValueOffset(const Entry& entry);
     bool IsInline(const Entry& entry) const { return entry.Size() <= lclForm.OffsetSize(); }
+    bool Holds(const Entry& entry) const;  // false: it is said to lie past the file's end
     std::string Value(const Entry& entry); // as the file has it
     std::vector<std::uint64_t> Numbers(const Entry& entry);
     // The first number of the entry; `otherwise` where it is absent.
@@ -73,6 +77,8 @@ public:
 
 private:
     void ReadHeader();
+    bool IsInside(std::uint64_t offset, std::uint64_t size) const;
+    std::uint64_t PlaceOf(const Entry& entry) const;
     bool WalkTo(std::size_t page); // false when the file ends before
 
     std::string lclName;

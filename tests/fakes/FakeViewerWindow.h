@@ -2,7 +2,9 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "controls/viewer/ViewerWindow.h"
@@ -19,8 +21,9 @@ public:
     ~FakeViewerWindow() override { lclViewer.AttachWindow(nullptr); }
 
     FakeForms forms;
-    std::string choose;       // in the menus that open
-    controls::PopupMenu menu; // the last one
+    std::string choose;              // in the menus that open
+    controls::PopupMenu menu;        // the last one
+    std::function<void()> meanwhile; // while it is open
     int shown = 0;
     bool idle = false;
 
@@ -34,6 +37,7 @@ public:
     std::optional<std::size_t> ShowMenu(const controls::PopupMenu& offered,
                                         std::string_view) override {
         menu = offered;
+        if (meanwhile) std::exchange(meanwhile, nullptr)();
         for (std::size_t i = 0; i < menu.size(); ++i)
             if (menu[i].name == choose && menu[i].enabled) return i;
         return std::nullopt;

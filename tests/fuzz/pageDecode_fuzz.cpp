@@ -12,6 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const int count = file.Count();
         for (int page = 1; page <= count && page <= 3; ++page) {
             try {
+                file.Fingerprint(page);
                 const imaging::PageFacts facts = file.Facts(page);
                 // Larger ones are as good, and slow here.
                 if (std::uint64_t{facts.width} * facts.height > 1'000'000) continue;

@@ -74,7 +74,7 @@ std::string ImageView::Description() const {
 
 bool ImageView::Close() {
     // What cannot be saved stays, unless the user lets it go.
-    if (lclDocument && lclDocument->Changed() && Save() == Saving::Unsaved) return false;
+    if (lclDocument && lclDocument->Changed() && Save(true) == Saving::Unsaved) return false;
     lclDocument.reset();
     lclShown = {};
     RemoveDragged();
@@ -167,13 +167,17 @@ bool ImageView::Idle() {
     return true;
 }
 
+std::string ImageView::PageText() const {
+    const auto page = std::to_string(lclPage), count = std::to_string(Count());
+    // The single page's count comes with a blank before it.
+    return Count() == 1 ? lclFrame.Text("Pagina $%$ van $%$ pagina", {page, " " + count})
+                        : lclFrame.Text("Pagina $%$ van $%$ pagina's", {page, count});
+}
+
 StatusTexts ImageView::Status() const {
     StatusTexts texts;
     if (!lclDocument) return texts;
-    const auto page = std::to_string(lclPage), count = std::to_string(Count());
-    // The single page's count comes with a blank before it.
-    texts.page = Count() == 1 ? lclFrame.Text("Pagina $%$ van $%$ pagina", {page, " " + count})
-                              : lclFrame.Text("Pagina $%$ van $%$ pagina's", {page, count});
+    texts.page = PageText();
     if (lclReadOnly) texts.page += " " + lclFrame.Text("(Alleen lezen)");
     if (lclPdf) {
         texts.hint = lclFrame.Machine().shell.TypeDescription("pdf");
@@ -201,19 +205,22 @@ void ImageView::HintActivated() {
 // ---------------------------------------------------------------------------------------
 
 // As often as the user wants it tried. A box that goes with its window is no answer.
-ImageView::Saving ImageView::Save() {
+ImageView::Saving ImageView::Save(bool orLost) {
+    const std::string_view question =
+        orLost ? "De wijzigingen van '$%$' zijn niet opgeslagen: $%$\r\n\r\nWilt u het opnieuw "
+                 "proberen? Anders gaan ze verloren."
+               : "De wijzigingen van '$%$' zijn niet opgeslagen: $%$\r\n\r\nWilt u het opnieuw "
+                 "proberen?";
     for (;;) try {
             lclFrame.NeedItem(*lclShown.item);
             TellMissed(lclDocument->Save());
             return Saving::Saved;
         } catch (const std::exception& error) {
             lclFrame.Machine().log.Write("SaveImage", error.what());
-            const auto answer =
-                lclFrame.Ask("De wijzigingen van '$%$' zijn niet opgeslagen: $%$\r\n\r\nWilt u het "
-                             "opnieuw proberen? Anders gaan ze verloren.",
-                             "Bevestigen opslaan wijzigingen", Buttons::YesNo, Icon::Critical,
-                             {Description(), CauseText(TranslationBy(lclFrame.Translate()),
-                                                       lclDocument->Path(), error)});
+            const auto answer = lclFrame.Ask(
+                question, "Bevestigen opslaan wijzigingen", Buttons::YesNo, Icon::Critical,
+                {Description(),
+                 CauseText(TranslationBy(lclFrame.Translate()), lclDocument->Path(), error)});
             if (answer != Answer::Yes)
                 return answer == Answer::No ? Saving::GivenUp : Saving::Unsaved;
         }
@@ -234,7 +241,7 @@ bool ImageView::SaveImage() {
     if (!lclDocument->Changed()) return true;
     const auto ids = Ids().GetIds();
     const int left = lclCanvas.Geometry().Left(), top = lclCanvas.Geometry().Top();
-    const bool saved = Save() == Saving::Saved;
+    const bool saved = Save(false) == Saving::Saved;
     const bool same = Ids().GetIds() == ids;
     if (!same) lclThumbs.SetCount(Count()); // they are what another made of it
     Again(lclPage);
@@ -258,7 +265,7 @@ bool ImageView::Written(std::string_view routine, const std::function<void()>& w
         lclFrame.Ask("Een ander heeft het document intussen gewijzigd. Er is niets veranderd; het "
                      "document wordt opnieuw getoond.",
                      "Melding viewer", Buttons::Ok, Icon::Exclamation);
-        if (lclDocument->Changed() && Save() == Saving::Unsaved) return false;
+        if (lclDocument->Changed() && Save(true) == Saving::Unsaved) return false;
         lclDocument->ReadAgain();
         lclThumbs.SetCount(Count());
         Again(lclPage);

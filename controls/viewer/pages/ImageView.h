@@ -32,7 +32,7 @@ public:
     void HintActivated() override;
     bool Idle() override;
     ImageView* Pages() override { return this; }
-    void SurroundingsChanged() override { ShowMarks(); }
+    void SurroundingsChanged() override;
 
     bool CanPrint() const override { return Count() > 0; }
     void Print() override;
@@ -78,6 +78,8 @@ public:
     void SetMarksShown(bool shown);
     bool MayUseToolbox() const { return MayEdit(); }
     bool ToolboxShown() const { return lclToolboxShown && MayUseToolbox(); }
+    // Some can only be kept, and then none can be added.
+    bool MarksEditable() const { return lclMarksEditable; }
     // Marks are shown with it. Who may not view them can add some, and sees none.
     void SetToolboxShown(bool shown);
     MarkEditor& Editor() { return lclCanvas.Editor(); }
@@ -91,6 +93,7 @@ public:
 private:
     bool HasRight(std::string_view right) const { return lclFrame.HasRight(right); }
     std::string Description() const; // as it is named now
+    std::string PageText() const;    // its number and the count
     void Changed();
     void ShowPage(int page, bool fit, bool fromItsEnd);
     bool NeedsPicture();
@@ -98,10 +101,11 @@ private:
     void PageFailed(std::string_view routine, const std::exception& error);
     void MakeThumb(int page);
     void ShowMarks();
+    bool CanEditMarks() const;
     bool Written(std::string_view routine, const std::function<void()>& write);
     bool DeletePages(const std::vector<int>& pages);
     enum class Saving { Saved, GivenUp, Unsaved }; // Unsaved: nobody said what is to become of it
-    Saving Save();
+    Saving Save(bool orLost); // what the question says: without an answer they go, or stay
     void TellMissed(const std::vector<int>& pages);
     void Again(int page); // the file is another now
     std::vector<int> SelectedPages() const;
@@ -135,6 +139,7 @@ private:
     MarkToolbar lclToolbox;
     ImageWindow* lclWindow = nullptr;
     bool lclThumbsShown = false, lclMarksShown = true, lclToolboxShown = false;
+    bool lclMarksEditable = false; // of the page shown, while the toolbox is
     bool lclExported = false;
     OperationLock lclPrinting;
     std::vector<std::string> lclDragged; // files of pages that were dragged out

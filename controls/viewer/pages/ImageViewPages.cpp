@@ -224,7 +224,7 @@ void ImageView::ShowProperties() {
     if (!HasProperties()) return;
     const auto document = lclShown;
     frmScanProperties properties(lclFrame, document);
-    properties.fncFill(lclPage, Count());
+    properties.fncFill(lclPage, PageText());
     lclFrame.ShowForm(properties.Form());
 }
 
@@ -246,24 +246,43 @@ void ImageView::SetToolboxShown(bool shown) {
     Editor().SetTool(lclToolboxShown && MarksShown() ? MarkTool::Select : MarkTool::None);
     ShowMarks();
     Changed();
+    if (lclToolboxShown && lclCanvas.HasPage() && !lclMarksEditable)
+        lclFrame.Ask("Op deze pagina kunnen geen annotaties gemaakt of gewijzigd worden: wat er "
+                     "staat, kan hier niet gelezen worden en blijft bewaard.",
+                     "Melding viewer", Buttons::Ok, Icon::Information);
+}
+
+void ImageView::SurroundingsChanged() {
+    ShowMarks();
+    Changed();
 }
 
 void ImageView::ShowMarks() {
+    lclMarksEditable = false;
     if (!lclDocument || !lclCanvas.HasPage()) return;
     // Marks that may not be seen are not chosen among either.
     const bool chooses = Editor().Tool() == MarkTool::Select;
     if (!MayUseToolbox() || (chooses && !MarksShown())) Editor().SetTool(MarkTool::None);
     const imaging::annotations::Annotations* marks = nullptr;
     try {
-        if (MarksShown()) marks = &lclDocument->Marks(lclPage);
+        if (MarksShown() || ToolboxShown()) marks = &lclDocument->Marks(lclPage);
     } catch (const platform::Error& error) {
         lclFrame.Machine().log.Write("ShowMarks", error.what());
     }
-    lclCanvas.SetMarks(marks);
+    lclMarksEditable = ToolboxShown() && marks && marks->Editable();
+    lclCanvas.SetMarks(MarksShown() ? marks : nullptr);
+}
+
+bool ImageView::CanEditMarks() const {
+    return lclMarksEditable && ToolboxShown() && lclCanvas.HasPage();
 }
 
 imaging::annotations::Annotations* ImageView::EditableMarks() {
-    return ToolboxShown() && lclCanvas.HasPage() ? &lclDocument->Marks(lclPage) : nullptr;
+    try {
+        return CanEditMarks() ? &lclDocument->Marks(lclPage) : nullptr;
+    } catch (const platform::Error&) {
+        return nullptr; // asked at every move of the pointer
+    }
 }
 
 bool ImageView::AskMarkText(std::string& text) {
@@ -276,9 +295,8 @@ bool ImageView::AskMarkText(std::string& text) {
 
 bool ImageView::EditMarks(const MarkEdit& edit, bool adds) {
     try {
-        auto* marks = EditableMarks();
-        if (!marks) return true;
-        edit(*marks);
+        if (!CanEditMarks()) return true;
+        edit(lclDocument->Marks(lclPage));
     } catch (const std::exception& error) {
         lclFrame.TellError("EditAnnotation", error);
         return false;

@@ -154,7 +154,7 @@ Point MarkEditor::Clamped(PagePlace at) const {
 
 bool MarkEditor::PointerDown(PagePlace at, double reach) {
     auto* marks = lclOwner.EditableMarks();
-    if (lclTool == MarkTool::None || !marks || !marks->Editable()) return false;
+    if (lclTool == MarkTool::None || !marks) return false;
     lclGrip = at;
     if (lclTool == MarkTool::Select) {
         lclHandle = HandleAt(at, reach);

@@ -21,7 +21,7 @@ namespace kavidex::controls {
 
 class MarkEditorOwner {
 public:
-    // Of the page shown; null: there is none whose marks may be changed.
+    // Of the page shown; null: there is none whose marks may, or can, be changed.
     virtual imaging::annotations::Annotations* EditableMarks() = 0;
     // Puts the text before the user; false: it was cancelled.
     virtual bool AskMarkText(std::string& text) = 0;

@@ -1,6 +1,6 @@
 #include "controls/viewer/pages/MarkToolbar.h"
 
-#include <array>
+#include <optional>
 
 #include "controls/common/Translator.h"
 #include "controls/viewer/pages/ImageView.h"
@@ -30,10 +30,10 @@ const Commands<MarkToolbar::Context>& MarkToolbar::Table() {
         return MarkTool::Select;
     };
     static constexpr auto usable = [](const Context& context, const Id&) -> CommandState {
-        return {true, context.pages.ToolboxShown()};
+        return {true, context.pages.ToolboxShown() && context.pages.MarksEditable()};
     };
     static constexpr auto tool = [](const Context& context, const Id& id) -> CommandState {
-        return {true, context.pages.ToolboxShown(), context.Editor().Tool() == toolOf(id)};
+        return {true, usable(context, id).enabled, context.Editor().Tool() == toolOf(id)};
     };
     static constexpr auto take = [](Context& context, const Id& id) {
         context.Editor().SetTool(toolOf(id));
@@ -158,7 +158,8 @@ void MarkToolbar::ButtonClicked(std::string_view name) {
         if (row->kind == CommandKind::Owner) {
             const auto menu = ButtonMenu(name);
             auto* window = lclPages.Window();
-            const auto chosen = window ? window->ShowMenu(menu, row->name) : std::nullopt;
+            std::optional<std::size_t> chosen;
+            if (window) lclFrame.Undisturbed([&] { chosen = window->ShowMenu(menu, row->name); });
             if (chosen && *chosen < menu.size()) MenuChosen(menu[*chosen]);
         } else {
             Table().Run(context, {row->name});

@@ -76,10 +76,9 @@ std::string Rounded(double value) { return std::to_string(std::lround(value)); }
 frmScanProperties::frmScanProperties(const ViewerFrame& frame, const ShownDocument& document)
     : lclFrame(frame), lclDocument(document), lclForm(layout, frame.Machine(), frame.Translate()) {}
 
-void frmScanProperties::fncFill(int page, int count) {
+void frmScanProperties::fncFill(int page, const std::string& caption) {
     FillDocument();
-    lclForm["frmPage"].SetText(lclFrame.Text("Pagina $%$ van $%$ pagina's",
-                                             {std::to_string(page), std::to_string(count)}));
+    lclForm["frmPage"].SetText(caption);
     FillPage(imaging::PageFile(lclFrame.Machine().files, lclDocument.Path()).Facts(page));
 }
 

@@ -13,7 +13,7 @@ public:
     frmScanProperties(const ViewerFrame& frame, const ShownDocument& document);
 
     // Throws platform::Error where the file cannot be read.
-    void fncFill(int page, int count);
+    void fncFill(int page, const std::string& caption);
     forms::Form& Form() { return lclForm; }
 
 private:

@@ -64,6 +64,13 @@ TEST_F(Turns, ADocumentThatAnotherDeletedLeavesTheViewerAtRefresh) {
     ASSERT_TRUE(binder->Viewer().Item());
     binder->Refresh();
     ASSERT_TRUE(binder->Viewer().Item()) << "still there";
+    const auto path = model::FindDocumentFile(machine, connection, *binder->Viewer().Item()).path;
+    machine.files.Remove(path);
+    binder->Refresh();
+    EXPECT_FALSE(binder->Viewer().Item());
+    machine.files.WriteAll(path, "text");
+    binder->Refresh();
+    ASSERT_TRUE(binder->Viewer().Item()) << "its file came back";
     const auto other = Make();
     ASSERT_EQ(other->OpenOrCreate("one", "", "", "", ""), 0);
     ASSERT_TRUE(other->treCorr().DeleteItem(shown));

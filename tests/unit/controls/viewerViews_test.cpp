@@ -150,6 +150,9 @@ TEST_F(Views, ALinkAsksTheHostAndShowsNothing) {
         "edf", "Link", "[Algemeen]\r\nInput=x\r\n[PARAM]\r\ninput = \"K4711;Zaak\"\r\n")));
     EXPECT_EQ(asked, "K4711|Zaak");
     EXPECT_TRUE(viewer.Parts().Empty());
+    asked.clear();
+    EXPECT_TRUE(viewer.Refresh());
+    EXPECT_EQ(asked, "") << "it is chosen once";
     EXPECT_FALSE(viewer.ShowItem(DocumentOf("edf", "Leeg", "[Param]\r\nInput=\r\n")));
     ASSERT_EQ(machine.messages.shown.size(), 1U);
     EXPECT_EQ(machine.messages.shown[0].caption, "Error in ShowItem");

@@ -48,6 +48,8 @@ std::vector<Claim> Claims() {
         {"deflated nothing", page(20000, 20000, 8, 8, 2000), false, true},
         {"strip behind the end", page(100, 100, 8, 1, 0x7FFFFFFF), false, false},
         {"tags behind the end", with(page(9, 9, 8, 1, 81), {65000, 1, 0x00FFFFFF, 9}), true, false},
+        {"a resolution behind the end", with(page(9, 9, 8, 1, 81), {282, 5, 1, 0x7FFFFFFF}), true,
+         false},
         {"a directory within itself", with(page(9, 9, 8, 1, 81), {330, 4, 1, 8}), true, false},
         {"a million strips",
          {{256, 4, 1, 9},
@@ -80,6 +82,8 @@ TEST(HostilePages, AreRefusedSoon) {
         };
         EXPECT_EQ(works([&] { file.Decode(1); }), claim.shown);
         EXPECT_EQ(works([&] { file.DecodeScaled(1, 100, 100); }), claim.shown);
+        // Or no page of its file could be taken out, not even this one.
+        EXPECT_TRUE(works([&] { file.Fingerprint(1); }));
         imaging::PlanWriter writer(open);
         const auto write = [&](imaging::Turn turn) {
             imaging::PlannedPage page;

@@ -32,12 +32,23 @@ TEST_F(Viewer, PagesThroughAScanAndOnToTheNextDocument) {
         EXPECT_FALSE(window.Button(button).enabled) << button;
     machine.files.SetAttributes(path, platform::attributes::normal);
 
+    const auto scan = machine.files.ReadAll(path);
     machine.files.Remove(path);
     EXPECT_FALSE(viewer.Refresh());
     EXPECT_EQ(machine.messages.shown.back().caption, "Melding viewer");
     EXPECT_EQ(Told(), "Document kan niet gevonden worden.|");
     EXPECT_TRUE(viewer.Parts().Empty());
     EXPECT_FALSE(window.Button("Fit").enabled);
+    // It is not the last word: others come after it, and its file may come back.
+    asked.clear();
+    viewer.ButtonClicked("NextDoc");
+    viewer.SetPreviousPage();
+    EXPECT_EQ(asked, "next previous ");
+    EXPECT_FALSE(viewer.Refresh());
+    EXPECT_EQ(Told(), "Document kan niet gevonden worden.|");
+    machine.files.WriteAll(path, scan);
+    EXPECT_TRUE(viewer.Refresh()) << Told();
+    EXPECT_EQ(viewer.Item(), single);
     for (const char* bytes : {"", "no scan at all"}) {
         machine.files.WriteAll(path, bytes);
         EXPECT_FALSE(viewer.ShowItem(single));
@@ -226,7 +237,9 @@ TEST_F(Viewer, LosesNoChangeToAFailingDisk) {
         last = machine.files.calls[static_cast<std::size_t>(n - 1)].starts_with("PutInPlace");
         machine.files.FailAt(0);
         EXPECT_TRUE(machine.files.ReadAll(path) == before) << n;
-        EXPECT_NE(Told().find("niet opgeslagen"), std::string::npos) << n;
+        const auto told = Told();
+        EXPECT_NE(told.find("niet opgeslagen"), std::string::npos) << n;
+        EXPECT_EQ(told.find("gaan ze verloren") == std::string::npos, n % 2 == 1) << n;
         ASSERT_TRUE(viewer.Item());
     }
     imaging::DeletePages(machine.files, path, {1});
@@ -286,7 +299,20 @@ TEST_F(Viewer, OffersWhatTheRightsAllow) {
     settings.SetDbConnection(database);
     settings.SetSetting("Rights", "Use", "True");
     rights->SetRight("ViewAnnotations", "True");
+    struct Image : controls::ImageWindow {
+        ImageView& pages;
+        bool toolbox = false;
+        explicit Image(ImageView& shown) : pages(shown) { pages.AttachWindow(this); }
+        ~Image() override { pages.AttachWindow(nullptr); }
+        void ContentChanged() override { toolbox = pages.ToolboxShown(); }
+        std::optional<std::size_t> ShowMenu(const controls::PopupMenu&, std::string_view) override {
+            return std::nullopt;
+        }
+    } image(Pages());
+    viewer.ButtonClicked("Toolbox");
+    EXPECT_TRUE(image.toolbox);
     viewer.SetUserAuth(rights);
+    EXPECT_FALSE(image.toolbox) << "gone at once";
     EXPECT_FALSE(window.Button("Rotate90L").enabled);
     EXPECT_FALSE(window.Button("Toolbox").enabled);
     EXPECT_TRUE(window.Button("Annotations").enabled);

@@ -7,7 +7,27 @@ namespace kavidex::tests {
 namespace {
 
 using imaging::Turn;
-using ViewerPages = ScanViewer;
+class ViewerPages : public ScanViewer {
+protected:
+    bool MayDraw() {
+        const auto bar = Pages().Toolbox().Toolbar();
+        return std::any_of(bar.begin(), bar.end(), [](const auto& item) {
+            return item.enabled && item.kind != controls::CommandKind::Separator;
+        });
+    }
+    // Told when the toolbox opens, and no pointer on the page draws or throws.
+    bool TellsThatNothingCanBeMarked() {
+        viewer.ButtonClicked("Toolbox");
+        const bool told = Told().find("geen annotaties") != std::string::npos;
+        Pages().Editor().SetTool(controls::MarkTool::Line);
+        const auto& room = Pages().Canvas().Geometry();
+        const int x = room.OriginX() + 2, y = room.OriginY() + 2;
+        EXPECT_EQ(Pages().Canvas().PointerAt(x, y), controls::MarkEditor::Pointer::Page);
+        Drag(x, y, x + 40, y + 40);
+        EXPECT_EQ(Told(), "");
+        return told && !MayDraw();
+    }
+};
 
 TEST_F(ViewerPages, NoPageGoesThatNobodyLookedAt) {
     // Read, and saved once: neither way the fourth page was ever on the screen.
@@ -121,6 +141,42 @@ TEST_F(ViewerPages, NothingBeginsOnPagesThatAreBeingExported) {
     EXPECT_EQ(Numbers(), "134") << "that page, and no other";
 }
 
+TEST_F(ViewerPages, WhatIsChosenInAMenuIsDoneToTheDocumentItWasOpenedOn) {
+    const auto source = machine.Path("letters.tif"), text = machine.Path("letter.txt");
+    machine.files.WriteAll(text, "Geachte heer");
+    const auto other = File(text);
+    machine.files.WriteAll(source, SmallTiff("abc", 16, 8));
+    ASSERT_TRUE(viewer.ShowItem(File(source)));
+    Pages().SetThumbsShown(true);
+    Pages().Thumbs().Clicked(2, false, false);
+    window.choose = "mnuDeletePages";
+    window.meanwhile = [&] { EXPECT_FALSE(viewer.ShowItem(other)) << "it waits"; };
+    Pages().Thumbs().ContextMenu.Raise(0, 0);
+    EXPECT_EQ(Stored().Count(), 2) << Told();
+    EXPECT_EQ(viewer.Item(), other);
+    ASSERT_TRUE(window.Button("Print").enabled);
+    EXPECT_FALSE(window.Shows("mnuPrintThumbs"));
+
+    // The toolbox has menus of its own.
+    struct : controls::ImageWindow {
+        std::function<void()> meanwhile;
+        void ContentChanged() override {}
+        std::optional<std::size_t> ShowMenu(const controls::PopupMenu&, std::string_view) override {
+            meanwhile();
+            return 1;
+        }
+    } image;
+    ASSERT_TRUE(viewer.ShowItem(File(source)));
+    viewer.ButtonClicked("Toolbox");
+    image.meanwhile = [&] { EXPECT_FALSE(viewer.ShowItem(other)); };
+    Pages().AttachWindow(&image);
+    Pages().Toolbox().ButtonClicked("Stamp");
+    Pages().AttachWindow(nullptr);
+    EXPECT_EQ(Pages().Editor().Tool(), controls::MarkTool::Stamp);
+    window.Settle();
+    EXPECT_EQ(viewer.Item(), other);
+}
+
 TEST_F(ViewerPages, PagesThatWereDraggedAwayStaySomewhere) {
     struct Thumbs final : controls::ThumbsWindow {
         controls::DropData dragged;
@@ -148,6 +204,56 @@ TEST_F(ViewerPages, PagesThatWereDraggedAwayStaySomewhere) {
         EXPECT_EQ(Numbers(), left ? "1" : "12");
         EXPECT_EQ(machine.files.FileExists(thumbs.dragged.files[0]), left);
     }
+}
+
+TEST_F(ViewerPages, APageOfWhichATagIsLostIsShownAndCanGo) {
+    const auto source = Scan("cut", 3);
+    // Written last by another program, and then the file was cut short.
+    const auto native = FakeWorkstation::Native(source).string();
+    ASSERT_EQ(std::system(("tiffset -d 1 -s 33432 'of somebody, all rights reserved' '" + native +
+                           "' 2>/dev/null")
+                              .c_str()),
+              0);
+    auto bytes = machine.files.ReadAll(source);
+    const auto tag = bytes.find(std::string("\x98\x82\2\0", 4));
+    ASSERT_NE(tag, std::string::npos);
+    bytes.replace(tag, 2, "\xA4\x80"); // the annotations
+    machine.files.WriteAll(source, bytes.substr(0, bytes.size() - 9));
+    ASSERT_TRUE(viewer.ShowItem(File(source))) << Told();
+    Pages().Canvas().SetRoom(800, 600, 16, 0);
+    Pages().Thumbs().SetRoom(160, 900, 96);
+    Pages().SetThumbsShown(true);
+    viewer.SetNextPage();
+    window.Settle();
+    EXPECT_EQ(Pages().Canvas().Message() + viewer.Status().hint, "");
+    EXPECT_TRUE(Pages().Canvas().HasPicture());
+    EXPECT_NE(Pages().Thumbs().Picture(2), nullptr);
+    EXPECT_TRUE(TellsThatNothingCanBeMarked());
+    viewer.SetNextPage();
+    EXPECT_TRUE(MayDraw()) << "on another page";
+    viewer.ButtonClicked("Toolbox");
+
+    // What the tag held is in no file: no other is made that would seem to have it.
+    const auto before = machine.files.ReadAll(path);
+    Pages().Thumbs().Clicked(3, false, false);
+    Told();
+    EXPECT_FALSE(viewer.DeleteSelectedThumbs());
+    EXPECT_NE(Told().find("points past its end"), std::string::npos);
+    EXPECT_TRUE(machine.files.ReadAll(path) == before);
+    Pages().Thumbs().Clicked(2, false, false);
+    EXPECT_TRUE(viewer.DeleteSelectedThumbs()) << Told();
+    EXPECT_EQ(Numbers(), "13");
+
+    // Of marks in numbers of another size the rest can be read, and kept.
+    const std::string kept = std::string(8, '\0') + "whatever 16-bit numbers say";
+    machine.files.WriteAll(source, SmallTiff("a", 16, 8));
+    imaging::WritePages(machine.files, {{source, 1, Turn::None, kept}}, source);
+    ASSERT_TRUE(viewer.ShowItem(File(source)));
+    Told();
+    EXPECT_TRUE(TellsThatNothingCanBeMarked());
+    viewer.ButtonClicked("Rotate180");
+    EXPECT_TRUE(viewer.SaveImage());
+    EXPECT_EQ(Stored().Marks(1).value(), kept);
 }
 
 TEST_F(ViewerPages, MarksThatCannotBeKeptAreTold) {
@@ -239,6 +345,13 @@ TEST_F(ViewerPages, TellsWhatAScanIs) {
                         std::to_string(viewer.Item()->ItemId()) +
                         "|Pagina 2 van 2 pagina's|1728 x 1100 (215 x 285 mm)|204 x 98 dpi|"
                         "Zwart-wit|CCITT G4");
+
+    const auto single = machine.Path("single.tif");
+    machine.files.WriteAll(single, SmallTiff("a"));
+    ASSERT_TRUE(viewer.ShowItem(File(single)));
+    window.forms.users = {[&](FormUser& user) { told = user.Text("frmPage"); }};
+    viewer.MenuChosen({"mnuProperties", 0, {}});
+    EXPECT_EQ(told, "Pagina 1 van  1 pagina");
 }
 
 } // namespace
