@@ -37,7 +37,7 @@ std::string Path(const std::string& name) { return (folder / name).string(); }
 struct NoMarks final : MarkEditorOwner {
     imaging::annotations::Annotations* EditableMarks() override { return nullptr; }
     bool AskMarkText(std::string&) override { return false; }
-  bool EditMarks(const MarkEdit&, bool) override { return true; }
+    bool EditMarks(const MarkEdit&, bool) override { return true; }
     void MarksRepaint() override {}
     void MarkSelected() override {}
     std::uint32_t MarkTime() override { return 0; }

@@ -1,23 +1,18 @@
-// The connection, and opening, making and closing a dossier.
+// Opening, making and closing a dossier.
 #include <utility>
 
 #include "controls/binder/BinderWindow.h"
 #include "controls/binder/IntakeWiring.h"
 #include "controls/binder/ctrlCorrespondenceGuarded.h"
 #include "controls/checklist/ctlChecklist.h"
-#include "controls/common/OwnTranslator.h"
 #include "controls/tree/ctrlTree.h"
 #include "controls/viewer/ctlViewer.h"
 #include "controls/viewer/external/ctrlExtViewer.h"
-#include "data/AdoFactory.h"
 #include "data/ConnectionAssignment.h"
-#include "data/ConnectionOpener.h"
-#include "data/schema/AccessRepair.h"
 #include "model/clsDossier.h"
 #include "model/clsDossierDbRelations.h"
 #include "model/clsItem.h"
 #include "model/clsTree.h"
-#include "model/clsUserAuth.h"
 #include "model/filing.h"
 #include "platform/Error.h"
 #include "platform/Log.h"
@@ -28,94 +23,12 @@ namespace kavidex::controls {
 
 namespace {
 
-class NoAdo : public data::AdoFactory {
-public:
-    std::shared_ptr<data::AdoConnection> Create() override {
-        throw platform::Error(platform::errors::notFound, "There is no ADO on this machine",
-                              "Kavidex");
-    }
-};
-
-class NoRepair : public data::AccessRepair {
-public:
-    void Configure(std::string_view, std::string_view) override {
-        throw platform::Error(platform::errors::notFound,
-                              "There is no ODBC installer on this machine");
-    }
-};
-
 // The user was told what could not be read.
 std::int32_t WhetherShown(const ctrlTree& tree) {
     return tree.TreeId() == 0 || tree.Tree() ? 0 : -6;
 }
 
 } // namespace
-
-// --- Connection ---------------------------------------------------------------------------------
-
-const data::ConnectionPtr& ctrlCorrespondence::DbConnection() const {
-    return lclAssignment->DbConnection();
-}
-
-void ctrlCorrespondence::SetDbConnection(const data::ConnectionPtr& connection) {
-    const auto before = DbConnection();
-    const bool owned = lclState.DbOpened;
-    if (!lclAssignment->SetDbConnection(connection)) return;
-    lclState.DbOpened = false;
-    // What the control opened itself is the host's once the host hands it over.
-    const bool theirs = before && connection && before->SameAs(*connection);
-    if (owned && before && !theirs && before->IsOpen()) before->Close();
-}
-
-void ctrlCorrespondence::ConnectionHandedOver(const data::ConnectionPtr& connection) {
-    if (!connection) ShowTree(0, lclTurn);
-    if (lclOwnTranslator) lclOwnTranslator->SetDbConnection(connection);
-    lclTree->SetDbConnection(connection);
-    lclViewer->SetDbConnection(connection);
-    lclExtViewer->SetDbConnection(connection);
-    lclChecklist->SetDbConnection(connection);
-    if (lclUserAuth && !lclUserAuth->DbConnection()) lclUserAuth->SetDbConnection(connection);
-    ToolbarChanged();
-}
-
-void ctrlCorrespondence::SetDbProvider(const std::string& provider) {
-    lclState.DbProvider = provider;
-    PropertyChanged.Raise("DbProvider");
-    OpenWhereTold();
-}
-
-void ctrlCorrespondence::SetDbPath(const std::string& path) {
-    lclState.DbPath = path;
-    PropertyChanged.Raise("DbPath");
-    OpenWhereTold();
-}
-
-void ctrlCorrespondence::OpenWhereTold() {
-    if (lclState.DbProvider.empty() || lclState.DbPath.empty()) return;
-    if (!lclDesigning || !lclDesigning()) DbOpenConnection();
-}
-
-std::int32_t ctrlCorrespondence::DbOpenConnection() {
-    NoAdo noAdo;
-    NoRepair noRepair;
-    data::ConnectionOpener opener(lclWorkstation, lclAdo ? *lclAdo : noAdo,
-                                  lclRepair ? *lclRepair : noRepair, TranslationBy(lclTranslator));
-    bool opened = false;
-    data::ConnectionPtr made;
-    const auto result = opener.DbOpenConnection(lclState.DbProvider, lclState.DbPath, opened,
-                                                [&](const data::ConnectionPtr& connection) {
-                                                    made = connection;
-                                                    SetDbConnection(connection);
-                                                });
-    // A second connection to the database in use is not taken: nobody else would close it.
-    if (made && made == DbConnection())
-        lclState.DbOpened = opened;
-    else if (made && made->IsOpen())
-        made->Close();
-    return result;
-}
-
-// --- Opening ------------------------------------------------------------------------------------
 
 std::int32_t ctrlCorrespondence::Id() const { return lclTree->TreeId(); }
 

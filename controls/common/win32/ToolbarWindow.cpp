@@ -59,7 +59,8 @@ HWND ToolbarWindow::Create(HWND parent, int id) {
     // The texts of the buttons stay unseen; screen readers read them.
     SendMessageW(lclWindow, TB_SETEXTENDEDSTYLE, 0,
                  TBSTYLE_EX_MIXEDBUTTONS | TBSTYLE_EX_DRAWDDARROWS | TBSTYLE_EX_DOUBLEBUFFER);
-    // Not by SetWindowSubclass, which looks its list up twice for each of a toolbar's many messages.
+    // Not by SetWindowSubclass, which looks its list up twice for each of a toolbar's many
+    // messages.
     SetWindowLongPtrW(lclWindow, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
     lclOwnProcedure = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrW(lclWindow, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(Procedure)));
