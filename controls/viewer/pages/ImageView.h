@@ -105,7 +105,7 @@ private:
     bool Written(std::string_view routine, const std::function<void()>& write);
     bool DeletePages(const std::vector<int>& pages);
     enum class Saving { Saved, GivenUp, Unsaved }; // Unsaved: nobody said what is to become of it
-    Saving Save(bool orLost); // what the question says: without an answer they go, or stay
+    Saving Save(bool orLost); // whether what is not saved goes
     void TellMissed(const std::vector<int>& pages);
     void Again(int page); // the file is another now
     std::vector<int> SelectedPages() const;

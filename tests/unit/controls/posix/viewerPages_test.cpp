@@ -142,7 +142,8 @@ TEST_F(ViewerPages, NothingBeginsOnPagesThatAreBeingExported) {
 }
 
 TEST_F(ViewerPages, WhatIsChosenInAMenuIsDoneToTheDocumentItWasOpenedOn) {
-    const auto source = machine.Path("letters.tif"), text = machine.Path("letter.txt");
+    const auto source = machine.Path("letters.tif"), text = machine.Path("letter.htm");
+    machine.shell.engine = false; // what cannot be shown can be printed by its program
     machine.files.WriteAll(text, "Geachte heer");
     const auto other = File(text);
     machine.files.WriteAll(source, SmallTiff("abc", 16, 8));
@@ -245,15 +246,15 @@ TEST_F(ViewerPages, APageOfWhichATagIsLostIsShownAndCanGo) {
     EXPECT_EQ(Numbers(), "13");
 
     // Of marks in numbers of another size the rest can be read, and kept.
-    const std::string kept = std::string(8, '\0') + "whatever 16-bit numbers say";
+    const std::string old = std::string(8, '\0') + "whatever 16-bit numbers say";
     machine.files.WriteAll(source, SmallTiff("a", 16, 8));
-    imaging::WritePages(machine.files, {{source, 1, Turn::None, kept}}, source);
+    imaging::WritePages(machine.files, {{source, 1, Turn::None, old}}, source);
     ASSERT_TRUE(viewer.ShowItem(File(source)));
     Told();
     EXPECT_TRUE(TellsThatNothingCanBeMarked());
     viewer.ButtonClicked("Rotate180");
     EXPECT_TRUE(viewer.SaveImage());
-    EXPECT_EQ(Stored().Marks(1).value(), kept);
+    EXPECT_EQ(Stored().Marks(1).value(), old);
 }
 
 TEST_F(ViewerPages, MarksThatCannotBeKeptAreTold) {
