@@ -119,7 +119,7 @@ void ctrlCorrespondence::SubscribeToChildren() {
         const auto gone = [&](std::int32_t id) {
             return id <= 0 || lclTree->IsWithin(id, item.id);
         };
-        if (lclViewer->Item() && gone(lclViewer->Item()->Id())) lclViewer->LeaveDeleted();
+        if (lclViewer->Asked() && gone(lclViewer->Asked()->Id())) lclViewer->LeaveDeleted();
         if (lclExtViewer->Form() && gone(lclExtViewer->Form()->Id())) {
             lclExtViewer->Form()->Viewer().LeaveDeleted();
             lclExtViewer->CloseForm();
