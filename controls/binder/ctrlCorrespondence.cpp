@@ -84,10 +84,7 @@ ctrlCorrespondence::ctrlCorrespondence(const platform::Workstation& workstation,
     lclState.Language = LanguageOption(workstation);
     lclTree->Serve(lclLock, [this] { return DossierKey(); });
     data::ConnectionListeners listeners;
-    listeners.leaving = [this] {
-        const auto turn = Begin();
-        Guarded("DbConnection", [&] { EndDossier(turn); });
-    };
+    listeners.leaving = [this] { Guarded("DbConnection", [&] { EndEveryDossier(); }); };
     listeners.changed = [this] { PropertyChanged.Raise("DbConnection"); };
     listeners.handOver = [this](const data::ConnectionPtr& given) { ConnectionHandedOver(given); };
     listeners.ready = [this](const data::ConnectionPtr&) {

@@ -268,11 +268,11 @@ private:
     void SelectItem(std::int32_t id);
     void OnItemSelected(const TreeItemInfo& item);
     void SubscribeToViewers();
-    void ShowItem(const TreeItemInfo& item);
+    void ShowItem(const TreeItemInfo& item, bool inWindow);
     // A document in its own program, or in the external window; false: it is for the viewer.
     bool ShowElsewhere(const std::shared_ptr<model::clsItem>& document, bool asked);
     void FollowExternalWindow();
-    void StepInWindow(bool (ctrlTree::*step)());
+    void StepInWindow(int step);
     bool OnChosenAgain(const TreeItemInfo& item);
     void EmptyViewers();
     void RefreshList();
@@ -297,6 +297,7 @@ private:
     // addFiles result.
     std::int32_t LeaveDossier(std::uint32_t turn);
     std::int32_t EndDossier(std::uint32_t turn); // the same, and nothing is open afterwards
+    void EndEveryDossier();                      // those that a host opens meanwhile as well
     void ShowTree(std::int32_t id, std::uint32_t turn);
     void ShowMade(const std::shared_ptr<model::clsTree>& tree, std::uint32_t turn);
     void TreeShown(); // what stands beside it follows
@@ -350,6 +351,7 @@ private:
     bool lclKeyKnown = true; // else the database could not be asked yet for the open tree's key
     std::function<bool()> lclDesigning;
     bool lclStepsInWindow = false; // what comes to be selected is shown in the external window
+    std::int32_t lclSteppedTo = 0; // by the last of those steps
     bool lclBacklogDue = false, lclQueueDue = false; // looked at once no operation runs
     std::uint32_t lclTurn = 0;         // counts the calls that open or leave a dossier
     std::int32_t lclClosedOutside = 0; // the document whose window closed since it was chosen

@@ -41,12 +41,12 @@ const data::ConnectionPtr& ctrlCorrespondence::DbConnection() const {
 
 void ctrlCorrespondence::SetDbConnection(const data::ConnectionPtr& connection) {
     const auto before = DbConnection();
+    // What the control opened itself is the host's once the host hands it over.
+    if (before && connection && before->SameAs(*connection)) lclState.DbOpened = false;
     const bool owned = lclState.DbOpened;
     if (!lclAssignment->SetDbConnection(connection)) return;
     lclState.DbOpened = false;
-    // What the control opened itself is the host's once the host hands it over.
-    const bool theirs = before && connection && before->SameAs(*connection);
-    if (owned && before && !theirs && before->IsOpen()) before->Close();
+    if (owned && before && before->IsOpen()) before->Close();
 }
 
 void ctrlCorrespondence::ConnectionHandedOver(const data::ConnectionPtr& connection) {

@@ -289,6 +289,18 @@ std::int32_t ctrlCorrespondence::EndDossier(std::uint32_t turn) {
     return result;
 }
 
+// Whoever goes on opening dossiers on hearing of the end of one is not waited for.
+void ctrlCorrespondence::EndEveryDossier() {
+    constexpr int most = 8;
+    for (int i = 0; i < most; ++i) {
+        const auto turn = Begin();
+        EndDossier(turn);
+        if (!Overtaken(turn)) return;
+    }
+    TakeKey({});
+    EmptyViewers();
+}
+
 void ctrlCorrespondence::Refresh() {
     lclTree->Refresh();
     TreeRefreshed();

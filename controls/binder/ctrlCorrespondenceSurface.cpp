@@ -148,9 +148,7 @@ void ctrlCorrespondence::SubscribeToViewers() {
     };
     const auto next = [this] { lclTree->SetNextChildItem(); };
     const auto previous = [this] { lclTree->SetPreviousChildItem(); };
-    const auto inWindow = [this](bool (ctrlTree::*step)()) {
-        return [this, step] { StepInWindow(step); };
-    };
+    const auto inWindow = [this](int step) { return [this, step] { StepInWindow(step); }; };
     const auto open = [this](const std::string& key, const std::string& type) {
         EvOpenDossier.Raise(key, type);
     };
@@ -166,8 +164,8 @@ void ctrlCorrespondence::SubscribeToViewers() {
     follow(lclViewer->ExportPages, exportedFrom([this] { return lclViewer->Item(); }));
     follow(lclViewer->DocumentChosen,
            [this](std::int32_t id) { Guarded("DocumentChosen", [&] { SelectItem(id); }); });
-    follow(lclExtViewer->EvNextDocumentRequest, inWindow(&ctrlTree::SetNextChildItem));
-    follow(lclExtViewer->EvPreviousDocumentRequest, inWindow(&ctrlTree::SetPreviousChildItem));
+    follow(lclExtViewer->EvNextDocumentRequest, inWindow(1));
+    follow(lclExtViewer->EvPreviousDocumentRequest, inWindow(-1));
     follow(lclExtViewer->EvOpenDossier, open);
     follow(lclExtViewer->EvExportPages, exportedFrom([this] {
                auto* const form = lclExtViewer->Form();
@@ -181,16 +179,17 @@ void ctrlCorrespondence::SubscribeToViewers() {
     lclExtViewer->SetAllowMultipleDocScroll(true);
 }
 
-// From the document that the window shows, whichever is selected, to one that the window shows too.
-void ctrlCorrespondence::StepInWindow(bool (ctrlTree::*step)()) {
+// From the document that the window shows, whichever is selected, to one that the window shows too;
+// past what no window shows, such as a link.
+void ctrlCorrespondence::StepInWindow(int step) {
     const auto* form = lclExtViewer->Form();
     if (!form) return;
     const auto selected = lclTree->SelectedItem();
-    lclTree->SetHighLightToItem(form->Id());
+    const bool goesOn = selected && selected->Id() == lclSteppedTo;
+    const auto from = goesOn ? selected->Id() : form->Id();
     lclStepsInWindow = true;
-    const bool stepped = (lclTree.get()->*step)();
-    lclStepsInWindow = false;
-    if (!stepped && selected) lclTree->SetHighLightToItem(selected->Id());
+    const std::shared_ptr<void> done(nullptr, [this](void*) { lclStepsInWindow = false; });
+    lclTree->StepToDocument(step, from);
 }
 
 void ctrlCorrespondence::EmptyViewers() {
@@ -218,12 +217,15 @@ void ctrlCorrespondence::SelectItem(std::int32_t id) {
 
 void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
     const auto turn = lclTurn;
+    const bool stepped = std::exchange(lclStepsInWindow, false); // not what the host selects then
+    lclSteppedTo = stepped ? item.id : 0;
     EvItemSelected.Raise(item);
     if (Overtaken(turn)) return; // the host opened another dossier on hearing of it
     if (lclRights.Unreadable()) WriteSwitches();
-    lclIntake->scan.Close();
+    lclIntake->scan.Close(); // which may hand over what it has
+    if (Overtaken(turn)) return;
     Guarded("EvItemSelected", [&] {
-        ShowItem(item);
+        ShowItem(item, stepped);
         // What waits asks for a folder: a document that comes to be selected is no answer.
         const auto chosen = lclTree->GetItem(item.id);
         if (chosen && chosen->AllowChildren()) lclIntake->intake.FolderSelected();
@@ -232,14 +234,15 @@ void ctrlCorrespondence::OnItemSelected(const TreeItemInfo& item) {
     ToolbarChanged();
 }
 
-void ctrlCorrespondence::ShowItem(const TreeItemInfo& item) {
+void ctrlCorrespondence::ShowItem(const TreeItemInfo& item, bool inWindow) {
     lclClosedOutside = 0;
     const auto type = platform::LowerCase(platform::TrimView(item.type));
     const auto found = lclTree->GetItem(item.id);
     const bool shown = found && std::find(std::begin(administrative), std::end(administrative),
                                           type) == std::end(administrative);
-    if (shown && !found->AllowChildren() && ShowElsewhere(found, lclStepsInWindow)) return;
-    if (platform::GetRegFlag(lclWorkstation, "ViewerSettings", "CloseViewerAfterSelect"))
+    if (shown && !found->AllowChildren() && ShowElsewhere(found, inWindow)) return;
+    if (!inWindow &&
+        platform::GetRegFlag(lclWorkstation, "ViewerSettings", "CloseViewerAfterSelect"))
         lclExtViewer->CloseForm();
     if (shown && found->AllowChildren())
         lclViewer->ShowList(found);
@@ -269,7 +272,9 @@ bool ctrlCorrespondence::ShowElsewhere(const std::shared_ptr<model::clsItem>& do
     lclViewer->ShowElsewhere(document, inWindow, [this, document] {
         const bool shown = lclExtViewer->ShowItem(document);
         auto* const form = lclExtViewer->Form(); // it may have a question up, and show it then
-        return shown || (form && form->Viewer().Waits());
+        const bool stays = shown || (form && form->Viewer().Waits());
+        if (!stays) lclClosedOutside = 0; // nobody closed it
+        return stays;
     });
     return true;
 }
@@ -287,7 +292,7 @@ void ctrlCorrespondence::FollowExternalWindow() {
 // the host is told, is the same.
 bool ctrlCorrespondence::OnChosenAgain(const TreeItemInfo& item) {
     if (item.id != lclClosedOutside) return false;
-    Guarded("EvItemSelected", [&] { ShowItem(item); });
+    Guarded("EvItemSelected", [&] { ShowItem(item, false); });
     return true;
 }
 

@@ -199,7 +199,7 @@ void Filer::OpenFolder(std::vector<IntakeEntry>& entries, std::size_t at, Run& r
         }
     } catch (const std::exception& error) {
         lclSite.Machine().log.Write("AddFiles", error.what());
-        run.Failed(at, addFiles::noFile, CauseOf(lclSite, folder, NumberOf(error)));
+        run.Failed(at, addFiles::noFile, CauseInSource(lclSite, folder, NumberOf(error)));
     }
 }
 

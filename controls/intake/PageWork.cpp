@@ -54,11 +54,11 @@ void PageWork::TellUnusable(const std::string& description, const std::string& c
                       (cause.empty() ? "" : "\r\n\r\n" + cause));
 }
 
-void PageWork::TellUnreadable(const Source& source, std::int32_t number,
+void PageWork::TellUnreadable(const Source& source, const std::string& place, std::int32_t number,
                               std::string_view words) const {
     const auto cause = number == platform::errors::invalidData
                            ? lclSite.Text("Het bestand is beschadigd of geen TIFF-bestand")
-                           : CauseOfReading(lclSite, source.path, number).value_or(std::string());
+                           : CauseOfReading(lclSite, place, number).value_or(std::string(words));
     TellUnusable(source.item->Description(), cause, words);
 }
 
@@ -81,7 +81,7 @@ bool PageWork::Open(const ItemPtr& item, Source& source) const {
     source = {item, document.path};
     if (!document.HasFile()) {
         const bool missing = document.outcome == model::DocumentLook::FileMissing;
-        TellUnreadable(source, missing ? platform::errors::notFound : document.number,
+        TellUnreadable(source, source.path, missing ? platform::errors::notFound : document.number,
                        document.error);
         return false;
     }
@@ -89,7 +89,7 @@ bool PageWork::Open(const ItemPtr& item, Source& source) const {
         source.pages = imaging::CountPages(lclSite.Machine().files, document.path);
         return true;
     } catch (const std::exception& error) {
-        TellUnreadable(source, NumberOf(error), error.what());
+        TellUnreadable(source, source.path, NumberOf(error), error.what());
         return false;
     }
 }
@@ -147,7 +147,12 @@ std::vector<std::string> PageWork::WritePages(const Source& source) const {
     } catch (const std::exception& error) {
         const bool stopped = operation.Stopped();
         operation.End();
-        if (!stopped) TellUnreadable(source, NumberOf(error), error.what());
+        const std::string words = error.what();
+        const bool reading = words.find(source.path) != std::string::npos;
+        if (!stopped)
+            TellUnreadable(source,
+                           reading ? source.path : lclSite.Machine().files.TemporaryFolder(),
+                           NumberOf(error), words);
         return {};
     }
 }
@@ -222,7 +227,10 @@ bool PageWork::WriteStapled(const std::vector<Source>& sources, const std::strin
         const auto named = std::find_if(sources.begin(), sources.end(), [&](const Source& source) {
             return words.find(source.path) != std::string::npos;
         });
-        TellUnreadable(named == sources.end() ? sources.front() : *named, NumberOf(error), words);
+        if (named == sources.end())
+            TellUnreadable(sources.front(), target, NumberOf(error), words);
+        else
+            TellUnreadable(*named, named->path, NumberOf(error), words);
         return false;
     }
 }

@@ -38,7 +38,9 @@ private:
     void TakeAway(const std::vector<IntakeFile>& made) const;
     void TellUnusable(const std::string& description, const std::string& cause,
                       std::string_view words) const;
-    void TellUnreadable(const Source& source, std::int32_t number, std::string_view words) const;
+    // `place`: the file or folder that the error is about.
+    void TellUnreadable(const Source& source, const std::string& place, std::int32_t number,
+                        std::string_view words) const;
 
     IntakeSite& lclSite;
     Filer lclFiler;

@@ -1,5 +1,7 @@
 #include "controls/intake/ScanPanel.h"
 
+#include "model/clsItem.h"
+#include "model/clsTree.h"
 #include "platform/Error.h"
 #include "platform/Log.h"
 #include "platform/Workstation.h"
@@ -26,6 +28,8 @@ void ScanPanel::Open(const std::string& importFolder) {
     if (!place) throw platform::Error(platform::errors::fail, "The control has no window.");
     auto setup = Setup();
     if (!importFolder.empty()) setup.texts.emplace_back(L"ImportFolder", importFolder);
+    const auto folder = lclSite.SelectedFolder();
+    lclFolder = folder ? folder->Id() : 0;
     setup.scanned = [this, dossier = lclSite.OpenDossier()](const std::vector<std::string>& files) {
         Scanned(dossier, files);
     };
@@ -45,10 +49,13 @@ void ScanPanel::Open(const std::string& importFolder) {
 
 void ScanPanel::Toggle() {
     if (lclOpen) return Close();
+    if (lclOpening) return;
+    const bool window = lclSite.Scanner() != nullptr;
     try {
         Open({});
     } catch (const std::exception& error) {
         lclSite.Machine().log.Write("ScanPanel", error.what());
+        if (window && !lclSite.Scanner()) return; // closed with it
         lclSite.TellReady(
             lclSite.Text("De scanmodule (Tessaro.ctrlScan) kan niet geopend worden. Is deze op dit "
                          "werkstation geïnstalleerd?"));
@@ -60,7 +67,7 @@ bool ScanPanel::Import(const std::string& folder) {
     if (lclOpen) Close();
     try {
         Open(folder);
-        return true;
+        return lclOpen;
     } catch (const std::exception& error) {
         lclSite.Machine().log.Write("ScanPanel", error.what());
         return false;
@@ -79,11 +86,17 @@ void ScanPanel::SetupChanged() {
     if (place) place->TellScanner(Setup());
 }
 
+// A selection closes it: what it hands over then is of the folder before.
+ItemPtr ScanPanel::Folder() const {
+    const auto tree = lclSite.Tree();
+    const auto folder = tree && lclFolder != 0 ? tree->GetItem(lclFolder, {}) : nullptr;
+    return folder ? folder : lclSite.SelectedFolder();
+}
+
 void ScanPanel::Scanned(const Dossier& dossier, const std::vector<std::string>& names) {
     std::vector<IntakeFile> files;
     for (const auto& name : names) files.push_back({name, true, true});
-    if (!files.empty())
-        lclIntake.AddByUser(dossier, files, [this] { return lclSite.SelectedFolder(); });
+    if (!files.empty()) lclIntake.AddByUser(dossier, files, [this] { return Folder(); });
 }
 
 } // namespace kavidex::controls

@@ -48,11 +48,13 @@ public:
 private:
     void Open(const std::string& importFolder);
     ScanSetup Setup() const;
+    ItemPtr Folder() const;
     void Scanned(const Dossier& dossier, const std::vector<std::string>& files);
 
     IntakeSite& lclSite;
     Intake& lclIntake;
     bool lclOpen = false, lclOpening = false;
+    std::int32_t lclFolder = 0; // that was selected when it was opened
 };
 
 } // namespace kavidex::controls

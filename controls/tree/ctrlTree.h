@@ -140,6 +140,7 @@ public:
     // Selects the next or previous document in the order of the tree; false at the end.
     bool SetNextChildItem();
     bool SetPreviousChildItem();
+    bool StepToDocument(int step, std::int32_t from); // 1 or -1; from that item, not the selection
     bool IsWithin(std::int32_t id, std::int32_t ancestor) const;
     bool SetHighLightToItem(std::int32_t id);
     void fncShowStatusBar(bool show);
@@ -285,7 +286,6 @@ private:
     std::vector<std::int32_t> VisibleIds() const; // from top to bottom, in open folders
     bool SelectNode(std::int32_t id, bool raise);
     bool SelectAlone(std::int32_t id, bool raise); // the collected selection ends
-    bool StepToDocument(int step);
     std::int32_t FolderAt(std::int32_t id) const; // itself, or the folder around it; the root for 0
     std::vector<std::int32_t> SelectedIds() const;
 

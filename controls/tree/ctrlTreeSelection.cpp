@@ -254,23 +254,23 @@ std::vector<std::int32_t> ctrlTree::VisibleIds() const {
     return ids;
 }
 
-bool ctrlTree::SetNextChildItem() { return StepToDocument(1); }
-bool ctrlTree::SetPreviousChildItem() { return StepToDocument(-1); }
+bool ctrlTree::SetNextChildItem() { return StepToDocument(1, lclSelected); }
+bool ctrlTree::SetPreviousChildItem() { return StepToDocument(-1, lclSelected); }
 
-bool ctrlTree::StepToDocument(int step) {
+bool ctrlTree::StepToDocument(int step, std::int32_t from) {
     if (lclListMode) { // in the order of the rows
         Woken();
-        const auto row = Grid().RowOf(lclSelected);
+        const auto row = Grid().RowOf(from);
         const auto next = row ? *row + static_cast<std::size_t>(step) : std::size_t{0};
         if ((!row && step < 0) || next >= Grid().Count()) return false; // before the first, too
         return SelectAlone(Grid().Id(next), true);
     }
-    std::int32_t before = 0, after = 0; // the documents around the selection
-    bool passed = lclSelected == 0;
+    std::int32_t before = 0, after = 0; // the documents around it
+    bool passed = from == 0;
     if (const auto root = Root())
         Walk(root, 0, [&](const ItemPtr& item, std::int32_t) {
             const auto id = item->Id();
-            if (id == lclSelected) {
+            if (id == from) {
                 passed = true;
                 return;
             }

@@ -202,8 +202,9 @@ void ctlViewer::Renamed(const ItemPtr& item) {
 }
 
 Opening ctlViewer::OpenDefault(const ItemPtr& item) {
-    auto opening = Opening::NotFound;
+    auto opening = Opening::Refused; // while something is being asked
     Guarded("OpenDefault", [&] {
+        opening = Opening::NotFound;
         ShownDocument document;
         if (!item || !FindDocument(item, document)) return false;
         opening = lclViews->facts.OpenDefault(document) ? Opening::Opened : Opening::Refused;

@@ -244,6 +244,18 @@ TEST_F(TwoDatabases, ADossierOpenedWhileAnotherIsLeftStaysWithItsKey) {
                 << at << ": it is the other dossier's";
             machine.messages.answers.clear();
         }
+    for (const auto& box : boxes) { // all end with their connection
+        binder->SetDbConnection(connection);
+        ASSERT_EQ(Open("A"), 0);
+        box();
+        machine.messages.answers = {platform::Answer::No};
+        machine.messages.meanwhile = [&] { EXPECT_EQ(Open("D"), 0); };
+        binder->SetDbConnection(other);
+        EXPECT_EQ(binder->Id(), 0);
+        EXPECT_EQ(binder->ExternalId(), "");
+        EXPECT_FALSE(binder->Viewer().Item());
+        machine.messages.answers.clear();
+    }
 }
 
 TEST_F(TwoDatabases, AnIdFromTheBagIsLoadedFromTheFirstConnectionWithItsFolder) {

@@ -251,6 +251,12 @@ TEST_F(Binder, StepsFromTheDocumentInTheWindowAndOpensNoWindowForALink) {
     std::string opened;
     const auto token = binder->EvOpenDossier.Subscribe(
         [&](const std::string& key, const std::string&) { opened += key; });
+    for (int i = 0; i < 2; ++i) external.EvNextDocumentRequest.Raise();
+    EXPECT_EQ(external.Form()->Id(), documents[2]->Id());
+    for (int i = 0; i < 2; ++i) external.EvNextDocumentRequest.Raise(); // a link, and the end
+    EXPECT_EQ(std::exchange(opened, {}), "K2") << "once";
+    external.EvPreviousDocumentRequest.Raise();
+    EXPECT_EQ(external.Form()->Id(), documents[2]->Id()) << "back from the link";
     for (const char* const key : {"AllwaysExternal", "AllwaysShowOrg"})
         platform::SaveRegFlag(machine, "ViewerSetting", key, true);
     tree.NodeSelected(documents[3]->Id());
