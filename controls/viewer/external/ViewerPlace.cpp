@@ -48,7 +48,7 @@ bool AreaOf(const ViewerPlace& place, std::span<const ScreenArea> monitors, Scre
 }
 
 void PullBack(std::int32_t& start, std::int32_t& size, std::int32_t low, std::int32_t high) {
-    if (start > high) start = high - size;
+    if (start >= high) start = high - size;
     start = std::max(start, low);
     size = std::min(size, high - start);
 }
