@@ -136,12 +136,12 @@ TEST_F(Scans, WithoutTheControlTheFolderIsAskedForAndTheQueueFiledFromHere) {
 TEST_F(Scans, WhatTheControlHandsOverOnBeingClosedIsFiledInItsDossier) {
     SelectRoot();
     const auto open = [&](const char* name) {
-        binder.ButtonClicked("Scan");
+        binder->ButtonClicked("Scan");
         ASSERT_TRUE(Part(L"ScanControlDouble"));
         File("scanned.txt.late", File(name, SmallTiff(name)) + "\n");
     };
     open("1.tif");
-    binder.ButtonClicked("Scan");
+    binder->ButtonClicked("Scan");
     EXPECT_EQ(Outline(), "Gescand document|tif\n");
     open("2.tif");
     ASSERT_EQ(Open("other"), 0);
